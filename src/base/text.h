@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tavlo::base {
+
+/// The number value of a text: its longest numeric beginning (sign, digits, a decimal point), 0
+/// when it does not begin with a number. "12ab" reads 12, the empty text reads 0.
+double NumberValue(std::string_view text);
+
+/// NumberValue, cut towards zero and clamped into the range of the result.
+std::int64_t WholeNumberValue(std::string_view text);
+
+/// A number in plain decimal form, without blanks, exponent or needless zeros.
+std::string NumberText(double number);
+
+/// Milliseconds as hours:minutes:seconds, each at least two digits. The fraction of a second is
+/// dropped; what is negative reads 00:00:00; hours have no upper end.
+std::string FormatHMS(double milliseconds);
+
+/// Characters of a text that is UTF-8 where it can be; a byte that is not counts as one character.
+std::size_t CharacterCount(std::string_view text);
+
+/// The last `count` characters of such a text; the whole text when it is shorter.
+std::string_view LastCharacters(std::string_view text, std::size_t count);
+
+}  // namespace tavlo::base
