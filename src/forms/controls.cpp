@@ -1,0 +1,246 @@
+#include "forms/controls.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/text.h"
+
+namespace tavlo::forms {
+namespace {
+
+std::string Folded(std::string_view text) {
+  std::string folded(text);
+  for (char& c : folded) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return folded;
+}
+
+}  // namespace
+
+Control::Control(Pane* parent, std::string name, const First& first)
+    : Name(std::move(name)),
+      Parent(parent),
+      Tooltip(*this, first.tooltip),
+      Enabled(*this, first.enabled),
+      Visible(*this, first.visible) {}
+
+Window& Control::Home() const {
+  const Control* control = this;
+  while (control->Parent) control = control->Parent;
+  // Only a window has no pane around it.
+  return const_cast<Window&>(static_cast<const Window&>(*control));
+}
+
+bool Control::Reachable() const {
+  for (const Control* control = this; control; control = control->Parent) {
+    if (!control->Enabled || !control->Visible) return false;
+  }
+  return !Home().EventLoop().MessageBoxOpen();
+}
+
+void Control::RunByHand(const std::function<void()>& handler) {
+  if (handler && Reachable()) Home().EventLoop().RunEvent(Name, handler);
+}
+
+Text::Text(Pane* parent, std::string name, const First& first, std::size_t longest)
+    : Control(parent, std::move(name), first),
+      Value(*this, first.caption, &OnChange),
+      Longest(longest) {}
+
+void Text::Change(std::string_view typed) {
+  std::string text(typed);
+  while (Longest > 0 && base::CharacterCount(text) > Longest) {
+    text.resize(text.size() - base::LastCharacters(text, 1).size());
+  }
+  RunByHand([&] { Value = text; });
+}
+
+void Text::Click() { RunByHand(OnClick); }
+
+void Text::DoubleClick() { RunByHand(OnDoubleClick); }
+
+Command::Command(Pane* parent, std::string name, const First& first)
+    : Control(parent, std::move(name), first), Caption(*this, first.caption) {}
+
+void Command::Press(By by) {
+  if (by == By::Hand) {
+    RunByHand(OnPress);
+  } else if (Enabled && OnPress) {
+    OnPress();
+  }
+}
+
+Choice::Choice(Pane* parent, std::string name, const First& first, bool value, Kind kind)
+    : Control(parent, std::move(name), first),
+      Caption(*this, first.caption),
+      Value(*this, value, &OnClick),
+      ChoiceKind(kind) {}
+
+void Choice::Click() {
+  RunByHand([this] { Value = ChoiceKind == Kind::Option || !Value; });
+}
+
+Range::Range(Pane* parent, std::string name, const First& first, const Span& span)
+    : Control(parent, std::move(name), first), Bounds(span), Value(*this, span.value, &OnChange) {}
+
+Range::Position& Range::Position::operator=(int value) {
+  State<int>::operator=(std::clamp(value, range_.Bounds.minimum, range_.Bounds.maximum));
+  return *this;
+}
+
+void Range::Press() { RunByHand(OnPress); }
+
+void Range::Change(int value) {
+  RunByHand([this, value] { Value = value; });
+}
+
+void Range::Release() { RunByHand(OnRelease); }
+
+Table::Table(Pane* parent, std::string name, const First& first)
+    : Control(parent, std::move(name), first), ListIndex(*this, -1, &OnSelect) {}
+
+void Table::SetColumns(std::vector<Column> columns) {
+  columns_ = std::move(columns);
+  RowsChanged();
+}
+
+void Table::SetColumnTitle(int column, std::string title) {
+  columns_.at(static_cast<std::size_t>(column)).title = std::move(title);
+  RowsChanged();
+}
+
+void Table::Clear() {
+  rows_.clear();
+  RowsChanged();
+  ListIndex = -1;
+}
+
+void Table::Add(Row row) {
+  rows_.push_back(std::move(row));
+  RowsChanged();
+}
+
+void Table::Remove(int row) {
+  rows_.erase(rows_.begin() + row);
+  RowsChanged();
+  if (ListIndex == row) {
+    ListIndex = -1;
+  } else if (ListIndex > row) {
+    ListIndex = ListIndex - 1;
+  }
+}
+
+const std::string& Table::TextAt(int row, int column) const {
+  static const std::string none;
+  if (row < 0 || static_cast<std::size_t>(row) >= rows_.size()) return none;
+  const auto& cells = rows_[static_cast<std::size_t>(row)].cells;
+  if (column < 0 || static_cast<std::size_t>(column) >= cells.size()) return none;
+  return cells[static_cast<std::size_t>(column)].text;
+}
+
+void Table::Sort(int column, SortOrder order) {
+  sortColumn_ = column;
+  sortOrder_ = order;
+  struct Keyed {
+    std::string key;
+    int row;
+  };
+  std::vector<Keyed> keyed;
+  keyed.reserve(rows_.size());
+  for (int row = 0; row < static_cast<int>(rows_.size()); ++row) {
+    keyed.push_back({Folded(TextAt(row, column)), row});
+  }
+  std::stable_sort(keyed.begin(), keyed.end(), [order](const Keyed& a, const Keyed& b) {
+    return order == SortOrder::Ascending ? a.key < b.key : b.key < a.key;
+  });
+  std::vector<Row> sorted;
+  sorted.reserve(rows_.size());
+  int chosen = -1;
+  for (const Keyed& next : keyed) {
+    if (next.row == ListIndex) chosen = static_cast<int>(sorted.size());
+    sorted.push_back(std::move(rows_[static_cast<std::size_t>(next.row)]));
+  }
+  rows_ = std::move(sorted);
+  RowsChanged();
+  ListIndex = chosen;
+}
+
+void Table::SortByHeader(int column) {
+  Sort(column, sortOrder_ == SortOrder::Ascending ? SortOrder::Descending : SortOrder::Ascending);
+}
+
+void Table::RowsChanged() {
+  ++rowsVersion_;
+  MarkChanged();
+}
+
+void Table::RowClick(int row) {
+  if (row < 0 || static_cast<std::size_t>(row) >= rows_.size()) return;
+  RunByHand([this, row] {
+    ListIndex = row;
+    if (OnRowClick) OnRowClick();
+    if (OnClick) OnClick();
+  });
+}
+
+void Table::DoubleClick(int row) {
+  if (row < 0 || static_cast<std::size_t>(row) >= rows_.size()) return;
+  RunByHand(OnDoubleClick);
+}
+
+void Table::HeaderClick(int column) {
+  RunByHand([this, column] {
+    if (OnHeaderClick) OnHeaderClick(column);
+  });
+}
+
+Pane::Pane(Pane* parent, std::string name, const First& first)
+    : Control(parent, std::move(name), first),
+      Caption(*this, first.caption),
+      Left(*this, 0),
+      Top(*this, 0),
+      Height(*this, 0),
+      Panels(*this, {}),
+      PanelTooltips(*this, {}),
+      Picture(*this, {}) {}
+
+void Pane::Click() { RunByHand(OnClick); }
+
+void Pane::DoubleClick() { RunByHand(OnDoubleClick); }
+
+void Pane::PointerMove() { RunByHand(OnPointerMove); }
+
+Window::Window(base::Loop& loop, std::string name, std::string caption)
+    : Pane(nullptr, std::move(name), {.caption = std::move(caption), .visible = false}),
+      Width(*this, 0),
+      WindowShape(*this, Shape::Normal),
+      TopMost(*this, false),
+      MousePointer(*this, Pointer::Arrow),
+      loop_(loop) {}
+
+void Window::FocusOn(Control& control) {
+  focused_ = &control;
+  ++focusVersion_;
+  MarkChanged();
+}
+
+void Window::Centre() {
+  Left = (ScreenWidth - Width) / 2;
+  Top = (ScreenHeight - Height) / 2;
+}
+
+void Window::Activate() { RunByHand(OnActivate); }
+
+void Window::CloseRequest() { RunByHand(OnCloseRequest); }
+
+void Window::Place(Twips left, Twips top, Twips width, Twips height, Shape shape) {
+  Left = left;
+  Top = top;
+  Width = width;
+  Height = height;
+  WindowShape = shape;
+  if (OnResize) loop_.RunEvent(Name, OnResize);
+}
+
+}  // namespace tavlo::forms
