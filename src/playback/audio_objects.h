@@ -1,0 +1,127 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+/// The three objects through which all sound of a document passes. A *sample* is one moment of all
+/// channels (a frame); sample counts and positions are 64 bits wide, so that a document of any
+/// length fits. Arrays are 32-bit floats from -1 to 1, channels interleaved. Everything here is
+/// called, and every event arrives, on the loop's thread.
+namespace tavlo::playback {
+
+using SampleCount = std::int64_t;
+
+/// Which channel of a split pair an array holds.
+enum class Side { Whole, Left, Right };
+
+/// A block of a document on its way from the file to the ear.
+struct SampleArray {
+  std::vector<float> values;  ///< Interleaved; values.size() is samples times channels.
+  int channels = 1;
+  Side side = Side::Whole;
+  /// The part of the document, in its own samples, that the block plays. Stretching changes the
+  /// values and keeps the truth of the range, so that the player can tell where the ear is.
+  double sourceBegin = 0;
+  double sourceEnd = 0;
+  /// Nothing comes after this block: what holds samples back must let them go.
+  bool last = false;
+
+  SampleCount Samples() const { return static_cast<SampleCount>(values.size()) / channels; }
+};
+
+/// Decodes one sound file at a time.
+class AudioFile {
+ public:
+  virtual ~AudioFile() = default;
+
+  /// Opens the file for decoding; false (a fault) for any file that cannot be played. Closes what
+  /// was open before. Reads nothing but this file.
+  [[nodiscard]] virtual bool OpenFile(const std::string& path) = 0;
+  virtual void CloseFile() = 0;
+  /// Negative when the last open failed because the process itself is in trouble (no handles, no
+  /// memory), 0 or more otherwise.
+  virtual int OpenStatus() const = 0;
+
+  virtual SampleCount TotalSamples() const = 0;
+  virtual std::int64_t LengthMilliseconds() const = 0;
+  virtual int ChannelCount() const = 0;
+  virtual int SampleRate() const = 0;
+
+  /// Up to `samples` samples from the read position, which moves behind them. Empty when the file
+  /// is exhausted or cannot be read on. `last` marks the block that reaches the end of the file.
+  virtual SampleArray ReadArray(SampleCount samples) = 0;
+  /// Moves the read position and returns the position reached: exact to the sample for wave files,
+  /// to a packet otherwise. A target outside the file is cut to it.
+  virtual SampleCount SeekSample(SampleCount target) = 0;
+};
+
+/// Stretches blocks in time, pitch kept. It remembers the end of the block before, so that joins
+/// are seamless; a seek and a new start must forget it.
+class AudioTransform {
+ public:
+  virtual ~AudioTransform() = default;
+
+  /// Forgets what is held back. The next block begins a new run.
+  virtual void Reset(int sampleRate) = 0;
+  /// Stretches the block in place so that it plays at `speedPercent` (50 to 150). At 100 the
+  /// samples pass unchanged to the bit. A pair from SplitLeft and SplitRight is stretched as one
+  /// (left first, then right), so that both come out equally long and the image does not wander.
+  virtual void ChangeSpeed(SampleArray& block, float speedPercent) = 0;
+
+  virtual SampleArray SplitLeft(const SampleArray& interleaved) = 0;
+  virtual SampleArray SplitRight(const SampleArray& interleaved) = 0;
+  virtual SampleArray JoinChannels(const SampleArray& left, const SampleArray& right) = 0;
+};
+
+/// Plays arrays on a sound device.
+class AudioPlayer {
+ public:
+  virtual ~AudioPlayer() = default;
+
+  /// The format of the arrays to come.
+  virtual void SetOutputFormat(int samplesPerSecond, int channels) = 0;
+  /// Begins to play what is queued from now on. False (a fault) when the device cannot take the
+  /// format.
+  [[nodiscard]] virtual bool StartOutput() = 0;
+  /// Silence within a few milliseconds, without a click; drops the queue. Raises OnTimer once more,
+  /// so that the position is where the ear was, before it returns.
+  virtual void StopOutput() = 0;
+  virtual void QueueArray(SampleArray block) = 0;
+  /// Drops everything queued and goes on playing what comes.
+  virtual void ClearQueue() = 0;
+  /// After StartOutput: negative on failure.
+  virtual int OpenStatus() const = 0;
+
+  virtual SampleCount MillisecondsToSamples(std::int64_t milliseconds) const = 0;
+  virtual std::int64_t SamplesToMilliseconds(double samples) const = 0;
+  /// Document samples heard since StartOutput or the last ClearQueue. Silence of an empty queue
+  /// does not count.
+  virtual SampleCount PlayedSamples() const = 0;
+
+  virtual int DeviceCount() const = 0;
+  virtual std::string DeviceName() const = 0;
+  virtual int CurrentDevice() const = 0;
+  /// An index outside the list selects nothing and leaves the device as it was.
+  virtual void SelectDevice(int index) = 0;
+  /// Whether the selected device can be listed for selection; false after SelectDevice was given an
+  /// index that does not exist.
+  virtual bool DeviceHasMixer() const = 0;
+
+  /// Master volume, 0 to 65535; reaches the ear ramped.
+  virtual void SetVolume(int volume) = 0;
+
+  // Exactly one OnEndArrayPlay or OnRequestOnLoadArray for each block that has been played.
+  // OnEndPlay comes once, when the queue is dry and every such request has been answered without a
+  // new block; a loop that was busy makes a gap, never a false end. Nothing arrives after
+  // StopOutput.
+  std::function<void()> OnEndArrayPlay;
+  std::function<void()> OnRequestOnLoadArray;
+  std::function<void()> OnEndPlay;
+  /// Every 50 ms while playing. Levels are 100 + dBFS of the loudest sample since the last event,
+  /// from 0 to 100.
+  std::function<void(SampleCount currentSamples, double levelLeft, double levelRight)> OnTimer;
+};
+
+}  // namespace tavlo::playback

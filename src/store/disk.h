@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tavlo::store {
+
+/// How a file operation ended. The caller must look.
+enum class [[nodiscard]] DiskResult{Done,     NotFound, AlreadyThere, NoSpace, OtherFileSystem,
+                                    NoAccess, Failed};
+
+struct FileFacts {
+  std::uint64_t size = 0;
+  std::int64_t stamp = 0;  ///< Last change of the contents, nanoseconds since 1970.
+  bool operator==(const FileFacts&) const = default;
+};
+
+/// The plain files of a folder. When `finished` is false the names are those that came before the
+/// walk failed; when `started` is false there are none.
+struct Listing {
+  bool started = false;
+  bool finished = false;
+  std::vector<std::string> names;
+};
+
+enum class Readiness {
+  Free,      ///< Nobody writes into it and it may be opened.
+  InUse,     ///< Somebody has it open for writing, or it still grows.
+  Unusable,  ///< It cannot be opened, or it is no plain file (any more).
+};
+
+/// The narrow interface to the file system. Paths are full paths of bytes; they need not be UTF-8.
+/// Everything is called on the loop's thread. No operation follows a link.
+class Disk {
+ public:
+  virtual ~Disk() = default;
+
+  /// Plain files only, in the folder's own order: no folders, no links, no devices, no dot files.
+  virtual Listing ListPlainFiles(const std::string& folder) = 0;
+  /// Size and stamp of a plain file; nothing when there is none.
+  virtual std::optional<FileFacts> Facts(const std::string& path) = 0;
+  /// Asks the kernel whether a program is still writing the file. Changes nothing.
+  virtual Readiness TestReadiness(const std::string& path) = 0;
+  /// Makes the file writable for its owner.
+  virtual DiskResult SetAttributesNormal(const std::string& path) = 0;
+
+  /// Copies the contents into a new file and flushes it to the disk. Refuses to overwrite; what was
+  /// copied so far stays behind when it fails.
+  virtual DiskResult Copy(const std::string& from, const std::string& to) = 0;
+  /// Renames in one step on one file system. Refuses to overwrite.
+  virtual DiskResult Rename(const std::string& from, const std::string& to) = 0;
+  virtual DiskResult Delete(const std::string& path) = 0;
+  /// One level. AlreadyThere when anything of that name exists.
+  virtual DiskResult MakeFolder(const std::string& path) = 0;
+  /// Makes renames and deletes in the folder survive a power cut.
+  virtual DiskResult FlushFolder(const std::string& folder) = 0;
+};
+
+}  // namespace tavlo::store
