@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,6 +30,29 @@ class SettingsDatabase {
   /// stands in `LastFailure`. A field that the table lacks is passed over.
   [[nodiscard]] virtual bool Write(Table table, int row, const Assignments& fields) = 0;
   virtual std::string LastFailure() const = 0;
+};
+
+/// What opening gave: the database, or none and a text for the person that names the path.
+struct OpenedDatabase {
+  std::unique_ptr<SettingsDatabase> database;
+  std::string failure;
+};
+
+/// Opens and makes settings databases. Whoever builds it hands it the shipped values.
+class SettingsDatabases {
+ public:
+  virtual ~SettingsDatabases() = default;
+
+  /// Opens the program's own database and holds it against every other program. A database of an
+  /// older build gains the columns that it lacks with their shipped values, and its Revision
+  /// follows the build. When it fails, nothing in the file has changed.
+  virtual OpenedDatabase Open(const std::string& path) = 0;
+  /// Opens a database of an older release for reading, as it is: fields, rows and tables may be
+  /// missing, and every write is refused. The file is not changed.
+  virtual OpenedDatabase OpenOld(const std::string& path) = 0;
+  /// Makes a complete database with all its rows at a path where nothing stands yet. Empty on
+  /// success, otherwise a text for the person, and nothing is left at the path.
+  virtual std::string Create(const std::string& path) = 0;
 };
 
 }  // namespace tavlo::store
