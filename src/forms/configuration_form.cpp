@@ -1,0 +1,26 @@
+#include "forms/configuration_form.h"
+
+namespace tavlo::forms {
+namespace {
+
+constexpr Twips kHeight = 9000;
+constexpr Twips kWidth = 11400;
+
+}  // namespace
+
+ConfigurationForm::ConfigurationForm(base::Loop& loop)
+    : ConfigurationFrame(loop),
+      SettingsPage(frmConfiguration),
+      EqualizerPage(frmConfiguration),
+      MixerPage(frmConfiguration),
+      PathsPage(frmConfiguration),
+      FtpPage(frmConfiguration) {
+  frmConfiguration.Height = kHeight;
+  frmConfiguration.Width = kWidth;
+  for (const char* caption : {"&Settings", "&Equalizer", "&Mixer", "&Paths", "&Ftp"}) {
+    tabConfiguration.Add(caption);
+  }
+  tabConfiguration.ListIndex = 0;
+}
+
+}  // namespace tavlo::forms

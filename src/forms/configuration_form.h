@@ -1,0 +1,34 @@
+#pragma once
+
+#include "forms/controls.h"
+#include "forms/files_pages.h"
+#include "forms/settings_page.h"
+#include "forms/sound_pages.h"
+
+/// The configuration window: five pages of which one shows. It stays loaded for the whole run, and
+/// its controls are the live copy of the settings.
+namespace tavlo::forms {
+
+/// What stands around the pages.
+struct ConfigurationFrame {
+  explicit ConfigurationFrame(base::Loop& loop)
+      : frmConfiguration(loop, "frmConfiguration", "Tavlo Deck - Configuration") {}
+
+  Window frmConfiguration;
+  Command mnuClose{&frmConfiguration, "mnuClose", {.caption = "&Close"}};
+  /// Takes the keyboard after every action, so that no button is left holding it.
+  Text txtFocus{&frmConfiguration, "txtFocus"};
+  /// The tab strip; its rows are the captions of the tabs.
+  Table tabConfiguration{&frmConfiguration, "tabConfiguration"};
+};
+
+struct ConfigurationForm : ConfigurationFrame,
+                           SettingsPage,
+                           EqualizerPage,
+                           MixerPage,
+                           PathsPage,
+                           FtpPage {
+  explicit ConfigurationForm(base::Loop& loop);
+};
+
+}  // namespace tavlo::forms

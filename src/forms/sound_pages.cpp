@@ -1,0 +1,55 @@
+#include "forms/sound_pages.h"
+
+#include <array>
+#include <string_view>
+
+namespace tavlo::forms {
+namespace {
+
+constexpr std::array<std::string_view, kEqualizerBands> kBands{
+    "31 Hz", "62 Hz", "125 Hz", "252 Hz", "500 Hz", "1 kHz",
+    "2 kHz", "4 kHz", "6 kHz",  "9 kHz",  "12 kHz", "16 kHz"};
+
+std::string Numbered(std::string_view name, int number) {
+  return std::string(name) + std::to_string(number);
+}
+
+}  // namespace
+
+EqualizerPage::EqualizerPage(Window& window)
+    : frameConfigEqualizer(&window, "frameConfigEqualizer", {.visible = false}) {
+  for (int band = 0; band < kEqualizerBands; ++band) {
+    const std::string label(kBands[static_cast<std::size_t>(band)]);
+    lblBand.emplace_back(&frameConfigEqualizer, Numbered("lblBand", band), First{.caption = label});
+    sldEQ.emplace_back(&frameConfigEqualizer, Numbered("sldEQ", band),
+                       First{.tooltip = "Gain at " + label},
+                       Span{.minimum = -20, .maximum = 20, .smallStep = 1, .largeStep = 5});
+    txtEqCustom.emplace_back(&frameConfigEqualizer, Numbered("txtEqCustom", band + 1),
+                             First{.visible = false});
+  }
+}
+
+MixerPage::MixerPage(Window& window)
+    : frameConfigMixer(&window, "frameConfigMixer", {.visible = false}) {
+  for (int source = 0; source < kMixerSources; ++source) {
+    Label.emplace_back(&frameConfigMixer, Numbered("Label", source));
+    slVolume.emplace_back(
+        &frameConfigMixer, Numbered("slVolume", source),
+        First{.tooltip = "Volume of this source", .enabled = false},
+        Span{.minimum = 0, .maximum = 65535, .smallStep = 5, .largeStep = 5, .value = 65535});
+    slBalance.emplace_back(
+        &frameConfigMixer, Numbered("slBalance", source),
+        First{.tooltip = "Balance of this source", .enabled = false},
+        Span{.minimum = 0, .maximum = 100, .smallStep = 5, .largeStep = 10, .value = 50});
+    chMute.emplace_back(
+        &frameConfigMixer, Numbered("chMute", source),
+        First{.caption = "Mute", .tooltip = "Silence this source", .visible = false});
+    cmdAdvanced.emplace_back(&frameConfigMixer, Numbered("cmdAdvanced", source),
+                             First{.caption = "Advanced",
+                                   .tooltip = "This source has settings of its own",
+                                   .enabled = false,
+                                   .visible = false});
+  }
+}
+
+}  // namespace tavlo::forms
