@@ -48,6 +48,10 @@ Text::Text(Pane* parent, std::string name, const First& first, std::size_t longe
       Value(*this, first.caption, &OnChange),
       Longest(longest) {}
 
+double Text::Number() const { return base::NumberValue(Value.Get()); }
+
+std::int64_t Text::WholeNumber() const { return base::WholeNumberValue(Value.Get()); }
+
 void Text::Change(std::string_view typed) {
   std::string text(typed);
   while (Longest > 0 && base::CharacterCount(text) > Longest) {
@@ -235,12 +239,13 @@ void Window::Activate() { RunByHand(OnActivate); }
 void Window::CloseRequest() { RunByHand(OnCloseRequest); }
 
 void Window::Place(Twips left, Twips top, Twips width, Twips height, Shape shape) {
+  const bool resized = Width != width || Height != height || WindowShape != shape;
   Left = left;
   Top = top;
   Width = width;
   Height = height;
   WindowShape = shape;
-  if (OnResize) loop_.RunEvent(Name, OnResize);
+  if (resized && OnResize) loop_.RunEvent(Name, OnResize);
 }
 
 }  // namespace tavlo::forms

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -118,6 +119,10 @@ class Text : public Control {
   std::function<void()> OnChange;
   std::function<void()> OnClick;
   std::function<void()> OnDoubleClick;
+
+  /// The number value of the text, and the same cut to a whole number.
+  double Number() const;
+  std::int64_t WholeNumber() const;
 
   void Change(std::string_view typed);
   void Click();
@@ -292,6 +297,9 @@ class Window : public Pane {
   /// Size of the screen that the window stands on; the binding keeps it.
   Twips ScreenWidth = 1920 * 15;
   Twips ScreenHeight = 1080 * 15;
+  /// Height of all that stands above the content: frame, title, menu bar. The binding measures it
+  /// when the window first shows; 0 until then.
+  Twips AboveContent = 0;
 
   std::function<void()> OnActivate;
   std::function<void()> OnResize;
@@ -308,7 +316,7 @@ class Window : public Pane {
 
   void Activate();
   void CloseRequest();
-  /// The user moved or resized the window, or the window manager did.
+  /// The user moved or resized the window, or the window manager did. A mere move is no resize.
   void Place(Twips left, Twips top, Twips width, Twips height, Shape shape);
 
   base::Loop& EventLoop() const { return loop_; }
