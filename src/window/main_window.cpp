@@ -1,0 +1,118 @@
+#include "window/main_window.h"
+
+#include <utility>
+
+#include "base/text.h"
+
+namespace tavlo::window {
+namespace {
+
+using forms::Shape;
+using forms::Twips;
+
+/// A full window is at least this high; what is lower is a mini-player on its way.
+constexpr Twips kLowestFullHeight = 6001;
+
+Twips TwipsOf(const std::string& text) { return static_cast<Twips>(base::WholeNumberValue(text)); }
+
+}  // namespace
+
+MainWindow::MainWindow(forms::MainForm& form, forms::ConfigurationForm& config,
+                       std::function<void()> storePlayerPosition)
+    : form_(form), config_(config), storePlayerPosition_(std::move(storePlayerPosition)) {
+  form_.frmMain.OnResize = [this] { HandleResize(); };
+}
+
+void MainWindow::SetWindowControlsEnabled(bool enabled) {
+  forms::Control* const controls[] = {
+      &form_.mnuView,
+      &form_.mnuFile,
+      &form_.mnuReport,
+      &form_.listViewInQueue,
+      &form_.listViewCompleted,
+      &form_.listViewImport,
+      &form_.cmdRefreshImportList,
+      &form_.cmdUpdateFileList,
+      &form_.cmdMoveToQueue,
+      &form_.cmdDeleteAllCompleted,
+      &form_.cmdDeleteAllImportFile,
+      &form_.cmdDeleteOneCompleted,
+      &form_.cmdDeleteOneImportFile,
+      &form_.cmdSendAllImportFilesToQueue,
+      &form_.cmdSendImportFileToQueue,
+      &form_.cmdNormalSpeed,
+      &form_.cmdEQ,
+      &form_.Slider1,
+      &form_.sldVol,
+      &form_.slPosition,
+  };
+  for (forms::Control* control : controls) control->Enabled = enabled;
+}
+
+void MainWindow::EnterMiniPlayer() {
+  if (MiniPlayerShows()) SavePlayerPosition();
+  form_.frameFiles.Visible = false;
+  form_.framePlayer.Top = 0;
+  if (config_.txtMinimizeMiniPlayer.Value.Get() == "Y") {
+    form_.frmMain.WindowShape = Shape::Minimized;
+    return;
+  }
+  form_.frmMain.WindowShape = Shape::Normal;
+  TakePlayerHeight();
+  TakeStoredPlace();
+}
+
+void MainWindow::LeaveMiniPlayer() {
+  form_.frameFiles.Visible = true;
+  form_.frmMain.Height = WindowHeight;
+  form_.frmMain.Width = WindowWidth;
+  form_.frmMain.Centre();
+  form_.framePlayer.Top = PlayerFrameTop;
+}
+
+void MainWindow::SavePlayerPosition() {
+  const forms::Window& window = form_.frmMain;
+  if (window.Left < 0 || window.Top < 0) return;
+  PlayerLeftText = std::to_string(window.Left);
+  PlayerTopText = std::to_string(window.Top);
+  form_.txtPlayerLeft.Value = PlayerLeftText;
+  form_.txtPlayerTop.Value = PlayerTopText;
+  if (storePlayerPosition_) storePlayerPosition_();
+}
+
+void MainWindow::RestoreMinimized(bool atStoredPlace) {
+  if (form_.frmMain.WindowShape != Shape::Minimized) return;
+  form_.frmMain.WindowShape = Shape::Normal;
+  TakePlayerHeight();
+  if (atStoredPlace) TakeStoredPlace();
+}
+
+void MainWindow::ApplyAlwaysOnTop() {
+  form_.frmMain.TopMost = config_.txtAlwaysOnTop.Value.Get() == "Y";
+}
+
+void MainWindow::TakePlayerHeight() {
+  form_.frmMain.Height = TwipsOf(form_.txtTitleBarHeight.Value) + form_.framePlayer.Height;
+}
+
+void MainWindow::TakeStoredPlace() {
+  form_.frmMain.Left = TwipsOf(PlayerLeftText);
+  form_.frmMain.Top = TwipsOf(PlayerTopText);
+}
+
+void MainWindow::HandleResize() {
+  if (resizing_ || form_.frmMain.WindowShape != Shape::Normal) return;
+  resizing_ = true;
+  if (MiniPlayerShows()) {
+    if (guards.PlayRequested) {
+      TakePlayerHeight();
+      TakeStoredPlace();
+    }
+  } else if (form_.frmMain.Height >= kLowestFullHeight) {
+    WindowHeight = form_.frmMain.Height;
+    WindowWidth = form_.frmMain.Width;
+  }
+  resizing_ = false;
+}
+
+}  // namespace tavlo::window

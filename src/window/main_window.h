@@ -1,0 +1,69 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "forms/configuration_form.h"
+#include "forms/main_form.h"
+
+/// What all rooms share of the main window.
+namespace tavlo::window {
+
+/// Plain flags that keep events from interleaving where a rule yields to the loop. There are no
+/// locks: everything runs on one thread.
+struct Guards {
+  bool ListTransitionBusy = false;  ///< A document is being moved; the transport refuses.
+  bool ListPauseActive = false;     ///< A list change is inside a wait; Play is refused.
+  bool QuietRefresh = false;   ///< A refresh that nobody asked for: no prompt, no focus change.
+  bool PlayRequested = false;  ///< Play came from the user and the document is still in work.
+};
+
+class MainWindow {
+ public:
+  /// `storePlayerPosition` writes the three fields of the mini-player's place to the settings.
+  MainWindow(forms::MainForm& form, forms::ConfigurationForm& config,
+             std::function<void()> storePlayerPosition);
+
+  Guards guards;
+  /// "Queue", "Complete" or the word of another view.
+  std::string CurrentView = "Queue";
+  /// The full shape, taken when the window loads and when the user resizes it by hand.
+  forms::Twips WindowHeight = 0;
+  forms::Twips WindowWidth = 0;
+  forms::Twips PlayerFrameTop = 0;
+  /// Where the mini-player last stood.
+  std::string PlayerTopText;
+  std::string PlayerLeftText;
+
+  /// Freezes the whole window around a long operation, and thaws it.
+  void DisableWindowControls() { SetWindowControlsEnabled(false); }
+  void EnableWindowControls() { SetWindowControlsEnabled(true); }
+
+  /// Gives the keyboard to nobody.
+  void FocusAway() { form_.frmMain.FocusOn(form_.txtFocus); }
+
+  /// True while only the player shows.
+  bool MiniPlayerShows() const { return !form_.frameFiles.Visible; }
+  void EnterMiniPlayer();
+  void LeaveMiniPlayer();
+  /// Remembers the mini-player's place. A window parked off the screen is not remembered.
+  void SavePlayerPosition();
+  /// A document that reached its end brings a minimized window back. `atStoredPlace` also puts it
+  /// where the mini-player last stood.
+  void RestoreMinimized(bool atStoredPlace);
+  /// Pins the window above others when the setting says so.
+  void ApplyAlwaysOnTop();
+
+ private:
+  void SetWindowControlsEnabled(bool enabled);
+  void TakePlayerHeight();
+  void TakeStoredPlace();
+  void HandleResize();
+
+  forms::MainForm& form_;
+  forms::ConfigurationForm& config_;
+  std::function<void()> storePlayerPosition_;
+  bool resizing_ = false;
+};
+
+}  // namespace tavlo::window
