@@ -1,0 +1,236 @@
+#include "playback/audio_engine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "base/text.h"
+
+namespace tavlo::playback {
+namespace {
+
+using base::operator""ms;
+
+constexpr std::int64_t kBlockMilliseconds = 500;
+/// The time label trails by the half second that is queued ahead of the ear.
+constexpr double kQueuedAheadMilliseconds = 500.0;
+
+/// The lowest 40 units of the meter scale are cut off and the rest widened to the bar's 0 to 100.
+int MeterValue(double level) {
+  return static_cast<int>(std::nearbyint(std::max(level - 40.0, 1.0) / 0.6));
+}
+
+}  // namespace
+
+AudioEngine::AudioEngine(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
+                         window::MainWindow& window, AudioFile& file, AudioTransform& transform,
+                         AudioPlayer& player, const Hooks& hooks)
+    : tmrPlaySnipet(loop, "tmrPlaySnipet", 5000ms),
+      loop_(loop),
+      form_(form),
+      config_(config),
+      window_(window),
+      file_(file),
+      transform_(transform),
+      player_(player),
+      hooks_(hooks) {
+  player_.OnEndArrayPlay = [this] { LoadPlayBuffer(); };
+  player_.OnRequestOnLoadArray = [this] { LoadPlayBuffer(); };
+  player_.OnEndPlay = [this] { HandleEndPlay(); };
+  player_.OnTimer = [this](SampleCount samples, double left, double right) {
+    HandleTimer(samples, left, right);
+  };
+}
+
+AudioEngine::~AudioEngine() {
+  player_.OnEndArrayPlay = nullptr;
+  player_.OnRequestOnLoadArray = nullptr;
+  player_.OnEndPlay = nullptr;
+  player_.OnTimer = nullptr;
+}
+
+void AudioEngine::InitializeNCTcontrol() {
+  form_.Slider1.Value = 0;
+  PlaySpeedPercent = 100;
+  if (player_.DeviceCount() < 1) {
+    loop_.Show({.title = "Tavlo Deck - Sound Card",
+                .text = "A sound card can not be found",
+                .icon = base::Icon::Critical});
+    return;
+  }
+  ListDevices();
+  hooks_.ListSources();
+  IsPlaying = false;
+  IsPaused = false;
+}
+
+void AudioEngine::ListDevices() {
+  forms::Table& combo = config_.DeviceCombo;
+  combo.Clear();
+  // The bound is one beyond the last device; an index that selects nothing has no mixer.
+  for (int index = 0; index <= player_.DeviceCount(); ++index) {
+    player_.SelectDevice(index);
+    if (player_.DeviceHasMixer()) combo.Add(player_.DeviceName());
+  }
+  const auto stored = config_.txtMixerSelection.WholeNumber();
+  const auto listed = static_cast<std::int64_t>(combo.Rows().size());
+  player_.SelectDevice(stored <= listed ? static_cast<int>(stored) : 0);
+}
+
+void AudioEngine::CloseFile() {
+  file_.CloseFile();
+  holdsDocument_ = false;
+}
+
+Primed AudioEngine::Prime() {
+  holdsDocument_ = false;
+  const bool opened = file_.OpenFile(CurrentDocumentPath);
+  if (file_.OpenStatus() < 0) return Primed::Refused;
+  if (!opened) {
+    form_.lblFileLengthHMS.Value = "00:00:00";
+    return Primed::Unplayable;
+  }
+  const std::int64_t milliseconds = file_.LengthMilliseconds();
+  FileLength = static_cast<double>(milliseconds);
+  FilePositionText = base::FormatHMS(static_cast<double>(milliseconds));
+  form_.lblFileLengthHMS.Value = FilePositionText;
+  form_.slPosition.Value = 0;
+  if (milliseconds <= 0) return Primed::Empty;
+  // The division is cut before it is scaled, so that distances count whole samples a millisecond.
+  SamplesPerSecond = static_cast<double>(file_.TotalSamples() / milliseconds) * 1000.0;
+  FileLength = static_cast<double>(file_.TotalSamples());
+  player_.SetOutputFormat(file_.SampleRate(), file_.ChannelCount());
+  BufferSampleCount = player_.MillisecondsToSamples(kBlockMilliseconds);
+  holdsDocument_ = true;
+  return Primed::Yes;
+}
+
+void AudioEngine::ApplyDocumentVolume() {
+  const forms::Span& bounds = form_.sldVol.Bounds;
+  player_.SetVolume(static_cast<int>(std::clamp<std::int64_t>(
+      form_.txtVolume.WholeNumber(), bounds.minimum, bounds.maximum)));
+}
+
+void AudioEngine::StartPlay() {
+  if (IsPlaying) StopPlay();
+  form_.lblFilePositionHMS.Visible = true;
+  form_.lblSpeed.Enabled = true;
+  form_.cmdEQ.Enabled = true;
+  form_.cmdNormalSpeed.Enabled = true;
+  if (file_.TotalSamples() == 0) return;
+  PlayStartSample =
+      static_cast<double>(file_.SeekSample(static_cast<SampleCount>(CurrentSamplePosition)));
+  transform_.Reset(file_.SampleRate());
+  if (!player_.StartOutput()) {
+    ShowHardwareFault();
+    return;
+  }
+  if (player_.OpenStatus() < 0) {
+    CloseFile();
+    return;
+  }
+  IsPlaying = true;
+  form_.DeckRuns = true;
+  LoadPlayBuffer();
+  LoadPlayBuffer();
+  hooks_.ApplyEqualizer();
+}
+
+void AudioEngine::StopPlay() {
+  player_.StopOutput();
+  IsPlaying = false;
+  form_.DeckRuns = false;
+  form_.MeterLeft.Value = 0;
+  form_.MeterRight.Value = 0;
+}
+
+void AudioEngine::LoadPlayBuffer() {
+  if (!IsPlaying) return;
+  SampleArray block = file_.ReadArray(BufferSampleCount);
+  if (block.values.empty()) return;
+  StretchBlock(block);
+  player_.QueueArray(std::move(block));
+}
+
+void AudioEngine::StretchBlock(SampleArray& block) {
+  // At 100 percent as at any other speed: the stretcher must see every block to join them.
+  const auto speed = static_cast<float>(PlaySpeedPercent);
+  if (file_.ChannelCount() != 2) {
+    transform_.ChangeSpeed(block, speed);
+    return;
+  }
+  SampleArray left = transform_.SplitLeft(block);
+  SampleArray right = transform_.SplitRight(block);
+  transform_.ChangeSpeed(left, speed);
+  transform_.ChangeSpeed(right, speed);
+  block = transform_.JoinChannels(left, right);
+}
+
+void AudioEngine::PausePlay() {
+  if (!IsPlaying) return;
+  if (!IsPaused) {
+    IsPaused = true;
+    PlayStartSample += static_cast<double>(player_.PlayedSamples());
+    player_.StopOutput();
+    return;
+  }
+  IsPaused = false;
+  if (!player_.StartOutput()) return;
+  file_.SeekSample(static_cast<SampleCount>(PlayStartSample));
+  transform_.Reset(file_.SampleRate());
+  LoadPlayBuffer();
+  LoadPlayBuffer();
+}
+
+void AudioEngine::ContinueFrom(SampleCount target) {
+  PlayStartSample = static_cast<double>(file_.SeekSample(target));
+  transform_.Reset(file_.SampleRate());
+  LoadPlayBuffer();
+  LoadPlayBuffer();
+  CurrentSamplePosition = PlayStartSample;
+}
+
+void AudioEngine::HandleTimer(SampleCount currentSamples, double levelLeft, double levelRight) {
+  const auto current = static_cast<double>(currentSamples);
+  const double speed = PlaySpeedPercent / 100.0;
+  form_.MeterLeft.Value = MeterValue(levelLeft);
+  form_.MeterRight.Value = MeterValue(levelRight);
+
+  // The three sums below treat the speed differently. They are kept as they stand: the stored
+  // position is the truth, the label trails by what is queued, the text feeds nobody's arithmetic.
+  const auto reached =
+      static_cast<double>(player_.SamplesToMilliseconds(current + PlayStartSample));
+  FilePositionText = base::NumberText(reached * speed);
+  if (!SliderDragging) {
+    const double percent = reached / static_cast<double>(file_.LengthMilliseconds()) * 100.0;
+    form_.slPosition.Value = static_cast<int>(std::nearbyint(std::clamp(percent, 0.0, 100.0)));
+    CurrentSamplePosition = current + PlayStartSample;
+  }
+  const auto shown =
+      static_cast<double>(player_.SamplesToMilliseconds(speed * current + PlayStartSample));
+  form_.lblFilePositionHMS.Value = base::FormatHMS(shown - kQueuedAheadMilliseconds);
+}
+
+void AudioEngine::HandleEndPlay() {
+  tmrPlaySnipet.Stop();
+  StopPlay();
+  form_.cmdComplete.Enabled = true;
+  window_.RestoreMinimized(/*atStoredPlace=*/false);
+  CurrentSamplePosition = FileLength;
+  form_.slPosition.Value = 100;
+  form_.lblFilePositionHMS.Value = base::FormatHMS(static_cast<double>(file_.LengthMilliseconds()));
+  hooks_.PlayPrompt("ForwardEnd");
+}
+
+void AudioEngine::ShowHardwareFault() {
+  loop_.Show({.title = "Tavlo Deck - Audio Hardware",
+              .text = "The audio hardware currently selected does not support speed adjusted "
+                      "playback of this document\n\n\r"
+                      "Please choose a different Audio Hardware selection from the Mixer tab of "
+                      "the Configuration menu and then try again",
+              .icon = base::Icon::Warning});
+  form_.frmMain.Visible = false;
+  hooks_.ShowConfiguration();
+}
+
+}  // namespace tavlo::playback

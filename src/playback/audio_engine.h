@@ -1,0 +1,96 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/loop.h"
+#include "forms/configuration_form.h"
+#include "forms/main_form.h"
+#include "playback/audio_objects.h"
+#include "playback/hooks.h"
+#include "window/main_window.h"
+
+namespace tavlo::playback {
+
+/// How the measuring of a document before its first sound ended.
+enum class Primed {
+  Yes,
+  Refused,     ///< The process is in trouble; nothing was changed.
+  Unplayable,  ///< The file cannot be played.
+  Empty,       ///< The file holds less than a millisecond of sound.
+};
+
+/// The glue around the three audio objects: two half-second blocks are kept in flight, each read
+/// from the file, stretched to the playback speed and queued; the player asks for the next one.
+class AudioEngine {
+ public:
+  AudioEngine(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
+              window::MainWindow& window, AudioFile& file, AudioTransform& transform,
+              AudioPlayer& player, const Hooks& hooks);
+  ~AudioEngine();
+
+  bool IsPlaying = false;
+  bool IsPaused = false;
+  int PlaySpeedPercent = 100;
+  /// Sample of the file at which the current run of blocks began.
+  double PlayStartSample = 0;
+  /// The transport's position, in samples.
+  double CurrentSamplePosition = 0;
+  /// Length of the primed document, in samples.
+  double FileLength = 0;
+  /// Samples in one second as winds and backspace see it: whole thousands, so that an 11,025 Hz
+  /// document counts as 11,000.
+  double SamplesPerSecond = 0;
+  SampleCount BufferSampleCount = 0;
+  /// A slider is held down; the position display stands still.
+  bool SliderDragging = false;
+  /// Milliseconds as decimal text.
+  std::string FilePositionText;
+  /// Full path of the document that Play opens.
+  std::string CurrentDocumentPath;
+
+  /// Ends a preview.
+  base::Timer tmrPlaySnipet;
+
+  /// Once, at start-up: the device list, the selected device. Without a sound card it says so, and
+  /// all but the sound goes on.
+  void InitializeNCTcontrol();
+  /// Opens and measures CurrentDocumentPath and shows its length.
+  Primed Prime();
+  void CloseFile();
+  /// True from a good Prime to the next CloseFile. A scan closes the file under a primed document.
+  bool HoldsDocument() const { return holdsDocument_; }
+
+  /// Puts the document's volume back, which a prompt may have overwritten.
+  void ApplyDocumentVolume();
+  void StartPlay();
+  void StopPlay();
+  /// Reads, stretches and queues one block.
+  void LoadPlayBuffer();
+  /// Pauses and goes on without the transport's taking notice. Kept ready; no key calls it.
+  void PausePlay();
+  /// Plays on from another sample while the output runs.
+  void ContinueFrom(SampleCount target);
+
+  AudioFile& File() { return file_; }
+  AudioPlayer& Player() { return player_; }
+
+ private:
+  void ListDevices();
+  void StretchBlock(SampleArray& block);
+  void HandleTimer(SampleCount currentSamples, double levelLeft, double levelRight);
+  void HandleEndPlay();
+  void ShowHardwareFault();
+
+  base::Loop& loop_;
+  forms::MainForm& form_;
+  forms::ConfigurationForm& config_;
+  window::MainWindow& window_;
+  AudioFile& file_;
+  AudioTransform& transform_;
+  AudioPlayer& player_;
+  const Hooks& hooks_;
+  bool holdsDocument_ = false;
+};
+
+}  // namespace tavlo::playback

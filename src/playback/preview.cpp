@@ -1,0 +1,68 @@
+#include "playback/preview.h"
+
+#include <cmath>
+#include <cstdint>
+
+
+namespace tavlo::playback {
+
+Preview::Preview(forms::MainForm& form, forms::ConfigurationForm& config,
+                 window::MainWindow& window, AudioEngine& engine, Transport& transport,
+                 const Hooks& hooks)
+    : form_(form),
+      config_(config),
+      window_(window),
+      engine_(engine),
+      transport_(transport),
+      hooks_(hooks) {
+  engine_.tmrPlaySnipet.OnTick = [this] { EndByTimer(); };
+  form_.cmdImportCompleteSnipetStop.OnPress = [this] { EndByHand(); };
+}
+
+void Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
+  engine_.StopPlay();
+  form_.cmdPlay.Enabled = false;
+  window_.guards.ListPauseActive = true;
+  loop.Yield();
+  window_.guards.ListPauseActive = false;
+  engine_.CloseFile();
+  form_.cmdImportCompleteSnipetStop.Enabled = true;
+  form_.cmdImportCompleteSnipetStop.Visible = true;
+  engine_.CurrentDocumentPath = documentPath;
+  form_.slPosition.Value = 0;
+  form_.lblFilePositionHMS.Value = "00:00:00";
+  engine_.CurrentSamplePosition = 0;
+}
+
+bool Preview::Start(const std::string& emptyPrompt) {
+  const double seconds = config_.txtAutoPreview.Number();
+  if (seconds <= 0) return true;
+  // One second more than asked covers the blocks ahead of the ear; a slower speed takes longer over
+  // the same stretch of dictation.
+  const double milliseconds = (seconds + 1) * 1000 / (engine_.PlaySpeedPercent / 100.0);
+  engine_.tmrPlaySnipet.SetInterval(
+      std::chrono::milliseconds{static_cast<std::int64_t>(std::nearbyint(milliseconds))});
+  engine_.tmrPlaySnipet.Start();
+  hooks_.StopPrompt();
+  engine_.ApplyDocumentVolume();
+  transport_.DocumentPrimed = true;
+  form_.slPosition.Enabled = false;
+  if (engine_.IsPlaying) engine_.StopPlay();
+  engine_.CloseFile();
+  if (!transport_.PrimeOrExplain(emptyPrompt)) return false;
+  engine_.StartPlay();
+  return true;
+}
+
+void Preview::EndByTimer() {
+  engine_.tmrPlaySnipet.Stop();
+  engine_.StopPlay();
+}
+
+void Preview::EndByHand() {
+  engine_.StopPlay();
+  form_.cmdImportCompleteSnipetStop.Enabled = false;
+  window_.FocusAway();
+}
+
+}  // namespace tavlo::playback

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+#include "playback/transport.h"
+
+namespace tavlo::playback {
+
+/// The first seconds of a document that was selected in a list.
+class Preview {
+ public:
+  Preview(forms::MainForm& form, forms::ConfigurationForm& config, window::MainWindow& window,
+          AudioEngine& engine, Transport& transport, const Hooks& hooks);
+
+  /// What a selection does before anything sounds: playback stops, the file is closed, the position
+  /// goes to the beginning. Yields to the loop once, with Play refused meanwhile.
+  void Prepare(base::Loop& loop, const std::string& documentPath);
+  /// Sounds the beginning of the prepared document for as long as the setting says; nothing when it
+  /// says 0. A document with nothing to play is explained; `emptyPrompt` speaks for an empty one.
+  /// False when there was something to play and it could not be.
+  bool Start(const std::string& emptyPrompt);
+
+ private:
+  void EndByHand();
+  void EndByTimer();
+
+  forms::MainForm& form_;
+  forms::ConfigurationForm& config_;
+  window::MainWindow& window_;
+  AudioEngine& engine_;
+  Transport& transport_;
+  const Hooks& hooks_;
+};
+
+}  // namespace tavlo::playback

@@ -1,0 +1,294 @@
+#include "playback/transport.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "base/text.h"
+
+namespace tavlo::playback {
+namespace {
+
+using base::Duration;
+using base::operator""ms;
+
+constexpr Duration kFirstWindInterval = 1000ms;
+constexpr Duration kFastestWindInterval = 100ms;
+
+/// A held wind accelerates: the interval after so many jumps. Past the table it is the fastest.
+struct Cadence {
+  int lastTick;
+  Duration interval;
+};
+constexpr std::array kCadences = {
+    Cadence{2, 1000ms},
+    Cadence{6, 750ms},
+    Cadence{11, 600ms},
+    Cadence{17, 300ms},
+};
+
+Duration WindInterval(int tick) {
+  for (const Cadence& cadence : kCadences) {
+    if (tick >= 1 && tick <= cadence.lastTick) return cadence.interval;
+  }
+  return kFastestWindInterval;
+}
+
+}  // namespace
+
+Transport::Transport(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
+                     window::MainWindow& window, AudioEngine& engine, const Hooks& hooks)
+    : tmrRewindForward(loop, "tmrRewindForward", kFirstWindInterval),
+      loop_(loop),
+      form_(form),
+      config_(config),
+      window_(window),
+      engine_(engine),
+      hooks_(hooks) {
+  tmrRewindForward.OnTick = [this] { WindTick(); };
+  WireButtons();
+}
+
+void Transport::WireButtons() {
+  // The keyboard always goes away, so that neither a pedal nor a key acts on a button left behind.
+  form_.cmdPlay.OnPress = [this] {
+    window_.FocusAway();
+    if (window_.guards.ListTransitionBusy || window_.guards.ListPauseActive) return;
+    window_.guards.PlayRequested = true;
+    PlayCommand();
+  };
+  const auto wire = [this](forms::Command& button, void (Transport::*command)()) {
+    button.OnPress = [this, command] {
+      if (!window_.guards.ListTransitionBusy) (this->*command)();
+      window_.FocusAway();
+    };
+  };
+  wire(form_.cmdStop, &Transport::StopCommand);
+  wire(form_.cmdRewind, &Transport::RewindCommand);
+  wire(form_.cmdForward, &Transport::ForwardCommand);
+  wire(form_.cmdSkipBeg, &Transport::SkipToBeginningCommand);
+  wire(form_.cmdSkipEnd, &Transport::SkipToEndCommand);
+}
+
+void Transport::PlayCommand() {
+  StopWindAndPreview();
+  if (engine_.IsPlaying) engine_.StopPlay();
+  form_.Slider1.Enabled = true;
+  form_.slPosition.Enabled = true;
+  form_.cmdEQ.Enabled = true;
+  form_.cmdNormalSpeed.Enabled = true;
+  form_.lblFilePositionHMS.Enabled = true;
+  if (DocumentPrimed && engine_.HoldsDocument()) {
+    ContinueFromWhereTheEarWas();
+  } else if (!PrimeAtTheBeginning()) {
+    return;
+  }
+  hooks_.StopPrompt();
+  engine_.ApplyDocumentVolume();
+  if (engine_.IsPlaying) engine_.StopPlay();
+  engine_.StartPlay();
+  ShowAsPlaying();
+  window_.EnterMiniPlayer();
+}
+
+void Transport::ContinueFromWhereTheEarWas() {
+  // With Skip disabled the document is not in work yet: this is its first Play, and a preview
+  // before it does not cancel the saved position.
+  if (SavedPosition != 0 && !form_.cmdSkip.Enabled) {
+    engine_.CurrentSamplePosition = SavedPositionInFile();
+  }
+  const double seconds = config_.sliderABS.Value / 10.0;
+  engine_.CurrentSamplePosition =
+      std::max(engine_.CurrentSamplePosition - seconds * engine_.SamplesPerSecond, 0.0);
+}
+
+bool Transport::PrimeAtTheBeginning() {
+  form_.slPosition.Value = 0;
+  form_.cmdImportCompleteSnipetStop.Visible = false;
+  if (!PrimeOrExplain("EmptyDocErrMayComplete")) return false;
+  DocumentPrimed = true;
+  engine_.CurrentSamplePosition = SavedPositionInFile();
+  return true;
+}
+
+bool Transport::PrimeOrExplain(const std::string& emptyPrompt) {
+  switch (engine_.Prime()) {
+    case Primed::Yes:
+      return true;
+    case Primed::Refused:
+      return false;
+    case Primed::Unplayable:
+      loop_.Show({.title = "Tavlo Deck - Unrecognized Audio Format",
+                  .text = "This file can not be played.\n"
+                          "You may press Complete to remove it from the queue.",
+                  .icon = base::Icon::Information});
+      break;
+    case Primed::Empty:
+      hooks_.PlayPrompt(emptyPrompt);
+      break;
+  }
+  form_.cmdComplete.Enabled = true;
+  return false;
+}
+
+double Transport::SavedPositionInFile() const {
+  return std::min(static_cast<double>(SavedPosition), engine_.FileLength);
+}
+
+void Transport::ShowAsPlaying() {
+  for (forms::Control* locked :
+       std::initializer_list<forms::Control*>{&form_.listViewInQueue, &form_.cmdUpdateFileList,
+                                              &form_.mnuFile, &form_.mnuView, &form_.mnuReport}) {
+    locked->Enabled = false;
+  }
+  for (forms::Command* ready : {&form_.cmdSkip, &form_.cmdSave, &form_.cmdSkipBeg, &form_.cmdRewind,
+                                &form_.cmdStop, &form_.cmdForward, &form_.cmdSkipEnd}) {
+    ready->Enabled = true;
+  }
+  form_.cmdImportCompleteSnipetStop.Visible = false;
+  form_.cmdStop.Visible = true;
+}
+
+void Transport::StopCommand() {
+  StopWindAndPreview();
+  engine_.StopPlay();
+}
+
+void Transport::StopWindAndPreview() {
+  engine_.tmrPlaySnipet.Stop();
+  StopWind();
+}
+
+double Transport::WindSeconds() const { return config_.txtWindIncrement.Number(); }
+
+void Transport::Jump(double seconds) {
+  engine_.CurrentSamplePosition += engine_.SamplesPerSecond * seconds;
+}
+
+void Transport::RewindCommand() {
+  engine_.tmrPlaySnipet.Stop();
+  engine_.StopPlay();
+  WindTickCount = 0;
+  Jump(-WindSeconds());
+  engine_.CurrentSamplePosition = std::max(engine_.CurrentSamplePosition, 0.0);
+  ShowPosition();
+  if (form_.slPosition.Value == 100) {
+    form_.cmdSkip.Enabled = true;
+    form_.cmdComplete.Enabled = true;
+    form_.cmdSave.Enabled = true;
+  }
+  if (engine_.CurrentSamplePosition == 0) {
+    StopWind();
+    ReachBeginning();
+  } else {
+    hooks_.PlayPrompt("RewindTone");
+    StartWind(Wind::Rewind);
+  }
+}
+
+void Transport::ForwardCommand() {
+  engine_.tmrPlaySnipet.Stop();
+  engine_.StopPlay();
+  WindTickCount = 0;
+  Jump(WindSeconds());
+  engine_.CurrentSamplePosition = std::min(engine_.CurrentSamplePosition, engine_.FileLength);
+  ShowPosition();
+  if (engine_.CurrentSamplePosition == engine_.FileLength) {
+    StopWind();
+    ReachEnd();
+  } else {
+    hooks_.PlayPrompt("ForwardTone");
+    StartWind(Wind::Forward);
+  }
+}
+
+void Transport::StartWind(Wind direction) {
+  WindDirection = direction;
+  form_.DeckRuns = true;
+  tmrRewindForward.SetInterval(kFirstWindInterval);
+  tmrRewindForward.Start();
+}
+
+void Transport::StopWind() {
+  tmrRewindForward.Stop();
+  WindDirection = Wind::None;
+  form_.DeckRuns = engine_.IsPlaying;
+}
+
+void Transport::WindTick() {
+  tmrRewindForward.Stop();
+  ++WindTickCount;
+  const bool finished = WindDirection == Wind::Rewind ? WindBack() : WindOn();
+  if (finished) return;
+  ShowPosition();
+  const bool accelerates = config_.txtAccelerateWindIncrement.Value.Get() == "Y";
+  tmrRewindForward.SetInterval(accelerates ? WindInterval(WindTickCount) : kFirstWindInterval);
+  tmrRewindForward.Start();
+}
+
+bool Transport::WindBack() {
+  Jump(-WindSeconds());
+  // A jump that lands exactly on an end is not there yet: the next jump declares it.
+  if (engine_.CurrentSamplePosition < 0) {
+    StopWind();
+    ReachBeginning();
+    return true;
+  }
+  if (tmrRewindForward.Interval() != kFastestWindInterval) hooks_.PlayPrompt("RewindTone");
+  return false;
+}
+
+bool Transport::WindOn() {
+  Jump(WindSeconds());
+  if (engine_.CurrentSamplePosition > engine_.FileLength) {
+    StopWind();
+    ReachEnd();
+    return true;
+  }
+  if (tmrRewindForward.Interval() != kFastestWindInterval) hooks_.PlayPrompt("ForwardTone");
+  return false;
+}
+
+void Transport::SkipToBeginningCommand() {
+  StopWindAndPreview();
+  engine_.StopPlay();
+  LastForwardPressTime = 0;
+  LastRewindPressTime = 0;
+  ReachBeginning();
+}
+
+void Transport::SkipToEndCommand() {
+  StopWindAndPreview();
+  engine_.StopPlay();
+  LastForwardPressTime = 0;
+  LastRewindPressTime = 0;
+  ReachEnd();
+}
+
+void Transport::ReachBeginning() {
+  engine_.CurrentSamplePosition = 0;
+  form_.lblFilePositionHMS.Value = "00:00:00";
+  form_.slPosition.Value = 0;
+  hooks_.PlayPrompt("RewindEnd");
+}
+
+void Transport::ReachEnd() {
+  engine_.CurrentSamplePosition = engine_.FileLength;
+  form_.lblFilePositionHMS.Value = form_.lblFileLengthHMS.Value;
+  form_.slPosition.Value = 100;
+  hooks_.PlayPrompt("ForwardEnd");
+  form_.cmdComplete.Enabled = true;
+  window_.RestoreMinimized(/*atStoredPlace=*/true);
+}
+
+void Transport::ShowPosition() {
+  const double position = engine_.CurrentSamplePosition;
+  if (engine_.FileLength > 0) {
+    form_.slPosition.Value =
+        static_cast<int>(std::nearbyint(position * 100.0 / engine_.FileLength));
+  }
+  form_.lblFilePositionHMS.Value =
+      base::FormatHMS(static_cast<double>(engine_.Player().SamplesToMilliseconds(position)));
+}
+
+}  // namespace tavlo::playback

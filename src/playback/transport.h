@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "playback/audio_engine.h"
+
+namespace tavlo::playback {
+
+enum class Wind { None, Rewind, Forward };
+
+/// Moves the dictation under the typist's foot. Rewind and forward are no scrub: they are jumps of
+/// a set distance, each marked by a tone, at a cadence that can accelerate. Nothing of the document
+/// sounds while it winds; Play picks up from where it stands, less the auto-backspace.
+class Transport {
+ public:
+  Transport(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
+            window::MainWindow& window, AudioEngine& engine, const Hooks& hooks);
+
+  Wind WindDirection = Wind::None;
+  int WindTickCount = 0;
+  /// The document's audio file is open and measured.
+  bool DocumentPrimed = false;
+  /// The saved position in the name of the document that was opened last, in samples.
+  std::int32_t SavedPosition = 0;
+  /// Seconds since midnight of the pedals' last presses; 0 after a skip, so that the next press
+  /// cannot be the second of two.
+  double LastRewindPressTime = 0;
+  double LastForwardPressTime = 0;
+
+  base::Timer tmrRewindForward;
+
+  void PlayCommand();
+  void StopCommand();
+  void RewindCommand();
+  void ForwardCommand();
+  void SkipToBeginningCommand();
+  void SkipToEndCommand();
+
+  /// Ends a wind where it stands.
+  void StopWind();
+  /// Stops the preview's timer and the wind. The position stays.
+  void StopWindAndPreview();
+  /// Primes the document and tells the user about one that holds nothing to play; Complete then
+  /// takes it out of the Queue. `emptyPrompt` is what an empty one says. True when it may be
+  /// played.
+  bool PrimeOrExplain(const std::string& emptyPrompt);
+
+ private:
+  void WireButtons();
+  void ContinueFromWhereTheEarWas();
+  bool PrimeAtTheBeginning();
+  double SavedPositionInFile() const;
+  void ShowAsPlaying();
+
+  void Jump(double seconds);
+  double WindSeconds() const;
+  void StartWind(Wind direction);
+  void WindTick();
+  /// One jump of a running wind; true when it reached an end, which stops the wind.
+  bool WindBack();
+  bool WindOn();
+  void ReachBeginning();
+  void ReachEnd();
+  void ShowPosition();
+
+  base::Loop& loop_;
+  forms::MainForm& form_;
+  forms::ConfigurationForm& config_;
+  window::MainWindow& window_;
+  AudioEngine& engine_;
+  const Hooks& hooks_;
+};
+
+}  // namespace tavlo::playback
