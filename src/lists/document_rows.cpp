@@ -1,0 +1,57 @@
+#include "lists/document_rows.h"
+
+#include <string>
+
+#include "forms/main_form.h"
+
+namespace tavlo::lists {
+namespace {
+
+using forms::Colour;
+
+constexpr Colour kBlack = 0x000000;
+constexpr Colour kRed = 0xFF0000;
+constexpr Colour kBlue = 0x0000FF;
+
+}  // namespace
+
+std::vector<forms::Column> DocumentColumns(const std::string& subjectHeading,
+                                           forms::Twips savedWidth) {
+  return {
+      {"Pri", 375},    {"Saved", savedWidth},  {"Author", 1500}, {"Id", 850},    {"Dept", 600},
+      {"Work", 600},   {subjectHeading, 1500}, {"Length", 900},  {"Date", 1100}, {"Time", 900},
+      {"System", 800}, {"File Name", 0},       {"", 0},          {"", 0},
+  };
+}
+
+forms::Row DocumentRow(const store::DocumentRecord& record, const std::string& fileName,
+                       const std::string& lengthHMS) {
+  const bool priority = record.Priority == "P";
+  const Colour colour = priority ? kRed : kBlack;
+  const std::string mark = priority ? "Pri" : "";
+  forms::Row row;
+  row.cells = {
+      {mark, colour},
+      {record.SavedPosition != 0 ? "Saved" : "", kBlue},
+      {record.AuthorName, colour},
+      {std::to_string(record.AuthorId), colour},
+      {std::to_string(record.Department), colour},
+      {std::to_string(record.WorkType), colour},
+      {record.Subject, colour},
+      {lengthHMS, colour},
+      {record.DictationDate, colour},
+      {record.DictationTime, colour},
+      {record.SystemId, colour},
+      {fileName, colour},
+      {mark, kBlack},
+      {record.DictationStamp, kBlack},
+  };
+  return row;
+}
+
+void SortByPriorityAndAge(forms::Table& list) {
+  list.Sort(forms::document_column::StampSort, forms::SortOrder::Ascending);
+  list.Sort(forms::document_column::PrioritySort, forms::SortOrder::Descending);
+}
+
+}  // namespace tavlo::lists

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "forms/controls.h"
+#include "store/document_name.h"
+
+/// The rows and columns that the Queue and the Completed list have in common.
+namespace tavlo::lists {
+
+/// Columns by forms::document_column. `savedWidth` is that of the Saved column.
+std::vector<forms::Column> DocumentColumns(const std::string& subjectHeading,
+                                           forms::Twips savedWidth);
+
+/// The row of a document: priority documents are red, the word Saved is blue.
+forms::Row DocumentRow(const store::DocumentRecord& record, const std::string& fileName,
+                       const std::string& lengthHMS);
+
+/// The order in which the user first sees a list: priority documents first, each group oldest
+/// dictation first.
+void SortByPriorityAndAge(forms::Table& list);
+
+}  // namespace tavlo::lists

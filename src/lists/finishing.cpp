@@ -1,0 +1,160 @@
+#include "lists/finishing.h"
+
+#include <initializer_list>
+
+#include "store/saved_position.h"
+
+namespace tavlo::lists {
+namespace {
+
+using base::operator""ms;
+
+void SetEnabled(std::initializer_list<forms::Control*> controls, bool enabled) {
+  for (forms::Control* control : controls) control->Enabled = enabled;
+}
+
+/// Holds the transport off while a document is being moved, however that ends.
+class Transition {
+ public:
+  explicit Transition(window::Guards& guards) : guards_(guards) {
+    guards_.ListTransitionBusy = true;
+  }
+  ~Transition() {
+    guards_.ListTransitionBusy = false;
+    guards_.ListPauseActive = false;
+  }
+  Transition(const Transition&) = delete;
+
+ private:
+  window::Guards& guards_;
+};
+
+}  // namespace
+
+Finishing::Finishing(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
+                     window::MainWindow& window, store::WorkFolders& folders,
+                     store::FileMoves& moves, playback::AudioEngine& engine,
+                     playback::Transport& transport, QueueList& queue, Opening& opening,
+                     Refresh& refresh, const playback::Hooks& sound, const Hooks& hooks)
+    : loop_(loop),
+      form_(form),
+      config_(config),
+      window_(window),
+      folders_(folders),
+      moves_(moves),
+      engine_(engine),
+      transport_(transport),
+      queue_(queue),
+      opening_(opening),
+      refresh_(refresh),
+      sound_(sound),
+      hooks_(hooks) {
+  form_.cmdComplete.OnPress = [this] { Finish(Way::Complete); };
+  form_.cmdSave.OnPress = [this] { Finish(Way::Save); };
+  form_.cmdSkip.OnPress = [this] { Finish(Way::Skip); };
+}
+
+void Finishing::Finish(Way way) {
+  if (form_.frmMain.WindowShape == forms::Shape::Normal) window_.SavePlayerPosition();
+  window_.guards.PlayRequested = false;
+  DisableTransportButtons();
+  {
+    const Transition transition(window_.guards);
+    form_.frmMain.WindowShape = forms::Shape::Normal;
+    LeaveDocument();
+    StoreOutcome(way);
+    ReturnToList();
+    RebuildList(way);
+    if (way == Way::Complete) opening_.SelectedQueueFile.clear();
+    AutoQueueNextDocument();
+  }
+  hooks_.TakeWaitingWorkAsSeen();
+  hooks_.UserActed();
+  refresh_.tmrWorkWaitingAlert.Start();
+  window_.FocusAway();
+}
+
+void Finishing::LeaveDocument() {
+  transport_.DocumentPrimed = false;
+  transport_.StopWindAndPreview();
+  engine_.StopPlay();
+  window_.guards.ListPauseActive = true;
+  loop_.Yield();
+  // The file is closed first, because what follows renames or moves it.
+  engine_.CloseFile();
+}
+
+void Finishing::StoreOutcome(Way way) {
+  if (way == Way::Skip) return;
+  form_.slPosition.Value = 0;
+  const double position = way == Way::Save ? engine_.CurrentSamplePosition : 0.0;
+  store::WriteSavedPosition(position, opening_.SelectedQueueFile, folders_, moves_);
+  if (way == Way::Complete) MoveToCompleted();
+}
+
+void Finishing::MoveToCompleted() {
+  // The document leaves the Queue in every case, as settled; what a failed copy would destroy is
+  // kept in the rescue folder. The next scan shows the truth, so the result needs no look here.
+  static_cast<void>(moves_.MoveOrRescue(folders_.InQueuePath + opening_.SelectedQueueFile,
+                                        folders_.CompletedPath() + opening_.SelectedQueueFile));
+}
+
+void Finishing::ReturnToList() {
+  form_.lblFilePositionHMS.Value = "00:00:00";
+  SetEnabled({&form_.cmdSkip, &form_.cmdComplete, &form_.cmdSave}, false);
+  form_.listViewInQueue.Visible = true;
+  // Play locked the list; it must be free again for what the user clicks next.
+  SetEnabled({&form_.cmdUpdateFileList, &form_.listViewInQueue}, true);
+  window_.LeaveMiniPlayer();
+  SetEnabled(
+      {&form_.cmdSkipBeg, &form_.cmdRewind, &form_.cmdStop, &form_.cmdPlay, &form_.cmdForward,
+       &form_.cmdSkipEnd, &form_.Slider1, &form_.cmdEQ, &form_.cmdNormalSpeed},
+      false);
+  form_.cmdImportCompleteSnipetStop.Visible = true;
+  form_.cmdStop.Visible = false;
+  form_.Slider1.Value = engine_.PlaySpeedPercent - 100;
+  form_.lblFilePositionHMS.Visible = false;
+}
+
+void Finishing::RebuildList(Way way) {
+  const forms::Hourglass hourglass(form_.frmMain);
+  form_.frameInQueue.Caption = "Queue";
+  const bool staysInList = !QueuesByItself();
+  if (staysInList) {
+    sound_.PlayPrompt(way == Way::Complete ? "Complete" : way == Way::Save ? "Save" : "Return");
+  }
+  const std::initializer_list<forms::Control*> frozen = {&form_.cmdUpdateFileList, &form_.mnuFile,
+                                                         &form_.mnuView, &form_.mnuReport};
+  form_.listViewInQueue.Visible = false;
+  SetEnabled(frozen, false);
+  loop_.Wait(500ms);
+  hooks_.RunRetrievalPasses();
+  queue_.RefreshQueueList();
+  form_.listViewInQueue.Visible = true;
+  SetEnabled(frozen, true);
+  if (way == Way::Complete && staysInList && queue_.QueueCount == 0) sound_.PlayPrompt("AllDone");
+}
+
+bool Finishing::QueuesByItself() const { return config_.txtAutoQueueJob.Value.Get() == "Y"; }
+
+void Finishing::AutoQueueNextDocument() {
+  engine_.CurrentDocumentPath.clear();
+  if (!QueuesByItself()) return;
+  const forms::Table& list = form_.listViewInQueue;
+  for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
+    if (list.TextAt(row, forms::document_column::Saved) == "Saved") continue;
+    opening_.SelectedQueueFile = list.TextAt(row, forms::document_column::FileName);
+    form_.listViewInQueue.ListIndex = row;
+    opening_.GetSelectedJob();
+    return;
+  }
+}
+
+void Finishing::DisableTransportButtons() {
+  SetEnabled(
+      {&form_.cmdSkip, &form_.cmdSave, &form_.cmdComplete, &form_.cmdSkipBeg, &form_.cmdRewind,
+       &form_.cmdPlay, &form_.cmdForward, &form_.cmdSkipEnd, &form_.cmdEQ, &form_.cmdNormalSpeed},
+      false);
+}
+
+}  // namespace tavlo::lists

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string_view>
+
+#include "base/loop.h"
+#include "forms/configuration_form.h"
+#include "forms/main_form.h"
+#include "lists/hooks.h"
+#include "lists/opening.h"
+#include "lists/queue_list.h"
+#include "lists/refresh.h"
+#include "playback/audio_engine.h"
+#include "playback/transport.h"
+#include "store/file_moves.h"
+#include "store/work_folders.h"
+#include "window/main_window.h"
+
+namespace tavlo::lists {
+
+/// The three ways to leave a document: Complete moves it to the Completed folder, Save keeps it and
+/// stores the position in its name, Skip leaves it as it is. All three bring the list back, fetch
+/// new work and may open the next document by themselves.
+class Finishing {
+ public:
+  Finishing(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
+            window::MainWindow& window, store::WorkFolders& folders, store::FileMoves& moves,
+            playback::AudioEngine& engine, playback::Transport& transport, QueueList& queue,
+            Opening& opening, Refresh& refresh, const playback::Hooks& sound, const Hooks& hooks);
+
+ private:
+  enum class Way { Complete, Save, Skip };
+
+  void Finish(Way way);
+  void LeaveDocument();
+  void StoreOutcome(Way way);
+  void MoveToCompleted();
+  void ReturnToList();
+  void RebuildList(Way way);
+  void AutoQueueNextDocument();
+  bool QueuesByItself() const;
+  void DisableTransportButtons();
+
+  base::Loop& loop_;
+  forms::MainForm& form_;
+  forms::ConfigurationForm& config_;
+  window::MainWindow& window_;
+  store::WorkFolders& folders_;
+  store::FileMoves& moves_;
+  playback::AudioEngine& engine_;
+  playback::Transport& transport_;
+  QueueList& queue_;
+  Opening& opening_;
+  Refresh& refresh_;
+  const playback::Hooks& sound_;
+  const Hooks& hooks_;
+};
+
+}  // namespace tavlo::lists

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "base/loop.h"
+#include "forms/configuration_form.h"
+#include "forms/main_form.h"
+#include "playback/audio_engine.h"
+#include "store/disk.h"
+#include "store/document_name.h"
+#include "store/work_folders.h"
+
+namespace tavlo::lists {
+
+/// The documents that wait to be typed. The list holds no data of its own: a scan rebuilds it from
+/// the files of the InQueue folder.
+class QueueList {
+ public:
+  QueueList(base::Loop& loop, forms::MainForm& form, store::Disk& disk, store::WorkFolders& folders,
+            store::DocumentNames& names, playback::AudioEngine& engine);
+
+  /// Rows in the list.
+  int QueueCount = 0;
+  /// Sum of the rows' lengths, milliseconds.
+  double QueueTotalLength = 0;
+  /// The file could not be opened; its row stands with length 0.
+  bool OpenFailed = false;
+
+  /// Makes the columns, once at start.
+  void MakeColumns(const std::string& subjectHeading);
+  void RefreshQueueList();
+
+ private:
+  enum class Step { Row, NoRow, EndScan };
+
+  Step ScanFile(const std::string& scanFileName);
+  void WriteCaption();
+
+  base::Loop& loop_;
+  forms::MainForm& form_;
+  store::Disk& disk_;
+  store::WorkFolders& folders_;
+  store::DocumentNames& names_;
+  playback::AudioEngine& engine_;
+};
+
+}  // namespace tavlo::lists
