@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -15,6 +16,10 @@ enum class Table { GeneralSettings, FtpSettings, ImportAuthors, RevisionInfo };
 using Record = std::map<std::string, std::string>;
 /// The fields to write, in the order of writing.
 using Assignments = std::vector<std::pair<std::string, std::string>>;
+
+/// Bytes that a value may have. A longer one is cut when it is read and refused when it is written;
+/// a value ends before its first NUL.
+inline constexpr std::size_t kLongestValue = 65536;
 
 /// The open settings database: one connection, held for the run. Rows are counted from 0 and are
 /// neither added nor removed. Called on the loop's thread.

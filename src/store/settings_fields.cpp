@@ -88,7 +88,8 @@ constexpr Field kFields[] = {
     {FtpSettings, "FtpPassiveModeCheck", Truth, "-1", "Passive data connection"},
     {FtpSettings, "FtpParseGenericPointer", NumberText, "1",
      "List index of the author profile that files of no known type go with"},
-    {FtpSettings, "FtpListFileDefinition", Text, "All files", "Type of files to list; never written"},
+    {FtpSettings, "FtpListFileDefinition", Text, "All files",
+     "Type of files to list; never written"},
 
     {ImportAuthors, "NumericSorter", Number, "#", "Number of the profile, 1 to 26"},
     {ImportAuthors, "SystemID", NumberText, "1", "System id; no document name carries it"},

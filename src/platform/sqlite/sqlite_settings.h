@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "store/settings_database.h"
+#include "store/settings_fields.h"
+
+namespace tavlo::platform {
+
+/// Settings databases in SQLite files. The file stays locked for as long as its database lives, and
+/// each save is on the disk, or undone, whatever happens to the process.
+///
+/// The lock belongs to the process: nothing else in it may open and close the same file, since that
+/// would give the lock away.
+class SqliteSettingsDatabases : public store::SettingsDatabases {
+ public:
+  using Opener = std::function<store::OpenedDatabase(const std::string& path)>;
+
+  /// `openAccess` opens an old release's database that is in Access format; without it such a file
+  /// is refused.
+  explicit SqliteSettingsDatabases(store::ShippedDatabase shipped, Opener openAccess = {});
+
+  store::OpenedDatabase Open(const std::string& path) override;
+  store::OpenedDatabase OpenOld(const std::string& path) override;
+  std::string Create(const std::string& path) override;
+
+ private:
+  store::ShippedDatabase shipped_;
+  Opener openAccess_;
+};
+
+}  // namespace tavlo::platform
