@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tavlo::store {
@@ -26,13 +27,18 @@ struct Listing {
 };
 
 enum class Readiness {
-  Free,      ///< Nobody writes into it and it may be opened.
-  InUse,     ///< Somebody has it open for writing, or it still grows.
-  Unusable,  ///< It cannot be opened, or it is no plain file (any more).
+  Free,          ///< Nobody writes into it and it may be opened.
+  FreeReadOnly,  ///< As Free, and its attributes are not the normal ones.
+  InUse,         ///< Somebody has it open for writing, or it still grows.
+  Unusable,      ///< It cannot be opened, or it is no plain file (any more).
 };
 
+/// What stands at a path. A link counts as what it leads to, and as Other when it leads nowhere.
+enum class Entry { Nothing, PlainFile, Folder, Other };
+
 /// The narrow interface to the file system. Paths are full paths of bytes; they need not be UTF-8.
-/// Everything is called on the loop's thread. No operation follows a link.
+/// A path without a folder, and the empty folder, mean the process's current folder. Everything is
+/// called on the loop's thread. Except for `Look`, no operation on a file follows a link.
 class Disk {
  public:
   virtual ~Disk() = default;
@@ -41,19 +47,26 @@ class Disk {
   virtual Listing ListPlainFiles(const std::string& folder) = 0;
   /// Size and stamp of a plain file; nothing when there is none.
   virtual std::optional<FileFacts> Facts(const std::string& path) = 0;
+  virtual Entry Look(const std::string& path) = 0;
   /// Asks the kernel whether a program is still writing the file. Changes nothing.
   virtual Readiness TestReadiness(const std::string& path) = 0;
   /// Makes the file writable for its owner.
   virtual DiskResult SetAttributesNormal(const std::string& path) = 0;
 
-  /// Copies the contents into a new file and flushes it to the disk. Refuses to overwrite; what was
-  /// copied so far stays behind when it fails.
+  /// Copies the contents and the stamp into a new file and flushes it to the disk. Refuses to
+  /// overwrite; what was copied so far stays behind when it fails.
   virtual DiskResult Copy(const std::string& from, const std::string& to) = 0;
-  /// Renames in one step on one file system. Refuses to overwrite.
+  /// Renames a file or a folder in one step on one file system. Refuses to overwrite.
   virtual DiskResult Rename(const std::string& from, const std::string& to) = 0;
   virtual DiskResult Delete(const std::string& path) = 0;
+  /// Adds text to the end of a plain file, which is made when it is missing, and flushes it.
+  virtual DiskResult Append(const std::string& path, std::string_view text) = 0;
+  /// Makes a link that leads to `target`. AlreadyThere when anything of that name exists.
+  virtual DiskResult MakeLink(const std::string& target, const std::string& path) = 0;
   /// One level. AlreadyThere when anything of that name exists.
   virtual DiskResult MakeFolder(const std::string& path) = 0;
+  /// Removes a folder and all that it holds. Links in it are removed and not followed.
+  virtual DiskResult RemoveFolder(const std::string& path) = 0;
   /// Makes renames and deletes in the folder survive a power cut.
   virtual DiskResult FlushFolder(const std::string& folder) = 0;
 };

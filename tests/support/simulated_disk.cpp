@@ -1,0 +1,361 @@
+#include "support/simulated_disk.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <utility>
+
+namespace tavlo::test {
+namespace {
+
+using store::DiskResult;
+
+constexpr std::size_t kLongestName = 255;
+
+std::string FolderOf(const std::string& absolute) {
+  const auto slash = absolute.rfind('/');
+  return slash == 0 ? "/" : absolute.substr(0, slash);
+}
+
+std::string NameOf(const std::string& absolute) { return absolute.substr(absolute.rfind('/') + 1); }
+
+bool IsBelow(const std::string& absolute, const std::string& folder) {
+  return folder == "/" ? absolute != "/" : absolute.starts_with(folder + "/");
+}
+
+}  // namespace
+
+SimulatedDisk::SimulatedDisk(const base::Loop& loop) : loop_(loop) {
+  Make("/", Kind::Folder, "");
+  WithFolder(CurrentFolder);
+}
+
+SimulatedDisk& SimulatedDisk::WithFolder(const std::string& path) {
+  const auto absolute = Absolute(path);
+  MakeParents(absolute);
+  if (!entries_.contains(absolute)) Make(absolute, Kind::Folder, "");
+  return *this;
+}
+
+SimulatedDisk& SimulatedDisk::WithFile(const std::string& path, const std::string& contents) {
+  MakeParents(Absolute(path));
+  Make(Absolute(path), Kind::File, contents);
+  return *this;
+}
+
+SimulatedDisk& SimulatedDisk::WithLink(const std::string& path, const std::string& target) {
+  MakeParents(Absolute(path));
+  Make(Absolute(path), Kind::Link, target);
+  return *this;
+}
+
+SimulatedDisk& SimulatedDisk::WithFifo(const std::string& path) {
+  MakeParents(Absolute(path));
+  Make(Absolute(path), Kind::Fifo, "");
+  return *this;
+}
+
+SimulatedDisk& SimulatedDisk::WithFileSystemAt(const std::string& folder) {
+  WithFolder(folder);
+  fileSystems_.push_back(Absolute(folder));
+  return *this;
+}
+
+void SimulatedDisk::Write(const std::string& path, const std::string& contents) {
+  Node& node = entries_.at(Absolute(path));
+  node.contents = contents;
+  node.stamp = Stamp();
+}
+
+void SimulatedDisk::FailOperation(int nth, DiskResult result, Failing failing) {
+  fault_ = Fault{operationCount_ + nth, result, failing};
+}
+
+void SimulatedDisk::CrashAtOperation(int nth) { crashAt_ = operationCount_ + nth; }
+
+void SimulatedDisk::LoseWhatWasNotFlushed() {
+  std::reverse(unflushedRenames_.begin(), unflushedRenames_.end());
+  for (const auto& [from, to] : unflushedRenames_) {
+    if (entries_.contains(to) && !entries_.contains(from)) MoveEntries(to, from);
+  }
+  unflushedRenames_.clear();
+}
+
+void SimulatedDisk::Heal() {
+  fault_.reset();
+  crashAt_.reset();
+}
+
+void SimulatedDisk::SetFreeSpace(const std::string& path, std::uint64_t bytes) {
+  freeSpace_[FileSystemOf(Absolute(path))] = bytes;
+}
+
+std::string SimulatedDisk::Contents(const std::string& path) const {
+  const auto found = entries_.find(Absolute(path));
+  return found == entries_.end() ? "(nothing there)" : found->second.contents;
+}
+
+std::vector<std::string> SimulatedDisk::NamesIn(const std::string& folder) const {
+  std::vector<std::string> names;
+  for (const auto& [path, node] : entries_) {
+    if (path != "/" && FolderOf(path) == Absolute(folder)) names.push_back(NameOf(path));
+  }
+  return names;
+}
+
+std::vector<std::string> SimulatedDisk::FilesHolding(const std::string& contents) const {
+  std::vector<std::string> paths;
+  for (const auto& [path, node] : entries_) {
+    if (node.kind == Kind::File && node.contents == contents) paths.push_back(path);
+  }
+  return paths;
+}
+
+std::size_t SimulatedDisk::FileCount() const {
+  return static_cast<std::size_t>(
+      std::count_if(entries_.begin(), entries_.end(),
+                    [](const auto& entry) { return entry.second.kind == Kind::File; }));
+}
+
+std::vector<std::string> SimulatedDisk::Changes() const {
+  constexpr std::array<std::string_view, 4> kLooking{"List ", "Facts ", "Look ", "Test "};
+  std::vector<std::string> changes;
+  for (const auto& operation : Operations) {
+    if (std::none_of(kLooking.begin(), kLooking.end(),
+                     [&](auto word) { return operation.starts_with(word); })) {
+      changes.push_back(operation);
+    }
+  }
+  return changes;
+}
+
+store::Listing SimulatedDisk::ListPlainFiles(const std::string& folder) {
+  const auto absolute = Absolute(folder);
+  if (Begin("List " + absolute) || !Is(absolute, Kind::Folder)) return {};
+  const auto broken = brokenListings_.find(absolute);
+  if (broken != brokenListings_.end() && broken->second == 0) return {};
+  std::vector<std::pair<int, std::string>> found;
+  for (const auto& [path, node] : entries_) {
+    if (node.kind == Kind::File && FolderOf(path) == absolute && !NameOf(path).starts_with('.')) {
+      found.emplace_back(node.number, NameOf(path));
+    }
+  }
+  std::sort(found.begin(), found.end());
+  store::Listing listing{.started = true, .finished = true};
+  for (auto& [number, name] : found) {
+    if (broken != brokenListings_.end() && listing.names.size() == broken->second) break;
+    listing.names.push_back(std::move(name));
+  }
+  listing.finished = broken == brokenListings_.end();
+  return listing;
+}
+
+std::optional<store::FileFacts> SimulatedDisk::Facts(const std::string& path) {
+  const auto absolute = Absolute(path);
+  if (Begin("Facts " + absolute) || !Is(absolute, Kind::File)) return {};
+  const Node& node = entries_.at(absolute);
+  return store::FileFacts{.size = node.contents.size(), .stamp = node.stamp};
+}
+
+store::Entry SimulatedDisk::Look(const std::string& path) {
+  auto absolute = Absolute(path);
+  if (Begin("Look " + absolute) || !entries_.contains(absolute)) return store::Entry::Nothing;
+  if (Is(absolute, Kind::Link)) absolute = Absolute(entries_.at(absolute).contents);
+  if (Is(absolute, Kind::File)) return store::Entry::PlainFile;
+  return Is(absolute, Kind::Folder) ? store::Entry::Folder : store::Entry::Other;
+}
+
+store::Readiness SimulatedDisk::TestReadiness(const std::string& path) {
+  const auto absolute = Absolute(path);
+  if (Begin("Test " + absolute) || !Is(absolute, Kind::File)) return store::Readiness::Unusable;
+  const Node& node = entries_.at(absolute);
+  if (node.unreadable) return store::Readiness::Unusable;
+  if (node.writers > 0) return store::Readiness::InUse;
+  return node.readOnly ? store::Readiness::FreeReadOnly : store::Readiness::Free;
+}
+
+DiskResult SimulatedDisk::SetAttributesNormal(const std::string& path) {
+  const auto absolute = Absolute(path);
+  if (const auto fault = Begin("SetAttributesNormal " + absolute)) return *fault;
+  if (!Is(absolute, Kind::File)) return DiskResult::NotFound;
+  entries_.at(absolute).readOnly = false;
+  return DiskResult::Done;
+}
+
+DiskResult SimulatedDisk::Copy(const std::string& from, const std::string& to) {
+  const auto source = Absolute(from);
+  const auto target = Absolute(to);
+  const auto fault = Begin("Copy " + source + " -> " + target);
+  const bool alreadyLost = Crashed() && operationCount_ > *crashAt_;
+  if (!Is(source, Kind::File)) return DiskResult::NotFound;
+  if (entries_.at(source).unreadable) return DiskResult::NoAccess;
+  const DiskResult held = CanHold(target);
+  if (held != DiskResult::Done) return held;
+  if (entries_.contains(target)) return DiskResult::AlreadyThere;
+  const bool leavesNothing = fault == DiskResult::AlreadyThere || fault == DiskResult::NotFound;
+  if (alreadyLost || leavesNothing) return *fault;
+  const Node original = entries_.at(source);
+  const bool fits = TakeSpace(target, original.contents.size());
+  if (fault || !fits) {
+    Make(target, Kind::File, original.contents.substr(0, original.contents.size() / 2));
+    return fault.value_or(DiskResult::NoSpace);
+  }
+  Make(target, Kind::File, original.contents).stamp = original.stamp;
+  if (OnNextCopy) std::exchange(OnNextCopy, nullptr)();
+  return DiskResult::Done;
+}
+
+DiskResult SimulatedDisk::Rename(const std::string& from, const std::string& to) {
+  const auto source = Absolute(from);
+  const auto target = Absolute(to);
+  if (const auto fault = Begin("Rename " + source + " -> " + target)) return *fault;
+  const DiskResult held = CanHold(target);
+  if (held != DiskResult::Done) return held;
+  if (FileSystemOf(source) != FileSystemOf(target)) return DiskResult::OtherFileSystem;
+  if (!entries_.contains(source)) return DiskResult::NotFound;
+  if (entries_.contains(target)) return DiskResult::AlreadyThere;
+  if (IsBelow(target, source)) return DiskResult::Failed;
+  MoveEntries(source, target);
+  unflushedRenames_.emplace_back(source, target);
+  return DiskResult::Done;
+}
+
+DiskResult SimulatedDisk::Delete(const std::string& path) {
+  const auto absolute = Absolute(path);
+  if (const auto fault = Begin("Delete " + absolute)) return *fault;
+  if (Is(absolute, Kind::Folder)) return DiskResult::Failed;
+  return entries_.erase(absolute) == 1 ? DiskResult::Done : DiskResult::NotFound;
+}
+
+DiskResult SimulatedDisk::Append(const std::string& path, std::string_view text) {
+  const auto absolute = Absolute(path);
+  if (const auto fault = Begin("Append " + absolute)) return *fault;
+  const DiskResult held = CanHold(absolute);
+  if (held != DiskResult::Done) return held;
+  if (!entries_.contains(absolute)) Make(absolute, Kind::File, "");
+  if (!Is(absolute, Kind::File)) return DiskResult::Failed;
+  if (entries_.at(absolute).readOnly) return DiskResult::NoAccess;
+  if (!TakeSpace(absolute, text.size())) return DiskResult::NoSpace;
+  Write(absolute, entries_.at(absolute).contents + std::string(text));
+  return DiskResult::Done;
+}
+
+DiskResult SimulatedDisk::MakeLink(const std::string& target, const std::string& path) {
+  const auto absolute = Absolute(path);
+  if (const auto fault = Begin("MakeLink " + absolute + " -> " + target)) return *fault;
+  const DiskResult held = CanHold(absolute);
+  if (held != DiskResult::Done) return held;
+  if (entries_.contains(absolute)) return DiskResult::AlreadyThere;
+  Make(absolute, Kind::Link, target);
+  return DiskResult::Done;
+}
+
+DiskResult SimulatedDisk::MakeFolder(const std::string& path) {
+  const auto absolute = Absolute(path);
+  if (const auto fault = Begin("MakeFolder " + absolute)) return *fault;
+  if (entries_.contains(absolute)) return DiskResult::AlreadyThere;
+  const DiskResult held = CanHold(absolute);
+  if (held != DiskResult::Done) return held;
+  Make(absolute, Kind::Folder, "");
+  return DiskResult::Done;
+}
+
+DiskResult SimulatedDisk::RemoveFolder(const std::string& path) {
+  const auto absolute = Absolute(path);
+  if (const auto fault = Begin("RemoveFolder " + absolute)) return *fault;
+  if (!Is(absolute, Kind::Folder)) return DiskResult::NotFound;
+  std::erase_if(entries_, [&](const auto& entry) {
+    return entry.first == absolute || IsBelow(entry.first, absolute);
+  });
+  return DiskResult::Done;
+}
+
+DiskResult SimulatedDisk::FlushFolder(const std::string& folder) {
+  const auto absolute = Absolute(folder);
+  if (const auto fault = Begin("FlushFolder " + absolute)) return *fault;
+  if (!Is(absolute, Kind::Folder)) return DiskResult::NotFound;
+  std::erase_if(unflushedRenames_,
+                [&](const auto& rename) { return FolderOf(rename.second) == absolute; });
+  return DiskResult::Done;
+}
+
+std::string SimulatedDisk::Absolute(const std::string& path) const {
+  const std::string whole = path.starts_with('/') ? path : CurrentFolder + "/" + path;
+  std::string absolute;
+  for (const char c : whole) {
+    if (c != '/' || !absolute.ends_with('/')) absolute += c;
+  }
+  if (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
+  return absolute;
+}
+
+std::string SimulatedDisk::FileSystemOf(const std::string& absolute) const {
+  std::string innermost = "/";
+  for (const auto& folder : fileSystems_) {
+    const bool holds = absolute == folder || IsBelow(absolute, folder);
+    if (holds && folder.size() > innermost.size()) innermost = folder;
+  }
+  return innermost;
+}
+
+std::int64_t SimulatedDisk::Stamp() const {
+  const base::CalendarTime now = loop_.WallClock();
+  const std::chrono::sys_days day = std::chrono::year{now.year} / now.month / now.day;
+  const auto seconds = std::chrono::seconds(day.time_since_epoch()).count() + now.hour * 3600LL +
+                       now.minute * 60LL + now.second;
+  return (seconds * 1000 + now.millisecond) * 1'000'000;
+}
+
+SimulatedDisk::Node& SimulatedDisk::Make(const std::string& absolute, Kind kind,
+                                         const std::string& contents) {
+  return entries_[absolute] =
+             Node{.kind = kind, .contents = contents, .stamp = Stamp(), .number = ++lastNumber_};
+}
+
+void SimulatedDisk::MakeParents(const std::string& absolute) {
+  for (auto slash = absolute.find('/', 1); slash != absolute.npos;
+       slash = absolute.find('/', slash + 1)) {
+    const auto folder = absolute.substr(0, slash);
+    if (!entries_.contains(folder)) Make(folder, Kind::Folder, "");
+  }
+}
+
+bool SimulatedDisk::Is(const std::string& absolute, Kind kind) const {
+  const auto found = entries_.find(absolute);
+  return found != entries_.end() && found->second.kind == kind;
+}
+
+DiskResult SimulatedDisk::CanHold(const std::string& absolute) const {
+  if (!Is(FolderOf(absolute), Kind::Folder)) return DiskResult::NotFound;
+  return NameOf(absolute).size() > kLongestName ? DiskResult::Failed : DiskResult::Done;
+}
+
+bool SimulatedDisk::TakeSpace(const std::string& absolute, std::uint64_t bytes) {
+  const auto space = freeSpace_.find(FileSystemOf(absolute));
+  if (space == freeSpace_.end()) return true;
+  if (space->second < bytes) return false;
+  space->second -= bytes;
+  return true;
+}
+
+void SimulatedDisk::MoveEntries(const std::string& from, const std::string& to) {
+  std::map<std::string, Node> moved;
+  for (auto& [path, node] : entries_) {
+    if (path == from || IsBelow(path, from)) moved[to + path.substr(from.size())] = node;
+  }
+  std::erase_if(entries_, [&](const auto& entry) {
+    return entry.first == from || IsBelow(entry.first, from);
+  });
+  entries_.merge(moved);
+}
+
+std::optional<DiskResult> SimulatedDisk::Begin(const std::string& record) {
+  ++operationCount_;
+  if (Crashed()) return DiskResult::Failed;
+  Operations.push_back(record);
+  if (!fault_ || operationCount_ < fault_->at) return {};
+  if (fault_->failing == Failing::Once && operationCount_ > fault_->at) return {};
+  return fault_->result;
+}
+
+}  // namespace tavlo::test

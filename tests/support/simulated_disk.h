@@ -1,0 +1,140 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/loop.h"
+#include "store/disk.h"
+
+namespace tavlo::test {
+
+/// A disk in memory that refuses what the real one refuses. Folders must be made before files; a
+/// folder may be another file system; other programs may hold files open. It records every
+/// operation and can fail any of them, lose all from one on, or cut the power.
+class SimulatedDisk : public store::Disk {
+ public:
+  /// Stamps come from the loop's wall clock.
+  explicit SimulatedDisk(const base::Loop& loop);
+
+  // What stands on the disk before a test acts. Parent folders are made.
+  SimulatedDisk& WithFolder(const std::string& path);
+  /// The contents tell documents apart.
+  SimulatedDisk& WithFile(const std::string& path, const std::string& contents = "sound");
+  SimulatedDisk& WithLink(const std::string& path, const std::string& target);
+  /// Neither file nor folder nor link.
+  SimulatedDisk& WithFifo(const std::string& path);
+  /// The folder and what is below it lie on a file system of their own.
+  SimulatedDisk& WithFileSystemAt(const std::string& folder);
+
+  // What other programs and people do.
+  void OpenWriter(const std::string& path) { entries_.at(Absolute(path)).writers += 1; }
+  void CloseWriter(const std::string& path) { entries_.at(Absolute(path)).writers -= 1; }
+  void SetReadOnly(const std::string& path) { entries_.at(Absolute(path)).readOnly = true; }
+  void SetUnreadable(const std::string& path) { entries_.at(Absolute(path)).unreadable = true; }
+  void Write(const std::string& path, const std::string& contents);
+  void Remove(const std::string& path) { entries_.erase(Absolute(path)); }
+  /// Runs once, at the end of the next copy: somebody interferes.
+  std::function<void()> OnNextCopy;
+
+  // Faults. Operations are counted from the call, the next one being 1.
+  enum class Failing { Once, ForGood };
+  void FailOperation(int nth, store::DiskResult result, Failing failing = Failing::Once);
+  /// The nth operation stops halfway and nothing after it reaches the disk.
+  void CrashAtOperation(int nth);
+  bool Crashed() const { return crashAt_ && operationCount_ >= *crashAt_; }
+  /// Takes back every rename that no flush of the target's folder has made lasting. Deletes last.
+  void LoseWhatWasNotFlushed();
+  /// No more faults; the program starts again.
+  void Heal();
+  /// The folder cannot be listed: the network is down.
+  void BreakListing(const std::string& folder) { brokenListings_[Absolute(folder)] = 0; }
+  /// The walk over the folder fails after so many names.
+  void BreakListingAfter(const std::string& folder, std::size_t names) {
+    brokenListings_[Absolute(folder)] = names;
+  }
+  void MendListing(const std::string& folder) { brokenListings_.erase(Absolute(folder)); }
+  /// Bytes left on the file system that holds `path`; without end until this is called.
+  void SetFreeSpace(const std::string& path, std::uint64_t bytes);
+
+  // What stands on the disk now. Looking is no operation.
+  bool Has(const std::string& path) const { return entries_.contains(Absolute(path)); }
+  bool IsReadOnly(const std::string& path) const { return entries_.at(Absolute(path)).readOnly; }
+  std::string Contents(const std::string& path) const;
+  std::string LinkTarget(const std::string& path) const { return Contents(path); }
+  /// Everything in a folder, sorted, dot files too.
+  std::vector<std::string> NamesIn(const std::string& folder) const;
+  /// The full paths of all plain files with these contents.
+  std::vector<std::string> FilesHolding(const std::string& contents) const;
+  std::size_t FileCount() const;
+
+  /// "Rename /from -> /to", "Delete /path" and so on.
+  std::vector<std::string> Operations;
+  /// The recorded operations that changed, or tried to change, the disk.
+  std::vector<std::string> Changes() const;
+
+  /// Where relative paths begin.
+  std::string CurrentFolder = "/current";
+
+  store::Listing ListPlainFiles(const std::string& folder) override;
+  std::optional<store::FileFacts> Facts(const std::string& path) override;
+  store::Entry Look(const std::string& path) override;
+  store::Readiness TestReadiness(const std::string& path) override;
+  store::DiskResult SetAttributesNormal(const std::string& path) override;
+  store::DiskResult Copy(const std::string& from, const std::string& to) override;
+  store::DiskResult Rename(const std::string& from, const std::string& to) override;
+  store::DiskResult Delete(const std::string& path) override;
+  store::DiskResult Append(const std::string& path, std::string_view text) override;
+  store::DiskResult MakeLink(const std::string& target, const std::string& path) override;
+  store::DiskResult MakeFolder(const std::string& path) override;
+  store::DiskResult RemoveFolder(const std::string& path) override;
+  store::DiskResult FlushFolder(const std::string& folder) override;
+
+ private:
+  enum class Kind { File, Folder, Link, Fifo };
+  struct Node {
+    Kind kind = Kind::File;
+    std::string contents;  ///< Of a link: where it leads.
+    std::int64_t stamp = 0;
+    int number = 0;  ///< The order of making, which is the folder's own order.
+    int writers = 0;
+    bool readOnly = false;
+    bool unreadable = false;
+  };
+  struct Fault {
+    int at;
+    store::DiskResult result;
+    Failing failing;
+  };
+
+  std::string Absolute(const std::string& path) const;
+  std::string FileSystemOf(const std::string& absolute) const;
+  std::int64_t Stamp() const;
+  Node& Make(const std::string& absolute, Kind kind, const std::string& contents);
+  void MakeParents(const std::string& absolute);
+  bool Is(const std::string& absolute, Kind kind) const;
+  /// Whether something can be made at the path, save that something may stand there.
+  store::DiskResult CanHold(const std::string& absolute) const;
+  bool TakeSpace(const std::string& absolute, std::uint64_t bytes);
+  void MoveEntries(const std::string& from, const std::string& to);
+  /// Counts and records an operation; gives the fault that befalls it.
+  std::optional<store::DiskResult> Begin(const std::string& record);
+
+  const base::Loop& loop_;
+  std::map<std::string, Node> entries_;
+  std::vector<std::string> fileSystems_;
+  std::map<std::string, std::uint64_t> freeSpace_;
+  std::map<std::string, std::size_t> brokenListings_;
+  std::vector<std::pair<std::string, std::string>> unflushedRenames_;
+  std::optional<Fault> fault_;
+  std::optional<int> crashAt_;
+  int operationCount_ = 0;
+  int lastNumber_ = 0;
+};
+
+}  // namespace tavlo::test
