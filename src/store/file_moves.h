@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "store/disk.h"
+#include "store/work_folders.h"
+
+namespace tavlo::store {
+
+/// Moves documents so that a crash at any point leaves one whole document, or two, never none. What
+/// a rule would destroy (a document of the same name that a copy overwrites, a source that goes
+/// although its copy failed) goes into the rescue folder instead, under its own name or that name
+/// with a number before the extension. Where the rescue folder lies on another file system, it goes
+/// behind a dot in its own folder. Only `DeleteForGood` deletes a document. On the loop's thread.
+class FileMoves {
+ public:
+  FileMoves(Disk& disk, const WorkFolders& folders) : disk_(disk), folders_(folders) {}
+
+  /// Done: the target is whole and the source is gone; a document that stood at the target is
+  /// rescued. Anything else: the source stands as before and so does what stood at the target, save
+  /// when all went well up to the last two steps, the flush of the target's folder and the delete
+  /// of the source: then the target is whole and the source stands too.
+  DiskResult Move(const std::string& source, const std::string& target);
+
+  /// The same for the rules by which the source goes even when its copy failed: then it is rescued.
+  /// The result is that of the move.
+  DiskResult MoveOrRescue(const std::string& source, const std::string& target);
+
+  /// Moves a document into the rescue folder.
+  DiskResult Rescue(const std::string& path);
+
+  /// For what the user deletes, and the purge.
+  DiskResult DeleteForGood(const std::string& path);
+
+ private:
+  struct Place {
+    DiskResult result;
+    std::string path;
+  };
+
+  DiskResult RenameOver(const std::string& source, const std::string& target);
+  DiskResult MoveAcross(const std::string& source, const std::string& target);
+  Place CopyBeside(const std::string& source, const std::string& target);
+  Place SetAside(const std::string& path);
+  Place RenameToFreeName(const std::string& path, const std::string& folder,
+                         std::string_view prefix);
+  bool IsInOurTree(const std::string& folder) const;
+
+  Disk& disk_;
+  const WorkFolders& folders_;
+};
+
+/// The n-th choice of a name: the name itself, then "name (2)", "name (3)" and so on, the number
+/// before the extension and the stem cut so that the whole is no longer than a name may be.
+std::string NumberedName(std::string_view name, int number);
+
+}  // namespace tavlo::store
