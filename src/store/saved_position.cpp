@@ -1,0 +1,41 @@
+#include "store/saved_position.h"
+
+#include <string_view>
+
+#include "base/text.h"
+#include "store/document_name.h"
+
+namespace tavlo::store {
+namespace {
+
+/// The first `count` characters.
+std::string_view FirstCharacters(std::string_view text, std::size_t count) {
+  const std::size_t whole = base::CharacterCount(text);
+  if (whole <= count) return text;
+  return text.substr(0, text.size() - base::LastCharacters(text, whole - count).size());
+}
+
+}  // namespace
+
+std::string WithSavedPosition(const std::string& name, double position) {
+  if (!HasDocumentBlanks(name)) return name;
+  const std::string_view text = name;
+  const std::size_t lastBlank = text.rfind(' ');
+  const std::size_t fieldBegin = text.rfind(' ', lastBlank - 1) + 1;
+  // As many characters are kept behind the field as stand before its end: all, in any name whose
+  // head is longer than its priority and extension.
+  const std::size_t kept = base::CharacterCount(text.substr(0, lastBlank)) + 1;
+  return std::string(text.substr(0, fieldBegin)) + base::NumberText(position) +
+         std::string(FirstCharacters(text.substr(lastBlank), kept));
+}
+
+void WriteSavedPosition(double position, std::string& selectedQueueFile, const WorkFolders& folders,
+                        FileMoves& moves) {
+  const std::string newName = WithSavedPosition(selectedQueueFile, position);
+  if (newName == selectedQueueFile) return;
+  const DiskResult moved =
+      moves.Move(folders.InQueuePath + selectedQueueFile, folders.InQueuePath + newName);
+  if (moved == DiskResult::Done) selectedQueueFile = newName;
+}
+
+}  // namespace tavlo::store
