@@ -1,0 +1,122 @@
+#include "platform/ffmpeg/ffmpeg_audio_file.h"
+
+#include <algorithm>
+#include <new>
+
+#include "platform/ffmpeg/codec.h"
+#include "platform/ffmpeg/sound_probe.h"
+
+namespace tavlo::platform {
+
+using playback::SampleArray;
+using playback::SampleCount;
+
+namespace {
+
+constexpr SampleCount kMostAtOnce = SampleCount{1} << 22;
+constexpr int kProcessInTrouble = -1;
+
+}  // namespace
+
+FfmpegAudioFile::FfmpegAudioFile() { QuietFfmpeg(); }
+
+bool FfmpegAudioFile::OpenFile(const std::string& path) {
+  CloseFile();
+  openStatus_ = 0;
+  try {
+    if (OpenAndMeasure(path)) return true;
+  } catch (const std::bad_alloc&) {
+    openStatus_ = kProcessInTrouble;
+  }
+  CloseFile();
+  return false;
+}
+
+bool FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
+  path_ = path;
+  if (const SoundFigures* known = measured_.Find(path)) {
+    figures_ = *known;
+    return true;
+  }
+  const PlainFile::Trouble trouble = file_.Open(path);
+  if (trouble == PlainFile::Trouble::Process) openStatus_ = kProcessInTrouble;
+  if (trouble != PlainFile::Trouble::None) return false;
+  SoundProbe probe = ProbeSound(file_, Want::Figures);
+  figures_ = probe.figures;
+  decoder_ = std::move(probe.decoder);
+  // A refusal is not remembered: the disk may have failed for a moment.
+  if (figures_.playable) measured_.Remember(path, file_.Identity(), figures_);
+  return figures_.playable;
+}
+
+void FfmpegAudioFile::CloseFile() {
+  decoder_.reset();
+  file_.Close();
+  path_.clear();
+  figures_ = {};
+  refused_ = false;
+  ended_ = false;
+  position_ = 0;
+  decoded_.clear();
+}
+
+std::int64_t FfmpegAudioFile::LengthMilliseconds() const {
+  if (figures_.samplesPerSecond == 0) return 0;
+  return figures_.totalSamples * 1000 / figures_.samplesPerSecond;
+}
+
+SampleArray FfmpegAudioFile::ReadArray(SampleCount samples) {
+  SampleArray block;
+  block.channels = std::max(figures_.channels, 1);
+  block.sourceBegin = block.sourceEnd = static_cast<double>(position_);
+  try {
+    if (samples <= 0 || !HaveDecoder()) return block;
+    const auto channels = static_cast<std::size_t>(figures_.channels);
+    const auto wanted = static_cast<std::size_t>(std::min(samples, kMostAtOnce)) * channels;
+    // One more than is wanted tells whether the block is the last.
+    DecodeAhead(wanted + channels);
+    const auto end =
+        decoded_.begin() + static_cast<std::ptrdiff_t>(std::min(wanted, decoded_.size()));
+    block.values.assign(decoded_.begin(), end);
+    decoded_.erase(decoded_.begin(), end);
+  } catch (const std::bad_alloc&) {
+    block.values.clear();
+    return block;
+  }
+  position_ += block.Samples();
+  block.sourceEnd = static_cast<double>(position_);
+  block.last = ended_ && decoded_.empty() && !block.values.empty();
+  return block;
+}
+
+SampleCount FfmpegAudioFile::SeekSample(SampleCount target) {
+  try {
+    if (!HaveDecoder()) return position_;
+    decoded_.clear();
+    ended_ = false;
+    position_ = decoder_->Seek(std::clamp<SampleCount>(target, 0, figures_.totalSamples));
+  } catch (const std::bad_alloc&) {
+    ended_ = true;
+  }
+  return position_;
+}
+
+bool FfmpegAudioFile::HaveDecoder() {
+  if (decoder_) return true;
+  if (path_.empty() || refused_) return false;
+  refused_ = true;
+  if (!file_.IsOpen() && file_.Open(path_) != PlainFile::Trouble::None) return false;
+  SoundProbe probe = ProbeSound(file_, Want::Decoder);
+  // The file may have been replaced since it was measured; the player is set to what it was.
+  const bool same = probe.figures.samplesPerSecond == figures_.samplesPerSecond &&
+                    probe.figures.channels == figures_.channels;
+  if (same) decoder_ = std::move(probe.decoder);
+  refused_ = !decoder_;
+  return !refused_;
+}
+
+void FfmpegAudioFile::DecodeAhead(std::size_t values) {
+  while (decoded_.size() < values && !ended_) ended_ = !decoder_->Decode(decoded_);
+}
+
+}  // namespace tavlo::platform

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/ffmpeg/decoder.h"
+#include "platform/ffmpeg/measured_files.h"
+#include "platform/ffmpeg/plain_file.h"
+#include "playback/audio_objects.h"
+
+namespace tavlo::platform {
+
+/// Measures and decodes sound files: waves and MPEG audio by readers of our own, all else by
+/// FFmpeg's. Opening a wave or an mp3 only measures it, and one that was measured before and has
+/// not changed is not even opened; the decoder is made at the first read or seek. A file that is
+/// gone or has become another sound by then reads as exhausted.
+class FfmpegAudioFile : public playback::AudioFile {
+ public:
+  FfmpegAudioFile();
+
+  [[nodiscard]] bool OpenFile(const std::string& path) override;
+  void CloseFile() override;
+  int OpenStatus() const override { return openStatus_; }
+
+  playback::SampleCount TotalSamples() const override { return figures_.totalSamples; }
+  /// Whole milliseconds; the fraction is dropped.
+  std::int64_t LengthMilliseconds() const override;
+  int ChannelCount() const override { return figures_.channels; }
+  int SampleRate() const override { return figures_.samplesPerSecond; }
+
+  /// At most some four million samples come at once.
+  playback::SampleArray ReadArray(playback::SampleCount samples) override;
+  playback::SampleCount SeekSample(playback::SampleCount target) override;
+
+ private:
+  bool OpenAndMeasure(const std::string& path);
+  bool HaveDecoder();
+  void DecodeAhead(std::size_t values);
+
+  MeasuredFiles measured_;
+  std::string path_;  ///< Empty when no file is open.
+  int openStatus_ = 0;
+  SoundFigures figures_;
+  PlainFile file_;
+  std::unique_ptr<Decoder> decoder_;
+  bool refused_ = false;  ///< The decoder could not be made.
+  bool ended_ = false;    ///< The decoder has nothing behind `decoded_`.
+  playback::SampleCount position_ = 0;
+  std::vector<float> decoded_;  ///< From the read position on.
+};
+
+}  // namespace tavlo::platform

@@ -1,0 +1,110 @@
+#include "platform/ffmpeg/guarded_input.h"
+
+#include <algorithm>
+
+#include "platform/ffmpeg/codec.h"
+#include "platform/ffmpeg/libav.h"
+
+namespace tavlo::platform {
+namespace {
+
+constexpr int kBufferSize = 32 * 1024;
+constexpr std::int64_t kProbeSize = 256 * 1024;
+constexpr std::int64_t kProbeTime = AV_TIME_BASE;
+constexpr unsigned kMostStreams = 16;
+/// Reads that an operation may cost beside one pass over the whole file.
+constexpr std::int64_t kSpareBytes = 16 * 1024 * 1024;
+/// No table of a container may take more memory than this at once.
+constexpr std::size_t kLargestTable = 256 * 1024 * 1024;
+
+int RefuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**) {
+  return AVERROR(EPERM);
+}
+
+}  // namespace
+
+GuardedInput::GuardedInput(const PlainFile& file) : file_(file) { av_max_alloc(kLargestTable); }
+
+GuardedInput::~GuardedInput() {
+  avformat_close_input(&context_);
+  if (input_ != nullptr) av_freep(&input_->buffer);
+  avio_context_free(&input_);
+}
+
+bool GuardedInput::Open(const ContainerFormat& format) {
+  const AVInputFormat* reader = av_find_input_format(format.name);
+  context_ = avformat_alloc_context();
+  auto* buffer = static_cast<std::uint8_t*>(av_malloc(kBufferSize));
+  if (reader == nullptr || context_ == nullptr || buffer == nullptr) {
+    av_free(buffer);
+    return false;
+  }
+  input_ = avio_alloc_context(buffer, kBufferSize, 0, this, &Read, nullptr, &Seek);
+  if (input_ == nullptr) {
+    av_free(buffer);
+    return false;
+  }
+  context_->pb = input_;
+  context_->flags |= AVFMT_FLAG_CUSTOM_IO;
+  context_->io_open = &RefuseToOpen;
+  context_->max_streams = static_cast<int>(kMostStreams);
+  context_->probesize = kProbeSize;
+  context_->max_analyze_duration = kProbeTime;
+  context_->format_whitelist = av_strdup(format.name);
+  context_->codec_whitelist = av_strdup(Codec::Listed());
+  // The list of allowed protocols has one name, and it is nobody's.
+  context_->protocol_whitelist = av_strdup("none");
+  RenewBudget();
+  return avformat_open_input(&context_, nullptr, reader, nullptr) >= 0;
+}
+
+bool GuardedInput::FindStreamInfo() {
+  RenewBudget();
+  return avformat_find_stream_info(context_, nullptr) >= 0;
+}
+
+bool GuardedInput::ReadPacket(int stream, AVPacket& packet) {
+  RenewBudget();
+  constexpr int kMostOthers = 4096;
+  for (int i = 0; i < kMostOthers; ++i) {
+    av_packet_unref(&packet);
+    if (av_read_frame(context_, &packet) < 0) return false;
+    if (packet.stream_index == stream) return true;
+  }
+  return false;
+}
+
+bool GuardedInput::SeekTo(int stream, std::int64_t moment) {
+  RenewBudget();
+  return av_seek_frame(context_, stream, moment, AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
+void GuardedInput::RenewBudget() {
+  budget_ = static_cast<std::int64_t>(file_.Size()) + kSpareBytes;
+}
+
+int GuardedInput::Read(void* self, std::uint8_t* target, int size) {
+  auto& input = *static_cast<GuardedInput*>(self);
+  // Each call costs, even one that brings little.
+  constexpr std::int64_t kCostOfCall = 256;
+  if (input.budget_ <= 0) return AVERROR_EXIT;
+  const std::size_t got = input.file_.ReadAt(static_cast<std::uint64_t>(input.offset_),
+                                             {target, static_cast<std::size_t>(size)});
+  input.budget_ -= static_cast<std::int64_t>(got) + kCostOfCall;
+  input.offset_ += static_cast<std::int64_t>(got);
+  return got > 0 ? static_cast<int>(got) : AVERROR_EOF;
+}
+
+std::int64_t GuardedInput::Seek(void* self, std::int64_t offset, int whence) {
+  auto& input = *static_cast<GuardedInput*>(self);
+  const auto size = static_cast<std::int64_t>(input.file_.Size());
+  if ((whence & AVSEEK_SIZE) != 0) return size;
+  std::int64_t base = 0;
+  if ((whence & 3) == SEEK_CUR) base = input.offset_;
+  if ((whence & 3) == SEEK_END) base = size;
+  if (offset > size || base + offset < 0) return AVERROR(EINVAL);
+  input.offset_ = std::min(base + offset, size);
+  return input.offset_;
+}
+
+}  // namespace tavlo::platform

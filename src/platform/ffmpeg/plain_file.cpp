@@ -1,0 +1,79 @@
+#include "platform/ffmpeg/plain_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <limits>
+#include <utility>
+
+namespace tavlo::platform {
+namespace {
+
+FileIdentity IdentityFrom(const struct stat& facts) {
+  return {.inode = facts.st_ino,
+          .size = static_cast<std::uint64_t>(facts.st_size),
+          .stamp = std::int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec};
+}
+
+}  // namespace
+
+std::optional<FileIdentity> IdentityOf(const std::string& path) {
+  struct stat facts;
+  if (::lstat(path.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
+  return IdentityFrom(facts);
+}
+
+PlainFile::PlainFile(PlainFile&& other) noexcept
+    : handle_(std::exchange(other.handle_, -1)), identity_(other.identity_) {}
+
+PlainFile& PlainFile::operator=(PlainFile&& other) noexcept {
+  if (this == &other) return *this;
+  Close();
+  handle_ = std::exchange(other.handle_, -1);
+  identity_ = other.identity_;
+  return *this;
+}
+
+PlainFile::Trouble PlainFile::Open(const std::string& path) {
+  Close();
+  // Without O_NONBLOCK a pipe that nobody writes into would hold the whole program.
+  constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  // A path with a NUL in it would open another file than the one that was named.
+  if (path.find('\0') != std::string::npos) return Trouble::Unusable;
+  do {
+    handle_ = ::open(path.c_str(), kFlags);
+  } while (handle_ < 0 && errno == EINTR);
+  if (handle_ < 0) {
+    const bool process = errno == EMFILE || errno == ENFILE || errno == ENOMEM;
+    return process ? Trouble::Process : Trouble::Unusable;
+  }
+  struct stat facts;
+  if (::fstat(handle_, &facts) != 0 || !S_ISREG(facts.st_mode)) {
+    Close();
+    return Trouble::Unusable;
+  }
+  identity_ = IdentityFrom(facts);
+  return Trouble::None;
+}
+
+void PlainFile::Close() {
+  if (handle_ >= 0) ::close(handle_);
+  handle_ = -1;
+}
+
+std::size_t PlainFile::ReadAt(std::uint64_t offset, std::span<std::uint8_t> target) const {
+  if (offset > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) return 0;
+  std::size_t filled = 0;
+  while (filled < target.size() && offset + filled < identity_.size) {
+    const ssize_t got = ::pread(handle_, target.data() + filled, target.size() - filled,
+                                static_cast<off_t>(offset + filled));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    filled += static_cast<std::size_t>(got);
+  }
+  return filled;
+}
+
+}  // namespace tavlo::platform

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace tavlo::platform {
+
+using Bytes = std::span<const std::uint8_t>;
+
+/// What tells one state of a file from another.
+struct FileIdentity {
+  std::uint64_t inode = 0;
+  std::uint64_t size = 0;
+  std::int64_t stamp = 0;  ///< Last change of the contents, nanoseconds since 1970.
+  bool operator==(const FileIdentity&) const = default;
+};
+
+/// The identity of the plain file at a path; nothing when there is none. Follows no link.
+std::optional<FileIdentity> IdentityOf(const std::string& path);
+
+/// A plain file, open for reading. Owns its handle.
+class PlainFile {
+ public:
+  enum class Trouble {
+    None,
+    Unusable,  ///< Missing, not permitted, or no plain file.
+    Process,   ///< The process has no handles or no memory left.
+  };
+
+  PlainFile() = default;
+  ~PlainFile() { Close(); }
+  PlainFile(PlainFile&& other) noexcept;
+  PlainFile& operator=(PlainFile&& other) noexcept;
+
+  /// Opens the file, after closing what was open. A link, a folder, a pipe and a device are
+  /// unusable, and none of them can make the call wait.
+  Trouble Open(const std::string& path);
+  void Close();
+
+  bool IsOpen() const { return handle_ >= 0; }
+  /// As it was when the file was opened.
+  const FileIdentity& Identity() const { return identity_; }
+  std::uint64_t Size() const { return identity_.size; }
+
+  /// Fills `target` from `offset` on and returns how many bytes came: fewer at the end of the file
+  /// and when the disk fails.
+  std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> target) const;
+
+ private:
+  int handle_ = -1;
+  FileIdentity identity_;
+};
+
+}  // namespace tavlo::platform
