@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+
+#include "base/time.h"
+#include "forms/configuration_form.h"
+#include "window/settings_binding.h"
+
+namespace tavlo::window {
+
+/// The options for automatic refresh and for the alert on new dictation, which exclude each other.
+/// Both use one timer, whose interval is their seconds times 50 milliseconds.
+class AlertOptions {
+ public:
+  /// `restartTimer` stops that timer, sets its interval and starts it.
+  AlertOptions(forms::ConfigurationForm& config, const SettingsBinding& settings,
+               std::function<void(base::Duration)> restartTimer);
+
+  /// Sets the controls from the mode and the check box, without acting on them.
+  void Open();
+  /// The timer's interval for one of the two boxes of seconds.
+  static base::Duration IntervalOf(const forms::Text& seconds);
+
+ private:
+  void ClickAutoRefresh();
+  void ClickAlert();
+  void ChangeInterval(forms::Text& seconds, const forms::Choice& inUse);
+  void Choose(const char* mode, forms::Choice& chosen, forms::Choice& other);
+  void SetOptionsEnabled(bool enabled);
+  void SetModeOff();
+  bool Idle() const { return configLoading_ || settings_.Loading(); }
+
+  forms::ConfigurationForm& config_;
+  const SettingsBinding& settings_;
+  std::function<void(base::Duration)> restartTimer_;
+  bool configLoading_ = false;
+};
+
+}  // namespace tavlo::window
