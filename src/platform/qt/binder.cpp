@@ -1,0 +1,172 @@
+#include "platform/qt/binder.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QSignalBlocker>
+#include <memory>
+#include <utility>
+
+#include "platform/qt/deck_slider.h"
+#include "platform/qt/qt_loop.h"
+#include "platform/qt/texts.h"
+
+namespace tavlo::platform::qt {
+namespace {
+
+using forms::By;
+
+/// Captions and tooltips change rarely; asking first keeps the toolkit from laying out again.
+void SetCaption(QAbstractButton& button, const std::string& caption) {
+  const QString text = ToQt(caption);
+  if (button.text() != text) button.setText(text);
+}
+
+QString HeardName(const std::string& caption, const std::string& tooltip) {
+  return WithoutMnemonic(caption.empty() ? tooltip : caption);
+}
+
+}  // namespace
+
+void Binder::Watch(const forms::Control& control, std::function<void()> show) {
+  bounds_.push_back({&control, std::move(show)});
+}
+
+void Binder::Bind(const forms::Control& control, QWidget& widget, std::function<void()> show) {
+  widget.setObjectName(ToQt(control.Name));
+  StandsFor(widget, control);
+  Watch(control, [&control, &widget, show = std::move(show)] {
+    const QString tooltip = ToQt(control.Tooltip.Get());
+    if (widget.toolTip() != tooltip) widget.setToolTip(tooltip);
+    if (show) show();
+    widget.setEnabled(control.Enabled);
+    if (widget.isHidden() == control.Visible) widget.setVisible(control.Visible);
+  });
+}
+
+void Binder::ByHand(const forms::Control& control, const std::function<void()>& door) {
+  if (!loop_.Breathing()) door();
+  for (Bound& bound : bounds_) {
+    if (bound.control == &control) bound.shownVersion = 0;
+  }
+}
+
+void Binder::ShowChanges() {
+  for (Bound& bound : bounds_) {
+    const unsigned version = bound.control->Version();
+    if (bound.shownVersion == version) continue;
+    bound.shownVersion = version;
+    bound.show();
+  }
+}
+
+QWidget* Binder::WidgetOf(const forms::Control& control) const {
+  const auto found = widgets_.find(&control);
+  return found == widgets_.end() ? nullptr : found->second;
+}
+
+void Binder::Show(forms::Text& text, QLabel& label, const QString& before) {
+  label.setTextFormat(Qt::PlainText);
+  Bind(text, label, [&text, &label, before] {
+    const QString shown = before + ToOneLine(text.Value.Get());
+    if (label.text() != shown) label.setText(shown);
+  });
+}
+
+void Binder::Edit(forms::Text& text, QLineEdit& box) {
+  if (text.Longest > 0) box.setMaxLength(static_cast<int>(text.Longest));
+  QObject::connect(&box, &QLineEdit::textEdited, &box, [this, &text](const QString& typed) {
+    ByHand(text, [&] { text.Change(FromQt(typed)); });
+  });
+  Bind(text, box, [&text, &box] {
+    box.setAccessibleName(HeardName(text.Tooltip, text.Name));
+    const QString value = ToQt(text.Value.Get());
+    // Setting an equal text would move the typist's cursor.
+    if (box.text() == value) return;
+    const int cursor = box.cursorPosition();
+    box.setText(value);
+    if (box.hasFocus()) box.setCursorPosition(cursor);
+  });
+}
+
+void Binder::Press(forms::Command& command, QAbstractButton& key) {
+  QObject::connect(&key, &QAbstractButton::clicked, &key,
+                   [this, &command] { ByHand(command, [&] { command.Press(By::Hand); }); });
+  Bind(command, key, [&command, &key] {
+    SetCaption(key, command.Caption);
+    key.setAccessibleName(HeardName(command.Caption, command.Tooltip));
+  });
+}
+
+void Binder::Choose(forms::Command& command, QAction& entry) {
+  entry.setObjectName(ToQt(command.Name));
+  QObject::connect(&entry, &QAction::triggered, &entry,
+                   [this, &command] { ByHand(command, [&] { command.Press(By::Hand); }); });
+  Watch(command, [&command, &entry] {
+    const QString caption = ToQt(command.Caption.Get());
+    if (entry.text() != caption) entry.setText(caption);
+    entry.setEnabled(command.Enabled);
+    entry.setVisible(command.Visible);
+  });
+}
+
+void Binder::Tick(forms::Choice& choice, QAbstractButton& box) {
+  box.setCheckable(true);
+  // The form says which option is on; the toolkit would switch the others off by itself.
+  box.setAutoExclusive(false);
+  QObject::connect(&box, &QAbstractButton::clicked, &box,
+                   [this, &choice] { ByHand(choice, [&] { choice.Click(); }); });
+  Bind(choice, box, [&choice, &box] {
+    SetCaption(box, choice.Caption);
+    box.setAccessibleName(HeardName(choice.Caption, choice.Tooltip));
+    box.setChecked(choice.Value);
+  });
+}
+
+void Binder::Slide(forms::Range& range, DeckSlider& slider) {
+  slider.setRange(range.Bounds.minimum, range.Bounds.maximum);
+  slider.setSingleStep(range.Bounds.smallStep);
+  slider.setPageStep(range.Bounds.largeStep);
+  slider.OnPress = [this, &range] { ByHand(range, [&] { range.Press(); }); };
+  slider.OnMove = [this, &range](int value) { ByHand(range, [&] { range.Change(value); }); };
+  slider.OnRelease = [this, &range] { ByHand(range, [&] { range.Release(); }); };
+  Bind(range, slider, [&range, &slider] {
+    slider.setAccessibleName(ToQt(range.Tooltip.Get()));
+    // Under the hand the slider stands where the hand holds it.
+    if (!slider.isSliderDown()) slider.setValue(range.Value);
+  });
+}
+
+void Binder::Progress(forms::Range& range, QProgressBar& bar) {
+  bar.setRange(range.Bounds.minimum, range.Bounds.maximum);
+  Bind(range, bar, [&range, &bar] { bar.setValue(range.Value); });
+}
+
+void Binder::Pick(forms::Table& table, QComboBox& box) {
+  QObject::connect(&box, &QComboBox::activated, &box,
+                   [this, &table](int row) { ByHand(table, [&] { table.RowClick(row); }); });
+  Bind(table, box, [&table, &box, shownRows = std::make_shared<unsigned>(0)] {
+    box.setAccessibleName(ToQt(table.Tooltip.Get()));
+    if (*shownRows != table.RowsVersion()) {
+      *shownRows = table.RowsVersion();
+      box.clear();
+      for (int row = 0; row < static_cast<int>(table.Rows().size()); ++row) {
+        box.addItem(ToOneLine(table.TextAt(row, 0)));
+      }
+    }
+    box.setCurrentIndex(table.ListIndex);
+  });
+}
+
+void Binder::Frame(forms::Pane& pane, QWidget& frame, QLabel* caption) {
+  if (caption) caption->setTextFormat(Qt::PlainText);
+  Bind(pane, frame, [&pane, &frame, caption] {
+    frame.setAccessibleName(WithoutMnemonic(pane.Caption.Get()));
+    if (caption) caption->setText(ToOneLine(pane.Caption.Get()));
+  });
+}
+
+}  // namespace tavlo::platform::qt

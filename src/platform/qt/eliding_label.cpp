@@ -1,0 +1,17 @@
+#include "platform/qt/eliding_label.h"
+
+#include <QPainter>
+
+namespace tavlo::platform::qt {
+
+QSize ElidingLabel::minimumSizeHint() const { return {0, QLabel::minimumSizeHint().height()}; }
+
+void ElidingLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QRect inside = contentsRect();
+  painter.setPen(palette().color(foregroundRole()));
+  painter.drawText(inside, static_cast<int>(alignment()) | Qt::TextSingleLine,
+                   fontMetrics().elidedText(text(), Qt::ElideRight, inside.width()));
+}
+
+}  // namespace tavlo::platform::qt

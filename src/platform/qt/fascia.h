@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+#include <string>
+
+#include "forms/main_form.h"
+
+namespace tavlo::platform::qt {
+
+class Binder;
+
+/// The deck's background, as wide as its parent: the fascia picture (or the plain dark face when
+/// there is none), in two halves that a click changes. Stands behind everything on the deck.
+class Fascia : public QWidget {
+ public:
+  Fascia(forms::MainForm& form, Binder& binder, QWidget* deck);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  class Half;
+
+  void Show();
+
+  forms::MainForm& form_;
+  Half* left_;
+  Half* right_;
+  std::string path_;
+  QPixmap picture_;
+  QPixmap face_;  ///< What is painted, ready in the screen's own pixels.
+};
+
+}  // namespace tavlo::platform::qt

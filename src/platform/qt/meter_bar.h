@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tavlo::platform::qt {
+
+/// A level from 0 to 100. It moves twenty times a second, so a change paints only the strip between
+/// the old end and the new one.
+class MeterBar : public QWidget {
+ public:
+  explicit MeterBar(QWidget* parent = nullptr);
+
+  void SetLevel(int level);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  int EndOf(int level) const;
+
+  int level_ = 0;
+};
+
+}  // namespace tavlo::platform::qt

@@ -1,0 +1,263 @@
+#include "platform/qt/player_panel.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+#include <memory>
+
+#include "platform/qt/binder.h"
+#include "platform/qt/deck_key.h"
+#include "platform/qt/deck_slider.h"
+#include "platform/qt/eliding_label.h"
+#include "platform/qt/fascia.h"
+#include "platform/qt/meter_bar.h"
+#include "platform/qt/status_strip.h"
+#include "platform/qt/texts.h"
+#include "platform/qt/theme.h"
+
+namespace tavlo::platform::qt {
+namespace {
+
+constexpr QSize kDisplaySize{290, 62};
+constexpr QSize kSmallKey{44, 40};
+constexpr QSize kPlayKey{104, 40};
+constexpr QSize kWordKey{82, 40};
+constexpr QSize kSideKey{46, 28};
+constexpr int kMeterWidth = 170;
+constexpr int kSoundSliderWidth = 126;
+constexpr int kLogoHeight = 40;
+constexpr int kSide = 16;
+
+/// The dark well that the figures stand in.
+class Well : public QWidget {
+ public:
+  using QWidget::QWidget;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(theme::kWellEdge, 1));
+    painter.setBrush(theme::kWell);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
+  }
+};
+
+QPalette DeckPalette(QPalette palette) {
+  palette.setColor(QPalette::Window, theme::kDeckBottom);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(role, theme::kText);
+    palette.setColor(QPalette::Disabled, role, theme::kDisabledText);
+  }
+  return palette;
+}
+
+}  // namespace
+
+PlayerPanel::PlayerPanel(forms::MainForm& form, Binder& binder, QWidget* parent)
+    : QWidget(parent), form_(form), binder_(binder) {
+  setPalette(DeckPalette(palette()));
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 14, 0, 0);
+  rows->setSpacing(0);
+  rows->addLayout(DisplayRow());
+  rows->addSpacing(8);
+
+  auto* const position = new DeckSlider(DeckSlider::Look::Main, this);
+  binder.Slide(form.slPosition, *position);
+  auto* const positionRow = new QHBoxLayout;
+  positionRow->setContentsMargins(kSide - 2, 0, kSide - 2, 0);
+  positionRow->addWidget(position);
+  rows->addLayout(positionRow);
+
+  rows->addStretch(1);
+  rows->addLayout(KeysRow());
+  rows->addStretch(1);
+  rows->addWidget(new StatusStrip(form.StatusBar1, binder, this));
+
+  fascia_ = new Fascia(form, binder, this);
+  binder.Frame(form.framePlayer, *this);
+  binder.Watch(form.framePlayer, [this] { setFixedHeight(ToPixels(form_.framePlayer.Height)); });
+}
+
+void PlayerPanel::resizeEvent(QResizeEvent*) { fascia_->setGeometry(rect()); }
+
+QLabel* PlayerPanel::Label(forms::Text& text, const QFont& font, const QColor& colour) {
+  auto* const label = new ElidingLabel(this);
+  label->setFont(font);
+  QPalette colours = palette();
+  colours.setColor(QPalette::WindowText, colour);
+  label->setPalette(colours);
+  binder_.Show(text, *label);
+  return label;
+}
+
+QWidget* PlayerPanel::Display() {
+  auto* const well = new Well(this);
+  well->setFixedSize(kDisplaySize);
+
+  // Labels of a fixed size repaint alone: a second that ticks lays nothing out again.
+  auto* const position = new QLabel(well);
+  position->setFont(FiguresFont(32));
+  position->setGeometry(14, 6, 178, 50);
+  auto* const length = new QLabel(well);
+  length->setFont(FiguresFont(16));
+  length->setGeometry(190, 8, 86, 46);
+  length->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  for (QLabel* const label : {position, length}) {
+    label->setFixedSize(label->size());
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, label == position ? theme::kAmber : theme::kDimAmber);
+    label->setPalette(colours);
+  }
+  binder_.Show(form_.lblFilePositionHMS, *position);
+  binder_.Show(form_.lblFileLengthHMS, *length, "of\n");
+  return well;
+}
+
+QBoxLayout* PlayerPanel::DisplayRow() {
+  auto* const row = new QHBoxLayout;
+  row->setContentsMargins(kSide, 0, kSide, 0);
+  row->setSpacing(12);
+  row->addWidget(Display());
+  auto* const meters = new QVBoxLayout;
+  meters->setSpacing(8);
+  meters->addStretch(1);
+  for (forms::Range* const range : {&form_.MeterLeft, &form_.MeterRight}) {
+    auto* const meter = new MeterBar(this);
+    meter->setFixedWidth(kMeterWidth);
+    meters->addWidget(meter);
+    binder_.Bind(*range, *meter, [range, meter] {
+      meter->SetLevel(range->Value);
+      if (meter->accessibleName().isEmpty()) meter->setAccessibleName(ToQt(range->Tooltip.Get()));
+    });
+  }
+  meters->addStretch(1);
+  row->addLayout(meters);
+  row->addStretch(1);
+  row->addLayout(BrandColumn());
+  return row;
+}
+
+QLabel* PlayerPanel::Logo(forms::Pane& picture) {
+  auto* const logo = new QLabel(this);
+  binder_.Bind(picture, *logo, [&picture, logo, shown = std::make_shared<std::string>()] {
+    if (*shown == picture.Picture.Get()) return;
+    *shown = picture.Picture;
+    const QPixmap pixmap(ToQt(*shown));
+    logo->setPixmap(pixmap.isNull() ? pixmap
+                                    : pixmap.scaledToHeight(kLogoHeight, Qt::SmoothTransformation));
+  });
+  return logo;
+}
+
+QBoxLayout* PlayerPanel::BrandColumn() {
+  auto* const name = new QLabel("Tavlo Deck", this);
+  name->setFont(DeckFont(17, QFont::Bold));
+  auto* const words = new QVBoxLayout;
+  words->setSpacing(2);
+  words->addStretch(1);
+  words->addWidget(name, 0, Qt::AlignRight);
+  for (forms::Text* const text : {&form_.lblBriselName, &form_.lblCustomDisplay}) {
+    QLabel* const label = Label(*text, DeckFont(13), theme::kQuietText);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    words->addWidget(label);
+  }
+  words->addStretch(1);
+
+  auto* const column = new QHBoxLayout;
+  column->setSpacing(12);
+  column->addWidget(Logo(form_.picBriselBitMap));
+  column->addWidget(Logo(form_.picSorelLogo));
+  column->addLayout(words);
+  return column;
+}
+
+DeckKey* PlayerPanel::Key(forms::Command& command, Glyph glyph, QSize size) {
+  auto* const key = new DeckKey(glyph, size, this);
+  key->setFont(DeckFont(14, QFont::Medium));
+  binder_.Press(command, *key);
+  return key;
+}
+
+forms::Command& PlayerPanel::PlayCommand() {
+  if (!form_.DeckRuns) return form_.cmdPlay;
+  return form_.cmdStop.Visible ? form_.cmdStop : form_.cmdImportCompleteSnipetStop;
+}
+
+DeckKey* PlayerPanel::PlayKey() {
+  auto* const key = new DeckKey(Glyph::Play, kPlayKey, this);
+  key->setFont(DeckFont(15, QFont::Bold));
+  QObject::connect(key, &QPushButton::clicked, key, [this] {
+    forms::Command& command = PlayCommand();
+    binder_.ByHand(command, [&command] { command.Press(forms::By::Hand); });
+  });
+  const auto show = [this, key] {
+    const forms::Command& command = PlayCommand();
+    const bool stops = &command != &form_.cmdPlay;
+    key->SetLook(stops ? Glyph::Stop : Glyph::Play,
+                 stops ? DeckKey::Tone::Amber : DeckKey::Tone::Teal);
+    key->setObjectName(ToQt(command.Name));
+    key->setText(ToQt(command.Caption.Get()));
+    key->setToolTip(ToQt(command.Tooltip.Get()));
+    key->setAccessibleName(WithoutMnemonic(command.Caption.Get()));
+    key->setEnabled(command.Enabled && command.Visible);
+  };
+  const forms::Command* const commands[] = {&form_.cmdPlay, &form_.cmdStop,
+                                            &form_.cmdImportCompleteSnipetStop};
+  for (const forms::Command* const command : commands) {
+    binder_.StandsFor(*key, *command);
+    binder_.Watch(*command, show);
+  }
+  binder_.Watch(form_.frmMain, show);
+  return key;
+}
+
+QBoxLayout* PlayerPanel::SoundColumn() {
+  auto* const grid = new QGridLayout;
+  grid->setHorizontalSpacing(6);
+  grid->setVerticalSpacing(2);
+  const struct {
+    forms::Text& label;
+    forms::Range& range;
+    forms::Command& command;
+  } lines[] = {{form_.lblSpeed, form_.Slider1, form_.cmdNormalSpeed},
+               {form_.lblVolume, form_.sldVol, form_.cmdEQ}};
+  int row = 0;
+  for (const auto& line : lines) {
+    QLabel* const label = Label(line.label, DeckFont(12), theme::kQuietText);
+    label->setMinimumWidth(30);
+    auto* const slider = new DeckSlider(DeckSlider::Look::Small, this);
+    slider->setFixedWidth(kSoundSliderWidth);
+    binder_.Slide(line.range, *slider);
+    grid->addWidget(label, row, 0);
+    grid->addWidget(slider, row, 1);
+    grid->addWidget(Key(line.command, Glyph::None, kSideKey), row, 2);
+    ++row;
+  }
+  auto* const column = new QVBoxLayout;
+  column->addLayout(grid);
+  return column;
+}
+
+QBoxLayout* PlayerPanel::KeysRow() {
+  auto* const row = new QHBoxLayout;
+  row->setContentsMargins(kSide, 0, kSide, 0);
+  row->setSpacing(8);
+  row->addWidget(Key(form_.cmdSkipBeg, Glyph::SkipBegin, kSmallKey));
+  row->addWidget(Key(form_.cmdRewind, Glyph::Rewind, kSmallKey));
+  row->addWidget(PlayKey());
+  row->addWidget(Key(form_.cmdForward, Glyph::Forward, kSmallKey));
+  row->addWidget(Key(form_.cmdSkipEnd, Glyph::SkipEnd, kSmallKey));
+  row->addSpacing(14);
+  for (forms::Command* const command : {&form_.cmdSkip, &form_.cmdSave, &form_.cmdComplete}) {
+    row->addWidget(Key(*command, Glyph::None, kWordKey));
+  }
+  row->addStretch(1);
+  row->addLayout(SoundColumn());
+  return row;
+}
+
+}  // namespace tavlo::platform::qt

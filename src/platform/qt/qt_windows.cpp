@@ -1,0 +1,53 @@
+#include "platform/qt/qt_windows.h"
+
+#include <QApplication>
+#include <algorithm>
+
+#include "platform/qt/icons.h"
+#include "platform/qt/qt_loop.h"
+
+namespace tavlo::platform::qt {
+
+void PrepareApplication() {
+  QApplication::setApplicationName("Tavlo Deck");
+  QGuiApplication::setDesktopFileName("tavlo-deck");
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setWindowIcon(ApplicationIcon());
+  // Where no desktop has chosen a font, the toolkit falls back on a generic one.
+  QFont font = QApplication::font();
+  if (font.family() == "Sans Serif" || font.family() == "Sans") {
+    font.setFamilies({"Inter", font.family()});
+    font.setPointSizeF(10);
+    QApplication::setFont(font);
+  }
+}
+
+QtWindows::QtWindows(QtLoop& loop, forms::MainForm& main, forms::SplashForm& splash,
+                     forms::AboutForm& about, forms::ConfigurationForm& configuration)
+    : loop_(loop),
+      binder_(loop),
+      deck_(main, loop, binder_),
+      splash_(splash, loop, binder_),
+      about_(about, loop, binder_),
+      configuration_(configuration, loop, binder_),
+      order_{&about_, &configuration_, &deck_, &splash_} {
+  loop.ShowChanges = [this] { binder_.ShowChanges(); };
+  loop.BoxOwner = [this]() -> QWidget* { return Foremost(); };
+  loop.OnLastBoxClosed = [this] {
+    if (TopWindow* const window = Foremost()) window->BoxClosed();
+  };
+}
+
+QtWindows::~QtWindows() {
+  loop_.ShowChanges = nullptr;
+  loop_.BoxOwner = nullptr;
+  loop_.OnLastBoxClosed = nullptr;
+}
+
+TopWindow* QtWindows::Foremost() {
+  const auto found = std::find_if(order_.begin(), order_.end(),
+                                  [](const TopWindow* window) { return window->isVisible(); });
+  return found == order_.end() ? nullptr : *found;
+}
+
+}  // namespace tavlo::platform::qt

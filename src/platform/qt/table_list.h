@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QTableView>
+#include <functional>
+
+#include "forms/controls.h"
+
+namespace tavlo::platform::qt {
+
+class Binder;
+
+/// The rows of a form's table as the toolkit wants them. It keeps no copy: it is reset whenever
+/// rows or columns changed, and until then answers empty for rows that are gone.
+class RowsModel : public QAbstractTableModel {
+ public:
+  explicit RowsModel(const forms::Table& table, QObject* parent);
+
+  /// Brings the model up to the table; true when there was anything new.
+  bool Refresh();
+  /// The colour against which texts must be readable.
+  void SetBackground(const QColor& background) { background_ = background; }
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  const forms::Table& table_;
+  unsigned shownRows_ = 0;
+  int rows_ = 0;
+  int columns_ = 0;
+  QColor background_ = Qt::white;
+};
+
+/// A list of documents or files. A click or a key that reaches a row is the row's click; the row
+/// that the form has chosen is the one that is marked, whatever the toolkit did meanwhile.
+class TableList : public QTableView {
+ public:
+  TableList(forms::Table& table, Binder& binder, QWidget* parent = nullptr);
+
+ protected:
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void Show();
+  void ShowChosen();
+  void ShowColumns();
+  void ShareWidth();
+  void ChooseColours();
+  void ChooseByKey(int row);
+
+  forms::Table& table_;
+  Binder& binder_;
+  RowsModel* model_;
+  std::vector<forms::Twips> shownWidths_;
+  bool widthsByHand_ = false;
+  bool sharing_ = false;
+  int shownIndex_ = -1;
+};
+
+}  // namespace tavlo::platform::qt

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace tavlo::platform::qt {
+
+/// The text as it is; bytes that are not UTF-8 become U+FFFD.
+QString ToQt(std::string_view text);
+
+/// The text in a form that can be shown on one line whatever a file name holds: control characters
+/// become their visible pictures, marks that turn the direction of writing become U+FFFD.
+QString ToOneLine(std::string_view text);
+
+/// The caption without the ampersand that marks its key, for people who hear it.
+QString WithoutMnemonic(std::string_view caption);
+
+std::string FromQt(const QString& text);
+
+}  // namespace tavlo::platform::qt

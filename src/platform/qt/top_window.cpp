@@ -1,0 +1,171 @@
+#include "platform/qt/top_window.h"
+
+#include <QCloseEvent>
+#include <QScreen>
+#include <QWindow>
+
+#include "platform/qt/binder.h"
+#include "platform/qt/qt_loop.h"
+#include "platform/qt/texts.h"
+#include "platform/qt/theme.h"
+
+namespace tavlo::platform::qt {
+namespace {
+
+/// The window manager answers a move in several steps; only where the window comes to rest counts.
+constexpr int kSettleMilliseconds = 80;
+
+}  // namespace
+
+TopWindow::TopWindow(forms::Window& form, QtLoop& loop, Binder& binder, Qt::WindowFlags flags)
+    : QWidget(nullptr, flags), form_(form), loop_(loop), binder_(binder) {
+  setObjectName(ToQt(form.Name));
+  settle_.setSingleShot(true);
+  settle_.setInterval(kSettleMilliseconds);
+  connect(&settle_, &QTimer::timeout, this, [this] { Settled(); });
+  KeepScreenSize();
+}
+
+void TopWindow::Bind() {
+  binder_.StandsFor(*this, form_);
+  binder_.Watch(form_, [this] { Show(); });
+}
+
+QRect TopWindow::Wanted() const {
+  return {ToPixels(form_.Left), ToPixels(form_.Top), ToPixels(form_.Width), ToPixels(form_.Height)};
+}
+
+QRect TopWindow::Outer() const {
+  return windowHandle() ? geometry().marginsAdded(windowHandle()->frameMargins()) : geometry();
+}
+
+void TopWindow::KeepScreenSize() {
+  const QSize size = screen()->geometry().size();
+  form_.ScreenWidth = ToTwips(size.width());
+  form_.ScreenHeight = ToTwips(size.height());
+}
+
+void TopWindow::Show() {
+  if (!windowHandle()) create();
+  const QString caption = ToQt(form_.Caption.Get());
+  if (windowTitle() != caption) setWindowTitle(caption);
+  if (form_.MousePointer == forms::Pointer::Hourglass) {
+    setCursor(Qt::WaitCursor);
+  } else {
+    unsetCursor();
+  }
+  if (shownTopMost_ != form_.TopMost) {
+    shownTopMost_ = form_.TopMost;
+    windowHandle()->setFlag(Qt::WindowStaysOnTopHint, shownTopMost_);
+  }
+  ShowShape();
+  ShowPlace();
+  if (isVisible() != form_.Visible) setVisible(form_.Visible);
+  ShowFocus();
+}
+
+void TopWindow::ShowShape() {
+  if (shownMinimized_ == WantsMinimized()) return;
+  shownMinimized_ = WantsMinimized();
+  setWindowState(shownMinimized_ ? Qt::WindowMinimized : Qt::WindowNoState);
+  if (!shownMinimized_) raise();
+}
+
+void TopWindow::ShowPlace() {
+  const QMargins margins = windowHandle()->frameMargins();
+  if (Wanted() == shownPlace_ && margins == shownMargins_) return;
+  shownPlace_ = Wanted();
+  shownMargins_ = margins;
+  if (isMaximized()) setWindowState(Qt::WindowNoState);
+  if (Outer() != shownPlace_) setGeometry(shownPlace_.marginsRemoved(margins));
+}
+
+void TopWindow::ShowFocus() {
+  if (shownFocus_ == form_.FocusVersion() || !isVisible()) return;
+  shownFocus_ = form_.FocusVersion();
+  QWidget* const widget = form_.Focused() ? binder_.WidgetOf(*form_.Focused()) : nullptr;
+  if (widget) widget->setFocus(Qt::OtherFocusReason);
+}
+
+void TopWindow::Settled() {
+  if (loop_.Breathing()) {
+    settle_.start();
+    return;
+  }
+  if (!isVisible() || isMinimized() || WantsMinimized()) return;
+  // A wish of the form that is not on the screen yet goes before what the user did.
+  if (Wanted() != shownPlace_ || windowHandle()->frameMargins() != shownMargins_) {
+    ShowPlace();
+    settle_.start();
+    return;
+  }
+  KeepScreenSize();
+  const QRect place = Outer();
+  if (place != shownPlace_) {
+    shownPlace_ = place;
+    form_.Place(ToTwips(place.x()), ToTwips(place.y()), ToTwips(place.width()),
+                ToTwips(place.height()), forms::Shape::Normal);
+  }
+  if (OnSettled) OnSettled();
+}
+
+void TopWindow::ShapeChanged() {
+  if (loop_.Breathing()) {
+    loop_.Post([this] { ShapeChanged(); });
+    return;
+  }
+  if (isMinimized() == shownMinimized_) return;
+  shownMinimized_ = isMinimized();
+  form_.Place(form_.Left, form_.Top, form_.Width, form_.Height,
+              shownMinimized_ ? forms::Shape::Minimized : forms::Shape::Normal);
+}
+
+void TopWindow::TellActivated() {
+  if (loop_.Breathing()) {
+    loop_.Post([this] { TellActivated(); });
+    return;
+  }
+  if (told_ || !isActiveWindow() || loop_.MessageBoxOpen()) return;
+  told_ = true;
+  form_.Activate();
+}
+
+void TopWindow::BoxClosed() {
+  told_ = true;
+  form_.Activate();
+}
+
+bool TopWindow::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::WindowActivate:
+      TellActivated();
+      break;
+    case QEvent::WindowDeactivate:
+      if (!loop_.MessageBoxOpen()) told_ = false;
+      break;
+    case QEvent::WindowStateChange:
+      ShapeChanged();
+      settle_.start();
+      break;
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+      settle_.start();
+      break;
+    default:
+      break;
+  }
+  return QWidget::event(event);
+}
+
+void TopWindow::closeEvent(QCloseEvent* event) {
+  // Closing is a request; what comes of it is the form's to say.
+  event->ignore();
+  binder_.ByHand(form_, [this] { form_.CloseRequest(); });
+}
+
+void TopWindow::mouseMoveEvent(QMouseEvent*) {
+  if (!loop_.Breathing()) form_.PointerMove();
+}
+
+}  // namespace tavlo::platform::qt

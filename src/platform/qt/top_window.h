@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+
+#include "forms/controls.h"
+
+namespace tavlo::platform::qt {
+
+class Binder;
+class QtLoop;
+
+/// A top-level window of the desktop that shows a form's window: caption, place, outer size, shape,
+/// on top, pointer and focus go to the desktop; what the user and the window manager do comes back.
+class TopWindow : public QWidget {
+ public:
+  TopWindow(forms::Window& form, QtLoop& loop, Binder& binder, Qt::WindowFlags flags = Qt::Window);
+
+  forms::Window& Form() const { return form_; }
+
+  /// The window is the active one: its form is told so, once until it loses the desktop's focus to
+  /// something other than a message box.
+  void TellActivated();
+  /// A message box in front of this window has closed.
+  void BoxClosed();
+
+  /// Runs when the window has stood still for a moment, so that its frame is known.
+  std::function<void()> OnSettled;
+
+ protected:
+  /// Starts to show the form. A derived window calls it last, when its own widgets are bound.
+  void Bind();
+
+  bool event(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+
+ private:
+  void Show();
+  void ShowPlace();
+  void ShowShape();
+  void ShowFocus();
+  void Settled();
+  void ShapeChanged();
+  void KeepScreenSize();
+  bool WantsMinimized() const { return form_.WindowShape == forms::Shape::Minimized; }
+
+  /// The outer rectangle that the form asks for, and the one that the window has.
+  QRect Wanted() const;
+  QRect Outer() const;
+
+  forms::Window& form_;
+  QtLoop& loop_;
+  Binder& binder_;
+  QTimer settle_;
+  QRect shownPlace_;
+  QMargins shownMargins_;
+  bool shownMinimized_ = false;
+  bool shownTopMost_ = false;
+  unsigned shownFocus_ = 0;
+  bool told_ = false;
+};
+
+}  // namespace tavlo::platform::qt
