@@ -1,0 +1,49 @@
+"""Documents for the bench, made by the thousand."""
+
+import random
+import struct
+
+AUTHORS = ["Brown", "Okafor", "Lindqvist", "Haddad", "Marlow", "Nakamura", "Petersen", "Adeyemi"]
+SUBJECTS = ["cardio", "discharge", "intake", "followup", "deposition", "tenancy", "round", ""]
+RATE = 8000
+
+
+def composed_name(number, dice):
+    """The name of the `number`-th document; no two of one folder are equal."""
+    author = number % len(AUTHORS)
+    saved = dice.randrange(1, 200) if dice.random() < 0.1 else 0
+    priority = "P" if dice.random() < 0.15 else "0"
+    return (
+        f"{dice.randint(1, 25):04} 0 {AUTHORS[author]} {1000 + number} "
+        f"{dice.randint(1, 12)} {dice.randint(1, 28)} 2004 "
+        f"{dice.randint(0, 23)} {dice.randint(0, 59)} {dice.randint(0, 59)} "
+        f"{dice.randint(1, 99)} 0 {dice.randint(0, 99)} {dice.choice(SUBJECTS)} "
+        f"{saved} {priority}_.wav"
+    )
+
+
+def wave_header(samples, bits):
+    """The 44 bytes in front of the samples of a one-channel wave."""
+    size = samples * bits // 8
+    return struct.pack(
+        "<4sI4s4sIHHIIHH4sI", b"RIFF", 36 + size, b"WAVE", b"fmt ", 16, 1, 1,
+        RATE, RATE * bits // 8, bits // 8, bits, b"data", size,
+    )
+
+
+def make_queue(folder, count, seed=1):
+    """Fills a folder with `count` small documents of silence, the same ones every time."""
+    dice = random.Random(seed)
+    folder.mkdir(parents=True)
+    for number in range(count):
+        samples = 2 * dice.randint(200, 2000)
+        content = wave_header(samples, 8) + b"\x80" * samples
+        (folder / composed_name(number, dice)).write_bytes(content)
+
+
+def make_long(path, seconds):
+    """A document of any length that takes no room on the disk: its silence is a hole."""
+    samples = seconds * RATE
+    with open(path, "wb") as file:
+        file.write(wave_header(samples, 16))
+        file.truncate(44 + 2 * samples)

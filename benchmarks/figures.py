@@ -1,0 +1,138 @@
+"""Figures of the bench: alternating runs, medians, and the one form in which a figure is printed.
+
+Ours and the other tool's runs alternate, so that a machine that slows down slows both. A figure is
+the median of at least five runs of each. Times are seconds, memory is KiB.
+"""
+
+import os
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+from contextlib import contextmanager
+from pathlib import Path
+
+RUNS = 5
+PROJECT = Path(__file__).resolve().parent.parent
+PROGRAMS = PROJECT / "build" / "release" / "bin"
+IN_QUEUE = Path("Lyrane", "TavloDeck", "Files", "InQueue")
+
+
+def alternate(*measures, runs=RUNS):
+    """Runs the measures in turn, `runs` rounds of them; the results of each, in order."""
+    results = [[] for _ in measures]
+    for _ in range(runs):
+        for measure, result in zip(measures, results):
+            result.append(measure())
+    return results
+
+
+def median(values):
+    return statistics.median(values)
+
+
+class Group:
+    """The figures of one group, and whether each kept to its limit."""
+
+    def __init__(self, name):
+        self.name = name
+        self.broken = []
+
+    def figure(self, name, ours, other, unit, against, limit=None):
+        """Prints one figure. `limit` is the highest ratio that passes; none is a figure to know."""
+        ratio = ours / other
+        full = f"{self.name}.{name}"
+        print(
+            f"{full} ours={short(ours)} other={short(other)} unit={unit} with={against} "
+            f"ratio={ratio:.2f}",
+            flush=True,
+        )
+        if limit is not None and ratio > limit:
+            self.broken.append(f"{full}: the ratio {ratio:.2f} is above {limit:.2f}")
+
+    def end(self):
+        for line in self.broken:
+            print(line, file=sys.stderr)
+        sys.exit(1 if self.broken else 0)
+
+
+def short(value):
+    """Three digits that count, without an exponent."""
+    if value == 0 or abs(value) >= 100:
+        return f"{value:.0f}"
+    digits = 2
+    while abs(value) < 10 ** (2 - digits) and digits < 9:
+        digits += 1
+    return f"{value:.{digits}f}"
+
+
+def fields(line):
+    """"first=0.1 again=0.2" as numbers by name."""
+    return {name: float(value) for name, value in (pair.split("=") for pair in line.split())}
+
+
+def program(name):
+    path = PROGRAMS / name
+    if not path.exists():
+        sys.exit(f"bench: {path} is not built")
+    return str(path)
+
+
+def output_of(command, **options):
+    done = subprocess.run(command, stdout=subprocess.PIPE, text=True, check=False, **options)
+    if done.returncode:
+        sys.exit(f"bench: {command[0]} ended with {done.returncode}")
+    return done.stdout
+
+
+def seconds_of(command, **options):
+    """Wall time of a command from start to end."""
+    begin = time.perf_counter()
+    done = subprocess.run(command, stdout=subprocess.DEVNULL, check=False, **options)
+    if done.returncode:
+        sys.exit(f"bench: {command[0]} ended with {done.returncode}")
+    return time.perf_counter() - begin
+
+
+def home_environment(home):
+    return {**os.environ, "HOME": str(home)}
+
+
+@contextmanager
+def scratch():
+    """A folder under build/ that goes when it is no longer needed."""
+    (PROJECT / "build").mkdir(exist_ok=True)
+    with tempfile.TemporaryDirectory(dir=PROJECT / "build", prefix="bench-") as folder:
+        yield Path(folder)
+
+
+@contextmanager
+def running(command, **options):
+    """A program that is stopped at the end of the block."""
+    process = subprocess.Popen(command, **options)
+    try:
+        yield process
+    finally:
+        process.terminate()
+        try:
+            process.wait(5)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+        if process.stdout:
+            process.stdout.close()
+
+
+def cpu_seconds(pid):
+    """Processor time, user and system, that a process has used so far."""
+    after_name = Path(f"/proc/{pid}/stat").read_text(encoding="utf-8").rpartition(")")[2].split()
+    return (int(after_name[11]) + int(after_name[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def pss_kib(pid):
+    """Memory of a process, what it shares counted by its share."""
+    for line in Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="utf-8").splitlines():
+        if line.startswith("Pss:"):
+            return int(line.split()[1])
+    return sys.exit(f"bench: no figure of memory for process {pid}")
