@@ -1,0 +1,200 @@
+#include "lists/finishing.h"
+
+#include <gtest/gtest.h>
+
+#include "support/lists_bench.h"
+
+namespace tavlo::test {
+namespace {
+
+using base::operator""ms;
+using base::operator""s;
+using forms::By;
+using Prompts = std::vector<std::string>;
+namespace column = forms::document_column;
+
+struct FinishingTest : testing::Test, ListsBench {
+  const std::string name = Document().By("Brown").Name();
+
+  FinishingTest() {
+    config.txtAutoPreview.Value = "0";
+    Drop(name);
+    queue.RefreshQueueList();
+  }
+  /// The document is in work, stopped at a sample.
+  void WorkOn(const std::string& document, double sample) {
+    ClickRowOf(document);
+    form.cmdPlay.Press(By::Hand);
+    form.cmdStop.Press(By::Hand);
+    engine.CurrentSamplePosition = sample;
+    prompts.clear();
+  }
+};
+
+TEST_F(FinishingTest, CompleteMovesTheDocumentToTheCompletedFolder) {
+  WorkOn(name, 40'000);
+  form.cmdComplete.Enabled = true;
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(disk.NamesIn(folders.CompletedPath()), Prompts{name});
+  EXPECT_TRUE(disk.NamesIn(folders.InQueuePath).empty());
+  EXPECT_EQ(disk.Contents(folders.CompletedPath() + name), "sound of " + name);
+  EXPECT_EQ(opening.SelectedQueueFile, "");
+  EXPECT_EQ(Rows(), 0);
+}
+
+TEST_F(FinishingTest, CompleteOfASavedDocumentPutsItsPositionBackToZero) {
+  const std::string saved = Document().By("Okafor").Saved(83'211).Name();
+  Drop(saved);
+  queue.RefreshQueueList();
+  WorkOn(saved, 40'000);
+  form.cmdComplete.Enabled = true;
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(disk.NamesIn(folders.CompletedPath()), Prompts{Document().By("Okafor").Name()});
+}
+
+TEST_F(FinishingTest, CompleteOfTheLastDocumentSaysSo) {
+  WorkOn(name, 0);
+  form.cmdComplete.Enabled = true;
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(prompts, (Prompts{"Complete", "AllDone"}));
+}
+
+TEST_F(FinishingTest, CompleteTakesAnUnplayableDocumentOutOfTheQueue) {
+  file.Sounds.clear();
+  config.txtAutoPreview.Value = "5";
+  ClickRowOf(name);
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(disk.NamesIn(folders.CompletedPath()), Prompts{name});
+}
+
+TEST_F(FinishingTest, FailedCopyStillTakesTheDocumentOutOfTheQueueAndLosesNothing) {
+  disk.WithFileSystemAt("/root/Files/Completed");
+  disk.SetFreeSpace("/root/Files/Completed", 0);
+  WorkOn(name, 0);
+  form.cmdComplete.Enabled = true;
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(Rows(), 0);
+  EXPECT_EQ(disk.FilesHolding("sound of " + name), Prompts{folders.RescuedPath() + name});
+}
+
+TEST_F(FinishingTest, SaveMarksTheRowAndTheNextPlayStartsThere) {
+  WorkOn(name, 83'211 / 2);
+  form.cmdSave.Press(By::Hand);
+  const std::string saved = Document().By("Brown").Saved(83'211 / 2).Name();
+  EXPECT_EQ(opening.SelectedQueueFile, saved);
+  ASSERT_EQ(RowOf(saved), 0);
+  EXPECT_EQ(Cell(0, column::Saved), "Saved");
+  EXPECT_EQ(prompts, Prompts{"Save"});
+  file.Sounds[folders.InQueuePath + saved] = {.samples = 80'000};
+  ClickRowOf(saved);
+  form.cmdPlay.Press(By::Hand);
+  EXPECT_EQ(file.Seeks.back(), 83'211 / 2);
+}
+
+TEST_F(FinishingTest, SaveAtZeroOfANewDocumentTouchesNoFile) {
+  WorkOn(name, 0);
+  const auto changes = disk.Changes().size();
+  form.cmdSave.Press(By::Hand);
+  EXPECT_EQ(disk.Changes().size(), changes);
+  EXPECT_EQ(Cell(0, column::Saved), "");
+}
+
+TEST_F(FinishingTest, SkipChangesNoFile) {
+  WorkOn(name, 40'000);
+  const auto changes = disk.Changes().size();
+  form.cmdSkip.Press(By::Hand);
+  EXPECT_EQ(disk.Changes().size(), changes);
+  EXPECT_EQ(prompts, Prompts{"Return"});
+  EXPECT_EQ(opening.SelectedQueueFile, name);
+}
+
+TEST_F(FinishingTest, WindowReturnsFromThePlayerToTheList) {
+  WorkOn(name, 40'000);
+  ASSERT_FALSE(form.frameFiles.Visible);
+  form.frmMain.Left = 4500;
+  form.frmMain.Top = 750;
+  form.cmdSkip.Press(By::Hand);
+  EXPECT_TRUE(form.frameFiles.Visible);
+  EXPECT_EQ(form.frmMain.Height, window.WindowHeight);
+  EXPECT_EQ(form.frmMain.Left, (form.frmMain.ScreenWidth - form.frmMain.Width) / 2);
+  EXPECT_EQ(form.txtPlayerLeft.Value.Get(), "4500");
+  EXPECT_EQ(form.txtPlayerTop.Value.Get(), "750");
+  EXPECT_TRUE(form.listViewInQueue.Enabled);
+  EXPECT_TRUE(form.mnuFile.Enabled);
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+  EXPECT_FALSE(form.cmdSkip.Enabled);
+  EXPECT_FALSE(form.cmdStop.Visible);
+  EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);
+  EXPECT_FALSE(form.lblFilePositionHMS.Visible);
+  EXPECT_FALSE(window.guards.PlayRequested);
+  EXPECT_FALSE(window.guards.ListTransitionBusy);
+  EXPECT_FALSE(window.guards.ListPauseActive);
+  EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
+}
+
+TEST_F(FinishingTest, MinimizedPlayersPlaceIsNotTaken) {
+  WorkOn(name, 40'000);
+  form.frmMain.WindowShape = forms::Shape::Minimized;
+  form.cmdSkip.Press();
+  EXPECT_EQ(placesStored, 0);
+  EXPECT_EQ(form.frmMain.WindowShape, forms::Shape::Normal);
+}
+
+TEST_F(FinishingTest, TransportIsRefusedUntilTheListIsRebuilt) {
+  WorkOn(name, 40'000);
+  base::Timer press(loop, "press", 250ms);
+  bool pressed = false;
+  press.OnTick = [&] {
+    press.Stop();
+    pressed = true;
+    EXPECT_TRUE(window.guards.ListTransitionBusy);
+    form.cmdPlay.Enabled = true;
+    form.cmdPlay.Press(By::Hand);
+    EXPECT_FALSE(engine.IsPlaying);
+  };
+  press.Start();
+  form.cmdSkip.Press(By::Hand);
+  EXPECT_TRUE(pressed);
+}
+
+TEST_F(FinishingTest, AutoQueueSelectsAndPreviewsTheNextUnsavedDocument) {
+  const std::string saved = Document().By("Saved").At("1 1 2001 8 0 0").Saved(7).Name();
+  const std::string next = Document().By("Next").At("1 1 2010 8 0 0").Name();
+  Drop(saved);
+  Drop(next);
+  config.txtAutoQueueJob.Value = "Y";
+  queue.RefreshQueueList();
+  WorkOn(name, 0);
+  form.cmdComplete.Enabled = true;
+  config.txtAutoPreview.Value = "5";
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(opening.SelectedQueueFile, next);
+  EXPECT_EQ(form.listViewInQueue.ListIndex, RowOf(next));
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_TRUE(form.cmdPlay.Enabled);
+  EXPECT_TRUE(prompts.empty());
+}
+
+TEST_F(FinishingTest, AutoQueueWithOnlySavedRowsLeftSelectsNothing) {
+  Drop(Document().By("Saved").Saved(7));
+  config.txtAutoQueueJob.Value = "Y";
+  queue.RefreshQueueList();
+  WorkOn(name, 0);
+  form.cmdComplete.Enabled = true;
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(opening.SelectedQueueFile, "");
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+}
+
+TEST_F(FinishingTest, FinishingCountsAsTheUsersActAndAsALookAtTheWork) {
+  WorkOn(name, 0);
+  actions = 0;
+  form.cmdSkip.Press(By::Hand);
+  EXPECT_EQ(actions, 1);
+  EXPECT_EQ(waitingWorkSeen, 1);
+  EXPECT_EQ(retrievals, 1);
+  EXPECT_TRUE(refresh.tmrWorkWaitingAlert.Enabled());
+}
+
+}  // namespace
+}  // namespace tavlo::test

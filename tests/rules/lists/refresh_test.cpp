@@ -1,0 +1,116 @@
+#include "lists/refresh.h"
+
+#include <gtest/gtest.h>
+
+#include "support/lists_bench.h"
+
+namespace tavlo::test {
+namespace {
+
+using base::operator""ms;
+using base::operator""s;
+using forms::By;
+
+struct RefreshTest : testing::Test, ListsBench {
+  RefreshTest() { Drop(Document()); }
+};
+
+TEST_F(RefreshTest, RefreshWaitsTwiceAndShowsTheListAgain) {
+  form.cmdPlay.Enabled = true;
+  form.cmdUpdateFileList.Press(By::Hand);
+  EXPECT_EQ(loop.Now().sinceStart, 1000ms);
+  EXPECT_EQ(Rows(), 1);
+  EXPECT_EQ(retrievals, 1);
+  EXPECT_TRUE(form.listViewInQueue.Visible);
+  EXPECT_TRUE(form.cmdUpdateFileList.Visible);
+  EXPECT_TRUE(form.mnuFile.Enabled);
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+  EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
+  EXPECT_EQ(prompts, std::vector<std::string>{"RefreshQueue"});
+  EXPECT_EQ(form.frmMain.Focused(), &form.txtFocus);
+  EXPECT_EQ(waitingWorkSeen, 1);
+  EXPECT_TRUE(refresh.tmrWorkWaitingAlert.Enabled());
+}
+
+TEST_F(RefreshTest, WindowIsFrozenWhileItWaits) {
+  base::Timer look(loop, "look", 250ms);
+  bool looked = false;
+  look.OnTick = [&] {
+    look.Stop();
+    looked = true;
+    EXPECT_FALSE(form.listViewInQueue.Visible);
+    EXPECT_FALSE(form.cmdUpdateFileList.Visible);
+    EXPECT_FALSE(form.mnuFile.Enabled);
+    EXPECT_FALSE(form.mnuView.Enabled);
+    EXPECT_FALSE(form.mnuReport.Enabled);
+    EXPECT_EQ(form.frameInQueue.Caption.Get(), "Queue");
+    EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Hourglass);
+    EXPECT_FALSE(refresh.tmrWorkWaitingAlert.Enabled());
+  };
+  look.Start();
+  form.cmdUpdateFileList.Press(By::Hand);
+  EXPECT_TRUE(looked);
+}
+
+TEST_F(RefreshTest, SecondPressDuringARefreshIsDropped) {
+  loop.Post([&] { form.cmdUpdateFileList.Press(By::Hand); });
+  form.cmdUpdateFileList.Press(By::Hand);
+  EXPECT_EQ(retrievals, 1);
+}
+
+TEST_F(RefreshTest, QuietRefreshNeitherSpeaksNorTakesTheFocus) {
+  window.guards.QuietRefresh = true;
+  form.cmdUpdateFileList.Press();
+  EXPECT_TRUE(prompts.empty());
+  EXPECT_EQ(form.frmMain.Focused(), nullptr);
+}
+
+TEST_F(RefreshTest, RefreshStopsPreviewAndClosesTheFile) {
+  queue.RefreshQueueList();
+  form.listViewInQueue.RowClick(0);
+  ASSERT_TRUE(engine.IsPlaying);
+  form.cmdUpdateFileList.Press(By::Hand);
+  EXPECT_FALSE(engine.IsPlaying);
+  EXPECT_FALSE(engine.tmrPlaySnipet.Enabled());
+  EXPECT_FALSE(file.IsOpen());
+}
+
+TEST_F(RefreshTest, NewFileShowsAndAGoneOneLeaves) {
+  queue.RefreshQueueList();
+  disk.Remove(folders.InQueuePath + Document().Name());
+  Drop(Document().By("New"));
+  form.cmdUpdateFileList.Press(By::Hand);
+  ASSERT_EQ(Rows(), 1);
+  EXPECT_EQ(Cell(0, forms::document_column::Author), "New");
+}
+
+TEST_F(RefreshTest, FirstRefreshRunsOnceAndFreesTheWindow) {
+  form.listViewInQueue.Visible = false;
+  form.cmdUpdateFileList.Enabled = false;
+  form.mnuFile.Enabled = form.mnuView.Enabled = form.mnuReport.Enabled = false;
+  refresh.tmrGetAllJobs.Start();
+  loop.Advance(99ms);
+  EXPECT_EQ(retrievals, 0);
+  loop.Advance(1ms);
+  EXPECT_EQ(retrievals, 1);
+  EXPECT_EQ(loop.Now().sinceStart, 1600ms);
+  EXPECT_EQ(Rows(), 1);
+  EXPECT_TRUE(form.listViewInQueue.Visible);
+  EXPECT_TRUE(form.cmdUpdateFileList.Enabled);
+  EXPECT_TRUE(form.mnuFile.Enabled);
+  EXPECT_TRUE(form.mnuView.Enabled);
+  EXPECT_TRUE(form.mnuReport.Enabled);
+  loop.Advance(60s);
+  EXPECT_EQ(retrievals, 1);
+}
+
+TEST_F(RefreshTest, FirstRefreshUnderTheFtpViewLeavesTheReportDisabled) {
+  form.mnuReport.Enabled = false;
+  form.frameFtp.Visible = true;
+  refresh.tmrGetAllJobs.Start();
+  loop.Advance(100ms);
+  EXPECT_FALSE(form.mnuReport.Enabled);
+}
+
+}  // namespace
+}  // namespace tavlo::test

@@ -1,0 +1,182 @@
+#include "support/simulated_audio.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tavlo::test {
+namespace {
+
+using base::operator""ms;
+using playback::Side;
+
+double Seconds(base::Duration length) { return std::chrono::duration<double>(length).count(); }
+
+}  // namespace
+
+bool SimulatedAudioFile::OpenFile(const std::string& path) {
+  ++OpenCount;
+  open_ = nullptr;
+  position_ = 0;
+  status_ = InTrouble ? -1 : 0;
+  if (InTrouble) return false;
+  const auto found = Sounds.find(path);
+  if (found == Sounds.end()) return false;
+  open_ = &found->second;
+  return true;
+}
+
+std::int64_t SimulatedAudioFile::LengthMilliseconds() const {
+  return open_ ? open_->samples * 1000 / open_->rate : 0;
+}
+
+SampleArray SimulatedAudioFile::ReadArray(SampleCount samples) {
+  SampleArray block;
+  if (!open_) return block;
+  const SampleCount end = std::min(position_ + samples, open_->samples);
+  block.channels = open_->channels;
+  block.sourceBegin = static_cast<double>(position_);
+  block.sourceEnd = static_cast<double>(end);
+  block.last = end == open_->samples;
+  for (; position_ < end; ++position_) {
+    block.values.insert(block.values.end(), open_->channels, static_cast<float>(position_));
+  }
+  return block;
+}
+
+SampleCount SimulatedAudioFile::SeekSample(SampleCount target) {
+  Seeks.push_back(target);
+  position_ = std::clamp<SampleCount>(target, 0, TotalSamples());
+  return position_;
+}
+
+void SimulatedTransform::ChangeSpeed(SampleArray& block, float speedPercent) {
+  Calls.push_back({block.side, speedPercent});
+  const double length = static_cast<double>(block.values.size()) * 100.0 / speedPercent;
+  block.values.resize(static_cast<std::size_t>(std::nearbyint(length)));
+}
+
+SampleArray SimulatedTransform::SplitLeft(const SampleArray& interleaved) {
+  SampleArray half = interleaved;
+  half.channels = 1;
+  half.side = Side::Left;
+  half.values.resize(interleaved.values.size() / 2);
+  return half;
+}
+
+SampleArray SimulatedTransform::SplitRight(const SampleArray& interleaved) {
+  SampleArray half = SplitLeft(interleaved);
+  half.side = Side::Right;
+  return half;
+}
+
+SampleArray SimulatedTransform::JoinChannels(const SampleArray& left, const SampleArray& right) {
+  SampleArray whole = left;
+  whole.channels = 2;
+  whole.side = Side::Whole;
+  whole.values.insert(whole.values.end(), right.values.begin(), right.values.end());
+  return whole;
+}
+
+SimulatedPlayer::SimulatedPlayer(base::Loop& loop)
+    : loop_(loop), feed_(loop, "SimulatedPlayer", 10ms, base::TimerKind::Feed) {
+  feed_.OnTick = [this] { Feed(); };
+}
+
+void SimulatedPlayer::SetOutputFormat(int samplesPerSecond, int channels) {
+  rate_ = samplesPerSecond;
+  channels_ = channels;
+}
+
+bool SimulatedPlayer::StartOutput() {
+  ++Starts;
+  if (!TakesFormat) return false;
+  status_ = StatusAfterStart;
+  queue_.clear();
+  heard_ = 0;
+  endRaised_ = false;
+  running_ = status_ >= 0;
+  playedUpTo_ = loop_.Now();
+  nextTimerEvent_ = loop_.Now() + 50ms;
+  if (running_) feed_.Start();
+  return true;
+}
+
+void SimulatedPlayer::StopOutput() {
+  ++Stops;
+  if (!running_) return;
+  TakeHeard();
+  if (OnTimer) OnTimer(PlayedSamples(), Level, Level);
+  running_ = false;
+  feed_.Stop();
+  queue_.clear();
+}
+
+void SimulatedPlayer::QueueArray(SampleArray block) {
+  Queued.push_back(block);
+  endRaised_ = false;
+  if (queue_.empty()) playedUpTo_ = loop_.Now();
+  queue_.push_back({std::move(block)});
+}
+
+void SimulatedPlayer::ClearQueue() {
+  ++Clears;
+  queue_.clear();
+  heard_ = 0;
+}
+
+SampleCount SimulatedPlayer::MillisecondsToSamples(std::int64_t milliseconds) const {
+  return milliseconds * rate_ / 1000;
+}
+
+std::int64_t SimulatedPlayer::SamplesToMilliseconds(double samples) const {
+  return static_cast<std::int64_t>(samples * 1000.0 / rate_);
+}
+
+void SimulatedPlayer::SelectDevice(int index) {
+  selected_ = index >= 0 && index < Devices;
+  if (selected_) device_ = index;
+}
+
+void SimulatedPlayer::TakeHeard() {
+  // What a busy loop let pass beyond the queued blocks was silence and is not heard time.
+  double passed = Seconds(loop_.Now() - playedUpTo_) * rate_;
+  playedUpTo_ = loop_.Now();
+  for (Playing& next : queue_) {
+    const auto samples = static_cast<double>(next.block.Samples());
+    const double played = std::min(passed, samples - next.played);
+    if (samples > 0) {
+      heard_ += (next.block.sourceEnd - next.block.sourceBegin) * played / samples;
+    }
+    next.played += played;
+    passed -= played;
+    if (passed <= 0) return;
+  }
+}
+
+void SimulatedPlayer::Feed() {
+  TakeHeard();
+  const auto finished = [](const Playing& next) {
+    return next.played >= static_cast<double>(next.block.Samples());
+  };
+  while (running_ && !queue_.empty() && finished(queue_.front())) FinishBlock();
+  if (!running_) return;
+  if (queue_.empty()) {
+    if (!endRaised_ && !Queued.empty()) {
+      endRaised_ = true;
+      if (OnEndPlay) OnEndPlay();
+    }
+    return;
+  }
+  if (loop_.Now() >= nextTimerEvent_) {
+    nextTimerEvent_ = loop_.Now() + 50ms;
+    if (OnTimer) OnTimer(PlayedSamples(), Level, Level);
+  }
+}
+
+void SimulatedPlayer::FinishBlock() {
+  queue_.pop_front();
+  if (OnEndArrayPlay) OnEndArrayPlay();
+}
+
+}  // namespace tavlo::test

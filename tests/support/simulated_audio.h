@@ -1,0 +1,129 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "base/loop.h"
+#include "playback/audio_objects.h"
+
+namespace tavlo::test {
+
+using playback::SampleArray;
+using playback::SampleCount;
+
+/// A sound file that needs no bytes: the value of a sample is its own number, so that a test can
+/// see which part of a document a block holds.
+struct SimulatedSound {
+  SampleCount samples = 0;
+  int rate = 8000;
+  int channels = 1;
+};
+
+/// Decodes what the test laid out by path. A path that nobody laid out cannot be played.
+class SimulatedAudioFile : public playback::AudioFile {
+ public:
+  std::map<std::string, SimulatedSound> Sounds;
+  /// The process has no handles left: the next open fails with a negative status.
+  bool InTrouble = false;
+  int OpenCount = 0;
+  std::vector<SampleCount> Seeks;
+
+  bool OpenFile(const std::string& path) override;
+  void CloseFile() override { open_ = nullptr; }
+  int OpenStatus() const override { return status_; }
+  SampleCount TotalSamples() const override { return open_ ? open_->samples : 0; }
+  std::int64_t LengthMilliseconds() const override;
+  int ChannelCount() const override { return open_ ? open_->channels : 0; }
+  int SampleRate() const override { return open_ ? open_->rate : 0; }
+  SampleArray ReadArray(SampleCount samples) override;
+  SampleCount SeekSample(SampleCount target) override;
+
+  bool IsOpen() const { return open_ != nullptr; }
+
+ private:
+  const SimulatedSound* open_ = nullptr;
+  SampleCount position_ = 0;
+  int status_ = 0;
+};
+
+/// Stretches by counting: a block at half speed holds twice the samples.
+class SimulatedTransform : public playback::AudioTransform {
+ public:
+  struct Call {
+    playback::Side side;
+    float speedPercent;
+  };
+  std::vector<Call> Calls;
+  int Resets = 0;
+
+  void Reset(int) override { ++Resets; }
+  void ChangeSpeed(SampleArray& block, float speedPercent) override;
+  SampleArray SplitLeft(const SampleArray& interleaved) override;
+  SampleArray SplitRight(const SampleArray& interleaved) override;
+  SampleArray JoinChannels(const SampleArray& left, const SampleArray& right) override;
+};
+
+/// Plays in the loop's time. As strict as the real player: one event for each block that was heard,
+/// the end only when every request was answered, nothing after a stop.
+class SimulatedPlayer : public playback::AudioPlayer {
+ public:
+  explicit SimulatedPlayer(base::Loop& loop);
+
+  int Devices = 1;
+  bool TakesFormat = true;
+  int StatusAfterStart = 0;
+  double Level = 70;
+  std::vector<SampleArray> Queued;  ///< Every block ever queued.
+  std::vector<int> Volumes;
+  int Starts = 0;
+  int Stops = 0;
+  int Clears = 0;
+
+  void SetOutputFormat(int samplesPerSecond, int channels) override;
+  bool StartOutput() override;
+  void StopOutput() override;
+  void QueueArray(SampleArray block) override;
+  void ClearQueue() override;
+  int OpenStatus() const override { return status_; }
+  SampleCount MillisecondsToSamples(std::int64_t milliseconds) const override;
+  std::int64_t SamplesToMilliseconds(double samples) const override;
+  SampleCount PlayedSamples() const override { return static_cast<SampleCount>(heard_); }
+  int DeviceCount() const override { return Devices; }
+  std::string DeviceName() const override { return "Device " + std::to_string(device_); }
+  int CurrentDevice() const override { return device_; }
+  void SelectDevice(int index) override;
+  bool DeviceHasMixer() const override { return selected_; }
+  void SetVolume(int volume) override { Volumes.push_back(volume); }
+
+  bool IsRunning() const { return running_; }
+  int BlocksInFlight() const { return static_cast<int>(queue_.size()); }
+  int Rate() const { return rate_; }
+  int Channels() const { return channels_; }
+
+ private:
+  void Feed();
+  void TakeHeard();
+  void FinishBlock();
+
+  base::Loop& loop_;
+  base::Timer feed_;
+  base::MonotonicTime playedUpTo_;
+  base::MonotonicTime nextTimerEvent_;
+  struct Playing {
+    SampleArray block;
+    double played = 0;  ///< Output samples of the block that were heard.
+  };
+  std::deque<Playing> queue_;
+  double heard_ = 0;
+  bool running_ = false;
+  bool endRaised_ = false;
+  int rate_ = 8000;
+  int channels_ = 1;
+  int status_ = 0;
+  int device_ = 0;
+  bool selected_ = true;
+};
+
+}  // namespace tavlo::test
