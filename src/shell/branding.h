@@ -1,0 +1,27 @@
+#pragma once
+
+#include "forms/about_form.h"
+#include "forms/configuration_form.h"
+#include "forms/main_form.h"
+#include "store/document_name.h"
+#include "store/settings_store.h"
+
+namespace tavlo::shell {
+
+/// One build serves several resellers: a setting picks the logo row and, with it, the date order.
+class Branding {
+ public:
+  Branding(forms::MainForm& form, forms::ConfigurationForm& config, forms::AboutForm& about,
+           store::SettingsStore& settings, store::DocumentNames& names);
+
+  void ApplyBranding();
+
+ private:
+  forms::MainForm& form_;
+  forms::ConfigurationForm& config_;
+  forms::AboutForm& about_;
+  store::SettingsStore& settings_;
+  store::DocumentNames& names_;
+};
+
+}  // namespace tavlo::shell

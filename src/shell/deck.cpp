@@ -1,0 +1,94 @@
+#include "shell/deck.h"
+
+#include <utility>
+
+#include "store/provisioning.h"
+
+namespace tavlo::shell {
+
+Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& workFolders,
+             std::unique_ptr<store::SettingsDatabase> openDatabase)
+    : sound{.showConfiguration = [this] { configuration.Show(); }},
+      database(std::move(openDatabase)),
+      settings(*database),
+      names(platform.loop),
+      moves(platform.disk, workFolders),
+      binding(platform.loop, windows.main, windows.configuration, settings, workFolders),
+      mainWindow(windows.main, windows.configuration, [this] { binding.SavePlayerPlace(); }),
+      configuration(windows.main, windows.configuration, binding, workFolders,
+                    ConfigurationHooksFor()),
+      engine(platform.loop, windows.main, windows.configuration, mainWindow, platform.audioFile,
+             platform.audioTransform, platform.audioPlayer, sound),
+      transport(platform.loop, windows.main, windows.configuration, mainWindow, engine, sound),
+      positionDisplay(windows.main, mainWindow, engine, transport),
+      soundShaping(windows.main, mainWindow, engine),
+      preview(windows.main, windows.configuration, mainWindow, engine, transport, sound),
+      queue(platform.loop, windows.main, platform.disk, workFolders, names, engine),
+      refresh(platform.loop, windows.main, mainWindow, engine, transport, queue, sound, listHooks),
+      opening(platform.loop, windows.main, windows.configuration, workFolders, names, engine,
+              transport, preview, listHooks),
+      finishing(platform.loop, windows.main, windows.configuration, mainWindow, workFolders, moves,
+                engine, transport, queue, opening, refresh, sound, listHooks),
+      branding(windows.main, windows.configuration, windows.about, settings, names),
+      views(platform.loop, windows.main, windows.about, mainWindow, configuration, engine,
+            transport, queue, sound, listHooks, settings.ProgramVersionText()),
+      load(platform.loop, windows.main, windows.configuration, mainWindow, configuration, binding,
+           platform.disk, workFolders, engine, soundShaping, queue, refresh, branding, sound,
+           listHooks, {}),
+      exit(platform.loop, windows.main, mainWindow, engine, transport, refresh, sound, {},
+           platform.endProcess) {}
+
+window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
+  return {.restartAlertTimer =
+              [this](base::Duration interval) {
+                refresh.tmrWorkWaitingAlert.SetInterval(interval);
+                refresh.tmrWorkWaitingAlert.Start();
+              },
+          .applyBranding = [this] { branding.ApplyBranding(); }};
+}
+
+Deck::Deck(Platform platform)
+    : windows(platform.loop),
+      platform_(std::move(platform)),
+      folders_(platform_.disk, platform_.installRoot),
+      splash_(platform_.loop, windows.splash, [this] { rooms_->load.LoadMainWindow(); }) {}
+
+void Deck::Start() {
+  if (RefuseSecondCopy()) return;
+  const std::string failure = store::ProvisionRoot(platform_.disk, platform_.databases,
+                                                   platform_.installRoot, platform_.shareFolder);
+  if (!failure.empty()) {
+    EndWith(failure);
+    return;
+  }
+  store::OpenedDatabase opened = platform_.databases.Open(folders_.SettingsDatabasePath());
+  if (!opened.database) {
+    EndWith(opened.failure);
+    return;
+  }
+  rooms_.emplace(platform_, windows, folders_, std::move(opened.database));
+  splash_.Show(rooms_->settings.ProgramVersionText());
+}
+
+bool Deck::RefuseSecondCopy() {
+  if (!platform_.anotherCopyRuns()) return false;
+  platform_.loop.Show(
+      {.title = "Tavlo Deck - Running",
+       .text = "The Tavlo Deck can not be started because Windows reports that it is already "
+               "running.\n"
+               "If you see the Tavlo Deck in the task bar, click on it to view it.\n"
+               "If it is not in the task bar, press CTRL-ALT-DEL, click Task Manager, click "
+               "Applications, and if the Lyrane_Tavlo_Deck_Project status is\n"
+               "'Not Responding', then select it and click End Task.  Then exit the Task Manager "
+               "and restart the Tavlo Deck.",
+       .icon = base::Icon::Information});
+  platform_.endProcess(1);
+  return true;
+}
+
+void Deck::EndWith(const std::string& failure) {
+  platform_.loop.Show({.title = "Tavlo Deck", .text = failure, .icon = base::Icon::Critical});
+  platform_.endProcess(1);
+}
+
+}  // namespace tavlo::shell

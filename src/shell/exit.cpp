@@ -1,0 +1,97 @@
+#include "shell/exit.h"
+
+#include <utility>
+
+namespace tavlo::shell {
+namespace {
+
+using base::operator""ms;
+
+void Call(const std::function<void()>& hook) {
+  if (hook) hook();
+}
+
+}  // namespace
+
+Exit::Exit(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
+           playback::AudioEngine& engine, playback::Transport& transport, lists::Refresh& refresh,
+           const playback::Hooks& sound, ExitHooks hooks,
+           std::function<void(int status)> endProcess)
+    : loop_(loop),
+      form_(form),
+      window_(window),
+      engine_(engine),
+      transport_(transport),
+      refresh_(refresh),
+      sound_(sound),
+      hooks_(std::move(hooks)),
+      endProcess_(std::move(endProcess)) {
+  form_.mnuExit.OnPress = [this] { ExitByMenu(); };
+  form_.frmMain.OnCloseRequest = [this] { ExitByFrame(); };
+}
+
+void Exit::ExitByFrame() {
+  if (FtpIsConnected()) return;
+  // A close during work is dropped without a word.
+  if (form_.frmMain.MousePointer == forms::Pointer::Hourglass) return;
+  StopSound();
+  if (DocumentIsOpen()) return;
+  if (UserAgrees()) End();
+}
+
+void Exit::ExitByMenu() {
+  // The File menu is disabled while a document is open or work is under way, so neither is asked
+  // for.
+  StopSound();
+  if (FtpIsConnected()) return;
+  if (UserAgrees()) End();
+}
+
+void Exit::StopSound() {
+  engine_.StopPlay();
+  sound_.StopPrompt();
+  engine_.tmrPlaySnipet.Stop();
+}
+
+bool Exit::FtpIsConnected() {
+  if (form_.bConnect.Caption.Get() != "Disconnect") return false;
+  ShowExitBox("The Ftp must be disconnected before you may exit the Tavlo Deck",
+              base::Icon::Warning, base::Buttons::Ok);
+  return true;
+}
+
+bool Exit::DocumentIsOpen() {
+  if (!form_.cmdSkip.Enabled) return false;
+  ShowExitBox("You must Skip, Save, or Complete this dictation before you may exit the Tavlo Deck",
+              base::Icon::Warning, base::Buttons::Ok);
+  return true;
+}
+
+bool Exit::UserAgrees() {
+  return ShowExitBox("Are you sure you want to exit the Tavlo Deck?", base::Icon::Question,
+                     base::Buttons::YesNo) == base::Reply::Yes;
+}
+
+void Exit::End() {
+  Call(hooks_.stopPedals);
+  refresh_.tmrWorkWaitingAlert.Stop();
+  transport_.StopWindAndPreview();
+  window_.DisableWindowControls();
+  form_.cmdStop.Enabled = false;
+  form_.cmdPlay.Enabled = false;
+  form_.cmdImportCompleteSnipetStop.Enabled = false;
+  // The hourglass drops a second close request in the waits.
+  form_.frmMain.MousePointer = forms::Pointer::Hourglass;
+  loop_.Wait(1000ms);
+  engine_.CloseFile();
+  Call(hooks_.closePrompts);
+  Call(hooks_.releaseFtp);
+  loop_.Wait(1000ms);
+  endProcess_(0);
+}
+
+base::Reply Exit::ShowExitBox(const char* text, base::Icon icon, base::Buttons buttons) {
+  return loop_.Show({.title = "Tavlo Deck - Exit", .text = text, .icon = icon, .buttons = buttons});
+}
+
+}  // namespace tavlo::shell

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/loop.h"
+#include "playback/audio_objects.h"
+#include "store/disk.h"
+#include "store/settings_database.h"
+
+namespace tavlo::shell {
+
+/// The edges that a deck stands on. Whoever builds it owns them; they outlive the deck.
+struct Platform {
+  base::Loop& loop;
+  store::Disk& disk;
+  store::SettingsDatabases& databases;
+  playback::AudioFile& audioFile;
+  playback::AudioTransform& audioTransform;
+  playback::AudioPlayer& audioPlayer;
+  /// Full path of the root under which all folders and the settings stand, without a trailing
+  /// separator.
+  std::string installRoot;
+  /// What an installation supplies: the source of a fresh root.
+  std::string shareFolder;
+  /// True when another copy runs on the same root. The first call claims the root for this one.
+  std::function<bool()> anotherCopyRuns;
+  /// Ends the process once the loop is back at its top.
+  std::function<void(int status)> endProcess;
+};
+
+}  // namespace tavlo::shell
