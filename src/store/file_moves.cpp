@@ -108,9 +108,8 @@ FileMoves::Place FileMoves::SetAside(const std::string& path) {
   const std::string rescued = folders_.RescuedPath();
   std::ignore = disk_.MakeFolder(rescued.substr(0, rescued.size() - 1));
   const Place place = RenameToFreeName(path, rescued, "");
-  return place.result == DiskResult::OtherFileSystem
-             ? RenameToFreeName(path, FolderOf(path), ".Rescued ")
-             : place;
+  return place.result == DiskResult::Done ? place
+                                          : RenameToFreeName(path, FolderOf(path), ".Rescued ");
 }
 
 FileMoves::Place FileMoves::RenameToFreeName(const std::string& path, const std::string& folder,

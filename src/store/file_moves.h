@@ -11,8 +11,9 @@ namespace tavlo::store {
 /// Moves documents so that a crash at any point leaves one whole document, or two, never none. What
 /// a rule would destroy (a document of the same name that a copy overwrites, a source that goes
 /// although its copy failed) goes into the rescue folder instead, under its own name or that name
-/// with a number before the extension. Where the rescue folder lies on another file system, it goes
-/// behind a dot in its own folder. Only `DeleteForGood` deletes a document. On the loop's thread.
+/// with a number before the extension. Where the rescue folder cannot take it, as a rule because it
+/// lies on another file system, it goes behind a dot in its own folder. Only `DeleteForGood`
+/// deletes a document. On the loop's thread.
 class FileMoves {
  public:
   FileMoves(Disk& disk, const WorkFolders& folders) : disk_(disk), folders_(folders) {}

@@ -91,6 +91,14 @@ TEST_F(FileMovesTest, RescueFromAnotherFileSystemGoesBehindADotInItsOwnFolder) {
   EXPECT_EQ(disk.Contents("/share/.Rescued a.wav"), "B");
 }
 
+TEST_F(FileMovesTest, RescueWithoutARescueFolderGoesBehindADotToo) {
+  disk.WithFile("/elsewhere/a.wav", "A").WithFile("/elsewhere/b.wav", "B");
+  disk.Remove(kRoot + "/Files");
+  EXPECT_EQ(moves.Move("/elsewhere/a.wav", "/elsewhere/b.wav"), DiskResult::Done);
+  EXPECT_EQ(disk.Contents("/elsewhere/b.wav"), "A");
+  EXPECT_EQ(disk.Contents("/elsewhere/.Rescued b.wav"), "B");
+}
+
 TEST_F(FileMovesTest, FolderThatStandsAtTheTargetIsSetAsideToo) {
   disk.WithFile(Queued("a.wav"), "A").WithFile(Completed("a.wav") + "/inside", "B");
   EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")), DiskResult::Done);
