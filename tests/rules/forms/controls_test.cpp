@@ -1,0 +1,244 @@
+#include "forms/controls.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "support/simulated_loop.h"
+
+namespace tavlo::test {
+namespace {
+
+using forms::By;
+using forms::Choice;
+using forms::Command;
+using forms::Pane;
+using forms::Range;
+using forms::SortOrder;
+using forms::Table;
+using forms::Text;
+using forms::Window;
+
+struct ControlsTest : testing::Test {
+  ControlsTest() { window.Visible = true; }
+
+  SimulatedLoop loop;
+  Window window{loop, "window", "Window"};
+  Pane frame{&window, "frame"};
+  Command button{&frame, "button", {}};
+  Text box{&frame, "box"};
+  Range slider{&frame, "slider", {}, {.minimum = -5, .maximum = 5}};
+  Table list{&frame, "list"};
+  int ran = 0;
+};
+
+TEST_F(ControlsTest, PressByProgramReachesAButtonOfAHiddenFrame) {
+  button.OnPress = [&] { ++ran; };
+  frame.Visible = false;
+  button.Visible = false;
+  button.Press();
+  EXPECT_EQ(ran, 1);
+}
+
+TEST_F(ControlsTest, PressByProgramOfADisabledButtonDoesNothing) {
+  button.OnPress = [&] { ++ran; };
+  button.Enabled = false;
+  button.Press();
+  EXPECT_EQ(ran, 0);
+}
+
+TEST_F(ControlsTest, HandNeedsTheControlVisibleAndEnabled) {
+  button.OnPress = [&] { ++ran; };
+  button.Press(By::Hand);
+  EXPECT_EQ(ran, 1);
+  button.Visible = false;
+  button.Press(By::Hand);
+  button.Visible = true;
+  button.Enabled = false;
+  button.Press(By::Hand);
+  EXPECT_EQ(ran, 1);
+}
+
+TEST_F(ControlsTest, HandNeedsEveryPaneAroundTheControlVisibleAndEnabled) {
+  button.OnPress = [&] { ++ran; };
+  frame.Visible = false;
+  button.Press(By::Hand);
+  frame.Visible = true;
+  window.Enabled = false;
+  button.Press(By::Hand);
+  EXPECT_EQ(ran, 0);
+}
+
+TEST_F(ControlsTest, HandReachesNothingUnderAMessageBox) {
+  button.OnPress = [&] { ++ran; };
+  loop.Expect({.meanwhile = [&] {
+    button.Press(By::Hand);
+    EXPECT_EQ(ran, 0);
+    button.Press();
+  }});
+  loop.Show({.text = "?"});
+  EXPECT_EQ(ran, 1);
+}
+
+TEST_F(ControlsTest, FailureInAHandsPressIsShownByTheNameOfTheControl) {
+  button.OnPress = [] { throw std::runtime_error("no"); };
+  button.Press(By::Hand);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].text, "button could not finish: no");
+}
+
+TEST_F(ControlsTest, WritingAnEqualValueDoesNothing) {
+  box.Value = "a";
+  box.OnChange = [&] { ++ran; };
+  box.OnStored = [&] { ++ran; };
+  const unsigned version = box.Version();
+  box.Value = "a";
+  EXPECT_EQ(ran, 0);
+  EXPECT_EQ(box.Version(), version);
+}
+
+TEST_F(ControlsTest, ProgramsWriteRunsTheChangeHandlerAndThenTheStore) {
+  std::string order;
+  box.OnChange = [&] { order += "change "; };
+  box.OnStored = [&] { order += "store "; };
+  box.Value = "a";
+  EXPECT_EQ(order, "change store ");
+}
+
+TEST_F(ControlsTest, ChangeHandlerThatCorrectsItsControlRunsAgainForThatWrite) {
+  std::string seen;
+  box.OnChange = [&] {
+    seen += box.Value.Get() + " ";
+    if (box.Value.Get() == "bad") box.Value = "good";
+  };
+  box.Value = "bad";
+  EXPECT_EQ(seen, "bad good ");
+  EXPECT_EQ(box.Value.Get(), "good");
+}
+
+TEST_F(ControlsTest, TypedTextIsCutToTheLongestWholeCharacters) {
+  Text narrow(&frame, "narrow", {}, 3);
+  narrow.Change("\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F");
+  EXPECT_EQ(narrow.Value.Get(), "\xC3\xA4\xC3\xB6\xC3\xBC");
+}
+
+TEST_F(ControlsTest, ProgramMayWriteATextThatIsLongerThanAHandMayType) {
+  Text narrow(&frame, "narrow", {}, 3);
+  narrow.Value = "longer";
+  EXPECT_EQ(narrow.Value.Get(), "longer");
+}
+
+TEST_F(ControlsTest, ProgramsWriteOfASliderRunsItsChangeAndNeverItsRelease) {
+  std::string order;
+  slider.OnChange = [&] { order += "change "; };
+  slider.OnRelease = [&] { order += "release "; };
+  slider.Value = 3;
+  EXPECT_EQ(order, "change ");
+  slider.Release();
+  EXPECT_EQ(order, "change release ");
+}
+
+TEST_F(ControlsTest, SliderIsCutToItsBounds) {
+  slider.Value = 99;
+  EXPECT_EQ(slider.Value, 5);
+  slider.Change(-99);
+  EXPECT_EQ(slider.Value, -5);
+}
+
+TEST_F(ControlsTest, CheckBoxTurnsWithEachClickAndAnOptionOnlySets) {
+  Choice check(&frame, "check", {});
+  Choice option(&frame, "option", {}, false, Choice::Kind::Option);
+  check.Click();
+  check.Click();
+  option.Click();
+  option.Click();
+  EXPECT_FALSE(check.Value);
+  EXPECT_TRUE(option.Value);
+}
+
+TEST_F(ControlsTest, RowClickChoosesTheRowBeforeItsHandlersRun) {
+  list.Add("a");
+  list.Add("b");
+  std::string order;
+  list.OnRowClick = [&] { order += "row" + std::to_string(list.ListIndex) + " "; };
+  list.OnClick = [&] { order += "click "; };
+  list.RowClick(1);
+  EXPECT_EQ(order, "row1 click ");
+}
+
+TEST_F(ControlsTest, ClickBesideTheRowsDoesNothing) {
+  list.Add("a");
+  list.OnClick = [&] { ++ran; };
+  list.RowClick(1);
+  list.RowClick(-1);
+  EXPECT_EQ(ran, 0);
+  EXPECT_EQ(list.ListIndex, -1);
+}
+
+TEST_F(ControlsTest, SortIsStableIgnoresCaseAndTheChoiceFollowsItsRow) {
+  for (const auto& [key, name] : {std::pair{"b", "1"}, {"A", "2"}, {"B", "3"}, {"a", "4"}}) {
+    list.Add(forms::Row{{{key}, {name}}});
+  }
+  list.ListIndex = 2;
+  list.Sort(0, SortOrder::Ascending);
+  std::string names;
+  for (int row = 0; row < 4; ++row) names += list.TextAt(row, 1);
+  EXPECT_EQ(names, "2413");
+  EXPECT_EQ(list.TextAt(list.ListIndex, 1), "3");
+}
+
+TEST_F(ControlsTest, DescendingSortKeepsTheOrderOfEqualRows) {
+  for (const auto& [key, name] : {std::pair{"a", "1"}, {"b", "2"}, {"a", "3"}, {"b", "4"}}) {
+    list.Add(forms::Row{{{key}, {name}}});
+  }
+  list.Sort(0, SortOrder::Descending);
+  std::string names;
+  for (int row = 0; row < 4; ++row) names += list.TextAt(row, 1);
+  EXPECT_EQ(names, "2413");
+}
+
+TEST_F(ControlsTest, HeaderClickTakesTheColumnAndFlipsTheOrder) {
+  list.Add("a");
+  list.Add("b");
+  list.SortByHeader(0);
+  EXPECT_EQ(list.TextAt(0, 0), "b");
+  list.SortByHeader(0);
+  EXPECT_EQ(list.TextAt(0, 0), "a");
+}
+
+TEST_F(ControlsTest, RemovingARowMovesTheChoiceWithItsRow) {
+  for (const char* name : {"a", "b", "c"}) list.Add(name);
+  list.ListIndex = 2;
+  list.Remove(0);
+  EXPECT_EQ(list.TextAt(list.ListIndex, 0), "c");
+  list.Remove(1);
+  EXPECT_EQ(list.ListIndex, -1);
+}
+
+TEST_F(ControlsTest, ClearForgetsTheChoice) {
+  list.Add("a");
+  list.ListIndex = 0;
+  list.Clear();
+  EXPECT_EQ(list.ListIndex, -1);
+  EXPECT_EQ(list.TextAt(0, 0), "");
+}
+
+TEST_F(ControlsTest, MoveOfAWindowIsNoResize) {
+  window.OnResize = [&] { ++ran; };
+  window.Place(10, 10, 100, 100, forms::Shape::Normal);
+  EXPECT_EQ(ran, 1);
+  window.Place(20, 20, 100, 100, forms::Shape::Normal);
+  EXPECT_EQ(ran, 1);
+}
+
+TEST_F(ControlsTest, AskingForTheKeyboardAgainAsksTheToolkitAgain) {
+  window.FocusOn(box);
+  const unsigned version = window.FocusVersion();
+  window.FocusOn(box);
+  EXPECT_NE(window.FocusVersion(), version);
+}
+
+}  // namespace
+}  // namespace tavlo::test

@@ -1,0 +1,147 @@
+#include "window/alert_options.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/simulated_database.h"
+#include "support/simulated_disk.h"
+#include "support/simulated_loop.h"
+
+namespace tavlo::test {
+namespace {
+
+using base::operator""ms;
+
+struct AlertOptionsTest : testing::Test {
+  AlertOptionsTest() { config.frmConfiguration.Visible = true; }
+
+  void OpenWith(const std::string& mode, const std::string& autoRefresh = "0") {
+    database.With("WorkWaitingAlertMode", mode).With("AutoRefreshMode", autoRefresh);
+    binding.Load();
+    alerts.Open();
+  }
+  std::string Mode() const { return config.txtWorkWaitingAlertMode.Value; }
+
+  SimulatedLoop loop;
+  SimulatedDisk disk{loop};
+  SimulatedDatabase database;
+  store::SettingsStore settings{database};
+  store::WorkFolders folders{disk, "/root"};
+  forms::MainForm main{loop};
+  forms::ConfigurationForm config{loop};
+  window::SettingsBinding binding{loop, main, config, settings, folders};
+  std::vector<base::Duration> restarts;
+  window::AlertOptions alerts{config, binding,
+                              [this](base::Duration interval) { restarts.push_back(interval); }};
+};
+
+TEST_F(AlertOptionsTest, ModeOneLoadsSwitchedOffWithAnySelected) {
+  OpenWith("1");
+  EXPECT_FALSE(config.chkWorkWaitingAlertMode.Value);
+  EXPECT_TRUE(config.optNewWorkWaitingAllJobs.Value);
+  EXPECT_FALSE(config.optNewWorkWaitingPriority.Value);
+  EXPECT_FALSE(config.optNewWorkWaitingAllJobs.Enabled);
+}
+
+TEST_F(AlertOptionsTest, ModeZeroLoadsSwitchedOffWithPrioritySelected) {
+  OpenWith("0");
+  EXPECT_FALSE(config.chkWorkWaitingAlertMode.Value);
+  EXPECT_TRUE(config.optNewWorkWaitingPriority.Value);
+  EXPECT_FALSE(config.txtNewDictationAlertInterval.Enabled);
+}
+
+TEST_F(AlertOptionsTest, ModesOfLettersLoadSwitchedOn) {
+  OpenWith("A");
+  EXPECT_TRUE(config.chkWorkWaitingAlertMode.Value);
+  EXPECT_TRUE(config.optNewWorkWaitingAllJobs.Value);
+  OpenWith("P");
+  EXPECT_TRUE(config.chkWorkWaitingAlertMode.Value);
+  EXPECT_TRUE(config.optNewWorkWaitingPriority.Value);
+  EXPECT_TRUE(config.optNewWorkWaitingPriority.Enabled);
+  EXPECT_TRUE(config.txtNewDictationAlertInterval.Enabled);
+  EXPECT_FALSE(config.chkAutoRefreshMode.Enabled);
+}
+
+TEST_F(AlertOptionsTest, LoadingAndOpeningActOnNothing) {
+  OpenWith("1", "-1");
+  EXPECT_EQ(Mode(), "1");
+  EXPECT_TRUE(config.chkAutoRefreshMode.Value);
+  EXPECT_FALSE(config.chkWorkWaitingAlertMode.Enabled);
+  EXPECT_TRUE(config.txtAutoQueueRefreshInterval.Enabled);
+  EXPECT_TRUE(restarts.empty());
+}
+
+TEST_F(AlertOptionsTest, AlertSwitchedOnShutsAutomaticRefreshOut) {
+  OpenWith("1");
+  config.chkWorkWaitingAlertMode.Click();
+  EXPECT_EQ(Mode(), "A");
+  EXPECT_FALSE(config.chkAutoRefreshMode.Enabled);
+  EXPECT_FALSE(config.txtAutoQueueRefreshInterval.Enabled);
+  EXPECT_TRUE(config.txtNewDictationAlertInterval.Enabled);
+  EXPECT_TRUE(config.optNewWorkWaitingAllJobs.Enabled);
+  EXPECT_EQ(restarts, std::vector<base::Duration>{1500ms});
+}
+
+TEST_F(AlertOptionsTest, AlertSwitchedOffRemembersItsOptionAndFreesAutomaticRefresh) {
+  OpenWith("P");
+  config.chkWorkWaitingAlertMode.Click();
+  EXPECT_EQ(Mode(), "0");
+  EXPECT_TRUE(config.chkAutoRefreshMode.Enabled);
+  EXPECT_FALSE(config.optNewWorkWaitingPriority.Enabled);
+  EXPECT_TRUE(restarts.empty());
+}
+
+TEST_F(AlertOptionsTest, AutomaticRefreshSwitchedOnShutsTheAlertOut) {
+  OpenWith("1");
+  config.chkAutoRefreshMode.Click();
+  EXPECT_EQ(Mode(), "1");
+  EXPECT_FALSE(config.chkWorkWaitingAlertMode.Enabled);
+  EXPECT_TRUE(config.txtAutoQueueRefreshInterval.Enabled);
+  EXPECT_EQ(restarts, std::vector<base::Duration>{6000ms});
+  config.chkWorkWaitingAlertMode.Click();
+  EXPECT_FALSE(config.chkWorkWaitingAlertMode.Value);
+}
+
+TEST_F(AlertOptionsTest, AutomaticRefreshSwitchedOffLeavesTheTimerRunning) {
+  OpenWith("0", "-1");
+  config.chkAutoRefreshMode.Click();
+  EXPECT_TRUE(config.chkWorkWaitingAlertMode.Enabled);
+  EXPECT_FALSE(config.txtAutoQueueRefreshInterval.Enabled);
+  EXPECT_TRUE(restarts.empty());
+}
+
+TEST_F(AlertOptionsTest, OptionWritesItsLetter) {
+  OpenWith("A");
+  config.optNewWorkWaitingPriority.Click();
+  EXPECT_EQ(Mode(), "P");
+  EXPECT_FALSE(config.optNewWorkWaitingAllJobs.Value);
+  config.optNewWorkWaitingAllJobs.Click();
+  EXPECT_EQ(Mode(), "A");
+}
+
+TEST_F(AlertOptionsTest, IntervalThatIsClearedReadsOne) {
+  OpenWith("A");
+  config.txtNewDictationAlertInterval.Change("");
+  EXPECT_EQ(config.txtNewDictationAlertInterval.Value.Get(), "1");
+  EXPECT_EQ(restarts, std::vector<base::Duration>{50ms});
+}
+
+TEST_F(AlertOptionsTest, IntervalInUseRestartsTheTimerAndTheOtherDoesNot) {
+  OpenWith("0", "-1");
+  config.txtAutoQueueRefreshInterval.Change("10x");
+  EXPECT_EQ(config.txtAutoQueueRefreshInterval.Value.Get(), "10");
+  config.txtNewDictationAlertInterval.Value = "7";
+  EXPECT_EQ(restarts, std::vector<base::Duration>{500ms});
+}
+
+TEST_F(AlertOptionsTest, IntervalBeyondAllBoundsStaysWithinTheTimers) {
+  OpenWith("A");
+  config.txtNewDictationAlertInterval.Change(std::string(300, '9'));
+  ASSERT_EQ(restarts.size(), 1u);
+  EXPECT_EQ(restarts[0], 500'000'000ms);
+}
+
+}  // namespace
+}  // namespace tavlo::test
