@@ -58,7 +58,8 @@ DiskResult FileMoves::DeleteForGood(const std::string& path) { return disk_.Dele
 /// is put back, which also undoes the case of two spellings of one path.
 DiskResult FileMoves::RenameOver(const std::string& source, const std::string& target) {
   const DiskResult renamed = disk_.Rename(source, target);
-  if (renamed != DiskResult::AlreadyThere) return renamed;
+  const bool documentInTheWay = renamed == DiskResult::AlreadyThere && disk_.Facts(target);
+  if (!documentInTheWay) return renamed;
   const Place aside = SetAside(target);
   if (aside.result != DiskResult::Done) return aside.result;
   const DiskResult again = disk_.Rename(source, target);

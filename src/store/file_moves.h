@@ -19,9 +19,10 @@ class FileMoves {
   FileMoves(Disk& disk, const WorkFolders& folders) : disk_(disk), folders_(folders) {}
 
   /// Done: the target is whole and the source is gone; a document that stood at the target is
-  /// rescued. Anything else: the source stands as before and so does what stood at the target, save
-  /// when all went well up to the last two steps, the flush of the target's folder and the delete
-  /// of the source: then the target is whole and the source stands too.
+  /// rescued. AlreadyThere: what stands at the target is no plain file. Anything but Done: the
+  /// source stands as before and so does what stood at the target, save when all went well up to
+  /// the last two steps, the flush of the target's folder and the delete of the source: then the
+  /// target is whole and the source stands too.
   DiskResult Move(const std::string& source, const std::string& target);
 
   /// The same for the rules by which the source goes even when its copy failed: then it is rescued.

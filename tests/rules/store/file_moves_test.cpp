@@ -99,10 +99,14 @@ TEST_F(FileMovesTest, RescueWithoutARescueFolderGoesBehindADotToo) {
   EXPECT_EQ(disk.Contents("/elsewhere/.Rescued b.wav"), "B");
 }
 
-TEST_F(FileMovesTest, FolderThatStandsAtTheTargetIsSetAsideToo) {
+TEST_F(FileMovesTest, FolderOrLinkAtTheTargetStaysAndStopsTheMove) {
   disk.WithFile(Queued("a.wav"), "A").WithFile(Completed("a.wav") + "/inside", "B");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")), DiskResult::Done);
-  EXPECT_EQ(disk.FilesHolding("B"), std::vector{Rescued("a.wav/inside")});
+  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")), DiskResult::AlreadyThere);
+  EXPECT_TRUE(disk.Has(Completed("a.wav") + "/inside"));
+  disk.WithLink("/share/a.wav", "/elsewhere");
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::AlreadyThere);
+  EXPECT_EQ(disk.NamesIn("/share"), std::vector<std::string>{"a.wav"});
+  EXPECT_EQ(disk.FilesHolding("A"), std::vector{Queued("a.wav")});
 }
 
 TEST_F(FileMovesTest, MoveToAnotherFileSystemDeletesTheSourceLast) {
