@@ -16,7 +16,7 @@ namespace {
 
 /// Decoders of audio alone, each for a kind of file that dictation comes in.
 constexpr const char* kListedDecoders =
-    "mp1float,mp2float,mp3float,aac,flac,alac,vorbis,opus,wmav1,wmav2,wmapro,wmavoice,"
+    "mp1,mp1float,mp2,mp2float,mp3,mp3float,aac,flac,alac,vorbis,opus,wmav1,wmav2,wmapro,wmavoice,"
     "amrnb,amrwb,gsm,gsm_ms,truespeech,g722,g726,g726le,adpcm_g722,adpcm_g726,adpcm_g726le,"
     "adpcm_ima_wav,adpcm_ima_qt,adpcm_ms,adpcm_yamaha,adpcm_swf,"
     "pcm_u8,pcm_s8,pcm_s16le,pcm_s16be,pcm_s24le,pcm_s24be,pcm_s32le,pcm_s32be,pcm_s64le,"
@@ -112,7 +112,8 @@ const char* Codec::Listed() { return kListedDecoders; }
 Codec::Codec(Owned<AVCodecContext> context, Owned<AVFrame> frame, Owned<AVPacket> packet)
     : context_(std::move(context)), frame_(std::move(frame)), packet_(std::move(packet)) {}
 
-std::unique_ptr<Codec> Codec::Open(const AVCodecParameters& parameters) {
+std::unique_ptr<Codec> Codec::Open(const AVCodecParameters& parameters,
+                                   const AVRational* timeBase) {
   const AVCodec* decoder = avcodec_find_decoder(parameters.codec_id);
   if (decoder == nullptr || decoder->type != AVMEDIA_TYPE_AUDIO || !IsListed(decoder->name))
     return nullptr;
@@ -122,6 +123,7 @@ std::unique_ptr<Codec> Codec::Open(const AVCodecParameters& parameters) {
   if (!context || !frame || !packet) return nullptr;
   if (avcodec_parameters_to_context(context.get(), &parameters) < 0) return nullptr;
   context->thread_count = 1;
+  if (timeBase != nullptr) context->pkt_timebase = *timeBase;
   // A broken frame may not claim more than a few seconds of memory.
   context->max_samples = std::int64_t{1} << 20;
   if (avcodec_open2(context.get(), decoder, nullptr) < 0) return nullptr;

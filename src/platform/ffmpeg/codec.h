@@ -10,6 +10,7 @@ struct AVCodecContext;
 struct AVCodecParameters;
 struct AVFrame;
 struct AVPacket;
+struct AVRational;
 
 namespace tavlo::platform {
 
@@ -32,8 +33,11 @@ void QuietFfmpeg();
 /// One of the audio decoders that we list, and no other.
 class Codec {
  public:
-  /// Nothing for a codec that is not listed, or that refuses the parameters.
-  static std::unique_ptr<Codec> Open(const AVCodecParameters& parameters);
+  /// Nothing for a codec that is not listed, or that refuses the parameters. The time base is that
+  /// of the packets' moments, where they have any; a frame that is cut at its beginning then says
+  /// so.
+  static std::unique_ptr<Codec> Open(const AVCodecParameters& parameters,
+                                     const AVRational* timeBase = nullptr);
 
   /// The names of the listed decoders, joined by commas, as the library takes them.
   static const char* Listed();

@@ -52,8 +52,11 @@ class ContainerDecoder final : public Decoder {
 
   std::int64_t Seek(std::int64_t target) override {
     target = std::clamp<std::int64_t>(target, 0, totalSamples_);
-    std::int64_t position = JumpBefore(target);
-    // Dropping what stands in front makes the seek exact, where the packet tells its moment.
+    // Codecs need some packets to settle, and the moments of the last ones in a file are often
+    // wrong, so the jump goes a second further back. Dropping what stands in front then makes the
+    // seek exact.
+    std::int64_t position = JumpBefore(std::max<std::int64_t>(target - samplesPerSecond_, 0));
+    if (position > target) position = JumpBefore(0);
     const std::int64_t mostSkipped = kMostSecondsSkipped * samplesPerSecond_;
     while (position < target && target - position <= mostSkipped) {
       if (waiting_.empty()) {
@@ -109,7 +112,7 @@ class ContainerDecoder final : public Decoder {
   }
 
   bool StartCodec() {
-    codec_ = Codec::Open(*Stream().codecpar);
+    codec_ = Codec::Open(*Stream().codecpar, &Stream().time_base);
     ended_ = false;
     return codec_ != nullptr;
   }
@@ -158,7 +161,8 @@ class ContainerDecoder final : public Decoder {
     return av_rescale_q(moment, Stream().time_base, {1, samplesPerSecond_});
   }
 
-  /// Goes to a packet at or before the sample and returns where it lies.
+  /// Goes to a packet at or before the sample and returns where it lies: before 0 when it begins
+  /// with what the encoder put in front of the sound.
   std::int64_t JumpBefore(std::int64_t target) {
     const std::int64_t start = firstMoment_ == AV_NOPTS_VALUE ? 0 : firstMoment_;
     const std::int64_t moment =
@@ -174,7 +178,7 @@ class ContainerDecoder final : public Decoder {
     if (frame == nullptr) return totalSamples_;
     AppendFrame(*frame, channels_, waiting_);
     if (frame->best_effort_timestamp == AV_NOPTS_VALUE) return target;
-    return std::max<std::int64_t>(SamplesAt(frame->best_effort_timestamp - start), 0);
+    return SamplesAt(frame->best_effort_timestamp - start);
   }
 
   GuardedInput input_;
