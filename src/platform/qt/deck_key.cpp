@@ -3,6 +3,7 @@
 #include <QFontMetrics>
 #include <QLinearGradient>
 #include <QPainter>
+#include <QShortcutEvent>
 
 #include "platform/qt/theme.h"
 
@@ -57,6 +58,16 @@ void DeckKey::PaintFace(QPainter& painter) const {
   painter.setPen(hasFocus() ? QPen(theme::kAmber, 2) : QPen(QColor(0x11, 0x16, 0x1C), 1));
   const double inset = hasFocus() ? 1.5 : 0.5;
   painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRound, kRound);
+}
+
+bool DeckKey::event(QEvent* event) {
+  // The toolkit shows a key pressed for a tenth of a second before it acts, which is too late for
+  // a hand that stops the sound.
+  if (event->type() == QEvent::Shortcut && !static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+    click();
+    return true;
+  }
+  return QPushButton::event(event);
 }
 
 void DeckKey::paintEvent(QPaintEvent*) {

@@ -16,6 +16,7 @@ class DeckKey : public QPushButton {
   void SetLook(Glyph glyph, Tone tone);
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

@@ -10,6 +10,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/qt/held_input.h"
 #include "platform/qt/message_dialog.h"
 
 namespace tavlo::platform::qt {
@@ -36,7 +37,7 @@ QtLoop::QtLoop() {
   alarm_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&alarm_, &QTimer::timeout, &alarm_, [this] { Pass(); });
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
-                   &alarm_, [this] { Show(); });
+                   &alarm_, [this] { ShowForms(); });
 }
 
 base::MonotonicTime QtLoop::Now() const { return {base::Duration{clock_.nsecsElapsed() / 1000}}; }
@@ -53,10 +54,10 @@ base::CalendarTime QtLoop::WallClock() const {
 }
 
 void QtLoop::Yield() {
-  Show();
+  ShowForms();
   QCoreApplication::processEvents();
   Pass();
-  Show();
+  ShowForms();
 }
 
 void QtLoop::Wait(base::Duration length) {
@@ -75,6 +76,7 @@ void QtLoop::Breathe() {
   if (ShowChanges) ShowChanges();
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   SleepUntilDue();
+  inputHeld_ = true;
   lastBreath_ = Now();
 }
 
@@ -93,7 +95,7 @@ void QtLoop::Quit(int code) {
 }
 
 base::Reply QtLoop::ShowBox(const base::MessageBox& box) {
-  Show();
+  ShowForms();
   SleepUntilDue();
   return RunMessageDialog(box, BoxOwner ? BoxOwner() : nullptr);
 }
@@ -120,8 +122,10 @@ void QtLoop::SleepUntilDue() {
   }
 }
 
-void QtLoop::Show() {
-  if (!breathing_ && ShowChanges) ShowChanges();
+void QtLoop::ShowForms() {
+  if (breathing_) return;
+  if (ShowChanges) ShowChanges();
+  if (std::exchange(inputHeld_, false)) ReleaseHeldInput();
 }
 
 }  // namespace tavlo::platform::qt

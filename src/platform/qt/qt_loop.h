@@ -46,12 +46,13 @@ class QtLoop : public base::Loop {
  private:
   void Pass();
   void SleepUntilDue();
-  void Show();
+  void ShowForms();
 
   QElapsedTimer clock_;
   QTimer alarm_;
   base::MonotonicTime lastBreath_;
   bool breathing_ = false;
+  bool inputHeld_ = false;
   bool quit_ = false;
   int code_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
 #include <algorithm>
@@ -17,7 +18,11 @@
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kRowPadding = 9;
+constexpr int kRowPadding = 10;
+constexpr int kCellPadding = 7;
+constexpr const char* kHeaderStyle =
+    "QHeaderView::section { padding: 5px 7px; border: 0; border-bottom: 1px solid palette(mid); "
+    "border-right: 1px solid palette(midlight); background: palette(button); font-weight: 600; }";
 
 double Luminance(const QColor& colour) {
   const auto linear = [](double part) {
@@ -52,16 +57,30 @@ QColor Mixed(const QColor& a, const QColor& b, double share) {
   return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
-/// Marks the whole row and leaves each text its own colour.
+/// Marks the whole row and leaves each text its own colour. Ten thousand rows are drawn as fast as
+/// the visible twenty, so it draws by itself what the style would ask a dozen questions for.
 class RowDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
- protected:
-  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-    QStyledItemDelegate::initStyleOption(option, index);
-    option->palette.setColor(QPalette::HighlightedText, option->palette.color(QPalette::Text));
-    option->state.setFlag(QStyle::State_HasFocus, false);
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    const QPalette& palette = option.palette;
+    const auto group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    if (option.state & QStyle::State_Selected) {
+      painter->fillRect(option.rect, palette.color(group, QPalette::Highlight));
+    }
+    painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
+                      Mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.1));
+    const QVariant own = index.data(Qt::ForegroundRole);
+    const QColor plain =
+        palette.color(option.state & QStyle::State_Enabled ? QPalette::Active : QPalette::Disabled,
+                      QPalette::Text);
+    painter->setPen(own.isValid() ? own.value<QColor>() : plain);
+    const QRect inside = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
+    painter->drawText(inside, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                      option.fontMetrics.elidedText(index.data(Qt::DisplayRole).toString(),
+                                                    Qt::ElideRight, inside.width()));
   }
 };
 
@@ -122,6 +141,7 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+  horizontalHeader()->setStyleSheet(kHeaderStyle);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(true);
   horizontalHeader()->setMinimumSectionSize(20);

@@ -1,0 +1,112 @@
+#include "support/desktop.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Starts a program that ends with this one. `keep` stays open in it.
+pid_t Start(const std::vector<std::string>& words, int keep = -1) {
+  std::vector<char*> arguments;
+  for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+  const pid_t child = fork();
+  if (child != 0) return child;
+  prctl(PR_SET_PDEATHSIG, SIGTERM);
+  const int nowhere = open("/dev/null", O_RDWR);
+  dup2(nowhere, STDOUT_FILENO);
+  dup2(nowhere, STDERR_FILENO);
+  if (keep >= 0) fcntl(keep, F_SETFD, 0);
+  execvp(arguments[0], arguments.data());
+  _exit(127);
+}
+
+void Stop(pid_t& child) {
+  if (child <= 0) return;
+  kill(child, SIGTERM);
+  waitpid(child, nullptr, 0);
+  child = -1;
+}
+
+std::string ReadLine(int from) {
+  std::string line;
+  for (char c = 0; read(from, &c, 1) == 1 && c != '\n';) line += c;
+  return line;
+}
+
+/// True once a window manager has announced itself on the screen that DISPLAY names.
+bool WindowManagerAnswers() {
+  const std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t*)> connection(
+      xcb_connect(nullptr, nullptr), xcb_disconnect);
+  if (xcb_connection_has_error(connection.get())) return false;
+  constexpr std::string_view kCheck = "_NET_SUPPORTING_WM_CHECK";
+  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
+  const std::unique_ptr<xcb_intern_atom_reply_t, void (*)(void*)> atom(
+      xcb_intern_atom_reply(connection.get(),
+                            xcb_intern_atom(connection.get(), 0, kCheck.size(), kCheck.data()),
+                            nullptr),
+      std::free);
+  if (!atom) return false;
+  const std::unique_ptr<xcb_get_property_reply_t, void (*)(void*)> property(
+      xcb_get_property_reply(
+          connection.get(),
+          xcb_get_property(connection.get(), 0, root, atom->atom, XCB_ATOM_WINDOW, 0, 1), nullptr),
+      std::free);
+  return property && property->value_len == 1;
+}
+
+}  // namespace
+
+Desktop::Desktop(const std::string& size) {
+  if (!StartScreen(size)) {
+    fault_ = "Xvfb does not start";
+  } else if (!StartWindowManager()) {
+    fault_ = "openbox does not start";
+  }
+}
+
+Desktop::~Desktop() {
+  Stop(manager_);
+  Stop(screen_);
+}
+
+bool Desktop::StartScreen(const std::string& size) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return false;
+  screen_ = Start({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", size + "x24",
+                   "-nolisten", "tcp", "-noreset"},
+                  ends[1]);
+  close(ends[1]);
+  const std::string number = ReadLine(ends[0]);
+  close(ends[0]);
+  if (number.empty()) return false;
+  setenv("DISPLAY", (":" + number).c_str(), 1);
+  setenv("QT_QPA_PLATFORM", "xcb", 1);
+  unsetenv("WAYLAND_DISPLAY");
+  return true;
+}
+
+bool Desktop::StartWindowManager() {
+  manager_ = Start({"openbox", "--sm-disable"});
+  for (int look = 0; look < 200; ++look) {
+    if (WindowManagerAnswers()) return true;
+    std::this_thread::sleep_for(25ms);
+  }
+  return false;
+}
+
+}  // namespace tavlo::test

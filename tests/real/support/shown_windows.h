@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/qt/qt_loop.h"
+#include "platform/qt/qt_windows.h"
+#include "support/typist.h"
+
+namespace tavlo::test {
+
+/// All forms with their real windows, and hands to use them. Nothing stands behind the forms: a
+/// test hangs its own handlers.
+struct ShownWindows {
+  ShownWindows();
+
+  /// Shows the main window in the middle of the screen, with the keys of an idle deck.
+  void ShowMain();
+  /// Fills the Queue list with the documents of an ordinary morning.
+  void FillQueue();
+  /// The deck while a document plays.
+  void PlayDocument();
+  /// The place on the screen of a row of the Queue list.
+  QPoint QueueRow(int row);
+
+  platform::qt::QtLoop loop;
+  forms::MainForm main{loop};
+  forms::SplashForm splash{loop};
+  forms::AboutForm about{loop};
+  forms::ConfigurationForm configuration{loop};
+  platform::qt::QtWindows windows{loop, main, splash, about, configuration};
+  Typist typist{loop};
+};
+
+}  // namespace tavlo::test

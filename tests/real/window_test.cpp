@@ -1,0 +1,480 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTableView>
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include "support/desktop.h"
+#include "support/shown_windows.h"
+
+namespace tavlo::test {
+namespace {
+
+using base::Timer;
+using base::operator""ms;
+
+// Key symbols of the display's keyboard.
+constexpr std::uint32_t kAlt = 0xFFE9;
+constexpr std::uint32_t kDown = 0xFF54;
+constexpr std::uint32_t kRight = 0xFF53;
+constexpr std::uint32_t kF4 = 0xFFC1;
+constexpr std::uint32_t kF5 = 0xFFC2;
+constexpr std::uint32_t kReturn = 0xFF0D;
+constexpr std::uint32_t kEscape = 0xFF1B;
+
+TEST(MainWindow, AClickOnAKeyPressesItsCommand) {
+  ShownWindows shown;
+  int presses = 0;
+  shown.main.cmdRewind.OnPress = [&] { ++presses; };
+  shown.ShowMain();
+  shown.typist.Click("cmdRewind");
+  EXPECT_EQ(presses, 1);
+}
+
+TEST(MainWindow, AClickOnADisabledKeyDoesNothing) {
+  ShownWindows shown;
+  int presses = 0;
+  shown.main.cmdComplete.OnPress = [&] { ++presses; };
+  shown.ShowMain();
+  shown.typist.Click("cmdComplete");
+  EXPECT_EQ(presses, 0);
+  shown.main.cmdComplete.Enabled = true;
+  shown.typist.Rest();
+  shown.typist.Click("cmdComplete");
+  EXPECT_EQ(presses, 1);
+}
+
+TEST(MainWindow, ThePlayKeyIsStopWhileTheDeckRuns) {
+  ShownWindows shown;
+  std::string pressed;
+  shown.main.cmdPlay.OnPress = [&] { pressed += "play "; };
+  shown.main.cmdStop.OnPress = [&] { pressed += "stop "; };
+  shown.main.cmdImportCompleteSnipetStop.OnPress = [&] { pressed += "preview "; };
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.typist.Picture("main_idle");
+  shown.typist.Click("cmdPlay");
+  shown.main.listViewInQueue.ListIndex = 0;
+  shown.PlayDocument();
+  shown.typist.Rest();
+  shown.typist.Picture("main_playing");
+  shown.typist.Click("cmdStop");
+  shown.main.cmdStop.Visible = false;
+  shown.main.cmdImportCompleteSnipetStop.Enabled = true;
+  shown.typist.Rest();
+  shown.typist.Click("cmdImportCompleteSnipetStop");
+  EXPECT_EQ(pressed, "play stop preview ");
+}
+
+TEST(MainWindow, TheUnderlinedLettersAreTheKeyboard) {
+  ShownWindows shown;
+  int plays = 0;
+  int refreshes = 0;
+  shown.main.cmdPlay.OnPress = [&] { ++plays; };
+  shown.main.cmdUpdateFileList.OnPress = [&] { ++refreshes; };
+  shown.ShowMain();
+  shown.typist.Keys({kAlt, 'p'});
+  EXPECT_EQ(plays, 1);
+  shown.typist.Keys({kF5});
+  EXPECT_TRUE(shown.typist.Until([&] { return refreshes == 1; }));
+}
+
+TEST(MainWindow, AMenuEntryPressesItsCommand) {
+  ShownWindows shown;
+  int abouts = 0;
+  int reports = 0;
+  shown.main.mnuAbout.OnPress = [&] { ++abouts; };
+  shown.main.mnuReport.OnPress = [&] { ++reports; };
+  shown.ShowMain();
+  shown.typist.Keys({kAlt, 'f'});
+  shown.typist.Keys({'a'});
+  EXPECT_EQ(abouts, 1);
+  shown.typist.Keys({kAlt, 'r'});
+  EXPECT_EQ(reports, 1);
+  shown.main.mnuFile.Enabled = false;
+  shown.typist.Rest();
+  shown.typist.Keys({kAlt, 'f'});
+  shown.typist.Keys({'a'});
+  EXPECT_EQ(abouts, 1);
+}
+
+TEST(MainWindow, ASliderTellsPressMovesAndRelease) {
+  ShownWindows shown;
+  std::string told;
+  shown.main.slPosition.OnPress = [&] { told += "press "; };
+  shown.main.slPosition.OnChange = [&] {
+    if (!told.ends_with("change ")) told += "change ";
+  };
+  shown.main.slPosition.OnRelease = [&] { told += "release"; };
+  shown.ShowMain();
+  QWidget* const slider = shown.typist.Widget("slPosition");
+  const QPoint middle = slider->mapToGlobal(slider->rect().center());
+  shown.typist.PressAt(middle);
+  EXPECT_EQ(shown.main.slPosition.Value, 50) << "a press in the groove jumps there";
+  shown.typist.MoveTo(middle + QPoint(slider->width() / 4, 0));
+  EXPECT_NEAR(shown.main.slPosition.Value, 75, 2);
+  EXPECT_EQ(told, "press change ");
+  shown.typist.Release();
+  EXPECT_EQ(told, "press change release");
+}
+
+TEST(MainWindow, AKeyOnASliderIsPressChangeAndRelease) {
+  ShownWindows shown;
+  std::string told;
+  shown.main.slPosition.OnPress = [&] { told += "press "; };
+  shown.main.slPosition.OnChange = [&] { told += "change "; };
+  shown.main.slPosition.OnRelease = [&] { told += "release"; };
+  shown.ShowMain();
+  shown.main.frmMain.FocusOn(shown.main.slPosition);
+  shown.typist.Rest();
+  shown.typist.Keys({kRight});
+  EXPECT_EQ(told, "press change release");
+  EXPECT_EQ(shown.main.slPosition.Value, 1);
+}
+
+TEST(MainWindow, AProgramsWriteMovesTheSliderWithoutARelease) {
+  ShownWindows shown;
+  int releases = 0;
+  shown.main.slPosition.OnRelease = [&] { ++releases; };
+  shown.ShowMain();
+  shown.main.slPosition.Value = 40;
+  shown.typist.Rest();
+  EXPECT_EQ(qobject_cast<QAbstractSlider*>(shown.typist.Widget("slPosition"))->value(), 40);
+  EXPECT_EQ(releases, 0);
+}
+
+TEST(QueueList, AClickOnARowChoosesIt) {
+  ShownWindows shown;
+  std::string told;
+  shown.main.listViewInQueue.OnRowClick = [&] { told += "row "; };
+  shown.main.listViewInQueue.OnClick = [&] { told += "click "; };
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.typist.Rest();
+  shown.typist.ClickAt(shown.QueueRow(2));
+  EXPECT_EQ(shown.main.listViewInQueue.ListIndex, 2);
+  EXPECT_EQ(told, "row click ");
+  shown.typist.Keys({kDown});
+  EXPECT_EQ(shown.main.listViewInQueue.ListIndex, 3);
+}
+
+TEST(QueueList, ARowThatTheFormRefusedIsNotMarked) {
+  ShownWindows shown;
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.main.listViewInQueue.ListIndex = 1;
+  shown.typist.Rest();
+  shown.main.listViewInQueue.OnClick = [&] { shown.main.listViewInQueue.ListIndex = 1; };
+  shown.typist.ClickAt(shown.QueueRow(4));
+  const auto* const list = qobject_cast<QTableView*>(shown.typist.Widget("listViewInQueue"));
+  ASSERT_EQ(list->selectionModel()->selectedRows().size(), 1);
+  EXPECT_EQ(list->selectionModel()->selectedRows().front().row(), 1);
+}
+
+TEST(QueueList, AClickOnAHeaderTellsTheColumn) {
+  ShownWindows shown;
+  std::optional<int> clicked;
+  shown.main.listViewInQueue.OnHeaderClick = [&](int column) { clicked = column; };
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.typist.Rest();
+  const QPoint firstRow = shown.QueueRow(0);
+  shown.typist.ClickAt(firstRow - QPoint(0, 26));
+  EXPECT_EQ(clicked, 2);
+}
+
+TEST(QueueList, TenThousandRowsAreShownInUnderFiftyMilliseconds) {
+  ShownWindows shown;
+  shown.ShowMain();
+  for (int i = 0; i < 10'000; ++i) {
+    shown.main.listViewInQueue.Add({{{""}, {""}, {"Author " + std::to_string(i)}}});
+  }
+  const auto begin = shown.loop.Now();
+  shown.loop.Yield();
+  EXPECT_LT(shown.loop.Now() - begin, 50ms);
+  const auto* const list = qobject_cast<QTableView*>(shown.typist.Widget("listViewInQueue"));
+  EXPECT_EQ(list->model()->rowCount(), 10'000);
+}
+
+TEST(QueueList, ANameThatIsNoTextIsShownAllTheSame) {
+  ShownWindows shown;
+  shown.ShowMain();
+  shown.main.listViewInQueue.Add({{{""}, {""}, {"a\nb\xFF"}}});
+  shown.typist.Rest();
+  const auto* const list = qobject_cast<QTableView*>(shown.typist.Widget("listViewInQueue"));
+  EXPECT_EQ(list->model()->index(0, 2).data().toString(), QString::fromUtf16(u"a\u240Ab\uFFFD"));
+}
+
+/// Counts how often a widget paints itself.
+class PaintCount : public QObject {
+ public:
+  explicit PaintCount(QWidget* widget) { widget->installEventFilter(this); }
+  int count = 0;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++count;
+    return false;
+  }
+};
+
+TEST(RealLoop, ABreathPaintsAndFeedsAndRunsNoRule) {
+  ShownWindows shown;
+  shown.PlayDocument();
+  shown.ShowMain();
+  std::string ran;
+  Timer feed(shown.loop, "feed", 20ms, base::TimerKind::Feed);
+  Timer rule(shown.loop, "rule", 20ms);
+  feed.OnTick = [&] {
+    if (!ran.ends_with("feed ")) ran += "feed ";
+  };
+  rule.OnTick = [&] { ran += "rule "; };
+  shown.main.cmdRewind.OnPress = [&] { ran += "hand "; };
+  const QPoint rewind = shown.typist.Middle("cmdRewind");
+  PaintCount paints(shown.typist.Widget("lblFilePositionHMS"));
+  feed.Start();
+  rule.Start();
+  shown.loop.Post([&] { ran += "post "; });
+  shown.typist.ClickUnseen(rewind);
+  shown.main.lblFilePositionHMS.Value = "00:04:13";
+  for (const auto end = shown.loop.Now() + 150ms; shown.loop.Now() < end;) shown.loop.Breathe();
+  EXPECT_EQ(ran, "feed ");
+  EXPECT_EQ(paints.count, 1);
+  rule.Stop();
+  feed.Stop();
+  shown.typist.Rest();
+  EXPECT_EQ(ran, "feed post hand ") << "what waited comes after the breath";
+}
+
+TEST(RealLoop, AWaitLastsAsLongAsItWasAsked) {
+  ShownWindows shown;
+  int ticks = 0;
+  Timer timer(shown.loop, "t", 50ms);
+  timer.OnTick = [&] { ++ticks; };
+  timer.Start();
+  const auto begin = shown.loop.Now();
+  shown.loop.Wait(275ms);
+  EXPECT_GE(shown.loop.Now() - begin, 275ms);
+  EXPECT_LT(shown.loop.Now() - begin, 400ms);
+  EXPECT_GE(ticks, 4);
+  EXPECT_LE(ticks, 5);
+}
+
+TEST(RealLoop, RunEndsWithTheCodeThatQuitGave) {
+  ShownWindows shown;
+  shown.loop.Post([&] { shown.loop.Quit(3); });
+  EXPECT_EQ(shown.loop.Run(), 3);
+}
+
+TEST(MessageBox, TimersGoOnUnderItAndHandsAreRefused) {
+  ShownWindows shown;
+  int presses = 0;
+  int activations = 0;
+  shown.main.cmdRewind.OnPress = [&] { ++presses; };
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.main.frmMain.OnActivate = [&] { ++activations; };
+  const QPoint rewind = shown.typist.Middle("cmdRewind");
+  int ticks = 0;
+  Timer timer(shown.loop, "t", 250ms);
+  timer.OnTick = [&] {
+    ++ticks;
+    if (ticks == 1) shown.typist.ClickUnseen(rewind);
+    if (ticks == 2) {
+      timer.Stop();
+      shown.typist.Picture("message_box");
+      timer.Start();
+    }
+    if (ticks == 3) shown.typist.KeysUnseen({kEscape});
+  };
+  timer.Start();
+  const base::Reply reply =
+      shown.loop.Show({.title = "Tavlo Deck - Exit",
+                       .text = "Are you sure you want to exit\r\nthe Tavlo Deck?",
+                       .icon = base::Icon::Question,
+                       .buttons = base::Buttons::YesNo});
+  timer.Stop();
+  EXPECT_EQ(reply, base::Reply::No);
+  EXPECT_EQ(ticks, 3);
+  EXPECT_EQ(presses, 0);
+  shown.typist.Rest(200);
+  EXPECT_EQ(activations, 1) << "the owner is activated once when the box closes";
+  EXPECT_EQ(presses, 0) << "a click that the box refused is gone";
+}
+
+TEST(MessageBox, ReturnPressesTheDefaultButton) {
+  ShownWindows shown;
+  shown.ShowMain();
+  Timer timer(shown.loop, "t", 300ms);
+  timer.OnTick = [&] { shown.typist.KeysUnseen({kReturn}); };
+  timer.Start();
+  EXPECT_EQ(shown.loop.Show({.title = "Tavlo Deck", .text = "?", .buttons = base::Buttons::YesNo}),
+            base::Reply::Yes);
+  EXPECT_EQ(shown.loop.Show({.title = "Tavlo Deck", .text = "!"}), base::Reply::Ok);
+}
+
+TEST(MainWindow, TheCloseButtonOnlyAsks) {
+  ShownWindows shown;
+  int requests = 0;
+  shown.main.frmMain.OnCloseRequest = [&] { ++requests; };
+  shown.ShowMain();
+  shown.typist.Keys({kAlt, kF4});
+  EXPECT_TRUE(shown.typist.Until([&] { return requests == 1; }));
+  EXPECT_TRUE(shown.typist.Widget("frmMain")->isVisible());
+}
+
+TEST(MainWindow, IsAsHighAsTheFormSaysFrameIncluded) {
+  ShownWindows shown;
+  shown.ShowMain();
+  const QWidget* const window = shown.typist.Widget("frmMain");
+  const QWidget* const deck = shown.typist.Widget("framePlayer");
+  EXPECT_EQ(window->frameGeometry().height() * 15, shown.main.frmMain.Height);
+  EXPECT_EQ(window->frameGeometry().left() * 15, shown.main.frmMain.Left);
+  EXPECT_EQ(window->frameGeometry().top() * 15, shown.main.frmMain.Top);
+  EXPECT_GE(shown.main.frmMain.AboveContent,
+            (deck->mapToGlobal(QPoint(0, 0)).y() - window->frameGeometry().top()) * 15);
+}
+
+TEST(MainWindow, TheMiniPlayerIsTheDeckAndNothingElse) {
+  ShownWindows shown;
+  shown.ShowMain();
+  forms::Window& form = shown.main.frmMain;
+  shown.PlayDocument();
+  shown.main.mnuFile.Enabled = false;
+  shown.main.mnuView.Enabled = false;
+  shown.main.mnuReport.Enabled = false;
+  shown.main.frameFiles.Visible = false;
+  form.Height = form.AboveContent + shown.main.framePlayer.Height;
+  form.Left = 150;
+  form.Top = 300;
+  shown.typist.Rest(300);
+  shown.typist.Picture("mini_player");
+  const QWidget* const deck = shown.typist.Widget("framePlayer");
+  const QRect outer = shown.typist.Widget("frmMain")->frameGeometry();
+  EXPECT_EQ(outer.topLeft(), QPoint(10, 20));
+  EXPECT_EQ(outer.height() * 15, form.Height);
+  EXPECT_EQ(deck->height() * 15, shown.main.framePlayer.Height);
+  EXPECT_LE(deck->mapToGlobal(deck->rect().bottomLeft()).y(), outer.bottom());
+
+  shown.main.frameFiles.Visible = true;
+  form.Height = 9600;
+  shown.typist.Rest(300);
+  EXPECT_EQ(shown.typist.Widget("frmMain")->frameGeometry().height(), 640);
+}
+
+TEST(MainWindow, GoesWhereTheUserDragsItAndStaysThere) {
+  ShownWindows shown;
+  shown.ShowMain();
+  forms::Window& form = shown.main.frmMain;
+  const QWidget* const window = shown.typist.Widget("frmMain");
+  const forms::Twips left = form.Left;
+  const forms::Twips top = form.Top;
+  const QPoint title = window->frameGeometry().topLeft() + QPoint(window->width() / 2, 8);
+  shown.typist.PressAt(title);
+  shown.typist.MoveTo(title + QPoint(30, 20));
+  shown.typist.MoveTo(title + QPoint(60, 40));
+  shown.typist.Release();
+  EXPECT_TRUE(shown.typist.Until([&] { return form.Left != left; }));
+  EXPECT_NEAR(form.Left - left, 60 * 15, 15 * 10);
+  EXPECT_NEAR(form.Top - top, 40 * 15, 15 * 10);
+  const QPoint place = window->frameGeometry().topLeft();
+  form.Visible = false;
+  shown.typist.Rest();
+  form.Visible = true;
+  shown.typist.Rest(300);
+  EXPECT_EQ(window->frameGeometry().topLeft(), place);
+}
+
+TEST(MainWindow, MinimizesAndComesBack) {
+  ShownWindows shown;
+  int resizes = 0;
+  shown.main.frmMain.OnResize = [&] { ++resizes; };
+  shown.ShowMain();
+  const int before = resizes;
+  QWidget* const window = shown.typist.Widget("frmMain");
+  shown.main.frmMain.WindowShape = forms::Shape::Minimized;
+  EXPECT_TRUE(
+      shown.typist.Until([&] { return shown.typist.HasState(*window, "_NET_WM_STATE_HIDDEN"); }));
+  EXPECT_EQ(resizes, before) << "a rule's own write is no news";
+  shown.typist.Summon(*window);
+  EXPECT_TRUE(
+      shown.typist.Until([&] { return shown.main.frmMain.WindowShape == forms::Shape::Normal; }));
+  EXPECT_EQ(resizes, before + 1);
+  EXPECT_FALSE(shown.typist.HasState(*window, "_NET_WM_STATE_HIDDEN"));
+}
+
+TEST(MainWindow, StaysOnTopThroughHideAndShow) {
+  ShownWindows shown;
+  shown.ShowMain();
+  const QWidget* const window = shown.typist.Widget("frmMain");
+  const auto above = [&] { return shown.typist.HasState(*window, "_NET_WM_STATE_ABOVE"); };
+  shown.main.frmMain.TopMost = true;
+  EXPECT_TRUE(shown.typist.Until(above));
+  shown.main.frmMain.Visible = false;
+  shown.typist.Rest();
+  shown.main.frmMain.Visible = true;
+  EXPECT_TRUE(shown.typist.Until(above));
+  shown.main.frmMain.TopMost = false;
+  EXPECT_TRUE(shown.typist.Until([&] { return !above(); }));
+}
+
+TEST(SplashWindow, AClickOnTheSignEndsTheWait) {
+  ShownWindows shown;
+  int clicks = 0;
+  shown.splash.picIcon.OnClick = [&] { ++clicks; };
+  shown.splash.lblVersion.Value = "Version:  03.08.00.TD   1";
+  shown.splash.ProgressBar1.Value = 6;
+  shown.splash.frmInitSplash.Centre();
+  shown.splash.frmInitSplash.Visible = true;
+  shown.typist.Rest(300);
+  shown.typist.Picture("splash");
+  shown.typist.Click("picIcon");
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST(AboutBox, ClosesByItsButton) {
+  ShownWindows shown;
+  shown.about.mnuClose.OnPress = [&] { shown.about.frmAbout.Visible = false; };
+  shown.about.lblVersion.Value = "Version 03.08.00.TD   1";
+  shown.about.lblAboutDescription.Value =
+      "Retrieve and play audio files from digital portable recorders, pc dictate stations, digital "
+      "dictation systems, and ftp sites";
+  shown.about.frmAbout.Centre();
+  shown.about.frmAbout.Visible = true;
+  shown.typist.Rest(300);
+  shown.typist.Picture("about");
+  shown.typist.Click("mnuClose");
+  EXPECT_TRUE(shown.typist.Until([&] { return !shown.about.frmAbout.Visible; }));
+}
+
+TEST(ConfigurationWindow, TheVolumeOfThePromptsIsASlider) {
+  ShownWindows shown;
+  int requests = 0;
+  shown.configuration.frmConfiguration.OnCloseRequest = [&] { ++requests; };
+  shown.configuration.frmConfiguration.Centre();
+  shown.configuration.frmConfiguration.Visible = true;
+  shown.typist.Rest(300);
+  shown.typist.Picture("configuration");
+  shown.typist.Click("sldPromptVol");
+  EXPECT_NEAR(shown.configuration.sldPromptVol.Value, 32767, 700);
+  shown.typist.Keys({kAlt, kF4});
+  EXPECT_TRUE(shown.typist.Until([&] { return requests == 1; }));
+}
+
+}  // namespace
+}  // namespace tavlo::test
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
+  const tavlo::test::Desktop desktop;
+  if (!desktop.Fault().empty()) {
+    std::fprintf(stderr, "%s\n", desktop.Fault().c_str());
+    return 1;
+  }
+  QApplication application(argc, argv);
+  tavlo::platform::qt::PrepareApplication();
+  return RUN_ALL_TESTS();
+}
