@@ -1,0 +1,89 @@
+#include "platform/desktop/program.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <optional>
+
+#include "platform/disk/instance_lock.h"
+#include "platform/disk/posix_disk.h"
+#include "platform/ffmpeg/ffmpeg_audio_file.h"
+#include "platform/qt/qt_loop.h"
+#include "platform/qt/qt_windows.h"
+#include "platform/sound/cubeb_player.h"
+#include "platform/sound/soundtouch_transform.h"
+#include "platform/sqlite/sqlite_settings.h"
+
+namespace tavlo::platform::desktop {
+namespace {
+
+/// Under Wayland a window can neither place itself nor stay on top, and the mini-player lives by
+/// both: where there is an X server the program uses that.
+void PreferX() {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
+      !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !qEnvironmentVariableIsEmpty("DISPLAY")) {
+    qputenv("QT_QPA_PLATFORM", "xcb");
+  }
+}
+
+std::string Bytes(const QString& path) { return QFile::encodeName(path).toStdString(); }
+
+std::string InstallRoot() { return Bytes(QDir::homePath()) + "/Lyrane/TavloDeck"; }
+
+std::string ShareFolder() {
+  return Bytes(QCoreApplication::applicationDirPath()) + "/../share/tavlodeck";
+}
+
+}  // namespace
+
+struct Program::Parts {
+  Parts(int& argc, char** argv) : application(argc, argv) {}
+
+  bool AnotherCopyRuns() {
+    if (!lock) lock.emplace(root);
+    return lock->AnotherCopyRuns();
+  }
+
+  QApplication application;
+  const std::string root = InstallRoot();
+  std::optional<InstanceLock> lock;
+  qt::QtLoop loop;
+  PosixDisk disk;
+  SqliteSettingsDatabases databases{
+      store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
+  FfmpegAudioFile audioFile;
+  SoundTouchTransform audioTransform;
+  CubebPlayer audioPlayer{loop};
+  shell::Deck deck{{.loop = loop,
+                    .disk = disk,
+                    .databases = databases,
+                    .audioFile = audioFile,
+                    .audioTransform = audioTransform,
+                    .audioPlayer = audioPlayer,
+                    .installRoot = root,
+                    .shareFolder = ShareFolder(),
+                    .anotherCopyRuns = [this] { return AnotherCopyRuns(); },
+                    .endProcess = [this](int status) { loop.Quit(status); }}};
+  qt::QtWindows windows{loop, deck.windows.main, deck.windows.splash, deck.windows.about,
+                        deck.windows.configuration};
+};
+
+Program::Program(int& argc, char** argv) {
+  PreferX();
+  parts_ = std::make_unique<Parts>(argc, argv);
+  qt::PrepareApplication();
+}
+
+Program::~Program() = default;
+
+int Program::Run() {
+  parts_->loop.Post([this] { parts_->deck.Start(); });
+  return parts_->loop.Run();
+}
+
+shell::Deck& Program::Deck() { return parts_->deck; }
+
+base::Loop& Program::Loop() { return parts_->loop; }
+
+}  // namespace tavlo::platform::desktop

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "shell/deck.h"
+
+namespace tavlo::platform::desktop {
+
+/// The whole program on its real parts: the desktop's windows, the disk under the user's home, the
+/// sound card. What main runs; whoever measures or drives the real program makes one too. One for
+/// each process.
+class Program {
+ public:
+  Program(int& argc, char** argv);
+  ~Program();
+  Program(const Program&) = delete;
+
+  /// Starts the deck and turns the loop until it ends; returns the exit status.
+  int Run();
+
+  shell::Deck& Deck();
+  base::Loop& Loop();
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace tavlo::platform::desktop
