@@ -1,0 +1,114 @@
+#include "shell/exit.h"
+
+#include <gtest/gtest.h>
+
+#include "support/deck_bench.h"
+
+namespace tavlo::test {
+namespace {
+
+using base::Buttons;
+using base::Icon;
+using base::Reply;
+using base::operator""ms;
+using base::operator""s;
+using forms::By;
+
+struct ExitTest : testing::Test, DeckBench {
+  ExitTest() {
+    Drop(Document().Name());
+    StartUntilReady();
+  }
+  void ExpectBox(const std::string& text, Icon icon) {
+    ASSERT_EQ(loop.Shown.size(), 1u);
+    EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - Exit");
+    EXPECT_EQ(loop.Shown[0].text, text);
+    EXPECT_EQ(loop.Shown[0].icon, icon);
+  }
+};
+
+TEST_F(ExitTest, ClosingTheWindowAsksAndEndsTheProcess) {
+  loop.Expect({.reply = Reply::Yes});
+  form.frmMain.CloseRequest();
+  ExpectBox("Are you sure you want to exit the Tavlo Deck?", Icon::Question);
+  EXPECT_EQ(loop.Shown[0].buttons, Buttons::YesNo);
+  EXPECT_EQ(ended, 0);
+  EXPECT_FALSE(file.IsOpen());
+}
+
+TEST_F(ExitTest, MenuAsksAndEndsTheProcess) {
+  loop.Expect({.reply = Reply::Yes});
+  form.mnuExit.Press(By::Hand);
+  EXPECT_EQ(ended, 0);
+}
+
+TEST_F(ExitTest, AnswerNoLeavesTheProgramRunningWithPlaybackStopped) {
+  ClickRow(0);
+  ASSERT_TRUE(deck.Built()->engine.IsPlaying);
+  loop.Expect({.reply = Reply::No});
+  form.frmMain.CloseRequest();
+  EXPECT_FALSE(ended.has_value());
+  EXPECT_FALSE(deck.Built()->engine.IsPlaying);
+  EXPECT_TRUE(form.mnuFile.Enabled);
+}
+
+TEST_F(ExitTest, OpenFtpConnectionIsToldAndStaysOpen) {
+  form.bConnect.Caption = "Disconnect";
+  form.frmMain.CloseRequest();
+  ExpectBox("The Ftp must be disconnected before you may exit the Tavlo Deck", Icon::Warning);
+  EXPECT_FALSE(ended.has_value());
+}
+
+TEST_F(ExitTest, MenuRefusesAnOpenFtpConnectionToo) {
+  form.bConnect.Caption = "Disconnect";
+  form.mnuExit.Press(By::Hand);
+  ExpectBox("The Ftp must be disconnected before you may exit the Tavlo Deck", Icon::Warning);
+}
+
+TEST_F(ExitTest, DocumentInWorkMustBeFinishedFirst) {
+  ClickRow(0);
+  form.cmdPlay.Press(By::Hand);
+  form.frmMain.CloseRequest();
+  ExpectBox("You must Skip, Save, or Complete this dictation before you may exit the Tavlo Deck",
+            Icon::Warning);
+  EXPECT_FALSE(deck.Built()->engine.IsPlaying);
+  EXPECT_FALSE(ended.has_value());
+}
+
+TEST_F(ExitTest, CloseDuringWorkIsDroppedWithoutAWord) {
+  loop.Post([&] { form.frmMain.CloseRequest(); });
+  form.cmdUpdateFileList.Press(By::Hand);
+  EXPECT_TRUE(loop.Shown.empty());
+  EXPECT_FALSE(ended.has_value());
+}
+
+TEST_F(ExitTest, SecondCloseWhileTheFirstAsksIsRefused) {
+  loop.Expect({.reply = Reply::No, .meanwhile = [&] { form.frmMain.CloseRequest(); }});
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(loop.Shown.size(), 1u);
+}
+
+TEST_F(ExitTest, SecondCloseWhileTheProgramEndsIsDropped) {
+  loop.Expect({.reply = Reply::Yes});
+  base::Timer again(loop, "again", 500ms);
+  again.OnTick = [&] {
+    again.Stop();
+    form.frmMain.CloseRequest();
+  };
+  again.Start();
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(ended, 0);
+}
+
+TEST_F(ExitTest, NothingTicksWhileTheProgramEnds) {
+  loop.Expect({.reply = Reply::Yes});
+  form.frmMain.CloseRequest();
+  EXPECT_FALSE(deck.Built()->refresh.tmrWorkWaitingAlert.Enabled());
+  EXPECT_FALSE(deck.Built()->transport.tmrRewindForward.Enabled());
+  EXPECT_FALSE(deck.Built()->engine.tmrPlaySnipet.Enabled());
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+}
+
+}  // namespace
+}  // namespace tavlo::test

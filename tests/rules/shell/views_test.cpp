@@ -1,0 +1,86 @@
+#include "shell/views.h"
+
+#include <gtest/gtest.h>
+
+#include "support/deck_bench.h"
+
+namespace tavlo::test {
+namespace {
+
+using base::operator""s;
+using forms::By;
+using forms::Shape;
+
+struct ViewsTest : testing::Test, DeckBench {
+  ViewsTest() {
+    Drop(Document().Name());
+    StartUntilReady();
+  }
+};
+
+TEST_F(ViewsTest, QueueViewRebuildsTheListAndStopsTheSound) {
+  ClickRow(0);
+  Drop(Document().By("New").Name());
+  form.mnuViewQueue.Press(By::Hand);
+  EXPECT_FALSE(deck.Built()->engine.IsPlaying);
+  EXPECT_EQ(form.listViewInQueue.Rows().size(), 2u);
+  EXPECT_TRUE(form.frameInQueue.Visible);
+  EXPECT_FALSE(form.frameCompleted.Visible);
+  EXPECT_TRUE(form.cmdUpdateFileList.Visible);
+  EXPECT_TRUE(form.cmdEQ.Enabled);
+  EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
+}
+
+TEST_F(ViewsTest, PlayIsRefusedWhileTheViewChanges) {
+  ClickRow(0);
+  loop.Post([&] { form.cmdPlay.Press(); });
+  form.mnuViewQueue.Press(By::Hand);
+  EXPECT_FALSE(deck.Built()->engine.IsPlaying);
+}
+
+TEST_F(ViewsTest, ConfigurationTakesTheScreenAndGivesItBack) {
+  form.mnuConfiguration.Press(By::Hand);
+  EXPECT_FALSE(form.frmMain.Visible);
+  EXPECT_TRUE(config.frmConfiguration.Visible);
+  config.mnuClose.Press(By::Hand);
+  EXPECT_TRUE(form.frmMain.Visible);
+  EXPECT_FALSE(config.frmConfiguration.Visible);
+}
+
+TEST_F(ViewsTest, ChangedPromptVolumeIsKeptWhenTheConfigurationCloses) {
+  form.mnuConfiguration.Press(By::Hand);
+  config.sldPromptVol.Press();
+  config.sldPromptVol.Change(12'000);
+  config.sldPromptVol.Release();
+  config.frmConfiguration.CloseRequest();
+  EXPECT_EQ(databases.Look(SettingsPath())[store::Table::GeneralSettings][0]["PromptVolume"],
+            "12000");
+}
+
+TEST_F(ViewsTest, AboutBoxShowsTheVersion) {
+  form.mnuAbout.Press(By::Hand);
+  EXPECT_TRUE(deck.windows.about.frmAbout.Visible);
+  EXPECT_EQ(deck.windows.about.lblVersion.Value.Get(), "Version 03.08.00.TD   1.2.3");
+  deck.windows.about.mnuClose.Press(By::Hand);
+  EXPECT_FALSE(deck.windows.about.frmAbout.Visible);
+}
+
+TEST_F(ViewsTest, MinimizeMinimizes) {
+  form.mnuMinimize.Press(By::Hand);
+  EXPECT_EQ(form.frmMain.WindowShape, Shape::Minimized);
+}
+
+TEST_F(ViewsTest, FrozenWindowThawsWhole) {
+  auto& window = deck.Built()->mainWindow;
+  window.DisableWindowControls();
+  EXPECT_FALSE(form.mnuView.Enabled);
+  EXPECT_FALSE(form.listViewInQueue.Enabled);
+  EXPECT_FALSE(form.sldVol.Enabled);
+  window.EnableWindowControls();
+  EXPECT_TRUE(form.mnuView.Enabled);
+  EXPECT_TRUE(form.listViewInQueue.Enabled);
+  EXPECT_TRUE(form.sldVol.Enabled);
+}
+
+}  // namespace
+}  // namespace tavlo::test

@@ -1,0 +1,62 @@
+#include "window/main_window.h"
+
+#include <gtest/gtest.h>
+
+#include "support/playback_bench.h"
+
+namespace tavlo::test {
+namespace {
+
+using forms::Shape;
+
+struct MainWindowTest : testing::Test, PlaybackBench {};
+
+TEST_F(MainWindowTest, PlaceOffTheScreenIsNotRemembered) {
+  window.PlayerLeftText = "100";
+  form.frmMain.Left = -5;
+  form.frmMain.Top = 200;
+  window.SavePlayerPosition();
+  EXPECT_EQ(window.PlayerLeftText, "100");
+  EXPECT_EQ(placesStored, 0);
+}
+
+TEST_F(MainWindowTest, PlaceOnTheScreenIsStored) {
+  form.frmMain.Left = 0;
+  form.frmMain.Top = 200;
+  window.SavePlayerPosition();
+  EXPECT_EQ(form.txtPlayerLeft.Value.Get(), "0");
+  EXPECT_EQ(form.txtPlayerTop.Value.Get(), "200");
+  EXPECT_EQ(placesStored, 1);
+}
+
+TEST_F(MainWindowTest, HandResizingInTheFullShapeIsTheNewFullSize) {
+  form.frmMain.Place(0, 0, 15'000, 9000, Shape::Normal);
+  EXPECT_EQ(window.WindowHeight, 9000);
+  EXPECT_EQ(window.WindowWidth, 15'000);
+}
+
+TEST_F(MainWindowTest, FullSizeIsNeverAsLowAsAMiniPlayer) {
+  const int before = window.WindowHeight;
+  form.frmMain.Place(0, 0, 15'000, 6000, Shape::Normal);
+  EXPECT_EQ(window.WindowHeight, before);
+  form.frmMain.Place(0, 0, 15'000, 6001, Shape::Normal);
+  EXPECT_EQ(window.WindowHeight, 6001);
+}
+
+TEST_F(MainWindowTest, MiniPlayerThatIsResizedTakesItsHeightAndPlaceAgain) {
+  window.PlayerLeftText = "300";
+  Play();
+  form.frmMain.Place(1000, 1000, 13'800, 8000, Shape::Normal);
+  EXPECT_EQ(form.frmMain.Height, 840 + form.framePlayer.Height);
+  EXPECT_EQ(form.frmMain.Left, 300);
+}
+
+TEST_F(MainWindowTest, MiniPlayerMayBeDraggedElsewhere) {
+  Play();
+  form.frmMain.Place(7000, 5000, form.frmMain.Width, form.frmMain.Height, Shape::Normal);
+  EXPECT_EQ(form.frmMain.Left, 7000);
+  EXPECT_EQ(form.frmMain.Top, 5000);
+}
+
+}  // namespace
+}  // namespace tavlo::test

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "shell/deck.h"
+#include "support/documents.h"
+#include "support/simulated_audio.h"
+#include "support/simulated_database.h"
+#include "support/simulated_disk.h"
+#include "support/simulated_loop.h"
+
+namespace tavlo::test {
+
+/// The whole program on simulated edges, with a root that was provisioned by an earlier start.
+struct DeckBench {
+  static constexpr const char* kRoot = "/home/typist/Lyrane/TavloDeck";
+
+  SimulatedLoop loop;
+  SimulatedDisk disk{loop};
+  SimulatedDatabases databases{disk, {.root = kRoot, .revision = "1.2.3"}};
+  SimulatedAudioFile file;
+  SimulatedTransform transform;
+  SimulatedPlayer player{loop};
+  bool anotherCopy = false;
+  std::optional<int> ended;
+  shell::Deck deck{{.loop = loop,
+                    .disk = disk,
+                    .databases = databases,
+                    .audioFile = file,
+                    .audioTransform = transform,
+                    .audioPlayer = player,
+                    .installRoot = kRoot,
+                    .shareFolder = "/usr/share/tavlodeck",
+                    .anotherCopyRuns = [this] { return anotherCopy; },
+                    .endProcess = [this](int status) { ended = status; }}};
+  forms::MainForm& form = deck.windows.main;
+  forms::ConfigurationForm& config = deck.windows.configuration;
+
+  DeckBench() {
+    disk.WithFolder(kRoot);
+    disk.WithFolder("/usr/share/tavlodeck/Prompts").WithFolder("/usr/share/tavlodeck/Fascia");
+    databases.Place(SettingsPath(), databases.Shipped());
+  }
+
+  static std::string SettingsPath() { return std::string(kRoot) + "/Lyrane_Tavlo_Deck.mdb"; }
+  static std::string InQueue() { return std::string(kRoot) + "/Files/InQueue/"; }
+
+  std::string Drop(const std::string& name) {
+    disk.WithFile(InQueue() + name, "sound of " + name);
+    file.Sounds[InQueue() + name] = {.samples = 80'000};
+    return name;
+  }
+  void ClickRow(int row) { form.listViewInQueue.RowClick(row); }
+
+  /// Start, splash, load, first refresh.
+  void StartUntilReady() {
+    deck.Start();
+    loop.Advance(base::Duration{std::chrono::seconds{10}});
+  }
+};
+
+}  // namespace tavlo::test
