@@ -33,7 +33,9 @@ constexpr std::array kMarks{
     Mark{0, ".snd"sv, 0, ""sv, {"au", false}},
     Mark{0, "caff"sv, 0, ""sv, {"caf", false}},
     Mark{0, "#!AMR"sv, 0, ""sv, {"amr", true}},
+    Mark{0, "\xFF\xF0"sv, 0, ""sv, {"aac", true}},
     Mark{0, "\xFF\xF1"sv, 0, ""sv, {"aac", true}},
+    Mark{0, "\xFF\xF8"sv, 0, ""sv, {"aac", true}},
     Mark{0, "\xFF\xF9"sv, 0, ""sv, {"aac", true}},
 };
 
