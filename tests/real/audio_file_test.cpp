@@ -252,7 +252,7 @@ TEST_F(AudioFileTest, SeekInAContainerSaysWhereItLanded) {
   }
 }
 
-TEST_F(AudioFileTest, UnchangedFileIsNotMeasuredAgainButAChangedOneIs) {
+TEST_F(AudioFileTest, FileThatChangedOrWentIsNotTakenForTheOneThatWasMeasured) {
   const std::string path = Wave(WaveBytes(Chirp(1000, 8000)));
   ASSERT_TRUE(file.OpenFile(path));
   ASSERT_TRUE(file.OpenFile(path));

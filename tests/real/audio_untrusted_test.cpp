@@ -145,6 +145,17 @@ TEST_F(UntrustedSoundTest, BaitNoticesWhoeverTouchesIt) {
   EXPECT_FALSE(bait.Touched());
 }
 
+TEST_F(UntrustedSoundTest, SoundThatWasMeasuredIsNotOpenedAgainUntilItIsRead) {
+  Bait bait(folder);
+  ASSERT_TRUE(file.OpenFile(bait.Path()));
+  EXPECT_TRUE(bait.Touched());
+  ASSERT_TRUE(file.OpenFile(bait.Path()));
+  EXPECT_EQ(file.TotalSamples(), 8000);
+  EXPECT_FALSE(bait.Touched());
+  EXPECT_EQ(file.ReadArray(100).Samples(), 100);
+  EXPECT_TRUE(bait.Touched());
+}
+
 TEST_F(UntrustedSoundTest, PlaylistUnderAnyNameIsAFaultAndReachesNothing) {
   Bait bait(folder);
   for (const std::string& target :
