@@ -405,6 +405,37 @@ TEST(MainWindow, MinimizesAndComesBack) {
   EXPECT_FALSE(shown.typist.HasState(*window, "_NET_WM_STATE_HIDDEN"));
 }
 
+TEST(MainWindow, ARuleBringsItBackAtAnotherHeight) {
+  ShownWindows shown;
+  shown.ShowMain();
+  int resizes = 0;
+  shown.main.frmMain.OnResize = [&] { ++resizes; };
+  const QWidget* const window = shown.typist.Widget("frmMain");
+  const auto hidden = [&] { return shown.typist.HasState(*window, "_NET_WM_STATE_HIDDEN"); };
+  shown.main.frmMain.WindowShape = forms::Shape::Minimized;
+  ASSERT_TRUE(shown.typist.Until(hidden));
+  shown.main.frmMain.WindowShape = forms::Shape::Normal;
+  shown.main.frmMain.Height = 7500;
+  EXPECT_TRUE(shown.typist.Until([&] { return !hidden(); }));
+  shown.typist.Rest(300);
+  EXPECT_EQ(window->frameGeometry().height(), 500);
+  EXPECT_EQ(shown.main.frmMain.WindowShape, forms::Shape::Normal);
+  EXPECT_EQ(resizes, 0);
+}
+
+TEST(MainWindow, GettingTheDesktopsFocusActivatesItOnce) {
+  ShownWindows shown;
+  int activations = 0;
+  shown.main.frmMain.OnActivate = [&] { ++activations; };
+  shown.ShowMain();
+  EXPECT_EQ(activations, 1);
+  shown.about.frmAbout.Visible = true;
+  shown.typist.Rest(300);
+  shown.about.frmAbout.Visible = false;
+  shown.typist.Rest(300);
+  EXPECT_EQ(activations, 2);
+}
+
 TEST(MainWindow, StaysOnTopThroughHideAndShow) {
   ShownWindows shown;
   shown.ShowMain();

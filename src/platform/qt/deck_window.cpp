@@ -73,6 +73,8 @@ void DeckWindow::AddFocusKeeper(Binder& binder) {
   keeper->setFixedSize(0, 0);
   keeper->setAccessibleName("Tavlo Deck");
   binder.Bind(form_.txtFocus, *keeper, {});
+  // Nothing on the deck holds the keyboard until somebody takes it.
+  keeper->setFocus();
 }
 
 void DeckWindow::KeepLeastSize() {

@@ -22,7 +22,7 @@ constexpr int kRowPadding = 10;
 constexpr int kCellPadding = 7;
 constexpr const char* kHeaderStyle =
     "QHeaderView::section { padding: 5px 7px; border: 0; border-bottom: 1px solid palette(mid); "
-    "border-right: 1px solid palette(midlight); background: palette(button); font-weight: 600; }";
+    "border-right: 1px solid palette(mid); background: palette(button); font-weight: 600; }";
 
 double Luminance(const QColor& colour) {
   const auto linear = [](double part) {

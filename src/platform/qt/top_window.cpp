@@ -92,6 +92,9 @@ void TopWindow::Settled() {
     settle_.start();
     return;
   }
+  // What happened during a breath is told now.
+  ShapeChanged();
+  TellActivated();
   if (!isVisible() || isMinimized() || WantsMinimized()) return;
   // A wish of the form that is not on the screen yet goes before what the user did.
   if (Wanted() != shownPlace_ || windowHandle()->frameMargins() != shownMargins_) {
@@ -110,22 +113,14 @@ void TopWindow::Settled() {
 }
 
 void TopWindow::ShapeChanged() {
-  if (loop_.Breathing()) {
-    loop_.Post([this] { ShapeChanged(); });
-    return;
-  }
-  if (isMinimized() == shownMinimized_) return;
+  if (isMinimized() == shownMinimized_ || loop_.Breathing()) return;
   shownMinimized_ = isMinimized();
   form_.Place(form_.Left, form_.Top, form_.Width, form_.Height,
               shownMinimized_ ? forms::Shape::Minimized : forms::Shape::Normal);
 }
 
 void TopWindow::TellActivated() {
-  if (loop_.Breathing()) {
-    loop_.Post([this] { TellActivated(); });
-    return;
-  }
-  if (told_ || !isActiveWindow() || loop_.MessageBoxOpen()) return;
+  if (told_ || loop_.Breathing() || !isActiveWindow() || loop_.MessageBoxOpen()) return;
   told_ = true;
   form_.Activate();
 }
@@ -139,6 +134,7 @@ bool TopWindow::event(QEvent* event) {
   switch (event->type()) {
     case QEvent::WindowActivate:
       TellActivated();
+      if (!told_) settle_.start();
       break;
     case QEvent::WindowDeactivate:
       if (!loop_.MessageBoxOpen()) told_ = false;
