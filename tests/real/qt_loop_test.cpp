@@ -1,0 +1,130 @@
+#include "platform/qt/qt_loop.h"
+
+#include <gtest/gtest.h>
+
+#include <QEvent>
+#include <QWidget>
+#include <string>
+
+#include "support/shown_windows.h"
+
+namespace tavlo::test {
+namespace {
+
+using base::Timer;
+using base::operator""ms;
+
+// Key symbols of the display's keyboard.
+constexpr std::uint32_t kReturn = 0xFF0D;
+constexpr std::uint32_t kEscape = 0xFF1B;
+
+/// Counts how often a widget paints itself.
+class PaintCount : public QObject {
+ public:
+  explicit PaintCount(QWidget* widget) { widget->installEventFilter(this); }
+  int count = 0;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++count;
+    return false;
+  }
+};
+
+TEST(RealLoop, ABreathPaintsAndFeedsAndRunsNoRule) {
+  ShownWindows shown;
+  shown.PlayDocument();
+  shown.ShowMain();
+  std::string ran;
+  Timer feed(shown.loop, "feed", 20ms, base::TimerKind::Feed);
+  Timer rule(shown.loop, "rule", 20ms);
+  feed.OnTick = [&] {
+    if (!ran.ends_with("feed ")) ran += "feed ";
+  };
+  rule.OnTick = [&] { ran += "rule "; };
+  shown.main.cmdRewind.OnPress = [&] { ran += "hand "; };
+  const QPoint rewind = shown.typist.Middle("cmdRewind");
+  PaintCount paints(shown.typist.Widget("lblFilePositionHMS"));
+  feed.Start();
+  rule.Start();
+  shown.loop.Post([&] { ran += "post "; });
+  shown.typist.ClickUnseen(rewind);
+  shown.main.lblFilePositionHMS.Value = "00:04:13";
+  for (const auto end = shown.loop.Now() + 150ms; shown.loop.Now() < end;) shown.loop.Breathe();
+  EXPECT_EQ(ran, "feed ");
+  EXPECT_EQ(paints.count, 1);
+  rule.Stop();
+  feed.Stop();
+  shown.typist.Rest();
+  EXPECT_EQ(ran, "feed post hand ") << "what waited comes after the breath";
+}
+
+TEST(RealLoop, AWaitLastsAsLongAsItWasAsked) {
+  ShownWindows shown;
+  int ticks = 0;
+  Timer timer(shown.loop, "t", 50ms);
+  timer.OnTick = [&] { ++ticks; };
+  timer.Start();
+  const auto begin = shown.loop.Now();
+  shown.loop.Wait(275ms);
+  EXPECT_GE(shown.loop.Now() - begin, 275ms);
+  EXPECT_LT(shown.loop.Now() - begin, 400ms);
+  EXPECT_GE(ticks, 4);
+  EXPECT_LE(ticks, 5);
+}
+
+TEST(RealLoop, RunEndsWithTheCodeThatQuitGave) {
+  ShownWindows shown;
+  shown.loop.Post([&] { shown.loop.Quit(3); });
+  EXPECT_EQ(shown.loop.Run(), 3);
+}
+
+TEST(MessageBox, TimersGoOnUnderItAndHandsAreRefused) {
+  ShownWindows shown;
+  int presses = 0;
+  int activations = 0;
+  shown.main.cmdRewind.OnPress = [&] { ++presses; };
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.main.frmMain.OnActivate = [&] { ++activations; };
+  const QPoint rewind = shown.typist.Middle("cmdRewind");
+  int ticks = 0;
+  Timer timer(shown.loop, "t", 250ms);
+  timer.OnTick = [&] {
+    ++ticks;
+    if (ticks == 1) shown.typist.ClickUnseen(rewind);
+    if (ticks == 2) {
+      timer.Stop();
+      shown.typist.Picture("message_box");
+      timer.Start();
+    }
+    if (ticks == 3) shown.typist.KeysUnseen({kEscape});
+  };
+  timer.Start();
+  const base::Reply reply =
+      shown.loop.Show({.title = "Tavlo Deck - Exit",
+                       .text = "Are you sure you want to exit\r\nthe Tavlo Deck?",
+                       .icon = base::Icon::Question,
+                       .buttons = base::Buttons::YesNo});
+  timer.Stop();
+  EXPECT_EQ(reply, base::Reply::No);
+  EXPECT_EQ(ticks, 3);
+  EXPECT_EQ(presses, 0);
+  shown.typist.Rest(200);
+  EXPECT_EQ(activations, 1) << "the owner is activated once when the box closes";
+  EXPECT_EQ(presses, 0) << "a click that the box refused is gone";
+}
+
+TEST(MessageBox, ReturnPressesTheDefaultButton) {
+  ShownWindows shown;
+  shown.ShowMain();
+  Timer timer(shown.loop, "t", 300ms);
+  timer.OnTick = [&] { shown.typist.KeysUnseen({kReturn}); };
+  timer.Start();
+  EXPECT_EQ(shown.loop.Show({.title = "Tavlo Deck", .text = "?", .buttons = base::Buttons::YesNo}),
+            base::Reply::Yes);
+  EXPECT_EQ(shown.loop.Show({.title = "Tavlo Deck", .text = "!"}), base::Reply::Ok);
+}
+
+}  // namespace
+}  // namespace tavlo::test
