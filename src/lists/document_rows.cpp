@@ -1,6 +1,7 @@
 #include "lists/document_rows.h"
 
 #include <string>
+#include <utility>
 
 #include "forms/main_form.h"
 
@@ -30,22 +31,24 @@ forms::Row DocumentRow(const store::DocumentRecord& record, const std::string& f
   const Colour colour = priority ? kRed : kBlack;
   const std::string mark = priority ? "Pri" : "";
   forms::Row row;
-  row.cells = {
-      {mark, colour},
-      {record.SavedPosition != 0 ? "Saved" : "", kBlue},
-      {record.AuthorName, colour},
-      {std::to_string(record.AuthorId), colour},
-      {std::to_string(record.Department), colour},
-      {std::to_string(record.WorkType), colour},
-      {record.Subject, colour},
-      {lengthHMS, colour},
-      {record.DictationDate, colour},
-      {record.DictationTime, colour},
-      {record.SystemId, colour},
-      {fileName, colour},
-      {mark, kBlack},
-      {record.DictationStamp, kBlack},
+  row.cells.reserve(forms::document_column::StampSort + 1);
+  const auto add = [&row](std::string text, Colour cellColour) {
+    row.cells.push_back({std::move(text), cellColour});
   };
+  add(mark, colour);
+  add(record.SavedPosition != 0 ? "Saved" : "", kBlue);
+  add(record.AuthorName, colour);
+  add(std::to_string(record.AuthorId), colour);
+  add(std::to_string(record.Department), colour);
+  add(std::to_string(record.WorkType), colour);
+  add(record.Subject, colour);
+  add(lengthHMS, colour);
+  add(record.DictationDate, colour);
+  add(record.DictationTime, colour);
+  add(record.SystemId, colour);
+  add(fileName, colour);
+  add(mark, kBlack);
+  add(record.DictationStamp, kBlack);
   return row;
 }
 

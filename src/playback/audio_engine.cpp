@@ -107,8 +107,8 @@ Primed AudioEngine::Prime() {
 
 void AudioEngine::ApplyDocumentVolume() {
   const forms::Span& bounds = form_.sldVol.Bounds;
-  player_.SetVolume(static_cast<int>(std::clamp<std::int64_t>(
-      form_.txtVolume.WholeNumber(), bounds.minimum, bounds.maximum)));
+  player_.SetVolume(static_cast<int>(
+      std::clamp<std::int64_t>(form_.txtVolume.WholeNumber(), bounds.minimum, bounds.maximum)));
 }
 
 void AudioEngine::StartPlay() {

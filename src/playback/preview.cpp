@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdint>
 
-
 namespace tavlo::playback {
 
 Preview::Preview(forms::MainForm& form, forms::ConfigurationForm& config,

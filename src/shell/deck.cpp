@@ -35,8 +35,8 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       load(platform.loop, windows.main, windows.configuration, mainWindow, configuration, binding,
            platform.disk, workFolders, engine, soundShaping, queue, refresh, branding, sound,
            listHooks, {}),
-      exit(platform.loop, windows.main, mainWindow, engine, transport, refresh, sound, {},
-           platform.endProcess) {}
+      exit(platform.loop, windows.main, mainWindow, engine, transport, refresh, sound,
+           {.saveSettings = [this] { binding.Flush(); }}, platform.endProcess) {}
 
 window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
   return {.restartAlertTimer =

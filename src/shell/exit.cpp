@@ -85,6 +85,7 @@ void Exit::End() {
   loop_.Wait(1000ms);
   engine_.CloseFile();
   Call(hooks_.closePrompts);
+  Call(hooks_.saveSettings);
   Call(hooks_.releaseFtp);
   loop_.Wait(1000ms);
   endProcess_(0);

@@ -16,6 +16,7 @@ struct ExitHooks {
   std::function<void()> stopPedals;
   std::function<void()> releaseFtp;
   std::function<void()> closePrompts;
+  std::function<void()> saveSettings;
 };
 
 /// The exit rules. A close request never closes the window by itself: the process ends when every

@@ -21,7 +21,6 @@ Views::Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
       listHooks_(listHooks),
       programVersionText_(std::move(programVersionText)) {
   form_.mnuViewQueue.OnPress = [this] { ShowQueue(); };
-  form_.mnuConfiguration.OnPress = [this] { configuration_.Show(); };
   form_.mnuMinimize.OnPress = [this] { form_.frmMain.WindowShape = forms::Shape::Minimized; };
   form_.mnuAbout.OnPress = [this] { ShowAbout(); };
   form_.cmdEQ.OnPress = [this] { ShowEqualizer(); };

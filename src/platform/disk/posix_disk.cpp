@@ -124,12 +124,9 @@ void TakeOverLeaseSignal() {
   ::sigaction(SIGIO, &ours, nullptr);
 }
 
-/// Asks for a read lease and gives it back. 0 when it was granted, otherwise the errno.
-int TryLease(int handle) {
-  if (::fcntl(handle, F_SETLEASE, F_RDLCK) != 0) return errno;
-  ::fcntl(handle, F_SETLEASE, F_UNLCK);
-  return 0;
-}
+/// Asks for a read lease. 0 when it was granted, otherwise the errno. Closing the file gives it
+/// back, which the caller must do at once.
+int TryLease(int handle) { return ::fcntl(handle, F_SETLEASE, F_RDLCK) == 0 ? 0 : errno; }
 
 struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }

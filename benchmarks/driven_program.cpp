@@ -1,0 +1,28 @@
+#include "driven_program.h"
+
+namespace tavlo::bench {
+namespace {
+
+using base::operator""ms;
+
+}  // namespace
+
+DrivenProgram::DrivenProgram(int& argc, char** argv)
+    : program(argc, argv), look_(program.Loop(), "look", 2ms) {
+  look_.OnTick = [this] { Look(); };
+  look_.Start();
+}
+
+void DrivenProgram::Look() {
+  shell::Windows& windows = program.Deck().windows;
+  if (skipSplash_ && windows.splash.frmInitSplash.Visible) {
+    skipSplash_ = false;
+    windows.splash.picIcon.Click();
+    return;
+  }
+  if (!windows.main.cmdUpdateFileList.Enabled) return;
+  look_.Stop();
+  OnReady();
+}
+
+}  // namespace tavlo::bench

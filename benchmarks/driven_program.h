@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/desktop/program.h"
+
+namespace tavlo::bench {
+
+/// The real program, with somebody at its side who acts once it is ready for the typist.
+class DrivenProgram {
+ public:
+  DrivenProgram(int& argc, char** argv);
+
+  platform::desktop::Program program;
+  /// Runs once, when the first refresh has ended.
+  std::function<void()> OnReady;
+  /// Ends the splash as a click on its icon does.
+  void SkipSplash() { skipSplash_ = true; }
+
+ private:
+  void Look();
+
+  base::Timer look_;
+  bool skipSplash_ = false;
+};
+
+}  // namespace tavlo::bench

@@ -1,0 +1,57 @@
+// Scans the Queue of a home twice, as the program does at its start and at a refresh, and says how
+// long each scan took: the list, the name parser, the disk and the measuring of lengths are the
+// real ones; only no window shows.
+#include <QApplication>
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+#include "lists/queue_list.h"
+#include "platform/disk/posix_disk.h"
+#include "platform/ffmpeg/ffmpeg_audio_file.h"
+#include "platform/qt/qt_loop.h"
+#include "platform/sound/cubeb_player.h"
+#include "platform/sound/soundtouch_transform.h"
+
+namespace {
+
+using namespace tavlo;
+
+double SecondsOf(lists::QueueList& queue) {
+  const auto begin = std::chrono::steady_clock::now();
+  queue.RefreshQueueList();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: bench_scan HOME\n");
+    return 2;
+  }
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  platform::qt::QtLoop loop;
+  forms::MainForm form(loop);
+  forms::ConfigurationForm config(loop);
+  window::MainWindow window(form, config, {});
+  platform::FfmpegAudioFile file;
+  platform::SoundTouchTransform transform;
+  platform::CubebPlayer player(loop);
+  const playback::Hooks hooks;
+  playback::AudioEngine engine(loop, form, config, window, file, transform, player, hooks);
+  platform::PosixDisk disk;
+  store::WorkFolders folders(disk, std::string(argv[1]) + "/Lyrane/TavloDeck");
+  store::DocumentNames names(loop);
+  lists::QueueList queue(loop, form, disk, folders, names, engine);
+
+  const double first = SecondsOf(queue);
+  const double again = SecondsOf(queue);
+  if (queue.QueueCount == 0) {
+    std::fprintf(stderr, "bench_scan: no documents in %s\n", folders.InQueuePath.c_str());
+    return 1;
+  }
+  std::printf("first=%.6f again=%.6f\n", first, again);
+  return 0;
+}
