@@ -1,0 +1,245 @@
+#include "platform/sound/queue_player.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace tavlo::platform {
+namespace {
+
+using base::Duration;
+using playback::SampleArray;
+using playback::SampleCount;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+constexpr double kTopVolume = 65535;
+/// Longer than a ramp at any rate that a device may have.
+constexpr FrameCount kNowhereFrames = 1024;
+
+double Level(float peak) {
+  if (peak <= 0) return 0;
+  return std::clamp(100 + 20 * std::log10(static_cast<double>(peak)), 0.0, 100.0);
+}
+
+}  // namespace
+
+QueuePlayer::QueuePlayer(base::Loop& loop, OutputDevice& device)
+    : loop_(loop),
+      device_(device),
+      feedTimer_(loop, "AudioPlayer", milliseconds(kFeedMilliseconds), base::TimerKind::Feed),
+      idleTimer_(loop, "AudioPlayerIdle", seconds(kIdleSeconds), base::TimerKind::Feed),
+      deviceNames_(device.FindDevices()) {
+  feedTimer_.OnTick = [this] { Feed(); };
+  idleTimer_.OnTick = [this] { CloseDevice(); };
+}
+
+QueuePlayer::~QueuePlayer() { device_.Close(); }
+
+void QueuePlayer::SetOutputFormat(int samplesPerSecond, int /*channels*/) {
+  samplesPerSecond_ = std::max(samplesPerSecond, 0);
+  resampler_.reset();
+  // A device that cannot be had now is tried again, and reported, by StartOutput.
+  if (!device_.IsOpen() && !deviceNames_.empty()) OpenDevice();
+  if (!outputOn_) idleTimer_.Start();
+}
+
+bool QueuePlayer::StartOutput() {
+  if (device_.HasFailed()) CloseDevice();
+  const bool open = samplesPerSecond_ > 0 && (device_.IsOpen() || OpenDevice());
+  openStatus_ = open ? 0 : -1;
+  if (!open) return false;
+  BeginRun();
+  outputOn_ = true;
+  mixer_.TakePeaks();
+  nextReport_ = loop_.Now() + milliseconds(kReportMilliseconds);
+  nextRetry_ = loop_.Now();
+  idleTimer_.Stop();
+  feedTimer_.Start();
+  return true;
+}
+
+void QueuePlayer::StopOutput() {
+  if (!outputOn_) return;
+  const std::uint64_t stopped = run_;
+  HeardNow();
+  const bool deviceLives = device_.IsOpen() && !device_.HasFailed();
+  mixer_.BeginRun();
+  Settle();
+  // All that a living device was given still reaches the ear, so the ear stops where the ramp ends.
+  if (deviceLives && mixer_.Settled()) {
+    heard_ = std::max(heard_, mixer_.Heard(stopped, mixer_.RenderedFrames()));
+  }
+  outputOn_ = false;
+  feedTimer_.Stop();
+  idleTimer_.Start();
+  playedRuns_.clear();
+  RaiseTimer();
+}
+
+void QueuePlayer::QueueArray(SampleArray block) {
+  if (!outputOn_ || block.channels < 1 || block.channels > 2) return;
+  if (!std::exchange(runBegun_, true)) runOrigin_ = block.sourceBegin;
+  if (!resampler_) resampler_ = std::make_unique<BlockResampler>(samplesPerSecond_, deviceRate_);
+  auto converted = std::make_unique<RtBlock>();
+  converted->channels = block.channels;
+  converted->run = run_;
+  converted->values = resampler_->Convert(block);
+  converted->heardBegin = block.sourceBegin - runOrigin_;
+  converted->heardEnd = block.sourceEnd - runOrigin_;
+  endRaised_ = false;
+  ++blocksAhead_;
+  // A block that finds no room is lost to the ear, and its event still asks for the next.
+  if (!mixer_.Queue(std::move(converted))) playedRuns_.push_back(run_);
+}
+
+void QueuePlayer::ClearQueue() {
+  if (outputOn_) BeginRun();
+}
+
+SampleCount QueuePlayer::MillisecondsToSamples(std::int64_t milliseconds) const {
+  return milliseconds * samplesPerSecond_ / 1000;
+}
+
+std::int64_t QueuePlayer::SamplesToMilliseconds(double samples) const {
+  if (samplesPerSecond_ == 0) return 0;
+  return static_cast<std::int64_t>(samples * 1000 / samplesPerSecond_);
+}
+
+SampleCount QueuePlayer::PlayedSamples() const { return std::llround(HeardNow()); }
+
+std::string QueuePlayer::DeviceName() const {
+  if (currentDevice_ >= DeviceCount()) return {};
+  return deviceNames_[static_cast<std::size_t>(currentDevice_)];
+}
+
+void QueuePlayer::SelectDevice(int index) {
+  selectionExists_ = index >= 0 && index < DeviceCount();
+  if (!selectionExists_ || index == currentDevice_) return;
+  currentDevice_ = index;
+  // Only a device that is in use is changed at once: going through the list must open nothing.
+  if (device_.IsOpen()) OpenDevice();
+}
+
+bool QueuePlayer::DeviceHasMixer() const { return selectionExists_ && DeviceCount() > 0; }
+
+void QueuePlayer::SetVolume(int volume) {
+  mixer_.SetVolume(static_cast<float>(std::clamp<double>(volume, 0, kTopVolume) / kTopVolume));
+}
+
+/// Opens the selected device. While sound is queued it keeps the rate that the queue was made for.
+bool QueuePlayer::OpenDevice() {
+  HeardNow();
+  device_.Close();
+  Settle();
+  if (!outputOn_) deviceRate_ = device_.PreferredRate();
+  mixer_.SetRate(deviceRate_);
+  framesBeforeOpen_ = mixer_.RenderedFrames();
+  return device_.Open(currentDevice_, deviceRate_, mixer_);
+}
+
+void QueuePlayer::CloseDevice() {
+  idleTimer_.Stop();
+  HeardNow();
+  device_.Close();
+}
+
+/// A device that has gone is looked for again while somebody listens.
+void QueuePlayer::FollowDevice() {
+  if (device_.IsOpen() && !device_.HasFailed()) return;
+  if (loop_.Now() < nextRetry_) return;
+  nextRetry_ = loop_.Now() + milliseconds(kRetryMilliseconds);
+  openStatus_ = OpenDevice() ? 0 : -1;
+}
+
+void QueuePlayer::BeginRun() {
+  run_ = mixer_.BeginRun();
+  runBegun_ = false;
+  runOrigin_ = 0;
+  heard_ = 0;
+  blocksAhead_ = 0;
+  endRaised_ = false;
+  freshQueue_ = true;
+  playedRuns_.clear();
+  resampler_.reset();
+}
+
+/// Waits until the ramp of what was dropped is rendered. Without a living device the loop renders
+/// it itself, into nothing, lest the next device begin with it.
+void QueuePlayer::Settle() {
+  if (device_.HasFailed()) device_.Close();
+  for (int waited = 0; waited < kSettleMilliseconds && !mixer_.Settled(); ++waited) {
+    if (device_.IsOpen()) {
+      device_.LetRender();
+    } else {
+      std::vector<float> nowhere(2 * kNowhereFrames);
+      mixer_.RtRender(nowhere.data(), kNowhereFrames);
+    }
+  }
+}
+
+void QueuePlayer::Feed() {
+  CollectPlayedBlocks();
+  FollowDevice();
+  while (outputOn_ && !playedRuns_.empty()) {
+    const std::uint64_t run = playedRuns_.front();
+    playedRuns_.pop_front();
+    RaiseForBlock(run);
+  }
+  if (outputOn_ && loop_.Now() >= nextReport_) {
+    nextReport_ = loop_.Now() + milliseconds(kReportMilliseconds);
+    HeardNow();
+    RaiseTimer();
+  }
+  RaiseEndIfDry();
+}
+
+void QueuePlayer::CollectPlayedBlocks() {
+  while (const std::unique_ptr<RtBlock> block = mixer_.TakeFreed()) {
+    if (block->run == run_) playedRuns_.push_back(block->run);
+  }
+}
+
+void QueuePlayer::RaiseForBlock(std::uint64_t run) {
+  if (run != run_) return;
+  --blocksAhead_;
+  struct Request {
+    explicit Request(int& open) : open_(open) { ++open_; }
+    ~Request() { --open_; }
+    int& open_;
+  };
+  const Request request(openRequests_);
+  // Something still plays: a block has ended. Nothing does: the player wants one.
+  const auto handler = blocksAhead_ > 0 ? OnEndArrayPlay : OnRequestOnLoadArray;
+  if (handler) handler();
+}
+
+void QueuePlayer::RaiseEndIfDry() {
+  // One whole feed passes before an empty queue is taken for the end, since whoever emptied it may
+  // be about to fill it.
+  if (std::exchange(freshQueue_, false)) return;
+  if (!outputOn_ || endRaised_ || openRequests_ > 0) return;
+  if (blocksAhead_ > 0 || !playedRuns_.empty()) return;
+  endRaised_ = true;
+  const auto handler = OnEndPlay;
+  if (handler) handler();
+}
+
+void QueuePlayer::RaiseTimer() {
+  const std::array<float, 2> peaks = mixer_.TakePeaks();
+  const auto handler = OnTimer;
+  if (handler) handler(std::llround(heard_), Level(peaks[0]), Level(peaks[1]));
+}
+
+/// Brings the figure of what was heard up to the moment, where the device can tell.
+double QueuePlayer::HeardNow() const {
+  if (!outputOn_ || !device_.IsOpen()) return heard_;
+  const FrameCount sinceOpen = device_.HeardFrames();
+  if (sinceOpen < 0) return heard_;
+  const FrameCount frame = std::min(framesBeforeOpen_ + sinceOpen, mixer_.RenderedFrames());
+  heard_ = std::max(heard_, mixer_.Heard(run_, frame));
+  return heard_;
+}
+
+}  // namespace tavlo::platform

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/loop.h"
+#include "platform/sound/block_resampler.h"
+#include "platform/sound/output_device.h"
+#include "platform/sound/rt_mixer.h"
+#include "playback/audio_objects.h"
+
+namespace tavlo::platform {
+
+/// The player of documents: blocks go through the resampler into the mixer, and what the mixer has
+/// played comes back as events on the loop's thread.
+///
+/// The device is opened when a format is set, so that the first sound is not swallowed, and stays
+/// open on silence until it has been idle for kIdleSeconds. A device that dies ends the sound and
+/// leaves the position where it was; while output is on, it is tried again every second, and the
+/// queue goes on where it stopped.
+class QueuePlayer : public playback::AudioPlayer {
+ public:
+  /// Silence after which the device is given back. Longer keeps the first sound after a pause
+  /// prompt and costs the device's wake-ups meanwhile.
+  static constexpr int kIdleSeconds = 60;
+  static constexpr int kFeedMilliseconds = 10;
+  static constexpr int kReportMilliseconds = 50;
+  static constexpr int kRetryMilliseconds = 1000;
+  /// How long StopOutput may wait for the ramp.
+  static constexpr int kSettleMilliseconds = 30;
+
+  /// Both must outlive the player.
+  QueuePlayer(base::Loop& loop, OutputDevice& device);
+  ~QueuePlayer() override;
+
+  void SetOutputFormat(int samplesPerSecond, int channels) override;
+  bool StartOutput() override;
+  void StopOutput() override;
+  void QueueArray(playback::SampleArray block) override;
+  void ClearQueue() override;
+  int OpenStatus() const override { return openStatus_; }
+
+  playback::SampleCount MillisecondsToSamples(std::int64_t milliseconds) const override;
+  std::int64_t SamplesToMilliseconds(double samples) const override;
+  playback::SampleCount PlayedSamples() const override;
+
+  int DeviceCount() const override { return static_cast<int>(deviceNames_.size()); }
+  std::string DeviceName() const override;
+  int CurrentDevice() const override { return currentDevice_; }
+  void SelectDevice(int index) override;
+  bool DeviceHasMixer() const override;
+
+  void SetVolume(int volume) override;
+
+ private:
+  bool OpenDevice();
+  void CloseDevice();
+  void FollowDevice();
+  void BeginRun();
+  void Settle();
+  void CollectPlayedBlocks();
+  void RaiseForBlock(std::uint64_t run);
+  void RaiseEndIfDry();
+  void RaiseTimer();
+  void Feed();
+  double HeardNow() const;
+
+  base::Loop& loop_;
+  OutputDevice& device_;
+  /// Asking it for the position takes marks off its queue, which no caller can see.
+  mutable RtMixer mixer_;
+  base::Timer feedTimer_;
+  base::Timer idleTimer_;
+
+  std::vector<std::string> deviceNames_;
+  int currentDevice_ = 0;
+  bool selectionExists_ = true;
+
+  int samplesPerSecond_ = 0;
+  int deviceRate_ = 0;
+  int openStatus_ = 0;
+  bool outputOn_ = false;
+  FrameCount framesBeforeOpen_ = 0;  ///< Frames that were rendered before the device was opened.
+  base::MonotonicTime nextRetry_;
+  base::MonotonicTime nextReport_;
+
+  std::unique_ptr<BlockResampler> resampler_;
+  std::uint64_t run_ = 0;
+  bool runBegun_ = false;  ///< A block of the run has been queued.
+  double runOrigin_ = 0;   ///< Where in the document the run began.
+  mutable double heard_ = 0;
+  int blocksAhead_ = 0;      ///< Blocks of the run that are queued and not played.
+  int openRequests_ = 0;     ///< Events whose handlers are running.
+  bool freshQueue_ = false;  ///< The queue was emptied since the last feed.
+  bool endRaised_ = false;
+  std::deque<std::uint64_t> playedRuns_;  ///< Runs of the played blocks whose events are due.
+};
+
+}  // namespace tavlo::platform
