@@ -84,6 +84,6 @@ int Program::Run() {
 
 shell::Deck& Program::Deck() { return parts_->deck; }
 
-base::Loop& Program::Loop() { return parts_->loop; }
+qt::QtLoop& Program::Loop() { return parts_->loop; }
 
 }  // namespace tavlo::platform::desktop

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/qt/qt_loop.h"
 #include "shell/deck.h"
 
 namespace tavlo::platform::desktop {
@@ -20,7 +21,7 @@ class Program {
   int Run();
 
   shell::Deck& Deck();
-  base::Loop& Loop();
+  qt::QtLoop& Loop();
 
  private:
   struct Parts;

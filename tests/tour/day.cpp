@@ -1,0 +1,299 @@
+#include "day.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QTableView>
+#include <QWidget>
+#include <cmath>
+#include <utility>
+
+namespace tavlo::tour {
+namespace {
+
+using base::operator""s;
+namespace column = forms::document_column;
+
+// Key symbols of the display's keyboard.
+constexpr std::uint32_t kReturn = 0xFF0D;
+constexpr std::uint32_t kEscape = 0xFF1B;
+constexpr std::uint32_t kAlt = 0xFFE9;
+constexpr std::uint32_t kF4 = 0xFFC1;
+constexpr std::uint32_t kF5 = 0xFFC2;
+
+QString WorkFolder(const char* name) {
+  return QDir::homePath() + "/Lyrane/TavloDeck/Files/" + name;
+}
+
+}  // namespace
+
+Day::Day(platform::desktop::Program& program) : program_(program), typist_(program.Loop()) {}
+
+std::vector<Step> Day::Steps() {
+  std::vector<Step> steps;
+  AddStart(steps);
+  AddListening(steps);
+  AddShaping(steps);
+  AddFinishing(steps);
+  AddList(steps);
+  AddWindows(steps);
+  AddEnd(steps);
+  return steps;
+}
+
+void Day::AddStart(std::vector<Step>& steps) {
+  const forms::SplashForm& splash = program_.Deck().windows.splash;
+  steps.push_back({.says = "the splash stands and shows the version",
+                   .seen =
+                       [&splash] {
+                         return splash.frmInitSplash.Visible &&
+                                splash.lblVersion.Value.Get().starts_with("Version:  ") &&
+                                splash.ProgressBar1.Value >= 2;
+                       },
+                   .picture = "01-splash"});
+  steps.push_back({.says = "the main window shows the Queue, priority first and oldest first",
+                   .seen =
+                       [this] {
+                         return Ready() && Main().listViewInQueue.Rows().size() >= 10 &&
+                                RowOf("Brown") == 0 && RowOf("Okafor") == 1;
+                       },
+                   .picture = "02-queue",
+                   .patience = 20s});
+}
+
+void Day::AddListening(std::vector<Step>& steps) {
+  steps.push_back(ClickRowOf(
+      "Lindqvist", "a click fills the status bar and sounds the beginning",
+      [this] {
+        return Playing() && Main().StatusBar1.Panels.Get()[2] == "Lindqvist" && Seconds() > 2;
+      },
+      "03-preview"));
+  steps.push_back(
+      Click("cmdImportCompleteSnipetStop", "Stop ends the preview", [this] { return !Playing(); }));
+  steps.push_back(Click(
+      "cmdPlay", "Play shrinks the window to the player and sounds the document",
+      [this] {
+        return Playing() && Main().MeterLeft.Value > 20 && !Main().frameFiles.Visible &&
+               Seconds() > 5;
+      },
+      "04-playing"));
+  steps.push_back(Click("cmdStop", "Stop stops where the ear is", [this] {
+    remembered_ = Seconds();
+    return !Playing() && remembered_ > 5;
+  }));
+  steps.push_back(Click("cmdPlay", "Play goes on from there, less the auto-backspace", [this] {
+    const double back = program_.Deck().windows.configuration.sliderABS.Value / 10.0;
+    return Playing() && std::abs(Seconds() - (remembered_ - back)) < 1.5;
+  }));
+  steps.push_back(Drag("slPosition", 50, "the position slider seeks", [this] {
+    const double half = static_cast<double>(Rooms()->engine.File().LengthMilliseconds()) / 2000;
+    return Playing() && std::abs(Seconds() - half) < 3;
+  }));
+}
+
+void Day::AddShaping(std::vector<Step>& steps) {
+  steps.push_back(Drag("Slider1", 10, "the speed slider slows the voice down",
+                       [this] { return Rooms()->engine.PlaySpeedPercent < 75; }));
+  steps.push_back({.says = "two seconds pass at that speed",
+                   .act = [this] { remembered_ = Seconds(); },
+                   .seen = [this] { return Seconds() - remembered_ > 1.5; }});
+  steps.push_back(Click("cmdNormalSpeed", "MID puts the speed back",
+                        [this] { return Rooms()->engine.PlaySpeedPercent == 100; }));
+  steps.push_back(Drag("sldVol", 95, "the volume slider makes it louder",
+                       [this] { return Main().txtVolume.WholeNumber() > 55'000; }));
+  steps.push_back(
+      Click("cmdRewind", "Rewind jumps back", [this] { return !Playing() && Main().DeckRuns; }));
+  steps.push_back(Click("cmdStop", "Stop ends the wind", [this] { return !Main().DeckRuns; }));
+}
+
+void Day::AddFinishing(std::vector<Step>& steps) {
+  steps.push_back(Click(
+      "cmdSave", "Save brings the list back and marks the row",
+      [this] { return Ready() && Cell("Lindqvist", column::Saved) == "Saved"; }, "05-saved"));
+  steps.push_back(ClickRowOf("Brown", "the next document is chosen", [this] { return Playing(); }));
+  steps.push_back(Click("cmdPlay", "and played", [this] { return Playing() && Seconds() > 1; }));
+  steps.push_back(Click(
+      "cmdSkipEnd", "Skip to end offers Complete",
+      [this] { return !Playing() && Main().cmdComplete.Enabled; }, "06-at-the-end"));
+  steps.push_back({.says = "Complete moves the document to the Completed folder",
+                   .act =
+                       [this] {
+                         rows_ = static_cast<int>(Main().listViewInQueue.Rows().size());
+                         typist_.ClickUnseen(typist_.Middle("cmdComplete"));
+                       },
+                   .seen =
+                       [this] {
+                         return Ready() &&
+                                static_cast<int>(Main().listViewInQueue.Rows().size()) ==
+                                    rows_ - 1 &&
+                                QDir(WorkFolder("Completed")).entryList(QDir::Files).size() == 1;
+                       }});
+}
+
+void Day::AddList(std::vector<Step>& steps) {
+  steps.push_back({.says = "a new dictation appears after a refresh",
+                   .act =
+                       [this] {
+                         const QDir queue(WorkFolder("InQueue"));
+                         const QString any = queue.entryList({"*Haddad*"}, QDir::Files).value(0);
+                         QFile::copy(queue.filePath(any),
+                                     queue.filePath(QString(any).replace("Haddad", "Newman")));
+                         typist_.KeysUnseen({kF5});
+                       },
+                   .seen = [this] { return Ready() && RowOf("Newman") >= 0; }});
+  steps.push_back(
+      {.says = "a click on a heading sorts by that column",
+       .act =
+           [this] {
+             const auto* list = qobject_cast<QTableView*>(typist_.Widget("listViewInQueue"));
+             if (!list) return;
+             const QRect cell = list->visualRect(list->model()->index(0, column::Author));
+             typist_.ClickUnseen(list->viewport()->mapToGlobal(QPoint(cell.center().x(), -10)));
+           },
+       .seen = [this] { return Main().listViewInQueue.SortColumn() == column::Author; },
+       .picture = "07-sorted"});
+}
+
+void Day::AddWindows(std::vector<Step>& steps) {
+  const shell::Windows& windows = program_.Deck().windows;
+  steps.push_back(Keys(
+      {kAlt, 'f'}, "the File menu opens",
+      [] { return QApplication::activePopupWidget() != nullptr; }, "08-menu"));
+  steps.push_back(Keys(
+      {'c'}, "the configuration takes the screen",
+      [&windows, this] {
+        return windows.configuration.frmConfiguration.Visible && !Main().frmMain.Visible;
+      },
+      "09-configuration"));
+  steps.push_back({.says = "closing it brings the deck back",
+                   .act =
+                       [this] {
+                         typist_.KeysUnseen({kAlt, 'c'});
+                       },
+                   .seen = [&windows] { return windows.main.frmMain.Visible.Get(); }});
+  steps.push_back(Keys({kAlt, 'f'}, "the File menu opens again",
+                       [] { return QApplication::activePopupWidget() != nullptr; }));
+  steps.push_back(Keys(
+      {'a'}, "the about box shows", [&windows] { return windows.about.frmAbout.Visible.Get(); },
+      "10-about"));
+  steps.push_back(Keys({kAlt, 'c'}, "and closes",
+                       [&windows] { return !windows.about.frmAbout.Visible.Get(); }));
+  steps.push_back({.says = "a second copy is refused",
+                   .act =
+                       [this] {
+                         secondCopy_.start(QCoreApplication::applicationDirPath() + "/tavlodeck",
+                                           QStringList());
+                       },
+                   // Its box shows in a process of its own; Return answers it once it is in front.
+                   .seen =
+                       [this] {
+                         if (secondCopy_.state() == QProcess::NotRunning) {
+                           return secondCopy_.exitCode() == 1;
+                         }
+                         if (!QApplication::activeWindow()) typist_.KeysUnseen({kReturn});
+                         return false;
+                       },
+                   .patience = 10s});
+}
+
+void Day::AddEnd(std::vector<Step>& steps) {
+  steps.push_back(ClickRowOf("Nakamura", "a last document is chosen",
+                             [this] { return Playing() && Seconds() > 0.5; }));
+  steps.push_back(Click("cmdPlay", "and played", [this] { return Main().cmdSkip.Enabled.Get(); }));
+  steps.push_back(Keys(
+      {kAlt, kF4}, "exit is refused while it is in work",
+      [this] { return program_.Loop().MessageBoxOpen(); }, "11-must-finish"));
+  steps.push_back(Keys({kReturn}, "the box closes and the sound has stopped",
+                       [this] { return !program_.Loop().MessageBoxOpen() && !Playing(); }));
+  steps.push_back(
+      Click("cmdSkip", "Skip leaves the document as it is", [this] { return Ready(); }));
+  steps.push_back(Keys(
+      {kAlt, kF4}, "exit asks", [this] { return program_.Loop().MessageBoxOpen(); }, "12-exit"));
+  steps.push_back(
+      Keys({kEscape}, "no keeps the deck", [this] { return !program_.Loop().MessageBoxOpen(); }));
+  steps.push_back(
+      Keys({kAlt, kF4}, "exit asks again", [this] { return program_.Loop().MessageBoxOpen(); }));
+  steps.push_back(
+      Keys({kReturn}, "yes ends it", [this] { return !program_.Loop().MessageBoxOpen(); }));
+}
+
+Step Day::Click(const char* control, std::string says, std::function<bool()> seen,
+                std::string picture) {
+  return {.says = std::move(says),
+          .act = [this, control] { typist_.ClickUnseen(typist_.Middle(control)); },
+          .seen = std::move(seen),
+          .picture = std::move(picture)};
+}
+
+Step Day::ClickRowOf(const std::string& author, std::string says, std::function<bool()> seen,
+                     std::string picture) {
+  return {.says = std::move(says),
+          .act =
+              [this, author] {
+                const auto* list = qobject_cast<QTableView*>(typist_.Widget("listViewInQueue"));
+                if (!list) return;
+                const QRect cell =
+                    list->visualRect(list->model()->index(RowOf(author), column::Author));
+                typist_.ClickUnseen(list->viewport()->mapToGlobal(cell.center()));
+              },
+          .seen = std::move(seen),
+          .picture = std::move(picture)};
+}
+
+Step Day::Keys(std::initializer_list<std::uint32_t> symbols, std::string says,
+               std::function<bool()> seen, std::string picture) {
+  const std::vector<std::uint32_t> keys(symbols);
+  return {.says = std::move(says),
+          .act =
+              [this, keys] {
+                if (keys.size() == 1) {
+                  typist_.KeysUnseen({keys[0]});
+                } else {
+                  typist_.KeysUnseen({keys[0], keys[1]});
+                }
+              },
+          .seen = std::move(seen),
+          .picture = std::move(picture)};
+}
+
+Step Day::Drag(const char* slider, int percent, std::string says, std::function<bool()> seen) {
+  return {.says = std::move(says),
+          .act =
+              [this, slider, percent] {
+                const QWidget* const widget = typist_.Widget(slider);
+                if (!widget) return;
+                const int target = widget->width() * percent / 100;
+                const int middle = widget->height() / 2;
+                typist_.PressAt(widget->mapToGlobal(QPoint(target - 5, middle)));
+                typist_.MoveTo(widget->mapToGlobal(QPoint(target, middle)));
+                typist_.Release();
+              },
+          .seen = std::move(seen)};
+}
+
+int Day::RowOf(const std::string& author) {
+  const forms::Table& list = Main().listViewInQueue;
+  for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
+    if (list.TextAt(row, column::Author) == author) return row;
+  }
+  return -1;
+}
+
+std::string Day::Cell(const std::string& author, int at) {
+  return Main().listViewInQueue.TextAt(RowOf(author), at);
+}
+
+bool Day::Ready() {
+  return Rooms() && Main().frameFiles.Visible && Main().listViewInQueue.Visible &&
+         Main().mnuFile.Enabled && Main().frmMain.MousePointer == forms::Pointer::Arrow &&
+         Main().cmdUpdateFileList.Visible && Main().cmdUpdateFileList.Enabled;
+}
+
+bool Day::Playing() { return Rooms() && Rooms()->engine.IsPlaying; }
+
+double Day::Seconds() {
+  const double rate = Rooms()->engine.File().SampleRate();
+  return rate > 0 ? Rooms()->engine.CurrentSamplePosition / rate : 0;
+}
+
+}  // namespace tavlo::tour

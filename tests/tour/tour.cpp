@@ -1,0 +1,64 @@
+#include "tour.h"
+
+#include <QApplication>
+#include <QPixmap>
+#include <QScreen>
+#include <cstdio>
+#include <utility>
+
+namespace tavlo::tour {
+namespace {
+
+using base::operator""ms;
+
+/// What a window needs to be on the screen as its form says.
+constexpr base::Duration kSettle = 250ms;
+
+}  // namespace
+
+Tour::Tour(platform::qt::QtLoop& loop, QString pictureFolder, std::vector<Step> steps)
+    : loop_(loop),
+      pictureFolder_(std::move(pictureFolder)),
+      steps_(std::move(steps)),
+      tick_(loop, "tour", 50ms) {
+  tick_.OnTick = [this] { Tick(); };
+}
+
+void Tour::Tick() {
+  tick_.Stop();
+  if (next_ == steps_.size()) return;
+  const Step& step = steps_[next_];
+  if (!acted_) {
+    acted_ = true;
+    deadline_ = loop_.Now() + step.patience;
+    if (step.act) step.act();
+  } else if (step.seen()) {
+    Finish(step, true);
+  } else if (loop_.Now() > deadline_) {
+    Finish(step, false);
+  }
+  tick_.Start();
+}
+
+void Tour::Finish(const Step& step, bool seen) {
+  if (!step.picture.empty()) {
+    loop_.Wait(kSettle);
+    TakePicture(step.picture);
+  }
+  std::printf("%2zu  %-8s %s\n", next_ + 1, seen ? "seen" : "NOT SEEN", step.says.c_str());
+  std::fflush(stdout);
+  if (!seen) {
+    ++missed_;
+    TakePicture("not-seen-" + std::to_string(next_ + 1));
+  }
+  acted_ = false;
+  ++next_;
+}
+
+void Tour::TakePicture(const std::string& name) const {
+  const QPixmap picture = QApplication::primaryScreen()->grabWindow(0);
+  const QString path = QString("%1/%2.png").arg(pictureFolder_, QString::fromStdString(name));
+  if (!picture.save(path)) std::printf("    the picture %s could not be kept\n", name.c_str());
+}
+
+}  // namespace tavlo::tour

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QString>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/timer_queue.h"
+#include "platform/qt/qt_loop.h"
+
+namespace tavlo::tour {
+
+/// One thing that the typist does, and how one can tell that the deck answered.
+struct Step {
+  std::string says;
+  std::function<void()> act;
+  std::function<bool()> seen;
+  /// Name of the picture to take once it was seen; empty for none.
+  std::string picture = {};
+  base::Duration patience = base::Duration{std::chrono::seconds{6}};
+};
+
+/// Takes the steps one after the other beside the running program, prints what was seen of each and
+/// keeps the pictures. It moves on a timer of the program's own loop, so it goes on under message
+/// boxes and inside waits as a person would.
+class Tour {
+ public:
+  Tour(platform::qt::QtLoop& loop, QString pictureFolder, std::vector<Step> steps);
+
+  void Begin() { tick_.Start(); }
+  /// True once every step was seen.
+  bool Succeeded() const { return next_ == steps_.size() && missed_ == 0; }
+
+ private:
+  void Tick();
+  void Finish(const Step& step, bool seen);
+  void TakePicture(const std::string& name) const;
+
+  platform::qt::QtLoop& loop_;
+  const QString pictureFolder_;
+  const std::vector<Step> steps_;
+  base::Timer tick_;
+  std::size_t next_ = 0;
+  std::size_t missed_ = 0;
+  bool acted_ = false;
+  base::MonotonicTime deadline_;
+};
+
+}  // namespace tavlo::tour
