@@ -12,7 +12,6 @@ namespace tavlo::test {
 namespace {
 
 using base::operator""ms;
-using base::operator""s;
 
 constexpr int kStartTries = 200;
 
@@ -38,7 +37,7 @@ bool SoundRecorder::Start() {
   for (int tries = 0; tries < kStartTries && Seconds() < 0.1; ++tries) Sleep(50ms);
   if (Seconds() < 0.1) return false;
   // Whatever the device had rendered before it had a reader runs out in this time.
-  Sleep(3s);
+  Sleep(300ms);
   return true;
 }
 
