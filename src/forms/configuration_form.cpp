@@ -3,8 +3,8 @@
 namespace tavlo::forms {
 namespace {
 
-constexpr Twips kHeight = 9000;
-constexpr Twips kWidth = 11400;
+constexpr Twips kHeight = 2700;
+constexpr Twips kWidth = 8400;
 
 }  // namespace
 

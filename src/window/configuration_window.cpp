@@ -62,6 +62,7 @@ ConfigurationWindow::ConfigurationWindow(forms::MainForm& main, forms::Configura
 
 void ConfigurationWindow::Show() {
   main_.frmMain.Visible = false;
+  config_.frmConfiguration.Centre();
   config_.frmConfiguration.Visible = true;
 }
 

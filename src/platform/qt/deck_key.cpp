@@ -12,6 +12,8 @@ namespace {
 
 constexpr double kRound = 6;
 constexpr int kGap = 8;  ///< Between a glyph and the caption beside it.
+constexpr double kCaptionedGlyph = 14;
+constexpr double kLoneGlyph = 16;
 
 QColor FaceColour(DeckKey::Tone tone) {
   switch (tone) {
@@ -75,16 +77,20 @@ void DeckKey::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   PaintFace(painter);
 
-  const double glyphSize = glyph_ == Glyph::None ? 0 : text().isEmpty() ? 16 : 14;
   const QFontMetrics metrics(font());
   const int captionWidth = metrics.size(Qt::TextShowMnemonic, text()).width();
-  const double gap = glyphSize > 0 && !text().isEmpty() ? kGap : 0;
-  const double left = (width() - glyphSize - gap - captionWidth) / 2;
+  // A narrow key has room for its glyph alone; its caption still reaches it by the keyboard.
+  const bool captionFits = captionWidth + kCaptionedGlyph + kGap <= width();
+  const bool captioned = !text().isEmpty() && (glyph_ == Glyph::None || captionFits);
+  const double glyphSize = glyph_ == Glyph::None ? 0 : captioned ? kCaptionedGlyph : kLoneGlyph;
+  const double gap = glyphSize > 0 && captioned ? kGap : 0;
+  const double left = (width() - glyphSize - gap - (captioned ? captionWidth : 0)) / 2;
   if (glyph_ != Glyph::None) {
     painter.translate(left, (height() - glyphSize) / 2);
     painter.fillPath(GlyphPath(glyph_, glyphSize), InkColour());
     painter.resetTransform();
   }
+  if (!captioned) return;
   painter.setFont(font());
   painter.setPen(InkColour());
   painter.drawText(QRectF(left + glyphSize + gap, 0, captionWidth + 1, height()),

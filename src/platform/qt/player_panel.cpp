@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QVBoxLayout>
 #include <memory>
+#include <utility>
 
 #include "platform/qt/binder.h"
 #include "platform/qt/deck_key.h"
@@ -13,6 +14,7 @@
 #include "platform/qt/eliding_label.h"
 #include "platform/qt/fascia.h"
 #include "platform/qt/meter_bar.h"
+#include "platform/qt/play_keys.h"
 #include "platform/qt/status_strip.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
@@ -22,7 +24,6 @@ namespace {
 
 constexpr QSize kDisplaySize{290, 62};
 constexpr QSize kSmallKey{44, 40};
-constexpr QSize kPlayKey{104, 40};
 constexpr QSize kWordKey{82, 40};
 constexpr QSize kSideKey{46, 28};
 constexpr int kMeterWidth = 170;
@@ -52,6 +53,13 @@ QPalette DeckPalette(QPalette palette) {
     palette.setColor(QPalette::Disabled, role, theme::kDisabledText);
   }
   return palette;
+}
+
+/// The user's own line is a heading and what stands beside it behind a run of blanks, if any.
+std::pair<QString, QString> SplitAtWideGap(const QString& text) {
+  const auto gap = text.indexOf("  ");
+  if (gap < 0) return {text.trimmed(), {}};
+  return {text.left(gap).trimmed(), text.mid(gap).trimmed()};
 }
 
 }  // namespace
@@ -153,18 +161,34 @@ QLabel* PlayerPanel::Logo(forms::Pane& picture) {
   return logo;
 }
 
+void PlayerPanel::ShowCustomDisplay(QBoxLayout& words) {
+  auto* const heading = new ElidingLabel(this);
+  heading->setFont(DeckFont(17, QFont::Bold));
+  auto* const line = new ElidingLabel(this);
+  line->setFont(DeckFont(13));
+  QPalette quiet = palette();
+  quiet.setColor(QPalette::WindowText, theme::kQuietText);
+  line->setPalette(quiet);
+  for (QLabel* const label : {heading, line}) {
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    words.addWidget(label);
+  }
+  binder_.Bind(form_.lblCustomDisplay, *heading, [this, heading, line] {
+    const auto [head, rest] = SplitAtWideGap(ToQt(form_.lblCustomDisplay.Value.Get()));
+    heading->setText(head);
+    line->setText(rest);
+    line->setVisible(form_.lblCustomDisplay.Visible && !rest.isEmpty());
+  });
+}
+
 QBoxLayout* PlayerPanel::BrandColumn() {
-  auto* const name = new QLabel("Tavlo Deck", this);
-  name->setFont(DeckFont(17, QFont::Bold));
   auto* const words = new QVBoxLayout;
   words->setSpacing(2);
   words->addStretch(1);
-  words->addWidget(name, 0, Qt::AlignRight);
-  for (forms::Text* const text : {&form_.lblBriselName, &form_.lblCustomDisplay}) {
-    QLabel* const label = Label(*text, DeckFont(13), theme::kQuietText);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    words->addWidget(label);
-  }
+  QLabel* const brand = Label(form_.lblBriselName, DeckFont(13), theme::kQuietText);
+  brand->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  words->addWidget(brand);
+  ShowCustomDisplay(*words);
   words->addStretch(1);
 
   auto* const column = new QHBoxLayout;
@@ -179,39 +203,6 @@ DeckKey* PlayerPanel::Key(forms::Command& command, Glyph glyph, QSize size) {
   auto* const key = new DeckKey(glyph, size, this);
   key->setFont(DeckFont(14, QFont::Medium));
   binder_.Press(command, *key);
-  return key;
-}
-
-forms::Command& PlayerPanel::PlayCommand() {
-  if (!form_.DeckRuns) return form_.cmdPlay;
-  return form_.cmdStop.Visible ? form_.cmdStop : form_.cmdImportCompleteSnipetStop;
-}
-
-DeckKey* PlayerPanel::PlayKey() {
-  auto* const key = new DeckKey(Glyph::Play, kPlayKey, this);
-  key->setFont(DeckFont(15, QFont::Bold));
-  QObject::connect(key, &QPushButton::clicked, key, [this] {
-    forms::Command& command = PlayCommand();
-    binder_.ByHand(command, [&command] { command.Press(forms::By::Hand); });
-  });
-  const auto show = [this, key] {
-    const forms::Command& command = PlayCommand();
-    const bool stops = &command != &form_.cmdPlay;
-    key->SetLook(stops ? Glyph::Stop : Glyph::Play,
-                 stops ? DeckKey::Tone::Amber : DeckKey::Tone::Teal);
-    key->setObjectName(ToQt(command.Name));
-    key->setText(ToQt(command.Caption.Get()));
-    key->setToolTip(ToQt(command.Tooltip.Get()));
-    key->setAccessibleName(WithoutMnemonic(command.Caption.Get()));
-    key->setEnabled(command.Enabled && command.Visible);
-  };
-  const forms::Command* const commands[] = {&form_.cmdPlay, &form_.cmdStop,
-                                            &form_.cmdImportCompleteSnipetStop};
-  for (const forms::Command* const command : commands) {
-    binder_.StandsFor(*key, *command);
-    binder_.Watch(*command, show);
-  }
-  binder_.Watch(form_.frmMain, show);
   return key;
 }
 
@@ -248,7 +239,7 @@ QBoxLayout* PlayerPanel::KeysRow() {
   row->setSpacing(8);
   row->addWidget(Key(form_.cmdSkipBeg, Glyph::SkipBegin, kSmallKey));
   row->addWidget(Key(form_.cmdRewind, Glyph::Rewind, kSmallKey));
-  row->addWidget(PlayKey());
+  row->addWidget(new PlayKeys(form_, binder_, this));
   row->addWidget(Key(form_.cmdForward, Glyph::Forward, kSmallKey));
   row->addWidget(Key(form_.cmdSkipEnd, Glyph::SkipEnd, kSmallKey));
   row->addSpacing(14);

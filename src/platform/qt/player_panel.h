@@ -30,9 +30,7 @@ class PlayerPanel : public QWidget {
   DeckKey* Key(forms::Command& command, Glyph glyph, QSize size);
   QLabel* Label(forms::Text& text, const QFont& font, const QColor& colour);
   QLabel* Logo(forms::Pane& picture);
-  /// One key for Play and Stop: it is the command that can be given now.
-  DeckKey* PlayKey();
-  forms::Command& PlayCommand();
+  void ShowCustomDisplay(QBoxLayout& words);
 
   forms::MainForm& form_;
   Binder& binder_;

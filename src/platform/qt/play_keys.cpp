@@ -1,0 +1,77 @@
+#include "platform/qt/play_keys.h"
+
+#include <QHBoxLayout>
+
+#include "platform/qt/binder.h"
+#include "platform/qt/deck_key.h"
+#include "platform/qt/texts.h"
+#include "platform/qt/theme.h"
+
+namespace tavlo::platform::qt {
+namespace {
+
+constexpr QSize kPlace{104, 40};
+constexpr int kGap = 8;
+
+}  // namespace
+
+PlayKeys::PlayKeys(forms::MainForm& form, Binder& binder, QWidget* parent)
+    : QWidget(parent), form_(form), binder_(binder), play_(MakeKey()), stop_(MakeKey()) {
+  setFixedSize(kPlace);
+  auto* const row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(kGap);
+  row->addWidget(play_);
+  row->addWidget(stop_);
+  play_->SetLook(Glyph::Play, DeckKey::Tone::Teal);
+  stop_->SetLook(Glyph::Stop, DeckKey::Tone::Amber);
+
+  QObject::connect(play_, &QPushButton::clicked, this, [this] {
+    binder_.ByHand(form_.cmdPlay, [this] { form_.cmdPlay.Press(forms::By::Hand); });
+  });
+  QObject::connect(stop_, &QPushButton::clicked, this, [this] {
+    forms::Command& command = StopCommand();
+    binder_.ByHand(command, [&command] { command.Press(forms::By::Hand); });
+  });
+  binder_.StandsFor(*play_, form_.cmdPlay);
+  binder_.StandsFor(*stop_, form_.cmdStop);
+  binder_.StandsFor(*stop_, form_.cmdImportCompleteSnipetStop);
+  const forms::Control* const shown[] = {&form_.cmdPlay, &form_.cmdStop,
+                                         &form_.cmdImportCompleteSnipetStop, &form_.frmMain};
+  for (const forms::Control* const control : shown) {
+    binder_.Watch(*control, [this] { Show(); });
+  }
+}
+
+DeckKey* PlayKeys::MakeKey() {
+  auto* const key = new DeckKey(Glyph::None, kPlace, this);
+  key->setFont(DeckFont(15, QFont::Bold));
+  return key;
+}
+
+forms::Command& PlayKeys::StopCommand() {
+  return form_.cmdStop.Visible ? form_.cmdStop : form_.cmdImportCompleteSnipetStop;
+}
+
+void PlayKeys::Show() {
+  const bool runs = form_.DeckRuns;
+  const bool previews = runs && !form_.cmdStop.Visible;
+  const bool both = previews && form_.cmdPlay.Enabled;
+  const int width = both ? (kPlace.width() - kGap) / 2 : kPlace.width();
+  ShowCommand(*play_, form_.cmdPlay);
+  ShowCommand(*stop_, StopCommand());
+  play_->setFixedWidth(width);
+  stop_->setFixedWidth(width);
+  play_->setVisible(!runs || both);
+  stop_->setVisible(runs);
+}
+
+void PlayKeys::ShowCommand(DeckKey& key, const forms::Command& command) {
+  key.setObjectName(ToQt(command.Name));
+  key.setText(ToQt(command.Caption.Get()));
+  key.setToolTip(ToQt(command.Tooltip.Get()));
+  key.setAccessibleName(WithoutMnemonic(command.Caption.Get()));
+  key.setEnabled(command.Enabled && command.Visible);
+}
+
+}  // namespace tavlo::platform::qt
