@@ -39,8 +39,9 @@ class Group:
         self.name = name
         self.broken = []
 
-    def figure(self, name, ours, other, unit, against, limit=None):
-        """Prints one figure. `limit` is the highest ratio that passes; none is a figure to know."""
+    def figure(self, name, ours, other, unit, against, limit=None, most=None):
+        """Prints one figure. `limit` is the highest ratio that passes, `most` the highest value of
+        ours; with neither it is a figure to know."""
         ratio = ours / other
         full = f"{self.name}.{name}"
         print(
@@ -50,6 +51,8 @@ class Group:
         )
         if limit is not None and ratio > limit:
             self.broken.append(f"{full}: the ratio {ratio:.2f} is above {limit:.2f}")
+        if most is not None and ours > most:
+            self.broken.append(f"{full}: {short(ours)} {unit} is above {short(most)}")
 
     def end(self):
         for line in self.broken:
