@@ -7,8 +7,7 @@
 #include <string>
 
 #include "lists/queue_list.h"
-#include "platform/disk/posix_disk.h"
-#include "platform/ffmpeg/ffmpeg_audio_file.h"
+#include "platform/desktop/scan_parts.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/sound/cubeb_player.h"
 #include "platform/sound/soundtouch_transform.h"
@@ -36,12 +35,12 @@ int main(int argc, char** argv) {
   forms::MainForm form(loop);
   forms::ConfigurationForm config(loop);
   window::MainWindow window(form, config, {});
-  platform::FfmpegAudioFile file;
+  platform::PosixDisk disk;
+  platform::FfmpegAudioFile file(platform::desktop::JustTestedBy(disk));
   platform::SoundTouchTransform transform;
   platform::CubebPlayer player(loop);
   const playback::Hooks hooks;
   playback::AudioEngine engine(loop, form, config, window, file, transform, player, hooks);
-  platform::PosixDisk disk;
   store::WorkFolders folders(disk, std::string(argv[1]) + "/Lyrane/TavloDeck");
   store::DocumentNames names(loop);
   lists::QueueList queue(loop, form, disk, folders, names, engine);

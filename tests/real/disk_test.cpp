@@ -54,6 +54,19 @@ TEST_F(DiskTest, ListingGivesPlainFilesOnly) {
   EXPECT_TRUE(disk.ListPlainFiles(folder.Path()).finished);
 }
 
+TEST_F(DiskTest, WhatAReadinessTestSawIsKnownForAMoment) {
+  std::int64_t now = 0;
+  PosixDisk watched([&now] { return now; });
+  const std::string path = folder.Write("a.wav", "sound");
+  EXPECT_FALSE(watched.JustTested(path).has_value());
+  ASSERT_EQ(watched.TestReadiness(path), Readiness::Free);
+  ASSERT_TRUE(watched.JustTested(path).has_value());
+  EXPECT_EQ(watched.JustTested(path)->facts, watched.Facts(path));
+  EXPECT_FALSE(watched.JustTested(folder / "b.wav").has_value());
+  now += PosixDisk::kJustNow + 1;
+  EXPECT_FALSE(watched.JustTested(path).has_value());
+}
+
 TEST_F(DiskTest, ListingOfAMissingFolderDoesNotStart) {
   EXPECT_FALSE(disk.ListPlainFiles(folder / "nothing").started);
   EXPECT_FALSE(disk.ListPlainFiles(folder.Write("file", "")).started);

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <optional>
 
+#include "platform/desktop/scan_parts.h"
 #include "platform/disk/instance_lock.h"
 #include "platform/disk/posix_disk.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
@@ -52,7 +53,7 @@ struct Program::Parts {
   PosixDisk disk;
   SqliteSettingsDatabases databases{
       store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
-  FfmpegAudioFile audioFile;
+  FfmpegAudioFile audioFile{JustTestedBy(disk)};
   SoundTouchTransform audioTransform;
   CubebPlayer audioPlayer{loop};
   shell::Deck deck{{.loop = loop,

@@ -200,7 +200,17 @@ store::Readiness PosixDisk::TestReadiness(const std::string& path) {
   if (lease == EAGAIN) return store::Readiness::InUse;
   const bool believed = lease == 0 && TrustsLeaseOn(file.Get(), status->st_dev);
   if (!believed && !StandsStill(path, FactsOf(*status))) return store::Readiness::InUse;
+  testedPath_ = path;
+  tested_ = {.inode = status->st_ino, .facts = FactsOf(*status)};
+  testedAt_ = clock_();
   return IsWritable(*status) ? store::Readiness::Free : store::Readiness::FreeReadOnly;
+}
+
+std::optional<PosixDisk::TestedFile> PosixDisk::JustTested(const std::string& path) const {
+  if (path != testedPath_) return {};
+  const std::int64_t age = clock_() - testedAt_;
+  if (age < 0 || age > kJustNow) return {};
+  return tested_;
 }
 
 bool PosixDisk::TrustsLeaseOn(int handle, dev_t device) {

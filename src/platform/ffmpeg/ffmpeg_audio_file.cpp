@@ -18,7 +18,10 @@ constexpr int kProcessInTrouble = -1;
 
 }  // namespace
 
-FfmpegAudioFile::FfmpegAudioFile() { QuietFfmpeg(); }
+FfmpegAudioFile::FfmpegAudioFile(MeasuredFiles::JustSeen justSeen)
+    : measured_(std::move(justSeen)) {
+  QuietFfmpeg();
+}
 
 bool FfmpegAudioFile::OpenFile(const std::string& path) {
   CloseFile();

@@ -17,7 +17,8 @@ namespace tavlo::platform {
 /// gone or has become another sound by then reads as exhausted.
 class FfmpegAudioFile : public playback::AudioFile {
  public:
-  FfmpegAudioFile();
+  /// `justSeen` may spare a rescan its one question to the disk for each file.
+  explicit FfmpegAudioFile(MeasuredFiles::JustSeen justSeen = {});
 
   [[nodiscard]] bool OpenFile(const std::string& path) override;
   void CloseFile() override;

@@ -18,11 +18,16 @@ const SoundFigures* MeasuredFiles::Find(const std::string& path) {
     Remember(path, entry.identity, entry.figures);
     found = recent_.find(path);
   }
-  const auto identity = IdentityOf(path);
+  const auto identity = PresentIdentity(path);
   if (identity && *identity == found->second.identity) return &found->second.figures;
   recent_.erase(found);
   older_.erase(path);
   return nullptr;
+}
+
+std::optional<FileIdentity> MeasuredFiles::PresentIdentity(const std::string& path) const {
+  const auto seen = justSeen_ ? justSeen_(path) : std::nullopt;
+  return seen ? seen : IdentityOf(path);
 }
 
 void MeasuredFiles::Remember(const std::string& path, const FileIdentity& identity,

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "platform/ffmpeg/plain_file.h"
 
@@ -20,6 +23,11 @@ struct SoundFigures {
 /// twice as many at most (some 20 MB).
 class MeasuredFiles {
  public:
+  /// What somebody saw of the file a moment ago, which spares asking the disk again; nothing when
+  /// nobody did.
+  using JustSeen = std::function<std::optional<FileIdentity>(const std::string& path)>;
+  explicit MeasuredFiles(JustSeen justSeen = {}) : justSeen_(std::move(justSeen)) {}
+
   /// The figures of the file that has this path now; nullptr when it was not measured, has changed
   /// or is gone. Valid until the next call.
   const SoundFigures* Find(const std::string& path);
@@ -32,6 +40,9 @@ class MeasuredFiles {
   };
   using Entries = std::unordered_map<std::string, Entry>;
 
+  std::optional<FileIdentity> PresentIdentity(const std::string& path) const;
+
+  JustSeen justSeen_;
   Entries recent_;
   Entries older_;
 };
