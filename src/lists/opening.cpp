@@ -30,7 +30,7 @@ Opening::Opening(base::Loop& loop, forms::MainForm& form, forms::ConfigurationFo
 void Opening::GetSelectedJob() {
   engine_.tmrPlaySnipet.Stop();
   if (SelectedQueueFile.empty()) return;
-  preview_.Prepare(loop_, folders_.InQueuePath + SelectedQueueFile);
+  if (!preview_.Prepare(loop_, folders_.InQueuePath + SelectedQueueFile)) return;
   names_.ParseDocumentName(SelectedQueueFile);
   transport_.SavedPosition = names_.Record.SavedPosition;
   FillStatusBar();

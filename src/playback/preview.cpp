@@ -18,12 +18,15 @@ Preview::Preview(forms::MainForm& form, forms::ConfigurationForm& config,
   form_.cmdImportCompleteSnipetStop.OnPress = [this] { EndByHand(); };
 }
 
-void Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
+bool Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
+  const std::uint64_t selection = ++lastSelection_;
   engine_.StopPlay();
   form_.cmdPlay.Enabled = false;
-  window_.guards.ListPauseActive = true;
-  loop.Yield();
-  window_.guards.ListPauseActive = false;
+  {
+    const window::Raised pause(window_.guards.ListPauseActive);
+    loop.Yield();
+  }
+  if (selection != lastSelection_) return false;
   engine_.CloseFile();
   form_.cmdImportCompleteSnipetStop.Enabled = true;
   form_.cmdImportCompleteSnipetStop.Visible = true;
@@ -31,6 +34,7 @@ void Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
   form_.slPosition.Value = 0;
   form_.lblFilePositionHMS.Value = "00:00:00";
   engine_.CurrentSamplePosition = 0;
+  return true;
 }
 
 bool Preview::Start(const std::string& emptyPrompt) {

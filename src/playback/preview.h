@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "playback/transport.h"
@@ -13,8 +14,10 @@ class Preview {
           AudioEngine& engine, Transport& transport, const Hooks& hooks);
 
   /// What a selection does before anything sounds: playback stops, the file is closed, the position
-  /// goes to the beginning. Yields to the loop once, with Play refused meanwhile.
-  void Prepare(base::Loop& loop, const std::string& documentPath);
+  /// goes to the beginning. Yields to the loop once, with Play refused meanwhile. False when
+  /// another selection came in that moment: what it prepared stands then, and nothing is left to
+  /// do.
+  [[nodiscard]] bool Prepare(base::Loop& loop, const std::string& documentPath);
   /// Sounds the beginning of the prepared document for as long as the setting says; nothing when it
   /// says 0. A document with nothing to play is explained; `emptyPrompt` speaks for an empty one.
   /// False when there was something to play and it could not be.
@@ -30,6 +33,8 @@ class Preview {
   AudioEngine& engine_;
   Transport& transport_;
   const Hooks& hooks_;
+  /// Counts the selections, so that one that was overtaken can tell.
+  std::uint64_t lastSelection_ = 0;
 };
 
 }  // namespace tavlo::playback

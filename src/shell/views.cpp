@@ -52,10 +52,11 @@ void Views::LeaveView() {
   form_.cmdImportCompleteSnipetStop.Visible = true;
   transport_.StopWind();
   engine_.StopPlay();
-  window_.guards.ListPauseActive = true;
   window_.DisableWindowControls();
-  loop_.Yield();
-  window_.guards.ListPauseActive = false;
+  {
+    const window::Raised pause(window_.guards.ListPauseActive);
+    loop_.Yield();
+  }
   window_.EnableWindowControls();
 }
 

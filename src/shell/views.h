@@ -26,7 +26,6 @@ class Views {
   void ShowQueue();
   void LeaveView();
   void ShowAbout();
-  void ShowConfiguration();
   void ShowEqualizer();
 
   base::Loop& loop_;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
@@ -16,6 +17,19 @@ struct Guards {
   bool ListPauseActive = false;     ///< A list change is inside a wait; Play is refused.
   bool QuietRefresh = false;   ///< A refresh that nobody asked for: no prompt, no focus change.
   bool PlayRequested = false;  ///< Play came from the user and the document is still in work.
+};
+
+/// Raises a flag for as long as it lives, so that a command that fails on its way leaves it behind
+/// like one that ends.
+class Raised {
+ public:
+  explicit Raised(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  ~Raised() { flag_ = before_; }
+  Raised(const Raised&) = delete;
+
+ private:
+  bool& flag_;
+  const bool before_;
 };
 
 class MainWindow {

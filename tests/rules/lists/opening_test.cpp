@@ -123,6 +123,21 @@ TEST_F(OpeningTest, SavedDocumentPlaysFromItsPosition) {
   EXPECT_EQ(file.Seeks.back(), 40'000);
 }
 
+TEST_F(OpeningTest, LastOfTwoClicksInOneMomentIsWhatOpens) {
+  const std::string last = Document().By("Last").Name();
+  Drop(last);
+  queue.RefreshQueueList();
+  loop.Post([&] { ClickRowOf(last); });
+  ClickRowOf(name);
+  EXPECT_EQ(opening.SelectedQueueFile, last);
+  EXPECT_EQ(engine.CurrentDocumentPath, folders.InQueuePath + last);
+  EXPECT_EQ(form.StatusBar1.Panels.Get()[2], "Last");
+  EXPECT_EQ(file.Seeks.size(), 1u);
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_TRUE(form.cmdPlay.Enabled);
+  EXPECT_FALSE(window.guards.ListPauseActive);
+}
+
 TEST_F(OpeningTest, ClickIsRefusedWhileADocumentIsInWork) {
   ClickRowOf(name);
   form.cmdPlay.Press(By::Hand);

@@ -12,10 +12,7 @@ using base::operator""s;
 using forms::By;
 
 struct PreviewTest : testing::Test, PlaybackBench {
-  bool Select() {
-    preview.Prepare(loop, "/doc.wav");
-    return preview.Start("EmptyDocErr");
-  }
+  bool Select() { return preview.Prepare(loop, "/doc.wav") && preview.Start("EmptyDocErr"); }
 };
 
 TEST_F(PreviewTest, SelectionSoundsTheBeginningForASecondMoreThanAsked) {

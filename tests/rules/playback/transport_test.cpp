@@ -98,7 +98,7 @@ TEST_F(TransportTest, SavedPositionBeyondTheEndIsCutToIt) {
 
 TEST_F(TransportTest, PreviewBeforeItDoesNotCancelTheSavedPosition) {
   transport.SavedPosition = 40'000;
-  preview.Prepare(loop, "/doc.wav");
+  ASSERT_TRUE(preview.Prepare(loop, "/doc.wav"));
   ASSERT_TRUE(preview.Start("EmptyDocErr"));
   loop.Advance(2s);
   Play();
