@@ -31,6 +31,9 @@ void Refresh::UpdateFileList() {
   engine_.CloseFile();
   {
     const forms::Hourglass hourglass(form_.frmMain);
+    // What Play or a click would begin in the waits, the rest of the refresh would cut short.
+    const window::Raised pause(window_.guards.ListPauseActive);
+    form_.listViewInQueue.Enabled = false;
     form_.frameInQueue.Caption = "Queue";
     form_.listViewInQueue.Visible = false;
     form_.cmdUpdateFileList.Visible = false;
@@ -40,6 +43,7 @@ void Refresh::UpdateFileList() {
     queue_.RefreshQueueList();
     form_.listViewInQueue.Visible = true;
     loop_.Wait(500ms);
+    form_.listViewInQueue.Enabled = true;
     form_.cmdUpdateFileList.Visible = true;
     SetMenusEnabled(true);
     form_.cmdPlay.Enabled = false;

@@ -58,6 +58,27 @@ TEST_F(RefreshTest, SecondPressDuringARefreshIsDropped) {
   EXPECT_EQ(retrievals, 1);
 }
 
+TEST_F(RefreshTest, NeitherPlayNorARowIsToBeHadWhileARefreshWaits) {
+  queue.RefreshQueueList();
+  form.listViewInQueue.RowClick(0);
+  for (const auto moment : {250ms, 750ms}) {
+    base::Timer hand(loop, "hand", moment);
+    hand.OnTick = [&] {
+      hand.Stop();
+      form.listViewInQueue.RowClick(0);
+      form.cmdPlay.Enabled = true;
+      form.cmdPlay.Press(By::Hand);
+    };
+    hand.Start();
+    form.cmdUpdateFileList.Press(By::Hand);
+    EXPECT_FALSE(form.cmdSkip.Enabled);
+    EXPECT_TRUE(form.frameFiles.Visible);
+    EXPECT_EQ(form.listViewInQueue.ListIndex, -1);
+  }
+  EXPECT_TRUE(form.listViewInQueue.Enabled);
+  EXPECT_FALSE(window.guards.ListPauseActive);
+}
+
 TEST_F(RefreshTest, QuietRefreshNeitherSpeaksNorTakesTheFocus) {
   window.guards.QuietRefresh = true;
   form.cmdUpdateFileList.Press();
