@@ -55,9 +55,13 @@ Finishing::Finishing(base::Loop& loop, forms::MainForm& form, forms::Configurati
 }
 
 void Finishing::Finish(Way way) {
+  // Another list change is inside a wait: it may be about to select something else.
+  if (window_.guards.ListPauseActive) return;
   if (form_.frmMain.WindowShape == forms::Shape::Normal) window_.SavePlayerPosition();
   window_.guards.PlayRequested = false;
   DisableTransportButtons();
+  // A click in the yield below would change which document is stored.
+  form_.listViewInQueue.Enabled = false;
   {
     const Transition transition(window_.guards);
     form_.frmMain.WindowShape = forms::Shape::Normal;
@@ -87,6 +91,8 @@ void Finishing::LeaveDocument() {
 void Finishing::StoreOutcome(Way way) {
   if (way == Way::Skip) return;
   form_.slPosition.Value = 0;
+  // Without a name the paths below are those of whole folders.
+  if (opening_.SelectedQueueFile.empty()) return;
   const double position = way == Way::Save ? engine_.CurrentSamplePosition : 0.0;
   store::WriteSavedPosition(position, opening_.SelectedQueueFile, folders_, moves_);
   if (way == Way::Complete) MoveToCompleted();
@@ -103,7 +109,6 @@ void Finishing::ReturnToList() {
   form_.lblFilePositionHMS.Value = "00:00:00";
   SetEnabled({&form_.cmdSkip, &form_.cmdComplete, &form_.cmdSave}, false);
   form_.listViewInQueue.Visible = true;
-  // Play locked the list; it must be free again for what the user clicks next.
   SetEnabled({&form_.cmdUpdateFileList, &form_.listViewInQueue}, true);
   window_.LeaveMiniPlayer();
   SetEnabled(

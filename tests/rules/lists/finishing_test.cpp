@@ -186,6 +186,41 @@ TEST_F(FinishingTest, AutoQueueWithOnlySavedRowsLeftSelectsNothing) {
   EXPECT_FALSE(form.cmdPlay.Enabled);
 }
 
+TEST_F(FinishingTest, CompleteWithNothingSelectedTouchesNoFile) {
+  form.cmdComplete.Enabled = true;
+  const auto changes = disk.Changes();
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(disk.Changes(), changes);
+  EXPECT_EQ(disk.NamesIn(folders.InQueuePath), Prompts{name});
+  EXPECT_EQ(Rows(), 1);
+}
+
+TEST_F(FinishingTest, ClickInTheMomentOfLeavingDoesNotChangeWhichDocumentIsCompleted) {
+  const std::string other = Document().By("Other").Name();
+  Drop(other);
+  queue.RefreshQueueList();
+  WorkOn(name, 0);
+  form.cmdComplete.Enabled = true;
+  form.listViewInQueue.Enabled = true;
+  form.frameFiles.Visible = true;
+  loop.Post([&] { ClickRowOf(other); });
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(disk.NamesIn(folders.CompletedPath()), Prompts{name});
+  EXPECT_EQ(disk.NamesIn(folders.InQueuePath), Prompts{other});
+}
+
+TEST_F(FinishingTest, CompletePressedInTheMomentOfSelectingIsDropped) {
+  const std::string other = Document().By("Other").Name();
+  Drop(other);
+  queue.RefreshQueueList();
+  ClickRowOf(name);
+  form.cmdComplete.Enabled = true;
+  loop.Post([&] { form.cmdComplete.Press(By::Hand); });
+  ClickRowOf(other);
+  EXPECT_TRUE(disk.NamesIn(folders.CompletedPath()).empty());
+  EXPECT_EQ(opening.SelectedQueueFile, other);
+}
+
 TEST_F(FinishingTest, FinishingCountsAsTheUsersActAndAsALookAtTheWork) {
   WorkOn(name, 0);
   actions = 0;
