@@ -1,7 +1,5 @@
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <QPoint>
 #include <QString>
 #include <cstdint>
@@ -10,6 +8,7 @@
 #include <string>
 
 #include "platform/qt/qt_loop.h"
+#include "support/hands.h"
 
 class QWidget;
 
@@ -19,9 +18,7 @@ namespace tavlo::test {
 /// the way it does on a desk. Widgets are found by their control's name.
 class Typist {
  public:
-  explicit Typist(platform::qt::QtLoop& loop);
-  ~Typist();
-  Typist(const Typist&) = delete;
+  explicit Typist(platform::qt::QtLoop& loop) : loop_(loop) {}
 
   /// The visible widget of that name; fails the test and returns null when there is none.
   QWidget* Widget(const QString& name) const;
@@ -54,16 +51,8 @@ class Typist {
   void Picture(const std::string& name);
 
  private:
-  void Button(std::uint8_t type);
-  void Key(std::uint8_t type, std::uint32_t symbol);
-  void Pointer(QPoint place);
-  void Flush();
-  xcb_atom_t Atom(const std::string& name) const;
-  std::uint8_t KeyCode(std::uint32_t symbol) const;
-
   platform::qt::QtLoop& loop_;
-  xcb_connection_t* connection_;
-  xcb_window_t root_;
+  Hands hands_;
 };
 
 }  // namespace tavlo::test

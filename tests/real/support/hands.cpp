@@ -1,0 +1,109 @@
+#include "support/hands.h"
+
+#include <gtest/gtest.h>
+#include <xcb/xtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <memory>
+
+namespace tavlo::test {
+
+Hands::Hands()
+    : connection_(xcb_connect(nullptr, nullptr)),
+      root_(xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root) {}
+
+Hands::~Hands() { xcb_disconnect(connection_); }
+
+void Hands::Fake(std::uint8_t type, std::uint8_t detail, int x, int y) {
+  xcb_test_fake_input(connection_, type, detail, XCB_CURRENT_TIME, root_,
+                      static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+}
+
+void Hands::Flush() {
+  // The answer to a question comes after everything that was asked before it has been done.
+  std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+}
+
+void Hands::MoveTo(int x, int y) {
+  Fake(XCB_MOTION_NOTIFY, 0, x, y);
+  Flush();
+}
+
+void Hands::Press() {
+  Fake(XCB_BUTTON_PRESS, 1);
+  Flush();
+}
+
+void Hands::Release() {
+  Fake(XCB_BUTTON_RELEASE, 1);
+  Flush();
+}
+
+void Hands::ClickAt(int x, int y) {
+  MoveTo(x, y);
+  Press();
+  Release();
+}
+
+void Hands::Keys(std::initializer_list<std::uint32_t> symbols) {
+  for (const std::uint32_t symbol : symbols) Fake(XCB_KEY_PRESS, KeyCode(symbol));
+  for (auto symbol = std::rbegin(symbols); symbol != std::rend(symbols); ++symbol) {
+    Fake(XCB_KEY_RELEASE, KeyCode(*symbol));
+  }
+  Flush();
+}
+
+std::uint8_t Hands::KeyCode(std::uint32_t symbol) const {
+  const xcb_setup_t* const setup = xcb_get_setup(connection_);
+  const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
+  const std::unique_ptr<xcb_get_keyboard_mapping_reply_t, void (*)(void*)> mapping(
+      xcb_get_keyboard_mapping_reply(
+          connection_, xcb_get_keyboard_mapping(connection_, setup->min_keycode, count), nullptr),
+      std::free);
+  const xcb_keysym_t* const symbols = xcb_get_keyboard_mapping_keysyms(mapping.get());
+  for (int code = 0; code < count; ++code) {
+    if (symbols[code * mapping->keysyms_per_keycode] == symbol) {
+      return static_cast<std::uint8_t>(setup->min_keycode + code);
+    }
+  }
+  ADD_FAILURE() << "no key gives the symbol " << symbol;
+  return 0;
+}
+
+xcb_atom_t Hands::Atom(const std::string& name) const {
+  const std::unique_ptr<xcb_intern_atom_reply_t, void (*)(void*)> reply(
+      xcb_intern_atom_reply(
+          connection_,
+          xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()),
+          nullptr),
+      std::free);
+  return reply->atom;
+}
+
+void Hands::BringForward(xcb_window_t window) {
+  constexpr std::uint32_t kTaskBar = 2;
+  Ask(window, "_NET_ACTIVE_WINDOW", {kTaskBar, XCB_CURRENT_TIME});
+}
+
+void Hands::PressClose(xcb_window_t window) {
+  constexpr std::uint32_t kTaskBar = 2;
+  Ask(window, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, kTaskBar});
+}
+
+void Hands::Ask(xcb_window_t window, const std::string& wish,
+                const std::array<std::uint32_t, 2>& data) {
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = window;
+  message.type = Atom(wish);
+  std::copy(data.begin(), data.end(), message.data.data32);
+  xcb_send_event(connection_, 0, root_,
+                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&message));
+  Flush();
+}
+
+}  // namespace tavlo::test

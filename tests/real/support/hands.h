@@ -1,0 +1,47 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <array>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
+namespace tavlo::test {
+
+/// The keyboard and the mouse of the display: what is done here reaches whatever program shows
+/// there the way it does on a desk. Places are pixels of the screen. Each call returns when the
+/// display has taken the input; what a program makes of it comes later.
+class Hands {
+ public:
+  Hands();
+  ~Hands();
+  Hands(const Hands&) = delete;
+
+  void MoveTo(int x, int y);
+  void Press();
+  void Release();
+  void ClickAt(int x, int y);
+  /// Presses the keys together (X key symbols, modifiers first) and lets them go.
+  void Keys(std::initializer_list<std::uint32_t> symbols);
+
+  /// The connection to the display, for who looks at it as well.
+  xcb_connection_t* Connection() const { return connection_; }
+  xcb_window_t Root() const { return root_; }
+  xcb_atom_t Atom(const std::string& name) const;
+  /// Asks the window manager for a window, as a click in a task bar does.
+  void BringForward(xcb_window_t window);
+  /// Presses the close button of a window's frame.
+  void PressClose(xcb_window_t window);
+
+ private:
+  void Ask(xcb_window_t window, const std::string& wish, const std::array<std::uint32_t, 2>& data);
+  void Fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
+  void Flush();
+  std::uint8_t KeyCode(std::uint32_t symbol) const;
+
+  xcb_connection_t* connection_;
+  xcb_window_t root_;
+};
+
+}  // namespace tavlo::test
