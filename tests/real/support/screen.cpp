@@ -1,0 +1,102 @@
+#include "support/screen.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <thread>
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+template <typename Reply>
+using Owned = std::unique_ptr<Reply, void (*)(void*)>;
+
+constexpr std::uint32_t kMostWords = 1024;
+
+SeenWindow Find(const std::vector<SeenWindow>& windows,
+                const std::function<bool(const SeenWindow&)>& wanted) {
+  const auto found = std::find_if(windows.begin(), windows.end(), wanted);
+  return found == windows.end() ? SeenWindow{} : *found;
+}
+
+}  // namespace
+
+std::string Screen::Text(xcb_window_t window, const char* property) const {
+  xcb_connection_t* const display = hands.Connection();
+  const Owned<xcb_get_property_reply_t> reply(
+      xcb_get_property_reply(display,
+                             xcb_get_property(display, 0, window, hands.Atom(property),
+                                              XCB_GET_PROPERTY_TYPE_ANY, 0, kMostWords),
+                             nullptr),
+      std::free);
+  if (!reply) return {};
+  return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::vector<std::uint32_t> Screen::Numbers(xcb_window_t window, const char* property) const {
+  const std::string bytes = Text(window, property);
+  std::vector<std::uint32_t> numbers(bytes.size() / sizeof(std::uint32_t));
+  std::copy_n(bytes.data(), numbers.size() * sizeof(std::uint32_t),
+              reinterpret_cast<char*>(numbers.data()));
+  return numbers;
+}
+
+SeenWindow Screen::Look(xcb_window_t window) const {
+  xcb_connection_t* const display = hands.Connection();
+  SeenWindow seen{.id = window, .title = Text(window, "_NET_WM_NAME")};
+  const auto types = Numbers(window, "_NET_WM_WINDOW_TYPE");
+  const auto is = [&](const char* type) {
+    return std::find(types.begin(), types.end(), hands.Atom(type)) != types.end();
+  };
+  seen.box = is("_NET_WM_WINDOW_TYPE_DIALOG");
+  seen.splash = is("_NET_WM_WINDOW_TYPE_SPLASH");
+  const Owned<xcb_get_geometry_reply_t> size(
+      xcb_get_geometry_reply(display, xcb_get_geometry(display, window), nullptr), std::free);
+  const Owned<xcb_translate_coordinates_reply_t> place(
+      xcb_translate_coordinates_reply(
+          display, xcb_translate_coordinates(display, window, hands.Root(), 0, 0), nullptr),
+      std::free);
+  if (size && place) {
+    seen.x = place->dst_x;
+    seen.y = place->dst_y;
+    seen.width = size->width;
+    seen.height = size->height;
+  }
+  return seen;
+}
+
+std::vector<SeenWindow> Screen::Windows() const {
+  std::vector<SeenWindow> windows;
+  for (const xcb_window_t window : Numbers(hands.Root(), "_NET_CLIENT_LIST")) {
+    windows.push_back(Look(window));
+  }
+  return windows;
+}
+
+SeenWindow Screen::Box(std::string_view title) const {
+  return Find(Windows(), [&](const SeenWindow& seen) { return seen.box && seen.title == title; });
+}
+
+SeenWindow Screen::Splash() const {
+  return Find(Windows(), [](const SeenWindow& seen) { return seen.splash; });
+}
+
+SeenWindow Screen::Deck() const {
+  return Find(Windows(), [](const SeenWindow& seen) {
+    return !seen.box && !seen.splash && seen.title == "Tavlo Deck";
+  });
+}
+
+bool Until(const std::function<bool()>& condition, std::chrono::milliseconds patience) {
+  const auto end = std::chrono::steady_clock::now() + patience;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(20ms);
+  }
+  return true;
+}
+
+}  // namespace tavlo::test

@@ -1,0 +1,44 @@
+#include "support/started_program.h"
+
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support/screen.h"
+
+namespace tavlo::test {
+
+StartedProgram::StartedProgram(const std::string& program, const std::string& home)
+    : process_(::fork()) {
+  if (process_ != 0) return;
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  ::setenv("HOME", home.c_str(), 1);
+  ::unsetenv("XDG_CONFIG_HOME");
+  ::unsetenv("XDG_CACHE_HOME");
+  ::execl(program.c_str(), program.c_str(), nullptr);
+  ::_exit(127);
+}
+
+bool StartedProgram::Running() {
+  int status = 0;
+  if (!status_ && ::waitpid(process_, &status, WNOHANG) == process_) {
+    status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
+  return !status_;
+}
+
+std::optional<int> StartedProgram::ExitStatus(std::chrono::milliseconds patience) {
+  Until([this] { return !Running(); }, patience);
+  return status_;
+}
+
+void StartedProgram::Kill() {
+  if (!Running()) return;
+  ::kill(process_, SIGKILL);
+  ::waitpid(process_, nullptr, 0);
+  status_ = 128 + SIGKILL;
+}
+
+}  // namespace tavlo::test
