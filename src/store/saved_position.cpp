@@ -1,5 +1,8 @@
 #include "store/saved_position.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include "base/text.h"
@@ -25,7 +28,9 @@ std::string WithSavedPosition(const std::string& name, double position) {
   // As many characters are kept behind the field as stand before its end: all, in any name whose
   // head is longer than its priority and extension.
   const std::size_t kept = base::CharacterCount(text.substr(0, lastBlank)) + 1;
-  return std::string(text.substr(0, fieldBegin)) + base::NumberText(position) +
+  // Beyond the parser's last number the name would not parse any more.
+  const double parsed = std::min(position, double{std::numeric_limits<std::int32_t>::max()});
+  return std::string(text.substr(0, fieldBegin)) + base::NumberText(parsed) +
          std::string(FirstCharacters(text.substr(lastBlank), kept));
 }
 

@@ -110,6 +110,14 @@ TEST_F(SavedPositionTest, PositionThatMakesTheNameTooLongForTheDiskKeepsTheOldNa
   EXPECT_TRUE(disk.Has(folders.InQueuePath + name));
 }
 
+TEST_F(SavedPositionTest, PositionThatTheParserWouldRefuseIsTheLastThatItTakes) {
+  const auto selected = Write(Document().By("Okafor").Name(), 3e9);
+  EXPECT_EQ(selected, Document().By("Okafor").Saved(2'147'483'647).Name());
+  store::DocumentNames names(loop);
+  names.ParseDocumentName(selected);
+  EXPECT_EQ(names.Record.AuthorName, "Okafor");
+}
+
 TEST_F(SavedPositionTest, DocumentThatHasVanishedKeepsItsNameSelected) {
   std::string selected = Document().Name();
   store::WriteSavedPosition(5, selected, folders, moves);
