@@ -1,6 +1,7 @@
 #include "window/alert_options.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <utility>
 
@@ -12,7 +13,8 @@ namespace {
 /// Twenty ticks make one check.
 constexpr int kMillisecondsASecond = 50;
 
-/// Longest interval that the timer takes; what is typed has no bound.
+/// Intervals that the timer takes; what is stored or typed has no bound.
+constexpr double kShortestSeconds = 1;
 constexpr double kLongestSeconds = 10'000'000;
 
 }  // namespace
@@ -56,7 +58,8 @@ void AlertOptions::Open() {
 }
 
 base::Duration AlertOptions::IntervalOf(const forms::Text& seconds) {
-  const double bounded = std::min(base::NumberValue(seconds.Value.Get()), kLongestSeconds);
+  const double bounded =
+      std::clamp(base::NumberValue(seconds.Value.Get()), kShortestSeconds, kLongestSeconds);
   return base::Duration(static_cast<std::int64_t>(bounded * kMillisecondsASecond * 1000));
 }
 
@@ -97,7 +100,8 @@ void AlertOptions::ClickAlert() {
 }
 
 void AlertOptions::ChangeInterval(forms::Text& seconds, const forms::Choice& inUse) {
-  const double number = std::max(base::NumberValue(seconds.Value.Get()), 1.0);
+  const double number =
+      std::max(std::trunc(base::NumberValue(seconds.Value.Get())), kShortestSeconds);
   const std::string kept = base::NumberText(number);
   if (seconds.Value.Get() != kept) {
     // The handler runs again for this write and does the rest there.

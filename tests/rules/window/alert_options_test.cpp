@@ -136,6 +136,18 @@ TEST_F(AlertOptionsTest, IntervalInUseRestartsTheTimerAndTheOtherDoesNot) {
   EXPECT_EQ(restarts, std::vector<base::Duration>{500ms});
 }
 
+TEST_F(AlertOptionsTest, IntervalIsAWholeNumber) {
+  OpenWith("A");
+  config.txtNewDictationAlertInterval.Change("2.9");
+  EXPECT_EQ(config.txtNewDictationAlertInterval.Value.Get(), "2");
+  config.txtNewDictationAlertInterval.Change("0.5");
+  EXPECT_EQ(config.txtNewDictationAlertInterval.Value.Get(), "1");
+}
+
+TEST_F(AlertOptionsTest, IntervalThatIsNotStoredIsASecond) {
+  EXPECT_EQ(window::AlertOptions::IntervalOf(config.txtAutoQueueRefreshInterval), 50ms);
+}
+
 TEST_F(AlertOptionsTest, IntervalBeyondAllBoundsStaysWithinTheTimers) {
   OpenWith("A");
   config.txtNewDictationAlertInterval.Change(std::string(300, '9'));
