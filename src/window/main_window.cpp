@@ -1,5 +1,7 @@
 #include "window/main_window.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include "base/text.h"
@@ -13,7 +15,12 @@ using forms::Twips;
 /// A full window is at least this high; what is lower is a mini-player on its way.
 constexpr Twips kLowestFullHeight = 6001;
 
-Twips TwipsOf(const std::string& text) { return static_cast<Twips>(base::WholeNumberValue(text)); }
+/// No screen is as large; what is stored has no bound.
+constexpr std::int64_t kFarthest = 1'000'000;
+
+Twips TwipsOf(const std::string& text) {
+  return static_cast<Twips>(std::clamp(base::WholeNumberValue(text), -kFarthest, kFarthest));
+}
 
 }  // namespace
 
@@ -50,7 +57,8 @@ void MainWindow::SetWindowControlsEnabled(bool enabled) {
 }
 
 void MainWindow::EnterMiniPlayer() {
-  if (MiniPlayerShows()) SavePlayerPosition();
+  // A minimized window still has the place that it had before; it was not put there as a player.
+  if (MiniPlayerShows() && form_.frmMain.WindowShape == Shape::Normal) SavePlayerPosition();
   form_.frameFiles.Visible = false;
   form_.framePlayer.Top = 0;
   if (config_.txtMinimizeMiniPlayer.Value.Get() == "Y") {

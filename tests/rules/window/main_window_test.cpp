@@ -29,6 +29,14 @@ TEST_F(MainWindowTest, PlaceOnTheScreenIsStored) {
   EXPECT_EQ(placesStored, 1);
 }
 
+TEST_F(MainWindowTest, StoredFiguresBeyondAllMeasureDoNotWrap) {
+  form.txtTitleBarHeight.Value = "4294967295";
+  window.PlayerLeftText = "4294967295";
+  Play();
+  EXPECT_GT(form.frmMain.Height, form.framePlayer.Height);
+  EXPECT_GT(form.frmMain.Left, 0);
+}
+
 TEST_F(MainWindowTest, HandResizingInTheFullShapeIsTheNewFullSize) {
   form.frmMain.Place(0, 0, 15'000, 9000, Shape::Normal);
   EXPECT_EQ(window.WindowHeight, 9000);
