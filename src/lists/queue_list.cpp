@@ -38,13 +38,13 @@ void QueueList::RefreshQueueList() {
     loop_.Breathe();
     if (ScanFile(scanFileName) == Step::EndScan) return;
   }
+  engine_.CloseFile();
   if (!walk.finished) {
     loop_.Show(folders_.QueueNetworkFault());
     return;
   }
   WriteCaption();
   SortByPriorityAndAge(form_.listViewInQueue);
-  engine_.CloseFile();
 }
 
 QueueList::Step QueueList::ScanFile(const std::string& scanFileName) {

@@ -18,8 +18,8 @@ bool SimulatedAudioFile::OpenFile(const std::string& path) {
   ++OpenCount;
   open_ = nullptr;
   position_ = 0;
-  status_ = InTrouble ? -1 : 0;
-  if (InTrouble) return false;
+  status_ = InTrouble || path == TroubleWith ? -1 : 0;
+  if (status_ < 0) return false;
   const auto found = Sounds.find(path);
   if (found == Sounds.end()) return false;
   open_ = &found->second;

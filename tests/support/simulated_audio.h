@@ -27,6 +27,8 @@ class SimulatedAudioFile : public playback::AudioFile {
   std::map<std::string, SimulatedSound> Sounds;
   /// The process has no handles left: the next open fails with a negative status.
   bool InTrouble = false;
+  /// The same for the file at this path only.
+  std::string TroubleWith;
   int OpenCount = 0;
   std::vector<SampleCount> Seeks;
 

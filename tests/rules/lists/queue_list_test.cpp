@@ -135,12 +135,13 @@ TEST_F(QueueListTest, FileThatIsNoAudioStandsWithLengthZero) {
 
 TEST_F(QueueListTest, NegativeStatusEndsTheScanWithTheRowsMadeSoFar) {
   Drop(Document().By("A"));
-  Drop(Document().By("B"));
+  file.TroubleWith = Drop(Document().By("B"));
+  Drop(Document().By("C"));
+  form.frameInQueue.Caption = "Queue";
   queue.RefreshQueueList();
-  file.InTrouble = true;
-  queue.RefreshQueueList();
-  EXPECT_EQ(Rows(), 0);
-  EXPECT_EQ(Caption(), "Queue:     2     00:00:20");
+  ASSERT_EQ(Rows(), 1);
+  EXPECT_EQ(Cell(0, column::Author), "A");
+  EXPECT_EQ(Caption(), "Queue");
   EXPECT_TRUE(loop.Shown.empty());
 }
 
@@ -165,6 +166,7 @@ TEST_F(QueueListTest, WalkThatBreaksOffShowsTheBoxAndKeepsTheRowsMadeSoFar) {
   queue.RefreshQueueList();
   EXPECT_EQ(loop.Shown.size(), 1u);
   EXPECT_EQ(Rows(), 2);
+  EXPECT_FALSE(file.IsOpen());
 }
 
 TEST_F(QueueListTest, FoldersLinksAndDotFilesAreNoDocuments) {
@@ -177,11 +179,17 @@ TEST_F(QueueListTest, FoldersLinksAndDotFilesAreNoDocuments) {
 }
 
 TEST_F(QueueListTest, FileThatVanishesAfterTheListingLeavesTheRestAlone) {
+  Drop(Document().By("First"));
   const std::string gone = Drop(Document().By("Gone"));
-  Drop(Document().By("Here"));
-  file.Sounds.erase(gone);
+  Drop(Document().By("Last"));
+  base::Timer other(loop, "other", base::Duration{1}, base::TimerKind::Feed);
+  other.OnTick = [&] { disk.Remove(gone); };
+  other.Start();
+  loop.Busy(base::Duration{1});
   queue.RefreshQueueList();
-  EXPECT_EQ(RowOf(Document().By("Here").Name()) >= 0, true);
+  EXPECT_FALSE(disk.Has(gone));
+  EXPECT_EQ(Rows(), 2);
+  EXPECT_EQ(Caption(), "Queue:     2     00:00:20");
 }
 
 TEST_F(QueueListTest, ScanStopsWhatPlaysAndLeavesNoFileOpen) {
