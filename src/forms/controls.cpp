@@ -85,6 +85,10 @@ void Choice::Click() {
   RunByHand([this] { Value = ChoiceKind == Kind::Option || !Value; });
 }
 
+int Span::Nearest(std::int64_t number) const {
+  return static_cast<int>(std::clamp<std::int64_t>(number, minimum, maximum));
+}
+
 Range::Range(Pane* parent, std::string name, const First& first, const Span& span)
     : Control(parent, std::move(name), first), Bounds(span), Value(*this, span.value, &OnChange) {}
 
@@ -93,13 +97,22 @@ Range::Position& Range::Position::operator=(int value) {
   return *this;
 }
 
-void Range::Press() { RunByHand(OnPress); }
+void Range::Press() {
+  held_ = Reachable();
+  RunByHand(OnPress);
+}
 
 void Range::Change(int value) {
   RunByHand([this, value] { Value = value; });
 }
 
-void Range::Release() { RunByHand(OnRelease); }
+void Range::Release() {
+  if (!std::exchange(held_, false)) {
+    RunByHand(OnRelease);
+  } else if (OnRelease) {
+    Home().EventLoop().RunEvent(Name, OnRelease);
+  }
+}
 
 Table::Table(Pane* parent, std::string name, const First& first)
     : Control(parent, std::move(name), first), ListIndex(*this, -1, &OnSelect) {}

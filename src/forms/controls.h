@@ -164,6 +164,9 @@ struct Span {
   int smallStep = 1;
   int largeStep = 5;
   int value = 0;
+
+  /// The value within the bounds that is nearest to a number of any size.
+  int Nearest(std::int64_t number) const;
 };
 
 /// A slider, a progress bar or a scroll bar.
@@ -187,10 +190,14 @@ class Range : public Control {
   std::function<void()> OnChange;
   std::function<void()> OnRelease;
 
-  /// A hand takes the slider, moves it, lets it go. A key press on it is all three.
+  /// A hand takes the slider, moves it, lets it go. A key press on it is all three. What a hand
+  /// took it also lets go, though a rule or a message box has put the slider out of reach since.
   void Press();
   void Change(int value);
   void Release();
+
+ private:
+  bool held_ = false;
 };
 
 /// 0xRRGGBB.

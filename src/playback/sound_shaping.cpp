@@ -1,22 +1,11 @@
 #include "playback/sound_shaping.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <string>
-
-#include "base/text.h"
 
 namespace tavlo::playback {
 namespace {
 
 constexpr int kNormalSpeed = 100;
-
-/// A stored number as a slider's value; what lies far outside its range does not wrap.
-int SliderValue(const std::string& text, const forms::Span& bounds, int offset = 0) {
-  const std::int64_t value = base::WholeNumberValue(text);
-  return static_cast<int>(
-      std::clamp<std::int64_t>(value, bounds.minimum + offset, bounds.maximum + offset) - offset);
-}
 
 }  // namespace
 
@@ -29,9 +18,9 @@ SoundShaping::SoundShaping(forms::MainForm& form, window::MainWindow& window, Au
 }
 
 void SoundShaping::ApplyStored() {
-  form_.Slider1.Value = SliderValue(form_.txtSpeed.Value, form_.Slider1.Bounds, kNormalSpeed);
+  form_.Slider1.Value = form_.Slider1.Bounds.Nearest(form_.txtSpeed.WholeNumber() - kNormalSpeed);
   engine_.PlaySpeedPercent = form_.Slider1.Value + kNormalSpeed;
-  form_.sldVol.Value = SliderValue(form_.txtVolume.Value, form_.sldVol.Bounds);
+  form_.sldVol.Value = form_.sldVol.Bounds.Nearest(form_.txtVolume.WholeNumber());
   engine_.Player().SetVolume(form_.sldVol.Value);
 }
 

@@ -120,7 +120,8 @@ void Load::FillChoices() {
 
 void Load::HandleActivate() {
   if (config_.txtAutoBackspace.Value.Get().empty()) config_.txtAutoBackspace.Value = "0";
-  config_.sliderABS.Value = static_cast<int>(config_.txtAutoBackspace.WholeNumber());
+  config_.sliderABS.Value =
+      config_.sliderABS.Bounds.Nearest(config_.txtAutoBackspace.WholeNumber());
   window_.ApplyAlwaysOnTop();
   Call(hooks_.loadFasciaPictures);
 }

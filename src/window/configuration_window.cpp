@@ -219,9 +219,7 @@ void ConfigurationWindow::SetSliders() {
       {config_.sldPromptVol, config_.txtPromptVolume},
   };
   for (const auto& [slider, text] : sliders) {
-    const std::int64_t number = base::WholeNumberValue(text.Value.Get());
-    slider.Value = static_cast<int>(
-        std::clamp<std::int64_t>(number, slider.Bounds.minimum, slider.Bounds.maximum));
+    slider.Value = slider.Bounds.Nearest(text.WholeNumber());
   }
 }
 

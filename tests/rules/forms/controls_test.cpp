@@ -140,6 +140,23 @@ TEST_F(ControlsTest, ProgramsWriteOfASliderRunsItsChangeAndNeverItsRelease) {
   EXPECT_EQ(order, "change release ");
 }
 
+TEST_F(ControlsTest, SliderInAHandIsLetGoAlthoughItWasDisabledMeanwhile) {
+  int releases = 0;
+  slider.OnRelease = [&] { ++releases; };
+  slider.Press();
+  slider.Enabled = false;
+  slider.Release();
+  EXPECT_EQ(releases, 1);
+  slider.Release();
+  EXPECT_EQ(releases, 1);
+}
+
+TEST_F(ControlsTest, NumberOutsideASlidersBoundsIsTheNearerBound) {
+  EXPECT_EQ(slider.Bounds.Nearest(std::int64_t{1} << 40), 5);
+  EXPECT_EQ(slider.Bounds.Nearest(-(std::int64_t{1} << 40)), -5);
+  EXPECT_EQ(slider.Bounds.Nearest(4), 4);
+}
+
 TEST_F(ControlsTest, SliderIsCutToItsBounds) {
   slider.Value = 99;
   EXPECT_EQ(slider.Value, 5);
