@@ -106,9 +106,7 @@ Primed AudioEngine::Prime() {
 }
 
 void AudioEngine::ApplyDocumentVolume() {
-  const forms::Span& bounds = form_.sldVol.Bounds;
-  player_.SetVolume(static_cast<int>(
-      std::clamp<std::int64_t>(form_.txtVolume.WholeNumber(), bounds.minimum, bounds.maximum)));
+  player_.SetVolume(form_.sldVol.Bounds.Nearest(form_.txtVolume.WholeNumber()));
 }
 
 void AudioEngine::StartPlay() {
@@ -139,6 +137,7 @@ void AudioEngine::StartPlay() {
 void AudioEngine::StopPlay() {
   player_.StopOutput();
   IsPlaying = false;
+  IsPaused = false;
   form_.DeckRuns = false;
   form_.MeterLeft.Value = 0;
   form_.MeterRight.Value = 0;
@@ -170,8 +169,10 @@ void AudioEngine::PausePlay() {
   if (!IsPlaying) return;
   if (!IsPaused) {
     IsPaused = true;
-    PlayStartSample += static_cast<double>(player_.PlayedSamples());
+    // Added behind the stop, whose last timer event still counts from where the run began.
+    const auto played = static_cast<double>(player_.PlayedSamples());
     player_.StopOutput();
+    PlayStartSample += played;
     return;
   }
   IsPaused = false;
@@ -201,7 +202,8 @@ void AudioEngine::HandleTimer(SampleCount currentSamples, double levelLeft, doub
   const auto reached =
       static_cast<double>(player_.SamplesToMilliseconds(current + PlayStartSample));
   FilePositionText = base::NumberText(reached * speed);
-  if (!SliderDragging) {
+  const bool measured = file_.LengthMilliseconds() > 0;
+  if (!SliderDragging && measured) {
     const double percent = reached / static_cast<double>(file_.LengthMilliseconds()) * 100.0;
     form_.slPosition.Value = static_cast<int>(std::nearbyint(std::clamp(percent, 0.0, 100.0)));
     CurrentSamplePosition = current + PlayStartSample;

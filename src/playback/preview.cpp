@@ -1,9 +1,16 @@
 #include "playback/preview.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
 namespace tavlo::playback {
+namespace {
+
+/// Seconds that no preview passes; what is stored has no bound.
+constexpr double kLongestPreview = 86'400;
+
+}  // namespace
 
 Preview::Preview(forms::MainForm& form, forms::ConfigurationForm& config,
                  window::MainWindow& window, AudioEngine& engine, Transport& transport,
@@ -38,7 +45,7 @@ bool Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
 }
 
 bool Preview::Start(const std::string& emptyPrompt) {
-  const double seconds = config_.txtAutoPreview.Number();
+  const double seconds = std::min(config_.txtAutoPreview.Number(), kLongestPreview);
   if (seconds <= 0) return true;
   // One second more than asked covers the blocks ahead of the ear; a slower speed takes longer over
   // the same stretch of dictation.

@@ -12,6 +12,7 @@ namespace {
 using base::Duration;
 using base::operator""ms;
 
+constexpr const char* kEmptyPrompt = "EmptyDocErrMayComplete";
 constexpr Duration kFirstWindInterval = 1000ms;
 constexpr Duration kFastestWindInterval = 100ms;
 
@@ -78,7 +79,12 @@ void Transport::PlayCommand() {
   form_.cmdEQ.Enabled = true;
   form_.cmdNormalSpeed.Enabled = true;
   form_.lblFilePositionHMS.Enabled = true;
+  const bool heldInWork = DocumentPrimed && form_.cmdSkip.Enabled;
   if (DocumentPrimed && engine_.HoldsDocument()) {
+    ContinueFromWhereTheEarWas();
+  } else if (heldInWork) {
+    // A device that failed took the file with it; the place in the document is still known.
+    if (!PrimeOrExplain(kEmptyPrompt)) return;
     ContinueFromWhereTheEarWas();
   } else if (!PrimeAtTheBeginning()) {
     return;
@@ -105,7 +111,7 @@ void Transport::ContinueFromWhereTheEarWas() {
 bool Transport::PrimeAtTheBeginning() {
   form_.slPosition.Value = 0;
   form_.cmdImportCompleteSnipetStop.Visible = false;
-  if (!PrimeOrExplain("EmptyDocErrMayComplete")) return false;
+  if (!PrimeOrExplain(kEmptyPrompt)) return false;
   DocumentPrimed = true;
   engine_.CurrentSamplePosition = SavedPositionInFile();
   return true;
@@ -170,7 +176,8 @@ void Transport::RewindCommand() {
   engine_.StopPlay();
   WindTickCount = 0;
   Jump(-WindSeconds());
-  engine_.CurrentSamplePosition = std::max(engine_.CurrentSamplePosition, 0.0);
+  engine_.CurrentSamplePosition =
+      std::clamp(engine_.CurrentSamplePosition, 0.0, engine_.FileLength);
   ShowPosition();
   if (form_.slPosition.Value == 100) {
     form_.cmdSkip.Enabled = true;
@@ -191,7 +198,8 @@ void Transport::ForwardCommand() {
   engine_.StopPlay();
   WindTickCount = 0;
   Jump(WindSeconds());
-  engine_.CurrentSamplePosition = std::min(engine_.CurrentSamplePosition, engine_.FileLength);
+  engine_.CurrentSamplePosition =
+      std::clamp(engine_.CurrentSamplePosition, 0.0, engine_.FileLength);
   ShowPosition();
   if (engine_.CurrentSamplePosition == engine_.FileLength) {
     StopWind();

@@ -248,6 +248,32 @@ TEST_F(AudioEngineTest, HeldSliderFreezesThePositionWhileTheTimeLabelGoesOn) {
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:03");
 }
 
+TEST_F(AudioEngineTest, PauseLeavesThePositionWhereTheEarWas) {
+  ASSERT_EQ(engine.Prime(), Primed::Yes);
+  engine.StartPlay();
+  loop.Advance(2s);
+  engine.PausePlay();
+  EXPECT_NEAR(engine.CurrentSamplePosition, 16'000, 160);
+}
+
+TEST_F(AudioEngineTest, StopOfAPausedDocumentLeavesNothingPaused) {
+  ASSERT_EQ(engine.Prime(), Primed::Yes);
+  engine.StartPlay();
+  engine.PausePlay();
+  engine.StopPlay();
+  EXPECT_FALSE(engine.IsPaused);
+}
+
+TEST_F(AudioEngineTest, FileClosedUnderASoundingBlockLeavesTheSliderWhereItStood) {
+  ASSERT_EQ(engine.Prime(), Primed::Yes);
+  engine.StartPlay();
+  loop.Advance(2s);
+  const int shown = form.slPosition.Value;
+  engine.CloseFile();
+  loop.Advance(100ms);
+  EXPECT_EQ(form.slPosition.Value, shown);
+}
+
 TEST_F(AudioEngineTest, PauseKeepsPlayingStateAndGoesOnWhereTheEarWas) {
   ASSERT_EQ(engine.Prime(), Primed::Yes);
   engine.StartPlay();

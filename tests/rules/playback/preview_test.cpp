@@ -40,6 +40,12 @@ TEST_F(PreviewTest, SlowerSpeedLengthensIt) {
   EXPECT_EQ(engine.tmrPlaySnipet.Interval(), 10'667ms);
 }
 
+TEST_F(PreviewTest, LengthBeyondAllMeasureIsADay) {
+  config.txtAutoPreview.Value = std::string(300, '9');
+  Select();
+  EXPECT_EQ(engine.tmrPlaySnipet.Interval(), base::Duration{std::chrono::hours{24}} + 1s);
+}
+
 TEST_F(PreviewTest, PreviewOfNoSecondsIsSilent) {
   config.txtAutoPreview.Value = "0";
   EXPECT_TRUE(Select());

@@ -165,6 +165,35 @@ TEST_F(TransportTest, PlayOpensTheDocumentAgainWhenAScanClosedIt) {
   EXPECT_EQ(file.OpenCount, 2);
 }
 
+TEST_F(TransportTest, DocumentInWorkThatWasClosedGoesOnWhereTheEarWas) {
+  transport.SavedPosition = 8000;
+  StoppedAt(40'000);
+  player.StatusAfterStart = -1;
+  Play();
+  ASSERT_FALSE(engine.IsPlaying);
+  player.StatusAfterStart = 0;
+  Play();
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_EQ(file.Seeks.back(), 40'000);
+}
+
+TEST_F(TransportTest, PlayOfAMinimizedWindowKeepsThePlaceOfTheMiniPlayer) {
+  config.txtMinimizeMiniPlayer.Value = "Y";
+  window.PlayerLeftText = "3000";
+  Play();
+  form.cmdPlay.Press();
+  EXPECT_EQ(window.PlayerLeftText, "3000");
+  EXPECT_EQ(placesStored, 0);
+}
+
+TEST_F(TransportTest, WindBeyondAllMeasureStaysInTheDocument) {
+  config.txtWindIncrement.Value = "-" + std::string(300, '9');
+  StoppedAt(40'000);
+  form.cmdRewind.Press(By::Hand);
+  EXPECT_EQ(form.slPosition.Value, 100);
+  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+}
+
 TEST_F(TransportTest, PlayShrinksTheWindowToThePlayerWhereItLastStood) {
   window.PlayerLeftText = "3000";
   window.PlayerTopText = "1500";
