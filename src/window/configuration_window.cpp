@@ -164,6 +164,7 @@ void ConfigurationWindow::BindPedals() {
 void ConfigurationWindow::BindTexts() {
   KeepNumber(config_.txtDeleteCompletedFiles);
   KeepNumber(config_.txtViewDelay);
+  config_.txtSubjectHeading.OnChange = [this] { ShowSubjectHeading(); };
   config_.txtCustomDisplay.OnChange = [this] {
     config_.txtCustomDisplay.Tooltip = config_.txtCustomDisplay.Value;
   };
@@ -249,6 +250,20 @@ void ConfigurationWindow::ShowBackspace() {
       belowASecond ? "0." + tenths : tenths.substr(0, 1) + "." + tenths.substr(tenths.size() - 1);
   config_.frameAutoBackspace.Caption =
       "Auto Backspace:  " + config_.txtAutoBackspaceDisplay.Value.Get();
+}
+
+void ConfigurationWindow::ShowSubjectHeading() {
+  const std::string heading = config_.txtSubjectHeading.Value;
+  if (heading.empty()) {
+    // The handler runs again for this write and does the rest there.
+    config_.txtSubjectHeading.Value = "Subject";
+    return;
+  }
+  for (forms::Table* list : {&main_.listViewInQueue, &main_.listViewCompleted}) {
+    // The lists get their columns once the settings are loaded.
+    if (list->Columns().empty()) continue;
+    list->SetColumnTitle(forms::document_column::Subject, heading);
+  }
 }
 
 void ConfigurationWindow::ShowPedalSense() {

@@ -57,6 +57,7 @@ class ConfigurationWindow {
   void SetCheckBoxes();
   void ShowPage(int tab);
   void ShowBackspace();
+  void ShowSubjectHeading();
   void ShowPedalSense();
   void StepWavConvMode();
   void FocusAway() { config_.frmConfiguration.FocusOn(config_.txtFocus); }

@@ -55,6 +55,20 @@ struct ConfigurationWindowTest : testing::Test {
   window::ConfigurationWindow window{main, config, binding, folders, Hooks()};
 };
 
+TEST_F(ConfigurationWindowTest, SubjectHeadingStandsOverBothListsAtOnce) {
+  for (forms::Table* list : {&main.listViewInQueue, &main.listViewCompleted}) {
+    list->SetColumns(std::vector<forms::Column>(14));
+  }
+  Open();
+  config.txtSubjectHeading.Change("Patient");
+  for (const forms::Table* list : {&main.listViewInQueue, &main.listViewCompleted}) {
+    EXPECT_EQ(list->Columns()[forms::document_column::Subject].title, "Patient");
+  }
+  config.txtSubjectHeading.Change("");
+  EXPECT_EQ(config.txtSubjectHeading.Value.Get(), "Subject");
+  EXPECT_EQ(main.listViewInQueue.Columns()[forms::document_column::Subject].title, "Subject");
+}
+
 TEST_F(ConfigurationWindowTest, MenuEntryShowsTheWindowInPlaceOfTheMainOne) {
   main.mnuConfiguration.Press();
   EXPECT_TRUE(config.frmConfiguration.Visible);
