@@ -5,6 +5,23 @@
 #include "store/provisioning.h"
 
 namespace tavlo::shell {
+namespace {
+
+/// A menu entry that no room answers to is not shown, and a page of the configuration that nobody
+/// listens to stands disabled.
+void OfferOnlyWhatIsThere(Windows& windows) {
+  forms::MainForm& main = windows.main;
+  for (forms::Command* entry : {&main.mnuViewCompleted, &main.mnuViewImport, &main.mnuViewFtp,
+                                &main.mnuReport, &windows.about.mnuSystemInfo}) {
+    entry->Visible = entry->OnPress != nullptr;
+  }
+  forms::ConfigurationForm& config = windows.configuration;
+  config.frameConfigEqualizer.Enabled = config.cmdEqFlat.OnPress != nullptr;
+  config.frameConfigMixer.Enabled = config.DeviceCombo.OnSelect != nullptr;
+  config.frameFtp.Enabled = config.cmdFtpNext.OnPress != nullptr;
+}
+
+}  // namespace
 
 Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& workFolders,
              std::unique_ptr<store::SettingsDatabase> openDatabase)
@@ -31,7 +48,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
                 engine, transport, queue, opening, refresh, sound, listHooks),
       branding(windows.main, windows.configuration, windows.about, settings, names),
       views(platform.loop, windows.main, windows.about, mainWindow, configuration, engine,
-            transport, queue, sound, listHooks, settings.ProgramVersionText()),
+            transport, queue, refresh, sound, listHooks, settings.ProgramVersionText()),
       load(platform.loop, windows.main, windows.configuration, mainWindow, configuration, binding,
            platform.disk, workFolders, engine, soundShaping, queue, refresh, branding, sound,
            listHooks, {}),
@@ -67,6 +84,7 @@ void Deck::Start() {
     return;
   }
   rooms_.emplace(platform_, windows, folders_, std::move(opened.database));
+  OfferOnlyWhatIsThere(windows);
   splash_.Show(rooms_->settings.ProgramVersionText());
 }
 

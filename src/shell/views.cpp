@@ -7,7 +7,7 @@ namespace tavlo::shell {
 Views::Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
              window::MainWindow& window, window::ConfigurationWindow& configuration,
              playback::AudioEngine& engine, playback::Transport& transport, lists::QueueList& queue,
-             const playback::Hooks& sound, const lists::Hooks& listHooks,
+             lists::Refresh& refresh, const playback::Hooks& sound, const lists::Hooks& listHooks,
              std::string programVersionText)
     : loop_(loop),
       form_(form),
@@ -17,6 +17,7 @@ Views::Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
       engine_(engine),
       transport_(transport),
       queue_(queue),
+      refresh_(refresh),
       sound_(sound),
       listHooks_(listHooks),
       programVersionText_(std::move(programVersionText)) {
@@ -45,6 +46,7 @@ void Views::ShowQueue() {
   form_.cmdNormalSpeed.Enabled = true;
   form_.cmdPlay.Enabled = form_.listViewInQueue.ListIndex >= 0;
   listHooks_.TakeWaitingWorkAsSeen();
+  refresh_.tmrWorkWaitingAlert.Start();
 }
 
 void Views::LeaveView() {

@@ -6,6 +6,7 @@
 #include "forms/main_form.h"
 #include "lists/hooks.h"
 #include "lists/queue_list.h"
+#include "lists/refresh.h"
 #include "playback/audio_engine.h"
 #include "playback/transport.h"
 #include "window/configuration_window.h"
@@ -19,7 +20,7 @@ class Views {
   Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
         window::MainWindow& window, window::ConfigurationWindow& configuration,
         playback::AudioEngine& engine, playback::Transport& transport, lists::QueueList& queue,
-        const playback::Hooks& sound, const lists::Hooks& listHooks,
+        lists::Refresh& refresh, const playback::Hooks& sound, const lists::Hooks& listHooks,
         std::string programVersionText);
 
  private:
@@ -36,6 +37,7 @@ class Views {
   playback::AudioEngine& engine_;
   playback::Transport& transport_;
   lists::QueueList& queue_;
+  lists::Refresh& refresh_;
   const playback::Hooks& sound_;
   const lists::Hooks& listHooks_;
   std::string programVersionText_;

@@ -86,14 +86,6 @@ TEST_F(DeckTest, SplashHoldsTheScreenForFiveSecondsAndShowsTheVersion) {
   EXPECT_TRUE(form.frmMain.Visible);
 }
 
-TEST_F(DeckTest, SplashBarClimbsAndWraps) {
-  deck.Start();
-  loop.Advance(500ms);
-  EXPECT_EQ(deck.windows.splash.ProgressBar1.Value, 1);
-  loop.Advance(4499ms);
-  EXPECT_EQ(deck.windows.splash.ProgressBar1.Value, 9);
-}
-
 TEST_F(DeckTest, ClickOnTheSplashIconOpensTheMainWindowAtOnce) {
   deck.Start();
   loop.Advance(200ms);
@@ -214,6 +206,19 @@ TEST_F(DeckTest, StartWithoutASoundCardShowsTheQueueAllTheSame) {
   ASSERT_EQ(loop.Shown.size(), 1u);
   EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - Sound Card");
   EXPECT_EQ(form.listViewInQueue.Rows().size(), 1u);
+}
+
+TEST_F(DeckTest, WhatLeadsNowhereDoesNotLookUsable) {
+  StartUntilReady();
+  EXPECT_TRUE(form.mnuViewQueue.Visible);
+  for (const forms::Command* entry :
+       {&form.mnuViewQueue, &form.mnuViewCompleted, &form.mnuViewImport, &form.mnuViewFtp,
+        &form.mnuReport, &deck.windows.about.mnuSystemInfo}) {
+    EXPECT_EQ(entry->Visible, entry->OnPress != nullptr) << entry->Name;
+  }
+  EXPECT_EQ(config.frameConfigEqualizer.Enabled, config.cmdEqFlat.OnPress != nullptr);
+  EXPECT_EQ(config.frameConfigMixer.Enabled, config.DeviceCombo.OnSelect != nullptr);
+  EXPECT_EQ(config.frameFtp.Enabled, config.cmdFtpNext.OnPress != nullptr);
 }
 
 TEST_F(DeckTest, TwoDecksLiveInOneProcess) {

@@ -36,6 +36,44 @@ TEST_F(ViewsTest, PlayIsRefusedWhileTheViewChanges) {
   loop.Post([&] { form.cmdPlay.Press(); });
   form.mnuViewQueue.Press(By::Hand);
   EXPECT_FALSE(deck.Built()->engine.IsPlaying);
+  EXPECT_TRUE(form.frameFiles.Visible);
+  EXPECT_FALSE(form.cmdSkip.Enabled);
+}
+
+TEST_F(ViewsTest, QueueViewStartsTheAlertTimerAnew) {
+  deck.Built()->refresh.tmrWorkWaitingAlert.Stop();
+  form.mnuViewQueue.Press(By::Hand);
+  EXPECT_TRUE(deck.Built()->refresh.tmrWorkWaitingAlert.Enabled());
+}
+
+TEST_F(ViewsTest, EqualizerButtonOpensTheConfigurationOnItsPage) {
+  form.cmdEQ.Enabled = true;
+  form.frmMain.Left = 300;
+  form.frmMain.Top = 450;
+  form.cmdEQ.Press(By::Hand);
+  config.frmConfiguration.Activate();
+  EXPECT_FALSE(form.frmMain.Visible);
+  EXPECT_TRUE(config.frameConfigEqualizer.Visible);
+  EXPECT_FALSE(config.frameSettings.Visible);
+  EXPECT_EQ(form.txtPlayerLeft.Value.Get(), "300");
+  EXPECT_EQ(form.txtPlayerTop.Value.Get(), "450");
+}
+
+TEST_F(ViewsTest, EqualizerButtonIsRefusedWhileADocumentIsBeingMoved) {
+  form.cmdEQ.Enabled = true;
+  deck.Built()->mainWindow.guards.ListTransitionBusy = true;
+  form.cmdEQ.Press(By::Hand);
+  EXPECT_TRUE(form.frmMain.Visible);
+  EXPECT_EQ(form.frmMain.Focused(), &form.txtFocus);
+}
+
+TEST_F(ViewsTest, DeviceThatRefusesTheFormatLeadsToTheConfigurationAndBack) {
+  player.TakesFormat = false;
+  ClickRow(0);
+  EXPECT_FALSE(form.frmMain.Visible);
+  EXPECT_TRUE(config.frmConfiguration.Visible);
+  config.mnuClose.Press(By::Hand);
+  EXPECT_TRUE(form.frmMain.Visible);
 }
 
 TEST_F(ViewsTest, ConfigurationTakesTheScreenAndGivesItBack) {
@@ -62,6 +100,9 @@ TEST_F(ViewsTest, AboutBoxShowsTheVersion) {
   EXPECT_TRUE(deck.windows.about.frmAbout.Visible);
   EXPECT_EQ(deck.windows.about.lblVersion.Value.Get(), "Version 03.08.00.TD   1.2.3");
   deck.windows.about.mnuClose.Press(By::Hand);
+  EXPECT_FALSE(deck.windows.about.frmAbout.Visible);
+  form.mnuAbout.Press(By::Hand);
+  deck.windows.about.frmAbout.CloseRequest();
   EXPECT_FALSE(deck.windows.about.frmAbout.Visible);
 }
 
