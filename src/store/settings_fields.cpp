@@ -1,6 +1,7 @@
 #include "store/settings_fields.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/text.h"
 
@@ -109,19 +110,23 @@ constexpr std::string_view kDocumentFolders = "/Files/";
 }  // namespace
 
 const TableShape& ShapeOf(Table table) {
-  return *std::ranges::find(kTables, table, &TableShape::table);
+  return *std::find_if(kTables.begin(), kTables.end(),
+                       [table](const TableShape& shape) { return shape.table == table; });
 }
 
 std::span<const Field> AllFields() { return kFields; }
 
 std::span<const Field> FieldsOf(Table table) {
-  const auto found = std::ranges::equal_range(kFields, table, {}, &Field::table);
-  return {found.begin(), found.end()};
+  const auto ofTable = [table](const Field& field) { return field.table == table; };
+  const Field* const first = std::find_if(std::begin(kFields), std::end(kFields), ofTable);
+  const Field* const last = std::find_if_not(first, std::end(kFields), ofTable);
+  return {first, last};
 }
 
 const Field* FindField(Table table, std::string_view name) {
   const auto fields = FieldsOf(table);
-  const auto found = std::ranges::find(fields, name, &Field::name);
+  const auto found = std::find_if(fields.begin(), fields.end(),
+                                  [name](const Field& field) { return field.name == name; });
   return found == fields.end() ? nullptr : &*found;
 }
 

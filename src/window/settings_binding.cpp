@@ -114,7 +114,6 @@ SettingsBinding::SettingsBinding(base::Loop& loop, forms::MainForm& main,
                                  forms::ConfigurationForm& config, store::SettingsStore& settings,
                                  const store::WorkFolders& folders)
     : loop_(loop),
-      main_(main),
       config_(config),
       settings_(settings),
       folders_(folders),

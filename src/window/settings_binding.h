@@ -86,7 +86,6 @@ class SettingsBinding {
   void TellFailure();
 
   base::Loop& loop_;
-  forms::MainForm& main_;
   forms::ConfigurationForm& config_;
   store::SettingsStore& settings_;
   const store::WorkFolders& folders_;

@@ -106,7 +106,7 @@ class Bait {
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof(address);
     auto* plain = reinterpret_cast<sockaddr*>(&address);
-    ::bind(server_, plain, size);
+    EXPECT_EQ(::bind(server_, plain, size), 0);
     ::listen(server_, 8);
     ::getsockname(server_, plain, &size);
     port_ = ntohs(address.sin_port);
