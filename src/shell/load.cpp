@@ -84,7 +84,7 @@ void Load::ReadSettings() {
   settings_.Load();
   // A fresh installation does not know how high title and menu bar are here; by now the window has
   // been shown and measured.
-  if (form_.txtTitleBarHeight.Value.Get().empty()) {
+  if (form_.txtTitleBarHeight.Value.Get().empty() && form_.frmMain.AboveContent > 0) {
     form_.txtTitleBarHeight.Value = std::to_string(form_.frmMain.AboveContent);
   }
 }

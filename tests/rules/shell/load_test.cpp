@@ -64,6 +64,11 @@ TEST_F(LoadTest, FullShapeIsTakenAsTheWindowStandsOnTheScreen) {
   EXPECT_TRUE(deck.Built()->binding.AudioPromptsOn);
 }
 
+TEST_F(LoadTest, TitleBarThatCouldNotBeMeasuredStaysToBeMeasured) {
+  LoadWith("TitleBarHeight", "");
+  EXPECT_EQ(form.txtTitleBarHeight.Value.Get(), "");
+}
+
 TEST_F(LoadTest, FasciaPicturesAreListed) {
   disk.WithFile(std::string(kRoot) + "/Fascia/Slate.png");
   disk.WithFile(std::string(kRoot) + "/Fascia/Teal.png");
