@@ -31,7 +31,7 @@ Exit::Exit(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
 }
 
 void Exit::ExitByFrame() {
-  if (FtpIsConnected()) return;
+  if (DocumentIsBeingMoved() || FtpIsConnected()) return;
   // A close during work is dropped without a word.
   if (form_.frmMain.MousePointer == forms::Pointer::Hourglass) return;
   StopSound();
@@ -42,6 +42,7 @@ void Exit::ExitByFrame() {
 void Exit::ExitByMenu() {
   // The File menu is disabled while a document is open or work is under way, so neither is asked
   // for.
+  if (DocumentIsBeingMoved()) return;
   StopSound();
   if (FtpIsConnected()) return;
   if (UserAgrees()) End();
@@ -52,6 +53,8 @@ void Exit::StopSound() {
   sound_.StopPrompt();
   engine_.tmrPlaySnipet.Stop();
 }
+
+bool Exit::DocumentIsBeingMoved() const { return window_.guards.ListTransitionBusy; }
 
 bool Exit::FtpIsConnected() {
   if (form_.bConnect.Caption.Get() != "Disconnect") return false;

@@ -31,6 +31,9 @@ class Exit {
   void ExitByMenu();
   void ExitByFrame();
   void StopSound();
+  /// A Complete or Save that yields to the loop has not stored its outcome yet; an end now would
+  /// lose it.
+  bool DocumentIsBeingMoved() const;
   bool FtpIsConnected();
   bool DocumentIsOpen();
   bool UserAgrees();
