@@ -42,6 +42,46 @@ TEST_F(ExitTest, MenuAsksAndEndsTheProcess) {
   EXPECT_EQ(ended, 0);
 }
 
+TEST_F(ExitTest, AnswerNoLeavesTheProgramRunningWithPlaybackStopped) {
+  ClickRow(0);
+  ASSERT_TRUE(deck.Built()->engine.IsPlaying);
+  loop.Expect({.reply = Reply::No});
+  form.frmMain.CloseRequest();
+  EXPECT_FALSE(ended.has_value());
+  EXPECT_FALSE(deck.Built()->engine.IsPlaying);
+  EXPECT_TRUE(form.mnuFile.Enabled);
+}
+
+TEST_F(ExitTest, OpenFtpConnectionIsToldAndStaysOpen) {
+  form.bConnect.Caption = "Disconnect";
+  form.frmMain.CloseRequest();
+  ExpectBox("The Ftp must be disconnected before you may exit the Tavlo Deck", Icon::Warning);
+  EXPECT_FALSE(ended.has_value());
+}
+
+TEST_F(ExitTest, MenuRefusesAnOpenFtpConnectionToo) {
+  form.bConnect.Caption = "Disconnect";
+  form.mnuExit.Press(By::Hand);
+  ExpectBox("The Ftp must be disconnected before you may exit the Tavlo Deck", Icon::Warning);
+}
+
+TEST_F(ExitTest, DocumentInWorkMustBeFinishedFirst) {
+  ClickRow(0);
+  form.cmdPlay.Press(By::Hand);
+  form.frmMain.CloseRequest();
+  ExpectBox("You must Skip, Save, or Complete this dictation before you may exit the Tavlo Deck",
+            Icon::Warning);
+  EXPECT_FALSE(deck.Built()->engine.IsPlaying);
+  EXPECT_FALSE(ended.has_value());
+}
+
+TEST_F(ExitTest, CloseDuringWorkIsDroppedWithoutAWord) {
+  loop.Post([&] { form.frmMain.CloseRequest(); });
+  form.cmdUpdateFileList.Press(By::Hand);
+  EXPECT_TRUE(loop.Shown.empty());
+  EXPECT_FALSE(ended.has_value());
+}
+
 TEST_F(ExitTest, CloseInTheMomentOfSavingIsDroppedAndTheSaveGoesOn) {
   deck.windows.configuration.txtAutoQueueJob.Value = "N";
   ClickRow(0);
