@@ -74,7 +74,7 @@ void AudioEngine::ListDevices() {
   }
   const auto stored = config_.txtMixerSelection.WholeNumber();
   const auto listed = static_cast<std::int64_t>(combo.Rows().size());
-  player_.SelectDevice(stored <= listed ? static_cast<int>(stored) : 0);
+  player_.SelectDevice(stored >= 0 && stored <= listed ? static_cast<int>(stored) : 0);
 }
 
 void AudioEngine::CloseFile() {

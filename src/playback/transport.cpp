@@ -79,10 +79,10 @@ void Transport::PlayCommand() {
   form_.cmdEQ.Enabled = true;
   form_.cmdNormalSpeed.Enabled = true;
   form_.lblFilePositionHMS.Enabled = true;
-  const bool heldInWork = DocumentPrimed && form_.cmdSkip.Enabled;
+  const bool inWork = DocumentPrimed && form_.cmdSkip.Enabled;
   if (DocumentPrimed && engine_.HoldsDocument()) {
     ContinueFromWhereTheEarWas();
-  } else if (heldInWork) {
+  } else if (inWork) {
     // A device that failed took the file with it; the place in the document is still known.
     if (!PrimeOrExplain(kEmptyPrompt)) return;
     ContinueFromWhereTheEarWas();

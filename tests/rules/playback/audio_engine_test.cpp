@@ -45,6 +45,13 @@ TEST_F(AudioEngineTest, StoredDeviceBeyondTheListGivesTheFirst) {
   EXPECT_EQ(player.CurrentDevice(), 0);
 }
 
+TEST_F(AudioEngineTest, StoredDeviceBelowTheListGivesTheFirst) {
+  player.Devices = 2;
+  config.txtMixerSelection.Value = "-4294967295";
+  engine.InitializeNCTcontrol();
+  EXPECT_EQ(player.CurrentDevice(), 0);
+}
+
 TEST_F(AudioEngineTest, PrimingShowsTheLengthAndMeasuresTheDocument) {
   EXPECT_EQ(engine.Prime(), Primed::Yes);
   EXPECT_EQ(form.lblFileLengthHMS.Value.Get(), "00:00:10");
