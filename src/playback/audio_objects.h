@@ -3,12 +3,13 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-/// The three objects through which all sound of a document passes. A *sample* is one moment of all
-/// channels (a frame); sample counts and positions are 64 bits wide, so that a document of any
-/// length fits. Arrays are 32-bit floats from -1 to 1, channels interleaved. Everything here is
-/// called, and every event arrives, on the loop's thread.
+/// The three objects through which all sound of a document passes, and the one that plays prompts.
+/// A *sample* is one moment of all channels (a frame); sample counts and positions are 64 bits
+/// wide, so that a document of any length fits. Arrays are 32-bit floats from -1 to 1, channels
+/// interleaved. Everything here is called, and every event arrives, on the loop's thread.
 namespace tavlo::playback {
 
 using SampleCount = std::int64_t;
@@ -122,6 +123,31 @@ class AudioPlayer {
   /// Every 50 ms while playing. Levels are 100 + dBFS of the loudest sample since the last event,
   /// from 0 to 100.
   std::function<void(SampleCount currentSamples, double levelLeft, double levelRight)> OnTimer;
+};
+
+/// Plays one short sound file at a time beside the document and under the player's master volume. A
+/// stop of the document does not touch it. Failures are told and disturb nothing.
+class PromptMediaControl {
+ public:
+  virtual ~PromptMediaControl() = default;
+
+  /// The kind of device that the next Open asks for; "WaveAudio" is the one there is.
+  virtual void SetDeviceType(std::string_view type) = 0;
+  /// Full path of the file that the next Open opens.
+  virtual void SetFileName(const std::string& path) = 0;
+  /// The stretch of the open file that Play sounds, in milliseconds from its beginning. Open sets
+  /// them to the whole file.
+  virtual void SetFrom(std::int64_t milliseconds) = 0;
+  virtual void SetTo(std::int64_t milliseconds) = 0;
+
+  /// False when the file cannot be played; then nothing is open.
+  [[nodiscard]] virtual bool Open() = 0;
+  /// Begins to sound and returns at once. False when nothing is open or no device can be had.
+  [[nodiscard]] virtual bool Play() = 0;
+  /// Silence within a few milliseconds, without a click. The file stays open.
+  virtual void Stop() = 0;
+  /// Stops and lets go of the file. A control that holds none stays as it is.
+  virtual void Close() = 0;
 };
 
 }  // namespace tavlo::playback
