@@ -128,10 +128,36 @@ void QueuePlayer::SetVolume(int volume) {
   mixer_.SetVolume(static_cast<float>(std::clamp<double>(volume, 0, kTopVolume) / kTopVolume));
 }
 
+bool QueuePlayer::PlayPrompt(SampleArray prompt, int samplesPerSecond) {
+  const bool isSound = prompt.Samples() > 0 && prompt.channels <= 2 && samplesPerSecond > 0;
+  if (!isSound || !HaveDeviceForPrompt()) return false;
+  if (!outputOn_) idleTimer_.Start();
+  prompt.last = true;
+  auto block = std::make_unique<RtBlock>();
+  block->channels = prompt.channels;
+  block->values = BlockResampler(samplesPerSecond, deviceRate_).Convert(prompt);
+  return mixer_.PlayPrompt(std::move(block));
+}
+
+void QueuePlayer::StopPrompt() { mixer_.StopPrompt(); }
+
+/// A wind asks for tones many times a second, so a device that cannot be had is not tried each
+/// time. While a document plays it is looked for anyway.
+bool QueuePlayer::HaveDeviceForPrompt() {
+  if (outputOn_) return device_.IsOpen() && !device_.HasFailed();
+  if (device_.HasFailed()) CloseDevice();
+  if (device_.IsOpen()) return true;
+  if (deviceNames_.empty() || loop_.Now() < nextRetry_) return false;
+  nextRetry_ = loop_.Now() + milliseconds(kRetryMilliseconds);
+  return OpenDevice();
+}
+
 /// Opens the selected device. While sound is queued it keeps the rate that the queue was made for.
 bool QueuePlayer::OpenDevice() {
   HeardNow();
   device_.Close();
+  // What is left of a prompt was made for the rate of the device that is gone.
+  mixer_.StopPrompt();
   Settle();
   if (!outputOn_) deviceRate_ = device_.PreferredRate();
   mixer_.SetRate(deviceRate_);
@@ -143,6 +169,8 @@ void QueuePlayer::CloseDevice() {
   idleTimer_.Stop();
   HeardNow();
   device_.Close();
+  mixer_.StopPrompt();
+  Settle();
 }
 
 /// A device that has gone is looked for again while somebody listens.

@@ -21,10 +21,13 @@ namespace tavlo::platform {
 /// open on silence until it has been idle for kIdleSeconds. A device that dies ends the sound and
 /// leaves the position where it was; while output is on, it is tried again every second, and the
 /// queue goes on where it stopped.
+///
+/// Prompts sound beside the document and know nothing of it: no start and no stop of it reaches
+/// them. They end with the device and are not taken up again.
 class QueuePlayer : public playback::AudioPlayer {
  public:
   /// Silence after which the device is given back. Longer keeps the first sound after a pause
-  /// prompt and costs the device's wake-ups meanwhile.
+  /// prompt and costs the device's wake-ups meanwhile. No prompt may be longer.
   static constexpr int kIdleSeconds = 60;
   static constexpr int kFeedMilliseconds = 10;
   static constexpr int kReportMilliseconds = 50;
@@ -55,8 +58,15 @@ class QueuePlayer : public playback::AudioPlayer {
 
   void SetVolume(int volume) override;
 
+  /// Sounds a whole prompt beside the document; the one that sounds fades out first. Opens the
+  /// device when nothing else has. False when there is none, and for a sound that is none.
+  [[nodiscard]] bool PlayPrompt(playback::SampleArray prompt, int samplesPerSecond);
+  /// Fades out the prompt that sounds.
+  void StopPrompt();
+
  private:
   bool OpenDevice();
+  bool HaveDeviceForPrompt();
   void CloseDevice();
   void FollowDevice();
   void BeginRun();
