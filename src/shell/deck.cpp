@@ -25,7 +25,9 @@ void OfferOnlyWhatIsThere(Windows& windows) {
 
 Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& workFolders,
              std::unique_ptr<store::SettingsDatabase> openDatabase)
-    : sound{.showConfiguration = [this] { configuration.Show(); }},
+    : sound{.playPrompt = [this](std::string_view name) { prompts.PlayPrompt(name); },
+            .stopPrompt = [this] { prompts.StopPrompt(); },
+            .showConfiguration = [this] { configuration.Show(); }},
       database(std::move(openDatabase)),
       settings(*database),
       names(platform.loop),
@@ -34,6 +36,8 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       mainWindow(windows.main, windows.configuration, [this] { binding.SavePlayerPlace(); }),
       configuration(windows.main, windows.configuration, binding, workFolders,
                     ConfigurationHooksFor()),
+      prompts(windows.configuration, binding, workFolders, platform.audioPlayer,
+              platform.promptMediaControl),
       engine(platform.loop, windows.main, windows.configuration, mainWindow, platform.audioFile,
              platform.audioTransform, platform.audioPlayer, sound),
       transport(platform.loop, windows.main, windows.configuration, mainWindow, engine, sound),
@@ -53,7 +57,9 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
            platform.disk, workFolders, engine, soundShaping, queue, refresh, branding, sound,
            listHooks, {}),
       exit(platform.loop, windows.main, mainWindow, engine, transport, refresh, sound,
-           {.saveSettings = [this] { binding.Flush(); }}, platform.endProcess) {}
+           {.closePrompts = [this] { prompts.Close(); },
+            .saveSettings = [this] { binding.Flush(); }},
+           platform.endProcess) {}
 
 window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
   return {.restartAlertTimer =

@@ -17,6 +17,7 @@
 #include "playback/hooks.h"
 #include "playback/position_display.h"
 #include "playback/preview.h"
+#include "playback/prompts.h"
 #include "playback/sound_shaping.h"
 #include "playback/transport.h"
 #include "shell/branding.h"
@@ -60,6 +61,7 @@ struct Rooms {
   window::SettingsBinding binding;
   window::MainWindow mainWindow;
   window::ConfigurationWindow configuration;
+  playback::Prompts prompts;
   playback::AudioEngine engine;
   playback::Transport transport;
   playback::PositionDisplay positionDisplay;

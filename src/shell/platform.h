@@ -18,6 +18,7 @@ struct Platform {
   playback::AudioFile& audioFile;
   playback::AudioTransform& audioTransform;
   playback::AudioPlayer& audioPlayer;
+  playback::PromptMediaControl& promptMediaControl;
   /// Full path of the root under which all folders and the settings stand, without a trailing
   /// separator.
   std::string installRoot;

@@ -9,6 +9,7 @@
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
+#include "support/simulated_prompts.h"
 
 namespace tavlo::test {
 
@@ -22,6 +23,7 @@ struct DeckBench {
   SimulatedAudioFile file;
   SimulatedTransform transform;
   SimulatedPlayer player{loop};
+  SimulatedPromptControl promptControl;
   bool anotherCopy = false;
   std::optional<int> ended;
   shell::Deck deck{{.loop = loop,
@@ -30,6 +32,7 @@ struct DeckBench {
                     .audioFile = file,
                     .audioTransform = transform,
                     .audioPlayer = player,
+                    .promptMediaControl = promptControl,
                     .installRoot = kRoot,
                     .shareFolder = "/usr/share/tavlodeck",
                     .anotherCopyRuns = [this] { return anotherCopy; },

@@ -13,6 +13,7 @@
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/sound/cubeb_player.h"
+#include "platform/sound/prompt_voice.h"
 #include "platform/sound/soundtouch_transform.h"
 #include "platform/sqlite/sqlite_settings.h"
 
@@ -56,12 +57,15 @@ struct Program::Parts {
   FfmpegAudioFile audioFile{JustTestedBy(disk)};
   SoundTouchTransform audioTransform;
   CubebPlayer audioPlayer{loop};
+  FfmpegAudioFile promptFile;
+  PromptVoice promptVoice{audioPlayer, promptFile};
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
                     .databases = databases,
                     .audioFile = audioFile,
                     .audioTransform = audioTransform,
                     .audioPlayer = audioPlayer,
+                    .promptMediaControl = promptVoice,
                     .installRoot = root,
                     .shareFolder = ShareFolder(),
                     .anotherCopyRuns = [this] { return AnotherCopyRuns(); },

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "support/deck_bench.h"
 
 namespace tavlo::test {
@@ -153,7 +156,47 @@ TEST_F(DeckTest, StoredSpeedAndVolumeAreInForce) {
   databases.Place(SettingsPath(), tables);
   StartUntilReady();
   EXPECT_EQ(deck.Built()->engine.PlaySpeedPercent, 80);
-  EXPECT_EQ(player.Volumes.back(), 1234);
+  // The welcome is spoken at the volume of the prompts, once the document's is in force.
+  EXPECT_EQ(player.Volumes, (std::vector<int>{1234, 20'000}));
+}
+
+TEST_F(DeckTest, WelcomesWhoStartsIt) {
+  StartUntilReady();
+  EXPECT_EQ(promptControl.Sounded,
+            std::vector<std::string>{std::string(kRoot) + "/Prompts/Welcome.wav"});
+}
+
+TEST_F(DeckTest, StaysSilentWhenPromptsAreSwitchedOff) {
+  auto tables = databases.Shipped();
+  tables[store::Table::GeneralSettings][0]["AudioPromptsFlag"] = "N";
+  databases.Place(SettingsPath(), tables);
+  StartUntilReady();
+  EXPECT_TRUE(promptControl.Sounded.empty());
+}
+
+TEST_F(DeckTest, CheckBoxOfThePromptsActsAtOnce) {
+  StartUntilReady();
+  promptControl.Sounded.clear();
+  form.mnuConfiguration.Press(By::Hand);
+  config.frmConfiguration.Activate();
+  config.chkAudioPrompts.Click();
+  deck.Built()->sound.PlayPrompt("RefreshQueue");
+  EXPECT_TRUE(promptControl.Sounded.empty());
+  config.chkAudioPrompts.Click();
+  deck.Built()->sound.PlayPrompt("RefreshQueue");
+  EXPECT_EQ(promptControl.Sounded.size(), 1u);
+}
+
+TEST_F(DeckTest, PlayGivesTheDocumentItsVolumeBackAndEndsThePrompt) {
+  Drop("a.wav");
+  StartUntilReady();
+  ClickRow(0);
+  deck.Built()->prompts.PlayPrompt("RewindTone");
+  EXPECT_EQ(player.Volumes.back(), 10'000);
+  form.cmdPlay.Press(By::Hand);
+  EXPECT_FALSE(promptControl.Sounds);
+  EXPECT_EQ(player.Volumes.back(), form.txtVolume.WholeNumber());
+  EXPECT_TRUE(player.IsRunning());
 }
 
 TEST_F(DeckTest, EmptySettingsAreFilledWithTheirDefaults) {

@@ -42,6 +42,17 @@ TEST_F(ExitTest, MenuAsksAndEndsTheProcess) {
   EXPECT_EQ(ended, 0);
 }
 
+TEST_F(ExitTest, PromptIsStoppedBeforeTheQuestionAndLetGoOfAtTheEnd) {
+  deck.Built()->prompts.PlayPrompt("Complete");
+  loop.Expect({.reply = Reply::No});
+  form.frmMain.CloseRequest();
+  EXPECT_FALSE(promptControl.Sounds);
+  EXPECT_TRUE(promptControl.IsOpen());
+  loop.Expect({.reply = Reply::Yes});
+  form.frmMain.CloseRequest();
+  EXPECT_FALSE(promptControl.IsOpen());
+}
+
 TEST_F(ExitTest, AnswerNoLeavesTheProgramRunningWithPlaybackStopped) {
   ClickRow(0);
   ASSERT_TRUE(deck.Built()->engine.IsPlaying);
