@@ -83,8 +83,9 @@ class AudioPlayer {
 
   /// The format of the arrays to come.
   virtual void SetOutputFormat(int samplesPerSecond, int channels) = 0;
-  /// Begins to play what is queued from now on. False (a fault) when the device cannot take the
-  /// format.
+  /// Begins to play what is queued from now on. False (a fault) when the device cannot be had for
+  /// the format, so that another may be chosen. A machine without any device has nothing to choose:
+  /// that is no fault but a negative OpenStatus.
   [[nodiscard]] virtual bool StartOutput() = 0;
   /// Silence within a few milliseconds, without a click; drops the queue. Raises OnTimer once more,
   /// so that the position is where the ear was, before it returns.

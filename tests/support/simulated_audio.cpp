@@ -91,7 +91,7 @@ void SimulatedPlayer::SetOutputFormat(int samplesPerSecond, int channels) {
 bool SimulatedPlayer::StartOutput() {
   ++Starts;
   if (!TakesFormat) return false;
-  status_ = StatusAfterStart;
+  status_ = Devices > 0 ? StatusAfterStart : -1;
   queue_.clear();
   heard_ = 0;
   endRaised_ = false;

@@ -49,7 +49,7 @@ bool QueuePlayer::StartOutput() {
   if (device_.HasFailed()) CloseDevice();
   const bool open = samplesPerSecond_ > 0 && (device_.IsOpen() || OpenDevice());
   openStatus_ = open ? 0 : -1;
-  if (!open) return false;
+  if (!open) return deviceNames_.empty();
   BeginRun();
   outputOn_ = true;
   mixer_.TakePeaks();

@@ -251,6 +251,19 @@ TEST_F(DeckTest, StartWithoutASoundCardShowsTheQueueAllTheSame) {
   EXPECT_EQ(form.listViewInQueue.Rows().size(), 1u);
 }
 
+TEST_F(DeckTest, WithoutASoundCardADocumentCanBeWorkedOnInSilence) {
+  player.Devices = 0;
+  Drop(Document().Name());
+  StartUntilReady();
+  ClickRow(0);
+  form.cmdPlay.Press(By::Hand);
+  EXPECT_TRUE(form.cmdSave.Enabled);
+  form.cmdSkip.Press(By::Hand);
+  EXPECT_EQ(loop.Shown.size(), 1u);
+  EXPECT_TRUE(form.frmMain.Visible);
+  EXPECT_TRUE(form.mnuFile.Enabled);
+}
+
 TEST_F(DeckTest, WhatLeadsNowhereDoesNotLookUsable) {
   StartUntilReady();
   EXPECT_TRUE(form.mnuViewQueue.Visible);
