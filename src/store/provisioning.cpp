@@ -40,8 +40,8 @@ std::string ParentOf(const std::string& path) { return path.substr(0, path.rfind
 
 std::string MakeMissingFolder(Disk& disk, const std::string& path) {
   const DiskResult made = disk.MakeFolder(path);
-  const bool stands = made == DiskResult::Done || made == DiskResult::AlreadyThere;
-  return stands ? "" : Failure(path, made);
+  const bool stands = made == DiskResult::AlreadyThere && disk.Look(path) == Entry::Folder;
+  return stands || made == DiskResult::Done ? "" : Failure(path, made);
 }
 
 /// Builds the parts of a root one after the other. Each gives the empty text or what failed.

@@ -119,6 +119,14 @@ TEST_F(ProvisioningTest, FileInThePlaceOfTheRootIsNamedAndKept) {
   EXPECT_EQ(disk.Contents(kRoot), "a file");
 }
 
+TEST_F(ProvisioningTest, FileInThePlaceOfTheRootsFolderIsNamedAndKept) {
+  disk.WithFile("/home/typist/Lyrane", "a note");
+  EXPECT_EQ(Provision(), "Tavlo Deck needs its work folder " + kRoot +
+                             ".\n\n/home/typist/Lyrane can not be made: something of that name "
+                             "stands there already.");
+  EXPECT_EQ(disk.Contents("/home/typist/Lyrane"), "a note");
+}
+
 TEST_F(ProvisioningTest, FullDiskIsNamedAndLeavesNothing) {
   disk.SetFreeSpace("/", 9);
   EXPECT_NE(Provision().find("the disk is full"), std::string::npos);
