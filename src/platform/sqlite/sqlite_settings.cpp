@@ -40,10 +40,13 @@ bool IsAccessFile(const std::string& path) {
   return file && std::string_view(first.data(), first.size()) == kAccessMark;
 }
 
+/// A folder without its settings is never filled up again, so moving the file alone away helps
+/// nobody.
+constexpr std::string_view kRemedy =
+    " Put a copy of it back, or rename its folder to begin with a new installation.";
+
 std::string DamagedText(const std::string& path, std::string_view detail) {
-  return Sentence(path, "is damaged (" + std::string(detail) +
-                            "). Put a copy of it back, or move it away to begin with the settings "
-                            "of a new installation.");
+  return Sentence(path, "is damaged (" + std::string(detail) + ")." + std::string(kRemedy));
 }
 
 std::string HeldText(const std::string& path) {
@@ -61,7 +64,7 @@ std::string ReachFault(const std::string& path, int wanted) {
   std::error_code failed;
   const auto status = std::filesystem::status(path, failed);
   if (status.type() == std::filesystem::file_type::not_found) {
-    return Sentence(path, "does not exist.");
+    return Sentence(path, "does not exist." + std::string(kRemedy));
   }
   if (failed) return RefusedText(path);
   if (status.type() != std::filesystem::file_type::regular) {
