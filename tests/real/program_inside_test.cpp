@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QEvent>
+#include <QWidget>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "support/driven_program.h"
+#include "support/screen.h"
+#include "support/sound_files.h"
+
+namespace tavlo::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+namespace column = forms::document_column;
+
+constexpr std::uint32_t kF5 = 0xFFC2;
+constexpr std::uint32_t kAlt = 0xFFE9;
+
+/// Starts the program, which must refuse in these words.
+void ExpectRefusal(const Home& home, const std::string& words) {
+  DrivenProgram program(home);
+  const int status = program.Run([&] { EXPECT_EQ(program.AnswerBox(), "Tavlo Deck: " + words); });
+  EXPECT_EQ(status, 1);
+}
+
+constexpr const char* kRemedy =
+    " Put a copy of it back, or rename its folder to begin with a new installation.";
+
+TEST(ProgramThatCannotStart, NamesSettingsThatAreMissing) {
+  const Home home;
+  home.MakeRoot();
+  fs::remove(home.SettingsPath());
+  ExpectRefusal(home,
+                "The settings database " + home.SettingsPath() + " does not exist." + kRemedy);
+}
+
+TEST(ProgramThatCannotStart, NamesSettingsThatAreDamaged) {
+  const Home home;
+  home.MakeRoot();
+  std::ofstream(home.SettingsPath()) << std::string(5000, 'x');
+  ExpectRefusal(home, "The settings database " + home.SettingsPath() +
+                          " is damaged (it is no database)." + kRemedy);
+}
+
+TEST(ProgramThatCannotStart, NamesWhatStandsInThePlaceOfItsFolder) {
+  const Home home;
+  std::ofstream(home.Path() + "/Lyrane") << "a note of the user's";
+  ExpectRefusal(home, "Tavlo Deck needs its work folder " + home.Root() + ".\n\n" + home.Path() +
+                          "/Lyrane can not be made: something of that name stands there already.");
+}
+
+TEST(ProgramWithoutSound, SaysSoAndTheQueueWorks) {
+  const Home home;
+  home.MakeRoot({{"AutoPreview", "0"}});
+  home.AddToQueue(DocumentName("Brown", 1), WaveBytes(Chirp(8000, 8000)));
+  home.AddToQueue(DocumentName("Okafor", 2), WaveBytes(Chirp(16000, 8000)));
+  DrivenProgram program(home);
+  const int status = program.Run([&] {
+    ASSERT_TRUE(program.Begin());
+    EXPECT_EQ(program.AnswerBox(), "Tavlo Deck - Sound Card: A sound card can not be found");
+    ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+    EXPECT_EQ(program.Ask([&] { return program.Main().listViewInQueue.Rows().size(); }), 2u);
+    program.ClickRow(1);
+    EXPECT_TRUE(
+        program.Until([&] { return program.Main().StatusBar1.Panels.Get()[2] == "Okafor"; }));
+    EXPECT_TRUE(program.Until([&] { return program.Main().cmdPlay.Enabled.Get(); }));
+    EXPECT_EQ(program.Box(), "");
+
+    home.AddToQueue(DocumentName("Haddad", 3), WaveBytes(Chirp(800, 8000)));
+    program.Keys({kF5});
+    EXPECT_TRUE(program.Until([&] { return program.Main().listViewInQueue.Rows().size() == 3; }));
+    ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+    program.Exit();
+  });
+  EXPECT_EQ(status, 0);
+}
+
+TEST(ProgramWithoutSound, ShowsTheConfigurationWhenAPreviewCannotSound) {
+  const Home home;
+  home.MakeRoot({{"AutoPreview", "5"}});
+  home.AddToQueue(DocumentName("Brown"), WaveBytes(Chirp(8000, 8000)));
+  DrivenProgram program(home);
+  const int status = program.Run([&] {
+    ASSERT_TRUE(program.Begin());
+    program.AnswerBox();
+    ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+    program.ClickRow(0);
+    EXPECT_TRUE(program.AnswerBox().starts_with("Tavlo Deck - Audio Hardware: "));
+    ASSERT_TRUE(program.Until(
+        [&] { return program.Windows().configuration.frmConfiguration.Visible.Get(); }));
+    EXPECT_FALSE(program.Ask([&] { return program.Main().frmMain.Visible.Get(); }));
+    program.Keys({kAlt, 'c'});
+    ASSERT_TRUE(program.Until([&] { return program.Main().frmMain.Visible.Get(); }));
+    program.Exit();
+  });
+  EXPECT_EQ(status, 0);
+}
+
+/// Nanoseconds that this thread was kept waiting by other programs for a processor.
+std::int64_t KeptWaiting() {
+  std::ifstream statistics("/proc/thread-self/schedstat");
+  std::int64_t ran = 0;
+  std::int64_t waited = 0;
+  statistics >> ran >> waited;
+  return waited;
+}
+
+/// The longest time between two turns of the loop since the list has a row, less what other
+/// programs of the machine took; and how often the main window was painted in it.
+class Attention : public QObject {
+ public:
+  explicit Attention(DrivenProgram& program)
+      : program_(program), feed_(program.Loop(), "attention", 1ms, base::TimerKind::Feed) {
+    feed_.OnTick = [this] { Tick(); };
+    feed_.Start();
+    qApp->installEventFilter(this);
+  }
+
+  std::chrono::milliseconds LongestGap{0};
+  int PaintsInAScan = 0;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint && Scanning()) ++PaintsInAScan;
+    return false;
+  }
+
+ private:
+  bool Scanning() {
+    return program_.Main().frmMain.MousePointer == forms::Pointer::Hourglass &&
+           !program_.Main().listViewInQueue.Rows().empty();
+  }
+  void Tick() {
+    const auto now = std::chrono::steady_clock::now();
+    const std::int64_t waited = KeptWaiting();
+    if (begun_) {
+      const auto own = now - last_ - std::chrono::nanoseconds(waited - lastWaited_);
+      LongestGap = std::max(LongestGap, std::chrono::duration_cast<std::chrono::milliseconds>(own));
+    }
+    begun_ = begun_ || !program_.Main().listViewInQueue.Rows().empty();
+    last_ = now;
+    lastWaited_ = waited;
+    if (Scanning()) {
+      for (QWidget* const window : QApplication::topLevelWidgets()) window->update();
+    }
+  }
+
+  DrivenProgram& program_;
+  base::Timer feed_;
+  bool begun_ = false;
+  std::chrono::steady_clock::time_point last_;
+  std::int64_t lastWaited_ = 0;
+};
+
+TEST(ProgramWithTenThousandDocuments, PaintsDuringTheScanAndAnswersAfterIt) {
+  constexpr int kDocuments = 10'000;
+  const Home home;
+  home.MakeRoot({{"AutoPreview", "0"}});
+  const std::string wave = WaveBytes(Chirp(400, 8000));
+  for (int i = 0; i < kDocuments; ++i) {
+    home.AddToQueue(DocumentName("Author" + std::to_string(i), i % 60), wave);
+  }
+  DrivenProgram program(home);
+  Attention attention(program);
+  const int status = program.Run([&] {
+    ASSERT_TRUE(program.Begin());
+    program.AnswerBox();
+    ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+    EXPECT_EQ(program.Ask([&] { return program.Main().listViewInQueue.Rows().size(); }),
+              std::size_t{kDocuments});
+    program.ClickRow(0);
+    EXPECT_TRUE(program.Until([&] { return program.Main().cmdPlay.Enabled.Get(); }));
+    EXPECT_EQ(program.Ask([&] { return program.Main().listViewInQueue.ListIndex.Get(); }), 0);
+    program.Exit();
+  });
+  EXPECT_EQ(status, 0);
+  EXPECT_GT(attention.PaintsInAScan, 0);
+  EXPECT_LE(attention.LongestGap, 50ms) << attention.LongestGap.count() << " ms";
+  RecordProperty("longest_gap_ms", static_cast<int>(attention.LongestGap.count()));
+}
+
+}  // namespace
+}  // namespace tavlo::test

@@ -1,0 +1,228 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <numbers>
+#include <string>
+#include <thread>
+
+#include "support/driven_program.h"
+#include "support/screen.h"
+#include "support/sound_analysis.h"
+#include "support/sound_files.h"
+#include "support/sound_recorder.h"
+#include "support/sound_server.h"
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int kRate = 16000;
+constexpr double kToneSeconds = 5;
+/// How long after a stop the recording has everything.
+constexpr auto kTail = 600ms;
+
+std::string WaveOf(const Sound& sound) {
+  std::vector<std::int16_t> values;
+  for (const float value : sound.samples) {
+    values.push_back(static_cast<std::int16_t>(std::lround(value * 32767)));
+  }
+  return WaveBytes(values, sound.rate);
+}
+
+/// The pitch climbs with the time, so that a sound tells its place in the document.
+constexpr double kLowest = 300;
+constexpr double kHertzPerSecond = 100;
+
+Sound Sweep(double seconds) {
+  Sound sweep{.rate = kRate};
+  double phase = 0;
+  for (int i = 0; i < seconds * kRate; ++i) {
+    phase += 2 * std::numbers::pi * (kLowest + kHertzPerSecond * i / kRate) / kRate;
+    sweep.samples.push_back(static_cast<float>(0.5 * std::sin(phase)));
+  }
+  return sweep;
+}
+
+/// The program with a sound card, and a tone and a sweep in the Queue.
+struct ProgramSound : testing::Test {
+  void SetUp() override {
+    ASSERT_TRUE(server.Start());
+    Record();
+    home.MakeRoot({{"AutoPreview", "0"},
+                   {"AudioPromptsFlag", "N"},
+                   {"AutoQueueDocumentFlag", "N"},
+                   {"AutoBackspace", "0"}});
+    home.AddToQueue(tone, WaveOf(Tone(440, kToneSeconds, kRate)));
+    home.AddToQueue(sweep, WaveOf(Sweep(10)));
+    program = std::make_unique<DrivenProgram>(home);
+  }
+
+  void Record() {
+    recorder = std::make_unique<SoundRecorder>();
+    ASSERT_TRUE(recorder->Start());
+  }
+
+  bool Playing() {
+    return program->Ask([&] { return program->Rooms().engine.IsPlaying; });
+  }
+  double Position() {
+    return program->Ask([&] { return program->Rooms().engine.CurrentSamplePosition; }) / kRate;
+  }
+
+  /// Puts a document in work, stopped at its beginning.
+  void Open(const std::string& name) {
+    program->ClickRow(program->RowOf(name));
+    ASSERT_TRUE(program->Until([&] { return program->Main().cmdPlay.Enabled.Get(); }));
+    Play();
+    Stop();
+    program->Click("cmdSkipBeg");
+    ASSERT_TRUE(Until([&] { return Position() == 0; }));
+  }
+  void Play() {
+    program->Click("cmdPlay");
+    ASSERT_TRUE(Until([&] { return Playing(); }));
+  }
+  void Stop() {
+    program->Click("cmdStop");
+    ASSERT_TRUE(Until([&] { return !Playing(); }));
+  }
+  void LeaveDocument() {
+    program->Click("cmdSkip");
+    ASSERT_TRUE(Until([&] { return program->IsReady(); }));
+  }
+  void SetSpeed(int percent) {
+    if (percent == 100) {
+      program->Click("cmdNormalSpeed");
+    } else {
+      program->Drag("Slider1", percent < 100 ? 0 : 100);
+    }
+    ASSERT_TRUE(
+        program->Until([&] { return program->Rooms().engine.PlaySpeedPercent == percent; }));
+  }
+
+  /// What was heard of `act`, without clicks and without pauses of `pause` seconds. A machine that
+  /// is too busy to serve its sound device stutters, and no player can help it; so a recording that
+  /// is not clean is taken again, up to three times in all. A fault of our own would be in each.
+  Sound HeardOf(double pause, const std::function<void()>& act) {
+    Sound heard;
+    for (int tries = 0; tries < 3; ++tries) {
+      const double from = recorder->Seconds();
+      act();
+      std::this_thread::sleep_for(kTail);
+      heard = recorder->Since(from);
+      if (StepsPerSlope(heard) < 3 && Pauses(heard, pause).empty()) break;
+    }
+    EXPECT_LT(StepsPerSlope(heard), 3);
+    EXPECT_TRUE(Pauses(heard, pause).empty());
+    return heard;
+  }
+  /// The largest step of a recording of the tone, by the tone's own.
+  static double StepsPerSlope(const Sound& heard) {
+    double loudest = 0;
+    for (const float value : heard.samples) loudest = std::max<double>(loudest, std::abs(value));
+    return LargestStep(heard) / SlopeOfTone(440, loudest, heard.rate);
+  }
+
+  void Run(const std::function<void()>& script) {
+    const int status = program->Run([&] {
+      ASSERT_TRUE(program->Begin());
+      script();
+      program->Exit();
+    });
+    EXPECT_EQ(status, 0);
+  }
+
+  const std::string tone = DocumentName("Tone", 1);
+  const std::string sweep = DocumentName("Sweep", 2);
+  SoundServer server;
+  std::unique_ptr<SoundRecorder> recorder;
+  Home home;
+  std::unique_ptr<DrivenProgram> program;
+};
+
+TEST_F(ProgramSound, KeepsPitchAndLengthAtAnySpeedAndDoesNotClick) {
+  Run([&] {
+    Open(tone);
+    for (const int percent : {50, 100, 150}) {
+      SCOPED_TRACE(percent);
+      SetSpeed(percent);
+      const Sound heard = HeardOf(0.005, [&] {
+        program->Click("cmdSkipBeg");
+        Play();
+        ASSERT_TRUE(Until([&] { return !Playing(); }, 25s));
+      });
+      EXPECT_NEAR(Cents(PitchOf(heard), 440), 0, 3);
+      EXPECT_NEAR(AudibleSeconds(heard) * percent / 100, kToneSeconds, 0.01 * kToneSeconds);
+    }
+    LeaveDocument();
+  });
+}
+
+TEST_F(ProgramSound, StopsWhereTheEarWasAndSeeksWithoutAClick) {
+  Run([&] {
+    Open(sweep);
+    for (const int percent : {50, 100, 150}) {
+      SCOPED_TRACE(percent);
+      SetSpeed(percent);
+      program->Click("cmdSkipBeg");
+      const double from = recorder->Seconds();
+      Play();
+      std::this_thread::sleep_for(1700ms);
+      Stop();
+      const double stopped = Position();
+      std::this_thread::sleep_for(kTail);
+      const Sound heard = recorder->Since(from);
+      // The pitch of the last 100 ms is that of their middle.
+      const double end = static_cast<double>(Audible(heard, 0.02F).end) / heard.rate;
+      const double pitch = PitchOf(heard.Between(end - 0.105, end - 0.005));
+      const double ear = (pitch - kLowest) / kHertzPerSecond + 0.055 * percent / 100;
+      EXPECT_NEAR(stopped, ear, 0.020);
+    }
+    SetSpeed(100);
+    LeaveDocument();
+
+    Open(tone);
+    const Sound heard = HeardOf(0.03, [&] {
+      program->Click("cmdSkipBeg");
+      Play();
+      std::this_thread::sleep_for(500ms);
+      program->Drag("slPosition", 60);
+      ASSERT_TRUE(Until([&] { return Position() > 0.55 * kToneSeconds; }));
+      std::this_thread::sleep_for(500ms);
+      Stop();
+    });
+    EXPECT_NEAR(Cents(PitchOf(heard), 440), 0, 3);
+    LeaveDocument();
+  });
+}
+
+TEST_F(ProgramSound, LosesItsServerKeepsThePlaceAndPlaysWhenTheServerIsBack) {
+  Run([&] {
+    Open(tone);
+    Play();
+    std::this_thread::sleep_for(1500ms);
+    server.Kill();
+    std::this_thread::sleep_for(400ms);
+    const double reached = Position();
+    EXPECT_NEAR(reached, 1.5, 0.4);
+    std::this_thread::sleep_for(1s);
+    EXPECT_EQ(Position(), reached);
+    Stop();
+    EXPECT_EQ(Position(), reached);
+
+    ASSERT_TRUE(server.Start());
+    Record();
+    Play();
+    std::this_thread::sleep_for(1s);
+    Stop();
+    std::this_thread::sleep_for(kTail);
+    EXPECT_NEAR(AudibleSeconds(recorder->Since(0)), 1, 0.3);
+    EXPECT_NEAR(Position(), reached + 1, 0.3);
+    LeaveDocument();
+  });
+}
+
+}  // namespace
+}  // namespace tavlo::test

@@ -1,0 +1,189 @@
+#include "support/driven_program.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTableView>
+#include <QWindow>
+#include <cstdio>
+#include <cstdlib>
+#include <future>
+#include <memory>
+#include <thread>
+
+#include "support/screen.h"
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+namespace column = forms::document_column;
+
+constexpr std::uint32_t kReturn = 0xFF0D;
+/// How long the program's loop may let a question wait.
+constexpr auto kHung = 10s;
+
+/// Ends a script whose program has ended under it.
+struct ProgramEnded {};
+
+char** HomeFirst(const Home& home, char** arguments) {
+  ::setenv("HOME", home.Path().c_str(), 1);
+  return arguments;
+}
+
+}  // namespace
+
+DrivenProgram::DrivenProgram(const Home& home)
+    : program_(argumentCount_, HomeFirst(home, arguments_)) {}
+
+int DrivenProgram::Run(const std::function<void()>& script) {
+  std::thread typist([&] {
+    try {
+      // The first question is answered once the loop turns.
+      Do([] {});
+      script();
+    } catch (const ProgramEnded&) {
+      ADD_FAILURE() << "the program ended before the script";
+    }
+    if (test::Until([this] { return over_.load(); }, 10s)) return;
+    ADD_FAILURE() << "the program did not end; box: " << Box();
+    Do([this] { program_.Loop().Quit(-1); });
+  });
+  const int status = program_.Run();
+  over_ = true;
+  typist.join();
+  return status;
+}
+
+void DrivenProgram::Do(const std::function<void()>& call) {
+  const auto done = std::make_shared<std::promise<void>>();
+  std::future<void> answered = done->get_future();
+  QMetaObject::invokeMethod(
+      qApp,
+      [call, done] {
+        call();
+        done->set_value();
+      },
+      Qt::QueuedConnection);
+  const auto end = std::chrono::steady_clock::now() + kHung;
+  while (answered.wait_for(20ms) != std::future_status::ready) {
+    if (over_) throw ProgramEnded();
+    if (std::chrono::steady_clock::now() < end) continue;
+    std::fprintf(stderr, "the program's loop does not answer\n");
+    std::abort();
+  }
+}
+
+bool DrivenProgram::Until(const std::function<bool()>& condition,
+                          std::chrono::milliseconds patience) {
+  return test::Until([&] { return Ask(condition); }, patience);
+}
+
+bool DrivenProgram::IsReady() {
+  return Ask([this] {
+    return program_.Deck().Built() && Main().frameFiles.Visible && Main().listViewInQueue.Visible &&
+           Main().mnuFile.Enabled && Main().frmMain.MousePointer == forms::Pointer::Arrow &&
+           Main().cmdUpdateFileList.Visible && Main().cmdUpdateFileList.Enabled;
+  });
+}
+
+std::string DrivenProgram::Box() {
+  return Ask([]() -> std::string {
+    const auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    return box ? (box->windowTitle() + ": " + box->text()).toStdString() : "";
+  });
+}
+
+int DrivenProgram::RowOf(const std::string& fileName) {
+  return Ask([&] {
+    const forms::Table& list = Main().listViewInQueue;
+    int row = static_cast<int>(list.Rows().size()) - 1;
+    while (row >= 0 && list.TextAt(row, column::FileName) != fileName) --row;
+    return row;
+  });
+}
+
+bool DrivenProgram::Begin() {
+  if (!Until([this] { return Windows().splash.frmInitSplash.Visible.Get(); })) return false;
+  Click("picIcon");
+  return test::Until([this] { return IsReady() || !Box().empty(); }, 20s);
+}
+
+QWidget* DrivenProgram::Widget(const char* name) {
+  for (QWidget* const widget : QApplication::allWidgets()) {
+    if (widget->objectName() == name && widget->isVisible()) return widget;
+  }
+  return nullptr;
+}
+
+QPoint DrivenProgram::Rest(const std::function<QPoint()>& place) {
+  QPoint last(-1, -1);
+  QPoint now = Ask(place);
+  for (int look = 0; look < 50 && (now.isNull() || now != last); ++look) {
+    std::this_thread::sleep_for(60ms);
+    last = std::exchange(now, Ask(place));
+  }
+  return now;
+}
+
+void DrivenProgram::Click(const char* control) {
+  const QPoint place = Rest([&] {
+    const QWidget* const widget = Widget(control);
+    return widget ? widget->mapToGlobal(widget->rect().center()) : QPoint();
+  });
+  if (place.isNull()) ADD_FAILURE() << control << " does not show";
+  hands_.ClickAt(place.x(), place.y());
+}
+
+void DrivenProgram::ClickRow(int row) {
+  const QPoint place = Rest([&] {
+    auto* const list = qobject_cast<QTableView*>(Widget("listViewInQueue"));
+    if (!list) return QPoint();
+    const QModelIndex cell = list->model()->index(row, column::Author);
+    list->scrollTo(cell);
+    return list->viewport()->mapToGlobal(list->visualRect(cell).center());
+  });
+  if (place.isNull()) ADD_FAILURE() << "row " << row << " does not show";
+  hands_.ClickAt(place.x(), place.y());
+}
+
+void DrivenProgram::Drag(const char* slider, int percent) {
+  const QPoint place = Rest([&] {
+    const QWidget* const widget = Widget(slider);
+    if (!widget) return QPoint();
+    return widget->mapToGlobal(QPoint((widget->width() - 1) * percent / 100, widget->height() / 2));
+  });
+  if (place.isNull()) ADD_FAILURE() << slider << " does not show";
+  const int aside = percent > 50 ? -5 : 5;
+  hands_.MoveTo(place.x() + aside, place.y());
+  hands_.Press();
+  std::this_thread::sleep_for(60ms);
+  hands_.MoveTo(place.x(), place.y());
+  std::this_thread::sleep_for(60ms);
+  hands_.Release();
+}
+
+std::string DrivenProgram::AnswerBox() {
+  std::string said;
+  EXPECT_TRUE(test::Until([&] { return !(said = Box()).empty(); })) << "no box came";
+  EXPECT_TRUE(test::Until([&] {
+    if (Box() != said) return true;
+    if (Ask([] { return QApplication::activeWindow() != nullptr; })) hands_.Keys({kReturn});
+    std::this_thread::sleep_for(60ms);
+    return over_.load();
+  })) << said;
+  return said;
+}
+
+void DrivenProgram::Exit() {
+  EXPECT_TRUE(test::Until([this] { return IsReady(); })) << Box();
+  const auto deck = Ask([this] {
+    const QWidget* const window = Widget(Main().frmMain.Name.c_str());
+    return static_cast<xcb_window_t>(window ? window->windowHandle()->winId() : 0);
+  });
+  hands_.PressClose(deck);
+  EXPECT_EQ(AnswerBox(), "Tavlo Deck - Exit: Are you sure you want to exit the Tavlo Deck?");
+}
+
+}  // namespace tavlo::test

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QPoint>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <string>
+
+#include "platform/desktop/program.h"
+#include "support/hands.h"
+#include "support/home.h"
+
+class QWidget;
+
+namespace tavlo::test {
+
+/// The real program in this process, and somebody beside it who uses it by keyboard and mouse and
+/// may also look inside. The program has this thread. The script runs on one of its own, so it
+/// goes on under message boxes and inside waits as a person would; what it wants to know it asks
+/// on the program's thread, between two of the program's events.
+class DrivenProgram {
+ public:
+  /// Starts nothing yet. The home must outlive the program.
+  explicit DrivenProgram(const Home& home);
+
+  /// Runs the program and the script to the end of both; returns the program's exit status. A
+  /// program that does not end by what the script did fails the test and is ended. One whose loop
+  /// does not answer for ten seconds aborts it.
+  int Run(const std::function<void()>& script);
+
+  shell::Windows& Windows() { return program_.Deck().windows; }
+  forms::MainForm& Main() { return Windows().main; }
+  shell::Rooms& Rooms() { return *program_.Deck().Built(); }
+  base::Loop& Loop() { return program_.Loop(); }
+
+  // For the script.
+
+  /// Runs a call on the program's thread and waits for it.
+  void Do(const std::function<void()>& call);
+  template <typename Look>
+  auto Ask(Look look) {
+    decltype(look()) answer{};
+    Do([&] { answer = look(); });
+    return answer;
+  }
+  /// Asks again and again; false when the answer was never yes.
+  bool Until(const std::function<bool()>& condition,
+             std::chrono::milliseconds patience = std::chrono::seconds{10});
+  /// The list stands, and nothing is under way.
+  bool IsReady();
+  /// Title and text of the open message box with a colon between them; empty when none is open.
+  std::string Box();
+  int RowOf(const std::string& fileName);
+
+  /// Clicks the splash away and waits for the list.
+  bool Begin();
+  void Click(const char* control);
+  void ClickRow(int row);
+  void Keys(std::initializer_list<std::uint32_t> symbols) { hands_.Keys(symbols); }
+  /// Drags a slider's handle to so many hundredths of its width.
+  void Drag(const char* slider, int percent);
+  /// Waits for a box, which Return then closes; returns what `Box` said.
+  std::string AnswerBox();
+  /// Leaves by the close button and agrees.
+  void Exit();
+
+ private:
+  static QWidget* Widget(const char* name);
+  /// Where something is on the screen once it stands still, in pixels.
+  QPoint Rest(const std::function<QPoint()>& place);
+
+  int argumentCount_ = 1;
+  char name_[10] = "tavlodeck";
+  char* arguments_[2] = {name_, nullptr};
+  platform::desktop::Program program_;
+  Hands hands_;
+  std::atomic<bool> over_ = false;
+};
+
+}  // namespace tavlo::test
