@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "store/missing_prompts.h"
 #include "store/provisioning.h"
 
 namespace tavlo::shell {
@@ -89,6 +90,7 @@ void Deck::Start() {
     EndWith(opened.failure);
     return;
   }
+  store::AddMissingPrompts(platform_.disk, platform_.installRoot, platform_.shareFolder);
   rooms_.emplace(platform_, windows, folders_, std::move(opened.database));
   OfferOnlyWhatIsThere(windows);
   splash_.Show(rooms_->settings.ProgramVersionText());

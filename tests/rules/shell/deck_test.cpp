@@ -160,6 +160,20 @@ TEST_F(DeckTest, StoredSpeedAndVolumeAreInForce) {
   EXPECT_EQ(player.Volumes, (std::vector<int>{1234, 20'000}));
 }
 
+TEST_F(DeckTest, RootOfAnEarlierReleaseGetsTheNewPrompts) {
+  disk.WithFile("/usr/share/tavlodeck/Prompts/Welcome.wav", "welcome");
+  deck.Start();
+  EXPECT_EQ(disk.Contents(std::string(kRoot) + "/Prompts/Welcome.wav"), "welcome");
+}
+
+TEST_F(DeckTest, PromptsThatCanNotBeAddedDoNotKeepItFromStarting) {
+  disk.WithFile("/usr/share/tavlodeck/Prompts/Welcome.wav", "welcome");
+  disk.SetFreeSpace("/", 0);
+  StartUntilReady();
+  EXPECT_TRUE(form.mnuFile.Enabled);
+  EXPECT_FALSE(disk.Has(std::string(kRoot) + "/Prompts/Welcome.wav"));
+}
+
 TEST_F(DeckTest, WelcomesWhoStartsIt) {
   StartUntilReady();
   EXPECT_EQ(promptControl.Sounded,
