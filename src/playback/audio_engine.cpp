@@ -136,9 +136,9 @@ void AudioEngine::StartPlay() {
 
 void AudioEngine::StopPlay() {
   player_.StopOutput();
-  IsPlaying = false;
+  // A wind runs the deck too, and a stop of what does not play leaves it winding.
+  if (std::exchange(IsPlaying, false)) form_.DeckRuns = false;
   IsPaused = false;
-  form_.DeckRuns = false;
   form_.MeterLeft.Value = 0;
   form_.MeterRight.Value = 0;
 }

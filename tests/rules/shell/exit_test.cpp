@@ -63,6 +63,15 @@ TEST_F(ExitTest, AnswerNoLeavesTheProgramRunningWithPlaybackStopped) {
   EXPECT_TRUE(form.mnuFile.Enabled);
 }
 
+TEST_F(ExitTest, RefusedCloseLeavesAWindRunningAndThePlayKeyShowsIt) {
+  ClickRow(0);
+  form.cmdPlay.Press(By::Hand);
+  form.cmdForward.Press(By::Hand);
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(deck.Built()->transport.WindDirection, playback::Wind::Forward);
+  EXPECT_TRUE(form.DeckRuns);
+}
+
 TEST_F(ExitTest, OpenFtpConnectionIsToldAndStaysOpen) {
   form.bConnect.Caption = "Disconnect";
   form.frmMain.CloseRequest();
