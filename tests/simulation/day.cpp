@@ -1,0 +1,138 @@
+#include "simulation/day.h"
+
+#include <algorithm>
+
+#include "simulation/invariants.h"
+
+namespace tavlo::simulation {
+namespace {
+
+using base::operator""s;
+
+constexpr int kStepsBetweenSettlings = 120;
+constexpr int kTriesToStart = 3;
+
+}  // namespace
+
+Day::Day(std::uint64_t seed, bool aloud)
+    : conditions_(seed),
+      chance_(Chance(seed).Child("day")),
+      trace_(aloud),
+      world_(desk_, ledger_, conditions_, Chance(seed).Child("world"), trace_),
+      typist_(desk_, conditions_, Chance(seed).Child("typist"), trace_) {
+  typist_.OnMeanwhile = [this] { world_.Act(); };
+}
+
+std::string Day::Run(int steps) {
+  try {
+    Restart();
+    for (int count = conditions_.documentsAtStart; count > 0; --count) world_.DropDictation();
+    for (int step = 1; step <= steps; ++step) {
+      trace_.Note("step " + std::to_string(step));
+      std::string wrong = Step();
+      if (wrong.empty() && step % kStepsBetweenSettlings == 0) wrong = Settle();
+      RecordStep();
+      if (!wrong.empty()) return wrong;
+    }
+    return Settle();
+  } catch (const Storm& storm) {
+    return storm.what;
+  }
+}
+
+std::string Day::Step() {
+  const int drawn = chance_.Below(100);
+  if (drawn < 50) {
+    typist_.Act();
+  } else if (drawn < 75) {
+    typist_.WaitAWhile();
+  } else if (drawn < 99) {
+    world_.Act();
+  } else if (conditions_.programIsKilled) {
+    Perish();
+  }
+  if (desk_.disk.Crashed()) Perish();
+  if (desk_.ended) Restart();
+  return Look();
+}
+
+void Day::Perish() {
+  trace_.Note("  the program is killed");
+  desk_.Kill();
+  if (conditions_.powerFails && chance_.OneIn(2)) world_.LosePower();
+  // What the kill left in two places is looked at with the step, so the blow still counts then.
+  world_.MendDisk();
+  Restart();
+}
+
+void Day::Restart() {
+  typist_.HandsOff();
+  desk_.Kill();
+  for (int tries = kTriesToStart; tries > 0; --tries) {
+    const bool anotherHolds = chance_.OneIn(20);
+    const bool lastTry = tries == 1;
+    if (lastTry) world_.MendAll();
+    if (anotherHolds && !lastTry) desk_.databases.HoldByAnother(Desk::SettingsPath());
+    desk_.anotherCopy = !lastTry && chance_.OneIn(20);
+    trace_.Note("  the program starts");
+    desk_.Start();
+    if (anotherHolds) desk_.databases.LetGo(Desk::SettingsPath());
+    if (desk_.Rooms()) break;
+    desk_.Kill();
+  }
+  desk_.loop.Advance(std::chrono::seconds{chance_.Below(10)});
+}
+
+std::string Day::Look() {
+  std::string wrong = ledger_.Check(desk_.disk, world_.TakeStruck());
+  if (wrong.empty() && desk_.AtWork()) wrong = BrokenInvariant(desk_);
+  return wrong;
+}
+
+std::string Day::Settle() {
+  trace_.Note("  everything is mended and settles");
+  const bool struck = world_.TakeStruck();
+  world_.MendAll();
+  if (desk_.ended) Restart();
+  if (!typist_.GoHome()) return "The typist finds no way back to the list.";
+  desk_.loop.Advance(2s);
+  std::string wrong = ledger_.Check(desk_.disk, struck);
+  if (wrong.empty()) wrong = Look();
+  if (wrong.empty()) wrong = CompareListWithFolder();
+  if (wrong.empty()) wrong = typist_.TypeOneDocument();
+  return wrong.empty() ? Look() : wrong;
+}
+
+std::string Day::CompareListWithFolder() {
+  std::vector<std::string> shown;
+  const forms::Table& list = desk_.Main().listViewInQueue;
+  for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
+    shown.push_back(list.TextAt(row, forms::document_column::FileName));
+  }
+  std::sort(shown.begin(), shown.end());
+  std::vector<std::string> names = desk_.disk.NamesIn(Desk::Path("/Files/InQueue"));
+  std::erase_if(names, [](const std::string& name) { return name.starts_with('.'); });
+  if (shown == names) return "";
+  return "The list shows " + std::to_string(shown.size()) + " documents of " +
+         std::to_string(names.size()) + " in the folder.";
+}
+
+void Day::RecordStep() {
+  for (const std::string& operation : desk_.disk.Operations) trace_.Fold(operation);
+  trace_.Fold(std::to_string(desk_.loop.Now().sinceStart.count()));
+  trace_.Fold(std::to_string(desk_.Main().listViewInQueue.Rows().size()));
+  trace_.EndStep();
+  // Whatever the edges write down would fill the memory in a long run.
+  desk_.disk.Operations.clear();
+  desk_.loop.Shown.clear();
+  desk_.file.Seeks.clear();
+  desk_.transform.Calls.clear();
+  desk_.player.Volumes.clear();
+  desk_.promptControl.Told.clear();
+  desk_.promptControl.Sounded.clear();
+  if (desk_.Settings()) desk_.Settings()->Saves.clear();
+  auto& queued = desk_.player.Queued;
+  if (queued.size() > 1) queued.erase(queued.begin(), queued.end() - 1);
+}
+
+}  // namespace tavlo::simulation

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "simulation/conditions.h"
+#include "simulation/desk.h"
+#include "simulation/ledger.h"
+#include "simulation/trace.h"
+#include "simulation/typist.h"
+#include "simulation/world.h"
+
+namespace tavlo::simulation {
+
+/// One day from one seed: the typist and the world act by turns, and after each step everything
+/// that must be true is looked at. Now and then all faults end, and the program must settle.
+class Day {
+ public:
+  explicit Day(std::uint64_t seed, bool aloud = false);
+
+  /// The empty text, or what was found wrong; then nothing more happens.
+  std::string Run(int steps);
+
+  const Conditions& Circumstances() const { return conditions_; }
+  const Trace& Recorded() const { return trace_; }
+
+ private:
+  std::string Step();
+  std::string Settle();
+  void Restart();
+  void Perish();
+  std::string Look();
+  std::string CompareListWithFolder();
+  void RecordStep();
+
+  Conditions conditions_;
+  Chance chance_;
+  Trace trace_;
+  Desk desk_{conditions_};
+  Ledger ledger_{Desk::kRoot};
+  World world_;
+  Typist typist_;
+};
+
+}  // namespace tavlo::simulation

@@ -1,0 +1,102 @@
+#include "simulation/desk.h"
+
+#include "simulation/ledger.h"
+
+namespace tavlo::simulation {
+namespace {
+
+constexpr const char* kShare = "/usr/share/tavlodeck";
+/// Height of title and menu bar, as a desktop would measure it.
+constexpr forms::Twips kAboveContent = 840;
+/// No rule needs as much within one moment.
+constexpr int kMostChangesInAMoment = 200'000;
+constexpr int kMostBoxes = 8;
+
+}  // namespace
+
+void WatchedLoop::TimersChanged() {
+  if (moment_ != Now()) {
+    moment_ = Now();
+    changesInThisMoment_ = 0;
+  }
+  if (++changesInThisMoment_ > kMostChangesInAMoment) throw Storm{"The time stands still."};
+}
+
+base::Reply WatchedLoop::ShowBox(const base::MessageBox& box) {
+  if (++openBoxes_ > kMostBoxes) throw Storm{"Boxes stand upon boxes: " + box.text};
+  if (OnBox) Expect(OnBox(box));
+  const base::Reply reply = SimulatedLoop::ShowBox(box);
+  --openBoxes_;
+  return reply;
+}
+
+bool SoundsOnDisk::OpenFile(const std::string& path) {
+  CloseFile();
+  Sounds.clear();
+  const std::string contents = disk_.Contents(path);
+  const auto recording = Recording::Of(contents);
+  if (recording && !Barred.contains(contents)) {
+    Sounds[path] = {recording->samples, recording->rate, recording->channels};
+  }
+  return SimulatedAudioFile::OpenFile(path);
+}
+
+Desk::Desk(const Conditions& conditions) {
+  ProvideShare();
+  if (conditions.freshRoot) {
+    disk.WithFolder("/home/typist");
+    return;
+  }
+  for (const char* folder : {"/Files/InQueue", "/Files/Completed", "/Prompts", "/Fascia"}) {
+    disk.WithFolder(Path(folder));
+  }
+  for (const std::string& folder : conditions.fileSystems) disk.WithFileSystemAt(Path(folder));
+  test::SettingsTables tables = databases.Shipped();
+  store::Record& row = tables.at(store::Table::GeneralSettings).at(0);
+  for (const auto& [field, value] : conditions.settings) row.at(field) = value;
+  databases.Place(SettingsPath(), tables);
+}
+
+void Desk::ProvideShare() {
+  const std::string share = kShare;
+  for (const char* name : {"Welcome", "Complete", "RewindTone", "ForwardEnd"}) {
+    disk.WithFile(share + "/Prompts/" + name + ".wav", name);
+  }
+  disk.WithFile(share + "/Fascia/Graphite.png", "Graphite").WithFile(share + "/PedalWatch.so");
+}
+
+void Desk::Start() {
+  ended.reset();
+  deck_.emplace(shell::Platform{.loop = loop,
+                                .disk = disk,
+                                .databases = databases,
+                                .audioFile = file,
+                                .audioTransform = transform,
+                                .audioPlayer = player,
+                                .promptMediaControl = promptControl,
+                                .installRoot = kRoot,
+                                .shareFolder = kShare,
+                                .anotherCopyRuns = [this] { return anotherCopy; },
+                                .endProcess = [this](int status) { ended = status; }});
+  Main().frmMain.AboveContent = kAboveContent;
+  deck_->Start();
+}
+
+void Desk::Kill() {
+  deck_.reset();
+  // The machine takes back what a process held.
+  player.StopOutput();
+  file.CloseFile();
+  promptControl.Close();
+}
+
+test::SimulatedDatabase* Desk::Settings() {
+  return Rooms() ? dynamic_cast<test::SimulatedDatabase*>(Rooms()->database.get()) : nullptr;
+}
+
+bool Desk::AtWork() {
+  if (ended || !Rooms() || Rooms()->refresh.tmrGetAllJobs.Enabled()) return false;
+  return Main().frmMain.Visible || Config().frmConfiguration.Visible;
+}
+
+}  // namespace tavlo::simulation

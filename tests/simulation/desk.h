@@ -1,0 +1,94 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "shell/deck.h"
+#include "simulation/conditions.h"
+#include "support/simulated_audio.h"
+#include "support/simulated_database.h"
+#include "support/simulated_disk.h"
+#include "support/simulated_loop.h"
+#include "support/simulated_prompts.h"
+
+namespace tavlo::simulation {
+
+/// The program no longer lets the time pass. Thrown through the rules, because nothing below could
+/// end it otherwise.
+struct Storm {
+  std::string what;
+};
+
+/// A loop that asks somebody for the answer to every box and ends a program that runs in circles.
+class WatchedLoop : public test::SimulatedLoop {
+ public:
+  std::function<Answer(const base::MessageBox&)> OnBox;
+
+  void TimersChanged() override;
+
+ protected:
+  base::Reply ShowBox(const base::MessageBox& box) override;
+
+ private:
+  int openBoxes_ = 0;
+  int changesInThisMoment_ = 0;
+  base::MonotonicTime moment_;
+};
+
+/// Decodes what stands on the disk, wherever it was moved to.
+class SoundsOnDisk : public test::SimulatedAudioFile {
+ public:
+  explicit SoundsOnDisk(const test::SimulatedDisk& disk) : disk_(disk) {}
+
+  /// Contents of files that may not be opened.
+  std::set<std::string> Barred;
+
+  bool OpenFile(const std::string& path) override;
+
+ private:
+  const test::SimulatedDisk& disk_;
+};
+
+/// The machine with the program on it, which ends and starts again while the disk stays.
+class Desk {
+ public:
+  static constexpr const char* kRoot = "/home/typist/Lyrane/TavloDeck";
+
+  explicit Desk(const Conditions& conditions);
+
+  WatchedLoop loop;
+  test::SimulatedDisk disk{loop};
+  test::SimulatedDatabases databases{disk, {.root = kRoot, .revision = "1.2.3"}};
+  SoundsOnDisk file{disk};
+  test::SimulatedTransform transform;
+  test::SimulatedPlayer player{loop};
+  test::SimulatedPromptControl promptControl;
+  bool anotherCopy = false;
+  std::optional<int> ended;
+
+  static std::string Path(const std::string& below) { return kRoot + below; }
+  static std::string SettingsPath() { return Path("/Lyrane_Tavlo_Deck.mdb"); }
+
+  /// Starts the program and returns at once; the splash stands.
+  void Start();
+  /// The process is gone, in the middle of whatever it did.
+  void Kill();
+
+  shell::Windows& Windows() { return deck_->windows; }
+  forms::MainForm& Main() { return deck_->windows.main; }
+  forms::ConfigurationForm& Config() { return deck_->windows.configuration; }
+  shell::Rooms* Rooms() { return deck_->Built(); }
+  /// The open settings, or null.
+  test::SimulatedDatabase* Settings();
+  /// The first refresh is done and nothing has ended the program.
+  bool AtWork();
+
+ private:
+  void ProvideShare();
+
+  std::optional<shell::Deck> deck_;
+};
+
+}  // namespace tavlo::simulation

@@ -1,0 +1,136 @@
+#include "simulation/invariants.h"
+
+#include <array>
+#include <set>
+
+namespace tavlo::simulation {
+namespace {
+
+using forms::MainForm;
+using playback::Wind;
+using shell::Rooms;
+
+bool InWork(Desk& desk) { return desk.Main().cmdSkip.Enabled; }
+
+bool GuardsAreDown(Desk& desk) {
+  const window::Guards& guards = desk.Rooms()->mainWindow.guards;
+  return !guards.ListTransitionBusy && !guards.ListPauseActive && !guards.QuietRefresh;
+}
+
+bool PointerIsTheArrow(Desk& desk) {
+  return desk.Main().frmMain.MousePointer == forms::Pointer::Arrow;
+}
+
+bool OneWindowShows(Desk& desk) {
+  return desk.Main().frmMain.Visible != desk.Config().frmConfiguration.Visible;
+}
+
+bool NoBoxStands(Desk& desk) { return !desk.loop.MessageBoxOpen(); }
+
+bool DeckRunsWhilePlayingOrWinding(Desk& desk) {
+  const Rooms& rooms = *desk.Rooms();
+  const bool winds = rooms.transport.WindDirection != Wind::None;
+  return desk.Main().DeckRuns == (rooms.engine.IsPlaying || winds);
+}
+
+bool OneThingSounds(Desk& desk) {
+  const Rooms& rooms = *desk.Rooms();
+  const bool winds = rooms.transport.WindDirection != Wind::None;
+  return rooms.engine.IsPlaying == desk.player.IsRunning() && !(rooms.engine.IsPlaying && winds);
+}
+
+bool WindHasItsTimer(Desk& desk) {
+  const playback::Transport& transport = desk.Rooms()->transport;
+  return transport.tmrRewindForward.Enabled() == (transport.WindDirection != Wind::None);
+}
+
+bool PreviewIsOfTheList(Desk& desk) {
+  return !InWork(desk) || !desk.Rooms()->engine.tmrPlaySnipet.Enabled();
+}
+
+bool WhatPlaysCanBeStopped(Desk& desk) {
+  const MainForm& main = desk.Main();
+  const forms::Command& stop = InWork(desk) ? main.cmdStop : main.cmdImportCompleteSnipetStop;
+  return !desk.Rooms()->engine.IsPlaying || (stop.Enabled && stop.Visible);
+}
+
+bool MiniPlayerMeansWork(Desk& desk) {
+  return InWork(desk) || !desk.Rooms()->mainWindow.MiniPlayerShows();
+}
+
+bool WorkKeysGoTogether(Desk& desk) {
+  const MainForm& main = desk.Main();
+  return main.cmdSkip.Enabled == main.cmdSave.Enabled && main.cmdStop.Visible == InWork(desk);
+}
+
+bool ListIsThereOutsideWorkOnly(Desk& desk) {
+  const MainForm& main = desk.Main();
+  for (const forms::Control* control : std::initializer_list<const forms::Control*>{
+           &main.listViewInQueue, &main.cmdUpdateFileList, &main.mnuFile, &main.mnuView,
+           &main.mnuReport}) {
+    if (control->Enabled == InWork(desk)) return false;
+  }
+  return InWork(desk) || (main.listViewInQueue.Visible && main.cmdUpdateFileList.Visible);
+}
+
+bool PlayHasADocument(Desk& desk) {
+  return !desk.Main().cmdPlay.Enabled || !desk.Rooms()->opening.SelectedQueueFile.empty();
+}
+
+bool PositionIsInTheDocument(Desk& desk) {
+  const playback::AudioEngine& engine = desk.Rooms()->engine;
+  if (!engine.HoldsDocument()) return true;
+  return engine.CurrentSamplePosition >= 0 && engine.CurrentSamplePosition <= engine.FileLength;
+}
+
+bool RowsAreCounted(Desk& desk) {
+  return desk.Rooms()->queue.QueueCount ==
+         static_cast<int>(desk.Main().listViewInQueue.Rows().size());
+}
+
+bool RowsAreDifferentFiles(Desk& desk) {
+  const forms::Table& list = desk.Main().listViewInQueue;
+  std::set<std::string> names;
+  for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
+    const std::string& name = list.TextAt(row, forms::document_column::FileName);
+    if (name.empty() || !names.insert(name).second) return false;
+  }
+  return true;
+}
+
+bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->refresh.tmrWorkWaitingAlert.Enabled(); }
+
+struct Invariant {
+  const char* sentence;
+  bool (*holds)(Desk& desk);
+};
+constexpr std::array kInvariants{
+    Invariant{"No guard is up at rest.", &GuardsAreDown},
+    Invariant{"The pointer is the arrow at rest.", &PointerIsTheArrow},
+    Invariant{"Either the main window or the configuration shows.", &OneWindowShows},
+    Invariant{"No box stands at rest.", &NoBoxStands},
+    Invariant{"The deck runs while it plays or winds.", &DeckRunsWhilePlayingOrWinding},
+    Invariant{"At most one thing sounds, and the device knows of it.", &OneThingSounds},
+    Invariant{"A wind has its timer.", &WindHasItsTimer},
+    Invariant{"A preview belongs to the list.", &PreviewIsOfTheList},
+    Invariant{"What plays can be stopped by its key.", &WhatPlaysCanBeStopped},
+    Invariant{"The mini-player shows with a document in work only.", &MiniPlayerMeansWork},
+    Invariant{"Skip, Save and Stop go together.", &WorkKeysGoTogether},
+    Invariant{"List and menus are there outside work only.", &ListIsThereOutsideWorkOnly},
+    Invariant{"Play has a document.", &PlayHasADocument},
+    Invariant{"The position lies in the document.", &PositionIsInTheDocument},
+    Invariant{"The rows are counted.", &RowsAreCounted},
+    Invariant{"Each row is another file.", &RowsAreDifferentFiles},
+    Invariant{"The alert timer runs.", &AlertTimerRuns},
+};
+
+}  // namespace
+
+std::string BrokenInvariant(Desk& desk) {
+  for (const Invariant& invariant : kInvariants) {
+    if (!invariant.holds(desk)) return std::string("Broken: ") + invariant.sentence;
+  }
+  return "";
+}
+
+}  // namespace tavlo::simulation

@@ -1,0 +1,61 @@
+#include "simulation/ledger.h"
+
+#include <cstdio>
+
+#include "simulation/trace.h"
+
+namespace tavlo::simulation {
+namespace {
+
+constexpr std::string_view kHalfCopy = ".TavloDeckMove";
+constexpr std::string_view kRescued = ".Rescued ";
+
+/// A name under which nobody would find a dictation again: what a move has under its hands.
+bool IsHalfCopy(std::string_view name) { return name.starts_with(kHalfCopy); }
+
+}  // namespace
+
+std::string Recording::Contents() const {
+  return "dictation " + std::to_string(number) + ": " + std::to_string(samples) + " samples at " +
+         std::to_string(rate) + " Hz on " + std::to_string(channels) + " channels, whole";
+}
+
+std::optional<Recording> Recording::Of(std::string_view contents) {
+  Recording found;
+  long long samples = 0;
+  const std::string text(contents);
+  const int read = std::sscanf(text.c_str(), "dictation %d: %lld samples at %d Hz on %d channels",
+                               &found.number, &samples, &found.rate, &found.channels);
+  found.samples = samples;
+  if (read != 4 || found.Contents() != contents) return {};
+  return found;
+}
+
+std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck) {
+  std::map<std::string, std::vector<std::string>> places;
+  for (const char* folder : {"/Files/InQueue/", "/Files/Completed/", "/Files/Rescued/"}) {
+    for (const std::string& name : disk.NamesIn(root_ + folder)) {
+      if (IsHalfCopy(name)) continue;
+      const std::string contents = disk.Contents(root_ + folder + name);
+      if (Knows(contents)) {
+        places[contents].push_back(folder + name);
+      } else if (!growing_.contains(contents) && !name.starts_with(kRescued)) {
+        return "Half a dictation shows as " + Readable(folder + name) + ": " + contents;
+      }
+    }
+  }
+  for (auto& [contents, dictation] : dictations_) {
+    const std::vector<std::string>& found = places[contents];
+    if (found.empty()) return "Lost: " + contents;
+    if (found.size() == 1) {
+      dictation.mayStandTwice = false;
+    } else if (faultStruck) {
+      dictation.mayStandTwice = true;
+    } else if (!dictation.mayStandTwice) {
+      return "Two places hold " + contents + ": " + Readable(found[0]) + ", " + Readable(found[1]);
+    }
+  }
+  return "";
+}
+
+}  // namespace tavlo::simulation

@@ -1,0 +1,63 @@
+#include "simulation/names.h"
+
+#include <array>
+
+#include "support/documents.h"
+
+namespace tavlo::simulation {
+namespace {
+
+constexpr std::size_t kLongestName = 255;
+
+constexpr std::array kAuthors{"Brown", "Okafor", "O'Neill", "", "Ångström", "\xFF\xFE", "a\nb"};
+constexpr std::array kMoments{"3 9 2004 14 5 12", "2 29 2004 23 59 59", "12 31 1999 0 0 0",
+                              "13 40 20040 25 61 61", "x y z a b c"};
+constexpr std::array kEndings{".wav", ".mp3", ".WAV", "", ".dss"};
+constexpr std::array kForeign{"letter to the bank.mp3",
+                              "notes.txt",
+                              " ",
+                              "a  b   c    d",
+                              "\n",
+                              "line\nbreak.wav",
+                              "\xC3\x28.wav",
+                              "tab\there",
+                              "%s%n%d.wav",
+                              "\"quoted\".wav",
+                              ".hidden dictation.wav",
+                              "back\\slash",
+                              "_._",
+                              "P_P_P_.wav",
+                              "~",
+                              "0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0_.wav",
+                              "very.many.dots.in.a.name.wav"};
+
+std::string Composed(Chance& chance) {
+  test::Document document;
+  document.By(chance.Pick(kAuthors)).Id(chance.Below(3000)).At(chance.Pick(kMoments));
+  document.Department(chance.Below(100)).WorkType(chance.Below(100));
+  if (chance.OneIn(3)) document.Priority();
+  if (chance.OneIn(6)) document.Saved(chance.Below(200'000));
+  if (chance.OneIn(40)) document.Field(15, "2147483648");
+  if (chance.OneIn(6)) document.Tail(" 7 0 0");
+  return document.Ending(chance.Pick(kEndings)).Name();
+}
+
+/// As long as a name may be, so that one more digit does not fit.
+std::string LongestComposed(Chance& chance) {
+  test::Document document;
+  document.Id(chance.Below(3000)).About("");
+  const std::size_t room = kLongestName - document.Name().size();
+  return document.About(std::string(room, 'x')).Name();
+}
+
+}  // namespace
+
+std::string DrawName(Chance& chance) {
+  const int kind = chance.Below(12);
+  if (kind == 0) return LongestComposed(chance);
+  if (kind == 1) return std::string(kLongestName, static_cast<char>('a' + chance.Below(26)));
+  if (kind < 4) return chance.Pick(kForeign);
+  return Composed(chance);
+}
+
+}  // namespace tavlo::simulation

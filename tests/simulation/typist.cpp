@@ -1,0 +1,301 @@
+#include "simulation/typist.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tavlo::simulation {
+namespace {
+
+using base::Duration;
+using base::operator""ms;
+using base::operator""s;
+using forms::By;
+
+/// A hand that was interrupted this often rests.
+constexpr int kMostActsUnderWay = 4;
+constexpr int kTriesToGoHome = 30;
+
+}  // namespace
+
+Typist::Typist(Desk& desk, const Conditions& conditions, Chance chance, Trace& trace)
+    : desk_(desk),
+      conditions_(conditions),
+      chance_(chance),
+      trace_(trace),
+      hand_(desk.loop, "hand", 1000ms) {
+  hand_.OnTick = [this] { Interrupt(); };
+  desk_.loop.OnBox = [this](const base::MessageBox& box) { return AnswerBox(box); };
+  desk_.loop.OnLastBoxClosed = [this] {
+    if (Seen(desk_.Main().frmMain)) desk_.Main().frmMain.Activate();
+  };
+}
+
+const std::vector<Typist::Habit>& Typist::Habits() {
+  static const std::vector<Habit> habits{
+      {"press", 30, &Typist::PressCommand},
+      {"click a row", 12, &Typist::ClickRow},
+      {"click a header", 2, &Typist::ClickHeader},
+      {"choose and play", 10, &Typist::ChooseAndPlay},
+      {"play to the end", 6, &Typist::PlayToTheEnd},
+      {"finish", 14, &Typist::Finish},
+      {"drag", 8, &Typist::DragSlider},
+      {"place the window", 4, &Typist::Place},
+      {"calibrate", 1, &Typist::Calibrate},
+      {"ask to close", 2, &Typist::AskToClose},
+      {"click a choice", 5, &Typist::ClickChoice},
+      {"type", 3, &Typist::TypeText},
+      {"turn a page", 2, &Typist::TurnPage},
+  };
+  return habits;
+}
+
+void Typist::Act() {
+  if (actsUnderWay_ >= kMostActsUnderWay) return;
+  ++actsUnderWay_;
+  if (conditions_.handsInterrupt && chance_.OneIn(3)) {
+    hand_.SetInterval(1ms + std::chrono::milliseconds{chance_.Below(1500)});
+    hand_.Start();
+  }
+  int all = 0;
+  for (const Habit& habit : Habits()) all += habit.weight;
+  int drawn = chance_.Below(all);
+  const auto habit = std::find_if(Habits().begin(), Habits().end(),
+                                  [&](const Habit& next) { return (drawn -= next.weight) < 0; });
+  Note(habit->name);
+  (this->*habit->act)();
+  ActivateWindows();
+  --actsUnderWay_;
+}
+
+void Typist::Interrupt() {
+  hand_.Stop();
+  trace_.Note("  meanwhile");
+  if (OnMeanwhile && chance_.OneIn(3)) OnMeanwhile();
+  Act();
+}
+
+void Typist::ActivateWindows() {
+  forms::Window& configuration = desk_.Config().frmConfiguration;
+  const bool stands = configuration.Visible;
+  if (stands && !configurationStood_) configuration.Activate();
+  if (!stands && configurationStood_ && Seen(desk_.Main().frmMain)) {
+    desk_.Main().frmMain.Activate();
+  }
+  configurationStood_ = stands;
+}
+
+bool Typist::Seen(const forms::Control& control) const {
+  return control.Visible && control.Enabled;
+}
+
+template <typename C>
+C& Typist::Some(const std::vector<C*>& controls) {
+  C* control = chance_.Pick(controls);
+  if (chance_.OneIn(10)) return *control;
+  for (int tries = 8; tries > 0 && !control->Reachable(); --tries) control = chance_.Pick(controls);
+  return *control;
+}
+
+void Typist::Press(forms::Command& command) {
+  Note("presses " + command.Name + (command.Reachable() ? "" : " out of reach"));
+  command.Press(By::Hand);
+}
+
+void Typist::PressCommand() {
+  forms::MainForm& main = desk_.Main();
+  forms::ConfigurationForm& config = desk_.Config();
+  Press(Some<forms::Command>({&main.cmdPlay,
+                              &main.cmdPlay,
+                              &main.cmdStop,
+                              &main.cmdStop,
+                              &main.cmdImportCompleteSnipetStop,
+                              &main.cmdRewind,
+                              &main.cmdForward,
+                              &main.cmdSkipBeg,
+                              &main.cmdSkipEnd,
+                              &main.cmdSkip,
+                              &main.cmdSave,
+                              &main.cmdComplete,
+                              &main.cmdUpdateFileList,
+                              &main.cmdUpdateFileList,
+                              &main.cmdNormalSpeed,
+                              &main.cmdEQ,
+                              &main.mnuConfiguration,
+                              &main.mnuMinimize,
+                              &main.mnuAbout,
+                              &main.mnuViewQueue,
+                              &desk_.Windows().about.mnuClose,
+                              &config.mnuClose,
+                              &config.mnuClose,
+                              &config.cmdWavConvMode,
+                              &config.cmdSetWavQueuePath,
+                              &config.cmdWavQueuePathDefault}));
+}
+
+void Typist::ClickRow() {
+  forms::Table& list = desk_.Main().listViewInQueue;
+  const int rows = static_cast<int>(list.Rows().size());
+  if (rows == 0) return;
+  const int row = chance_.Below(rows + 1);
+  Note("clicks row " + std::to_string(row));
+  list.RowClick(row);
+  if (chance_.OneIn(4)) list.DoubleClick(row);
+}
+
+void Typist::ClickHeader() {
+  forms::Table& list = desk_.Main().listViewInQueue;
+  const int columns = static_cast<int>(list.Columns().size());
+  if (columns > 0) list.HeaderClick(chance_.Below(columns));
+}
+
+void Typist::ChooseAndPlay() {
+  ClickRow();
+  if (chance_.OneIn(2)) WaitAWhile();
+  Press(desk_.Main().cmdPlay);
+  WaitAWhile();
+}
+
+void Typist::PlayToTheEnd() {
+  ClickRow();
+  Press(desk_.Main().cmdPlay);
+  desk_.loop.Advance(1s);
+  Press(chance_.OneIn(2) ? desk_.Main().cmdSkipEnd : desk_.Main().cmdForward);
+  desk_.loop.Advance(std::chrono::seconds{chance_.Below(20)});
+  Press(desk_.Main().cmdComplete);
+}
+
+void Typist::Finish() {
+  forms::MainForm& main = desk_.Main();
+  Press(Some<forms::Command>({&main.cmdComplete, &main.cmdSave, &main.cmdSave, &main.cmdSkip}));
+}
+
+void Typist::DragSlider() {
+  forms::MainForm& main = desk_.Main();
+  forms::ConfigurationForm& config = desk_.Config();
+  forms::Range& slider =
+      Some<forms::Range>({&main.slPosition, &main.slPosition, &main.slPosition, &main.Slider1,
+                          &main.sldVol, &config.sliderABS, &config.sliderAutoPreview,
+                          &config.sliderWindIncrement, &config.sldPromptVol});
+  Note("drags " + slider.Name);
+  slider.Press();
+  for (int moves = chance_.Below(4); moves > 0; --moves) {
+    const int width = slider.Bounds.maximum - slider.Bounds.minimum + 1;
+    slider.Change(slider.Bounds.minimum + chance_.Below(width));
+    if (chance_.OneIn(3)) desk_.loop.Advance(std::chrono::milliseconds{chance_.Below(2000)});
+  }
+  slider.Release();
+}
+
+void Typist::Place() {
+  constexpr std::array kPlaces{-32'000, -1, 0, 600, 15'000, 60'000};
+  constexpr std::array kSizes{1, 3000, 6000, 6001, 9600, 20'000};
+  forms::Window& window = desk_.Main().frmMain;
+  if (!window.Visible || desk_.loop.MessageBoxOpen()) return;
+  const auto shape = chance_.OneIn(4) ? forms::Shape::Minimized : forms::Shape::Normal;
+  if (chance_.OneIn(2)) {
+    window.Place(chance_.Pick(kPlaces), chance_.Pick(kPlaces), window.Width, window.Height, shape);
+  } else {
+    window.Place(window.Left, window.Top, chance_.Pick(kSizes), chance_.Pick(kSizes), shape);
+  }
+}
+
+void Typist::Calibrate() { desk_.Main().StatusBar1.DoubleClick(); }
+
+void Typist::AskToClose() {
+  shell::Windows& windows = desk_.Windows();
+  const std::vector<forms::Window*> all{&windows.main.frmMain, &windows.about.frmAbout,
+                                        &windows.configuration.frmConfiguration,
+                                        &windows.splash.frmInitSplash};
+  if (chance_.OneIn(3)) {
+    Press(windows.main.mnuExit);
+    return;
+  }
+  forms::Window& window = Some<forms::Window>(all);
+  Note("closes " + window.Name);
+  window.CloseRequest();
+}
+
+void Typist::WaitAWhile() {
+  const Duration length = SomeTime();
+  trace_.Note("  waits " + std::to_string(length.count() / 1000) + " ms");
+  if (conditions_.machineSleeps && chance_.OneIn(6)) {
+    desk_.loop.Oversleep(length);
+  } else {
+    desk_.loop.Advance(length);
+  }
+}
+
+Duration Typist::SomeTime() {
+  constexpr std::array kTimes{0ms, 1ms, 10ms, 49ms, 500ms, 999ms, 1000ms, 3000ms, 6000ms, 20'000ms};
+  if (chance_.OneIn(400)) return std::chrono::hours{3};
+  if (chance_.OneIn(40)) return std::chrono::minutes{chance_.Below(10)};
+  return chance_.OneIn(3) ? std::chrono::milliseconds{chance_.Below(3000)} : chance_.Pick(kTimes);
+}
+
+WatchedLoop::Answer Typist::AnswerBox(const base::MessageBox& box) {
+  trace_.Note("  box: " + box.title + ": " + box.text);
+  WatchedLoop::Answer answer;
+  if (box.buttons == base::Buttons::YesNo) {
+    answer.reply = chance_.OneIn(2) ? base::Reply::Yes : base::Reply::No;
+  }
+  if (chance_.OneIn(3)) answer.delay = SomeTime();
+  if (conditions_.handsInterrupt && chance_.OneIn(3)) {
+    answer.meanwhile = [this] {
+      if (OnMeanwhile) OnMeanwhile();
+      Act();
+    };
+  }
+  return answer;
+}
+
+bool Typist::GoHome() {
+  HandsOff();
+  for (int tries = kTriesToGoHome; tries > 0; --tries) {
+    desk_.loop.Advance(1s);
+    shell::Windows& windows = desk_.Windows();
+    ActivateWindows();
+    if (!desk_.AtWork()) continue;
+    windows.about.frmAbout.CloseRequest();
+    windows.configuration.mnuClose.Press(By::Hand);
+    ActivateWindows();
+    forms::Window& window = windows.main.frmMain;
+    // A click on the task bar.
+    if (window.WindowShape == forms::Shape::Minimized) {
+      window.Place(window.Left, window.Top, window.Width, window.Height, forms::Shape::Normal);
+    }
+    if (windows.main.cmdSkip.Reachable()) {
+      Press(windows.main.cmdSkip);
+    } else if (windows.main.cmdUpdateFileList.Reachable()) {
+      Press(windows.main.cmdUpdateFileList);
+      return true;
+    }
+  }
+  return false;
+}
+
+std::string Typist::TypeOneDocument() {
+  forms::MainForm& main = desk_.Main();
+  const forms::Table& list = main.listViewInQueue;
+  for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
+    const std::string name = list.TextAt(row, forms::document_column::FileName);
+    const std::string contents = desk_.disk.Contents(Desk::Path("/Files/InQueue/") + name);
+    main.listViewInQueue.RowClick(row);
+    desk_.loop.Advance(200ms);
+    if (!main.cmdPlay.Reachable()) continue;
+    Press(main.cmdPlay);
+    if (!desk_.player.IsRunning()) continue;
+    desk_.loop.Advance(100ms);
+    Press(main.cmdSkipEnd);
+    if (!main.cmdComplete.Reachable()) return "Complete is out of reach at the end of " + contents;
+    Press(main.cmdComplete);
+    const auto places = desk_.disk.FilesHolding(contents);
+    const std::string completed = Desk::Path("/Files/Completed/");
+    const bool arrived = std::any_of(places.begin(), places.end(), [&](const std::string& path) {
+      return path.starts_with(completed);
+    });
+    return arrived ? "" : "Complete did not move " + contents;
+  }
+  return "";
+}
+
+}  // namespace tavlo::simulation

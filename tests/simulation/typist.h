@@ -1,0 +1,81 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/loop.h"
+#include "simulation/chance.h"
+#include "simulation/conditions.h"
+#include "simulation/desk.h"
+#include "simulation/trace.h"
+
+namespace tavlo::simulation {
+
+/// Acts through the doors of the controls that a hand can reach, and through nothing else. What is
+/// out of reach is tried too, now and then.
+class Typist {
+ public:
+  Typist(Desk& desk, const Conditions& conditions, Chance chance, Trace& trace);
+
+  /// What somebody else does while a box stands or a command waits.
+  std::function<void()> OnMeanwhile;
+
+  /// One act of a typist who sits down in front of whatever shows.
+  void Act();
+  /// Lets some time pass, from nothing to hours.
+  void WaitAWhile();
+  /// Closes what stands over the list, leaves an open document, and presses Refresh. False when
+  /// none of it could be reached.
+  bool GoHome();
+  /// Plays the first document of the list that can be played and completes it. The empty text, or
+  /// what went wrong. Asks for a list that was just refreshed.
+  std::string TypeOneDocument();
+  /// Nobody is at the desk.
+  void HandsOff() { hand_.Stop(); }
+
+ private:
+  struct Habit {
+    const char* name;
+    int weight;
+    void (Typist::*act)();
+  };
+  static const std::vector<Habit>& Habits();
+
+  void PressCommand();
+  void ClickRow();
+  void ClickHeader();
+  void ChooseAndPlay();
+  void PlayToTheEnd();
+  void Finish();
+  void DragSlider();
+  void Place();
+  void Calibrate();
+  void AskToClose();
+  void ClickChoice();
+  void TypeText();
+  void TurnPage();
+  void Interrupt();
+
+  void Press(forms::Command& command);
+  /// One of the controls, as a rule one that a hand can reach.
+  template <typename C>
+  C& Some(const std::vector<C*>& controls);
+  /// The desktop tells a window that it has become the active one.
+  void ActivateWindows();
+  WatchedLoop::Answer AnswerBox(const base::MessageBox& box);
+  base::Duration SomeTime();
+  bool Seen(const forms::Control& control) const;
+  void Note(const std::string& what) { trace_.Note("  typist: " + what); }
+
+  Desk& desk_;
+  const Conditions& conditions_;
+  Chance chance_;
+  Trace& trace_;
+  /// Acts in the middle of a command that waits.
+  base::Timer hand_;
+  int actsUnderWay_ = 0;
+  bool configurationStood_ = false;
+};
+
+}  // namespace tavlo::simulation

@@ -1,0 +1,67 @@
+#include <array>
+
+#include "simulation/typist.h"
+
+namespace tavlo::simulation {
+
+void Typist::ClickChoice() {
+  forms::ConfigurationForm& config = desk_.Config();
+  const std::vector<forms::Choice*> choices{&config.chkAutoQueueJob,
+                                            &config.chkMinimizeMiniPlayer,
+                                            &config.chkAccelerateWindIncrement,
+                                            &config.chkAlwaysOnTop,
+                                            &config.chkAudioPrompts,
+                                            &config.chkShowCustomDisplay,
+                                            &config.chkAutoRefreshMode,
+                                            &config.chkWorkWaitingAlertMode,
+                                            &config.optNewWorkWaitingAllJobs,
+                                            &config.optNewWorkWaitingPriority,
+                                            &config.chkAutoImportMode,
+                                            &config.chkSwapRewindForwardPedals,
+                                            &config.chkSkipBegEnd,
+                                            &config.optionUSB,
+                                            &config.optionSerial};
+  forms::Choice& choice = *chance_.Pick(choices);
+  if (!choice.Reachable()) Press(desk_.Main().mnuConfiguration);
+  ActivateWindows();
+  Note("clicks " + choice.Name);
+  choice.Click();
+}
+
+void Typist::TypeText() {
+  static const std::vector<std::string> words{"",
+                                              "0",
+                                              "-5",
+                                              "60",
+                                              "1e300",
+                                              "abc",
+                                              "12 and a half",
+                                              "/share/import",
+                                              "\xFF",
+                                              " ",
+                                              "C:\\Lyrane",
+                                              "\n\n\n",
+                                              "99999999999999999999",
+                                              std::string("a\0b", 3),
+                                              std::string(70'000, 'x')};
+  forms::ConfigurationForm& config = desk_.Config();
+  const std::vector<forms::Text*> texts{
+      &config.txtSubjectHeading, &config.txtAutoQueueRefreshInterval,
+      &config.txtViewDelay,      &config.txtNewDictationAlertInterval,
+      &config.txtCustomDisplay,  &config.txtDeleteCompletedFiles,
+      &config.txtWavQueuePath,   &config.txtEw2QueuePath};
+  forms::Text& text = *chance_.Pick(texts);
+  if (!text.Reachable()) Press(desk_.Main().mnuConfiguration);
+  ActivateWindows();
+  Note("types into " + text.Name);
+  text.Change(chance_.Pick(words));
+}
+
+void Typist::TurnPage() {
+  forms::Table& tabs = desk_.Config().tabConfiguration;
+  const int pages = static_cast<int>(tabs.Rows().size());
+  if (!tabs.Reachable() || pages == 0) return;
+  tabs.RowClick(chance_.Below(pages));
+}
+
+}  // namespace tavlo::simulation

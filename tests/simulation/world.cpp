@@ -1,0 +1,307 @@
+#include "simulation/world.h"
+
+#include <array>
+
+#include "simulation/names.h"
+#include "support/documents.h"
+
+namespace tavlo::simulation {
+namespace {
+
+using store::DiskResult;
+using test::SimulatedDisk;
+
+constexpr const char* kInQueue = "/Files/InQueue/";
+constexpr const char* kCompleted = "/Files/Completed/";
+constexpr const char* kRescued = "/Files/Rescued/";
+constexpr std::array kFolders{kInQueue, kCompleted, kRescued};
+constexpr std::array kVanishing{"/Files/InQueue", "/Files/Completed", "/Files/Rescued", "/Prompts"};
+constexpr std::array kFaults{DiskResult::NoSpace, DiskResult::Failed, DiskResult::OtherFileSystem,
+                             DiskResult::NoAccess, DiskResult::NotFound};
+constexpr std::array<playback::SampleCount, 8> kLengths{0,      1,      7,       4000,
+                                                        80'000, 80'000, 400'000, 20'000'000};
+constexpr std::array kRates{8000, 11'025, 16'000, 44'100};
+constexpr std::uint64_t kPlentyOfSpace = 1'000'000'000;
+/// Files in a folder from which somebody begins to clear it.
+constexpr std::size_t kFullFolder = 40;
+
+}  // namespace
+
+World::World(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance chance, Trace& trace)
+    : desk_(desk), ledger_(ledger), conditions_(conditions), chance_(chance), trace_(trace) {}
+
+const std::vector<World::Event>& World::Events() {
+  static const std::vector<Event> events{
+      {"drop", 30, nullptr, &World::DropDictation},
+      {"drop many", 1, nullptr, &World::DropMany},
+      {"begin a slow drop", 6, nullptr, &World::BeginSlowDrop},
+      {"go on writing", 12, nullptr, &World::GoOnWriting},
+      {"collect", 20, nullptr, &World::Collect},
+      {"make read-only", 3, nullptr, &World::MakeReadOnly},
+      {"take away", 4, &Conditions::othersInterfere, &World::TakeAway},
+      {"change", 4, &Conditions::othersInterfere, &World::Change},
+      {"interfere", 4, &Conditions::othersInterfere, &World::InterfereWithNextCopy},
+      {"bar a file", 3, &Conditions::foldersVanish, &World::BarFile},
+      {"break a listing", 4, &Conditions::foldersVanish, &World::BreakListing},
+      {"remove a folder", 3, &Conditions::foldersVanish, &World::RemoveEmptyFolder},
+      {"mend the folders", 8, &Conditions::foldersVanish, &World::MendFolders},
+      {"disk fails", 10, &Conditions::diskFails, &World::FailDisk},
+      {"disk is full", 3, &Conditions::diskFails, &World::FillDisk},
+      {"disk is mended", 8, &Conditions::diskFails, &World::MendDisk},
+      {"kill soon", 6, &Conditions::programIsKilled, &World::KillSoon},
+      {"sound breaks", 8, &Conditions::soundFails, &World::BreakSound},
+      {"sound is mended", 10, &Conditions::soundFails, &World::MendSound},
+      {"settings are refused", 4, &Conditions::settingsFail, &World::RefuseSettings},
+      {"settings are accepted", 6, &Conditions::settingsFail, &World::AcceptSettings},
+  };
+  return events;
+}
+
+void World::Act() {
+  const auto mayHappen = [this](const Event& event) {
+    return !event.needs || conditions_.*event.needs;
+  };
+  int all = 0;
+  for (const Event& event : Events()) all += mayHappen(event) ? event.weight : 0;
+  int drawn = chance_.Below(all);
+  for (const Event& event : Events()) {
+    if (!mayHappen(event)) continue;
+    drawn -= event.weight;
+    if (drawn >= 0) continue;
+    Note(event.name);
+    (this->*event.happen)();
+    return;
+  }
+}
+
+void World::DropDictation() {
+  const std::string name = FreeName(kInQueue);
+  if (name.empty() || !desk_.disk.Has(Desk::Path("/Files/InQueue"))) return;
+  const std::string contents = NewContents();
+  desk_.disk.WithFile(Desk::Path(kInQueue) + name, contents);
+  ledger_.Came(contents);
+  trace_.Fold(name);
+}
+
+void World::DropMany() {
+  for (int count = 10 + chance_.Below(40); count > 0; --count) DropDictation();
+}
+
+void World::BeginSlowDrop() {
+  // A name with a saved position says that its writer has long been done, so this has none.
+  const std::string name = test::Document().Id(chance_.Below(30'000)).Name();
+  if (desk_.disk.Has(Desk::Path(kInQueue) + name)) return;
+  if (!desk_.disk.Has(Desk::Path("/Files/InQueue"))) return;
+  Writer writer{.whole = NewContents()};
+  writer.written = writer.whole.substr(0, writer.whole.size() / 3);
+  const std::string path = Desk::Path(kInQueue) + name;
+  desk_.disk.WithFile(path, writer.written);
+  desk_.disk.OpenWriter(path);
+  ledger_.Grows(writer.written);
+  writers_.push_back(writer);
+}
+
+void World::GoOnWriting() {
+  if (writers_.empty()) return;
+  const auto at = writers_.begin() + chance_.Below(static_cast<int>(writers_.size()));
+  const auto places = desk_.disk.FilesHolding(at->written);
+  if (places.empty()) return;
+  ledger_.NoLongerGrows(at->written);
+  if (at->written.size() * 2 < at->whole.size()) {
+    at->written = at->whole.substr(0, at->whole.size() * 2 / 3);
+    desk_.disk.Write(places.front(), at->written);
+    ledger_.Grows(at->written);
+    return;
+  }
+  desk_.disk.Write(places.front(), at->whole);
+  desk_.disk.CloseWriter(places.front());
+  ledger_.Came(at->whole);
+  writers_.erase(at);
+}
+
+void World::CloseWriters() {
+  for (std::size_t before = writers_.size() * 3; before > 0 && !writers_.empty(); --before) {
+    GoOnWriting();
+  }
+}
+
+void World::LosePower() {
+  Note("the power fails");
+  for (const Writer& writer : writers_) {
+    ledger_.NoLongerGrows(writer.written);
+    for (const std::string& path : desk_.disk.FilesHolding(writer.written)) {
+      desk_.disk.CloseWriter(path);
+      ledger_.Came(writer.written);
+    }
+  }
+  writers_.clear();
+  desk_.disk.LoseWhatWasNotFlushed();
+  struck_ = true;
+}
+
+void World::TakeAway() {
+  const std::string path = SomeDictation(chance_.Pick(kFolders));
+  if (path.empty()) return;
+  ForgetAllCopies(desk_.disk.Contents(path));
+}
+
+void World::Collect() {
+  for (const char* folder : kFolders) {
+    if (desk_.disk.NamesIn(Desk::Path(folder)).size() < kFullFolder) continue;
+    for (int count = static_cast<int>(kFullFolder) / 2; count > 0; --count) {
+      const std::string path = SomeDictation(folder);
+      if (!path.empty()) ForgetAllCopies(desk_.disk.Contents(path));
+    }
+  }
+}
+
+void World::Change() {
+  const std::string path = SomeDictation(chance_.Pick(kFolders));
+  if (path.empty()) return;
+  const std::string before = desk_.disk.Contents(path);
+  if (desk_.disk.FilesHolding(before).size() != 1) return;
+  const std::string after = NewContents();
+  desk_.disk.Write(path, after);
+  ledger_.Forget(before);
+  ledger_.Came(after);
+}
+
+void World::InterfereWithNextCopy() {
+  desk_.disk.OnNextCopy = [this] {
+    Note("interferes with a copy");
+    struck_ = true;
+    Change();
+  };
+}
+
+void World::MakeReadOnly() {
+  const std::string path = SomeDictation(kInQueue);
+  if (!path.empty()) desk_.disk.SetReadOnly(path);
+}
+
+void World::FailDisk() {
+  const auto failing =
+      chance_.OneIn(3) ? SimulatedDisk::Failing::ForGood : SimulatedDisk::Failing::Once;
+  desk_.disk.FailOperation(1 + chance_.Below(30), chance_.Pick(kFaults), failing);
+  diskFailing_ = true;
+}
+
+void World::FillDisk() {
+  desk_.disk.SetFreeSpace(Desk::Path(chance_.Pick(kVanishing)),
+                          static_cast<std::uint64_t>(chance_.Below(200)));
+  diskFailing_ = true;
+}
+
+void World::MendDisk() {
+  struck_ = struck_ || diskFailing_ || desk_.disk.Crashed();
+  desk_.disk.Heal();
+  for (const char* folder : kVanishing) desk_.disk.SetFreeSpace(Desk::Path(folder), kPlentyOfSpace);
+  diskFailing_ = false;
+}
+
+void World::KillSoon() { desk_.disk.CrashAtOperation(1 + chance_.Below(25)); }
+
+void World::BreakListing() {
+  if (chance_.OneIn(2)) {
+    desk_.disk.BreakListing(Desk::Path(kInQueue));
+  } else {
+    desk_.disk.BreakListingAfter(Desk::Path(kInQueue), static_cast<std::size_t>(chance_.Below(5)));
+  }
+}
+
+void World::RemoveEmptyFolder() {
+  const std::string folder = Desk::Path(chance_.Pick(kVanishing));
+  if (desk_.disk.NamesIn(folder).empty()) desk_.disk.Remove(folder);
+}
+
+void World::MendFolders() {
+  desk_.disk.MendListing(Desk::Path(kInQueue));
+  for (const char* folder : {"/Files/InQueue", "/Files/Completed"}) {
+    desk_.disk.WithFolder(Desk::Path(folder));
+  }
+  for (const std::string& contents : desk_.file.Barred) {
+    for (const std::string& path : desk_.disk.FilesHolding(contents)) {
+      desk_.disk.Remove(path);
+      desk_.disk.WithFile(path, contents);
+    }
+  }
+  desk_.file.Barred.clear();
+}
+
+void World::BarFile() {
+  const std::string path = SomeDictation(kInQueue);
+  if (path.empty()) return;
+  desk_.disk.SetUnreadable(path);
+  desk_.file.Barred.insert(desk_.disk.Contents(path));
+}
+
+void World::BreakSound() {
+  const int kind = chance_.Below(4);
+  if (kind == 0) desk_.player.Devices = 0;
+  if (kind == 1) desk_.player.TakesFormat = false;
+  if (kind == 2) desk_.player.StatusAfterStart = -1;
+  if (kind == 3) desk_.file.InTrouble = true;
+}
+
+void World::MendSound() {
+  desk_.player.Devices = 1 + chance_.Below(3);
+  desk_.player.TakesFormat = true;
+  desk_.player.StatusAfterStart = 0;
+  desk_.file.InTrouble = false;
+}
+
+void World::RefuseSettings() {
+  if (desk_.Settings()) desk_.Settings()->RefuseWrites("The disk is full.");
+}
+
+void World::AcceptSettings() {
+  if (desk_.Settings()) desk_.Settings()->AcceptWrites();
+}
+
+void World::MendAll() {
+  MendDisk();
+  MendFolders();
+  CloseWriters();
+  MendSound();
+  AcceptSettings();
+  desk_.disk.OnNextCopy = nullptr;
+  desk_.anotherCopy = false;
+}
+
+bool World::TakeStruck() {
+  const bool struck = struck_ || diskFailing_ || desk_.disk.Crashed();
+  struck_ = false;
+  return struck;
+}
+
+std::string World::NewContents() {
+  const Recording recording{.number = ledger_.NewNumber(),
+                            .samples = chance_.Pick(kLengths),
+                            .rate = chance_.Pick(kRates),
+                            .channels = 1 + chance_.Below(2)};
+  return chance_.OneIn(8) ? "no sound at all, number " + std::to_string(recording.number)
+                          : recording.Contents();
+}
+
+std::string World::FreeName(const std::string& folder) {
+  for (int tries = 5; tries > 0; --tries) {
+    const std::string name = DrawName(chance_);
+    if (!desk_.disk.Has(Desk::Path(folder) + name)) return name;
+  }
+  return "";
+}
+
+std::string World::SomeDictation(const std::string& folder) {
+  const auto names = desk_.disk.NamesIn(Desk::Path(folder));
+  if (names.empty()) return "";
+  const std::string path = Desk::Path(folder) + chance_.Pick(names);
+  return ledger_.Knows(desk_.disk.Contents(path)) ? path : "";
+}
+
+void World::ForgetAllCopies(const std::string& contents) {
+  for (const std::string& path : desk_.disk.FilesHolding(contents)) desk_.disk.Remove(path);
+  ledger_.Forget(contents);
+  desk_.file.Barred.erase(contents);
+}
+
+}  // namespace tavlo::simulation

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "simulation/chance.h"
+#include "simulation/conditions.h"
+#include "simulation/desk.h"
+#include "simulation/ledger.h"
+#include "simulation/trace.h"
+
+namespace tavlo::simulation {
+
+/// All that is neither the program nor its typist: recorders that drop files, people who take them
+/// away, disks that fail, sound cards that are pulled out.
+class World {
+ public:
+  World(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance chance, Trace& trace);
+
+  /// One thing happens.
+  void Act();
+  void DropDictation();
+  /// The disk's faults end; a disk that crashed works again.
+  void MendDisk();
+  /// All that was broken is mended, every program has closed its files.
+  void MendAll();
+  /// A fault may have struck since the last call.
+  bool TakeStruck();
+  /// The power is gone: what other programs were writing stays as it is.
+  void LosePower();
+
+ private:
+  struct Writer {
+    std::string written;
+    std::string whole;
+  };
+  struct Event {
+    const char* name;
+    int weight;
+    bool Conditions::*needs;
+    void (World::*happen)();
+  };
+  static const std::vector<Event>& Events();
+
+  // Dictations come and go.
+  void DropMany();
+  void BeginSlowDrop();
+  void GoOnWriting();
+  void CloseWriters();
+  void TakeAway();
+  void Collect();
+  void Change();
+  void InterfereWithNextCopy();
+  void MakeReadOnly();
+  // Things break.
+  void FailDisk();
+  void FillDisk();
+  void KillSoon();
+  void BreakListing();
+  void RemoveEmptyFolder();
+  void BarFile();
+  void BreakSound();
+  void MendSound();
+  void RefuseSettings();
+  void AcceptSettings();
+
+  std::string NewContents();
+  /// A name that nothing bears in the folder; empty when luck had none.
+  std::string FreeName(const std::string& folder);
+  /// Full path of some known dictation below the folder; empty when there is none.
+  std::string SomeDictation(const std::string& folder);
+  void ForgetAllCopies(const std::string& contents);
+  void MendFolders();
+  void Note(const std::string& what) { trace_.Note("  world: " + what); }
+
+  Desk& desk_;
+  Ledger& ledger_;
+  const Conditions& conditions_;
+  Chance chance_;
+  Trace& trace_;
+  std::vector<Writer> writers_;
+  bool diskFailing_ = false;
+  bool struck_ = false;
+};
+
+}  // namespace tavlo::simulation
