@@ -8,77 +8,13 @@
 #include "support/simulated_loop.h"
 #include "support/sound_analysis.h"
 #include "support/sound_pump.h"
+#include "support/stand_in_device.h"
 
 namespace tavlo::test {
 namespace {
 
 using base::operator""ms;
 using base::operator""s;
-using platform::FrameCount;
-using platform::RtMixer;
-
-/// A device that renders in the loop's time and lets the ear trail by 20 ms.
-class StandInDevice : public platform::OutputDevice {
- public:
-  explicit StandInDevice(SimulatedLoop& loop) : loop_(loop) {}
-
-  static constexpr FrameCount kLatency = 960;
-
-  std::vector<std::string> Names = {"System default", "Headset", "Speakers"};
-  bool Reachable = true;
-  bool Failed = false;
-  int Opens = 0;
-  int OpenIndex = -1;
-  Sound Out{.rate = 48000};
-
-  std::vector<std::string> FindDevices() override { return Names; }
-  int PreferredRate() override { return 48000; }
-  bool Open(int index, int framesPerSecond, RtMixer& mixer) override {
-    Close();
-    EXPECT_EQ(framesPerSecond, 48000);
-    if (!Reachable) return false;
-    ++Opens;
-    OpenIndex = index;
-    Failed = false;
-    mixer_ = &mixer;
-    rendered_ = 0;
-    openedAt_ = loop_.Now();
-    return true;
-  }
-  void Close() override {
-    mixer_ = nullptr;
-    Failed = false;
-  }
-  bool IsOpen() const override { return mixer_ != nullptr; }
-  bool HasFailed() const override { return Failed; }
-  FrameCount HeardFrames() override {
-    if (Failed) return -1;
-    CatchUp();
-    return std::max<FrameCount>(0, rendered_ - kLatency);
-  }
-  void LetRender() override { Render(48); }
-
-  /// Renders all that the clock asks for.
-  void CatchUp() {
-    if (!IsOpen() || Failed) return;
-    const FrameCount due = (loop_.Now() - openedAt_).count() * 48 / 1000;
-    if (due > rendered_) Render(due - rendered_);
-  }
-
- private:
-  void Render(FrameCount frames) {
-    if (Failed) return;
-    std::vector<float> both(static_cast<std::size_t>(2 * frames));
-    mixer_->RtRender(both.data(), frames);
-    for (std::size_t i = 0; i < both.size(); i += 2) Out.samples.push_back(both[i]);
-    rendered_ += frames;
-  }
-
-  SimulatedLoop& loop_;
-  RtMixer* mixer_ = nullptr;
-  FrameCount rendered_ = 0;
-  base::MonotonicTime openedAt_;
-};
 
 struct QueuePlayerTest : testing::Test {
   QueuePlayerTest() {
