@@ -1,5 +1,6 @@
 """Documents for the bench, made by the thousand."""
 
+import math
 import random
 import struct
 
@@ -47,3 +48,10 @@ def make_long(path, seconds):
     with open(path, "wb") as file:
         file.write(wave_header(samples, 16))
         file.truncate(44 + 2 * samples)
+
+
+def make_tone(path, seconds):
+    """A document that sounds from its first sample on."""
+    samples = seconds * RATE
+    tone = (int(12000 * math.cos(2 * math.pi * 440 * n / RATE)) for n in range(samples))
+    path.write_bytes(wave_header(samples, 16) + struct.pack(f"<{samples}h", *tone))

@@ -102,6 +102,15 @@ def home_environment(home):
     return {**os.environ, "HOME": str(home)}
 
 
+def start_once(home):
+    """Lets the program make the work folders of a home, as its first start does."""
+    home.mkdir(exist_ok=True)
+    options = {"env": home_environment(home), "stdout": subprocess.PIPE, "text": True}
+    with running([program("bench_start")], **options) as process:
+        if not process.stdout.readline().startswith("ready "):
+            sys.exit("bench: bench_start did not get ready")
+
+
 @contextmanager
 def scratch():
     """A folder under build/ that goes when it is no longer needed."""
