@@ -8,6 +8,7 @@ namespace tavlo::lists {
 namespace {
 
 using base::operator""ms;
+using playback::PromptName;
 
 void SetEnabled(std::initializer_list<forms::Control*> controls, bool enabled) {
   for (forms::Control* control : controls) control->Enabled = enabled;
@@ -126,7 +127,9 @@ void Finishing::RebuildList(Way way) {
   form_.frameInQueue.Caption = "Queue";
   const bool staysInList = !QueuesByItself();
   if (staysInList) {
-    sound_.PlayPrompt(way == Way::Complete ? "Complete" : way == Way::Save ? "Save" : "Return");
+    sound_.PlayPrompt(way == Way::Complete ? PromptName("Complete")
+                      : way == Way::Save   ? PromptName("Save")
+                                           : PromptName("Return"));
   }
   const std::initializer_list<forms::Control*> frozen = {&form_.cmdUpdateFileList, &form_.mnuFile,
                                                          &form_.mnuView, &form_.mnuReport};

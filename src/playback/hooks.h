@@ -3,6 +3,8 @@
 #include <functional>
 #include <string_view>
 
+#include "playback/prompt_names.h"
+
 namespace tavlo::playback {
 
 /// What playback calls that stands elsewhere: filled when the deck is wired. A hook that nobody
@@ -15,7 +17,7 @@ struct Hooks {
   std::function<void()> showConfiguration;
 
   /// Speaks the prompt of that name.
-  void PlayPrompt(std::string_view name) const {
+  void PlayPrompt(PromptName name) const {
     if (playPrompt) playPrompt(name);
   }
   void StopPrompt() const { Call(stopPrompt); }

@@ -44,7 +44,7 @@ bool Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
   return true;
 }
 
-bool Preview::Start(const std::string& emptyPrompt) {
+bool Preview::Start(PromptName emptyPrompt) {
   const double seconds = std::min(config_.txtAutoPreview.Number(), kLongestPreview);
   if (seconds <= 0) return true;
   // One second more than asked covers the blocks ahead of the ear; a slower speed takes longer over

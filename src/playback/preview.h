@@ -21,7 +21,7 @@ class Preview {
   /// Sounds the beginning of the prepared document for as long as the setting says; nothing when it
   /// says 0. A document with nothing to play is explained; `emptyPrompt` speaks for an empty one.
   /// False when there was something to play and it could not be.
-  bool Start(const std::string& emptyPrompt);
+  bool Start(PromptName emptyPrompt);
 
  private:
   void EndByHand();

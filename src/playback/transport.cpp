@@ -12,7 +12,7 @@ namespace {
 using base::Duration;
 using base::operator""ms;
 
-constexpr const char* kEmptyPrompt = "EmptyDocErrMayComplete";
+constexpr PromptName kEmptyPrompt = "EmptyDocErrMayComplete";
 constexpr Duration kFirstWindInterval = 1000ms;
 constexpr Duration kFastestWindInterval = 100ms;
 
@@ -117,7 +117,7 @@ bool Transport::PrimeAtTheBeginning() {
   return true;
 }
 
-bool Transport::PrimeOrExplain(const std::string& emptyPrompt) {
+bool Transport::PrimeOrExplain(PromptName emptyPrompt) {
   switch (engine_.Prime()) {
     case Primed::Yes:
       return true;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "playback/audio_engine.h"
 
@@ -44,7 +43,7 @@ class Transport {
   /// Primes the document and tells the user about one that holds nothing to play; Complete then
   /// takes it out of the Queue. `emptyPrompt` is what an empty one says. True when it may be
   /// played.
-  bool PrimeOrExplain(const std::string& emptyPrompt);
+  bool PrimeOrExplain(PromptName emptyPrompt);
 
  private:
   void WireButtons();
