@@ -58,11 +58,15 @@ void Refresh::UpdateFileList() {
 void Refresh::GetAllJobs() {
   tmrGetAllJobs.Stop();
   const forms::Hourglass hourglass(form_.frmMain);
+  // A document that a click and Play put in work here would find the menus freed around it.
+  const window::Raised pause(window_.guards.ListPauseActive);
+  form_.listViewInQueue.Enabled = false;
   hooks_.RunRetrievalPasses();
   loop_.Wait(1000ms);
   queue_.RefreshQueueList();
   form_.listViewInQueue.Visible = true;
   loop_.Wait(500ms);
+  form_.listViewInQueue.Enabled = true;
   form_.cmdUpdateFileList.Enabled = true;
   form_.mnuFile.Enabled = true;
   form_.mnuView.Enabled = true;

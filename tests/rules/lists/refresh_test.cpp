@@ -125,6 +125,23 @@ TEST_F(RefreshTest, FirstRefreshRunsOnceAndFreesTheWindow) {
   EXPECT_EQ(retrievals, 1);
 }
 
+TEST_F(RefreshTest, NobodyTakesARowBeforeTheFirstRefreshIsDone) {
+  refresh.tmrGetAllJobs.Start();
+  base::Timer hand(loop, "hand", 1300ms);
+  hand.OnTick = [&] {
+    hand.Stop();
+    EXPECT_TRUE(form.listViewInQueue.Visible);
+    form.listViewInQueue.RowClick(0);
+    form.cmdPlay.Press(forms::By::Hand);
+  };
+  hand.Start();
+  loop.Advance(2s);
+  EXPECT_EQ(opening.SelectedQueueFile, "");
+  EXPECT_FALSE(engine.IsPlaying);
+  form.listViewInQueue.RowClick(0);
+  EXPECT_NE(opening.SelectedQueueFile, "");
+}
+
 TEST_F(RefreshTest, FirstRefreshUnderTheFtpViewLeavesTheReportDisabled) {
   form.mnuReport.Enabled = false;
   form.frameFtp.Visible = true;
