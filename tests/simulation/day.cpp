@@ -86,6 +86,7 @@ void Day::Restart() {
 std::string Day::Look() {
   std::string wrong = ledger_.Check(desk_.disk, world_.TakeStruck());
   if (wrong.empty() && desk_.AtWork()) wrong = BrokenInvariant(desk_);
+  if (!wrong.empty()) trace_.Note(Described(desk_));
   return wrong;
 }
 

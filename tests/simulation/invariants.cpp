@@ -133,4 +133,30 @@ std::string BrokenInvariant(Desk& desk) {
   return "";
 }
 
+std::string Described(Desk& desk) {
+  if (!desk.Rooms()) return "The program has not started.";
+  const MainForm& main = desk.Main();
+  const Rooms& rooms = *desk.Rooms();
+  std::string text = "enabled:";
+  for (const forms::Control* control : std::initializer_list<const forms::Control*>{
+           &main.cmdPlay, &main.cmdStop, &main.cmdImportCompleteSnipetStop, &main.cmdSkip,
+           &main.cmdSave, &main.cmdComplete, &main.listViewInQueue, &main.cmdUpdateFileList,
+           &main.mnuFile, &main.mnuView, &main.mnuReport}) {
+    if (control->Enabled) text += " " + control->Name + (control->Visible ? "" : " (hidden)");
+  }
+  const auto add = [&text](const char* name, bool holds) {
+    if (holds) text += std::string("; ") + name;
+  };
+  add("plays", rooms.engine.IsPlaying);
+  add("primed", rooms.transport.DocumentPrimed);
+  add("holds a document", rooms.engine.HoldsDocument());
+  add("winds", rooms.transport.tmrRewindForward.Enabled());
+  add("preview timer", rooms.engine.tmrPlaySnipet.Enabled());
+  add("mini-player", rooms.mainWindow.MiniPlayerShows());
+  add("main window", main.frmMain.Visible);
+  add("configuration", desk.Config().frmConfiguration.Visible);
+  return text + "; at " + std::to_string(rooms.engine.CurrentSamplePosition) + " of " +
+         std::to_string(rooms.engine.FileLength);
+}
+
 }  // namespace tavlo::simulation

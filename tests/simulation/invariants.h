@@ -10,4 +10,7 @@ namespace tavlo::simulation {
 /// sentence that does not hold.
 std::string BrokenInvariant(Desk& desk);
 
+/// What the typist sees and what the rules hold, for a person who looks for the reason.
+std::string Described(Desk& desk);
+
 }  // namespace tavlo::simulation

@@ -7,7 +7,7 @@ namespace tavlo::simulation {
 namespace {
 
 constexpr std::size_t kLinesKept = 80;
-constexpr std::size_t kLongestReadable = 100;
+constexpr std::size_t kLongestReadable = 400;
 
 }  // namespace
 
