@@ -52,6 +52,15 @@ TEST_F(FinishingTest, CompleteOfASavedDocumentPutsItsPositionBackToZero) {
   EXPECT_EQ(disk.NamesIn(folders.CompletedPath()), Prompts{Document().By("Okafor").Name()});
 }
 
+TEST_F(FinishingTest, CompletedDocumentIsNotChosenAnyMoreThoughTheNetworkIsDown) {
+  WorkOn(name, 0);
+  form.cmdComplete.Enabled = true;
+  disk.BreakListing(folders.InQueuePath);
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(Rows(), 1);
+  EXPECT_EQ(form.listViewInQueue.ListIndex, -1);
+}
+
 TEST_F(FinishingTest, CompleteOfTheLastDocumentSaysSo) {
   WorkOn(name, 0);
   form.cmdComplete.Enabled = true;
