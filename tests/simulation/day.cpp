@@ -1,6 +1,7 @@
 #include "simulation/day.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "simulation/invariants.h"
 
@@ -92,6 +93,13 @@ std::string Day::Look() {
 
 std::string Day::Settle() {
   trace_.Note("  everything is mended and settles");
+  typist_.StayCalm(true);
+  const std::string wrong = SettleCalmly();
+  typist_.StayCalm(false);
+  return wrong;
+}
+
+std::string Day::SettleCalmly() {
   const bool struck = world_.TakeStruck();
   world_.MendAll();
   if (desk_.ended) Restart();
@@ -113,9 +121,12 @@ std::string Day::CompareListWithFolder() {
   std::sort(shown.begin(), shown.end());
   std::vector<std::string> names = desk_.disk.NamesIn(Desk::Path("/Files/InQueue"));
   std::erase_if(names, [](const std::string& name) { return name.starts_with('.'); });
-  if (shown == names) return "";
+  std::vector<std::string> apart;
+  std::set_symmetric_difference(shown.begin(), shown.end(), names.begin(), names.end(),
+                                std::back_inserter(apart));
+  if (apart.empty()) return "";
   return "The list shows " + std::to_string(shown.size()) + " documents of " +
-         std::to_string(names.size()) + " in the folder.";
+         std::to_string(names.size()) + " in the folder; they differ in " + Readable(apart.front());
 }
 
 void Day::RecordStep() {

@@ -28,6 +28,7 @@ class Day {
  private:
   std::string Step();
   std::string Settle();
+  std::string SettleCalmly();
   void Restart();
   void Perish();
   std::string Look();

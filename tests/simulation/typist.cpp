@@ -238,6 +238,7 @@ WatchedLoop::Answer Typist::AnswerBox(const base::MessageBox& box) {
   if (box.buttons == base::Buttons::YesNo) {
     answer.reply = chance_.OneIn(2) ? base::Reply::Yes : base::Reply::No;
   }
+  if (calm_) return answer;
   if (chance_.OneIn(3)) answer.delay = SomeTime();
   if (conditions_.handsInterrupt && chance_.OneIn(3)) {
     answer.meanwhile = [this] {
@@ -248,8 +249,12 @@ WatchedLoop::Answer Typist::AnswerBox(const base::MessageBox& box) {
   return answer;
 }
 
-bool Typist::GoHome() {
+void Typist::StayCalm(bool calm) {
   HandsOff();
+  calm_ = calm;
+}
+
+bool Typist::GoHome() {
   for (int tries = kTriesToGoHome; tries > 0; --tries) {
     desk_.loop.Advance(1s);
     shell::Windows& windows = desk_.Windows();

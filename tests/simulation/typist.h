@@ -31,8 +31,10 @@ class Typist {
   /// Plays the first document of the list that can be played and completes it. The empty text, or
   /// what went wrong. Asks for a list that was just refreshed.
   std::string TypeOneDocument();
-  /// Nobody is at the desk.
+  /// Nothing that was on its way comes any more.
   void HandsOff() { hand_.Stop(); }
+  /// Whether boxes are answered at once and nothing happens meanwhile.
+  void StayCalm(bool calm);
 
  private:
   struct Habit {
@@ -75,6 +77,7 @@ class Typist {
   /// Acts in the middle of a command that waits.
   base::Timer hand_;
   int actsUnderWay_ = 0;
+  bool calm_ = false;
   bool configurationStood_ = false;
 };
 

@@ -159,7 +159,7 @@ void World::Change() {
   const std::string path = SomeDictation(chance_.Pick(kFolders));
   if (path.empty()) return;
   const std::string before = desk_.disk.Contents(path);
-  if (desk_.disk.FilesHolding(before).size() != 1) return;
+  if (desk_.disk.FilesHolding(before).size() != 1 || desk_.file.Barred.contains(before)) return;
   const std::string after = NewContents();
   desk_.disk.Write(path, after);
   ledger_.Forget(before);
@@ -279,7 +279,8 @@ std::string World::NewContents() {
                             .samples = chance_.Pick(kLengths),
                             .rate = chance_.Pick(kRates),
                             .channels = 1 + chance_.Below(2)};
-  return chance_.OneIn(8) ? "no sound at all, number " + std::to_string(recording.number)
+  return chance_.OneIn(8) ? "text " + std::to_string(recording.number) +
+                                ": whatever plays it, nothing is heard of this"
                           : recording.Contents();
 }
 
