@@ -220,13 +220,13 @@ TEST_F(SoundTest, DevicesAreListedBehindTheDefault) {
   EXPECT_NEAR(AudibleSeconds(Heard()), 0.5, 0.02);
 }
 
-TEST(SoundWithoutAServer, RefusesTheStartAndStaysCalm) {
+TEST(SoundWithoutAServer, SaysSoAtTheStartWithoutAFaultAndStaysCalm) {
   SoundServer::HideServers();
   PlainLoop loop;
   platform::CubebPlayer player(loop);
   EXPECT_EQ(player.DeviceCount(), 0);
   player.SetOutputFormat(kRate, 1);
-  EXPECT_FALSE(player.StartOutput());
+  EXPECT_TRUE(player.StartOutput());
   EXPECT_LT(player.OpenStatus(), 0);
   player.StopOutput();
   EXPECT_EQ(player.PlayedSamples(), 0);
