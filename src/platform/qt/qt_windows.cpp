@@ -10,7 +10,7 @@ namespace tavlo::platform::qt {
 
 void PrepareApplication() {
   QApplication::setApplicationName("Tavlo Deck");
-  QGuiApplication::setDesktopFileName("tavlo-deck");
+  QGuiApplication::setDesktopFileName("tavlodeck");
   QGuiApplication::setQuitOnLastWindowClosed(false);
   QApplication::setWindowIcon(ApplicationIcon());
   // Where no desktop has chosen a font, the toolkit falls back on a generic one.
