@@ -1,15 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <QHeaderView>
 #include <QTableView>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/qt/column_widths.h"
 #include "support/shown_windows.h"
 
 namespace tavlo::test {
 namespace {
 
 using base::operator""ms;
+namespace document_column = forms::document_column;
 
 // Key symbols of the display's keyboard.
 constexpr std::uint32_t kAlt = 0xFFE9;
@@ -177,6 +181,29 @@ TEST(QueueList, AClickOnAHeaderTellsTheColumn) {
   const QPoint firstRow = shown.QueueRow(0);
   shown.typist.ClickAt(firstRow - QPoint(0, 26));
   EXPECT_EQ(clicked, 2);
+}
+
+TEST(QueueList, EveryHeadingHasRoomForItsSortArrow) {
+  ShownWindows shown;
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.typist.Rest();
+  const auto* const list = qobject_cast<QTableView*>(shown.typist.Widget("listViewInQueue"));
+  const QHeaderView* const headings = list->horizontalHeader();
+  constexpr int kArrow = 14;
+  for (int column = document_column::Priority; column <= document_column::System; ++column) {
+    const QString title = list->model()->headerData(column, Qt::Horizontal).toString();
+    EXPECT_GE(headings->sectionSize(column),
+              headings->fontMetrics().horizontalAdvance(title) + kArrow)
+        << title.toStdString();
+  }
+  EXPECT_EQ(headings->length(), list->viewport()->width());
+}
+
+TEST(QueueList, ItsColumnsScrollWhereTheHeadingsDoNotFit) {
+  EXPECT_EQ(platform::qt::SharedWidths({10, 30, 0}, {0, 0, 0}, 100), (std::vector{25, 75, 0}));
+  EXPECT_EQ(platform::qt::SharedWidths({10, 30, 60}, {20, 0, 0}, 100), (std::vector{20, 26, 54}));
+  EXPECT_EQ(platform::qt::SharedWidths({10, 90}, {60, 60}, 100), (std::vector{60, 60}));
 }
 
 TEST(QueueList, TenThousandRowsAreShownInUnderFiftyMilliseconds) {

@@ -12,6 +12,7 @@
 #include <numeric>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/column_widths.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
 
@@ -20,9 +21,10 @@ namespace {
 
 constexpr int kRowPadding = 10;
 constexpr int kCellPadding = 7;
+constexpr int kSortArrow = 18;  ///< What the arrow takes of a heading, with the air around it.
 constexpr const char* kHeaderStyle =
     "QHeaderView::section { padding: 5px 7px; border: 0; border-bottom: 1px solid palette(mid); "
-    "border-right: 1px solid palette(mid); background: palette(button); font-weight: 600; }";
+    "border-right: 1px solid palette(mid); background: palette(button); }";
 
 double Luminance(const QColor& colour) {
   const auto linear = [](double part) {
@@ -142,6 +144,9 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
   horizontalHeader()->setStyleSheet(kHeaderStyle);
+  QFont bold = font();
+  bold.setWeight(QFont::DemiBold);
+  horizontalHeader()->setFont(bold);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(true);
   horizontalHeader()->setMinimumSectionSize(20);
@@ -198,21 +203,27 @@ void TableList::ShowColumns() {
   ShareWidth();
 }
 
-/// The columns keep their proportions and fill the list; what the user dragged stays.
+int TableList::HeadingWidth(int column) const {
+  const QString title = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+  return horizontalHeader()->fontMetrics().horizontalAdvance(title) + 2 * kCellPadding + kSortArrow;
+}
+
+/// The columns fill the list and keep their proportions, save those that would be too narrow for
+/// their heading and its arrow; what the user dragged stays.
 void TableList::ShareWidth() {
   const int total = std::accumulate(shownWidths_.begin(), shownWidths_.end(), 0);
   if (widthsByHand_ || total <= 0) return;
   const QScopedValueRollback sharing(sharing_, true);
-  const int space = std::max(viewport()->width(), ToPixels(total));
-  int end = 0;
-  int sum = 0;
+  std::vector<int> least;
   for (int column = 0; column < static_cast<int>(shownWidths_.size()); ++column) {
-    const forms::Twips width = shownWidths_[static_cast<std::size_t>(column)];
+    least.push_back(shownWidths_[static_cast<std::size_t>(column)] > 0 ? HeadingWidth(column) : 0);
+  }
+  const int space = std::max(viewport()->width(), ToPixels(total));
+  const std::vector<int> widths = SharedWidths(shownWidths_, least, space);
+  for (int column = 0; column < static_cast<int>(widths.size()); ++column) {
+    const int width = widths[static_cast<std::size_t>(column)];
     setColumnHidden(column, width == 0);
-    sum += width;
-    const int next = static_cast<int>(std::int64_t{space} * sum / total);
-    if (width > 0) setColumnWidth(column, next - end);
-    end = next;
+    if (width > 0) setColumnWidth(column, width);
   }
 }
 
