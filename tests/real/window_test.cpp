@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QHeaderView>
+#include <QScreen>
 #include <QTableView>
 #include <optional>
 #include <string>
@@ -248,6 +249,20 @@ TEST(MainWindow, IsAsHighAsTheFormSaysFrameIncluded) {
   EXPECT_EQ(window->frameGeometry().top() * 15, shown.main.frmMain.Top);
   EXPECT_GE(shown.main.frmMain.AboveContent,
             (deck->mapToGlobal(QPoint(0, 0)).y() - window->frameGeometry().top()) * 15);
+}
+
+TEST(MainWindow, IsNoLargerThanTheScreenAndStandsOnIt) {
+  ShownWindows shown;
+  shown.ShowMain();
+  forms::Window& form = shown.main.frmMain;
+  const QWidget* const window = shown.typist.Widget("frmMain");
+  form.Left = 30000;
+  form.Top = 30000;
+  form.Height = 30000;
+  shown.typist.Rest(300);
+  EXPECT_TRUE(window->screen()->availableGeometry().contains(window->frameGeometry()));
+  EXPECT_EQ(form.Height, window->frameGeometry().height() * 15) << "the form knows what it got";
+  EXPECT_EQ(form.Left, window->frameGeometry().left() * 15);
 }
 
 TEST(MainWindow, TheMiniPlayerIsTheDeckAndNothingElse) {

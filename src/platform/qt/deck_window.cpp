@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -82,7 +83,8 @@ void DeckWindow::KeepLeastSize() {
   const int least = form_.frameFiles.Visible
                         ? PixelsToHold(kLeastFullHeight) - margins.top() - margins.bottom()
                         : 1;
-  if (minimumSize() != QSize(kLeastWidth, least)) setMinimumSize(kLeastWidth, least);
+  const QSize size = QSize(kLeastWidth, least).boundedTo(screen()->availableSize());
+  if (minimumSize() != size) setMinimumSize(size);
 }
 
 void DeckWindow::MeasureFrame() {

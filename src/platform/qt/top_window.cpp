@@ -1,8 +1,10 @@
 #include "platform/qt/top_window.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
+#include <algorithm>
 
 #include "platform/qt/binder.h"
 #include "platform/qt/qt_loop.h"
@@ -33,6 +35,16 @@ void TopWindow::Bind() {
 
 QRect TopWindow::Wanted() const {
   return {ToPixels(form_.Left), ToPixels(form_.Top), ToPixels(form_.Width), ToPixels(form_.Height)};
+}
+
+QRect TopWindow::WithinReach() const {
+  QRect place = Wanted();
+  const QScreen* const under = QGuiApplication::screenAt(place.center());
+  const QRect space = (under ? under : screen())->availableGeometry();
+  place.setSize(place.size().boundedTo(space.size()));
+  place.moveTo(std::clamp(place.left(), space.left(), space.right() + 1 - place.width()),
+               std::clamp(place.top(), space.top(), space.bottom() + 1 - place.height()));
+  return place;
 }
 
 QRect TopWindow::Outer() const {
@@ -77,7 +89,10 @@ void TopWindow::ShowPlace() {
   shownPlace_ = Wanted();
   shownMargins_ = margins;
   if (isMaximized()) setWindowState(Qt::WindowNoState);
-  if (Outer() != shownPlace_) setGeometry(shownPlace_.marginsRemoved(margins));
+  // A place from a larger screen would leave keys where no mouse reaches them. What the window gets
+  // instead is told to the form once it has settled.
+  const QRect place = WithinReach();
+  if (Outer() != place) setGeometry(place.marginsRemoved(margins));
 }
 
 void TopWindow::ShowFocus() {

@@ -46,8 +46,10 @@ class TopWindow : public QWidget {
   void KeepScreenSize();
   bool WantsMinimized() const { return form_.WindowShape == forms::Shape::Minimized; }
 
-  /// The outer rectangle that the form asks for, and the one that the window has.
+  /// The outer rectangle that the form asks for, the nearest one to it that its screen has room
+  /// for, and the one that the window has.
   QRect Wanted() const;
+  QRect WithinReach() const;
   QRect Outer() const;
 
   forms::Window& form_;
