@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QScreen>
 #include <QTableView>
@@ -18,6 +19,7 @@ namespace document_column = forms::document_column;
 
 // Key symbols of the display's keyboard.
 constexpr std::uint32_t kAlt = 0xFFE9;
+constexpr std::uint32_t kTab = 0xFF09;
 constexpr std::uint32_t kDown = 0xFF54;
 constexpr std::uint32_t kRight = 0xFF53;
 constexpr std::uint32_t kF4 = 0xFFC1;
@@ -263,6 +265,22 @@ TEST(MainWindow, IsNoLargerThanTheScreenAndStandsOnIt) {
   EXPECT_TRUE(window->screen()->availableGeometry().contains(window->frameGeometry()));
   EXPECT_EQ(form.Height, window->frameGeometry().height() * 15) << "the form knows what it got";
   EXPECT_EQ(form.Left, window->frameGeometry().left() * 15);
+}
+
+TEST(MainWindow, TabLeadsOverTheDeckInReadingOrderAndIntoTheList) {
+  ShownWindows shown;
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.main.frmMain.FocusOn(shown.main.txtFocus);
+  shown.typist.Rest();
+  std::string order;
+  for (int press = 0; press < 12; ++press) {
+    shown.typist.Keys({kTab});
+    order += QGuiApplication::focusObject()->objectName().toStdString() + " ";
+  }
+  EXPECT_EQ(order,
+            "slPosition cmdSkipBeg cmdRewind cmdPlay cmdForward cmdSkipEnd Slider1 cmdNormalSpeed "
+            "sldVol cmdEQ cmdUpdateFileList listViewInQueue ");
 }
 
 TEST(MainWindow, TheMiniPlayerIsTheDeckAndNothingElse) {
