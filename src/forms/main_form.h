@@ -30,6 +30,11 @@ enum {
 };
 }
 
+/// Columns of the Import list. The first has no width.
+namespace import_column {
+enum { Nothing, FileName, Length };
+}
+
 struct MainForm {
   explicit MainForm(base::Loop& loop);
 
@@ -200,6 +205,9 @@ struct MainForm {
   Text txtTitleBarHeight{&frmMain, "txtTitleBarHeight", {.visible = false}};
   Text txtFasciaImagePointer{&frmMain, "txtFasciaImagePointer", {.visible = false}};
   Text txtImportSynchronize{&frmMain, "txtImportSynchronize", {.visible = false}};
+  /// The import directory on show: "0" for the import folder itself, else the folder's number.
+  Text txtWavImportSubdirectory{
+      &frmMain, "txtWavImportSubdirectory", {.caption = "0", .visible = false}};
   Text txtFtpServerSelection{&frmMain, "txtFtpServerSelection", {.visible = false}};
   Table listFasciaImages{&frmMain,
                          "listFasciaImages",

@@ -7,7 +7,7 @@ namespace tavlo::lists {
 Opening::Opening(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
                  store::WorkFolders& folders, store::DocumentNames& names,
                  playback::AudioEngine& engine, playback::Transport& transport,
-                 playback::Preview& preview, const Hooks& hooks)
+                 playback::Preview& preview, const playback::Hooks& sound, const Hooks& hooks)
     : loop_(loop),
       form_(form),
       config_(config),
@@ -15,31 +15,96 @@ Opening::Opening(base::Loop& loop, forms::MainForm& form, forms::ConfigurationFo
       names_(names),
       engine_(engine),
       transport_(transport),
-      preview_(preview) {
+      preview_(preview),
+      sound_(sound),
+      hooks_(hooks) {
+  WireQueue();
+  WireCompleted();
+  WireImport();
+}
+
+void Opening::WireQueue() {
   forms::Table& list = form_.listViewInQueue;
   list.OnRowClick = [this, &list] {
     SelectedQueueFile = list.TextAt(list.ListIndex, forms::document_column::FileName);
   };
   // A double click does no more than a click: what opens a document for work is Play.
-  list.OnClick = list.OnDoubleClick = [this, &hooks] {
-    hooks.UserActed();
+  list.OnClick = list.OnDoubleClick = [this] {
+    hooks_.UserActed();
     GetSelectedJob();
   };
+}
+
+void Opening::WireCompleted() {
+  forms::Table& list = form_.listViewCompleted;
+  list.OnRowClick = [this, &list] {
+    SelectedCompletedFile = list.TextAt(list.ListIndex, forms::document_column::FileName);
+  };
+  list.OnClick = [this] {
+    hooks_.UserActed();
+    PreviewCompletedDocument();
+  };
+}
+
+void Opening::WireImport() {
+  forms::Table& list = form_.listViewImport;
+  list.OnRowClick = [this, &list] {
+    SelectedImportFile = list.TextAt(list.ListIndex, forms::import_column::FileName);
+  };
+  list.OnClick = list.OnDoubleClick = [this] {
+    hooks_.UserActed();
+    PreviewImportDocument(form_.txtWavImportSubdirectory.Value);
+  };
+  list.OnHeaderClick = [&list](int column) { list.SortByHeader(column); };
 }
 
 void Opening::GetSelectedJob() {
   engine_.tmrPlaySnipet.Stop();
   if (SelectedQueueFile.empty()) return;
   if (!preview_.Prepare(loop_, folders_.InQueuePath + SelectedQueueFile)) return;
+  form_.cmdImportCompleteSnipetStop.Visible = true;
+  form_.slPosition.Value = 0;
   names_.ParseDocumentName(SelectedQueueFile);
   transport_.SavedPosition = names_.Record.SavedPosition;
   FillStatusBar();
-  if (!preview_.Start("EmptyDocErrMayComplete")) return;
+  const playback::Primed primed = preview_.Start();
+  transport_.Explain(primed);
+  if (primed != playback::Primed::Yes) return;
   form_.cmdPlay.Enabled = true;
   form_.cmdSkip.Enabled = false;
   form_.cmdComplete.Enabled = false;
   form_.cmdSave.Enabled = false;
   transport_.StopWind();
+}
+
+void Opening::PreviewCompletedDocument() {
+  engine_.tmrPlaySnipet.Stop();
+  if (SelectedCompletedFile.empty()) return;
+  SoundBeginning(folders_.CompletedPath() + SelectedCompletedFile);
+}
+
+void Opening::PreviewImportDocument(const std::string& subdirectory) {
+  engine_.tmrPlaySnipet.Stop();
+  if (SelectedImportFile.empty()) return;
+  const std::string below = subdirectory == "0" ? "" : subdirectory + "/";
+  SoundBeginning(folders_.WavQueuePath + below + SelectedImportFile);
+}
+
+void Opening::SoundBeginning(const std::string& documentPath) {
+  if (!preview_.Prepare(loop_, documentPath)) return;
+  switch (preview_.Start()) {
+    case playback::Primed::Yes:
+    case playback::Primed::Refused:
+      break;
+    case playback::Primed::Unplayable:
+      loop_.Show({.title = "Tavlo Deck",
+                  .text = documentPath + " can not be played.",
+                  .icon = base::Icon::Warning});
+      break;
+    case playback::Primed::Empty:
+      sound_.PlayPrompt("EmptyDocErr");
+      break;
+  }
 }
 
 void Opening::FillStatusBar() {

@@ -19,14 +19,26 @@ class Opening {
  public:
   Opening(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
           store::WorkFolders& folders, store::DocumentNames& names, playback::AudioEngine& engine,
-          playback::Transport& transport, playback::Preview& preview, const Hooks& hooks);
+          playback::Transport& transport, playback::Preview& preview, const playback::Hooks& sound,
+          const Hooks& hooks);
 
-  /// Bare file name of the Queue row last clicked; empty until then.
+  /// Bare file name of the row last clicked in each list; empty until then.
   std::string SelectedQueueFile;
+  std::string SelectedCompletedFile;
+  std::string SelectedImportFile;
 
   void GetSelectedJob();
+  /// The two lists beside the Queue only let a document be heard: it cannot be played from there,
+  /// and one that holds no sound is only spoken of.
+  void PreviewCompletedDocument();
+  /// `subdirectory` is the number of an import directory as text; "0" is the import folder itself.
+  void PreviewImportDocument(const std::string& subdirectory);
 
  private:
+  void WireQueue();
+  void WireCompleted();
+  void WireImport();
+  void SoundBeginning(const std::string& documentPath);
   void FillStatusBar();
 
   base::Loop& loop_;
@@ -37,6 +49,8 @@ class Opening {
   playback::AudioEngine& engine_;
   playback::Transport& transport_;
   playback::Preview& preview_;
+  const playback::Hooks& sound_;
+  const Hooks& hooks_;
 };
 
 }  // namespace tavlo::lists

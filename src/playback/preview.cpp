@@ -36,17 +36,15 @@ bool Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
   if (selection != lastSelection_) return false;
   engine_.CloseFile();
   form_.cmdImportCompleteSnipetStop.Enabled = true;
-  form_.cmdImportCompleteSnipetStop.Visible = true;
   engine_.CurrentDocumentPath = documentPath;
-  form_.slPosition.Value = 0;
   form_.lblFilePositionHMS.Value = "00:00:00";
   engine_.CurrentSamplePosition = 0;
   return true;
 }
 
-bool Preview::Start(PromptName emptyPrompt) {
+Primed Preview::Start() {
   const double seconds = std::min(config_.txtAutoPreview.Number(), kLongestPreview);
-  if (seconds <= 0) return true;
+  if (seconds <= 0) return Primed::Yes;
   // One second more than asked covers the blocks ahead of the ear; a slower speed takes longer over
   // the same stretch of dictation.
   const double milliseconds = (seconds + 1) * 1000 / (engine_.PlaySpeedPercent / 100.0);
@@ -59,9 +57,9 @@ bool Preview::Start(PromptName emptyPrompt) {
   form_.slPosition.Enabled = false;
   if (engine_.IsPlaying) engine_.StopPlay();
   engine_.CloseFile();
-  if (!transport_.PrimeOrExplain(emptyPrompt)) return false;
-  engine_.StartPlay();
-  return true;
+  const Primed primed = engine_.Prime();
+  if (primed == Primed::Yes) engine_.StartPlay();
+  return primed;
 }
 
 void Preview::EndByTimer() {

@@ -18,10 +18,10 @@ class Preview {
   /// another selection came in that moment: what it prepared stands then, and nothing is left to
   /// do.
   [[nodiscard]] bool Prepare(base::Loop& loop, const std::string& documentPath);
-  /// Sounds the beginning of the prepared document for as long as the setting says; nothing when it
-  /// says 0. A document with nothing to play is explained; `emptyPrompt` speaks for an empty one.
-  /// False when there was something to play and it could not be.
-  bool Start(PromptName emptyPrompt);
+  /// Sounds the beginning of the prepared document for as long as the setting says; when that is
+  /// nothing, the document is not looked at and counts as primed. What cannot be played is left to
+  /// the caller to explain.
+  [[nodiscard]] Primed Start();
 
  private:
   void EndByHand();

@@ -12,7 +12,6 @@ namespace {
 using base::Duration;
 using base::operator""ms;
 
-constexpr PromptName kEmptyPrompt = "EmptyDocErrMayComplete";
 constexpr Duration kFirstWindInterval = 1000ms;
 constexpr Duration kFastestWindInterval = 100ms;
 
@@ -84,7 +83,7 @@ void Transport::PlayCommand() {
     ContinueFromWhereTheEarWas();
   } else if (inWork) {
     // A device that failed took the file with it; the place in the document is still known.
-    if (!PrimeOrExplain(kEmptyPrompt)) return;
+    if (!PrimeOrExplain()) return;
     ContinueFromWhereTheEarWas();
   } else if (!PrimeAtTheBeginning()) {
     return;
@@ -111,18 +110,23 @@ void Transport::ContinueFromWhereTheEarWas() {
 bool Transport::PrimeAtTheBeginning() {
   form_.slPosition.Value = 0;
   form_.cmdImportCompleteSnipetStop.Visible = false;
-  if (!PrimeOrExplain(kEmptyPrompt)) return false;
+  if (!PrimeOrExplain()) return false;
   DocumentPrimed = true;
   engine_.CurrentSamplePosition = SavedPositionInFile();
   return true;
 }
 
-bool Transport::PrimeOrExplain(PromptName emptyPrompt) {
-  switch (engine_.Prime()) {
+bool Transport::PrimeOrExplain() {
+  const Primed primed = engine_.Prime();
+  Explain(primed);
+  return primed == Primed::Yes;
+}
+
+void Transport::Explain(Primed primed) {
+  switch (primed) {
     case Primed::Yes:
-      return true;
     case Primed::Refused:
-      return false;
+      return;
     case Primed::Unplayable:
       loop_.Show({.title = "Tavlo Deck - Unrecognized Audio Format",
                   .text = "This file can not be played.\n"
@@ -130,11 +134,10 @@ bool Transport::PrimeOrExplain(PromptName emptyPrompt) {
                   .icon = base::Icon::Information});
       break;
     case Primed::Empty:
-      hooks_.PlayPrompt(emptyPrompt);
+      hooks_.PlayPrompt("EmptyDocErrMayComplete");
       break;
   }
   form_.cmdComplete.Enabled = true;
-  return false;
 }
 
 double Transport::SavedPositionInFile() const {

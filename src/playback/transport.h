@@ -40,15 +40,15 @@ class Transport {
   void StopWind();
   /// Stops the preview's timer and the wind. The position stays.
   void StopWindAndPreview();
-  /// Primes the document and tells the user about one that holds nothing to play; Complete then
-  /// takes it out of the Queue. `emptyPrompt` is what an empty one says. True when it may be
-  /// played.
-  bool PrimeOrExplain(PromptName emptyPrompt);
+  /// Tells the user about a document of the Queue that cannot be played, and lets Complete take it
+  /// out of the Queue. One that can be played, or whose measuring was refused, needs no word.
+  void Explain(Primed primed);
 
  private:
   void WireButtons();
   void ContinueFromWhereTheEarWas();
   bool PrimeAtTheBeginning();
+  bool PrimeOrExplain();
   double SavedPositionInFile() const;
   void ShowAsPlaying();
 

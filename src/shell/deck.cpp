@@ -48,7 +48,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       queue(platform.loop, windows.main, platform.disk, workFolders, names, engine),
       refresh(platform.loop, windows.main, mainWindow, engine, transport, queue, sound, listHooks),
       opening(platform.loop, windows.main, windows.configuration, workFolders, names, engine,
-              transport, preview, listHooks),
+              transport, preview, sound, listHooks),
       finishing(platform.loop, windows.main, windows.configuration, mainWindow, workFolders, moves,
                 engine, transport, queue, opening, refresh, sound, listHooks),
       branding(windows.main, windows.configuration, windows.about, settings, names),

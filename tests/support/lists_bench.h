@@ -27,7 +27,8 @@ struct ListsBench : PlaybackBench {
   lists::Hooks listHooks;
   lists::QueueList queue{loop, form, disk, folders, names, engine};
   lists::Refresh refresh{loop, form, window, engine, transport, queue, hooks, listHooks};
-  lists::Opening opening{loop, form, config, folders, names, engine, transport, preview, listHooks};
+  lists::Opening opening{loop,   form,      config,  folders, names,
+                         engine, transport, preview, hooks,   listHooks};
   lists::Finishing finishing{loop,      form,  config,  window,  folders, moves,    engine,
                              transport, queue, opening, refresh, hooks,   listHooks};
 

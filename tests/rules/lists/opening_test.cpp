@@ -146,5 +146,167 @@ TEST_F(OpeningTest, ClickIsRefusedWhileADocumentIsInWork) {
   EXPECT_EQ(file.OpenCount, opens);
 }
 
+struct CompletedPreviewTest : testing::Test, ListsBench {
+  const std::string name = Document().By("Brown").Name();
+  const std::string path = folders.CompletedPath() + name;
+
+  CompletedPreviewTest() {
+    form.frameInQueue.Visible = false;
+    form.frameCompleted.Visible = true;
+    disk.WithFile(path);
+    file.Sounds[path] = {.samples = 80'000};
+    List(name);
+  }
+
+  void List(const std::string& fileName) {
+    forms::Row row;
+    row.cells.resize(forms::document_column::StampSort + 1);
+    row.cells[forms::document_column::FileName].text = fileName;
+    form.listViewCompleted.Add(row);
+  }
+};
+
+TEST_F(CompletedPreviewTest, ClickSelectsTheRowsFileAndSoundsItsBeginning) {
+  engine.CurrentSamplePosition = 500;
+  form.lblFilePositionHMS.Value = "00:00:09";
+  form.listViewCompleted.RowClick(0);
+  EXPECT_EQ(opening.SelectedCompletedFile, name);
+  EXPECT_EQ(engine.CurrentDocumentPath, path);
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_EQ(file.Seeks.back(), 0);
+  EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:00");
+  EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Enabled);
+  EXPECT_EQ(actions, 1);
+}
+
+TEST_F(CompletedPreviewTest, ClickOffersNeitherPlayNorTheWaysToFinish) {
+  form.listViewCompleted.RowClick(0);
+  for (const forms::Command* key :
+       {&form.cmdPlay, &form.cmdSkip, &form.cmdSave, &form.cmdComplete}) {
+    EXPECT_FALSE(key->Enabled) << key->Name;
+  }
+  EXPECT_EQ(form.StatusBar1.Panels.Get(), std::vector<std::string>(7));
+  EXPECT_TRUE(opening.SelectedQueueFile.empty());
+}
+
+TEST_F(CompletedPreviewTest, PreviewEndsByItselfAndByHand) {
+  file.Sounds[path] = {.samples = 800'000};
+  form.listViewCompleted.RowClick(0);
+  loop.Advance(5999ms);
+  EXPECT_TRUE(engine.IsPlaying);
+  loop.Advance(1ms);
+  EXPECT_FALSE(engine.IsPlaying);
+  form.listViewCompleted.RowClick(0);
+  form.cmdImportCompleteSnipetStop.Press(By::Hand);
+  EXPECT_FALSE(engine.IsPlaying);
+}
+
+TEST_F(CompletedPreviewTest, NothingSelectedYetStopsOnlyTheTimerOfAPreview) {
+  Play();
+  engine.tmrPlaySnipet.Start();
+  opening.PreviewCompletedDocument();
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_FALSE(engine.tmrPlaySnipet.Enabled());
+}
+
+TEST_F(CompletedPreviewTest, WithoutAPreviewTheClickOnlySelects) {
+  config.txtAutoPreview.Value = "0";
+  form.listViewCompleted.RowClick(0);
+  EXPECT_EQ(opening.SelectedCompletedFile, name);
+  EXPECT_FALSE(engine.IsPlaying);
+  EXPECT_EQ(file.OpenCount, 0);
+}
+
+TEST_F(CompletedPreviewTest, FileThatCanNotBePlayedIsNamedAndMayNotBeCompleted) {
+  file.Sounds.clear();
+  form.listViewCompleted.RowClick(0);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck");
+  EXPECT_EQ(loop.Shown[0].text, path + " can not be played.");
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+  EXPECT_FALSE(engine.IsPlaying);
+}
+
+TEST_F(CompletedPreviewTest, DocumentWithoutAudioSaysSoAndMayNotBeCompleted) {
+  file.Sounds[path] = {.samples = 0};
+  form.listViewCompleted.RowClick(0);
+  EXPECT_EQ(prompts, std::vector<std::string>{"EmptyDocErr"});
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+}
+
+TEST_F(CompletedPreviewTest, NegativeStatusEndsWithoutAWord) {
+  file.InTrouble = true;
+  form.listViewCompleted.RowClick(0);
+  EXPECT_TRUE(loop.Shown.empty());
+  EXPECT_TRUE(prompts.empty());
+}
+
+TEST_F(CompletedPreviewTest, LastOfTwoClicksInOneMomentIsWhatSounds) {
+  const std::string last = Document().By("Last").Name();
+  file.Sounds[folders.CompletedPath() + last] = {.samples = 80'000};
+  List(last);
+  loop.Post([&] { form.listViewCompleted.RowClick(1); });
+  form.listViewCompleted.RowClick(0);
+  EXPECT_EQ(opening.SelectedCompletedFile, last);
+  EXPECT_EQ(engine.CurrentDocumentPath, folders.CompletedPath() + last);
+  EXPECT_EQ(file.Seeks.size(), 1u);
+}
+
+struct ImportPreviewTest : testing::Test, ListsBench {
+  ImportPreviewTest() {
+    folders.WavQueuePath = "/drop/";
+    form.frameInQueue.Visible = false;
+    form.frameImport.Visible = true;
+    form.listViewImport.Add(forms::Row{{{""}, {"memo.wav"}, {"00:00:10"}}});
+    form.listViewImport.Add(forms::Row{{{""}, {"alpha.wav"}, {"00:00:20"}}});
+    for (const char* path : {"/drop/memo.wav", "/drop/7/memo.wav"}) {
+      file.Sounds[path] = {.samples = 80'000};
+    }
+  }
+};
+
+TEST_F(ImportPreviewTest, DirectoryNoughtIsTheImportFolderItself) {
+  form.listViewImport.RowClick(0);
+  EXPECT_EQ(opening.SelectedImportFile, "memo.wav");
+  EXPECT_EQ(engine.CurrentDocumentPath, "/drop/memo.wav");
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+  EXPECT_EQ(actions, 1);
+}
+
+TEST_F(ImportPreviewTest, AnyOtherDirectoryIsAFolderBelowIt) {
+  form.txtWavImportSubdirectory.Value = "7";
+  form.listViewImport.RowClick(0);
+  EXPECT_EQ(engine.CurrentDocumentPath, "/drop/7/memo.wav");
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ImportPreviewTest, DoubleClickDoesNoMoreThanAClick) {
+  form.listViewImport.RowClick(0);
+  form.listViewImport.DoubleClick(0);
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_TRUE(form.frameFiles.Visible);
+  EXPECT_EQ(file.Seeks.size(), 2u);
+}
+
+TEST_F(ImportPreviewTest, NothingSelectedYetDoesNothing) {
+  opening.PreviewImportDocument("0");
+  EXPECT_EQ(file.OpenCount, 0);
+}
+
+TEST_F(ImportPreviewTest, FileWithoutAudioSaysSo) {
+  file.Sounds["/drop/memo.wav"] = {.samples = 0};
+  form.listViewImport.RowClick(0);
+  EXPECT_EQ(prompts, std::vector<std::string>{"EmptyDocErr"});
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+}
+
+TEST_F(ImportPreviewTest, HeaderClickSortsByTheTextOfTheColumnAndFlipsTheOrder) {
+  form.listViewImport.HeaderClick(forms::import_column::FileName);
+  EXPECT_EQ(form.listViewImport.Order(), forms::SortOrder::Descending);
+  form.listViewImport.HeaderClick(forms::import_column::FileName);
+  EXPECT_EQ(form.listViewImport.TextAt(0, forms::import_column::FileName), "alpha.wav");
+}
+
 }  // namespace
 }  // namespace tavlo::test

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/playback_bench.h"
 
 namespace tavlo::test {
@@ -12,12 +14,14 @@ using base::operator""s;
 using forms::By;
 
 struct PreviewTest : testing::Test, PlaybackBench {
-  bool Select() { return preview.Prepare(loop, "/doc.wav") && preview.Start("EmptyDocErr"); }
+  playback::Primed Select() {
+    return preview.Prepare(loop, "/doc.wav") ? preview.Start() : playback::Primed::Refused;
+  }
 };
 
 TEST_F(PreviewTest, SelectionSoundsTheBeginningForASecondMoreThanAsked) {
   Lay({.samples = 800'000});
-  EXPECT_TRUE(Select());
+  EXPECT_EQ(Select(), playback::Primed::Yes);
   EXPECT_TRUE(engine.IsPlaying);
   EXPECT_EQ(file.Seeks.back(), 0);
   loop.Advance(5999ms);
@@ -30,34 +34,34 @@ TEST_F(PreviewTest, SelectionSoundsTheBeginningForASecondMoreThanAsked) {
 
 TEST_F(PreviewTest, SlowerSpeedLengthensIt) {
   engine.PlaySpeedPercent = 50;
-  Select();
+  std::ignore = Select();
   EXPECT_EQ(engine.tmrPlaySnipet.Interval(), 12'000ms);
   config.txtAutoPreview.Value = "15";
-  Select();
+  std::ignore = Select();
   EXPECT_EQ(engine.tmrPlaySnipet.Interval(), 32'000ms);
   engine.PlaySpeedPercent = 150;
-  Select();
+  std::ignore = Select();
   EXPECT_EQ(engine.tmrPlaySnipet.Interval(), 10'667ms);
 }
 
 TEST_F(PreviewTest, LengthBeyondAllMeasureIsADay) {
   config.txtAutoPreview.Value = std::string(300, '9');
-  Select();
+  std::ignore = Select();
   EXPECT_EQ(engine.tmrPlaySnipet.Interval(), base::Duration{std::chrono::hours{24}} + 1s);
 }
 
 TEST_F(PreviewTest, PreviewOfNoSecondsIsSilent) {
   config.txtAutoPreview.Value = "0";
-  EXPECT_TRUE(Select());
+  EXPECT_EQ(Select(), playback::Primed::Yes);
   EXPECT_FALSE(engine.IsPlaying);
   EXPECT_FALSE(engine.tmrPlaySnipet.Enabled());
   EXPECT_EQ(file.OpenCount, 0);
 }
 
 TEST_F(PreviewTest, SecondSelectionStartsFromTheBeginning) {
-  Select();
+  std::ignore = Select();
   loop.Advance(3s);
-  Select();
+  std::ignore = Select();
   EXPECT_EQ(file.Seeks.back(), 0);
   EXPECT_EQ(engine.CurrentSamplePosition, 0);
   EXPECT_TRUE(engine.IsPlaying);
@@ -70,13 +74,13 @@ TEST_F(PreviewTest, PlayIsRefusedInTheMomentOfSelecting) {
     refused = !engine.IsPlaying;
   });
   config.txtAutoPreview.Value = "0";
-  Select();
+  std::ignore = Select();
   EXPECT_TRUE(refused);
   EXPECT_FALSE(window.guards.ListPauseActive);
 }
 
 TEST_F(PreviewTest, HandEndsItAndTheTimerTicksHarmlessly) {
-  Select();
+  std::ignore = Select();
   form.cmdImportCompleteSnipetStop.Press(By::Hand);
   EXPECT_FALSE(engine.IsPlaying);
   EXPECT_FALSE(form.cmdImportCompleteSnipetStop.Enabled);
@@ -85,7 +89,7 @@ TEST_F(PreviewTest, HandEndsItAndTheTimerTicksHarmlessly) {
 }
 
 TEST_F(PreviewTest, PlayGoesOnFromWhereItStoppedWithoutOpeningAgain) {
-  Select();
+  std::ignore = Select();
   loop.Advance(2s);
   form.cmdImportCompleteSnipetStop.Press(By::Hand);
   const double stopped = engine.CurrentSamplePosition;
@@ -96,17 +100,23 @@ TEST_F(PreviewTest, PlayGoesOnFromWhereItStoppedWithoutOpeningAgain) {
 }
 
 TEST_F(PreviewTest, TransportCommandTakesOverAtOnce) {
-  Select();
+  std::ignore = Select();
   Play();
   loop.Advance(8s);
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(PreviewTest, EmptyDocumentSaysSoAndMayBeCompleted) {
+TEST_F(PreviewTest, WhatCanNotBePlayedIsLeftToTheCallerToExplain) {
   Lay({.samples = 0});
-  EXPECT_FALSE(Select());
-  EXPECT_EQ(prompts, std::vector<std::string>{"EmptyDocErr"});
-  EXPECT_TRUE(form.cmdComplete.Enabled);
+  EXPECT_EQ(Select(), playback::Primed::Empty);
+  file.Sounds.clear();
+  EXPECT_EQ(Select(), playback::Primed::Unplayable);
+  file.InTrouble = true;
+  EXPECT_EQ(Select(), playback::Primed::Refused);
+  EXPECT_FALSE(engine.IsPlaying);
+  EXPECT_TRUE(prompts.empty());
+  EXPECT_TRUE(loop.Shown.empty());
+  EXPECT_FALSE(form.cmdComplete.Enabled);
 }
 
 }  // namespace

@@ -99,7 +99,7 @@ TEST_F(TransportTest, SavedPositionBeyondTheEndIsCutToIt) {
 TEST_F(TransportTest, PreviewBeforeItDoesNotCancelTheSavedPosition) {
   transport.SavedPosition = 40'000;
   ASSERT_TRUE(preview.Prepare(loop, "/doc.wav"));
-  ASSERT_TRUE(preview.Start("EmptyDocErr"));
+  ASSERT_EQ(preview.Start(), playback::Primed::Yes);
   loop.Advance(2s);
   Play();
   EXPECT_EQ(file.Seeks.back(), 40'000);
