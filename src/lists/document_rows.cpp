@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "base/text.h"
 #include "forms/main_form.h"
 
 namespace tavlo::lists {
@@ -50,6 +51,10 @@ forms::Row DocumentRow(const store::DocumentRecord& record, const std::string& f
   add(mark, kBlack);
   add(record.DictationStamp, kBlack);
   return row;
+}
+
+std::string ListCaption(const std::string& list, int count, double totalMilliseconds) {
+  return list + ":     " + std::to_string(count) + "     " + base::FormatHMS(totalMilliseconds);
 }
 
 void SortByPriorityAndAge(forms::Table& list) {

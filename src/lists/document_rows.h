@@ -17,6 +17,9 @@ std::vector<forms::Column> DocumentColumns(const std::string& subjectHeading,
 forms::Row DocumentRow(const store::DocumentRecord& record, const std::string& fileName,
                        const std::string& lengthHMS);
 
+/// What stands above a list: how many documents, and how long they take together.
+std::string ListCaption(const std::string& list, int count, double totalMilliseconds);
+
 /// The order in which the user first sees a list: priority documents first, each group oldest
 /// dictation first.
 void SortByPriorityAndAge(forms::Table& list);

@@ -1,6 +1,5 @@
 #include "lists/queue_list.h"
 
-#include "base/text.h"
 #include "lists/document_rows.h"
 
 namespace tavlo::lists {
@@ -13,7 +12,11 @@ constexpr forms::Twips kSavedWidth = 650;
 QueueList::QueueList(base::Loop& loop, forms::MainForm& form, store::Disk& disk,
                      store::WorkFolders& folders, store::DocumentNames& names,
                      playback::AudioEngine& engine)
-    : loop_(loop), form_(form), disk_(disk), folders_(folders), names_(names), engine_(engine) {
+    : loop_(loop),
+      form_(form),
+      folders_(folders),
+      names_(names),
+      scan_(loop, form, disk, names, engine) {
   form_.listViewInQueue.OnHeaderClick = [this](int column) {
     form_.listViewInQueue.SortByHeader(column);
   };
@@ -24,48 +27,22 @@ void QueueList::MakeColumns(const std::string& subjectHeading) {
 }
 
 void QueueList::RefreshQueueList() {
-  form_.lblFileLengthHMS.Value = "00:00:00";
-  form_.lblFilePositionHMS.Value = "00:00:00";
-  const store::Listing walk = disk_.ListPlainFiles(folders_.InQueuePath);
-  if (!walk.started) {
-    loop_.Show(folders_.QueueNetworkFault());
-    return;
+  const ScanEnd end =
+      scan_.Run(form_.listViewInQueue, folders_.InQueuePath,
+                [this](const std::string& scanFileName) { return ParseIfReady(scanFileName); });
+  QueueCount = static_cast<int>(form_.listViewInQueue.Rows().size());
+  QueueTotalLength = scan_.TotalLength;
+  if (end == ScanEnd::OutOfReach) loop_.Show(folders_.QueueNetworkFault());
+  if (end == ScanEnd::Whole) {
+    form_.frameInQueue.Caption = ListCaption("Queue", QueueCount, QueueTotalLength);
   }
-  QueueCount = 0;
-  QueueTotalLength = 0;
-  form_.listViewInQueue.Clear();
-  for (const std::string& scanFileName : walk.names) {
-    loop_.Breathe();
-    if (ScanFile(scanFileName) == Step::EndScan) return;
-  }
-  engine_.CloseFile();
-  if (!walk.finished) {
-    loop_.Show(folders_.QueueNetworkFault());
-    return;
-  }
-  WriteCaption();
-  SortByPriorityAndAge(form_.listViewInQueue);
 }
 
-QueueList::Step QueueList::ScanFile(const std::string& scanFileName) {
+bool QueueList::ParseIfReady(const std::string& scanFileName) {
   names_.ParseDocumentName(scanFileName);
-  const std::string path = folders_.InQueuePath + scanFileName;
   // A file with a saved position was opened and saved by this program: nobody else is writing it.
-  if (names_.Record.SavedPosition == 0 && folders_.FileIsLocked(path)) return Step::NoRow;
-  if (engine_.IsPlaying) engine_.StopPlay();
-  engine_.CloseFile();
-  OpenFailed = !engine_.File().OpenFile(path);
-  if (engine_.File().OpenStatus() < 0) return Step::EndScan;
-  const double length = OpenFailed ? 0.0 : static_cast<double>(engine_.File().LengthMilliseconds());
-  QueueTotalLength += length;
-  form_.listViewInQueue.Add(DocumentRow(names_.Record, scanFileName, base::FormatHMS(length)));
-  ++QueueCount;
-  return Step::Row;
-}
-
-void QueueList::WriteCaption() {
-  form_.frameInQueue.Caption =
-      "Queue:     " + std::to_string(QueueCount) + "     " + base::FormatHMS(QueueTotalLength);
+  return names_.Record.SavedPosition != 0 ||
+         !folders_.FileIsLocked(folders_.InQueuePath + scanFileName);
 }
 
 }  // namespace tavlo::lists

@@ -5,6 +5,7 @@
 #include "base/loop.h"
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
+#include "lists/document_scan.h"
 #include "playback/audio_engine.h"
 #include "store/disk.h"
 #include "store/document_name.h"
@@ -23,25 +24,19 @@ class QueueList {
   int QueueCount = 0;
   /// Sum of the rows' lengths, milliseconds.
   double QueueTotalLength = 0;
-  /// The file could not be opened; its row stands with length 0.
-  bool OpenFailed = false;
 
   /// Makes the columns, once at start.
   void MakeColumns(const std::string& subjectHeading);
   void RefreshQueueList();
 
  private:
-  enum class Step { Row, NoRow, EndScan };
-
-  Step ScanFile(const std::string& scanFileName);
-  void WriteCaption();
+  bool ParseIfReady(const std::string& scanFileName);
 
   base::Loop& loop_;
   forms::MainForm& form_;
-  store::Disk& disk_;
   store::WorkFolders& folders_;
   store::DocumentNames& names_;
-  playback::AudioEngine& engine_;
+  DocumentScan scan_;
 };
 
 }  // namespace tavlo::lists

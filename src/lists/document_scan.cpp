@@ -1,0 +1,44 @@
+#include "lists/document_scan.h"
+
+#include "base/text.h"
+#include "lists/document_rows.h"
+
+namespace tavlo::lists {
+
+DocumentScan::DocumentScan(base::Loop& loop, forms::MainForm& form, store::Disk& disk,
+                           store::DocumentNames& names, playback::AudioEngine& engine)
+    : loop_(loop), form_(form), disk_(disk), names_(names), engine_(engine) {}
+
+ScanEnd DocumentScan::Run(
+    forms::Table& list, const std::string& folder,
+    const std::function<bool(const std::string& scanFileName)>& parseIfReady) {
+  form_.lblFileLengthHMS.Value = "00:00:00";
+  form_.lblFilePositionHMS.Value = "00:00:00";
+  const store::Listing walk = disk_.ListPlainFiles(folder);
+  if (!walk.started) return ScanEnd::OutOfReach;
+  TotalLength = 0;
+  list.Clear();
+  for (const std::string& scanFileName : walk.names) {
+    loop_.Breathe();
+    if (!parseIfReady(scanFileName)) continue;
+    if (!AddRow(list, folder, scanFileName)) return ScanEnd::CutShort;
+  }
+  engine_.CloseFile();
+  if (!walk.finished) return ScanEnd::OutOfReach;
+  SortByPriorityAndAge(list);
+  return ScanEnd::Whole;
+}
+
+bool DocumentScan::AddRow(forms::Table& list, const std::string& folder,
+                          const std::string& scanFileName) {
+  if (engine_.IsPlaying) engine_.StopPlay();
+  engine_.CloseFile();
+  const bool opened = engine_.File().OpenFile(folder + scanFileName);
+  if (engine_.File().OpenStatus() < 0) return false;
+  const double length = opened ? static_cast<double>(engine_.File().LengthMilliseconds()) : 0.0;
+  TotalLength += length;
+  list.Add(DocumentRow(names_.Record, scanFileName, base::FormatHMS(length)));
+  return true;
+}
+
+}  // namespace tavlo::lists

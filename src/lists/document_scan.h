@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/loop.h"
+#include "forms/main_form.h"
+#include "playback/audio_engine.h"
+#include "store/disk.h"
+#include "store/document_name.h"
+
+namespace tavlo::lists {
+
+/// How a walk over the documents of a folder ended.
+enum class ScanEnd {
+  Whole,
+  OutOfReach,  ///< The walk could not start, or not go on: the caller says so.
+  CutShort,    ///< The process is in trouble; nobody says so.
+};
+
+/// The walk that the Queue and the Completed list have in common: it empties a list and makes a row
+/// for each file of a folder, with the facts from the file's name and the length of its sound.
+/// Whatever plays stops at the first row, because the one audio file measures the documents too.
+class DocumentScan {
+ public:
+  DocumentScan(base::Loop& loop, forms::MainForm& form, store::Disk& disk,
+               store::DocumentNames& names, playback::AudioEngine& engine);
+
+  /// Sum of the lengths of the rows, milliseconds. A walk that could not start leaves it, and the
+  /// list, as they were.
+  double TotalLength = 0;
+
+  /// `parseIfReady` is asked for each name; what it refuses gets no row. When it accepts, the
+  /// parsed name stands in the names' record. `folder` ends in a separator. The list is sorted, and
+  /// the audio file closed, only by a walk that came to the end of the folder.
+  ScanEnd Run(forms::Table& list, const std::string& folder,
+              const std::function<bool(const std::string& scanFileName)>& parseIfReady);
+
+ private:
+  /// False when the whole walk must end.
+  bool AddRow(forms::Table& list, const std::string& folder, const std::string& scanFileName);
+
+  base::Loop& loop_;
+  forms::MainForm& form_;
+  store::Disk& disk_;
+  store::DocumentNames& names_;
+  playback::AudioEngine& engine_;
+};
+
+}  // namespace tavlo::lists
