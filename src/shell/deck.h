@@ -8,6 +8,7 @@
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
 #include "forms/splash_form.h"
+#include "lists/completed_list.h"
 #include "lists/finishing.h"
 #include "lists/hooks.h"
 #include "lists/opening.h"
@@ -70,6 +71,7 @@ struct Rooms {
   lists::QueueList queue;
   lists::Refresh refresh;
   lists::Opening opening;
+  lists::CompletedList completed;
   lists::Finishing finishing;
   Branding branding;
   Views views;

@@ -24,8 +24,8 @@ Load::Load(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& co
            window::MainWindow& window, window::ConfigurationWindow& configuration,
            window::SettingsBinding& settings, store::Disk& disk, store::WorkFolders& folders,
            playback::AudioEngine& engine, playback::SoundShaping& shaping, lists::QueueList& queue,
-           lists::Refresh& refresh, Branding& branding, const playback::Hooks& sound,
-           const lists::Hooks& listHooks, LoadHooks hooks)
+           lists::CompletedList& completed, lists::Refresh& refresh, Branding& branding,
+           const playback::Hooks& sound, const lists::Hooks& listHooks, LoadHooks hooks)
     : loop_(loop),
       form_(form),
       config_(config),
@@ -37,6 +37,7 @@ Load::Load(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& co
       engine_(engine),
       shaping_(shaping),
       queue_(queue),
+      completed_(completed),
       refresh_(refresh),
       branding_(branding),
       sound_(sound),
@@ -93,6 +94,7 @@ void Load::InitializeWorkAreas() {
   folders_.MakeTree();
   configuration_.ReloadQueuePaths();
   queue_.MakeColumns(config_.txtSubjectHeading.Value);
+  completed_.MakeColumns(config_.txtSubjectHeading.Value);
   window_.guards = {};
   window_.CurrentView = "Queue";
   branding_.ApplyBranding();

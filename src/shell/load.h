@@ -6,6 +6,7 @@
 #include "base/loop.h"
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
+#include "lists/completed_list.h"
 #include "lists/hooks.h"
 #include "lists/queue_list.h"
 #include "lists/refresh.h"
@@ -38,8 +39,8 @@ class Load {
        window::MainWindow& window, window::ConfigurationWindow& configuration,
        window::SettingsBinding& settings, store::Disk& disk, store::WorkFolders& folders,
        playback::AudioEngine& engine, playback::SoundShaping& shaping, lists::QueueList& queue,
-       lists::Refresh& refresh, Branding& branding, const playback::Hooks& sound,
-       const lists::Hooks& listHooks, LoadHooks hooks);
+       lists::CompletedList& completed, lists::Refresh& refresh, Branding& branding,
+       const playback::Hooks& sound, const lists::Hooks& listHooks, LoadHooks hooks);
 
   /// The whole load, with its waits.
   void LoadMainWindow();
@@ -63,6 +64,7 @@ class Load {
   playback::AudioEngine& engine_;
   playback::SoundShaping& shaping_;
   lists::QueueList& queue_;
+  lists::CompletedList& completed_;
   lists::Refresh& refresh_;
   Branding& branding_;
   const playback::Hooks& sound_;

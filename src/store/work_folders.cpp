@@ -144,4 +144,13 @@ base::MessageBox WorkFolders::QueueNetworkFault() const {
           .icon = base::Icon::Warning};
 }
 
+base::MessageBox WorkFolders::CompletedPathFault() const {
+  return {.title = "Tavlo Deck - Path Fault",
+          .text =
+              "The completed files path can not be found.\n"
+              "Please verify that a " +
+              Below("Files/Completed") + " directory exists",
+          .icon = base::Icon::Warning};
+}
+
 }  // namespace tavlo::store

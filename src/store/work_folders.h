@@ -87,6 +87,8 @@ class WorkFolders {
 
   /// What a scan shows that cannot reach the InQueue folder.
   base::MessageBox QueueNetworkFault() const;
+  /// The same for the Completed folder.
+  base::MessageBox CompletedPathFault() const;
 
  private:
   std::string Below(std::string_view name) const;

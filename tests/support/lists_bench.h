@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "lists/completed_list.h"
 #include "lists/finishing.h"
 #include "lists/opening.h"
 #include "lists/queue_list.h"
@@ -29,6 +30,8 @@ struct ListsBench : PlaybackBench {
   lists::Refresh refresh{loop, form, window, engine, transport, queue, hooks, listHooks};
   lists::Opening opening{loop,   form,      config,  folders, names,
                          engine, transport, preview, hooks,   listHooks};
+  lists::CompletedList completed{loop,  form,   window,    disk,    folders, names,
+                                 moves, engine, transport, opening, hooks};
   lists::Finishing finishing{loop,      form,  config,  window,  folders, moves,    engine,
                              transport, queue, opening, refresh, hooks,   listHooks};
 

@@ -21,8 +21,8 @@ struct LoadTest : testing::Test, DeckBench {
     deck.Start();
     shell::Rooms& rooms = *deck.Built();
     shell::Load load(loop, form, config, rooms.mainWindow, rooms.configuration, rooms.binding, disk,
-                     deckFolders, rooms.engine, rooms.soundShaping, rooms.queue, rooms.refresh,
-                     rooms.branding, rooms.sound, rooms.listHooks,
+                     deckFolders, rooms.engine, rooms.soundShaping, rooms.queue, rooms.completed,
+                     rooms.refresh, rooms.branding, rooms.sound, rooms.listHooks,
                      {.attachFtp = [this] { ran += "ftp "; },
                       .upgradeDatabase = [this] { ran += "upgrade "; },
                       .purgeCompletedFiles = [this] { ran += "purge "; },
@@ -48,6 +48,14 @@ TEST_F(LoadTest, NoDaysToKeepRunNoPurge) {
 TEST_F(LoadTest, DaysThatAreNoByteRunNoPurge) {
   LoadWith("DeleteCompletedFiles", "300");
   EXPECT_EQ(ran, "ftp upgrade usb fascia ");
+}
+
+TEST_F(LoadTest, BothListsOfDocumentsGetTheirColumnsUnderTheUsersOwnWord) {
+  LoadWith("SubjectHeading", "Patient");
+  for (const forms::Table* list : {&form.listViewInQueue, &form.listViewCompleted}) {
+    ASSERT_EQ(list->Columns().size(), 14u) << list->Name;
+    EXPECT_EQ(list->Columns()[forms::document_column::Subject].title, "Patient");
+  }
 }
 
 TEST_F(LoadTest, ImportLinkIsCheckedWhenItsSettingSaysSo) {

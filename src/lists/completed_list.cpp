@@ -1,0 +1,187 @@
+#include "lists/completed_list.h"
+
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+#include "lists/document_rows.h"
+
+namespace tavlo::lists {
+namespace {
+
+/// A completed document is never marked Saved, so the column is not shown.
+constexpr forms::Twips kSavedWidth = 0;
+
+/// File names here may come from systems that know no case.
+bool IsWave(std::string_view name) {
+  constexpr std::string_view kEnding = ".wav";
+  if (name.size() < kEnding.size()) return false;
+  name.remove_prefix(name.size() - kEnding.size());
+  for (std::size_t i = 0; i < kEnding.size(); ++i) {
+    const char lower = name[i] >= 'A' && name[i] <= 'Z' ? static_cast<char>(name[i] + 32) : name[i];
+    if (lower != kEnding[i]) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+CompletedList::CompletedList(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
+                             store::Disk& disk, store::WorkFolders& folders,
+                             store::DocumentNames& names, store::FileMoves& moves,
+                             playback::AudioEngine& engine, playback::Transport& transport,
+                             Opening& opening, const playback::Hooks& sound)
+    : loop_(loop),
+      form_(form),
+      window_(window),
+      disk_(disk),
+      folders_(folders),
+      names_(names),
+      moves_(moves),
+      engine_(engine),
+      transport_(transport),
+      opening_(opening),
+      sound_(sound),
+      scan_(loop, form, disk, names, engine) {
+  form_.cmdMoveToQueue.OnPress = [this] { ReturnToQueue(); };
+  form_.cmdDeleteOneCompleted.OnPress = [this] { DeleteOne(); };
+  form_.cmdDeleteAllCompleted.OnPress = [this] { DeleteAll(); };
+  form_.listViewCompleted.OnHeaderClick = [this](int column) {
+    form_.listViewCompleted.SortByHeader(column);
+  };
+}
+
+void CompletedList::MakeColumns(const std::string& subjectHeading) {
+  form_.listViewCompleted.SetColumns(DocumentColumns(subjectHeading, kSavedWidth));
+}
+
+void CompletedList::RefreshCompletedList() {
+  const forms::Hourglass hourglass(form_.frmMain);
+  const ScanEnd end =
+      scan_.Run(form_.listViewCompleted, folders_.CompletedPath(), [this](const std::string& name) {
+        if (folders_.FileIsLocked(folders_.CompletedPath() + name)) return false;
+        names_.ParseDocumentName(name);
+        return true;
+      });
+  CompletedCount = static_cast<int>(form_.listViewCompleted.Rows().size());
+  CompletedTotalLength = scan_.TotalLength;
+  if (end == ScanEnd::OutOfReach) loop_.Show(folders_.CompletedPathFault());
+  if (end == ScanEnd::Whole) WriteCaption(CompletedTotalLength);
+}
+
+void CompletedList::SetCompletedButtons() {
+  for (forms::Command* button :
+       {&form_.cmdMoveToQueue, &form_.cmdDeleteOneCompleted, &form_.cmdDeleteAllCompleted}) {
+    button->Enabled = CompletedCount > 0;
+  }
+}
+
+void CompletedList::ReturnToQueue() {
+  transport_.StopWindAndPreview();
+  engine_.StopPlay();
+  LetPendingEventsPass();
+  engine_.CloseFile();
+  if (opening_.SelectedCompletedFile.empty()) {
+    sound_.PlayPrompt("MoveErrQueue");
+    window_.FocusAway();
+    return;
+  }
+  {
+    const forms::Hourglass hourglass(form_.frmMain);
+    // The document leaves this folder in every case, as settled; what a failed copy would destroy
+    // is kept in the rescue folder. The scan shows the truth, so the result needs no look here.
+    std::ignore = moves_.MoveOrRescue(PathOfSelected(),
+                                      folders_.InQueuePath + opening_.SelectedCompletedFile);
+    RefreshCompletedList();
+    WriteCaption(0);
+    SetCompletedButtons();
+    sound_.PlayPrompt("MovedToQueue");
+  }
+  window_.FocusAway();
+}
+
+void CompletedList::LetPendingEventsPass() {
+  const window::Raised pause(window_.guards.ListPauseActive);
+  // A click that waits would choose another document, and a second press would move one that is
+  // gone.
+  form_.frameCompleted.Enabled = false;
+  loop_.Yield();
+  form_.frameCompleted.Enabled = true;
+}
+
+void CompletedList::DeleteOne() {
+  engine_.StopPlay();
+  engine_.CloseFile();
+  if (opening_.SelectedCompletedFile.empty()) {
+    sound_.PlayPrompt("DeleteError");
+    window_.FocusAway();
+    return;
+  }
+  if (!UserAgrees("Tavlo Deck - Delete",
+                  "Are you sure you want to delete the selected Completed document?")) {
+    return;
+  }
+  engine_.tmrPlaySnipet.Stop();
+  {
+    const forms::Hourglass hourglass(form_.frmMain);
+    std::ignore = moves_.DeleteForGood(PathOfSelected());
+    RefreshCompletedList();
+    SetCompletedButtons();
+    opening_.SelectedCompletedFile.clear();
+    sound_.PlayPrompt("DeleteOne");
+  }
+  window_.FocusAway();
+}
+
+void CompletedList::DeleteAll() {
+  engine_.StopPlay();
+  engine_.CloseFile();
+  if (!UserAgrees("Delete all Completed documents",
+                  "Are you sure you want to delete all the Completed documents?") ||
+      !UserAgrees("Tavlo Deck - Delete",
+                  "Are you absolutely sure you want to delete all the Completed documents?")) {
+    return;
+  }
+  engine_.tmrPlaySnipet.Stop();
+  form_.frmMain.MousePointer = forms::Pointer::Hourglass;
+  CompletedCount = 0;
+  form_.listViewCompleted.Clear();
+  WriteCaption(0);
+  SetCompletedButtons();
+  // Where there was nothing to delete the hourglass stays, as settled, until the next list is
+  // built.
+  if (!DeleteWaves()) return;
+  opening_.SelectedCompletedFile.clear();
+  sound_.PlayPrompt("DeleteAllComp");
+  form_.frmMain.MousePointer = forms::Pointer::Arrow;
+  window_.FocusAway();
+}
+
+bool CompletedList::DeleteWaves() {
+  const std::string folder = folders_.CompletedPath();
+  bool any = false;
+  for (const std::string& name : disk_.ListPlainFiles(folder).names) {
+    if (!IsWave(name)) continue;
+    any = true;
+    loop_.Breathe();
+    std::ignore = moves_.DeleteForGood(folder + name);
+  }
+  return any;
+}
+
+void CompletedList::WriteCaption(double totalMilliseconds) {
+  form_.frameCompleted.Caption = ListCaption("Completed", CompletedCount, totalMilliseconds);
+}
+
+bool CompletedList::UserAgrees(const char* title, const char* question) {
+  return loop_.Show({.title = title,
+                     .text = question,
+                     .icon = base::Icon::Question,
+                     .buttons = base::Buttons::YesNo}) == base::Reply::Yes;
+}
+
+std::string CompletedList::PathOfSelected() const {
+  return folders_.CompletedPath() + opening_.SelectedCompletedFile;
+}
+
+}  // namespace tavlo::lists

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <string>
+
+#include "base/loop.h"
+#include "base/message_box.h"
+#include "forms/main_form.h"
+#include "lists/document_scan.h"
+#include "lists/opening.h"
+#include "playback/audio_engine.h"
+#include "playback/hooks.h"
+#include "playback/transport.h"
+#include "store/disk.h"
+#include "store/document_name.h"
+#include "store/file_moves.h"
+#include "store/work_folders.h"
+#include "window/main_window.h"
+
+namespace tavlo::lists {
+
+/// The documents that are finished. They are kept for a while, so that one can be heard again, sent
+/// back to the Queue, or deleted. Like the Queue the list holds no data of its own.
+class CompletedList {
+ public:
+  CompletedList(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
+                store::Disk& disk, store::WorkFolders& folders, store::DocumentNames& names,
+                store::FileMoves& moves, playback::AudioEngine& engine,
+                playback::Transport& transport, Opening& opening, const playback::Hooks& sound);
+
+  /// Rows in the list.
+  int CompletedCount = 0;
+  /// Sum of the rows' lengths, milliseconds.
+  double CompletedTotalLength = 0;
+
+  /// Makes the columns, once at start.
+  void MakeColumns(const std::string& subjectHeading);
+  void RefreshCompletedList();
+  /// The three buttons of the frame are enabled while the list has rows.
+  void SetCompletedButtons();
+
+ private:
+  void ReturnToQueue();
+  void DeleteOne();
+  void DeleteAll();
+  void LetPendingEventsPass();
+  /// Deletes all waves of the folder, listed or not; false when there is none.
+  bool DeleteWaves();
+  void WriteCaption(double totalMilliseconds);
+  bool UserAgrees(const char* title, const char* question);
+  std::string PathOfSelected() const;
+
+  base::Loop& loop_;
+  forms::MainForm& form_;
+  window::MainWindow& window_;
+  store::Disk& disk_;
+  store::WorkFolders& folders_;
+  store::DocumentNames& names_;
+  store::FileMoves& moves_;
+  playback::AudioEngine& engine_;
+  playback::Transport& transport_;
+  Opening& opening_;
+  const playback::Hooks& sound_;
+  DocumentScan scan_;
+};
+
+}  // namespace tavlo::lists
