@@ -10,9 +10,6 @@ namespace {
 constexpr std::string_view kHalfCopy = ".TavloDeckMove";
 constexpr std::string_view kRescued = ".Rescued ";
 
-/// A name under which nobody would find a dictation again: what a move has under its hands.
-bool IsHalfCopy(std::string_view name) { return name.starts_with(kHalfCopy); }
-
 }  // namespace
 
 std::string Recording::Contents() const {
@@ -30,6 +27,8 @@ std::optional<Recording> Recording::Of(std::string_view contents) {
   if (read != 4 || found.Contents() != contents) return {};
   return found;
 }
+
+bool Ledger::IsHalfCopy(std::string_view name) { return name.starts_with(kHalfCopy); }
 
 std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck) {
   std::map<std::string, std::vector<std::string>> places;

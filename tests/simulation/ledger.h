@@ -30,6 +30,9 @@ class Ledger {
   /// `root` is the install root.
   explicit Ledger(std::string root) : root_(std::move(root)) {}
 
+  /// A name under which nobody would find a dictation again: what a move has under its hands.
+  static bool IsHalfCopy(std::string_view name);
+
   int NewNumber() { return ++lastNumber_; }
   /// A whole dictation stands in a folder of the deck from now on.
   void Came(const std::string& contents) { dictations_[contents] = {}; }

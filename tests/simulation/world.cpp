@@ -58,6 +58,8 @@ const std::vector<World::Event>& World::Events() {
 }
 
 void World::Act() {
+  // The program is as good as dead; what happens now, happens after it is gone.
+  if (desk_.disk.Crashed()) return;
   const auto mayHappen = [this](const Event& event) {
     return !event.needs || conditions_.*event.needs;
   };
@@ -170,8 +172,22 @@ void World::InterfereWithNextCopy() {
   desk_.disk.OnNextCopy = [this] {
     Note("interferes with a copy");
     struck_ = true;
-    Change();
+    for (const char* folder : kFolders) {
+      for (const std::string& name : desk_.disk.NamesIn(Desk::Path(folder))) {
+        const std::string copied = desk_.disk.Contents(Desk::Path(folder) + name);
+        if (Ledger::IsHalfCopy(name) && ledger_.Knows(copied)) ChangeSourceOf(copied);
+      }
+    }
   };
+}
+
+void World::ChangeSourceOf(const std::string& copied) {
+  const std::string after = NewContents();
+  for (const std::string& path : desk_.disk.FilesHolding(copied)) {
+    if (!Ledger::IsHalfCopy(path.substr(path.rfind('/') + 1))) desk_.disk.Write(path, after);
+  }
+  ledger_.Forget(copied);
+  ledger_.Came(after);
 }
 
 void World::MakeReadOnly() {

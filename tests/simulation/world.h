@@ -70,6 +70,8 @@ class World {
   /// Full path of some known dictation below the folder; empty when there is none.
   std::string SomeDictation(const std::string& folder);
   void ForgetAllCopies(const std::string& contents);
+  /// Somebody saves a file anew that the program has just copied and not yet deleted.
+  void ChangeSourceOf(const std::string& copied);
   void MendFolders();
   void Note(const std::string& what) { trace_.Note("  world: " + what); }
 
