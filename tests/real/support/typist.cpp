@@ -23,6 +23,20 @@ QPoint Pixels(QPoint place) {
   return {qRound(place.x() * ratio), qRound(place.y() * ratio)};
 }
 
+/// Where the display has the window. The toolkit's own idea of it lags behind when a window manager
+/// places a window without a frame.
+QPoint OriginOf(const QWidget& window, const Hands& hands) {
+  const auto handle = static_cast<xcb_window_t>(window.windowHandle()->winId());
+  const std::unique_ptr<xcb_translate_coordinates_reply_t, void (*)(void*)> place(
+      xcb_translate_coordinates_reply(
+          hands.Connection(),
+          xcb_translate_coordinates(hands.Connection(), handle, hands.Root(), 0, 0), nullptr),
+      std::free);
+  if (!place) return window.mapToGlobal(QPoint(0, 0));
+  const double ratio = qApp->devicePixelRatio();
+  return {qRound(place->dst_x / ratio), qRound(place->dst_y / ratio)};
+}
+
 }  // namespace
 
 QWidget* Typist::Widget(const QString& name) const {
@@ -35,7 +49,9 @@ QWidget* Typist::Widget(const QString& name) const {
 
 QPoint Typist::Middle(const QString& name) const {
   const QWidget* const widget = Widget(name);
-  return widget ? widget->mapToGlobal(widget->rect().center()) : QPoint();
+  if (!widget) return {};
+  const QWidget& window = *widget->window();
+  return OriginOf(window, hands_) + widget->mapTo(&window, widget->rect().center());
 }
 
 void Typist::ClickUnseen(QPoint place) {
