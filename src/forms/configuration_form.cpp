@@ -3,7 +3,7 @@
 namespace tavlo::forms {
 namespace {
 
-constexpr Twips kHeight = 2700;
+constexpr Twips kHeight = 5700;
 constexpr Twips kWidth = 8400;
 
 }  // namespace

@@ -408,7 +408,7 @@ TEST(SplashWindow, AClickOnTheSignEndsTheWait) {
   shown.typist.Rest(300);
   shown.typist.Picture("splash");
   shown.typist.Click("picIcon");
-  EXPECT_EQ(clicks, 1);
+  EXPECT_TRUE(shown.typist.Until([&] { return clicks == 1; }));
 }
 
 TEST(AboutBox, ClosesByItsButton) {
@@ -424,20 +424,6 @@ TEST(AboutBox, ClosesByItsButton) {
   shown.typist.Picture("about");
   shown.typist.Click("mnuClose");
   EXPECT_TRUE(shown.typist.Until([&] { return !shown.about.frmAbout.Visible; }));
-}
-
-TEST(ConfigurationWindow, TheVolumeOfThePromptsIsASlider) {
-  ShownWindows shown;
-  int requests = 0;
-  shown.configuration.frmConfiguration.OnCloseRequest = [&] { ++requests; };
-  shown.configuration.frmConfiguration.Centre();
-  shown.configuration.frmConfiguration.Visible = true;
-  shown.typist.Rest(300);
-  shown.typist.Picture("configuration");
-  shown.typist.Click("sldPromptVol");
-  EXPECT_NEAR(shown.configuration.sldPromptVol.Value, 32767, 700);
-  shown.typist.Keys({kAlt, kF4});
-  EXPECT_TRUE(shown.typist.Until([&] { return requests == 1; }));
 }
 
 }  // namespace

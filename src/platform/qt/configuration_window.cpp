@@ -1,11 +1,13 @@
 #include "platform/qt/configuration_window.h"
 
-#include <QFormLayout>
 #include <QMenuBar>
+#include <QSignalBlocker>
+#include <QTabBar>
 #include <QVBoxLayout>
 
 #include "platform/qt/binder.h"
-#include "platform/qt/deck_slider.h"
+#include "platform/qt/settings_page.h"
+#include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
 
@@ -16,24 +18,40 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
   menus->setNativeMenuBar(false);
   binder.Choose(form.mnuClose, *menus->addAction(QString()));
 
-  auto* const page = new QWidget(this);
-  auto* const lines = new QFormLayout(page);
-  lines->setContentsMargins(24, 24, 24, 24);
-  auto* const volume = new DeckSlider(DeckSlider::Look::Small, page);
-  lines->addRow("Prompt volume", volume);
-  binder.Slide(form.sldPromptVol, *volume);
-  binder.Frame(form.frameSettings, *page);
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(0);
+  rows->setMenuBar(menus);
+  AddTabs(form, binder, *rows);
+  auto* const settings = new SettingsPage(form, binder, this);
+  rows->addWidget(settings);
+  rows->addStretch(1);
 
   auto* const keeper = new QWidget(this);
   keeper->setFixedSize(0, 0);
   binder.Bind(form.txtFocus, *keeper, {});
-
-  auto* const rows = new QVBoxLayout(this);
-  rows->setContentsMargins(0, 0, 0, 0);
-  rows->setMenuBar(menus);
-  rows->addWidget(page);
-  rows->addStretch(1);
+  // Nothing holds the keyboard until somebody takes it, nor can a key change a setting unasked.
+  keeper->setFocus();
   Bind();
+}
+
+void ConfigurationWindow::AddTabs(forms::ConfigurationForm& form, Binder& binder,
+                                  QVBoxLayout& rows) {
+  auto* const tabs = new QTabBar(this);
+  tabs->setDrawBase(true);
+  rows.addWidget(tabs);
+  for (int row = 0; row < static_cast<int>(form.tabConfiguration.Rows().size()); ++row) {
+    tabs->addTab(ToQt(form.tabConfiguration.TextAt(row, 0)));
+    // The settings are the only page that has anything on it.
+    tabs->setTabEnabled(row, row == 0);
+  }
+  QObject::connect(tabs, &QTabBar::currentChanged, this, [&form, &binder](int row) {
+    binder.ByHand(form.tabConfiguration, [&] { form.tabConfiguration.RowClick(row); });
+  });
+  binder.Bind(form.tabConfiguration, *tabs, [&form, tabs] {
+    const QSignalBlocker quiet(tabs);
+    tabs->setCurrentIndex(form.tabConfiguration.ListIndex);
+  });
 }
 
 }  // namespace tavlo::platform::qt

@@ -3,12 +3,17 @@
 #include "forms/configuration_form.h"
 #include "platform/qt/top_window.h"
 
+class QVBoxLayout;
+
 namespace tavlo::platform::qt {
 
 /// The configuration window.
 class ConfigurationWindow : public TopWindow {
  public:
   ConfigurationWindow(forms::ConfigurationForm& form, QtLoop& loop, Binder& binder);
+
+ private:
+  void AddTabs(forms::ConfigurationForm& form, Binder& binder, QVBoxLayout& rows);
 };
 
 }  // namespace tavlo::platform::qt
