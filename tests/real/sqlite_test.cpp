@@ -130,7 +130,8 @@ TEST_F(SqliteTest, CreateThatFailsLeavesNothingBehind) {
 TEST_F(SqliteTest, MissingDatabaseIsNamedAndNotMade) {
   const OpenedDatabase opened = databases.Open(path);
   EXPECT_FALSE(opened.database);
-  EXPECT_NE(opened.failure.find(path.string() + " does not exist. Put a copy of it back"), std::string::npos);
+  EXPECT_NE(opened.failure.find(path.string() + " does not exist. Put a copy of it back"),
+            std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(path));
 }
 
