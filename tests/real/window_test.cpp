@@ -203,6 +203,21 @@ TEST(QueueList, EveryHeadingHasRoomForItsSortArrow) {
   EXPECT_EQ(headings->length(), list->viewport()->width());
 }
 
+TEST(QueueList, DatesAndFiguresAreWholeInTheNarrowestWindow) {
+  ShownWindows shown;
+  shown.ShowMain();
+  shown.FillQueue();
+  shown.main.frmMain.Width = 0;
+  shown.typist.Rest(300);
+  const auto* const list = qobject_cast<QTableView*>(shown.typist.Widget("listViewInQueue"));
+  for (const int column : {document_column::Id, document_column::Length, document_column::Date,
+                           document_column::Time, document_column::System}) {
+    const QString text = list->model()->index(0, column).data().toString();
+    EXPECT_GT(list->columnWidth(column), list->fontMetrics().horizontalAdvance(text) + 12)
+        << text.toStdString();
+  }
+}
+
 TEST(QueueList, ItsColumnsScrollWhereTheHeadingsDoNotFit) {
   EXPECT_EQ(platform::qt::SharedWidths({10, 30, 0}, {0, 0, 0}, 100), (std::vector{25, 75, 0}));
   EXPECT_EQ(platform::qt::SharedWidths({10, 30, 60}, {20, 0, 0}, 100), (std::vector{20, 26, 54}));

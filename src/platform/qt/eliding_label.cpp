@@ -1,10 +1,13 @@
 #include "platform/qt/eliding_label.h"
 
 #include <QPainter>
+#include <algorithm>
 
 namespace tavlo::platform::qt {
 
-QSize ElidingLabel::minimumSizeHint() const { return {0, QLabel::minimumSizeHint().height()}; }
+QSize ElidingLabel::minimumSizeHint() const {
+  return {std::min(whole_, QLabel::sizeHint().width()), QLabel::minimumSizeHint().height()};
+}
 
 void ElidingLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);

@@ -11,8 +11,15 @@ class ElidingLabel : public QLabel {
 
   QSize minimumSizeHint() const override;
 
+  /// What is no wider than so many pixels, margins included, is never cut off. Default 0: the label
+  /// can shrink to nothing.
+  void KeepWhole(int width) { whole_ = width; }
+
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  int whole_ = 0;
 };
 
 }  // namespace tavlo::platform::qt

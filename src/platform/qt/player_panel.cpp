@@ -28,6 +28,7 @@ constexpr QSize kWordKey{82, 40};
 constexpr QSize kSideKey{46, 28};
 constexpr int kMeterWidth = 170;
 constexpr int kSoundSliderWidth = 126;
+constexpr int kLeastSoundSliderWidth = 64;  ///< On a screen that the deck hardly fits.
 constexpr int kLogoHeight = 40;
 constexpr int kSide = 16;
 
@@ -221,13 +222,17 @@ QBoxLayout* PlayerPanel::SoundColumn() {
     QLabel* const label = Label(line.label, DeckFont(12), theme::kQuietText);
     label->setMinimumWidth(30);
     auto* const slider = new DeckSlider(DeckSlider::Look::Small, this);
-    slider->setFixedWidth(kSoundSliderWidth);
+    slider->setMinimumWidth(kLeastSoundSliderWidth);
+    slider->setMaximumWidth(kSoundSliderWidth);
     binder_.Slide(line.range, *slider);
-    grid->addWidget(label, row, 0);
-    grid->addWidget(slider, row, 1);
-    grid->addWidget(Key(line.command, Glyph::None, kSideKey), row, 2);
+    grid->addWidget(label, row, 1);
+    grid->addWidget(slider, row, 2);
+    grid->addWidget(Key(line.command, Glyph::None, kSideKey), row, 3);
     ++row;
   }
+  // The sliders take what there is up to their full width; what is left stands before them.
+  grid->setColumnStretch(0, 1);
+  grid->setColumnStretch(2, 1000);
   auto* const column = new QVBoxLayout;
   column->addLayout(grid);
   return column;
@@ -246,8 +251,7 @@ QBoxLayout* PlayerPanel::KeysRow() {
   for (forms::Command* const command : {&form_.cmdSkip, &form_.cmdSave, &form_.cmdComplete}) {
     row->addWidget(Key(*command, Glyph::None, kWordKey));
   }
-  row->addStretch(1);
-  row->addLayout(SoundColumn());
+  row->addLayout(SoundColumn(), 1);
   return row;
 }
 

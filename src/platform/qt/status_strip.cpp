@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kPad = 12;
 constexpr int kHeight = 28;
+constexpr int kWholePanel = 130;  ///< A long author must not squeeze department and date away.
 
 }  // namespace
 
@@ -27,6 +28,7 @@ StatusStrip::StatusStrip(forms::Pane& bar, Binder& binder, QWidget* parent)
     panel->setTextFormat(Qt::PlainText);
     panel->setFont(DeckFont(13, i == 0 ? QFont::Bold : QFont::Normal));
     panel->setContentsMargins(kPad, 0, kPad, 0);
+    panel->KeepWhole(kWholePanel);
     QPalette colours = palette();
     colours.setColor(QPalette::WindowText, i == 0 ? theme::kRed : QColor(0xC3, 0xCA, 0xD3));
     panel->setPalette(colours);

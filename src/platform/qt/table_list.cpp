@@ -21,7 +21,12 @@ namespace {
 
 constexpr int kRowPadding = 10;
 constexpr int kCellPadding = 7;
-constexpr int kSortArrow = 18;  ///< What the arrow takes of a heading, with the air around it.
+constexpr int kSortArrow = 16;  ///< What the arrow takes of a heading, with the air around it.
+/// What is no longer than this, which is more than a date, is never cut off, as far as so many rows
+/// tell.
+constexpr const char* kShortText = "00/00/00000";
+constexpr int kRowsMeasured = 50;
+constexpr int kRounding = 2;  ///< At a scale that is no whole number, letters are not either.
 constexpr const char* kHeaderStyle =
     "QHeaderView::section { padding: 5px 7px; border: 0; border-bottom: 1px solid palette(mid); "
     "border-right: 1px solid palette(mid); background: palette(button); }";
@@ -197,26 +202,34 @@ void TableList::ShowChosen() {
 void TableList::ShowColumns() {
   std::vector<forms::Twips> widths;
   for (const forms::Column& column : table_.Columns()) widths.push_back(column.width);
-  if (widths == shownWidths_) return;
+  if (widths != shownWidths_) widthsByHand_ = false;
   shownWidths_ = std::move(widths);
-  widthsByHand_ = false;
   ShareWidth();
 }
 
-int TableList::HeadingWidth(int column) const {
+int TableList::LeastWidth(int column) const {
   const QString title = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-  return horizontalHeader()->fontMetrics().horizontalAdvance(title) + 2 * kCellPadding + kSortArrow;
+  const int heading =
+      horizontalHeader()->fontMetrics().horizontalAdvance(title) + kCellPadding + kSortArrow;
+  const QFontMetrics letters = fontMetrics();
+  const int enough = letters.horizontalAdvance(kShortText);
+  int text = 0;
+  for (int row = 0; row < std::min(kRowsMeasured, model_->rowCount()) && text < enough; ++row) {
+    const QString cell = model_->index(row, column).data().toString();
+    text = std::max(text, letters.horizontalAdvance(cell));
+  }
+  return std::max(heading, std::min(text, enough) + 2 * kCellPadding + kRounding);
 }
 
 /// The columns fill the list and keep their proportions, save those that would be too narrow for
-/// their heading and its arrow; what the user dragged stays.
+/// what they hold; what the user dragged stays.
 void TableList::ShareWidth() {
   const int total = std::accumulate(shownWidths_.begin(), shownWidths_.end(), 0);
   if (widthsByHand_ || total <= 0) return;
   const QScopedValueRollback sharing(sharing_, true);
   std::vector<int> least;
   for (int column = 0; column < static_cast<int>(shownWidths_.size()); ++column) {
-    least.push_back(shownWidths_[static_cast<std::size_t>(column)] > 0 ? HeadingWidth(column) : 0);
+    least.push_back(shownWidths_[static_cast<std::size_t>(column)] > 0 ? LeastWidth(column) : 0);
   }
   const int space = std::max(viewport()->width(), ToPixels(total));
   const std::vector<int> widths = SharedWidths(shownWidths_, least, space);

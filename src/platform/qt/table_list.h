@@ -52,7 +52,7 @@ class TableList : public QTableView {
   void ShowChosen();
   void ShowColumns();
   void ShareWidth();
-  int HeadingWidth(int column) const;
+  int LeastWidth(int column) const;
   void ChooseColours();
   void ChooseByKey(int row);
 
