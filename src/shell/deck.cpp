@@ -12,8 +12,7 @@ namespace {
 /// listens to stands disabled.
 void OfferOnlyWhatIsThere(Windows& windows) {
   forms::MainForm& main = windows.main;
-  for (forms::Command* entry : {&main.mnuViewCompleted, &main.mnuViewImport, &main.mnuViewFtp,
-                                &main.mnuReport, &windows.about.mnuSystemInfo}) {
+  for (forms::Command* entry : {&main.mnuViewImport, &main.mnuViewFtp, &main.mnuReport}) {
     entry->Visible = entry->OnPress != nullptr;
   }
   forms::ConfigurationForm& config = windows.configuration;
@@ -28,6 +27,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
              std::unique_ptr<store::SettingsDatabase> openDatabase)
     : sound{.playPrompt = [this](std::string_view name) { prompts.PlayPrompt(name); },
             .stopPrompt = [this] { prompts.StopPrompt(); },
+            .closePrompt = [this] { prompts.Close(); },
             .showConfiguration = [this] { configuration.Show(); }},
       database(std::move(openDatabase)),
       settings(*database),
@@ -55,7 +55,8 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
                 engine, transport, queue, opening, refresh, sound, listHooks),
       branding(windows.main, windows.configuration, windows.about, settings, names),
       views(platform.loop, windows.main, windows.about, mainWindow, configuration, engine,
-            transport, queue, refresh, sound, listHooks, settings.ProgramVersionText()),
+            transport, queue, completed, refresh, sound, listHooks, settings.ProgramVersionText(),
+            platform.showSystemInformation, {}),
       load(platform.loop, windows.main, windows.configuration, mainWindow, configuration, binding,
            platform.disk, workFolders, engine, soundShaping, queue, completed, refresh, branding,
            sound, listHooks, {}),

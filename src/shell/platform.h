@@ -26,6 +26,9 @@ struct Platform {
   std::string shareFolder;
   /// True when another copy runs on the same root. The first call claims the root for this one.
   std::function<bool()> anotherCopyRuns;
+  /// Starts the desktop's own program that shows what the machine is made of, and does not wait for
+  /// it. False when there is none.
+  std::function<bool()> showSystemInformation;
   /// Ends the process once the loop is back at its top.
   std::function<void(int status)> endProcess;
 };

@@ -7,8 +7,9 @@ namespace tavlo::shell {
 Views::Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
              window::MainWindow& window, window::ConfigurationWindow& configuration,
              playback::AudioEngine& engine, playback::Transport& transport, lists::QueueList& queue,
-             lists::Refresh& refresh, const playback::Hooks& sound, const lists::Hooks& listHooks,
-             std::string programVersionText)
+             lists::CompletedList& completed, lists::Refresh& refresh, const playback::Hooks& sound,
+             const lists::Hooks& listHooks, std::string programVersionText,
+             std::function<bool()> showSystemInformation, ViewHooks hooks)
     : loop_(loop),
       form_(form),
       about_(about),
@@ -17,36 +18,36 @@ Views::Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
       engine_(engine),
       transport_(transport),
       queue_(queue),
+      completed_(completed),
       refresh_(refresh),
       sound_(sound),
       listHooks_(listHooks),
-      programVersionText_(std::move(programVersionText)) {
-  form_.mnuViewQueue.OnPress = [this] { ShowQueue(); };
+      programVersionText_(std::move(programVersionText)),
+      showSystemInformation_(std::move(showSystemInformation)),
+      hooks_(std::move(hooks)),
+      views_{{"Queue", form.frameInQueue, "Queue", &Views::EnterQueue},
+             {"Complete", form.frameCompleted, "Completed", &Views::EnterCompleted},
+             {"Import", form.frameImport, "Import", &Views::EnterImport},
+             {"Ftp", form.frameFtp, nullptr, &Views::EnterFtp}} {
+  form_.mnuViewQueue.OnPress = [this] { Show(views_[0]); };
+  form_.mnuViewCompleted.OnPress = [this] { Show(views_[1]); };
+  if (hooks_.buildImportList) form_.mnuViewImport.OnPress = [this] { Show(views_[2]); };
+  if (hooks_.buildFtpServers) form_.mnuViewFtp.OnPress = [this] { Show(views_[3]); };
   form_.mnuMinimize.OnPress = [this] { form_.frmMain.WindowShape = forms::Shape::Minimized; };
   form_.mnuAbout.OnPress = [this] { ShowAbout(); };
   form_.cmdEQ.OnPress = [this] { ShowEqualizer(); };
+  about_.mnuSystemInfo.OnPress = [this] { ShowSystemInformation(); };
   about_.mnuClose.OnPress = [this] { about_.frmAbout.Visible = false; };
   about_.frmAbout.OnCloseRequest = [this] { about_.frmAbout.Visible = false; };
 }
 
-void Views::ShowQueue() {
+void Views::Show(const View& view) {
   LeaveView();
-  form_.frameCompleted.Visible = false;
-  form_.frameImport.Visible = false;
-  form_.frameFtp.Visible = false;
-  form_.frameInQueue.Visible = true;
+  for (const View& other : views_) other.frame.Visible = &other == &view;
   const forms::Hourglass hourglass(form_.frmMain);
-  form_.frameInQueue.Caption = "Queue";
-  form_.cmdUpdateFileList.Visible = false;
-  listHooks_.RunRetrievalPasses();
-  queue_.RefreshQueueList();
-  form_.cmdUpdateFileList.Visible = true;
-  window_.CurrentView = "Queue";
-  form_.cmdEQ.Enabled = true;
-  form_.cmdNormalSpeed.Enabled = true;
-  form_.cmdPlay.Enabled = form_.listViewInQueue.ListIndex >= 0;
-  listHooks_.TakeWaitingWorkAsSeen();
-  refresh_.tmrWorkWaitingAlert.Start();
+  if (view.caption) view.frame.Caption = view.caption;
+  window_.CurrentView = view.word;
+  (this->*view.enter)();
 }
 
 void Views::LeaveView() {
@@ -60,6 +61,69 @@ void Views::LeaveView() {
     loop_.Yield();
   }
   window_.EnableWindowControls();
+  sound_.ClosePrompt();
+}
+
+void Views::EnterQueue() {
+  form_.cmdUpdateFileList.Visible = false;
+  listHooks_.RunRetrievalPasses();
+  queue_.RefreshQueueList();
+  form_.cmdUpdateFileList.Visible = true;
+  SetSoundShapingEnabled(true);
+  form_.cmdPlay.Enabled = form_.listViewInQueue.ListIndex >= 0;
+  TakeWorkAsSeen();
+}
+
+void Views::EnterCompleted() {
+  SetSoundShapingEnabled(true);
+  DisableTransportKeys();
+  completed_.RefreshCompletedList();
+  completed_.SetCompletedButtons();
+  // They told of a document of the Queue.
+  form_.StatusBar1.Panels = std::vector<std::string>(form_.StatusBar1.Panels.Get().size());
+}
+
+void Views::EnterImport() {
+  SetSoundShapingEnabled(true);
+  DisableTransportKeys();
+  form_.cmdRefreshImportList.Visible = false;
+  hooks_.buildImportList();
+  form_.cmdRefreshImportList.Visible = true;
+  for (forms::Command* button :
+       {&form_.cmdSendImportFileToQueue, &form_.cmdSendAllImportFilesToQueue,
+        &form_.cmdDeleteOneImportFile, &form_.cmdDeleteAllImportFile}) {
+    button->Enabled = !form_.listViewImport.Rows().empty();
+  }
+  TakeWorkAsSeen();
+}
+
+void Views::EnterFtp() {
+  engine_.tmrPlaySnipet.Stop();
+  engine_.CloseFile();
+  hooks_.buildFtpServers();
+  // Nothing is to be played or printed here.
+  SetSoundShapingEnabled(false);
+  form_.slPosition.Enabled = false;
+  form_.sldVol.Enabled = false;
+  form_.Slider1.Enabled = false;
+  form_.mnuReport.Enabled = false;
+}
+
+void Views::SetSoundShapingEnabled(bool enabled) {
+  form_.cmdEQ.Enabled = enabled;
+  form_.cmdNormalSpeed.Enabled = enabled;
+}
+
+void Views::DisableTransportKeys() {
+  for (forms::Command* key : {&form_.cmdSkipBeg, &form_.cmdRewind, &form_.cmdStop, &form_.cmdPlay,
+                              &form_.cmdForward, &form_.cmdSkipEnd}) {
+    key->Enabled = false;
+  }
+}
+
+void Views::TakeWorkAsSeen() {
+  listHooks_.TakeWaitingWorkAsSeen();
+  refresh_.tmrWorkWaitingAlert.Start();
 }
 
 void Views::ShowAbout() {
@@ -68,6 +132,13 @@ void Views::ShowAbout() {
   about_.lblVersion.Value = "Version " + programVersionText_;
   about_.frmAbout.Centre();
   about_.frmAbout.Visible = true;
+}
+
+void Views::ShowSystemInformation() {
+  if (showSystemInformation_()) return;
+  loop_.Show({.title = "Tavlo Deck",
+              .text = "System Information Is Unavailable At This Time",
+              .icon = base::Icon::Information});
 }
 
 void Views::ShowEqualizer() {

@@ -77,6 +77,7 @@ void Desk::Start() {
                                 .installRoot = kRoot,
                                 .shareFolder = kShare,
                                 .anotherCopyRuns = [this] { return anotherCopy; },
+                                .showSystemInformation = [] { return false; },
                                 .endProcess = [this](int status) { ended = status; }});
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();

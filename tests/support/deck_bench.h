@@ -26,6 +26,9 @@ struct DeckBench {
   SimulatedPromptControl promptControl;
   bool anotherCopy = false;
   std::optional<int> ended;
+  /// The desktop has a program that shows what the machine is made of.
+  bool hasInformationTool = true;
+  int informationShown = 0;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
                     .databases = databases,
@@ -36,6 +39,11 @@ struct DeckBench {
                     .installRoot = kRoot,
                     .shareFolder = "/usr/share/tavlodeck",
                     .anotherCopyRuns = [this] { return anotherCopy; },
+                    .showSystemInformation =
+                        [this] {
+                          informationShown += hasInformationTool;
+                          return hasInformationTool;
+                        },
                     .endProcess = [this](int status) { ended = status; }}};
   forms::MainForm& form = deck.windows.main;
   forms::ConfigurationForm& config = deck.windows.configuration;
@@ -48,10 +56,17 @@ struct DeckBench {
 
   static std::string SettingsPath() { return std::string(kRoot) + "/Lyrane_Tavlo_Deck.mdb"; }
   static std::string InQueue() { return std::string(kRoot) + "/Files/InQueue/"; }
+  static std::string Completed() { return std::string(kRoot) + "/Files/Completed/"; }
 
   std::string Drop(const std::string& name) {
     disk.WithFile(InQueue() + name, "sound of " + name);
     file.Sounds[InQueue() + name] = {.samples = 80'000};
+    return name;
+  }
+  /// Puts a document into the Completed folder.
+  std::string Keep(const std::string& name) {
+    disk.WithFile(Completed() + name, "sound of " + name);
+    file.Sounds[Completed() + name] = {.samples = 80'000};
     return name;
   }
   void ClickRow(int row) { form.listViewInQueue.RowClick(row); }

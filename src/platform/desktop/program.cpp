@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "platform/desktop/scan_parts.h"
+#include "platform/desktop/system_information.h"
 #include "platform/disk/instance_lock.h"
 #include "platform/disk/posix_disk.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
@@ -69,6 +70,7 @@ struct Program::Parts {
                     .installRoot = root,
                     .shareFolder = ShareFolder(),
                     .anotherCopyRuns = [this] { return AnotherCopyRuns(); },
+                    .showSystemInformation = ShowSystemInformation,
                     .endProcess = [this](int status) { loop.Quit(status); }}};
   qt::QtWindows windows{loop, deck.windows.main, deck.windows.splash, deck.windows.about,
                         deck.windows.configuration};

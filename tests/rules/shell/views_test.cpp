@@ -46,6 +46,203 @@ TEST_F(ViewsTest, QueueViewStartsTheAlertTimerAnew) {
   EXPECT_TRUE(deck.Built()->refresh.tmrWorkWaitingAlert.Enabled());
 }
 
+TEST_F(ViewsTest, ExactlyOneFrameIsVisible) {
+  form.mnuViewCompleted.Press(By::Hand);
+  EXPECT_TRUE(form.frameCompleted.Visible);
+  EXPECT_FALSE(form.frameInQueue.Visible);
+  form.mnuViewQueue.Press(By::Hand);
+  EXPECT_TRUE(form.frameInQueue.Visible);
+  for (const forms::Pane* other : {&form.frameCompleted, &form.frameImport, &form.frameFtp}) {
+    EXPECT_FALSE(other->Visible) << other->Name;
+  }
+}
+
+TEST_F(ViewsTest, CompletedViewBuildsItsListAndOffersItsButtons) {
+  Keep(Document().Name());
+  form.mnuViewCompleted.Press(By::Hand);
+  EXPECT_EQ(form.listViewCompleted.Rows().size(), 1u);
+  EXPECT_EQ(form.frameCompleted.Caption.Get(), "Completed:     1     00:00:10");
+  EXPECT_TRUE(form.cmdMoveToQueue.Enabled);
+  EXPECT_TRUE(form.cmdDeleteOneCompleted.Enabled);
+  EXPECT_TRUE(form.cmdDeleteAllCompleted.Enabled);
+  EXPECT_EQ(deck.Built()->mainWindow.CurrentView, "Complete");
+  EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
+}
+
+TEST_F(ViewsTest, CompletedViewOfAnEmptyFolderLeavesItsButtonsDisabled) {
+  form.mnuViewCompleted.Press(By::Hand);
+  EXPECT_FALSE(form.cmdMoveToQueue.Enabled);
+  EXPECT_FALSE(form.cmdDeleteOneCompleted.Enabled);
+  EXPECT_FALSE(form.cmdDeleteAllCompleted.Enabled);
+}
+
+TEST_F(ViewsTest, CompletedViewEmptiesTheTextsOfTheDocumentAndOffersNoTransport) {
+  ClickRow(0);
+  ASSERT_EQ(form.StatusBar1.Panels.Get()[2], "Brown");
+  form.mnuViewCompleted.Press(By::Hand);
+  EXPECT_EQ(form.StatusBar1.Panels.Get(), std::vector<std::string>(7));
+  for (const forms::Command* key : {&form.cmdSkipBeg, &form.cmdRewind, &form.cmdStop, &form.cmdPlay,
+                                    &form.cmdForward, &form.cmdSkipEnd}) {
+    EXPECT_FALSE(key->Enabled) << key->Name;
+  }
+  EXPECT_TRUE(form.cmdEQ.Enabled);
+  EXPECT_TRUE(form.cmdNormalSpeed.Enabled);
+}
+
+TEST_F(ViewsTest, ChangeOfViewEndsPreviewAndPrompt) {
+  ClickRow(0);
+  deck.Built()->prompts.PlayPrompt("RefreshQueue");
+  form.mnuViewCompleted.Press(By::Hand);
+  EXPECT_FALSE(deck.Built()->engine.IsPlaying);
+  EXPECT_FALSE(promptControl.IsOpen());
+  EXPECT_FALSE(form.cmdImportCompleteSnipetStop.Enabled);
+  EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);
+}
+
+TEST_F(ViewsTest, CompletedFolderThatCanNotBeReachedIsNamed) {
+  disk.BreakListing(Completed());
+  form.mnuViewCompleted.Press(By::Hand);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - Path Fault");
+  EXPECT_TRUE(form.mnuView.Enabled);
+  EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
+}
+
+TEST_F(ViewsTest, DocumentGoesFromTheQueueToCompletedAndBack) {
+  const std::string name = form.listViewInQueue.TextAt(0, forms::document_column::FileName);
+  file.Sounds[Completed() + name] = {.samples = 80'000};
+  ClickRow(0);
+  form.cmdPlay.Press(By::Hand);
+  form.cmdSkipEnd.Press(By::Hand);
+  form.cmdComplete.Press(By::Hand);
+  form.mnuViewCompleted.Press(By::Hand);
+  ASSERT_EQ(form.listViewCompleted.Rows().size(), 1u);
+  form.listViewCompleted.RowClick(0);
+  EXPECT_TRUE(deck.Built()->engine.IsPlaying);
+  form.cmdMoveToQueue.Press(By::Hand);
+  EXPECT_TRUE(form.listViewCompleted.Rows().empty());
+  form.mnuViewQueue.Press(By::Hand);
+  ASSERT_EQ(form.listViewInQueue.Rows().size(), 1u);
+  EXPECT_EQ(form.listViewInQueue.TextAt(0, forms::document_column::FileName), name);
+}
+
+TEST_F(ViewsTest, RefreshThatNobodyAskedForLeavesTheCompletedViewInFront) {
+  Keep(Document().Name());
+  form.mnuViewCompleted.Press(By::Hand);
+  Drop(Document().By("New").Name());
+  form.cmdUpdateFileList.Press();
+  EXPECT_EQ(form.listViewInQueue.Rows().size(), 2u);
+  EXPECT_TRUE(form.frameCompleted.Visible);
+  EXPECT_FALSE(form.frameInQueue.Visible);
+  EXPECT_EQ(form.listViewCompleted.Rows().size(), 1u);
+  EXPECT_EQ(form.frameCompleted.Caption.Get(), "Completed:     1     00:00:10");
+}
+
+TEST_F(ViewsTest, DocumentThatCanNotBePlayedMayBeCompletedFromAnotherView) {
+  file.Sounds.clear();
+  ClickRow(0);
+  form.mnuViewCompleted.Press(By::Hand);
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_TRUE(form.frameCompleted.Visible);
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+  form.mnuViewCompleted.Press(By::Hand);
+  EXPECT_EQ(form.listViewCompleted.Rows().size(), 1u);
+}
+
+TEST_F(ViewsTest, ExitAsksInTheCompletedViewToo) {
+  form.mnuViewCompleted.Press(By::Hand);
+  loop.Expect({.reply = base::Reply::Yes});
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(ended, 0);
+}
+
+TEST_F(ViewsTest, ViewThatNoRoomAnswersToIsNotOffered) {
+  EXPECT_TRUE(form.mnuViewCompleted.Visible);
+  EXPECT_FALSE(form.mnuViewImport.Visible);
+  EXPECT_FALSE(form.mnuViewFtp.Visible);
+}
+
+/// Views whose rooms stand beside it.
+struct HookedViewsTest : ViewsTest {
+  bool listHiddenMeanwhile = false;
+  int serverLists = 0;
+  std::optional<shell::Views> views;
+
+  HookedViewsTest() {
+    shell::Rooms& rooms = *deck.Built();
+    views.emplace(
+        loop, form, deck.windows.about, rooms.mainWindow, rooms.configuration, rooms.engine,
+        rooms.transport, rooms.queue, rooms.completed, rooms.refresh, rooms.sound, rooms.listHooks,
+        "", [] { return false; },
+        shell::ViewHooks{.buildImportList =
+                             [this] {
+                               listHiddenMeanwhile = !form.cmdRefreshImportList.Visible;
+                               form.listViewImport.Clear();
+                               if (filesToImport) form.listViewImport.Add("");
+                             },
+                         .buildFtpServers = [this] { ++serverLists; }});
+    form.mnuViewImport.Visible = true;
+    form.mnuViewFtp.Visible = true;
+  }
+
+  bool filesToImport = true;
+};
+
+TEST_F(HookedViewsTest, ImportViewBuildsItsListAndOffersItsButtons) {
+  form.mnuViewImport.Press(By::Hand);
+  EXPECT_TRUE(form.frameImport.Visible);
+  EXPECT_FALSE(form.frameInQueue.Visible);
+  EXPECT_TRUE(listHiddenMeanwhile);
+  EXPECT_TRUE(form.cmdRefreshImportList.Visible);
+  EXPECT_EQ(form.frameImport.Caption.Get(), "Import");
+  EXPECT_EQ(deck.Built()->mainWindow.CurrentView, "Import");
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+  for (const forms::Command* button :
+       {&form.cmdSendImportFileToQueue, &form.cmdSendAllImportFilesToQueue,
+        &form.cmdDeleteOneImportFile, &form.cmdDeleteAllImportFile}) {
+    EXPECT_TRUE(button->Enabled) << button->Name;
+  }
+}
+
+TEST_F(HookedViewsTest, ImportViewWithoutFilesLeavesItsButtonsDisabled) {
+  filesToImport = false;
+  form.mnuViewImport.Press(By::Hand);
+  for (const forms::Command* button :
+       {&form.cmdSendImportFileToQueue, &form.cmdSendAllImportFilesToQueue,
+        &form.cmdDeleteOneImportFile, &form.cmdDeleteAllImportFile}) {
+    EXPECT_FALSE(button->Enabled) << button->Name;
+  }
+}
+
+TEST_F(HookedViewsTest, FtpViewHasNothingToPlayAndNothingToPrint) {
+  const std::string caption = form.frameFtp.Caption;
+  ClickRow(0);
+  form.mnuViewFtp.Press(By::Hand);
+  EXPECT_TRUE(form.frameFtp.Visible);
+  EXPECT_EQ(serverLists, 1);
+  EXPECT_EQ(form.frameFtp.Caption.Get(), caption);
+  EXPECT_FALSE(deck.Built()->engine.tmrPlaySnipet.Enabled());
+  EXPECT_FALSE(file.IsOpen());
+  for (const forms::Control* control : std::initializer_list<const forms::Control*>{
+           &form.cmdEQ, &form.cmdNormalSpeed, &form.slPosition, &form.sldVol, &form.Slider1,
+           &form.mnuReport}) {
+    EXPECT_FALSE(control->Enabled) << control->Name;
+  }
+  form.mnuViewQueue.Press(By::Hand);
+  for (const forms::Control* control : std::initializer_list<const forms::Control*>{
+           &form.cmdEQ, &form.cmdNormalSpeed, &form.sldVol, &form.mnuReport}) {
+    EXPECT_TRUE(control->Enabled) << control->Name;
+  }
+}
+
+TEST_F(HookedViewsTest, FirstRefreshLeavesTheReportDisabledWhileFtpShows) {
+  form.mnuViewFtp.Press(By::Hand);
+  deck.Built()->refresh.tmrGetAllJobs.Start();
+  loop.Advance(5s);
+  EXPECT_TRUE(form.mnuView.Enabled);
+  EXPECT_FALSE(form.mnuReport.Enabled);
+}
+
 TEST_F(ViewsTest, EqualizerButtonOpensTheConfigurationOnItsPage) {
   form.cmdEQ.Enabled = true;
   form.frmMain.Left = 300;
@@ -104,6 +301,22 @@ TEST_F(ViewsTest, AboutBoxShowsTheVersion) {
   form.mnuAbout.Press(By::Hand);
   deck.windows.about.frmAbout.CloseRequest();
   EXPECT_FALSE(deck.windows.about.frmAbout.Visible);
+}
+
+TEST_F(ViewsTest, SystemInfoStartsTheDesktopsOwnProgram) {
+  form.mnuAbout.Press(By::Hand);
+  deck.windows.about.mnuSystemInfo.Press(By::Hand);
+  EXPECT_EQ(informationShown, 1);
+  EXPECT_TRUE(loop.Shown.empty());
+}
+
+TEST_F(ViewsTest, SystemInfoSaysThatItIsUnavailable) {
+  hasInformationTool = false;
+  form.mnuAbout.Press(By::Hand);
+  deck.windows.about.mnuSystemInfo.Press(By::Hand);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck");
+  EXPECT_EQ(loop.Shown[0].text, "System Information Is Unavailable At This Time");
 }
 
 TEST_F(ViewsTest, MinimizeMinimizes) {
