@@ -36,6 +36,7 @@ std::vector<Step> Day::Steps() {
   AddShaping(steps);
   AddFinishing(steps);
   AddList(steps);
+  AddCompleted(steps);
   AddWindows(steps);
   AddEnd(steps);
   return steps;
@@ -154,17 +155,40 @@ void Day::AddList(std::vector<Step>& steps) {
        .picture = "07-sorted"});
 }
 
+void Day::AddCompleted(std::vector<Step>& steps) {
+  const auto menuShows = [] { return QApplication::activePopupWidget() != nullptr; };
+  steps.push_back(Keys({kAlt, 'v'}, "the View menu opens", menuShows, "08-view-menu"));
+  steps.push_back(Keys({'c'}, "the Completed view shows the finished document", [this] {
+    const forms::Table& list = Main().listViewCompleted;
+    return Main().frameCompleted.Visible && !Main().frameInQueue.Visible &&
+           list.Rows().size() == 1 && list.TextAt(0, column::Author) == "Brown" &&
+           Main().cmdMoveToQueue.Enabled;
+  }));
+  steps.push_back({.says = "a click sounds its beginning",
+                   .act = [this] { ClickAuthor("listViewCompleted", 0); },
+                   .seen = [this] { return Playing() && Seconds() > 1; },
+                   .picture = "09-completed"});
+  steps.push_back(Click("cmdMoveToQueue", "Return to Queue takes it out of the list", [this] {
+    return !Playing() && Main().listViewCompleted.Rows().empty() &&
+           !Main().cmdMoveToQueue.Enabled &&
+           QDir(WorkFolder("Completed")).entryList(QDir::Files).empty();
+  }));
+  steps.push_back(Keys({kAlt, 'v'}, "the View menu opens again", menuShows));
+  steps.push_back(Keys({'q'}, "and the Queue has the document back",
+                       [this] { return Ready() && RowOf("Brown") == 0; }));
+}
+
 void Day::AddWindows(std::vector<Step>& steps) {
   const shell::Windows& windows = program_.Deck().windows;
   steps.push_back(Keys(
       {kAlt, 'f'}, "the File menu opens",
-      [] { return QApplication::activePopupWidget() != nullptr; }, "08-menu"));
+      [] { return QApplication::activePopupWidget() != nullptr; }, "10-menu"));
   steps.push_back(Keys(
       {'c'}, "the configuration takes the screen",
       [&windows, this] {
         return windows.configuration.frmConfiguration.Visible && !Main().frmMain.Visible;
       },
-      "09-configuration"));
+      "11-configuration"));
   steps.push_back({.says = "closing it brings the deck back",
                    .act =
                        [this] {
@@ -175,7 +199,7 @@ void Day::AddWindows(std::vector<Step>& steps) {
                        [] { return QApplication::activePopupWidget() != nullptr; }));
   steps.push_back(Keys(
       {'a'}, "the about box shows", [&windows] { return windows.about.frmAbout.Visible.Get(); },
-      "10-about"));
+      "12-about"));
   steps.push_back(Keys({kAlt, 'c'}, "and closes",
                        [&windows] { return !windows.about.frmAbout.Visible.Get(); }));
   steps.push_back({.says = "a second copy is refused",
@@ -202,13 +226,13 @@ void Day::AddEnd(std::vector<Step>& steps) {
   steps.push_back(Click("cmdPlay", "and played", [this] { return Main().cmdSkip.Enabled.Get(); }));
   steps.push_back(Keys(
       {kAlt, kF4}, "exit is refused while it is in work",
-      [this] { return program_.Loop().MessageBoxOpen(); }, "11-must-finish"));
+      [this] { return program_.Loop().MessageBoxOpen(); }, "13-must-finish"));
   steps.push_back(Keys({kReturn}, "the box closes and the sound has stopped",
                        [this] { return !program_.Loop().MessageBoxOpen() && !Playing(); }));
   steps.push_back(
       Click("cmdSkip", "Skip leaves the document as it is", [this] { return Ready(); }));
   steps.push_back(Keys(
-      {kAlt, kF4}, "exit asks", [this] { return program_.Loop().MessageBoxOpen(); }, "12-exit"));
+      {kAlt, kF4}, "exit asks", [this] { return program_.Loop().MessageBoxOpen(); }, "14-exit"));
   steps.push_back(
       Keys({kEscape}, "no keeps the deck", [this] { return !program_.Loop().MessageBoxOpen(); }));
   steps.push_back(
@@ -228,14 +252,7 @@ Step Day::Click(const char* control, std::string says, std::function<bool()> see
 Step Day::ClickRowOf(const std::string& author, std::string says, std::function<bool()> seen,
                      std::string picture) {
   return {.says = std::move(says),
-          .act =
-              [this, author] {
-                const auto* list = qobject_cast<QTableView*>(typist_.Widget("listViewInQueue"));
-                if (!list) return;
-                const QRect cell =
-                    list->visualRect(list->model()->index(RowOf(author), column::Author));
-                typist_.ClickUnseen(list->viewport()->mapToGlobal(cell.center()));
-              },
+          .act = [this, author] { ClickAuthor("listViewInQueue", RowOf(author)); },
           .seen = std::move(seen),
           .picture = std::move(picture)};
 }
@@ -269,6 +286,13 @@ Step Day::Drag(const char* slider, int percent, std::string says, std::function<
                 typist_.Release();
               },
           .seen = std::move(seen)};
+}
+
+void Day::ClickAuthor(const char* list, int row) {
+  const auto* view = qobject_cast<QTableView*>(typist_.Widget(list));
+  if (!view) return;
+  const QRect cell = view->visualRect(view->model()->index(row, column::Author));
+  typist_.ClickUnseen(view->viewport()->mapToGlobal(cell.center()));
 }
 
 int Day::RowOf(const std::string& author) {

@@ -26,6 +26,7 @@ class Day {
   void AddShaping(std::vector<Step>& steps);
   void AddFinishing(std::vector<Step>& steps);
   void AddList(std::vector<Step>& steps);
+  void AddCompleted(std::vector<Step>& steps);
   void AddWindows(std::vector<Step>& steps);
   void AddEnd(std::vector<Step>& steps);
 
@@ -40,6 +41,8 @@ class Day {
 
   forms::MainForm& Main() { return program_.Deck().windows.main; }
   shell::Rooms* Rooms() { return program_.Deck().Built(); }
+  /// A click on the author's name in a row of the list.
+  void ClickAuthor(const char* list, int row);
   int RowOf(const std::string& author);
   std::string Cell(const std::string& author, int column);
   bool Ready();
