@@ -16,6 +16,8 @@ namespace {
 
 constexpr int kSide = 16;
 constexpr int kComboWidth = 200;
+/// Both sides of a key's caption together; some styles leave next to nothing.
+constexpr int kKeyPadding = 28;
 
 }  // namespace
 
@@ -53,6 +55,10 @@ void WorkFrames::AddKeys(QHBoxLayout& row, std::initializer_list<forms::Command*
     button->setAutoDefault(false);
     row.addWidget(button);
     binder_.Press(*command, *button);
+    binder_.Watch(*command, [button] {
+      const QString caption = button->text().remove('&');
+      button->setMinimumWidth(button->fontMetrics().horizontalAdvance(caption) + kKeyPadding);
+    });
   }
 }
 
