@@ -8,13 +8,16 @@
 namespace tavlo::shell {
 namespace {
 
-/// A menu entry that no room answers to is not shown, and a page of the configuration that nobody
-/// listens to stands disabled.
+/// What no room answers to is not offered: a menu entry or a key that a thaw of the window would
+/// enable is not shown, other controls and pages of the configuration stand disabled.
 void OfferOnlyWhatIsThere(Windows& windows) {
   forms::MainForm& main = windows.main;
-  for (forms::Command* entry : {&main.mnuViewImport, &main.mnuViewFtp, &main.mnuReport}) {
-    entry->Visible = entry->OnPress != nullptr;
+  for (forms::Command* command : {&main.mnuReport, &main.cmdRefreshImportList}) {
+    command->Visible = command->OnPress != nullptr;
   }
+  main.chkImportSynchronize.Enabled = main.chkImportSynchronize.OnClick != nullptr;
+  main.bConnect.Enabled = main.bConnect.OnPress != nullptr;
+  main.comboFtpServerNames.Enabled = main.bConnect.Enabled;
   forms::ConfigurationForm& config = windows.configuration;
   config.frameConfigEqualizer.Enabled = config.cmdEqFlat.OnPress != nullptr;
   config.frameConfigMixer.Enabled = config.DeviceCombo.OnSelect != nullptr;

@@ -3,6 +3,13 @@
 #include <utility>
 
 namespace tavlo::shell {
+namespace {
+
+void Call(const std::function<void()>& hook) {
+  if (hook) hook();
+}
+
+}  // namespace
 
 Views::Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
              window::MainWindow& window, window::ConfigurationWindow& configuration,
@@ -31,8 +38,8 @@ Views::Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
              {"Ftp", form.frameFtp, nullptr, &Views::EnterFtp}} {
   form_.mnuViewQueue.OnPress = [this] { Show(views_[0]); };
   form_.mnuViewCompleted.OnPress = [this] { Show(views_[1]); };
-  if (hooks_.buildImportList) form_.mnuViewImport.OnPress = [this] { Show(views_[2]); };
-  if (hooks_.buildFtpServers) form_.mnuViewFtp.OnPress = [this] { Show(views_[3]); };
+  form_.mnuViewImport.OnPress = [this] { Show(views_[2]); };
+  form_.mnuViewFtp.OnPress = [this] { Show(views_[3]); };
   form_.mnuMinimize.OnPress = [this] { form_.frmMain.WindowShape = forms::Shape::Minimized; };
   form_.mnuAbout.OnPress = [this] { ShowAbout(); };
   form_.cmdEQ.OnPress = [this] { ShowEqualizer(); };
@@ -87,8 +94,9 @@ void Views::EnterImport() {
   SetSoundShapingEnabled(true);
   DisableTransportKeys();
   form_.cmdRefreshImportList.Visible = false;
-  hooks_.buildImportList();
-  form_.cmdRefreshImportList.Visible = true;
+  Call(hooks_.buildImportList);
+  // A key that no room answers to is not shown.
+  form_.cmdRefreshImportList.Visible = form_.cmdRefreshImportList.OnPress != nullptr;
   for (forms::Command* button :
        {&form_.cmdSendImportFileToQueue, &form_.cmdSendAllImportFilesToQueue,
         &form_.cmdDeleteOneImportFile, &form_.cmdDeleteAllImportFile}) {
@@ -100,7 +108,7 @@ void Views::EnterImport() {
 void Views::EnterFtp() {
   engine_.tmrPlaySnipet.Stop();
   engine_.CloseFile();
-  hooks_.buildFtpServers();
+  Call(hooks_.buildFtpServers);
   // Nothing is to be played or printed here.
   SetSoundShapingEnabled(false);
   form_.slPosition.Enabled = false;

@@ -17,8 +17,8 @@
 
 namespace tavlo::shell {
 
-/// What entering a view starts in rooms that stand beside it. A view whose hook nobody filled is
-/// not offered.
+/// What entering a view starts in rooms that stand beside it. A hook that nobody filled does
+/// nothing: its view shows with nothing in it.
 struct ViewHooks {
   /// Fetches what is to be imported, fills the author's boxes and builds the Import list.
   std::function<void()> buildImportList;

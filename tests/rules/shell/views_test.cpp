@@ -99,6 +99,21 @@ TEST_F(ViewsTest, ChangeOfViewEndsPreviewAndPrompt) {
   EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);
 }
 
+TEST_F(ViewsTest, ChangeOfViewDuringPlaybackStopsTheSound) {
+  for (forms::Command* entry :
+       {&form.mnuViewQueue, &form.mnuViewCompleted, &form.mnuViewImport, &form.mnuViewFtp}) {
+    form.mnuViewQueue.Press();
+    ClickRow(0);
+    form.cmdPlay.Press(By::Hand);
+    ASSERT_TRUE(deck.Built()->engine.IsPlaying);
+    // The menus are out of a hand's reach now; only a program can change the view.
+    EXPECT_FALSE(form.mnuView.Enabled);
+    entry->Press();
+    EXPECT_FALSE(deck.Built()->engine.IsPlaying) << entry->Name;
+    form.cmdSkip.Press(By::Hand);
+  }
+}
+
 TEST_F(ViewsTest, CompletedFolderThatCanNotBeReachedIsNamed) {
   disk.BreakListing(Completed());
   form.mnuViewCompleted.Press(By::Hand);
@@ -156,10 +171,24 @@ TEST_F(ViewsTest, ExitAsksInTheCompletedViewToo) {
   EXPECT_EQ(ended, 0);
 }
 
-TEST_F(ViewsTest, ViewThatNoRoomAnswersToIsNotOffered) {
-  EXPECT_TRUE(form.mnuViewCompleted.Visible);
-  EXPECT_FALSE(form.mnuViewImport.Visible);
-  EXPECT_FALSE(form.mnuViewFtp.Visible);
+TEST_F(ViewsTest, EveryViewIsOffered) {
+  for (const forms::Command* entry :
+       {&form.mnuViewQueue, &form.mnuViewCompleted, &form.mnuViewImport, &form.mnuViewFtp}) {
+    EXPECT_TRUE(entry->Visible) << entry->Name;
+    EXPECT_TRUE(entry->Enabled) << entry->Name;
+  }
+}
+
+TEST_F(ViewsTest, WhatNoRoomAnswersToIsNotOfferedInItsView) {
+  ASSERT_FALSE(form.cmdRefreshImportList.OnPress);
+  ASSERT_FALSE(form.bConnect.OnPress);
+  form.mnuViewImport.Press(By::Hand);
+  EXPECT_FALSE(form.cmdRefreshImportList.Visible);
+  EXPECT_FALSE(form.chkImportSynchronize.Enabled);
+  form.mnuViewFtp.Press(By::Hand);
+  EXPECT_FALSE(form.bConnect.Enabled);
+  EXPECT_FALSE(form.comboFtpServerNames.Enabled);
+  EXPECT_FALSE(form.comboFtpFileTypesToList.Enabled);
 }
 
 /// Views whose rooms stand beside it.
@@ -181,8 +210,7 @@ struct HookedViewsTest : ViewsTest {
                                if (filesToImport) form.listViewImport.Add("");
                              },
                          .buildFtpServers = [this] { ++serverLists; }});
-    form.mnuViewImport.Visible = true;
-    form.mnuViewFtp.Visible = true;
+    form.cmdRefreshImportList.OnPress = [] {};
   }
 
   bool filesToImport = true;
