@@ -62,6 +62,10 @@ struct SettingsPage {
       "chkAlwaysOnTop",
       {.caption = "Always On Top", .tooltip = "Keep the window on top of other programs"}};
   Text txtAlwaysOnTop{&frameSettings, "txtAlwaysOnTop", {.visible = false}};
+  Command cmdCenterMiniPlayer{
+      &frameSettings,
+      "cmdCenterMiniPlayer",
+      {.caption = "Center Mini-Player", .tooltip = "Click to center the mini-player"}};
 
   // Prompts.
   Choice chkAudioPrompts{&frameSettings,

@@ -74,7 +74,8 @@ window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
                 refresh.tmrWorkWaitingAlert.SetInterval(interval);
                 refresh.tmrWorkWaitingAlert.Start();
               },
-          .applyBranding = [this] { branding.ApplyBranding(); }};
+          .applyBranding = [this] { branding.ApplyBranding(); },
+          .centerMiniPlayer = [this] { mainWindow.CenterMiniPlayer(); }};
 }
 
 Deck::Deck(Platform platform)

@@ -170,6 +170,10 @@ void ConfigurationWindow::BindTexts() {
   };
   config_.txtWordProcessorPath.OnDoubleClick = [this] { config_.txtWordProcessorPath.Value = ""; };
   config_.cmdWavConvMode.OnPress = [this] { StepWavConvMode(); };
+  config_.cmdCenterMiniPlayer.OnPress = [this] {
+    Call(hooks_.centerMiniPlayer);
+    FocusAway();
+  };
 }
 
 void ConfigurationWindow::BindPaths() {

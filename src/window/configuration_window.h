@@ -16,6 +16,7 @@ struct ConfigurationHooks {
   /// Stops the timer of refreshes and alerts, sets its interval and starts it.
   std::function<void(base::Duration)> restartAlertTimer;
   std::function<void()> applyBranding;
+  std::function<void()> centerMiniPlayer;
   /// The equalizer buttons and the list of authors, as the window opens.
   std::function<void()> openEqualizer;
   std::function<void()> fillAuthors;

@@ -81,8 +81,19 @@ void MainWindow::LeaveMiniPlayer() {
 void MainWindow::SavePlayerPosition() {
   const forms::Window& window = form_.frmMain;
   if (window.Left < 0 || window.Top < 0) return;
-  PlayerLeftText = std::to_string(window.Left);
-  PlayerTopText = std::to_string(window.Top);
+  RememberPlayerPlace(window.Left, window.Top);
+}
+
+void MainWindow::CenterMiniPlayer() {
+  form_.frmMain.Centre();
+  // The full window is higher than the mini-player, so their middles are not one place.
+  RememberPlayerPlace((form_.frmMain.ScreenWidth - form_.frmMain.Width) / 2,
+                      (form_.frmMain.ScreenHeight - PlayerHeight()) / 2);
+}
+
+void MainWindow::RememberPlayerPlace(Twips left, Twips top) {
+  PlayerLeftText = std::to_string(left);
+  PlayerTopText = std::to_string(top);
   form_.txtPlayerLeft.Value = PlayerLeftText;
   form_.txtPlayerTop.Value = PlayerTopText;
   if (storePlayerPosition_) storePlayerPosition_();
@@ -99,9 +110,11 @@ void MainWindow::ApplyAlwaysOnTop() {
   form_.frmMain.TopMost = config_.txtAlwaysOnTop.Value.Get() == "Y";
 }
 
-void MainWindow::TakePlayerHeight() {
-  form_.frmMain.Height = TwipsOf(form_.txtTitleBarHeight.Value) + form_.framePlayer.Height;
+Twips MainWindow::PlayerHeight() const {
+  return TwipsOf(form_.txtTitleBarHeight.Value) + form_.framePlayer.Height;
 }
+
+void MainWindow::TakePlayerHeight() { form_.frmMain.Height = PlayerHeight(); }
 
 void MainWindow::TakeStoredPlace() {
   form_.frmMain.Left = TwipsOf(PlayerLeftText);

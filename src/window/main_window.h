@@ -62,6 +62,8 @@ class MainWindow {
   void LeaveMiniPlayer();
   /// Remembers the mini-player's place. A window parked off the screen is not remembered.
   void SavePlayerPosition();
+  /// Puts the window, and the place where the mini-player shows next, in the middle of the screen.
+  void CenterMiniPlayer();
   /// A document that reached its end brings a minimized window back. `atStoredPlace` also puts it
   /// where the mini-player last stood.
   void RestoreMinimized(bool atStoredPlace);
@@ -70,6 +72,8 @@ class MainWindow {
 
  private:
   void SetWindowControlsEnabled(bool enabled);
+  forms::Twips PlayerHeight() const;
+  void RememberPlayerPlace(forms::Twips left, forms::Twips top);
   void TakePlayerHeight();
   void TakeStoredPlace();
   void HandleResize();

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "platform/qt/binder.h"
@@ -42,6 +43,7 @@ void SettingsPage::AddPlaying(QVBoxLayout& column) {
   AddSlider(column, form_.frameWindIncrement, form_.sliderWindIncrement,
             &form_.chkAccelerateWindIncrement);
   AddBoxes(column, {&form_.chkMinimizeMiniPlayer, &form_.chkAlwaysOnTop, &form_.chkAutoQueueJob});
+  AddKey(column, form_.cmdCenterMiniPlayer);
 }
 
 void SettingsPage::AddSpeakingAndShowing(QVBoxLayout& column) {
@@ -85,6 +87,13 @@ void SettingsPage::AddBoxes(QVBoxLayout& column, std::initializer_list<forms::Ch
     column.addWidget(tick, 0, Qt::AlignLeft);
     binder_.Tick(*box, *tick);
   }
+}
+
+void SettingsPage::AddKey(QVBoxLayout& column, forms::Command& command) {
+  auto* const key = new QPushButton(this);
+  key->setAutoDefault(false);
+  column.addWidget(key, 0, Qt::AlignLeft);
+  binder_.Press(command, *key);
 }
 
 void SettingsPage::AddEdit(QVBoxLayout& column, forms::Text& text) {

@@ -24,6 +24,7 @@ class SettingsPage : public QWidget {
   void AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Range& range,
                  forms::Choice* box = nullptr);
   void AddBoxes(QVBoxLayout& column, std::initializer_list<forms::Choice*> boxes);
+  void AddKey(QVBoxLayout& column, forms::Command& command);
   void AddEdit(QVBoxLayout& column, forms::Text& text);
 
   forms::ConfigurationForm& form_;

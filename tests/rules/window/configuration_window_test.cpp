@@ -28,6 +28,7 @@ struct ConfigurationWindowTest : testing::Test {
   }
   window::ConfigurationHooks Hooks() {
     return {.applyBranding = [this] { ran += "branding "; },
+            .centerMiniPlayer = [this] { ran += "centre "; },
             .openEqualizer = [this] { ran += "equalizer "; },
             .fillAuthors = [this] { ran += "authors "; },
             .showMixer = [this] { ran += "mixer "; },
@@ -206,6 +207,15 @@ TEST_F(ConfigurationWindowTest, ClickOnTheCustomDisplayDrawsTheBrandAgain) {
   ran.clear();
   config.chkShowCustomDisplay.Click();
   EXPECT_EQ(ran, "branding ");
+}
+
+TEST_F(ConfigurationWindowTest, ClickOnCenterCentersTheMiniPlayerAndGivesTheKeyboardAway) {
+  Open();
+  ran.clear();
+  config.frmConfiguration.FocusOn(config.txtSubjectHeading);
+  config.cmdCenterMiniPlayer.Press(By::Hand);
+  EXPECT_EQ(ran, "centre ");
+  EXPECT_EQ(config.frmConfiguration.Focused(), &config.txtFocus);
 }
 
 TEST_F(ConfigurationWindowTest, TabShowsItsPageAndNoOther) {

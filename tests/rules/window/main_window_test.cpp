@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "support/playback_bench.h"
 
 namespace tavlo::test {
 namespace {
 
 using forms::Shape;
+using forms::Twips;
 
 struct MainWindowTest : testing::Test, PlaybackBench {};
 
@@ -35,6 +38,29 @@ TEST_F(MainWindowTest, StoredFiguresBeyondAllMeasureDoNotWrap) {
   Play();
   EXPECT_GT(form.frmMain.Height, form.framePlayer.Height);
   EXPECT_GT(form.frmMain.Left, 0);
+}
+
+TEST_F(MainWindowTest, CenteredMiniPlayerGoesToTheMiddleOfTheScreenAndIsStoredThere) {
+  Play();
+  form.frmMain.Place(45, 60, form.frmMain.Width, form.frmMain.Height, Shape::Normal);
+  window.CenterMiniPlayer();
+  const Twips left = (form.frmMain.ScreenWidth - form.frmMain.Width) / 2;
+  const Twips top = (form.frmMain.ScreenHeight - form.frmMain.Height) / 2;
+  EXPECT_EQ(form.frmMain.Left, left);
+  EXPECT_EQ(form.frmMain.Top, top);
+  EXPECT_EQ(form.txtPlayerLeft.Value.Get(), std::to_string(left));
+  EXPECT_EQ(form.txtPlayerTop.Value.Get(), std::to_string(top));
+  EXPECT_EQ(placesStored, 1);
+}
+
+TEST_F(MainWindowTest, MiniPlayerCenteredBeforehandShowsInTheMiddleAtTheNextPlay) {
+  window.PlayerLeftText = "300";
+  window.PlayerTopText = "450";
+  window.CenterMiniPlayer();
+  EXPECT_EQ(form.frmMain.Top, (form.frmMain.ScreenHeight - window.WindowHeight) / 2);
+  Play();
+  EXPECT_EQ(form.frmMain.Left, (form.frmMain.ScreenWidth - form.frmMain.Width) / 2);
+  EXPECT_EQ(form.frmMain.Top, (form.frmMain.ScreenHeight - form.frmMain.Height) / 2);
 }
 
 TEST_F(MainWindowTest, HandResizingInTheFullShapeIsTheNewFullSize) {
