@@ -202,6 +202,8 @@ struct SettingsPage {
       &frameConfigFootPedal,
       "txtSerialFootPedalComPort",
       {.tooltip = "Number of the serial port of the foot pedal", .enabled = false}};
+  /// How the chosen pedal is doing.
+  Text lblPedalState{&frameConfigFootPedal, "lblPedalState"};
 };
 
 }  // namespace tavlo::forms

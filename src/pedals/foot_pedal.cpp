@@ -1,0 +1,89 @@
+#include "pedals/foot_pedal.h"
+
+#include <cmath>
+
+namespace tavlo::pedals {
+namespace {
+
+/// A second press counts strictly between these. The lower bound keeps a bouncing switch from
+/// counting as two presses.
+constexpr long kDoublePressAfterMilliseconds = 100;
+constexpr long kDoublePressBeforeMilliseconds = 500;
+
+void Light(forms::PedalShape& shape, bool down) {
+  shape.FillColour = down ? forms::PedalShape::kDown : forms::PedalShape::kUp;
+}
+
+}  // namespace
+
+FootPedal::FootPedal(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
+                     window::MainWindow& window, playback::Transport& transport)
+    : loop_(loop), form_(form), config_(config), window_(window), transport_(transport) {}
+
+void FootPedal::Take(bool left, bool center, bool right) {
+  LeftPedalDown = left;
+  CenterPedalDown = center;
+  RightPedalDown = right;
+  Light(config_.ShapeLeftPedal, left);
+  Light(config_.ShapeCenterPedal, center);
+  Light(config_.ShapeRightPedal, right);
+  PedalEvent = Pedal::None;
+  if (left) PedalEvent = Pedal::Left;
+  if (center) PedalEvent = Pedal::Center;
+  if (right) PedalEvent = Pedal::Right;
+}
+
+bool FootPedal::MayDispatch() const {
+  return (PedalEvent == Pedal::Center && form_.cmdPlay.Enabled) || form_.cmdStop.Enabled;
+}
+
+void FootPedal::DispatchPedalEvent() {
+  switch (PedalEvent) {
+    case Pedal::None:
+      transport_.StopCommand();
+      break;
+    case Pedal::Center:
+      if (window_.guards.ListTransitionBusy || window_.guards.ListPauseActive) break;
+      window_.guards.PlayRequested = true;
+      transport_.PlayCommand();
+      break;
+    case Pedal::Left:
+      PressSide(/*isLeft=*/true);
+      break;
+    case Pedal::Right:
+      PressSide(/*isLeft=*/false);
+      break;
+  }
+}
+
+void FootPedal::Reset() {
+  PedalEvent = Pedal::None;
+  LastPedalEvent = Pedal::None;
+  transport_.LastRewindPressTime = 0;
+  transport_.LastForwardPressTime = 0;
+}
+
+void FootPedal::PressSide(bool isLeft) {
+  const bool swapped = config_.txtSwapRewFwdPedals.Value.Get() != "N";
+  const bool backwards = isLeft != swapped;
+  const bool mayBeDouble = config_.txtSkipBegEnd.Value.Get() != "N";
+  // The time belongs to the pedal under the foot, not to what it does.
+  double& lastPress = isLeft ? transport_.LastRewindPressTime : transport_.LastForwardPressTime;
+  const double now = loop_.WallClock().SecondsSinceMidnight();
+  if (mayBeDouble && IsDoublePress(now, lastPress)) {
+    backwards ? transport_.SkipToBeginningCommand() : transport_.SkipToEndCommand();
+  } else {
+    backwards ? transport_.RewindCommand() : transport_.ForwardCommand();
+  }
+  if (mayBeDouble) lastPress = now;
+}
+
+bool FootPedal::IsDoublePress(double now, double last) {
+  // No press is on record: in the first moments after midnight the clock itself would look like
+  // one.
+  if (last == 0) return false;
+  const long between = std::lround((now - last) * 1000);
+  return between > kDoublePressAfterMilliseconds && between < kDoublePressBeforeMilliseconds;
+}
+
+}  // namespace tavlo::pedals

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "forms/configuration_form.h"
+#include "pedals/serial_pedal.h"
+#include "pedals/usb_pedal.h"
+
+namespace tavlo::pedals {
+
+/// Says on the settings page how the chosen pedal is doing, since nothing else reports a pedal that
+/// is dead.
+class PedalState {
+ public:
+  PedalState(forms::ConfigurationForm& config, const SerialPedal& serial, UsbPedal& usb);
+
+  void Show();
+
+ private:
+  std::string SerialText() const;
+  std::string UsbText();
+
+  forms::ConfigurationForm& config_;
+  const SerialPedal& serial_;
+  UsbPedal& usb_;
+};
+
+}  // namespace tavlo::pedals

@@ -1,0 +1,82 @@
+#include "pedals/serial_pedal.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "base/text.h"
+#include "pedals/poll.h"
+
+namespace tavlo::pedals {
+namespace {
+
+constexpr std::int64_t kHighestPort = 9999;
+
+}  // namespace
+
+SerialPedal::SerialPedal(base::Loop& loop, forms::ConfigurationForm& config, FootPedal& pedal,
+                         SerialPort& port, std::function<void()> onChange)
+    : tmrSerialFootPedal(loop, "tmrSerialFootPedal", kPollInterval),
+      config_(config),
+      pedal_(pedal),
+      port_(port),
+      onChange_(std::move(onChange)) {
+  tmrSerialFootPedal.OnTick = [this] { Poll(); };
+  config_.txtSerialFootPedalComPort.OnChange = [this] { TakePort(); };
+}
+
+bool SerialPedal::IsChosen() const { return config_.txtUSBorSerialFootPedal.Value.Get() == "S"; }
+
+void SerialPedal::TakePort() {
+  config_.frmConfiguration.FocusOn(config_.txtFocus);
+  if (!IsChosen()) return;
+  const std::string number =
+      base::NumberText(base::NumberValue(config_.txtSerialFootPedalComPort.Value.Get()));
+  if (number != config_.txtSerialFootPedalComPort.Value.Get()) {
+    // The handler runs again for this write and opens the port there.
+    config_.txtSerialFootPedalComPort.Value = number;
+    return;
+  }
+  OpenPort();
+}
+
+void SerialPedal::OpenPort() {
+  if (!IsChosen()) return;
+  Stop();
+  const std::int64_t number = config_.txtSerialFootPedalComPort.WholeNumber();
+  polls_ = number >= 1 && number <= kHighestPort && port_.Open(static_cast<int>(number));
+  reads_ = polls_;
+  if (polls_) tmrSerialFootPedal.Start();
+  onChange_();
+}
+
+void SerialPedal::FollowChoice() {
+  if (IsChosen()) {
+    OpenPort();
+    return;
+  }
+  Stop();
+  onChange_();
+}
+
+void SerialPedal::Stop() {
+  tmrSerialFootPedal.Stop();
+  polls_ = false;
+  reads_ = false;
+  port_.Close();
+}
+
+void SerialPedal::Poll() {
+  const OneShot tick(tmrSerialFootPedal, polls_);
+  const std::optional<SerialLines> lines = port_.ReadLines();
+  if (std::exchange(reads_, lines.has_value()) != reads_) onChange_();
+  const SerialLines held = lines.value_or(SerialLines{});
+  pedal_.Take(held.CDHolding, held.DSRHolding, held.CTSHolding);
+  if (pedal_.PedalEvent == pedal_.LastPedalEvent || !pedal_.MayDispatch()) return;
+  const Pedal dispatched = pedal_.PedalEvent;
+  pedal_.DispatchPedalEvent();
+  pedal_.LastPedalEvent = dispatched;
+}
+
+}  // namespace tavlo::pedals

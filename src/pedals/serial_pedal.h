@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+
+#include "base/loop.h"
+#include "forms/configuration_form.h"
+#include "pedals/foot_pedal.h"
+#include "pedals/serial_port.h"
+
+namespace tavlo::pedals {
+
+/// The pedal on a serial port: a switch box of which each pedal closes one status line. It is
+/// polled, and only a change is dispatched; one that comes while nobody would listen stays pending.
+class SerialPedal {
+ public:
+  /// `onChange` runs when the port was opened, not opened, or lost.
+  SerialPedal(base::Loop& loop, forms::ConfigurationForm& config, FootPedal& pedal,
+              SerialPort& port, std::function<void()> onChange);
+
+  base::Timer tmrSerialFootPedal;
+
+  /// Opens the port that the configuration names and starts the poll, when the serial pedal is
+  /// chosen. A port that does not open leaves the pedal dead, without a message.
+  void OpenPort();
+  /// A user has chosen the kind of pedal: the serial port is opened, or given back.
+  void FollowChoice();
+  /// Ends the poll and gives the port back.
+  void Stop();
+
+  bool IsChosen() const;
+  /// The port is open and has not gone.
+  bool Reads() const { return reads_; }
+
+ private:
+  void TakePort();
+  void Poll();
+
+  forms::ConfigurationForm& config_;
+  FootPedal& pedal_;
+  SerialPort& port_;
+  std::function<void()> onChange_;
+  bool polls_ = false;
+  bool reads_ = false;
+};
+
+}  // namespace tavlo::pedals

@@ -1,0 +1,107 @@
+#include "pedals/usb_pedal.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "pedals/poll.h"
+
+namespace tavlo::pedals {
+namespace {
+
+/// They pick the pedal; the watcher knows what they mean.
+constexpr int kProduct = 255;
+constexpr int kUsagePage = 12;
+constexpr int kUsage = 3;
+
+constexpr std::size_t kMostBytesOfARead = 100;
+
+constexpr std::uint8_t kLeftBit = 1;
+constexpr std::uint8_t kCenterBit = 2;
+constexpr std::uint8_t kRightBit = 4;
+
+constexpr base::Duration kLookAgainAtRead = 200ms;
+/// A read that is waited for from within itself cannot end before this wait does.
+constexpr base::Duration kLongestWaitForRead = 2000ms;
+
+}  // namespace
+
+UsbPedal::UsbPedal(base::Loop& loop, FootPedal& pedal, UsbWatcher& watcher,
+                   std::function<void()> onLook)
+    : TmrHIDRead(loop, "TmrHIDRead", kPollInterval),
+      loop_(loop),
+      pedal_(pedal),
+      watcher_(watcher),
+      onLook_(std::move(onLook)) {
+  TmrHIDRead.OnTick = [this] { ReadReports(); };
+}
+
+UsbPedal::~UsbPedal() {
+  if (MyMonitor != 0) watcher_.StopWatch(MyMonitor);
+}
+
+void UsbPedal::StartWatch() {
+  MyMonitor = 0;
+  InReadHIDBuffer = false;
+  polls_ = watcher_.StartWatch(kProduct, kUsagePage, kUsage, MyMonitor);
+  if (polls_) TmrHIDRead.Start();
+  onLook_();
+}
+
+void UsbPedal::ReadReports() {
+  const OneShot tick(TmrHIDRead, polls_);
+  const window::Raised reading(InReadHIDBuffer);
+  std::array<std::uint8_t, kBufferSize> buffer{};
+  std::int32_t count = 0;
+  const bool read =
+      watcher_.GetData(MyMonitor, std::span(buffer).first<kMostBytesOfARead>(), count);
+  onLook_();
+  if (read && count > 0) HandleReports(buffer, count);
+}
+
+void UsbPedal::HandleReports(std::span<const std::uint8_t, kBufferSize> buffer,
+                             std::int32_t count) {
+  count = std::min(count, static_cast<std::int32_t>(kMostBytesOfARead));
+  if (HIDReportSize < 2) LearnReportSize(count);
+  if (HIDReportSize < 2) return;
+  const auto reports = static_cast<std::size_t>(std::nearbyint(1.0 * count / HIDReportSize));
+  for (std::size_t report = 0; report < reports; ++report) {
+    const std::size_t at = report * HIDReportSize;
+    HandlePedalReport({buffer[at], buffer[at + 1]});
+  }
+}
+
+void UsbPedal::LearnReportSize(std::int32_t count) {
+  if (count % 2 != 0) {
+    HIDReportSize = 3;
+  } else if (count % 3 != 0) {
+    HIDReportSize = 2;
+  }
+}
+
+void UsbPedal::HandlePedalReport(const ReportPair& report) {
+  const auto [number, bits] = report;
+  if (number != 0) return;
+  pedal_.Take((bits & kLeftBit) != 0, (bits & kCenterBit) != 0, (bits & kRightBit) != 0);
+  if (pedal_.MayDispatch()) pedal_.DispatchPedalEvent();
+}
+
+void UsbPedal::StopReading() {
+  polls_ = false;
+  TmrHIDRead.Stop();
+  if (!InReadHIDBuffer) return;
+  loop_.Show({.title = "Tavlo Deck - USB", .text = "Waiting for USB foot pedal read to complete"});
+  const base::MonotonicTime givenUp = loop_.Now() + kLongestWaitForRead;
+  while (InReadHIDBuffer && loop_.Now() < givenUp) loop_.Wait(kLookAgainAtRead);
+}
+
+void UsbPedal::StopWatch() {
+  if (MyMonitor == 0) return;
+  const bool stopped = watcher_.StopWatch(MyMonitor);
+  MyMonitor = 0;
+  if (!stopped) {
+    loop_.Show({.title = "Tavlo Deck - USB", .text = "Cannot close USB (HID) monitor"});
+  }
+}
+
+}  // namespace tavlo::pedals

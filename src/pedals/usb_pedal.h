@@ -1,0 +1,60 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <span>
+
+#include "base/loop.h"
+#include "pedals/foot_pedal.h"
+#include "pedals/usb_watcher.h"
+
+namespace tavlo::pedals {
+
+/// The USB pedal. It works whichever kind of pedal is chosen. It sends a report for each change,
+/// and every report is acted on in the order in which it came, so that a quick press and release
+/// between two looks is not lost.
+class UsbPedal {
+ public:
+  /// The bytes of a report that matter: its number, which must be 0, and the pedals' bits.
+  using ReportPair = std::array<std::uint8_t, 2>;
+
+  /// `onLook` runs after each look at the watch, and when the watch began or did not begin.
+  UsbPedal(base::Loop& loop, FootPedal& pedal, UsbWatcher& watcher, std::function<void()> onLook);
+  /// Ends a watch that still runs.
+  ~UsbPedal();
+  UsbPedal(const UsbPedal&) = delete;
+
+  MonitorHandle MyMonitor = 0;
+  /// True from just before a read until every report of it has been handled.
+  bool InReadHIDBuffer = false;
+  /// Bytes of a report, 2 or 3, once a read has told; below 2 until then. Learnt once.
+  std::uint8_t HIDReportSize = 0;
+
+  base::Timer TmrHIDRead;
+
+  /// Starts the watch and the poll. Nothing is said when it does not start.
+  void StartWatch();
+  void HandlePedalReport(const ReportPair& report);
+  /// Ends the poll, and waits for a read that is under way.
+  void StopReading();
+  /// Ends the watch; says so when it cannot be ended.
+  void StopWatch();
+
+  UsbPresence Presence() { return watcher_.Presence(MyMonitor); }
+
+ private:
+  static constexpr std::size_t kBufferSize = 101;
+
+  void ReadReports();
+  void HandleReports(std::span<const std::uint8_t, kBufferSize> buffer, std::int32_t count);
+  void LearnReportSize(std::int32_t count);
+
+  base::Loop& loop_;
+  FootPedal& pedal_;
+  UsbWatcher& watcher_;
+  std::function<void()> onLook_;
+  bool polls_ = false;
+};
+
+}  // namespace tavlo::pedals

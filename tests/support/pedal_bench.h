@@ -1,0 +1,57 @@
+#pragma once
+
+#include "pedals/foot_pedal.h"
+#include "pedals/pedal_state.h"
+#include "pedals/serial_pedal.h"
+#include "pedals/usb_pedal.h"
+#include "support/playback_bench.h"
+#include "support/simulated_pedals.h"
+
+namespace tavlo::test {
+
+/// The pedals under the player, with one document of ten seconds selected: Play may begin it, and
+/// nothing is in work yet.
+struct PedalBench : PlaybackBench {
+  SimulatedSerialPort port;
+  SimulatedUsbWatcher watcher;
+  pedals::FootPedal pedal{loop, form, config, window, transport};
+  int stateShown = 0;
+  pedals::SerialPedal serial{loop, config, pedal, port, [this] { ++stateShown; }};
+  pedals::UsbPedal usb{loop, pedal, watcher, [this] { ++stateShown; }};
+
+  PedalBench() {
+    form.cmdPlay.Enabled = true;
+    config.txtSwapRewFwdPedals.Value = "N";
+    config.txtSkipBegEnd.Value = "Y";
+    config.txtUSBorSerialFootPedal.Value = "U";
+  }
+
+  /// A document is in work and stopped at this second.
+  void WorkAt(double second) {
+    Play();
+    transport.StopCommand();
+    engine.CurrentSamplePosition = second * 8000;
+    prompts.clear();
+  }
+  double Second() const { return engine.CurrentSamplePosition / 8000; }
+  bool Winds() const { return transport.tmrRewindForward.Enabled(); }
+  bool Still() const { return !engine.IsPlaying && !player.IsRunning() && !Winds(); }
+
+  void Dispatch(pedals::Pedal code) {
+    pedal.PedalEvent = code;
+    pedal.DispatchPedalEvent();
+  }
+  /// A press and a release some time after it, straight into the dispatcher.
+  void Tap(pedals::Pedal code,
+           base::Duration held = base::Duration{std::chrono::milliseconds{50}}) {
+    Dispatch(code);
+    loop.Advance(held);
+    Dispatch(pedals::Pedal::None);
+  }
+  void ChooseSerial() {
+    config.txtUSBorSerialFootPedal.Value = "S";
+    config.txtSerialFootPedalComPort.Value = "1";
+  }
+};
+
+}  // namespace tavlo::test

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <deque>
+#include <initializer_list>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "pedals/serial_port.h"
+#include "pedals/usb_watcher.h"
+
+namespace tavlo::test {
+
+/// A switch box on a serial port, with a foot that the test moves. As strict as the real port: its
+/// lines can be read only while a port that exists is open.
+class SimulatedSerialPort : public pedals::SerialPort {
+ public:
+  std::set<int> Existing{1};  ///< Numbers of the ports that can be opened.
+  pedals::SerialLines Lines;  ///< What the foot holds down.
+  std::vector<int> Opened;    ///< Every number that was asked for, in order.
+  int Reads = 0;
+
+  bool Open(int portNumber) override;
+  void Close() override { open_.reset(); }
+  std::optional<pedals::SerialLines> ReadLines() override;
+
+  std::optional<int> OpenPort() const { return open_; }
+
+ private:
+  std::optional<int> open_;
+};
+
+/// The watcher library with a pedal that the test plugs in, presses and unplugs. As strict as the
+/// real one: it answers only to the handle that it gave, hands over whole reports, one at the first
+/// read and 33 at most later, and nothing to a caller without room for them.
+class SimulatedUsbWatcher : public pedals::UsbWatcher {
+ public:
+  bool CanStart = true;
+  bool CanStop = true;
+  bool CanRead = true;
+  pedals::UsbPresence Pedal = pedals::UsbPresence::Ready;
+  std::vector<int> Picked;  ///< The figures that the last watch was started with.
+  int Starts = 0;
+  int Stops = 0;
+  int Reads = 0;
+
+  /// The pedal reports these bits: 1 left, 2 center, 4 right.
+  void Press(std::initializer_list<std::uint8_t> bits);
+  void Report(std::uint8_t bits) { Press({bits}); }
+  /// The next read hands over exactly these bytes, as another library would.
+  void Deliver(std::vector<std::uint8_t> bytes) { delivered_.push_back(std::move(bytes)); }
+  /// The cable is pulled; what was down counts as up.
+  void Unplug();
+
+  bool StartWatch(int product, int usagePage, int usage, pedals::MonitorHandle& monitor) override;
+  bool GetData(pedals::MonitorHandle& monitor, std::span<std::uint8_t> buffer,
+               std::int32_t& count) override;
+  bool StopWatch(pedals::MonitorHandle& monitor) override;
+  pedals::UsbPresence Presence(pedals::MonitorHandle monitor) override;
+
+  bool Watching() const { return running_ != 0; }
+  bool HasReports() const { return !reports_.empty() || !delivered_.empty(); }
+
+ private:
+  std::deque<std::uint8_t> reports_;
+  std::deque<std::vector<std::uint8_t>> delivered_;
+  pedals::MonitorHandle running_ = 0;
+  pedals::MonitorHandle lastHandle_ = 0;
+  bool readBefore_ = false;
+};
+
+}  // namespace tavlo::test
