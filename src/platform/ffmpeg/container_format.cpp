@@ -21,7 +21,6 @@ struct Mark {
 
 constexpr std::array kMarks{
     Mark{0, "RIFF"sv, 8, "WAVE"sv, {"wav", false}},
-    Mark{0, "RIFX"sv, 8, "WAVE"sv, {"wav", false}},
     Mark{0, "RF64"sv, 8, "WAVE"sv, {"wav", false}},
     Mark{0, "riff\x2E\x91\xCF\x11"sv, 0, ""sv, {"w64", false}},
     Mark{0, "RIFF"sv, 8, "AVI "sv, {"avi", false}},

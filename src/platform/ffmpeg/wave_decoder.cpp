@@ -116,6 +116,7 @@ class PlainWaveDecoder final : public WaveDecoder {
     const int played = Channels();
     const std::size_t size = header_.bytesPerBlock / static_cast<std::size_t>(header_.channels);
     std::array<float, kMostChannels> moment{};
+    if (header_.bigEndian) TurnSamples(size);
     const std::uint8_t* at = bytes_.data();
     float* target = Grow(values, moments * static_cast<std::size_t>(played));
     for (std::size_t i = 0; i < moments; ++i) {
@@ -124,6 +125,11 @@ class PlainWaveDecoder final : public WaveDecoder {
       FoldMoment(moment.data(), header_.channels, played, target);
       target += played;
     }
+  }
+
+  void TurnSamples(std::size_t size) {
+    for (std::size_t at = 0; at + size <= bytes_.size(); at += size)
+      std::reverse(bytes_.data() + at, bytes_.data() + at + size);
   }
 
   static float* Grow(std::vector<float>& values, std::size_t more) {

@@ -26,7 +26,8 @@ struct Chunk {
 /// The bytes of a file at any place: from the head where they are in it, else read.
 class Source {
  public:
-  Source(const PlainFile& file, Bytes head) : file_(file), head_(head) {}
+  Source(const PlainFile& file, Bytes head, bool bigEndian)
+      : file_(file), head_(head), bigEndian_(bigEndian) {}
 
   template <std::size_t N>
   std::size_t Read(std::uint64_t offset, std::array<std::uint8_t, N>& target) const {
@@ -40,7 +41,7 @@ class Source {
   std::optional<Chunk> ChunkAt(std::uint64_t offset) const {
     std::array<std::uint8_t, kChunkHeaderSize> bytes;
     if (Read(offset, bytes) < bytes.size()) return std::nullopt;
-    Chunk chunk{.begin = offset + kChunkHeaderSize, .size = LittleEndian32(bytes.data() + 4)};
+    Chunk chunk{.begin = offset + kChunkHeaderSize, .size = Number32(bytes.data() + 4)};
     std::memcpy(chunk.id.data(), bytes.data(), chunk.id.size());
     return chunk;
   }
@@ -54,11 +55,15 @@ class Source {
     return Read(end, pad) == 1 && pad[0] != 0 ? end : end + 1;
   }
 
+  std::uint32_t Number32(const std::uint8_t* at) const {
+    return bigEndian_ ? BigEndian32(at) : LittleEndian32(at);
+  }
   std::uint64_t FileSize() const { return file_.Size(); }
 
  private:
   const PlainFile& file_;
   Bytes head_;
+  bool bigEndian_;
 };
 
 bool IsChunkName(const Chunk& chunk) {
@@ -112,6 +117,20 @@ WaveVerdict ReadFormat(Bytes format, WaveHeader& header) {
   return WaveVerdict::Readable;
 }
 
+/// Makes the numbers of a big-endian format chunk little-endian ones.
+void TurnNumbers(std::array<std::uint8_t, kLongestFormat>& format) {
+  struct Place {
+    std::size_t offset, size;
+  };
+  constexpr std::array kPlaces{Place{0, 2},  Place{2, 2},  Place{4, 4},  Place{8, 4},
+                               Place{12, 2}, Place{14, 2}, Place{16, 2}, Place{18, 2},
+                               Place{20, 4}, Place{24, 2}};
+  for (const Place& place : kPlaces) {
+    const auto begin = format.begin() + static_cast<std::ptrdiff_t>(place.offset);
+    std::reverse(begin, begin + static_cast<std::ptrdiff_t>(place.size));
+  }
+}
+
 /// What the walk over the chunks has found.
 struct Found {
   std::optional<Chunk> format;
@@ -149,7 +168,7 @@ Found WalkChunks(const Source& source) {
     } else if (chunk->Is("fact")) {
       std::array<std::uint8_t, 4> samples;
       if (source.Read(chunk->begin, samples) == samples.size())
-        found.factSamples = LittleEndian32(samples.data());
+        found.factSamples = source.Number32(samples.data());
     }
     offset = source.Behind(chunk->Is("data") ? *found.data : *chunk);
   }
@@ -182,9 +201,10 @@ std::int64_t WaveHeader::SamplesInBlock(std::uint64_t bytes) const {
 }
 
 WaveVerdict ReadWaveHeader(const PlainFile& file, Bytes head, WaveHeader& header) {
-  const bool riff = HasMark(head, 0, "RIFF") || HasMark(head, 0, "RF64");
+  const bool bigEndian = HasMark(head, 0, "RIFX");
+  const bool riff = bigEndian || HasMark(head, 0, "RIFF") || HasMark(head, 0, "RF64");
   if (!riff || !HasMark(head, 8, "WAVE")) return WaveVerdict::NoWave;
-  const Source source(file, head);
+  const Source source(file, head, bigEndian);
   const Found found = WalkChunks(source);
   if (!found.format || !found.data) return WaveVerdict::Broken;
 
@@ -193,7 +213,11 @@ WaveVerdict ReadWaveHeader(const PlainFile& file, Bytes head, WaveHeader& header
   const std::size_t size =
       std::min<std::size_t>(source.Read(found.format->begin, format), found.format->size);
   if (size < kShortestFormat) return WaveVerdict::Broken;
+  if (bigEndian) TurnNumbers(format);
   const WaveVerdict verdict = ReadFormat({format.data(), size}, header);
+  // Of the big-endian kind only plain samples are ever written.
+  if (bigEndian && header.IsAdpcm()) return WaveVerdict::Broken;
+  header.bigEndian = bigEndian;
   if (verdict == WaveVerdict::Readable) CountSamples(found, header);
   return verdict;
 }

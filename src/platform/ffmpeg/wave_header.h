@@ -8,12 +8,13 @@
 
 namespace tavlo::platform {
 
-/// How the samples of a wave are stored. All numbers are little-endian.
+/// How the samples of a wave are stored.
 enum class WaveCoding { Pcm8, Pcm16, Pcm24, Pcm32, Float32, Float64, MuLaw, ALaw, Ima, Ms };
 
 /// What a RIFF/WAVE header says, after it was weighed against what the file holds.
 struct WaveHeader {
   WaveCoding coding = WaveCoding::Pcm16;
+  bool bigEndian = false;  ///< Of a RIFX; all others are little-endian.
   int samplesPerSecond = 0;
   int channels = 0;                  ///< As stored.
   std::uint32_t bytesPerBlock = 0;   ///< One moment of all channels, or one block of ADPCM.
