@@ -44,7 +44,7 @@ bool FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
   const PlainFile::Trouble trouble = file_.Open(path);
   if (trouble == PlainFile::Trouble::Process) openStatus_ = kProcessInTrouble;
   if (trouble != PlainFile::Trouble::None) return false;
-  SoundProbe probe = ProbeSound(file_, Want::Figures);
+  SoundProbe probe = ProbeSound(file_, path_, Want::Figures);
   figures_ = probe.figures;
   decoder_ = std::move(probe.decoder);
   // A refusal is not remembered: the disk may have failed for a moment.
@@ -109,7 +109,7 @@ bool FfmpegAudioFile::HaveDecoder() {
   if (path_.empty() || refused_) return false;
   refused_ = true;
   if (!file_.IsOpen() && file_.Open(path_) != PlainFile::Trouble::None) return false;
-  SoundProbe probe = ProbeSound(file_, Want::Decoder);
+  SoundProbe probe = ProbeSound(file_, path_, Want::Decoder);
   // The file may have been replaced since it was measured; the player is set to what it was.
   const bool same = probe.figures.samplesPerSecond == figures_.samplesPerSecond &&
                     probe.figures.channels == figures_.channels;

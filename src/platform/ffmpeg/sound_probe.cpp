@@ -2,11 +2,13 @@
 
 #include <array>
 
+#include "platform/ffmpeg/bytes.h"
 #include "platform/ffmpeg/container_decoder.h"
 #include "platform/ffmpeg/container_format.h"
 #include "platform/ffmpeg/mp3_decoder.h"
 #include "platform/ffmpeg/mp3_frames.h"
 #include "platform/ffmpeg/sample_fold.h"
+#include "platform/ffmpeg/vox_decoder.h"
 #include "platform/ffmpeg/wave_decoder.h"
 #include "platform/ffmpeg/wave_header.h"
 
@@ -39,20 +41,20 @@ SoundProbe ProbeMp3(const PlainFile& file, Bytes head, Want want) {
   return probe;
 }
 
-SoundProbe ProbeContainer(const PlainFile& file, Bytes head) {
+SoundProbe ProbeByDecoder(std::unique_ptr<Decoder> decoder) {
   SoundProbe probe;
-  probe.decoder = NewContainerDecoder(file, head);
-  if (!probe.decoder) return probe;
+  if (!decoder) return probe;
   probe.figures = {.playable = true,
-                   .samplesPerSecond = probe.decoder->SamplesPerSecond(),
-                   .channels = probe.decoder->Channels(),
-                   .totalSamples = probe.decoder->TotalSamples()};
+                   .samplesPerSecond = decoder->SamplesPerSecond(),
+                   .channels = decoder->Channels(),
+                   .totalSamples = decoder->TotalSamples()};
+  probe.decoder = std::move(decoder);
   return probe;
 }
 
 }  // namespace
 
-SoundProbe ProbeSound(const PlainFile& file, Want want) {
+SoundProbe ProbeSound(const PlainFile& file, std::string_view path, Want want) {
   std::array<std::uint8_t, kHeadSize> bytes;
   const Bytes head(bytes.data(), file.ReadAt(0, bytes));
   WaveHeader wave;
@@ -62,11 +64,13 @@ SoundProbe ProbeSound(const PlainFile& file, Want want) {
     case WaveVerdict::Broken:
       return {};
     case WaveVerdict::OtherCoding:
-      return ProbeContainer(file, head);
+      return ProbeByDecoder(NewContainerDecoder(file, head));
     case WaveVerdict::NoWave:
       break;
   }
-  if (FindContainerFormat(head) != nullptr) return ProbeContainer(file, head);
+  if (FindContainerFormat(head) != nullptr) return ProbeByDecoder(NewContainerDecoder(file, head));
+  // Any bytes at all may stand in a recording without a header, so nothing else is looked for.
+  if (IsVoxName(path) && !HasMark(head, 0, "ID3")) return ProbeByDecoder(NewVoxDecoder(file));
   return ProbeMp3(file, head, want);
 }
 

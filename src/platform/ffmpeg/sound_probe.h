@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "platform/ffmpeg/decoder.h"
 #include "platform/ffmpeg/measured_files.h"
@@ -17,8 +18,8 @@ struct SoundProbe {
 
 enum class Want { Figures, Decoder };
 
-/// Tells by its first bytes what kind of sound an open file holds, and measures it. The file must
-/// outlive the decoder.
-SoundProbe ProbeSound(const PlainFile& file, Want want);
+/// Tells by its first bytes what kind of sound an open file holds, and measures it. The path is
+/// asked only when they tell nothing: one kind has no header. The file must outlive the decoder.
+SoundProbe ProbeSound(const PlainFile& file, std::string_view path, Want want);
 
 }  // namespace tavlo::platform
