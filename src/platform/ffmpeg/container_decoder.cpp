@@ -17,6 +17,8 @@ namespace {
 
 /// Packets without a sound after which the rest of a file counts as broken.
 constexpr int kMostSilentPackets = 4096;
+/// After a jump so many frames are looked at for one that says where it is.
+constexpr int kMostFramesWithoutPlace = 16;
 /// A seek that lands before its target decodes up to it, but not for longer than this.
 constexpr std::int64_t kMostSecondsSkipped = 60;
 /// More sound than this behind the told end, and the telling is worth nothing.
@@ -232,11 +234,14 @@ class ContainerDecoder final : public Decoder {
         Start() + av_rescale_q(target, {1, samplesPerSecond_}, Stream().time_base);
     waiting_.clear();
     if (!StartCodec() || !input_->SeekTo(stream_, moment)) return std::nullopt;
-    const AVFrame* frame = NextFrame();
-    while (frame != nullptr && frame->best_effort_timestamp == AV_NOPTS_VALUE) frame = NextFrame();
-    if (frame == nullptr) return std::nullopt;
-    AppendFrame(*frame, channels_, waiting_);
-    return PositionOf(frame->best_effort_timestamp);
+    for (int i = 0; i < kMostFramesWithoutPlace; ++i) {
+      const AVFrame* frame = NextFrame();
+      if (frame == nullptr) break;
+      if (frame->best_effort_timestamp == AV_NOPTS_VALUE) continue;
+      AppendFrame(*frame, channels_, waiting_);
+      return PositionOf(frame->best_effort_timestamp);
+    }
+    return std::nullopt;
   }
 
   const PlainFile& file_;

@@ -19,16 +19,39 @@ constexpr std::array<int, 49> kSteps{
 /// How a code moves to another step, by its three lower bits.
 constexpr std::array<int, 8> kMoves{-1, -1, -1, -1, 2, 4, 6, 8};
 
+/// What each code does at each step, made once: a seek may run through millions of codes.
+struct Effect {
+  std::int16_t change = 0;
+  std::int16_t nextStep = 0;
+};
+using Effects = std::array<std::array<Effect, 16>, kSteps.size()>;
+
+constexpr Effects MakeEffects() {
+  Effects effects{};
+  constexpr int kLastStep = static_cast<int>(kSteps.size()) - 1;
+  for (int step = 0; step <= kLastStep; ++step) {
+    for (unsigned code = 0; code < 16; ++code) {
+      const int size = static_cast<int>(code & 7U);
+      const int change = ((2 * size + 1) * kSteps[static_cast<std::size_t>(step)]) >> 3;
+      const int next = std::clamp(step + kMoves[static_cast<std::size_t>(size)], 0, kLastStep);
+      effects[static_cast<std::size_t>(step)][code] = {
+          static_cast<std::int16_t>((code & 8U) != 0 ? -change : change),
+          static_cast<std::int16_t>(next)};
+    }
+  }
+  return effects;
+}
+
+constexpr Effects kEffects = MakeEffects();
+
 struct VoxState {
   int value = 0;  ///< 12 bits with sign.
   int step = 0;
 
   void Take(unsigned code) {
-    const int size = static_cast<int>(code & 7U);
-    const int change = (2 * size + 1) * kSteps[static_cast<std::size_t>(step)] >> 3;
-    value = std::clamp((code & 8U) != 0 ? value - change : value + change, -2048, 2047);
-    step = std::clamp(step + kMoves[static_cast<std::size_t>(size)], 0,
-                      static_cast<int>(kSteps.size()) - 1);
+    const Effect effect = kEffects[static_cast<std::size_t>(step)][code];
+    value = std::clamp(value + effect.change, -2048, 2047);
+    step = effect.nextStep;
   }
 };
 
@@ -64,18 +87,18 @@ class VoxDecoder final : public Decoder {
     }
     const std::size_t got = file_.ReadAt(static_cast<std::uint64_t>(stretch * kStretch), bytes_);
     VoxState state = states_[static_cast<std::size_t>(stretch)];
-    const auto take = [&](unsigned code) {
-      state.Take(code);
-      if (decoded != nullptr) decoded->push_back(static_cast<float>(state.value) / 2048.0F);
-    };
-    for (std::size_t i = 0; i < got; ++i) {
-      take(bytes_[i] >> 4U);
-      take(bytes_[i] & 15U);
+    for (const std::uint8_t byte : Bytes(bytes_.data(), got)) {
+      state.Take(byte >> 4U);
+      if (decoded != nullptr) decoded->push_back(SampleOf(state));
+      state.Take(byte & 15U);
+      if (decoded != nullptr) decoded->push_back(SampleOf(state));
     }
     const bool whole = got == bytes_.size();
     if (whole && std::ssize(states_) == stretch + 1) states_.push_back(state);
     return decoded != nullptr ? got > 0 : whole;
   }
+
+  static float SampleOf(const VoxState& state) { return static_cast<float>(state.value) / 2048.0F; }
 
   const PlainFile& file_;
   std::vector<VoxState> states_;  ///< At the beginning of each stretch that was reached.
