@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 #include <random>
 
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
@@ -17,6 +18,7 @@ namespace tavlo::test {
 namespace {
 
 using platform::FfmpegAudioFile;
+using playback::SampleCount;
 
 struct UntrustedSoundTest : testing::Test {
   ScratchFolder folder;
@@ -259,6 +261,40 @@ TEST_P(MutatedSoundTest, RandomDamageIsRefusedOrPlayedAndNeverMore) {
 INSTANTIATE_TEST_SUITE_P(Kinds, MutatedSoundTest,
                          testing::Values("a.wav", "ima.wav", "a.mp3", "a.flac", "a.avi", "a.m4a",
                                          "a.ogg", "a.wma"));
+
+/// Bytes that this process has read so far.
+std::uint64_t BytesRead() {
+  std::ifstream figures("/proc/self/io");
+  std::string word;
+  std::uint64_t bytes = 0;
+  while (figures >> word >> bytes && word != "rchar:") {
+  }
+  return bytes;
+}
+
+class HollowSoundTest : public UntrustedSoundTest,
+                        public testing::WithParamInterface<const char*> {};
+
+TEST_P(HollowSoundTest, GigabytesOfNothingBehindASoundAreNotReadThrough) {
+  const std::string path = folder / GetParam();
+  WriteFile(folder / "source.wav", WaveBytes(Chirp(8000, 8000)));
+  ASSERT_TRUE(RunFfmpeg("-i " + (folder / "source.wav") + " " + path));
+  std::filesystem::resize_file(path, (std::uintmax_t{1} << 32) + 4096);
+  const std::uint64_t before = BytesRead();
+  UseUp(file, path);
+  constexpr SampleCount kHour = 3600 * 8000;
+  for (SampleCount read = 0; read < kHour;) {
+    const SampleCount got = file.ReadArray(4000).Samples();
+    if (got == 0) break;
+    read += got;
+  }
+  EXPECT_LT((BytesRead() - before) >> 20, 1024U) << "megabytes";
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, HollowSoundTest,
+                         testing::Values("a.mp3", "a.flac", "a.avi", "a.m4a", "a.mov", "a.ogg",
+                                         "a.wma", "a.caf", "a.aiff", "a.aac"),
+                         [](const auto& kind) { return std::string(kind.param).substr(2); });
 
 TEST_F(UntrustedSoundTest, NoHandleIsLeftBehind) {
   WriteFile(folder / "source.wav", WaveBytes(Chirp(4000, 8000)));

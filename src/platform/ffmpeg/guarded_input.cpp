@@ -12,8 +12,12 @@ constexpr int kBufferSize = 32 * 1024;
 constexpr std::int64_t kProbeSize = 256 * 1024;
 constexpr std::int64_t kProbeTime = AV_TIME_BASE;
 constexpr unsigned kMostStreams = 16;
-/// Reads that an operation may cost beside one pass over the whole file.
-constexpr std::int64_t kSpareBytes = 16 * 1024 * 1024;
+/// Bytes that an operation may read, a tenth of a second's worth. The tables of a day's recording
+/// take less.
+constexpr std::int64_t kMostBytes = 64 * 1024 * 1024;
+/// What a packet adds for the way to the next one. A file may be gigabytes of nothing, so a search
+/// may not go on for as long as there is file; a packet of sound is a few hundred bytes.
+constexpr std::int64_t kBytesForPacket = 128 * 1024;
 /// No table of a container may take more memory than this at once.
 constexpr std::size_t kLargestTable = 256 * 1024 * 1024;
 
@@ -54,33 +58,30 @@ bool GuardedInput::Open(const ContainerFormat& format) {
   context_->codec_whitelist = av_strdup(Codec::Listed());
   // The list of allowed protocols has one name, and it is nobody's.
   context_->protocol_whitelist = av_strdup("none");
-  RenewBudget();
+  budget_ = kMostBytes;
   return avformat_open_input(&context_, nullptr, reader, nullptr) >= 0;
 }
 
 bool GuardedInput::FindStreamInfo() {
-  RenewBudget();
+  budget_ = kMostBytes;
   return avformat_find_stream_info(context_, nullptr) >= 0;
 }
 
 bool GuardedInput::ReadPacket(int stream, AVPacket& packet) {
-  RenewBudget();
   constexpr int kMostOthers = 4096;
   for (int i = 0; i < kMostOthers; ++i) {
     av_packet_unref(&packet);
     if (av_read_frame(context_, &packet) < 0) return false;
-    if (packet.stream_index == stream) return true;
+    if (packet.stream_index != stream) continue;
+    budget_ = std::min(budget_ + packet.size + kBytesForPacket, kMostBytes);
+    return true;
   }
   return false;
 }
 
 bool GuardedInput::SeekTo(int stream, std::int64_t moment) {
-  RenewBudget();
+  budget_ = kMostBytes;
   return av_seek_frame(context_, stream, moment, AVSEEK_FLAG_BACKWARD) >= 0;
-}
-
-void GuardedInput::RenewBudget() {
-  budget_ = static_cast<std::int64_t>(file_.Size()) + kSpareBytes;
 }
 
 int GuardedInput::Read(void* self, std::uint8_t* target, int size) {

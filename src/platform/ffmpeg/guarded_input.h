@@ -26,7 +26,8 @@ class GuardedInput {
   /// Looks into the first packets for what the headers have not told.
   bool FindStreamInfo();
 
-  /// The next packet of the stream. False at the end and when the file cannot be read on.
+  /// The next packet of the stream. False at the end, when the file cannot be read on, and when
+  /// there is too much between two packets.
   bool ReadPacket(int stream, AVPacket& packet);
   /// Goes to the packet at or before the moment, in the stream's time base.
   bool SeekTo(int stream, std::int64_t moment);
@@ -36,11 +37,10 @@ class GuardedInput {
  private:
   static int Read(void* self, std::uint8_t* target, int size);
   static std::int64_t Seek(void* self, std::int64_t offset, int whence);
-  void RenewBudget();
 
   const PlainFile& file_;
   std::int64_t offset_ = 0;
-  std::int64_t budget_ = 0;  ///< Bytes that the operation under way may still read.
+  std::int64_t budget_ = 0;  ///< Bytes that may still be read on the way to the next packet.
   AVFormatContext* context_ = nullptr;
   AVIOContext* input_ = nullptr;
 };
