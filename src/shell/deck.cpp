@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "store/missing_prompts.h"
+#include "store/missing_libraries.h"
 #include "store/provisioning.h"
 
 namespace tavlo::shell {
@@ -56,17 +57,40 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
                 engine, transport, opening, sound),
       finishing(platform.loop, windows.main, windows.configuration, mainWindow, workFolders, moves,
                 engine, transport, queue, opening, refresh, sound, listHooks),
+      footPedal(platform.loop, windows.main, windows.configuration, mainWindow, transport),
+      serialPedal(platform.loop, windows.configuration, footPedal, platform.serialPort,
+                  [this] { pedalState.Show(); }),
+      usbPedal(platform.loop, footPedal, platform.usbWatcher, [this] { pedalState.Show(); }),
+      pedalState(windows.configuration, serialPedal, usbPedal),
       branding(windows.main, windows.configuration, windows.about, settings, names),
       views(platform.loop, windows.main, windows.about, mainWindow, configuration, engine,
             transport, queue, completed, refresh, sound, listHooks, settings.ProgramVersionText(),
             platform.showSystemInformation, {}),
       load(platform.loop, windows.main, windows.configuration, mainWindow, configuration, binding,
            platform.disk, workFolders, engine, soundShaping, queue, completed, refresh, branding,
-           sound, listHooks, {}),
+           sound, listHooks, LoadHooksFor()),
       exit(platform.loop, windows.main, mainWindow, engine, transport, refresh, sound,
-           {.closePrompts = [this] { prompts.Close(); },
-            .saveSettings = [this] { binding.Flush(); }},
-           platform.endProcess) {}
+           ExitHooksFor(), platform.endProcess) {}
+
+LoadHooks Rooms::LoadHooksFor() {
+  return {.resetPedals =
+              [this] {
+                footPedal.Reset();
+                transport.WindTickCount = 0;
+              },
+          .startUsbPedal = [this] { usbPedal.StartWatch(); }};
+}
+
+ExitHooks Rooms::ExitHooksFor() {
+  return {.stopPedals =
+              [this] {
+                usbPedal.StopReading();
+                serialPedal.Stop();
+              },
+          .closePrompts = [this] { prompts.Close(); },
+          .saveSettings = [this] { binding.Flush(); },
+          .stopUsbWatch = [this] { usbPedal.StopWatch(); }};
+}
 
 window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
   return {.restartAlertTimer =
@@ -75,6 +99,7 @@ window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
                 refresh.tmrWorkWaitingAlert.Start();
               },
           .applyBranding = [this] { branding.ApplyBranding(); },
+          .followPedalChoice = [this] { serialPedal.FollowChoice(); },
           .centerMiniPlayer = [this] { mainWindow.CenterMiniPlayer(); }};
 }
 
@@ -98,6 +123,7 @@ void Deck::Start() {
     return;
   }
   store::AddMissingPrompts(platform_.disk, platform_.installRoot, platform_.shareFolder);
+  store::AddMissingLibraries(platform_.disk, platform_.installRoot, platform_.shareFolder);
   rooms_.emplace(platform_, windows, folders_, std::move(opened.database));
   OfferOnlyWhatIsThere(windows);
   splash_.Show(rooms_->settings.ProgramVersionText());

@@ -14,6 +14,10 @@
 #include "lists/opening.h"
 #include "lists/queue_list.h"
 #include "lists/refresh.h"
+#include "pedals/foot_pedal.h"
+#include "pedals/pedal_state.h"
+#include "pedals/serial_pedal.h"
+#include "pedals/usb_pedal.h"
 #include "playback/audio_engine.h"
 #include "playback/hooks.h"
 #include "playback/position_display.h"
@@ -73,6 +77,10 @@ struct Rooms {
   lists::Opening opening;
   lists::CompletedList completed;
   lists::Finishing finishing;
+  pedals::FootPedal footPedal;
+  pedals::SerialPedal serialPedal;
+  pedals::UsbPedal usbPedal;
+  pedals::PedalState pedalState;
   Branding branding;
   Views views;
   Load load;
@@ -80,6 +88,8 @@ struct Rooms {
 
  private:
   window::ConfigurationHooks ConfigurationHooksFor();
+  LoadHooks LoadHooksFor();
+  ExitHooks ExitHooksFor();
 };
 
 /// The whole program on its edges: what main builds and what the tests build.

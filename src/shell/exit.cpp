@@ -36,7 +36,7 @@ void Exit::ExitByFrame() {
   if (form_.frmMain.MousePointer == forms::Pointer::Hourglass) return;
   StopSound();
   if (DocumentIsOpen()) return;
-  if (UserAgrees()) End();
+  if (UserAgrees()) EndUnlessADocumentIsOpen();
 }
 
 void Exit::ExitByMenu() {
@@ -45,7 +45,7 @@ void Exit::ExitByMenu() {
   if (DocumentIsBeingMoved()) return;
   StopSound();
   if (FtpIsConnected()) return;
-  if (UserAgrees()) End();
+  if (UserAgrees()) EndUnlessADocumentIsOpen();
 }
 
 void Exit::StopSound() {
@@ -75,6 +75,12 @@ bool Exit::UserAgrees() {
                      base::Buttons::YesNo) == base::Reply::Yes;
 }
 
+void Exit::EndUnlessADocumentIsOpen() {
+  // Pedals work under the question too, so a foot may have begun a document meanwhile.
+  StopSound();
+  if (!DocumentIsOpen()) End();
+}
+
 void Exit::End() {
   Call(hooks_.stopPedals);
   refresh_.tmrWorkWaitingAlert.Stop();
@@ -91,6 +97,7 @@ void Exit::End() {
   Call(hooks_.saveSettings);
   Call(hooks_.releaseFtp);
   loop_.Wait(1000ms);
+  Call(hooks_.stopUsbWatch);
   endProcess_(0);
 }
 

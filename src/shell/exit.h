@@ -17,6 +17,7 @@ struct ExitHooks {
   std::function<void()> releaseFtp;
   std::function<void()> closePrompts;
   std::function<void()> saveSettings;
+  std::function<void()> stopUsbWatch;
 };
 
 /// The exit rules. A close request never closes the window by itself: the process ends when every
@@ -37,6 +38,7 @@ class Exit {
   bool FtpIsConnected();
   bool DocumentIsOpen();
   bool UserAgrees();
+  void EndUnlessADocumentIsOpen();
   void End();
   base::Reply ShowExitBox(const char* text, base::Icon icon, base::Buttons buttons);
 

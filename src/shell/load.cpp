@@ -95,6 +95,7 @@ void Load::InitializeWorkAreas() {
   configuration_.ReloadQueuePaths();
   queue_.MakeColumns(config_.txtSubjectHeading.Value);
   completed_.MakeColumns(config_.txtSubjectHeading.Value);
+  Call(hooks_.resetPedals);
   window_.guards = {};
   window_.CurrentView = "Queue";
   branding_.ApplyBranding();

@@ -27,6 +27,7 @@ struct LoadHooks {
   std::function<void()> attachFtp;
   std::function<void()> upgradeDatabase;
   std::function<void()> purgeCompletedFiles;
+  std::function<void()> resetPedals;
   std::function<void()> startUsbPedal;
   std::function<void()> loadFasciaPictures;
 };

@@ -4,6 +4,8 @@
 #include <string>
 
 #include "base/loop.h"
+#include "pedals/serial_port.h"
+#include "pedals/usb_watcher.h"
 #include "playback/audio_objects.h"
 #include "store/disk.h"
 #include "store/settings_database.h"
@@ -19,6 +21,8 @@ struct Platform {
   playback::AudioTransform& audioTransform;
   playback::AudioPlayer& audioPlayer;
   playback::PromptMediaControl& promptMediaControl;
+  pedals::SerialPort& serialPort;
+  pedals::UsbWatcher& usbWatcher;
   /// Full path of the root under which all folders and the settings stand, without a trailing
   /// separator.
   std::string installRoot;

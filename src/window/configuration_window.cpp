@@ -148,6 +148,8 @@ void ConfigurationWindow::BindPedals() {
     config_.optionUSB.Value = usb;
     config_.optionSerial.Value = !usb;
     config_.txtSerialFootPedalComPort.Enabled = !usb;
+    // While settings load, the port is opened by its own text.
+    if (!settings_.Loading()) Call(hooks_.followPedalChoice);
   };
   config_.optionUSB.OnClick = [this] {
     if (!config_.optionUSB.Value) return;

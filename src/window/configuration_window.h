@@ -16,6 +16,8 @@ struct ConfigurationHooks {
   /// Stops the timer of refreshes and alerts, sets its interval and starts it.
   std::function<void(base::Duration)> restartAlertTimer;
   std::function<void()> applyBranding;
+  /// The user has chosen another kind of foot pedal.
+  std::function<void()> followPedalChoice;
   std::function<void()> centerMiniPlayer;
   /// The equalizer buttons and the list of authors, as the window opens.
   std::function<void()> openEqualizer;

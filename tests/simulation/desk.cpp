@@ -74,6 +74,8 @@ void Desk::Start() {
                                 .audioTransform = transform,
                                 .audioPlayer = player,
                                 .promptMediaControl = promptControl,
+                                .serialPort = serialPort,
+                                .usbWatcher = usbWatcher,
                                 .installRoot = kRoot,
                                 .shareFolder = kShare,
                                 .anotherCopyRuns = [this] { return anotherCopy; },

@@ -9,6 +9,7 @@
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
+#include "support/simulated_pedals.h"
 #include "support/simulated_prompts.h"
 
 namespace tavlo::test {
@@ -24,6 +25,8 @@ struct DeckBench {
   SimulatedTransform transform;
   SimulatedPlayer player{loop};
   SimulatedPromptControl promptControl;
+  SimulatedSerialPort serialPort;
+  SimulatedUsbWatcher usbWatcher;
   bool anotherCopy = false;
   std::optional<int> ended;
   /// The desktop has a program that shows what the machine is made of.
@@ -36,6 +39,8 @@ struct DeckBench {
                     .audioTransform = transform,
                     .audioPlayer = player,
                     .promptMediaControl = promptControl,
+                    .serialPort = serialPort,
+                    .usbWatcher = usbWatcher,
                     .installRoot = kRoot,
                     .shareFolder = "/usr/share/tavlodeck",
                     .anotherCopyRuns = [this] { return anotherCopy; },

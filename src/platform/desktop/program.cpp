@@ -13,10 +13,13 @@
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
+#include "platform/serial/posix_serial_port.h"
 #include "platform/sound/cubeb_player.h"
 #include "platform/sound/prompt_voice.h"
 #include "platform/sound/soundtouch_transform.h"
 #include "platform/sqlite/sqlite_settings.h"
+#include "platform/usb/plugin_usb_watcher.h"
+#include "store/work_folders.h"
 
 namespace tavlo::platform::desktop {
 namespace {
@@ -60,6 +63,8 @@ struct Program::Parts {
   CubebPlayer audioPlayer{loop};
   FfmpegAudioFile promptFile;
   PromptVoice promptVoice{audioPlayer, promptFile};
+  PosixSerialPort serialPort;
+  PluginUsbWatcher usbWatcher{store::WorkFolders(disk, root).PedalWatchPath()};
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
                     .databases = databases,
@@ -67,6 +72,8 @@ struct Program::Parts {
                     .audioTransform = audioTransform,
                     .audioPlayer = audioPlayer,
                     .promptMediaControl = promptVoice,
+                    .serialPort = serialPort,
+                    .usbWatcher = usbWatcher,
                     .installRoot = root,
                     .shareFolder = ShareFolder(),
                     .anotherCopyRuns = [this] { return AnotherCopyRuns(); },

@@ -1,0 +1,99 @@
+#include "platform/serial/posix_serial_port.h"
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace tavlo::platform {
+namespace {
+
+constexpr const char* kNames[] = {"ttyS", "ttyUSB", "ttyACM"};
+/// A port that went is looked for again at each so many reads.
+constexpr int kReadsBetweenLooks = 20;
+
+/// Makes the port one that carries lines and no bytes. Without CLOCAL the kernel would hang it up
+/// as soon as carrier detect drops, which is the left pedal coming up.
+bool Prepare(int handle) {
+  termios mode{};
+  if (::tcgetattr(handle, &mode) != 0) return false;
+  ::cfmakeraw(&mode);
+  mode.c_cflag |= CLOCAL;
+  mode.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS | HUPCL);
+  if (::tcsetattr(handle, TCSANOW, &mode) != 0) return false;
+  // Switch boxes take the current for the pedals from these two. A port without them may have a
+  // box that feeds itself.
+  const int feed = TIOCM_DTR | TIOCM_RTS;
+  ::ioctl(handle, TIOCMBIS, &feed);
+  return true;
+}
+
+}  // namespace
+
+PosixSerialPort::PosixSerialPort(std::string deviceFolder, ModemStatus status)
+    : deviceFolder_(std::move(deviceFolder)), status_(std::move(status)) {}
+
+PosixSerialPort::~PosixSerialPort() { Release(); }
+
+std::optional<int> PosixSerialPort::KernelStatus(int handle) {
+  int bits = 0;
+  if (::ioctl(handle, TIOCMGET, &bits) != 0) return {};
+  return bits;
+}
+
+bool PosixSerialPort::Open(int portNumber) {
+  Close();
+  if (portNumber < 1) return false;
+  portNumber_ = portNumber;
+  if (OpenAny()) return true;
+  portNumber_ = 0;
+  return false;
+}
+
+void PosixSerialPort::Close() {
+  Release();
+  portNumber_ = 0;
+}
+
+std::optional<pedals::SerialLines> PosixSerialPort::ReadLines() {
+  if (portNumber_ == 0) return {};
+  if (handle_ < 0 && (++readsSinceLost_ % kReadsBetweenLooks != 0 || !OpenAny())) return {};
+  const std::optional<int> bits = status_(handle_);
+  if (!bits) {
+    Release();
+    return {};
+  }
+  return pedals::SerialLines{.CDHolding = (*bits & TIOCM_CD) != 0,
+                             .DSRHolding = (*bits & TIOCM_DSR) != 0,
+                             .CTSHolding = (*bits & TIOCM_CTS) != 0};
+}
+
+bool PosixSerialPort::OpenAny() {
+  for (const char* name : kNames) {
+    if (OpenPath(deviceFolder_ + "/" + name + std::to_string(portNumber_ - 1))) return true;
+  }
+  return false;
+}
+
+bool PosixSerialPort::OpenPath(const std::string& path) {
+  handle_ = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  if (handle_ < 0) return false;
+  // The machine lists ports that no hardware stands behind; those have no lines to read.
+  if (!Prepare(handle_) || !status_(handle_)) {
+    Release();
+    return false;
+  }
+  path_ = path;
+  readsSinceLost_ = 0;
+  return true;
+}
+
+void PosixSerialPort::Release() {
+  if (handle_ >= 0) ::close(handle_);
+  handle_ = -1;
+  path_.clear();
+}
+
+}  // namespace tavlo::platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "pedals/usb_watcher.h"
+
+namespace tavlo::platform {
+
+/// The watcher library of the root, loaded when the first watch starts. A library that is missing,
+/// or lacks one of the three calls, starts no watch. It stays loaded until the process ends, since
+/// it may have threads.
+class PluginUsbWatcher : public pedals::UsbWatcher {
+ public:
+  explicit PluginUsbWatcher(std::string libraryPath);
+
+  bool StartWatch(int product, int usagePage, int usage, pedals::MonitorHandle& monitor) override;
+  bool GetData(pedals::MonitorHandle& monitor, std::span<std::uint8_t> buffer,
+               std::int32_t& count) override;
+  bool StopWatch(pedals::MonitorHandle& monitor) override;
+  /// A library without this fourth call is taken to have its pedal.
+  pedals::UsbPresence Presence(pedals::MonitorHandle monitor) override;
+
+ private:
+  struct Calls {
+    std::uint8_t (*startWatch)(std::int32_t, std::int32_t, std::int32_t, std::int32_t*) = nullptr;
+    std::uint8_t (*getData)(std::int32_t*, std::uint8_t*, std::int32_t, std::int32_t*) = nullptr;
+    std::uint8_t (*stopWatch)(std::int32_t*) = nullptr;
+    std::int32_t (*pedalPresence)(std::int32_t) = nullptr;
+
+    bool Complete() const { return startWatch && getData && stopWatch; }
+  };
+
+  void Load();
+
+  const std::string libraryPath_;
+  Calls calls_;
+};
+
+}  // namespace tavlo::platform

@@ -1,0 +1,86 @@
+#include "store/missing_libraries.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "support/simulated_disk.h"
+#include "support/simulated_loop.h"
+
+namespace tavlo::test {
+namespace {
+
+using store::DiskResult;
+
+const std::string kRoot = "/home/typist/Lyrane/TavloDeck";
+const std::string kShare = "/usr/share/tavlodeck";
+const std::string kWatch = kRoot + "/PedalWatch.so";
+
+struct RootWithoutLibraries {
+  RootWithoutLibraries() {
+    disk.WithFolder(kRoot)
+        .WithFile(kShare + "/PedalWatch.so", "watch")
+        .WithFile(kShare + "/DssCodec/DssCodec8.so", "codec");
+  }
+
+  void Add() { store::AddMissingLibraries(disk, kRoot, kShare); }
+  void ExpectLinks() {
+    EXPECT_EQ(disk.LinkTarget(kWatch), kShare + "/PedalWatch.so");
+    EXPECT_EQ(disk.LinkTarget(kRoot + "/DssCodec/DssCodec8.so"), kShare + "/DssCodec/DssCodec8.so");
+  }
+
+  SimulatedLoop loop;
+  SimulatedDisk disk{loop};
+};
+
+struct MissingLibrariesTest : testing::Test, RootWithoutLibraries {};
+
+TEST_F(MissingLibrariesTest, AreLinkedIntoAnOlderRoot) {
+  Add();
+  ExpectLinks();
+  EXPECT_FALSE(disk.Has(kRoot + "/MuLawHeader.so"));
+}
+
+TEST_F(MissingLibrariesTest, RootThatLacksNothingIsNotTouched) {
+  Add();
+  const auto changes = disk.Changes().size();
+  Add();
+  EXPECT_EQ(disk.Changes().size(), changes);
+}
+
+TEST_F(MissingLibrariesTest, LibraryThatAUserPutThereStays) {
+  disk.WithFile(kWatch, "my own");
+  Add();
+  EXPECT_EQ(disk.Contents(kWatch), "my own");
+}
+
+TEST_F(MissingLibrariesTest, LinkThatLeadsToAnotherLibraryStays) {
+  disk.WithFile("/opt/PedalWatch.so", "another").WithLink(kWatch, "/opt/PedalWatch.so");
+  Add();
+  EXPECT_EQ(disk.LinkTarget(kWatch), "/opt/PedalWatch.so");
+}
+
+TEST_F(MissingLibrariesTest, LinkThatLeadsNowhereIsMadeAnew) {
+  disk.WithLink(kWatch, "/gone/PedalWatch.so");
+  Add();
+  ExpectLinks();
+}
+
+TEST_F(MissingLibrariesTest, FailureOfAnyOperationIsMendedByTheNextStart) {
+  std::size_t operations = 1;
+  for (std::size_t nth = 1; nth <= operations; ++nth) {
+    SCOPED_TRACE(nth);
+    RootWithoutLibraries root;
+    root.disk.WithLink(kWatch, "/gone/PedalWatch.so");
+    root.disk.FailOperation(static_cast<int>(nth), DiskResult::NoSpace);
+    root.Add();
+    operations = std::max(operations, root.disk.Operations.size());
+    root.disk.Heal();
+    root.Add();
+    root.ExpectLinks();
+  }
+}
+
+}  // namespace
+}  // namespace tavlo::test
