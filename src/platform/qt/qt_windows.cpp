@@ -31,6 +31,7 @@ QtWindows::QtWindows(QtLoop& loop, forms::MainForm& main, forms::SplashForm& spl
       about_(about, loop, binder_),
       configuration_(configuration, loop, binder_),
       order_{&about_, &configuration_, &deck_, &splash_} {
+  about_.StandBefore(deck_);
   loop.ShowChanges = [this] { binder_.ShowChanges(); };
   loop.BoxOwner = [this]() -> QWidget* { return Foremost(); };
   loop.OnLastBoxClosed = [this] {

@@ -58,7 +58,11 @@ void TopWindow::KeepScreenSize() {
 }
 
 void TopWindow::Show() {
-  if (!windowHandle()) create();
+  if (!windowHandle()) {
+    create();
+    windowHandle()->installEventFilter(this);
+    if (owner_) windowHandle()->setTransientParent(owner_->windowHandle());
+  }
   const QString caption = ToQt(form_.Caption.Get());
   if (windowTitle() != caption) setWindowTitle(caption);
   if (form_.MousePointer == forms::Pointer::Hourglass) {
@@ -79,6 +83,7 @@ void TopWindow::Show() {
 void TopWindow::ShowShape() {
   if (shownMinimized_ == WantsMinimized()) return;
   shownMinimized_ = WantsMinimized();
+  wentAway_ = false;
   setWindowState(shownMinimized_ ? Qt::WindowMinimized : Qt::WindowNoState);
   if (!shownMinimized_) raise();
 }
@@ -134,6 +139,16 @@ void TopWindow::ShapeChanged() {
               shownMinimized_ ? forms::Shape::Minimized : forms::Shape::Normal);
 }
 
+void TopWindow::NoticeReturn() {
+  if (!windowHandle()->isExposed()) {
+    wentAway_ = true;
+  } else if (wentAway_ && isMinimized()) {
+    // Called back before the toolkit had heard that it was gone, it would stay minimized to the
+    // toolkit for good.
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+  }
+}
+
 void TopWindow::TellActivated() {
   if (told_ || loop_.Breathing() || !isActiveWindow() || loop_.MessageBoxOpen()) return;
   told_ = true;
@@ -167,6 +182,11 @@ bool TopWindow::event(QEvent* event) {
       break;
   }
   return QWidget::event(event);
+}
+
+bool TopWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == windowHandle() && event->type() == QEvent::Expose) NoticeReturn();
+  return QWidget::eventFilter(watched, event);
 }
 
 void TopWindow::closeEvent(QCloseEvent* event) {

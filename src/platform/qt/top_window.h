@@ -25,6 +25,10 @@ class TopWindow : public QWidget {
   /// A message box in front of this window has closed.
   void BoxClosed();
 
+  /// Keeps this window in front of `owner`, also of one that stays on top. The owner must outlive
+  /// it; to be called before the first show.
+  void StandBefore(TopWindow& owner) { owner_ = &owner; }
+
   /// Runs when the window has stood still for a moment, so that its frame is known.
   std::function<void()> OnSettled;
 
@@ -33,6 +37,7 @@ class TopWindow : public QWidget {
   void Bind();
 
   bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
 
@@ -43,6 +48,7 @@ class TopWindow : public QWidget {
   void ShowFocus();
   void Settled();
   void ShapeChanged();
+  void NoticeReturn();
   void KeepScreenSize();
   bool WantsMinimized() const { return form_.WindowShape == forms::Shape::Minimized; }
 
@@ -55,10 +61,12 @@ class TopWindow : public QWidget {
   forms::Window& form_;
   QtLoop& loop_;
   Binder& binder_;
+  TopWindow* owner_ = nullptr;
   QTimer settle_;
   QRect shownPlace_;
   QMargins shownMargins_;
   bool shownMinimized_ = false;
+  bool wentAway_ = false;  ///< The screen has lost the window since it was minimized.
   bool shownTopMost_ = false;
   unsigned shownFocus_ = 0;
   bool told_ = false;

@@ -32,11 +32,13 @@ class Screen {
   /// The deck's main window.
   SeenWindow Deck() const;
 
+  /// A property of a window that holds numbers or atoms; empty when the window has none.
+  std::vector<std::uint32_t> Numbers(xcb_window_t window, const char* property) const;
+
   Hands hands;
 
  private:
   std::string Text(xcb_window_t window, const char* property) const;
-  std::vector<std::uint32_t> Numbers(xcb_window_t window, const char* property) const;
   SeenWindow Look(xcb_window_t window) const;
 };
 

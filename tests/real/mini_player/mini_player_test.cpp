@@ -1,0 +1,335 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <thread>
+
+#include "support/driven_program.h"
+#include "support/screen.h"
+#include "support/sound_files.h"
+#include "support/sound_server.h"
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t kAlt = 0xFFE9;
+constexpr std::uint32_t kEscape = 0xFF1B;
+constexpr int kRepeats = 10;
+
+/// A window with its frame, in pixels of the screen.
+struct Place {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+  bool operator==(const Place&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Place& place) {
+  return out << place.width << "x" << place.height << " at " << place.x << ", " << place.y;
+}
+
+/// The word processor of the typist: a large window of another program.
+class WordProcessor {
+ public:
+  explicit WordProcessor(Screen& screen)
+      : screen_(screen), id_(xcb_generate_id(screen.hands.Connection())) {
+    xcb_connection_t* const display = screen_.hands.Connection();
+    const std::uint32_t white = 0xFFFFFF;
+    xcb_create_window(display, XCB_COPY_FROM_PARENT, id_, screen_.hands.Root(), 0, 0, 1200, 900, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL,
+                      &white);
+    xcb_map_window(display, id_);
+    xcb_flush(display);
+  }
+  ~WordProcessor() {
+    xcb_destroy_window(screen_.hands.Connection(), id_);
+    xcb_flush(screen_.hands.Connection());
+  }
+  WordProcessor(const WordProcessor&) = delete;
+
+  xcb_window_t Id() const { return id_; }
+  /// Raises it and gives it the keyboard, as a click in a task bar does.
+  bool ComeForward() {
+    screen_.hands.BringForward(id_);
+    return Until([this] {
+      const auto active = screen_.Numbers(screen_.hands.Root(), "_NET_ACTIVE_WINDOW");
+      return !active.empty() && active.front() == id_;
+    });
+  }
+
+ private:
+  Screen& screen_;
+  const xcb_window_t id_;
+};
+
+/// The real program on a real window manager, with one long dictation and a short one.
+struct MiniPlayer : testing::Test {
+  void SetUp() override { ASSERT_TRUE(server.Start()); }
+
+  void MakeHome(store::Assignments settings) {
+    for (const auto& [field, value] : store::Assignments{
+             {"AutoPreview", "0"}, {"AudioPromptsFlag", "N"}, {"AutoQueueDocumentFlag", "N"}}) {
+      settings.emplace_back(field, value);
+    }
+    home.MakeRoot(settings);
+    home.AddToQueue(longOne, WaveBytes(Chirp(120 * kRate, kRate)));
+    home.AddToQueue(shortOne, WaveBytes(Chirp(kRate, kRate)));
+  }
+
+  /// One run of the program, from its start to its end.
+  void Run(const std::function<void()>& script) {
+    program = std::make_unique<DrivenProgram>(home);
+    const int status = program->Run([&] {
+      ASSERT_TRUE(program->Begin());
+      script();
+      if (program->Ask([&] { return program->Main().cmdSkip.Enabled.Get(); })) Leave("cmdSkip");
+      program->Exit();
+    });
+    EXPECT_EQ(status, 0);
+    program.reset();
+  }
+
+  void Play(const std::string& name) {
+    program->ClickRow(program->RowOf(name));
+    ASSERT_TRUE(program->Until([&] { return program->Main().cmdPlay.Enabled.Get(); }));
+    program->Click("cmdPlay");
+    ASSERT_TRUE(program->Until([&] { return !program->Main().frameFiles.Visible; }));
+  }
+  void Leave(const char* key) {
+    program->Click(key);
+    ASSERT_TRUE(Until([&] { return program->IsReady(); }));
+  }
+  void ChooseInFileMenu(std::uint32_t letter) {
+    program->Keys({kAlt, 'f'});
+    ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
+    program->Keys({letter});
+  }
+  /// Opens the configuration and closes it again once `meanwhile` is done.
+  void OpenConfiguration(const std::function<void()>& open,
+                         const std::function<void()>& meanwhile) {
+    open();
+    forms::Window& window = program->Windows().configuration.frmConfiguration;
+    ASSERT_TRUE(program->Until([&] { return window.Visible && !program->Main().frmMain.Visible; }));
+    ASSERT_TRUE(Until([&] { return HasKeyboard("Tavlo Deck - Configuration"); }));
+    meanwhile();
+    program->Keys({kAlt, 'c'});
+    ASSERT_TRUE(program->Until([&] { return program->Main().frmMain.Visible && !window.Visible; }));
+  }
+
+  bool HasKeyboard(const std::string& title) {
+    const auto active = screen.Numbers(screen.hands.Root(), "_NET_ACTIVE_WINDOW");
+    const auto windows = screen.Windows();
+    return std::any_of(windows.begin(), windows.end(), [&](const SeenWindow& seen) {
+      return seen.title == title && !active.empty() && seen.id == active.front();
+    });
+  }
+  bool DeckHas(const char* state) {
+    const auto states = screen.Numbers(screen.Deck().id, "_NET_WM_STATE");
+    return std::find(states.begin(), states.end(), screen.hands.Atom(state)) != states.end();
+  }
+  bool IsAbove(xcb_window_t upper, xcb_window_t lower) {
+    const auto order = screen.Numbers(screen.hands.Root(), "_NET_CLIENT_LIST_STACKING");
+    const auto above = std::find(order.begin(), order.end(), upper);
+    return above != order.end() && std::find(order.begin(), above, lower) != above;
+  }
+  bool Hidden() { return DeckHas("_NET_WM_STATE_HIDDEN"); }
+  int MiniPlayerHeight() {
+    return program->Ask([&] {
+      const forms::MainForm& form = program->Main();
+      return (form.frmMain.AboveContent + form.framePlayer.Height) / 15;
+    });
+  }
+
+  void CenterByTheConfiguration() {
+    const auto stored = [&] { return program->Main().txtPlayerTop.Value.Get(); };
+    OpenConfiguration([&] { ChooseInFileMenu('c'); },
+                      [&] {
+                        const std::string before = program->Ask(stored);
+                        program->Click("cmdCenterMiniPlayer");
+                        EXPECT_TRUE(program->Until([&] { return stored() != before; }));
+                      });
+  }
+  void TickAlwaysOnTop() {
+    OpenConfiguration(
+        [&] { ChooseInFileMenu('c'); },
+        [&] {
+          program->Click("chkAlwaysOnTop");
+          EXPECT_TRUE(program->Until([&] { return program->Main().frmMain.TopMost.Get(); }));
+        });
+  }
+  void ExpectAboutBoxBeforeTheDeck() {
+    const auto box = [&] { return screen.Box("About Tavlo Deck").id; };
+    ChooseInFileMenu('a');
+    ASSERT_TRUE(Until([&] { return box() != XCB_NONE; }));
+    EXPECT_TRUE(Until([&] { return IsAbove(box(), screen.Deck().id); }));
+    ASSERT_TRUE(Until([&] { return HasKeyboard("About Tavlo Deck"); }));
+    program->Keys({kEscape});
+    ASSERT_TRUE(Until([&] { return box() == XCB_NONE && HasKeyboard("Tavlo Deck"); }));
+  }
+
+  Place Outer() {
+    const SeenWindow deck = screen.Deck();
+    const auto frame = screen.Numbers(deck.id, "_NET_FRAME_EXTENTS");
+    if (frame.size() != 4) return {};
+    const auto left = static_cast<int>(frame[0]);
+    const auto top = static_cast<int>(frame[2]);
+    return {deck.x - left, deck.y - top, deck.width + left + static_cast<int>(frame[1]),
+            deck.height + top + static_cast<int>(frame[3])};
+  }
+  Place Wanted() {
+    return program->Ask([&] {
+      const forms::Window& form = program->Main().frmMain;
+      return Place{form.Left / 15, form.Top / 15, form.Width / 15, form.Height / 15};
+    });
+  }
+  /// Where the deck comes to rest: it stands still there, and its form knows.
+  Place Rested() {
+    Place place;
+    int still = 0;
+    EXPECT_TRUE(Until([&] {
+      const Place now = Outer();
+      still = now == place && now == Wanted() ? still + 1 : 0;
+      place = now;
+      std::this_thread::sleep_for(30ms);
+      return still == 5;
+    })) << "on the screen "
+        << place << ", wanted " << Wanted();
+    return place;
+  }
+  /// Takes the title bar and drags the window.
+  void Drag(int right, int down) {
+    const SeenWindow deck = screen.Deck();
+    const int x = deck.x + deck.width / 2;
+    const int y = deck.y - (deck.y - Outer().y) / 2 - 1;
+    screen.hands.MoveTo(x, y);
+    screen.hands.Press();
+    for (int step = 1; step <= 4; ++step) {
+      std::this_thread::sleep_for(30ms);
+      screen.hands.MoveTo(x + right * step / 4, y + down * step / 4);
+    }
+    std::this_thread::sleep_for(30ms);
+    screen.hands.Release();
+  }
+
+  static constexpr int kRate = 8000;
+  const std::string longOne = DocumentName("Long", 1);
+  const std::string shortOne = DocumentName("Short", 2);
+  SoundServer server;
+  Home home;
+  Screen screen;
+  std::unique_ptr<DrivenProgram> program;
+};
+
+TEST_F(MiniPlayer, ComesBackToThePixelItWasDraggedToAtEveryPlayAndAfterARestart) {
+  MakeHome({});
+  Place dragged;
+  Run([&] {
+    const Place full = Rested();
+    Play(longOne);
+    const Place first = Rested();
+    Drag(150, 90);
+    dragged = Rested();
+    EXPECT_NEAR(dragged.x, first.x + 150, 12);
+    EXPECT_NEAR(dragged.y, first.y + 90, 12);
+    EXPECT_EQ(dragged.height, first.height);
+    Leave("cmdSkip");
+    const Place centred = Rested();
+    EXPECT_EQ(centred.width, full.width);
+    EXPECT_EQ(centred.height, full.height);
+    for (int turn = 0; turn < kRepeats; ++turn) {
+      Play(longOne);
+      ASSERT_EQ(Rested(), dragged) << "entry " << turn;
+      Leave("cmdSkip");
+      ASSERT_EQ(Rested(), centred) << "leaving " << turn;
+    }
+  });
+  Run([&] {
+    Play(longOne);
+    EXPECT_EQ(Rested(), dragged);
+    Drag(-dragged.x - 60, 0);
+    EXPECT_LT(Rested().x, 0);
+    Leave("cmdSkip");
+    Play(longOne);
+    EXPECT_EQ(Rested(), dragged) << "a place off the screen is not remembered";
+    Leave("cmdSkip");
+
+    CenterByTheConfiguration();
+    Play(longOne);
+    const Place centred = Rested();
+    EXPECT_NEAR(centred.x * 2 + centred.width, 1280, 2);
+    EXPECT_NEAR(centred.y * 2 + centred.height, 1024, 2);
+    Leave("cmdSkip");
+  });
+}
+
+TEST_F(MiniPlayer, StaysOnTopWhenToldThroughTenHidesAndShows) {
+  MakeHome({{"AlwaysOnTopFlag", "N"}});
+  Run([&] {
+    {
+      WordProcessor word(screen);
+      ASSERT_TRUE(word.ComeForward());
+      EXPECT_TRUE(Until([&] { return IsAbove(word.Id(), screen.Deck().id); })) << "not told yet";
+      screen.hands.BringForward(screen.Deck().id);
+      ASSERT_TRUE(Until([&] { return HasKeyboard("Tavlo Deck"); }));
+    }
+    TickAlwaysOnTop();
+    EXPECT_TRUE(Until([&] { return DeckHas("_NET_WM_STATE_ABOVE"); }));
+    ExpectAboutBoxBeforeTheDeck();
+    Play(longOne);
+    const Place place = Rested();
+    WordProcessor word(screen);
+    for (int turn = 0; turn < kRepeats; ++turn) {
+      ASSERT_TRUE(word.ComeForward());
+      ASSERT_TRUE(DeckHas("_NET_WM_STATE_ABOVE")) << "turn " << turn;
+      ASSERT_TRUE(IsAbove(screen.Deck().id, word.Id())) << "turn " << turn;
+      OpenConfiguration([&] { program->Click("cmdEQ"); }, [] {});
+      ASSERT_EQ(Rested(), place) << "turn " << turn;
+    }
+    ASSERT_TRUE(word.ComeForward());
+    EXPECT_TRUE(IsAbove(screen.Deck().id, word.Id()));
+    Leave("cmdSkip");
+    EXPECT_TRUE(DeckHas("_NET_WM_STATE_ABOVE"));
+  });
+}
+
+TEST_F(MiniPlayer, MinimizesWhenToldAndComesBackWhenCalledAndAtTheEndsOfADocument) {
+  MakeHome({{"MinimizeMiniPlayerFlag", "Y"}, {"PlayerLeft", "1500"}, {"PlayerTop", "2250"}});
+  Run([&] {
+    const Place full = Rested();
+    const Place player = {100, 150, full.width, MiniPlayerHeight()};
+    Play(longOne);
+    ASSERT_TRUE(Until([&] { return Hidden(); }));
+    screen.hands.BringForward(screen.Deck().id);
+    EXPECT_TRUE(Until([&] { return !Hidden() && Outer() == player; })) << "called: " << Outer();
+    EXPECT_EQ(Rested(), player);
+    Leave("cmdSkip");
+    EXPECT_EQ(Rested(), full);
+
+    Play(longOne);
+    ASSERT_TRUE(Until([&] { return Hidden(); }));
+    // What a pedal does: it needs no window.
+    program->Do([&] { program->Main().cmdSkipEnd.Press(); });
+    EXPECT_TRUE(Until([&] { return !Hidden() && Outer() == player; })) << "skipped: " << Outer();
+    EXPECT_EQ(Rested(), player);
+    Leave("cmdSkip");
+    EXPECT_EQ(Rested(), full);
+
+    Play(shortOne);
+    ASSERT_TRUE(program->Until([&] { return program->Main().cmdComplete.Enabled.Get(); }));
+    ASSERT_TRUE(Until([&] { return !Hidden(); })) << "the sound has reached the end";
+    EXPECT_EQ(Rested().height, player.height);
+    Leave("cmdComplete");
+    EXPECT_EQ(Rested(), full);
+  });
+}
+
+}  // namespace
+}  // namespace tavlo::test
