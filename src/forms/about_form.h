@@ -12,8 +12,11 @@ struct AboutForm {
   }
 
   Window frmAbout;
-  Command mnuClose{&frmAbout, "mnuClose", {.caption = "&Close"}};
-  Command mnuSystemInfo{&frmAbout, "mnuSystemInfo", {.caption = "&System Info"}};
+  Command mnuClose{&frmAbout, "mnuClose", {.caption = "&Close", .tooltip = "Go back to the deck"}};
+  Command mnuSystemInfo{
+      &frmAbout,
+      "mnuSystemInfo",
+      {.caption = "&System Info", .tooltip = "Show what this computer is made of"}};
   Text lblVersion{&frmAbout, "lblVersion"};
   Text lblAboutDescription{&frmAbout, "lblAboutDescription"};
 };

@@ -15,11 +15,14 @@ struct ConfigurationFrame {
       : frmConfiguration(loop, "frmConfiguration", "Tavlo Deck - Configuration") {}
 
   Window frmConfiguration;
-  Command mnuClose{&frmConfiguration, "mnuClose", {.caption = "&Close"}};
+  Command mnuClose{&frmConfiguration,
+                   "mnuClose",
+                   {.caption = "&Close", .tooltip = "Keep the settings and go back to the deck"}};
   /// Takes the keyboard after every action, so that no button is left holding it.
-  Text txtFocus{&frmConfiguration, "txtFocus"};
+  Text txtFocus{&frmConfiguration, "txtFocus", {.heard = "Configuration"}};
   /// The tab strip; its rows are the captions of the tabs.
-  Table tabConfiguration{&frmConfiguration, "tabConfiguration"};
+  Table tabConfiguration{
+      &frmConfiguration, "tabConfiguration", {.heard = "Pages of the configuration"}};
 };
 
 struct ConfigurationForm : ConfigurationFrame,

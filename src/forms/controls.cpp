@@ -21,9 +21,16 @@ std::string Folded(std::string_view text) {
 Control::Control(Pane* parent, std::string name, const First& first)
     : Name(std::move(name)),
       Parent(parent),
+      Heard(first.heard),
       Tooltip(*this, first.tooltip),
       Enabled(*this, first.enabled),
-      Visible(*this, first.visible) {}
+      Visible(*this, first.visible) {
+  if (Parent) Parent->children_.push_back(this);
+}
+
+Control::~Control() {
+  if (Parent) std::erase(Parent->children_, this);
+}
 
 Window& Control::Home() const {
   const Control* control = this;
@@ -114,8 +121,19 @@ void Range::Release() {
   }
 }
 
+void Range::Step(int value) {
+  if (!Reachable()) return;
+  Press();
+  Change(value);
+  Release();
+  Window& window = Home();
+  if (Reachable() && window.Focused() != this) window.FocusOn(*this);
+}
+
 Table::Table(Pane* parent, std::string name, const First& first)
-    : Control(parent, std::move(name), first), ListIndex(*this, -1, &OnSelect) {}
+    : Control(parent, std::move(name), first),
+      ListIndex(*this, -1, &OnSelect),
+      WhenEmpty(*this, "") {}
 
 void Table::SetColumns(std::vector<Column> columns) {
   columns_ = std::move(columns);

@@ -62,16 +62,21 @@ struct First {
   std::string tooltip = {};
   bool enabled = true;
   bool visible = true;
+  /// What a screen reader calls the control where neither caption nor tooltip does for a name.
+  std::string heard = {};
 };
 
 class Control {
  public:
   /// `name` is the control's name in the domain; the toolkit gets it too.
   Control(Pane* parent, std::string name, const First& first);
+  virtual ~Control();
   Control(const Control&) = delete;
 
   const std::string Name;
   Pane* const Parent;
+  /// Empty where the name is the caption or the tooltip; see AccessibleName.
+  const std::string Heard;
   State<std::string> Tooltip;
   State<bool> Enabled;
   State<bool> Visible;
@@ -190,11 +195,14 @@ class Range : public Control {
   std::function<void()> OnChange;
   std::function<void()> OnRelease;
 
-  /// A hand takes the slider, moves it, lets it go. A key press on it is all three. What a hand
-  /// took it also lets go, though a rule or a message box has put the slider out of reach since.
+  /// A hand takes the slider, moves it, lets it go. What a hand took it also lets go, though a rule
+  /// or a message box has put the slider out of reach since.
   void Press();
   void Change(int value);
   void Release();
+  /// A key on the slider: all three at once. The keyboard stays on the slider, though its rule
+  /// gives it away after a click, or a typist could never take a second step.
+  void Step(int value);
 
  private:
   bool held_ = false;
@@ -215,6 +223,7 @@ struct Row {
 struct Column {
   std::string title;
   Twips width = 0;
+  bool figures = false;  ///< Numbers, which stand at the right.
 };
 
 enum class SortOrder { Ascending, Descending };
@@ -225,6 +234,7 @@ class Table : public Control {
   Table(Pane* parent, std::string name, const First& first = {});
 
   State<int> ListIndex;              ///< The chosen row, -1 for none.
+  State<std::string> WhenEmpty;      ///< What stands in a list without rows; a heading line first.
   std::function<void()> OnRowClick;  ///< Runs before OnClick, so that the name is in place.
   std::function<void()> OnClick;
   std::function<void()> OnDoubleClick;
@@ -284,9 +294,16 @@ class Pane : public Control {
   std::function<void()> OnDoubleClick;
   std::function<void()> OnPointerMove;
 
+  /// What stands on the pane, in the order of the form.
+  const std::vector<Control*>& Children() const { return children_; }
+
   void Click();
   void DoubleClick();
   void PointerMove();
+
+ private:
+  friend class Control;
+  std::vector<Control*> children_;
 };
 
 enum class Shape { Normal, Minimized };

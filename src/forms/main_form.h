@@ -35,6 +35,9 @@ namespace import_column {
 enum { Nothing, FileName, Length };
 }
 
+/// Which way the deck winds.
+enum class Winding { No, Back, On };
+
 struct MainForm {
   explicit MainForm(base::Loop& loop);
 
@@ -42,21 +45,33 @@ struct MainForm {
 
   /// True while a document sounds or winds: the Play key shows as Stop then.
   State<bool> DeckRuns{frmMain, false};
+  State<Winding> DeckWinds{frmMain, Winding::No};
 
   Pane mnuFile{&frmMain, "mnuFile", {.caption = "&File"}};
-  Command mnuConfiguration{&mnuFile, "mnuConfiguration", {.caption = "&Configuration"}};
-  Command mnuMinimize{&mnuFile, "mnuMinimize", {.caption = "&Minimize"}};
-  Command mnuAbout{&mnuFile, "mnuAbout", {.caption = "&About"}};
-  Command mnuExit{&mnuFile, "mnuExit", {.caption = "&Exit"}};
+  Command mnuConfiguration{&mnuFile,
+                           "mnuConfiguration",
+                           {.caption = "&Configuration", .tooltip = "Change the settings"}};
+  Command mnuMinimize{
+      &mnuFile, "mnuMinimize", {.caption = "&Minimize", .tooltip = "Minimize the window"}};
+  Command mnuAbout{
+      &mnuFile, "mnuAbout", {.caption = "&About", .tooltip = "Tell the version of Tavlo Deck"}};
+  Command mnuExit{&mnuFile, "mnuExit", {.caption = "&Exit", .tooltip = "End Tavlo Deck"}};
   Pane mnuView{&frmMain, "mnuView", {.caption = "&View"}};
-  Command mnuViewQueue{&mnuView, "mnuViewQueue", {.caption = "&Queue"}};
-  Command mnuViewCompleted{&mnuView, "mnuViewCompleted", {.caption = "&Completed"}};
-  Command mnuViewImport{&mnuView, "mnuViewImport", {.caption = "&Import"}};
-  Command mnuViewFtp{&mnuView, "mnuViewFtp", {.caption = "F&tp"}};
-  Command mnuReport{&frmMain, "mnuReport", {.caption = "&Report"}};
+  Command mnuViewQueue{
+      &mnuView, "mnuViewQueue", {.caption = "&Queue", .tooltip = "Show the dictations that wait"}};
+  Command mnuViewCompleted{&mnuView,
+                           "mnuViewCompleted",
+                           {.caption = "&Completed", .tooltip = "Show the completed dictations"}};
+  Command mnuViewImport{&mnuView,
+                        "mnuViewImport",
+                        {.caption = "&Import", .tooltip = "Show the files in the import folders"}};
+  Command mnuViewFtp{
+      &mnuView, "mnuViewFtp", {.caption = "F&tp", .tooltip = "Fetch files from a server"}};
+  Command mnuReport{
+      &frmMain, "mnuReport", {.caption = "&Report", .tooltip = "Write a report of the list"}};
 
   /// Takes the keyboard after every action, so that no button is left holding it.
-  Text txtFocus{&frmMain, "txtFocus"};
+  Text txtFocus{&frmMain, "txtFocus", {.heard = "Tavlo Deck"}};
 
   // The player.
   Pane framePlayer{&frmMain, "framePlayer"};
@@ -135,14 +150,14 @@ struct MainForm {
   Pane frameFiles{&frmMain, "frameFiles"};
 
   Pane frameInQueue{&frameFiles, "frameInQueue", {.caption = "Queue"}};
-  Table listViewInQueue{&frameInQueue, "listViewInQueue", {.visible = false}};
+  Table listViewInQueue{&frameInQueue, "listViewInQueue", {.visible = false, .heard = "Queue"}};
   Command cmdUpdateFileList{
       &frameInQueue,
       "cmdUpdateFileList",
       {.caption = "Refresh", .tooltip = "Refresh the Queue list", .enabled = false}};
 
   Pane frameCompleted{&frameFiles, "frameCompleted", {.caption = "Completed", .visible = false}};
-  Table listViewCompleted{&frameCompleted, "listViewCompleted"};
+  Table listViewCompleted{&frameCompleted, "listViewCompleted", {.heard = "Completed"}};
   Command cmdMoveToQueue{&frameCompleted,
                          "cmdMoveToQueue",
                          {.caption = "Return to Queue",
@@ -158,7 +173,7 @@ struct MainForm {
       {.caption = "Delete All", .tooltip = "Delete all the Completed documents", .enabled = false}};
 
   Pane frameImport{&frameFiles, "frameImport", {.caption = "Import", .visible = false}};
-  Table listViewImport{&frameImport, "listViewImport"};
+  Table listViewImport{&frameImport, "listViewImport", {.heard = "Import"}};
   Command cmdRefreshImportList{&frameImport,
                                "cmdRefreshImportList",
                                {.caption = "Refresh", .tooltip = "Refresh the Import list"}};
@@ -191,8 +206,9 @@ struct MainForm {
                   "the first author profile only."}};
 
   Pane frameFtp{&frameFiles, "frameFtp", {.caption = "Ftp", .visible = false}};
-  Command bConnect{&frameFtp, "bConnect", {.caption = "Connect"}};
-  Table comboFtpServerNames{&frameFtp, "comboFtpServerNames"};
+  Command bConnect{
+      &frameFtp, "bConnect", {.caption = "Connect", .tooltip = "Connect to the chosen server"}};
+  Table comboFtpServerNames{&frameFtp, "comboFtpServerNames", {.tooltip = "Choose the server"}};
   Table comboFtpFileTypesToList{&frameFtp,
                                 "comboFtpFileTypesToList",
                                 {.tooltip = "Choose the type of files to list", .enabled = false}};

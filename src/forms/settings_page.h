@@ -72,6 +72,7 @@ struct SettingsPage {
                          "chkAudioPrompts",
                          {.caption = "Audio Prompts", .tooltip = "Play informative audio prompts"}};
   Text txtAudioPrompts{&frameSettings, "txtAudioPrompts", {.visible = false}};
+  Text lblPromptVolume{&frameSettings, "lblPromptVolume", {.caption = "Prompt Volume"}};
   Range sldPromptVol{
       &frameSettings,
       "sldPromptVol",
@@ -118,7 +119,8 @@ struct SettingsPage {
       {.caption = "Custom Display", .tooltip = "Show a line of your own on the main window"}};
   Text txtShowCustomDisplay{&frameSettings, "txtShowCustomDisplay", {.visible = false}};
   /// Its tooltip follows its text.
-  Text txtCustomDisplay{&frameSettings, "txtCustomDisplay"};
+  Text txtCustomDisplay{
+      &frameSettings, "txtCustomDisplay", {.heard = "Line of your own on the deck"}};
 
   // Automatic refresh and alerts, which exclude each other.
   Choice chkAutoRefreshMode{

@@ -12,9 +12,13 @@ struct SplashForm {
   }
 
   Window frmInitSplash;
-  Pane picIcon{&frmInitSplash, "picIcon", {.tooltip = "Click to start at once"}};
+  Pane picIcon{
+      &frmInitSplash, "picIcon", {.tooltip = "Click to start at once", .heard = "Start at once"}};
   Text lblVersion{&frmInitSplash, "lblVersion"};
-  Range ProgressBar1{&frmInitSplash, "ProgressBar1", {}, {.minimum = 0, .maximum = 10}};
+  Range ProgressBar1{&frmInitSplash,
+                     "ProgressBar1",
+                     {.tooltip = "Progress of the start"},
+                     {.minimum = 0, .maximum = 10}};
 };
 
 }  // namespace tavlo::forms

@@ -216,6 +216,7 @@ void Transport::ForwardCommand() {
 void Transport::StartWind(Wind direction) {
   WindDirection = direction;
   form_.DeckRuns = true;
+  form_.DeckWinds = direction == Wind::Rewind ? forms::Winding::Back : forms::Winding::On;
   tmrRewindForward.SetInterval(kFirstWindInterval);
   tmrRewindForward.Start();
 }
@@ -224,6 +225,7 @@ void Transport::StopWind() {
   tmrRewindForward.Stop();
   WindDirection = Wind::None;
   form_.DeckRuns = engine_.IsPlaying;
+  form_.DeckWinds = forms::Winding::No;
 }
 
 void Transport::WindTick() {

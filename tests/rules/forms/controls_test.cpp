@@ -151,6 +151,23 @@ TEST_F(ControlsTest, SliderInAHandIsLetGoAlthoughItWasDisabledMeanwhile) {
   EXPECT_EQ(releases, 1);
 }
 
+TEST_F(ControlsTest, AKeyOnASliderIsAllThreeAndTheKeyboardStays) {
+  std::string told;
+  slider.OnPress = [&] { told += "press "; };
+  slider.OnChange = [&] { told += "change "; };
+  slider.OnRelease = [&] {
+    told += "release";
+    window.FocusOn(button);
+  };
+  slider.Step(3);
+  EXPECT_EQ(told, "press change release");
+  EXPECT_EQ(slider.Value, 3);
+  EXPECT_EQ(window.Focused(), &slider);
+  slider.Enabled = false;
+  slider.Step(4);
+  EXPECT_EQ(slider.Value, 3);
+}
+
 TEST_F(ControlsTest, NumberOutsideASlidersBoundsIsTheNearerBound) {
   EXPECT_EQ(slider.Bounds.Nearest(std::int64_t{1} << 40), 5);
   EXPECT_EQ(slider.Bounds.Nearest(-(std::int64_t{1} << 40)), -5);
