@@ -57,7 +57,7 @@ void Load::LoadMainWindow() {
   form_.mnuReport.Enabled = false;
   loop_.Wait(1000ms);
   Call(hooks_.upgradeDatabase);
-  ReadSettings();
+  settings_.Load();
   engine_.InitializeNCTcontrol();
   settings_.TakeDeleteCompletedFiles();
   if (settings_.DeleteCompletedFiles > 0) Call(hooks_.purgeCompletedFiles);
@@ -79,15 +79,6 @@ void Load::TakeWindowShape() {
   window_.WindowHeight = form_.frmMain.Height;
   window_.WindowWidth = form_.frmMain.Width;
   window_.PlayerFrameTop = form_.framePlayer.Top;
-}
-
-void Load::ReadSettings() {
-  settings_.Load();
-  // A fresh installation does not know how high title and menu bar are here; by now the window has
-  // been shown and measured.
-  if (form_.txtTitleBarHeight.Value.Get().empty() && form_.frmMain.AboveContent > 0) {
-    form_.txtTitleBarHeight.Value = std::to_string(form_.frmMain.AboveContent);
-  }
 }
 
 void Load::InitializeWorkAreas() {

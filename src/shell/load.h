@@ -49,7 +49,6 @@ class Load {
  private:
   void TakeWindowShape();
   void InitializeWorkAreas();
-  void ReadSettings();
   void StartAlertTimer();
   void FillChoices();
   void HandleActivate();

@@ -110,7 +110,13 @@ void MainWindow::ApplyAlwaysOnTop() {
   form_.frmMain.TopMost = config_.txtAlwaysOnTop.Value.Get() == "Y";
 }
 
-Twips MainWindow::PlayerHeight() const {
+void MainWindow::MeasureTitleBar() {
+  if (!form_.txtTitleBarHeight.Value.Get().empty() || form_.frmMain.AboveContent == 0) return;
+  form_.txtTitleBarHeight.Value = std::to_string(form_.frmMain.AboveContent);
+}
+
+Twips MainWindow::PlayerHeight() {
+  MeasureTitleBar();
   return TwipsOf(form_.txtTitleBarHeight.Value) + form_.framePlayer.Height;
 }
 

@@ -72,7 +72,10 @@ class MainWindow {
 
  private:
   void SetWindowControlsEnabled(bool enabled);
-  forms::Twips PlayerHeight() const;
+  /// A fresh installation does not know how high title and menu bar are here. It learns it when the
+  /// mini-player is first needed: a window that has just appeared may not have its frame yet.
+  void MeasureTitleBar();
+  forms::Twips PlayerHeight();
   void RememberPlayerPlace(forms::Twips left, forms::Twips top);
   void TakePlayerHeight();
   void TakeStoredPlace();

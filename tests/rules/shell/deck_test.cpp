@@ -224,12 +224,6 @@ TEST_F(DeckTest, EmptySettingsAreFilledWithTheirDefaults) {
   EXPECT_EQ(config.txtAutoBackspace.Value.Get(), "0");
 }
 
-TEST_F(DeckTest, TitleBarHeightIsMeasuredOnceWhenNothingIsStored) {
-  form.frmMain.AboveContent = 870;
-  StartUntilReady();
-  EXPECT_EQ(form.txtTitleBarHeight.Value.Get(), "870");
-}
-
 TEST_F(DeckTest, AlertTimerTakesTheIntervalOfItsMode) {
   auto tables = databases.Shipped();
   auto& row = tables[store::Table::GeneralSettings][0];

@@ -72,7 +72,8 @@ TEST_F(LoadTest, FullShapeIsTakenAsTheWindowStandsOnTheScreen) {
   EXPECT_TRUE(deck.Built()->binding.AudioPromptsOn);
 }
 
-TEST_F(LoadTest, TitleBarThatCouldNotBeMeasuredStaysToBeMeasured) {
+TEST_F(LoadTest, TitleBarThatIsNotStoredStaysToBeMeasured) {
+  form.frmMain.AboveContent = 450;
   LoadWith("TitleBarHeight", "");
   EXPECT_EQ(form.txtTitleBarHeight.Value.Get(), "");
 }

@@ -40,6 +40,23 @@ TEST_F(MainWindowTest, StoredFiguresBeyondAllMeasureDoNotWrap) {
   EXPECT_GT(form.frmMain.Left, 0);
 }
 
+TEST_F(MainWindowTest, TitleBarIsMeasuredOnceWhenThePlayerFirstShows) {
+  form.txtTitleBarHeight.Value = "";
+  form.frmMain.AboveContent = 870;
+  Play();
+  EXPECT_EQ(form.txtTitleBarHeight.Value.Get(), "870");
+  EXPECT_EQ(form.frmMain.Height, 870 + form.framePlayer.Height);
+  form.frmMain.AboveContent = 900;
+  Play();
+  EXPECT_EQ(form.txtTitleBarHeight.Value.Get(), "870");
+}
+
+TEST_F(MainWindowTest, TitleBarThatCouldNotBeMeasuredStaysToBeMeasured) {
+  form.txtTitleBarHeight.Value = "";
+  Play();
+  EXPECT_EQ(form.txtTitleBarHeight.Value.Get(), "");
+}
+
 TEST_F(MainWindowTest, CenteredMiniPlayerGoesToTheMiddleOfTheScreenAndIsStoredThere) {
   Play();
   form.frmMain.Place(45, 60, form.frmMain.Width, form.frmMain.Height, Shape::Normal);
