@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "store/missing_prompts.h"
+#include "store/missing_files.h"
 #include "store/missing_libraries.h"
 #include "store/provisioning.h"
 
@@ -63,12 +63,13 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       usbPedal(platform.loop, footPedal, platform.usbWatcher, [this] { pedalState.Show(); }),
       pedalState(windows.configuration, serialPedal, usbPedal),
       branding(windows.main, windows.configuration, windows.about, settings, names),
+      fascia(windows.main, platform.disk, workFolders),
       views(platform.loop, windows.main, windows.about, mainWindow, configuration, engine,
             transport, queue, completed, refresh, sound, listHooks, settings.ProgramVersionText(),
             platform.showSystemInformation, {}),
       load(platform.loop, windows.main, windows.configuration, mainWindow, configuration, binding,
-           platform.disk, workFolders, engine, soundShaping, queue, completed, refresh, branding,
-           sound, listHooks, LoadHooksFor()),
+           workFolders, engine, soundShaping, queue, completed, refresh, branding, fascia, sound,
+           listHooks, LoadHooksFor()),
       exit(platform.loop, windows.main, mainWindow, engine, transport, refresh, sound,
            ExitHooksFor(), platform.endProcess) {}
 
@@ -123,6 +124,7 @@ void Deck::Start() {
     return;
   }
   store::AddMissingPrompts(platform_.disk, platform_.installRoot, platform_.shareFolder);
+  store::AddMissingFascia(platform_.disk, platform_.installRoot, platform_.shareFolder);
   store::AddMissingLibraries(platform_.disk, platform_.installRoot, platform_.shareFolder);
   rooms_.emplace(platform_, windows, folders_, std::move(opened.database));
   OfferOnlyWhatIsThere(windows);

@@ -82,6 +82,7 @@ struct Rooms {
   pedals::UsbPedal usbPedal;
   pedals::PedalState pedalState;
   Branding branding;
+  Fascia fascia;
   Views views;
   Load load;
   Exit exit;

@@ -22,17 +22,17 @@ void Call(const std::function<void()>& hook) {
 
 Load::Load(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
            window::MainWindow& window, window::ConfigurationWindow& configuration,
-           window::SettingsBinding& settings, store::Disk& disk, store::WorkFolders& folders,
+           window::SettingsBinding& settings, store::WorkFolders& folders,
            playback::AudioEngine& engine, playback::SoundShaping& shaping, lists::QueueList& queue,
            lists::CompletedList& completed, lists::Refresh& refresh, Branding& branding,
-           const playback::Hooks& sound, const lists::Hooks& listHooks, LoadHooks hooks)
+           Fascia& fascia, const playback::Hooks& sound, const lists::Hooks& listHooks,
+           LoadHooks hooks)
     : loop_(loop),
       form_(form),
       config_(config),
       window_(window),
       configuration_(configuration),
       settings_(settings),
-      disk_(disk),
       folders_(folders),
       engine_(engine),
       shaping_(shaping),
@@ -40,6 +40,7 @@ Load::Load(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& co
       completed_(completed),
       refresh_(refresh),
       branding_(branding),
+      fascia_(fascia),
       sound_(sound),
       listHooks_(listHooks),
       hooks_(std::move(hooks)) {
@@ -103,10 +104,8 @@ void Load::StartAlertTimer() {
 }
 
 void Load::FillChoices() {
-  form_.listFasciaImages.Clear();
-  for (const std::string& name : disk_.ListPlainFiles(folders_.FasciaPath()).names) {
-    form_.listFasciaImages.Add(name);
-  }
+  fascia_.ListFasciaImages();
+  fascia_.LoadFasciaPictures();
   form_.comboFtpFileTypesToList.Clear();
   for (const char* type : kFtpFileTypes) form_.comboFtpFileTypesToList.Add(type);
   form_.comboFtpFileTypesToList.ListIndex = 0;
@@ -117,7 +116,7 @@ void Load::HandleActivate() {
   config_.sliderABS.Value =
       config_.sliderABS.Bounds.Nearest(config_.txtAutoBackspace.WholeNumber());
   window_.ApplyAlwaysOnTop();
-  Call(hooks_.loadFasciaPictures);
+  fascia_.LoadFasciaPictures();
 }
 
 }  // namespace tavlo::shell

@@ -13,7 +13,7 @@
 #include "playback/audio_engine.h"
 #include "playback/sound_shaping.h"
 #include "shell/branding.h"
-#include "store/disk.h"
+#include "shell/fascia.h"
 #include "store/work_folders.h"
 #include "window/configuration_window.h"
 #include "window/main_window.h"
@@ -29,7 +29,6 @@ struct LoadHooks {
   std::function<void()> purgeCompletedFiles;
   std::function<void()> resetPedals;
   std::function<void()> startUsbPedal;
-  std::function<void()> loadFasciaPictures;
 };
 
 /// Brings the main window from its first moment on the screen to the first refresh. Menus stay
@@ -38,9 +37,9 @@ class Load {
  public:
   Load(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
        window::MainWindow& window, window::ConfigurationWindow& configuration,
-       window::SettingsBinding& settings, store::Disk& disk, store::WorkFolders& folders,
+       window::SettingsBinding& settings, store::WorkFolders& folders,
        playback::AudioEngine& engine, playback::SoundShaping& shaping, lists::QueueList& queue,
-       lists::CompletedList& completed, lists::Refresh& refresh, Branding& branding,
+       lists::CompletedList& completed, lists::Refresh& refresh, Branding& branding, Fascia& fascia,
        const playback::Hooks& sound, const lists::Hooks& listHooks, LoadHooks hooks);
 
   /// The whole load, with its waits.
@@ -59,7 +58,6 @@ class Load {
   window::MainWindow& window_;
   window::ConfigurationWindow& configuration_;
   window::SettingsBinding& settings_;
-  store::Disk& disk_;
   store::WorkFolders& folders_;
   playback::AudioEngine& engine_;
   playback::SoundShaping& shaping_;
@@ -67,6 +65,7 @@ class Load {
   lists::CompletedList& completed_;
   lists::Refresh& refresh_;
   Branding& branding_;
+  Fascia& fascia_;
   const playback::Hooks& sound_;
   const lists::Hooks& listHooks_;
   LoadHooks hooks_;

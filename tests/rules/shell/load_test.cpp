@@ -20,14 +20,13 @@ struct LoadTest : testing::Test, DeckBench {
     databases.Place(SettingsPath(), tables);
     deck.Start();
     shell::Rooms& rooms = *deck.Built();
-    shell::Load load(loop, form, config, rooms.mainWindow, rooms.configuration, rooms.binding, disk,
+    shell::Load load(loop, form, config, rooms.mainWindow, rooms.configuration, rooms.binding,
                      deckFolders, rooms.engine, rooms.soundShaping, rooms.queue, rooms.completed,
-                     rooms.refresh, rooms.branding, rooms.sound, rooms.listHooks,
+                     rooms.refresh, rooms.branding, rooms.fascia, rooms.sound, rooms.listHooks,
                      {.attachFtp = [this] { ran += "ftp "; },
                       .upgradeDatabase = [this] { ran += "upgrade "; },
                       .purgeCompletedFiles = [this] { ran += "purge "; },
-                      .startUsbPedal = [this] { ran += "usb "; },
-                      .loadFasciaPictures = [this] { ran += "fascia "; }});
+                      .startUsbPedal = [this] { ran += "usb "; }});
     load.LoadMainWindow();
     form.frmMain.OnActivate = nullptr;
   }
@@ -37,17 +36,17 @@ struct LoadTest : testing::Test, DeckBench {
 
 TEST_F(LoadTest, RoomsBesideItAreStartedInTheirOrder) {
   LoadWith("DeleteCompletedFiles", "30");
-  EXPECT_EQ(ran, "ftp upgrade purge usb fascia ");
+  EXPECT_EQ(ran, "ftp upgrade purge usb ");
 }
 
 TEST_F(LoadTest, NoDaysToKeepRunNoPurge) {
   LoadWith("DeleteCompletedFiles", "0");
-  EXPECT_EQ(ran, "ftp upgrade usb fascia ");
+  EXPECT_EQ(ran, "ftp upgrade usb ");
 }
 
 TEST_F(LoadTest, DaysThatAreNoByteRunNoPurge) {
   LoadWith("DeleteCompletedFiles", "300");
-  EXPECT_EQ(ran, "ftp upgrade usb fascia ");
+  EXPECT_EQ(ran, "ftp upgrade usb ");
 }
 
 TEST_F(LoadTest, BothListsOfDocumentsGetTheirColumnsUnderTheUsersOwnWord) {
@@ -76,14 +75,6 @@ TEST_F(LoadTest, TitleBarThatIsNotStoredStaysToBeMeasured) {
   form.frmMain.AboveContent = 450;
   LoadWith("TitleBarHeight", "");
   EXPECT_EQ(form.txtTitleBarHeight.Value.Get(), "");
-}
-
-TEST_F(LoadTest, FasciaPicturesAreListed) {
-  disk.WithFile(std::string(kRoot) + "/Fascia/Slate.png");
-  disk.WithFile(std::string(kRoot) + "/Fascia/Teal.png");
-  LoadWith("FaciaImagePointer", "1");
-  ASSERT_EQ(form.listFasciaImages.Rows().size(), 2u);
-  EXPECT_EQ(form.listFasciaImages.TextAt(1, 0), "Teal.png");
 }
 
 TEST_F(LoadTest, AlertTimerOfNoAlertTakesTheIntervalOfTheRefresh) {

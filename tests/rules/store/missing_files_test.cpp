@@ -1,4 +1,4 @@
-#include "store/missing_prompts.h"
+#include "store/missing_files.h"
 
 #include <gtest/gtest.h>
 
@@ -114,6 +114,47 @@ TEST(MissingPromptsFaults, FailureOfAnyOperationLeavesOnlyWholePrompts) {
     operations = std::max(operations, root.disk.Operations.size());
     EXPECT_TRUE(HoldsOnlyWholePrompts(root.disk));
   }
+}
+
+const std::string kFascia = kRoot + "/Fascia";
+
+struct MissingFasciaTest : testing::Test {
+  MissingFasciaTest() {
+    disk.WithFolder(kRoot)
+        .WithFile("/usr/share/tavlodeck/Fascia/Ash.png", "ash")
+        .WithFile("/usr/share/tavlodeck/Fascia/Slate.png", "slate");
+  }
+
+  void Add() { store::AddMissingFascia(disk, kRoot, "/usr/share/tavlodeck"); }
+
+  SimulatedLoop loop;
+  SimulatedDisk disk{loop};
+};
+
+TEST_F(MissingFasciaTest, IsAddedToARootWithoutTheFolder) {
+  Add();
+  EXPECT_EQ(disk.Contents(kFascia + "/Ash.png"), "ash");
+  EXPECT_EQ(disk.Contents(kFascia + "/Slate.png"), "slate");
+}
+
+TEST_F(MissingFasciaTest, IsAddedToAnEmptyFolder) {
+  disk.WithFolder(kFascia);
+  Add();
+  EXPECT_EQ(disk.Contents(kFascia + "/Ash.png"), "ash");
+}
+
+TEST_F(MissingFasciaTest, PictureThatWasThrownAwayDoesNotComeBack) {
+  disk.WithFile(kFascia + "/Ash.png", "my own ash");
+  Add();
+  EXPECT_FALSE(disk.Has(kFascia + "/Slate.png"));
+  EXPECT_EQ(disk.Contents(kFascia + "/Ash.png"), "my own ash");
+}
+
+TEST_F(MissingFasciaTest, FolderThatCanNotBeReadIsLeftAlone) {
+  disk.WithFolder(kFascia);
+  disk.BreakListing(kFascia);
+  Add();
+  EXPECT_TRUE(disk.Changes().empty());
 }
 
 }  // namespace
