@@ -15,7 +15,12 @@ ScanEnd DocumentScan::Run(
   form_.lblFileLengthHMS.Value = "00:00:00";
   form_.lblFilePositionHMS.Value = "00:00:00";
   const store::Listing walk = disk_.ListPlainFiles(folder);
-  if (!walk.started) return ScanEnd::OutOfReach;
+  if (!walk.started) {
+    // Another view may have sounded something else since the row was chosen; Play would take that
+    // for the row's document.
+    list.ListIndex = -1;
+    return ScanEnd::OutOfReach;
+  }
   TotalLength = 0;
   list.Clear();
   for (const std::string& scanFileName : walk.names) {

@@ -27,7 +27,7 @@ class DocumentScan {
                store::DocumentNames& names, playback::AudioEngine& engine);
 
   /// Sum of the lengths of the rows, milliseconds. A walk that could not start leaves it, and the
-  /// list, as they were.
+  /// rows, as they were; none of them is chosen any more.
   double TotalLength = 0;
 
   /// `parseIfReady` is asked for each name; what it refuses gets no row. When it accepts, the

@@ -70,11 +70,7 @@ void Finishing::Finish(Way way) {
     StoreOutcome(way);
     ReturnToList();
     RebuildList(way);
-    if (way == Way::Complete) {
-      opening_.SelectedQueueFile.clear();
-      // A scan that could not reach the folder left the row of the completed document chosen.
-      form_.listViewInQueue.ListIndex = -1;
-    }
+    if (way == Way::Complete) opening_.SelectedQueueFile.clear();
     AutoQueueNextDocument();
   }
   hooks_.TakeWaitingWorkAsSeen();

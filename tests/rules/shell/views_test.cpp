@@ -123,6 +123,17 @@ TEST_F(ViewsTest, CompletedFolderThatCanNotBeReachedIsNamed) {
   EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
 }
 
+TEST_F(ViewsTest, QueueThatCanNotBeReachedOffersNothingToPlay) {
+  Keep(Document().By("Heard").Name());
+  ClickRow(0);
+  form.mnuViewCompleted.Press(By::Hand);
+  form.listViewCompleted.RowClick(0);
+  disk.BreakListing(InQueue());
+  form.mnuViewQueue.Press(By::Hand);
+  EXPECT_EQ(form.listViewInQueue.Rows().size(), 1u);
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+}
+
 TEST_F(ViewsTest, DocumentGoesFromTheQueueToCompletedAndBack) {
   const std::string name = form.listViewInQueue.TextAt(0, forms::document_column::FileName);
   file.Sounds[Completed() + name] = {.samples = 80'000};
