@@ -23,7 +23,9 @@ struct Scene {
   const char* name;
   bool completedElsewhere = false;  ///< The Completed folder lies on a file system of its own.
   bool savedBefore = false;         ///< The name carries a position already.
-  bool nameTaken = false;           ///< A document of that name was completed before.
+  bool nameTaken = false;           ///< The names that Complete and Save give are taken.
+  bool queuesByItself = false;      ///< The next document is selected instead of the word.
+  bool unplayable = false;          ///< The document never sounded; Complete takes it away.
 };
 constexpr std::array kScenes{
     Scene{"one file system"},
@@ -31,11 +33,26 @@ constexpr std::array kScenes{
     Scene{"name taken", false, false, true},
     Scene{"Completed elsewhere", true},
     Scene{"Completed elsewhere, saved before, name taken", true, true, true},
+    Scene{.name = "the next one by itself", .queuesByItself = true},
+    Scene{.name = "the next one by itself, Completed elsewhere",
+          .completedElsewhere = true,
+          .queuesByItself = true},
+    Scene{.name = "unplayable", .unplayable = true},
 };
+
+struct Key {
+  forms::Command forms::MainForm::*command;
+  const char* word;
+};
+constexpr Key kComplete{&forms::MainForm::cmdComplete, "Complete"};
+constexpr Key kSave{&forms::MainForm::cmdSave, "Save"};
+constexpr Key kSkip{&forms::MainForm::cmdSkip, "Return"};
+constexpr std::array kKeys{kComplete, kSave, kSkip};
 
 /// A document in work and another that waits.
 struct Trial : ListsBench {
   const std::string completedName = Document().By("Brown").Name();
+  const std::string savedName = Document().By("Brown").Saved(40'000).Name();
   const std::string other = Document().By("Okafor").Name();
   std::string document = completedName;
 
@@ -43,8 +60,13 @@ struct Trial : ListsBench {
     config.txtAutoPreview.Value = "0";
     if (scene.savedBefore) document = Document().By("Brown").Saved(4000).Name();
     if (scene.completedElsewhere) disk.WithFileSystemAt(folders.CompletedPath());
-    if (scene.nameTaken) disk.WithFile(folders.CompletedPath() + completedName, "the earlier one");
+    if (scene.nameTaken) {
+      disk.WithFile(folders.CompletedPath() + completedName, "the earlier one");
+      disk.WithFile(folders.InQueuePath + savedName, "the one of the saved name");
+    }
+    if (scene.queuesByItself) config.txtAutoQueueJob.Value = "Y";
     Drop(document);
+    if (scene.unplayable) file.Sounds.erase(folders.InQueuePath + document);
     Drop(other);
     queue.RefreshQueueList();
     ClickRowOf(document);
@@ -53,6 +75,7 @@ struct Trial : ListsBench {
     engine.CurrentSamplePosition = 40'000;
     form.cmdComplete.Enabled = true;
     disk.Operations.clear();
+    prompts.clear();
   }
 
   Names PlacesOfDocument() const { return disk.FilesHolding("sound of " + document); }
@@ -77,6 +100,27 @@ void ExpectNothingLost(const Trial& trial, const Scene& scene) {
   EXPECT_EQ(trial.disk.FilesHolding("sound of " + trial.other).size(), 1u);
   if (scene.nameTaken) {
     EXPECT_EQ(trial.disk.FilesHolding("the earlier one").size(), 1u);
+    EXPECT_EQ(trial.disk.FilesHolding("the one of the saved name").size(), 1u);
+  }
+}
+
+void ExpectWords(const Trial& trial, const Key& key, const Scene& scene, int rows) {
+  Names words;
+  if (!scene.queuesByItself) words.push_back(key.word);
+  if (key.command == kComplete.command && !scene.queuesByItself && rows == 0) {
+    words.push_back("AllDone");
+  }
+  EXPECT_EQ(trial.prompts, words);
+}
+
+/// The first row that is not Saved is selected by itself, and no other.
+void ExpectNextDocument(Trial& trial) {
+  for (int row = 0; row < trial.Rows(); ++row) {
+    if (trial.Cell(row, forms::document_column::Saved) == "Saved") continue;
+    EXPECT_EQ(trial.opening.SelectedQueueFile, trial.Cell(row, forms::document_column::FileName));
+    EXPECT_EQ(trial.form.listViewInQueue.ListIndex, row);
+    EXPECT_TRUE(trial.form.cmdPlay.Enabled);
+    return;
   }
 }
 
@@ -97,23 +141,35 @@ void ExpectNextScanShowsTheTruth(Trial& trial) {
   EXPECT_EQ(trial.Listed(), trial.Waiting());
 }
 
+/// How a press of a key met its fault.
+struct Fault {
+  SimulatedDisk::Failing failing;
+  /// False when the key was done before the fault came.
+  bool fired;
+};
+
 /// Presses the key in every scene with every fault at every operation, until the key is done before
 /// the fault comes.
 template <typename Look>
-void FailAtEachOperation(forms::Command forms::MainForm::*key, const Look& look) {
+void FailAtEachOperation(const Key& key, const Look& look) {
   for (const Scene& scene : kScenes) {
-    for (const DiskResult fault : kFaults) {
+    // A document that cannot be played is never in work, so only Complete can be pressed.
+    if (scene.unplayable && key.command != kComplete.command) continue;
+    for (const DiskResult result : kFaults) {
       for (const auto failing : kFailings) {
-        bool fired = true;
-        for (int nth = 1; fired; ++nth) {
+        Fault fault{failing, true};
+        for (int nth = 1; fault.fired; ++nth) {
           SCOPED_TRACE(std::string(scene.name) + ", operation " + std::to_string(nth));
           Trial trial(scene);
-          trial.disk.FailOperation(nth, fault, failing);
-          (trial.form.*key).Press(By::Hand);
-          fired = static_cast<int>(trial.disk.Operations.size()) >= nth;
+          ASSERT_TRUE((trial.form.*key.command).Reachable());
+          trial.disk.FailOperation(nth, result, failing);
+          (trial.form.*key.command).Press(By::Hand);
+          fault.fired = static_cast<int>(trial.disk.Operations.size()) >= nth;
           ExpectNothingLost(trial, scene);
           ExpectListIsBack(trial);
-          look(trial, failing);
+          ExpectWords(trial, key, scene, trial.Rows());
+          if (scene.queuesByItself) ExpectNextDocument(trial);
+          look(trial, scene, fault);
           ExpectNextScanShowsTheTruth(trial);
         }
       }
@@ -122,41 +178,69 @@ void FailAtEachOperation(forms::Command forms::MainForm::*key, const Look& look)
 }
 
 TEST(FinishingFaults, CompleteTakesTheDocumentOutOfTheQueueThoughAnyOneOperationFails) {
-  FailAtEachOperation(&forms::MainForm::cmdComplete,
-                      [](Trial& trial, SimulatedDisk::Failing failing) {
-                        EXPECT_EQ(trial.opening.SelectedQueueFile, "");
-                        if (failing == SimulatedDisk::Failing::Once) {
-                          EXPECT_EQ(trial.Waiting(), Names{trial.other});
-                        }
-                      });
+  FailAtEachOperation(kComplete, [](Trial& trial, const Scene& scene, const Fault& fault) {
+    if (!scene.queuesByItself) {
+      EXPECT_EQ(trial.opening.SelectedQueueFile, "");
+    }
+    if (fault.failing == SimulatedDisk::Failing::Once) {
+      Names others{trial.other};
+      if (scene.nameTaken) others.insert(others.begin(), trial.savedName);
+      EXPECT_EQ(trial.Waiting(), others);
+    }
+    if (!fault.fired) {
+      EXPECT_EQ(trial.PlacesOfDocument(),
+                Names{trial.folders.CompletedPath() + trial.completedName});
+    }
+  });
+}
+
+TEST(FinishingFaults, CompleteLeavesAtMostTwoWholeDocumentsWhateverFailsForGood) {
+  FailAtEachOperation(kComplete, [](Trial& trial, const Scene&, const Fault&) {
+    EXPECT_LE(trial.PlacesOfDocument().size(), 2u);
+  });
 }
 
 TEST(FinishingFaults, SaveLeavesTheDocumentInTheQueueUnderTheNameThatIsSelected) {
-  FailAtEachOperation(&forms::MainForm::cmdSave, [](Trial& trial, SimulatedDisk::Failing) {
-    EXPECT_EQ(trial.PlacesOfDocument(),
-              Names{trial.folders.InQueuePath + trial.opening.SelectedQueueFile});
+  FailAtEachOperation(kSave, [](Trial& trial, const Scene& scene, const Fault& fault) {
+    const Names places = trial.PlacesOfDocument();
+    ASSERT_EQ(places.size(), 1u);
+    const std::string name = places[0].substr(trial.folders.InQueuePath.size());
+    EXPECT_TRUE(name == trial.document || name == trial.savedName) << name;
+    if (!scene.queuesByItself) {
+      EXPECT_EQ(trial.opening.SelectedQueueFile, name);
+    }
+    if (!fault.fired) {
+      EXPECT_EQ(name, trial.savedName);
+    }
   });
 }
 
 TEST(FinishingFaults, SkipLeavesTheDocumentAsItWas) {
-  FailAtEachOperation(&forms::MainForm::cmdSkip, [](Trial& trial, SimulatedDisk::Failing) {
+  FailAtEachOperation(kSkip, [](Trial& trial, const Scene& scene, const Fault&) {
     EXPECT_EQ(trial.PlacesOfDocument(), Names{trial.folders.InQueuePath + trial.document});
     EXPECT_TRUE(trial.disk.Changes().empty());
+    if (!scene.queuesByItself) {
+      EXPECT_EQ(trial.opening.SelectedQueueFile, trial.document);
+    }
   });
 }
 
-TEST(FinishingFaults, KillAtAnyOperationOfCompleteLosesNothing) {
-  for (const Scene& scene : kScenes) {
-    bool killed = true;
-    for (int nth = 1; killed; ++nth) {
-      SCOPED_TRACE(std::string(scene.name) + ", operation " + std::to_string(nth));
-      Trial trial(scene);
-      trial.disk.CrashAtOperation(nth);
-      trial.form.cmdComplete.Press(By::Hand);
-      killed = trial.disk.Crashed();
-      ExpectNothingLost(trial, scene);
-      trial.disk.LoseWhatWasNotFlushed();
-      ExpectNothingLost(trial, scene);
+TEST(FinishingFaults, KillAtAnyOperationOfAnyKeyLosesNothing) {
+  for (const Key& key : kKeys) {
+    for (const Scene& scene : kScenes) {
+      bool killed = true;
+      for (int nth = 1; killed; ++nth) {
+        SCOPED_TRACE(std::string(key.word) + ", " + scene.name + ", operation " +
+                     std::to_string(nth));
+        Trial trial(scene);
+        ASSERT_TRUE(scene.unplayable || (trial.form.*key.command).Reachable());
+        trial.disk.CrashAtOperation(nth);
+        (trial.form.*key.command).Press(By::Hand);
+        killed = trial.disk.Crashed();
+        ExpectNothingLost(trial, scene);
+        trial.disk.LoseWhatWasNotFlushed();
+        ExpectNothingLost(trial, scene);
+      }
     }
   }
 }
