@@ -40,6 +40,7 @@ constexpr std::array kSettings{
     Setting{"SubjectHeading", {"Subject", "", "Case\nnumber", "\xFF\xFE"}},
     Setting{"AutoRefreshMode", {"0", "-1", "1", ""}},
     Setting{"WorkWaitingAlertMode", {"0", "A", "P", "1"}},
+    Setting{"AlwaysOnTopFlag", {"Y", "N", "", "y"}},
     Setting{"AutoQueueRefreshInterval", {"1", "120", "0", "99999999999"}},
 };
 

@@ -20,7 +20,7 @@ Day::Day(std::uint64_t seed, bool aloud)
       chance_(Chance(seed).Child("day")),
       trace_(aloud),
       world_(desk_, ledger_, conditions_, Chance(seed).Child("world"), trace_),
-      typist_(desk_, conditions_, Chance(seed).Child("typist"), trace_) {
+      typist_(desk_, ledger_, conditions_, Chance(seed).Child("typist"), trace_) {
   typist_.OnMeanwhile = [this] { world_.Act(); };
 }
 
@@ -53,8 +53,19 @@ std::string Day::Step() {
     Perish();
   }
   if (desk_.disk.Crashed()) Perish();
-  if (desk_.ended) Restart();
+  if (desk_.ended) {
+    const std::string wrong = LookAtTheEnd();
+    if (!wrong.empty()) return wrong;
+    Restart();
+  }
   return Look();
+}
+
+std::string Day::LookAtTheEnd() {
+  // A start that failed ends without a question.
+  if (!desk_.Rooms()) return "";
+  if (!typist_.AgreedToExit()) return "The program ended and nobody had agreed.";
+  return desk_.Main().cmdSkip.Enabled ? "The program ended with a document in work." : "";
 }
 
 void Day::Perish() {
@@ -103,29 +114,34 @@ std::string Day::SettleCalmly() {
   const bool struck = world_.TakeStruck();
   world_.MendAll();
   if (desk_.ended) Restart();
+  forms::MainForm& main = desk_.Main();
+  if (!typist_.GoTo(main.mnuViewCompleted, main.frameCompleted)) {
+    return "The typist does not find the completed documents.";
+  }
+  std::string wrong = ledger_.Check(desk_.disk, struck);
+  if (wrong.empty()) wrong = CompareListWithFolder(main.listViewCompleted, "/Files/Completed");
+  if (!wrong.empty()) return wrong;
   if (!typist_.GoHome()) return "The typist finds no way back to the list.";
   desk_.loop.Advance(2s);
-  std::string wrong = ledger_.Check(desk_.disk, struck);
-  if (wrong.empty()) wrong = Look();
-  if (wrong.empty()) wrong = CompareListWithFolder();
+  wrong = Look();
+  if (wrong.empty()) wrong = CompareListWithFolder(main.listViewInQueue, "/Files/InQueue");
   if (wrong.empty()) wrong = typist_.TypeOneDocument();
   return wrong.empty() ? Look() : wrong;
 }
 
-std::string Day::CompareListWithFolder() {
+std::string Day::CompareListWithFolder(const forms::Table& list, const std::string& folder) {
   std::vector<std::string> shown;
-  const forms::Table& list = desk_.Main().listViewInQueue;
   for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
     shown.push_back(list.TextAt(row, forms::document_column::FileName));
   }
   std::sort(shown.begin(), shown.end());
-  std::vector<std::string> names = desk_.disk.NamesIn(Desk::Path("/Files/InQueue"));
+  std::vector<std::string> names = desk_.disk.NamesIn(Desk::Path(folder));
   std::erase_if(names, [](const std::string& name) { return name.starts_with('.'); });
   std::vector<std::string> apart;
   std::set_symmetric_difference(shown.begin(), shown.end(), names.begin(), names.end(),
                                 std::back_inserter(apart));
   if (apart.empty()) return "";
-  return "The list shows " + std::to_string(shown.size()) + " documents of " +
+  return list.Name + " shows " + std::to_string(shown.size()) + " documents of " +
          std::to_string(names.size()) + " in the folder; they differ in " + Readable(apart.front());
 }
 
@@ -133,6 +149,7 @@ void Day::RecordStep() {
   for (const std::string& operation : desk_.disk.Operations) trace_.Fold(operation);
   trace_.Fold(std::to_string(desk_.loop.Now().sinceStart.count()));
   trace_.Fold(std::to_string(desk_.Main().listViewInQueue.Rows().size()));
+  trace_.Fold(std::to_string(desk_.Main().listViewCompleted.Rows().size()));
   trace_.EndStep();
   // Whatever the edges write down would fill the memory in a long run.
   desk_.disk.Operations.clear();

@@ -32,7 +32,9 @@ class Day {
   void Restart();
   void Perish();
   std::string Look();
-  std::string CompareListWithFolder();
+  /// The program has just ended by itself.
+  std::string LookAtTheEnd();
+  std::string CompareListWithFolder(const forms::Table& list, const std::string& folder);
   void RecordStep();
 
   Conditions conditions_;

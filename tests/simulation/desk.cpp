@@ -27,6 +27,7 @@ base::Reply WatchedLoop::ShowBox(const base::MessageBox& box) {
   if (OnBox) Expect(OnBox(box));
   const base::Reply reply = SimulatedLoop::ShowBox(box);
   --openBoxes_;
+  if (OnAnswered) OnAnswered(box, reply);
   return reply;
 }
 
@@ -87,6 +88,7 @@ void Desk::Start() {
 
 void Desk::Kill() {
   deck_.reset();
+  nothingToDelete = false;
   // The machine takes back what a process held.
   player.StopOutput();
   file.CloseFile();

@@ -26,6 +26,8 @@ struct Storm {
 class WatchedLoop : public test::SimulatedLoop {
  public:
   std::function<Answer(const base::MessageBox&)> OnBox;
+  /// Runs once a box has closed, before the rule that asked goes on.
+  std::function<void(const base::MessageBox&, base::Reply)> OnAnswered;
 
   void TimersChanged() override;
 
@@ -69,6 +71,9 @@ class Desk {
   test::SimulatedSerialPort serialPort;
   test::SimulatedUsbWatcher usbWatcher;
   bool anotherCopy = false;
+  /// The user deleted all documents where no wave was to be found: the hourglass then stays until
+  /// the pointer next becomes the arrow.
+  bool nothingToDelete = false;
   std::optional<int> ended;
 
   static std::string Path(const std::string& below) { return kRoot + below; }

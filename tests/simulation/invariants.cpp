@@ -1,7 +1,9 @@
 #include "simulation/invariants.h"
 
-#include <array>
 #include <set>
+#include <vector>
+
+#include "simulation/control_rules.h"
 
 namespace tavlo::simulation {
 namespace {
@@ -18,7 +20,8 @@ bool GuardsAreDown(Desk& desk) {
 }
 
 bool PointerIsTheArrow(Desk& desk) {
-  return desk.Main().frmMain.MousePointer == forms::Pointer::Arrow;
+  if (desk.Main().frmMain.MousePointer == forms::Pointer::Arrow) desk.nothingToDelete = false;
+  return desk.Main().frmMain.MousePointer == forms::Pointer::Arrow || desk.nothingToDelete;
 }
 
 bool OneWindowShows(Desk& desk) {
@@ -55,26 +58,47 @@ bool WhatPlaysCanBeStopped(Desk& desk) {
 }
 
 bool MiniPlayerMeansWork(Desk& desk) {
-  return InWork(desk) || !desk.Rooms()->mainWindow.MiniPlayerShows();
+  return InWork(desk) == desk.Rooms()->mainWindow.MiniPlayerShows();
 }
 
-bool WorkKeysGoTogether(Desk& desk) {
+bool OneViewShows(Desk& desk) {
   const MainForm& main = desk.Main();
-  return main.cmdSkip.Enabled == main.cmdSave.Enabled && main.cmdStop.Visible == InWork(desk);
-}
-
-bool ListIsThereOutsideWorkOnly(Desk& desk) {
-  const MainForm& main = desk.Main();
-  for (const forms::Control* control : std::initializer_list<const forms::Control*>{
-           &main.listViewInQueue, &main.cmdUpdateFileList, &main.mnuFile, &main.mnuView,
-           &main.mnuReport}) {
-    if (control->Enabled == InWork(desk)) return false;
+  int shown = 0;
+  for (const forms::Pane* frame :
+       {&main.frameInQueue, &main.frameCompleted, &main.frameImport, &main.frameFtp}) {
+    shown += frame->Visible ? 1 : 0;
   }
-  return InWork(desk) || (main.listViewInQueue.Visible && main.cmdUpdateFileList.Visible);
+  return shown == 1;
+}
+
+bool ReportsKnowTheView(Desk& desk) {
+  const std::string& word = desk.Rooms()->mainWindow.CurrentView;
+  return (word == "Queue") == desk.Main().frameInQueue.Visible &&
+         (word == "Complete") == desk.Main().frameCompleted.Visible;
 }
 
 bool PlayHasADocument(Desk& desk) {
   return !desk.Main().cmdPlay.Enabled || !desk.Rooms()->opening.SelectedQueueFile.empty();
+}
+
+bool PlayIsOfTheSelectedDocument(Desk& desk) {
+  const Rooms& rooms = *desk.Rooms();
+  return !desk.Main().cmdPlay.Enabled ||
+         rooms.engine.CurrentDocumentPath ==
+             Desk::Path("/Files/InQueue/") + rooms.opening.SelectedQueueFile;
+}
+
+bool CompletedKeysNeedRows(Desk& desk) {
+  const MainForm& main = desk.Main();
+  if (!main.frameCompleted.Visible) return true;
+  const bool hasRows = !main.listViewCompleted.Rows().empty();
+  return main.cmdMoveToQueue.Enabled == hasRows && main.cmdDeleteOneCompleted.Enabled == hasRows &&
+         main.cmdDeleteAllCompleted.Enabled == hasRows;
+}
+
+bool WindowIsOnTopAsWished(Desk& desk) {
+  if (!desk.Main().frmMain.Visible) return true;
+  return desk.Main().frmMain.TopMost == (desk.Config().txtAlwaysOnTop.Value.Get() == "Y");
 }
 
 bool PositionIsInTheDocument(Desk& desk) {
@@ -84,12 +108,12 @@ bool PositionIsInTheDocument(Desk& desk) {
 }
 
 bool RowsAreCounted(Desk& desk) {
-  return desk.Rooms()->queue.QueueCount ==
-         static_cast<int>(desk.Main().listViewInQueue.Rows().size());
+  const auto count = [](const forms::Table& list) { return static_cast<int>(list.Rows().size()); };
+  return desk.Rooms()->queue.QueueCount == count(desk.Main().listViewInQueue) &&
+         desk.Rooms()->completed.CompletedCount == count(desk.Main().listViewCompleted);
 }
 
-bool RowsAreDifferentFiles(Desk& desk) {
-  const forms::Table& list = desk.Main().listViewInQueue;
+bool RowsAreDifferentFiles(const forms::Table& list) {
   std::set<std::string> names;
   for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
     const std::string& name = list.TextAt(row, forms::document_column::FileName);
@@ -98,13 +122,18 @@ bool RowsAreDifferentFiles(Desk& desk) {
   return true;
 }
 
+bool RowsAreDifferentFiles(Desk& desk) {
+  return RowsAreDifferentFiles(desk.Main().listViewInQueue) &&
+         RowsAreDifferentFiles(desk.Main().listViewCompleted);
+}
+
 bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->refresh.tmrWorkWaitingAlert.Enabled(); }
 
 struct Invariant {
   const char* sentence;
   bool (*holds)(Desk& desk);
 };
-constexpr std::array kInvariants{
+constexpr Invariant kInvariants[] = {
     Invariant{"No guard is up at rest.", &GuardsAreDown},
     Invariant{"The pointer is the arrow at rest.", &PointerIsTheArrow},
     Invariant{"Either the main window or the configuration shows.", &OneWindowShows},
@@ -114,10 +143,13 @@ constexpr std::array kInvariants{
     Invariant{"A wind has its timer.", &WindHasItsTimer},
     Invariant{"A preview belongs to the list.", &PreviewIsOfTheList},
     Invariant{"What plays can be stopped by its key.", &WhatPlaysCanBeStopped},
-    Invariant{"The mini-player shows with a document in work only.", &MiniPlayerMeansWork},
-    Invariant{"Skip, Save and Stop go together.", &WorkKeysGoTogether},
-    Invariant{"List and menus are there outside work only.", &ListIsThereOutsideWorkOnly},
+    Invariant{"The mini-player shows just while a document is in work.", &MiniPlayerMeansWork},
+    Invariant{"One view shows.", &OneViewShows},
+    Invariant{"The reports know which view shows.", &ReportsKnowTheView},
     Invariant{"Play has a document.", &PlayHasADocument},
+    Invariant{"Play is of the document that was selected.", &PlayIsOfTheSelectedDocument},
+    Invariant{"The keys of the Completed frame are there for rows.", &CompletedKeysNeedRows},
+    Invariant{"The window is on top as the setting says.", &WindowIsOnTopAsWished},
     Invariant{"The position lies in the document.", &PositionIsInTheDocument},
     Invariant{"The rows are counted.", &RowsAreCounted},
     Invariant{"Each row is another file.", &RowsAreDifferentFiles},
@@ -130,7 +162,7 @@ std::string BrokenInvariant(Desk& desk) {
   for (const Invariant& invariant : kInvariants) {
     if (!invariant.holds(desk)) return std::string("Broken: ") + invariant.sentence;
   }
-  return "";
+  return BrokenControl(desk);
 }
 
 std::string Described(Desk& desk) {
@@ -155,6 +187,8 @@ std::string Described(Desk& desk) {
   add("mini-player", rooms.mainWindow.MiniPlayerShows());
   add("main window", main.frmMain.Visible);
   add("configuration", desk.Config().frmConfiguration.Visible);
+  add(rooms.mainWindow.CurrentView.c_str(), true);
+  add("hourglass", main.frmMain.MousePointer == forms::Pointer::Hourglass);
   return text + "; at " + std::to_string(rooms.engine.CurrentSamplePosition) + " of " +
          std::to_string(rooms.engine.FileLength);
 }

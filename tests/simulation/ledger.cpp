@@ -30,6 +30,25 @@ std::optional<Recording> Recording::Of(std::string_view contents) {
 
 bool Ledger::IsHalfCopy(std::string_view name) { return name.starts_with(kHalfCopy); }
 
+void Ledger::AgreedToDelete(const test::SimulatedDisk& disk, const std::string& path) {
+  const std::string contents = disk.Contents(path);
+  if (const auto known = dictations_.find(contents); known != dictations_.end()) {
+    known->second.mayBeGone = true;
+  }
+  if (disk.Has(path)) deletions_.push_back({path, contents});
+}
+
+std::string Ledger::CheckDeletions(const test::SimulatedDisk& disk, bool faultStruck) {
+  std::string wrong;
+  for (const Deletion& deletion : deletions_) {
+    const bool stands =
+        disk.Has(deletion.path) && disk.Contents(deletion.path) == deletion.contents;
+    if (stands && !faultStruck) wrong = "Not deleted: " + Readable(deletion.path);
+  }
+  deletions_.clear();
+  return wrong;
+}
+
 std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck) {
   std::map<std::string, std::vector<std::string>> places;
   for (const char* folder : {"/Files/InQueue/", "/Files/Completed/", "/Files/Rescued/"}) {
@@ -45,8 +64,8 @@ std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck) {
   }
   for (auto& [contents, dictation] : dictations_) {
     const std::vector<std::string>& found = places[contents];
-    if (found.empty()) return "Lost: " + contents;
-    if (found.size() == 1) {
+    if (found.empty() && !dictation.mayBeGone) return "Lost: " + contents;
+    if (found.size() <= 1) {
       dictation.mayStandTwice = false;
     } else if (faultStruck) {
       dictation.mayStandTwice = true;
@@ -54,7 +73,9 @@ std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck) {
       return "Two places hold " + contents + ": " + Readable(found[0]) + ", " + Readable(found[1]);
     }
   }
-  return "";
+  std::erase_if(dictations_, [&](const auto& entry) { return places[entry.first].empty(); });
+  for (auto& [contents, dictation] : dictations_) dictation.mayBeGone = false;
+  return CheckDeletions(disk, faultStruck);
 }
 
 }  // namespace tavlo::simulation

@@ -39,24 +39,35 @@ class Ledger {
   /// Somebody outside took it away.
   void Forget(const std::string& contents) { dictations_.erase(contents); }
   bool Knows(const std::string& contents) const { return dictations_.contains(contents); }
+  /// The user has just agreed that this file be deleted: from now on it must be gone, and nothing
+  /// else may be.
+  void AgreedToDelete(const test::SimulatedDisk& disk, const std::string& path);
   /// Another program is writing these first bytes of a dictation.
   void Grows(const std::string& contents) { growing_.insert(contents); }
   void NoLongerGrows(const std::string& contents) { growing_.erase(contents); }
 
   /// Looks through the folders of the deck. The empty text when every dictation is whole in exactly
   /// one of them, otherwise what is wrong. Where a fault or a kill has just struck, a dictation may
-  /// stand in two places, and may then stay so.
+  /// stand in two places, and may then stay so, and what was to be deleted may have stayed.
   std::string Check(const test::SimulatedDisk& disk, bool faultStruck);
 
  private:
   struct Dictation {
     bool mayStandTwice = false;
+    bool mayBeGone = false;
   };
+  struct Deletion {
+    std::string path;
+    std::string contents;
+  };
+
+  std::string CheckDeletions(const test::SimulatedDisk& disk, bool faultStruck);
 
   std::string root_;
   int lastNumber_ = 0;
   std::map<std::string, Dictation> dictations_;
   std::set<std::string> growing_;
+  std::vector<Deletion> deletions_;
 };
 
 }  // namespace tavlo::simulation

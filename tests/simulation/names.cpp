@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "store/saved_position.h"
 #include "support/documents.h"
 
 namespace tavlo::simulation {
@@ -29,7 +30,11 @@ constexpr std::array kForeign{"letter to the bank.mp3",
                               "P_P_P_.wav",
                               "~",
                               "0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0_.wav",
-                              "very.many.dots.in.a.name.wav"};
+                              "very.many.dots.in.a.name.wav",
+                              "wav",
+                              ".wav",
+                              "no wave.wav.bak",
+                              "trailing blank.wav "};
 
 std::string Composed(Chance& chance) {
   test::Document document;
@@ -58,6 +63,29 @@ std::string DrawName(Chance& chance) {
   if (kind == 1) return std::string(kLongestName, static_cast<char>('a' + chance.Below(26)));
   if (kind < 4) return chance.Pick(kForeign);
   return Composed(chance);
+}
+
+std::string DrawLookAlike(const std::string& name, Chance& chance) {
+  std::string alike = name;
+  switch (chance.Below(5)) {
+    case 0:
+      alike = store::WithSavedPosition(name, chance.Below(200'000));
+      break;
+    case 1:
+      for (char& c : alike) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+      break;
+    case 2:
+      alike += ' ';
+      break;
+    case 3:
+      // The ring as a sign of its own behind the letter.
+      if (const auto at = alike.find("\xC3\x85"); at != alike.npos)
+        alike.replace(at, 2, "A\xCC\x8A");
+      break;
+    default:
+      break;
+  }
+  return alike.size() > kLongestName ? "" : alike;
 }
 
 }  // namespace tavlo::simulation

@@ -10,4 +10,8 @@ namespace tavlo::simulation {
 /// some are as bad as a file system allows.
 std::string DrawName(Chance& chance);
 
+/// A name that is easily taken for `name`: the very same, the same with another saved position, or
+/// one that a careless comparison does not tell from it.
+std::string DrawLookAlike(const std::string& name, Chance& chance);
+
 }  // namespace tavlo::simulation

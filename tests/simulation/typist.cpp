@@ -17,14 +17,19 @@ constexpr int kTriesToGoHome = 30;
 
 }  // namespace
 
-Typist::Typist(Desk& desk, const Conditions& conditions, Chance chance, Trace& trace)
+Typist::Typist(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance chance,
+               Trace& trace)
     : desk_(desk),
+      ledger_(ledger),
       conditions_(conditions),
       chance_(chance),
       trace_(trace),
       hand_(desk.loop, "hand", 1000ms) {
   hand_.OnTick = [this] { Interrupt(); };
   desk_.loop.OnBox = [this](const base::MessageBox& box) { return AnswerBox(box); };
+  desk_.loop.OnAnswered = [this](const base::MessageBox& box, base::Reply reply) {
+    NoteConsent(box, reply);
+  };
   desk_.loop.OnLastBoxClosed = [this] {
     if (Seen(desk_.Main().frmMain)) desk_.Main().frmMain.Activate();
   };
@@ -45,6 +50,10 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"click a choice", 5, &Typist::ClickChoice},
       {"type", 3, &Typist::TypeText},
       {"turn a page", 2, &Typist::TurnPage},
+      {"change the view", 6, &Typist::ChangeView},
+      {"click a completed row", 6, &Typist::ClickCompletedRow},
+      {"work on the completed", 6, &Typist::WorkOnCompleted},
+      {"look at the about box", 1, &Typist::LookAtAbout},
   };
   return habits;
 }
@@ -123,7 +132,9 @@ void Typist::PressCommand() {
                               &main.mnuConfiguration,
                               &main.mnuMinimize,
                               &main.mnuAbout,
-                              &main.mnuViewQueue,
+                              &main.cmdMoveToQueue,
+                              &main.cmdDeleteOneCompleted,
+                              &main.cmdDeleteAllCompleted,
                               &desk_.Windows().about.mnuClose,
                               &config.mnuClose,
                               &config.mnuClose,
@@ -143,7 +154,9 @@ void Typist::ClickRow() {
 }
 
 void Typist::ClickHeader() {
-  forms::Table& list = desk_.Main().listViewInQueue;
+  forms::MainForm& main = desk_.Main();
+  forms::Table& list =
+      Some<forms::Table>({&main.listViewInQueue, &main.listViewCompleted, &main.listViewImport});
   const int columns = static_cast<int>(list.Columns().size());
   if (columns > 0) list.HeaderClick(chance_.Below(columns));
 }
@@ -254,26 +267,40 @@ void Typist::StayCalm(bool calm) {
   calm_ = calm;
 }
 
+bool Typist::ComeToTheLists() {
+  desk_.loop.Advance(1s);
+  shell::Windows& windows = desk_.Windows();
+  ActivateWindows();
+  if (!desk_.AtWork()) return false;
+  windows.about.frmAbout.CloseRequest();
+  windows.configuration.mnuClose.Press(By::Hand);
+  ActivateWindows();
+  forms::Window& window = windows.main.frmMain;
+  // A click on the task bar.
+  if (window.WindowShape == forms::Shape::Minimized) {
+    window.Place(window.Left, window.Top, window.Width, window.Height, forms::Shape::Normal);
+  }
+  if (windows.main.cmdSkip.Reachable()) Press(windows.main.cmdSkip);
+  return windows.main.mnuView.Reachable();
+}
+
 bool Typist::GoHome() {
+  forms::MainForm& main = desk_.Main();
+  if (!GoTo(main.mnuViewQueue, main.frameInQueue)) return false;
   for (int tries = kTriesToGoHome; tries > 0; --tries) {
-    desk_.loop.Advance(1s);
-    shell::Windows& windows = desk_.Windows();
-    ActivateWindows();
-    if (!desk_.AtWork()) continue;
-    windows.about.frmAbout.CloseRequest();
-    windows.configuration.mnuClose.Press(By::Hand);
-    ActivateWindows();
-    forms::Window& window = windows.main.frmMain;
-    // A click on the task bar.
-    if (window.WindowShape == forms::Shape::Minimized) {
-      window.Place(window.Left, window.Top, window.Width, window.Height, forms::Shape::Normal);
-    }
-    if (windows.main.cmdSkip.Reachable()) {
-      Press(windows.main.cmdSkip);
-    } else if (windows.main.cmdUpdateFileList.Reachable()) {
-      Press(windows.main.cmdUpdateFileList);
+    if (ComeToTheLists() && main.cmdUpdateFileList.Reachable()) {
+      Press(main.cmdUpdateFileList);
       return true;
     }
+  }
+  return false;
+}
+
+bool Typist::GoTo(forms::Command& entry, const forms::Pane& frame) {
+  for (int tries = kTriesToGoHome; tries > 0; --tries) {
+    if (!ComeToTheLists()) continue;
+    Press(entry);
+    return frame.Visible;
   }
   return false;
 }

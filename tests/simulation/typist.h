@@ -8,6 +8,7 @@
 #include "simulation/chance.h"
 #include "simulation/conditions.h"
 #include "simulation/desk.h"
+#include "simulation/ledger.h"
 #include "simulation/trace.h"
 
 namespace tavlo::simulation {
@@ -16,7 +17,8 @@ namespace tavlo::simulation {
 /// out of reach is tried too, now and then.
 class Typist {
  public:
-  Typist(Desk& desk, const Conditions& conditions, Chance chance, Trace& trace);
+  /// The ledger is told what the typist agrees to delete.
+  Typist(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance chance, Trace& trace);
 
   /// What somebody else does while a box stands or a command waits.
   std::function<void()> OnMeanwhile;
@@ -28,11 +30,18 @@ class Typist {
   /// Closes what stands over the list, leaves an open document, and presses Refresh. False when
   /// none of it could be reached.
   bool GoHome();
+  /// The same, and then opens the view that the menu entry leads to. False when it does not show.
+  bool GoTo(forms::Command& entry, const forms::Pane& frame);
   /// Plays the first document of the list that can be played and completes it. The empty text, or
   /// what went wrong. Asks for a list that was just refreshed.
   std::string TypeOneDocument();
   /// Nothing that was on its way comes any more.
-  void HandsOff() { hand_.Stop(); }
+  void HandsOff() {
+    hand_.Stop();
+    agreedToExit_ = false;
+  }
+  /// The question whether the program may end was answered with yes since the hands were last off.
+  bool AgreedToExit() const { return agreedToExit_; }
   /// Whether boxes are answered at once and nothing happens meanwhile.
   void StayCalm(bool calm);
 
@@ -47,6 +56,10 @@ class Typist {
   void PressCommand();
   void ClickRow();
   void ClickHeader();
+  void ChangeView();
+  void ClickCompletedRow();
+  void WorkOnCompleted();
+  void LookAtAbout();
   void ChooseAndPlay();
   void PlayToTheEnd();
   void Finish();
@@ -66,11 +79,16 @@ class Typist {
   /// The desktop tells a window that it has become the active one.
   void ActivateWindows();
   WatchedLoop::Answer AnswerBox(const base::MessageBox& box);
+  void NoteConsent(const base::MessageBox& box, base::Reply reply);
+  /// Closes what stands over the main window and leaves an open document. True once the menus are
+  /// within reach.
+  bool ComeToTheLists();
   base::Duration SomeTime();
   bool Seen(const forms::Control& control) const;
   void Note(const std::string& what) { trace_.Note("  typist: " + what); }
 
   Desk& desk_;
+  Ledger& ledger_;
   const Conditions& conditions_;
   Chance chance_;
   Trace& trace_;
@@ -79,6 +97,9 @@ class Typist {
   int actsUnderWay_ = 0;
   bool calm_ = false;
   bool configurationStood_ = false;
+  bool agreedToExit_ = false;
+  /// The completed document that was clicked last.
+  std::string clickedCompleted_;
 };
 
 }  // namespace tavlo::simulation

@@ -77,10 +77,12 @@ void World::Act() {
 }
 
 void World::DropDictation() {
-  const std::string name = FreeName(kInQueue);
-  if (name.empty() || !desk_.disk.Has(Desk::Path("/Files/InQueue"))) return;
+  // Somebody who tidies up may put one where it does not belong.
+  const std::string folder = chance_.OneIn(10) ? kCompleted : kInQueue;
+  const std::string name = FreeName(folder);
+  if (name.empty() || !desk_.disk.Has(Desk::Path(folder.substr(0, folder.size() - 1)))) return;
   const std::string contents = NewContents();
-  desk_.disk.WithFile(Desk::Path(kInQueue) + name, contents);
+  desk_.disk.WithFile(Desk::Path(folder) + name, contents);
   ledger_.Came(contents);
   trace_.Fold(name);
 }
@@ -92,11 +94,12 @@ void World::DropMany() {
 void World::BeginSlowDrop() {
   // A name with a saved position says that its writer has long been done, so this has none.
   const std::string name = test::Document().Id(chance_.Below(30'000)).Name();
-  if (desk_.disk.Has(Desk::Path(kInQueue) + name)) return;
-  if (!desk_.disk.Has(Desk::Path("/Files/InQueue"))) return;
+  const std::string folder = chance_.OneIn(6) ? kCompleted : kInQueue;
+  const std::string path = Desk::Path(folder) + name;
+  if (desk_.disk.Has(path)) return;
+  if (!desk_.disk.Has(Desk::Path(folder.substr(0, folder.size() - 1)))) return;
   Writer writer{.whole = NewContents()};
   writer.written = writer.whole.substr(0, writer.whole.size() / 3);
-  const std::string path = Desk::Path(kInQueue) + name;
   desk_.disk.WithFile(path, writer.written);
   desk_.disk.OpenWriter(path);
   ledger_.Grows(writer.written);
@@ -107,8 +110,12 @@ void World::GoOnWriting() {
   if (writers_.empty()) return;
   const auto at = writers_.begin() + chance_.Below(static_cast<int>(writers_.size()));
   const auto places = desk_.disk.FilesHolding(at->written);
-  if (places.empty()) return;
   ledger_.NoLongerGrows(at->written);
+  if (places.empty()) {
+    // Somebody deleted it from under its writer.
+    writers_.erase(at);
+    return;
+  }
   if (at->written.size() * 2 < at->whole.size()) {
     at->written = at->whole.substr(0, at->whole.size() * 2 / 3);
     desk_.disk.Write(places.front(), at->written);
@@ -302,10 +309,15 @@ std::string World::NewContents() {
 
 std::string World::FreeName(const std::string& folder) {
   for (int tries = 5; tries > 0; --tries) {
-    const std::string name = DrawName(chance_);
-    if (!desk_.disk.Has(Desk::Path(folder) + name)) return name;
+    const std::string name = chance_.OneIn(4) ? LookAlike() : DrawName(chance_);
+    if (!name.empty() && !desk_.disk.Has(Desk::Path(folder) + name)) return name;
   }
   return "";
+}
+
+std::string World::LookAlike() {
+  const std::string path = SomeDictation(chance_.Pick(kFolders));
+  return path.empty() ? "" : DrawLookAlike(path.substr(path.rfind('/') + 1), chance_);
 }
 
 std::string World::SomeDictation(const std::string& folder) {

@@ -67,6 +67,8 @@ class World {
   std::string NewContents();
   /// A name that nothing bears in the folder; empty when luck had none.
   std::string FreeName(const std::string& folder);
+  /// A name beside that of some dictation; empty when there is none.
+  std::string LookAlike();
   /// Full path of some known dictation below the folder; empty when there is none.
   std::string SomeDictation(const std::string& folder);
   void ForgetAllCopies(const std::string& contents);

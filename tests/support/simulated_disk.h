@@ -47,6 +47,8 @@ class SimulatedDisk : public store::Disk {
   void FailOperation(int nth, store::DiskResult result, Failing failing = Failing::Once);
   /// The nth operation stops halfway and nothing after it reaches the disk.
   void CrashAtOperation(int nth);
+  /// An operation may still fail that was told to.
+  bool FaultPending() const { return fault_.has_value(); }
   bool Crashed() const { return crashAt_ && operationCount_ >= *crashAt_; }
   /// Takes back every rename that no flush of the target's folder has made lasting. Deletes last.
   void LoseWhatWasNotFlushed();

@@ -1,0 +1,90 @@
+#include <algorithm>
+#include <string_view>
+
+#include "simulation/typist.h"
+
+namespace tavlo::simulation {
+namespace {
+
+using base::operator""s;
+
+constexpr std::string_view kDeleteOneQuestion =
+    "Are you sure you want to delete the selected Completed document?";
+/// The second of the two questions.
+constexpr std::string_view kDeleteAllQuestion =
+    "Are you absolutely sure you want to delete all the Completed documents?";
+constexpr std::string_view kExitQuestion = "Are you sure you want to exit the Tavlo Deck?";
+constexpr const char* kCompleted = "/Files/Completed/";
+
+bool IsWave(const std::string& name) {
+  constexpr std::string_view kLower = ".wav";
+  constexpr std::string_view kUpper = ".WAV";
+  if (name.size() < kLower.size()) return false;
+  for (std::size_t at = 0; at < kLower.size(); ++at) {
+    const char c = name[name.size() - kLower.size() + at];
+    if (c != kLower[at] && c != kUpper[at]) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+void Typist::ChangeView() {
+  forms::MainForm& main = desk_.Main();
+  Press(Some<forms::Command>({&main.mnuViewQueue, &main.mnuViewQueue, &main.mnuViewCompleted,
+                              &main.mnuViewCompleted, &main.mnuViewImport, &main.mnuViewFtp}));
+}
+
+void Typist::ClickCompletedRow() {
+  forms::MainForm& main = desk_.Main();
+  forms::Table& list = main.listViewCompleted;
+  if (!list.Reachable() && chance_.OneIn(2)) Press(main.mnuViewCompleted);
+  const int rows = static_cast<int>(list.Rows().size());
+  if (rows == 0) return;
+  const int row = chance_.Below(rows);
+  Note("clicks completed row " + std::to_string(row));
+  if (list.Reachable()) clickedCompleted_ = list.TextAt(row, forms::document_column::FileName);
+  list.RowClick(row);
+  if (chance_.OneIn(4)) list.DoubleClick(row);
+}
+
+void Typist::WorkOnCompleted() {
+  forms::MainForm& main = desk_.Main();
+  if (chance_.OneIn(2)) ClickCompletedRow();
+  if (chance_.OneIn(3)) WaitAWhile();
+  if (chance_.OneIn(6)) {
+    Press(main.cmdDeleteAllCompleted);
+  } else {
+    Press(chance_.OneIn(2) ? main.cmdMoveToQueue : main.cmdDeleteOneCompleted);
+  }
+}
+
+void Typist::LookAtAbout() {
+  shell::Windows& windows = desk_.Windows();
+  Press(windows.main.mnuAbout);
+  if (chance_.OneIn(2)) WaitAWhile();
+  Press(windows.about.mnuSystemInfo);
+  if (chance_.OneIn(2)) {
+    windows.about.frmAbout.CloseRequest();
+  } else {
+    Press(windows.about.mnuClose);
+  }
+}
+
+void Typist::NoteConsent(const base::MessageBox& box, base::Reply reply) {
+  if (reply != base::Reply::Yes) return;
+  if (box.text == kExitQuestion) agreedToExit_ = true;
+  const std::string folder = Desk::Path(kCompleted);
+  if (box.text == kDeleteOneQuestion && !clickedCompleted_.empty()) {
+    ledger_.AgreedToDelete(desk_.disk, folder + clickedCompleted_);
+  }
+  if (box.text != kDeleteAllQuestion) return;
+  std::vector<std::string> names = desk_.disk.NamesIn(folder);
+  std::erase_if(names,
+                [](const std::string& name) { return name.starts_with('.') || !IsWave(name); });
+  for (const std::string& name : names) ledger_.AgreedToDelete(desk_.disk, folder + name);
+  // A folder that cannot be listed shows no wave either.
+  desk_.nothingToDelete = names.empty() || desk_.disk.FaultPending();
+}
+
+}  // namespace tavlo::simulation
