@@ -124,7 +124,8 @@ QPoint DrivenProgram::Rest(const std::function<QPoint()>& place) {
     std::this_thread::sleep_for(60ms);
     last = std::exchange(now, Ask(place));
   }
-  return now;
+  const double ratio = Ask([] { return qApp->devicePixelRatio(); });
+  return {qRound(now.x() * ratio), qRound(now.y() * ratio)};
 }
 
 void DrivenProgram::Click(const char* control) {

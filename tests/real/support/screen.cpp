@@ -90,6 +90,11 @@ SeenWindow Screen::Deck() const {
   });
 }
 
+bool Screen::HasState(xcb_window_t window, const char* state) const {
+  const auto states = Numbers(window, "_NET_WM_STATE");
+  return std::find(states.begin(), states.end(), hands.Atom(state)) != states.end();
+}
+
 bool Until(const std::function<bool()>& condition, std::chrono::milliseconds patience) {
   const auto end = std::chrono::steady_clock::now() + patience;
   while (!condition()) {

@@ -31,6 +31,8 @@ class Screen {
   SeenWindow Splash() const;
   /// The deck's main window.
   SeenWindow Deck() const;
+  /// True while the window manager has the window in that state ("_NET_WM_STATE_HIDDEN", ...).
+  bool HasState(xcb_window_t window, const char* state) const;
 
   /// A property of a window that holds numbers or atoms; empty when the window has none.
   std::vector<std::uint32_t> Numbers(xcb_window_t window, const char* property) const;
