@@ -10,6 +10,7 @@
 #include <memory>
 #include <utility>
 
+#include "forms/accessible_name.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/texts.h"
@@ -25,8 +26,11 @@ void SetCaption(QAbstractButton& button, const std::string& caption) {
   if (button.text() != text) button.setText(text);
 }
 
-QString HeardName(const std::string& caption, const std::string& tooltip) {
-  return WithoutMnemonic(caption.empty() ? tooltip : caption);
+/// Setting an equal name would have a screen reader say it again.
+template <typename ControlType>
+void SetHeardName(QWidget& widget, const ControlType& control) {
+  const QString name = ToOneLine(AccessibleName(control));
+  if (widget.accessibleName() != name) widget.setAccessibleName(name);
 }
 
 }  // namespace
@@ -82,7 +86,7 @@ void Binder::Edit(forms::Text& text, QLineEdit& box) {
     ByHand(text, [&] { text.Change(FromQt(typed)); });
   });
   Bind(text, box, [&text, &box] {
-    box.setAccessibleName(HeardName(text.Tooltip, text.Name));
+    SetHeardName(box, text);
     const QString value = ToQt(text.Value.Get());
     // Setting an equal text would move the typist's cursor.
     if (box.text() == value) return;
@@ -97,7 +101,7 @@ void Binder::Press(forms::Command& command, QAbstractButton& key) {
                    [this, &command] { ByHand(command, [&] { command.Press(By::Hand); }); });
   Bind(command, key, [&command, &key] {
     SetCaption(key, command.Caption);
-    key.setAccessibleName(HeardName(command.Caption, command.Tooltip));
+    SetHeardName(key, command);
   });
 }
 
@@ -108,6 +112,7 @@ void Binder::Choose(forms::Command& command, QAction& entry) {
   Watch(command, [&command, &entry] {
     const QString caption = ToQt(command.Caption.Get());
     if (entry.text() != caption) entry.setText(caption);
+    entry.setToolTip(ToQt(command.Tooltip.Get()));
     entry.setEnabled(command.Enabled);
     entry.setVisible(command.Visible);
   });
@@ -121,7 +126,7 @@ void Binder::Tick(forms::Choice& choice, QAbstractButton& box) {
                    [this, &choice] { ByHand(choice, [&] { choice.Click(); }); });
   Bind(choice, box, [&choice, &box] {
     SetCaption(box, choice.Caption);
-    box.setAccessibleName(HeardName(choice.Caption, choice.Tooltip));
+    SetHeardName(box, choice);
     box.setChecked(choice.Value);
   });
 }
@@ -133,8 +138,9 @@ void Binder::Slide(forms::Range& range, DeckSlider& slider) {
   slider.OnPress = [this, &range] { ByHand(range, [&] { range.Press(); }); };
   slider.OnMove = [this, &range](int value) { ByHand(range, [&] { range.Change(value); }); };
   slider.OnRelease = [this, &range] { ByHand(range, [&] { range.Release(); }); };
+  slider.OnStep = [this, &range](int value) { ByHand(range, [&] { range.Step(value); }); };
   Bind(range, slider, [&range, &slider] {
-    slider.setAccessibleName(ToQt(range.Tooltip.Get()));
+    SetHeardName(slider, range);
     // Under the hand the slider stands where the hand holds it.
     if (!slider.isSliderDown()) slider.setValue(range.Value);
   });
@@ -142,14 +148,17 @@ void Binder::Slide(forms::Range& range, DeckSlider& slider) {
 
 void Binder::Progress(forms::Range& range, QProgressBar& bar) {
   bar.setRange(range.Bounds.minimum, range.Bounds.maximum);
-  Bind(range, bar, [&range, &bar] { bar.setValue(range.Value); });
+  Bind(range, bar, [&range, &bar] {
+    SetHeardName(bar, range);
+    bar.setValue(range.Value);
+  });
 }
 
 void Binder::Pick(forms::Table& table, QComboBox& box) {
   QObject::connect(&box, &QComboBox::activated, &box,
                    [this, &table](int row) { ByHand(table, [&] { table.RowClick(row); }); });
   Bind(table, box, [&table, &box, shownRows = std::make_shared<unsigned>(0)] {
-    box.setAccessibleName(ToQt(table.Tooltip.Get()));
+    SetHeardName(box, table);
     if (*shownRows != table.RowsVersion()) {
       *shownRows = table.RowsVersion();
       box.clear();
@@ -164,7 +173,8 @@ void Binder::Pick(forms::Table& table, QComboBox& box) {
 void Binder::Frame(forms::Pane& pane, QWidget& frame, QLabel* caption) {
   if (caption) caption->setTextFormat(Qt::PlainText);
   Bind(pane, frame, [&pane, &frame, caption] {
-    frame.setAccessibleName(WithoutMnemonic(pane.Caption.Get()));
+    const QString name = WithoutMnemonic(pane.Caption.Get());
+    if (frame.accessibleName() != name) frame.setAccessibleName(name);
     if (caption) caption->setText(ToOneLine(pane.Caption.Get()));
   });
 }

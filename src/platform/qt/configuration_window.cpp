@@ -1,11 +1,14 @@
 #include "platform/qt/configuration_window.h"
 
 #include <QMenuBar>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QTabBar>
 #include <QVBoxLayout>
 
+#include "forms/accessible_name.h"
 #include "platform/qt/binder.h"
+#include "platform/qt/focus_keeper.h"
 #include "platform/qt/settings_page.h"
 #include "platform/qt/texts.h"
 
@@ -27,11 +30,13 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
   rows->addWidget(settings);
   rows->addStretch(1);
 
-  auto* const keeper = new QWidget(this);
-  keeper->setFixedSize(0, 0);
-  binder.Bind(form.txtFocus, *keeper, {});
   // Nothing holds the keyboard until somebody takes it, nor can a key change a setting unasked.
-  keeper->setFocus();
+  auto* const keeper = new FocusKeeper(this);
+  keeper->setAccessibleName(ToQt(forms::AccessibleName(form.txtFocus)));
+  binder.Bind(form.txtFocus, *keeper, {});
+  connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, [&form, &binder] {
+    binder.ByHand(form.frmConfiguration, [&form] { form.frmConfiguration.CloseRequest(); });
+  });
   Bind();
 }
 
@@ -39,6 +44,7 @@ void ConfigurationWindow::AddTabs(forms::ConfigurationForm& form, Binder& binder
                                   QVBoxLayout& rows) {
   auto* const tabs = new QTabBar(this);
   tabs->setDrawBase(true);
+  tabs->setAccessibleName(ToQt(forms::AccessibleName(form.tabConfiguration)));
   rows.addWidget(tabs);
   for (int row = 0; row < static_cast<int>(form.tabConfiguration.Rows().size()); ++row) {
     tabs->addTab(ToQt(form.tabConfiguration.TextAt(row, 0)));

@@ -64,11 +64,14 @@ void DeckSlider::keyPressEvent(QKeyEvent* event) {
   if (isSliderDown()) return;
   const int before = value();
   QSlider::keyPressEvent(event);
-  const int after = value();
-  if (after == before) return;
-  if (OnPress) OnPress();
-  if (OnMove) OnMove(after);
-  if (OnRelease) OnRelease();
+  if (value() != before && OnStep) OnStep(value());
+}
+
+void DeckSlider::StepTo(int value) {
+  const int before = this->value();
+  if (isSliderDown()) return;
+  setValue(value);
+  if (this->value() != before && OnStep) OnStep(this->value());
 }
 
 void DeckSlider::wheelEvent(QWheelEvent* event) { event->ignore(); }

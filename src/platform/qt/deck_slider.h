@@ -6,8 +6,8 @@
 namespace tavlo::platform::qt {
 
 /// A horizontal slider that tells a hand's press, moves and release apart from a program's write.
-/// A press in the groove jumps there and drags on; a key press is all three at once; the wheel does
-/// nothing, since it is turned by accident.
+/// A press in the groove jumps there and drags on; a key is one step; the wheel does nothing, since
+/// it is turned by accident.
 class DeckSlider : public QSlider {
  public:
   /// Main is the wide one of the document's position; Small is for speed, volume and settings.
@@ -18,6 +18,10 @@ class DeckSlider : public QSlider {
   std::function<void()> OnPress;
   std::function<void(int value)> OnMove;
   std::function<void()> OnRelease;
+  std::function<void(int value)> OnStep;
+
+  /// What a key does, for whoever moves the slider without a mouse.
+  void StepTo(int value);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

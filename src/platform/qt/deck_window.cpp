@@ -7,8 +7,11 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include "forms/accessible_name.h"
 #include "platform/qt/binder.h"
+#include "platform/qt/focus_keeper.h"
 #include "platform/qt/player_panel.h"
+#include "platform/qt/state_speaker.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
 #include "platform/qt/work_frames.h"
@@ -42,6 +45,7 @@ DeckWindow::DeckWindow(forms::MainForm& form, QtLoop& loop, Binder& binder)
   rows->addWidget(new WorkFrames(form, binder, this), 1);
   rows->addStretch();
   AddFocusKeeper(binder);
+  new StateSpeaker(form, binder, this);
   binder.Watch(form.frameFiles, [this] { KeepLeastSize(); });
   OnSettled = [this] {
     KeepLeastSize();
@@ -70,12 +74,9 @@ void DeckWindow::AddMenus(Binder& binder) {
 }
 
 void DeckWindow::AddFocusKeeper(Binder& binder) {
-  auto* const keeper = new QWidget(this);
-  keeper->setFixedSize(0, 0);
-  keeper->setAccessibleName("Tavlo Deck");
+  auto* const keeper = new FocusKeeper(this);
+  keeper->setAccessibleName(ToQt(forms::AccessibleName(form_.txtFocus)));
   binder.Bind(form_.txtFocus, *keeper, {});
-  // Nothing on the deck holds the keyboard until somebody takes it.
-  keeper->setFocus();
 }
 
 void DeckWindow::KeepLeastSize() {

@@ -11,6 +11,7 @@ class MeterBar : public QWidget {
   explicit MeterBar(QWidget* parent = nullptr);
 
   void SetLevel(int level);
+  int Level() const { return level_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

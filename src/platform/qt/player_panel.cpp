@@ -13,6 +13,7 @@
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/eliding_label.h"
 #include "platform/qt/fascia.h"
+#include "platform/qt/figures_label.h"
 #include "platform/qt/meter_bar.h"
 #include "platform/qt/play_keys.h"
 #include "platform/qt/status_strip.h"
@@ -108,19 +109,21 @@ QWidget* PlayerPanel::Display() {
   well->setFixedSize(kDisplaySize);
 
   // Labels of a fixed size repaint alone: a second that ticks lays nothing out again.
-  auto* const position = new QLabel(well);
+  auto* const position = new FiguresLabel(well);
   position->setFont(FiguresFont(32));
   position->setGeometry(14, 6, 178, 50);
-  auto* const length = new QLabel(well);
+  auto* const length = new FiguresLabel(well);
   length->setFont(FiguresFont(16));
   length->setGeometry(190, 8, 86, 46);
   length->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  for (QLabel* const label : {position, length}) {
+  for (FiguresLabel* const label : {position, length}) {
     label->setFixedSize(label->size());
     QPalette colours = palette();
     colours.setColor(QPalette::WindowText, label == position ? theme::kAmber : theme::kDimAmber);
     label->setPalette(colours);
   }
+  position->setAccessibleName(ToQt(form_.lblFilePositionHMS.Tooltip.Get()));
+  length->setAccessibleName(ToQt(form_.lblFileLengthHMS.Tooltip.Get()));
   binder_.Show(form_.lblFilePositionHMS, *position);
   binder_.Show(form_.lblFileLengthHMS, *length, "of\n");
   return well;

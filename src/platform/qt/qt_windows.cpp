@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <algorithm>
 
+#include "platform/qt/accessible_parts.h"
 #include "platform/qt/icons.h"
 #include "platform/qt/qt_loop.h"
 
@@ -20,6 +21,7 @@ void PrepareApplication() {
     font.setPointSizeF(10);
     QApplication::setFont(font);
   }
+  InstallAccessibleParts();
 }
 
 QtWindows::QtWindows(QtLoop& loop, forms::MainForm& main, forms::SplashForm& splash,

@@ -20,6 +20,7 @@ constexpr int kWholePanel = 130;  ///< A long author must not squeeze department
 StatusStrip::StatusStrip(forms::Pane& bar, Binder& binder, QWidget* parent)
     : QFrame(parent), bar_(bar), binder_(binder) {
   setFixedHeight(kHeight);
+  setAccessibleName("Document");
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
@@ -40,7 +41,6 @@ StatusStrip::StatusStrip(forms::Pane& bar, Binder& binder, QWidget* parent)
 }
 
 void StatusStrip::Show() {
-  setAccessibleName("Document");
   const auto& texts = bar_.Panels.Get();
   const auto& tooltips = bar_.PanelTooltips.Get();
   for (std::size_t i = 0; i < panels_.size(); ++i) {
@@ -48,7 +48,6 @@ void StatusStrip::Show() {
     const QString tooltip = i < tooltips.size() ? ToQt(tooltips[i]) : QString();
     if (panels_[i]->text() != text) panels_[i]->setText(text);
     panels_[i]->setToolTip(tooltip);
-    panels_[i]->setAccessibleName(tooltip);
   }
   update();
 }

@@ -1,8 +1,10 @@
 #include "platform/qt/table_list.h"
 
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -11,6 +13,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "forms/accessible_name.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/column_widths.h"
 #include "platform/qt/texts.h"
@@ -145,6 +148,7 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   setTabKeyNavigation(false);
   setVerticalScrollMode(ScrollPerItem);
   setHorizontalScrollMode(ScrollPerPixel);
+  setAccessibleName(ToQt(forms::AccessibleName(table)));
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
@@ -173,7 +177,6 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
 }
 
 void TableList::Show() {
-  setAccessibleName(ToQt(table_.Tooltip.Get().empty() ? table_.Name : table_.Tooltip.Get()));
   const bool fresh = model_->Refresh();
   if (fresh) ShowColumns();
   if (fresh || shownIndex_ != table_.ListIndex || currentIndex().row() != table_.ListIndex) {
@@ -275,6 +278,20 @@ void TableList::keyPressEvent(QKeyEvent* event) {
   QTableView::keyPressEvent(event);
   const int row = currentIndex().row();
   if (row >= 0 && row != before) ChooseByKey(row);
+}
+
+void TableList::contextMenuEvent(QContextMenuEvent* event) {
+  auto* const menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    if (isColumnHidden(column)) continue;
+    const QString title = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    const QAction* const entry = menu->addAction("Sort by " + QString(title).replace("&", "&&"));
+    connect(entry, &QAction::triggered, this,
+            [this, column] { binder_.ByHand(table_, [&] { table_.HeaderClick(column); }); });
+  }
+  const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+  menu->popup(byKey ? viewport()->mapToGlobal(QPoint(0, 0)) : event->globalPos());
 }
 
 void TableList::resizeEvent(QResizeEvent* event) {

@@ -1,0 +1,96 @@
+#include "platform/qt/accessible_parts.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+#include "platform/qt/deck_slider.h"
+#include "platform/qt/figures_label.h"
+#include "platform/qt/meter_bar.h"
+#include "platform/qt/state_speaker.h"
+#include "platform/qt/status_strip.h"
+
+namespace tavlo::platform::qt {
+namespace {
+
+/// A widget whose value can be asked, and set where it can be moved.
+class Measured : public QAccessibleWidget, public QAccessibleValueInterface {
+ public:
+  Measured(QWidget* widget, QAccessible::Role role) : QAccessibleWidget(widget, role) {}
+
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+    return QAccessibleWidget::interface_cast(type);
+  }
+  QString text(QAccessible::Text kind) const override {
+    if (kind == QAccessible::Value) return currentValue().toString();
+    return QAccessibleWidget::text(kind);
+  }
+};
+
+class HeardSlider : public Measured {
+ public:
+  explicit HeardSlider(DeckSlider& slider)
+      : Measured(&slider, QAccessible::Slider), slider_(slider) {}
+
+  QVariant currentValue() const override { return slider_.value(); }
+  void setCurrentValue(const QVariant& value) override {
+    if (slider_.isEnabled()) slider_.StepTo(value.toInt());
+  }
+  QVariant minimumValue() const override { return slider_.minimum(); }
+  QVariant maximumValue() const override { return slider_.maximum(); }
+  QVariant minimumStepSize() const override { return slider_.singleStep(); }
+
+ private:
+  DeckSlider& slider_;
+};
+
+/// A meter can be asked and keeps quiet by itself: it moves twenty times a second.
+class HeardMeter : public Measured {
+ public:
+  explicit HeardMeter(MeterBar& meter)
+      : Measured(&meter, QAccessible::ProgressBar), meter_(meter) {}
+
+  QVariant currentValue() const override { return meter_.Level(); }
+  void setCurrentValue(const QVariant&) override {}
+  QVariant minimumValue() const override { return 0; }
+  QVariant maximumValue() const override { return 100; }
+  QVariant minimumStepSize() const override { return 1; }
+
+ private:
+  MeterBar& meter_;
+};
+
+/// Says what the figures are and how they stand when it is asked.
+class HeardFigures : public QAccessibleWidget {
+ public:
+  explicit HeardFigures(FiguresLabel& label)
+      : QAccessibleWidget(&label, QAccessible::StaticText), label_(label) {}
+
+  QString text(QAccessible::Text kind) const override {
+    if (kind == QAccessible::Value) return label_.Figures();
+    if (kind == QAccessible::Name) return label_.accessibleName() + ": " + label_.Figures();
+    return QAccessibleWidget::text(kind);
+  }
+
+ private:
+  FiguresLabel& label_;
+};
+
+QAccessibleInterface* PartFor(const QString&, QObject* object) {
+  if (auto* const slider = dynamic_cast<DeckSlider*>(object)) return new HeardSlider(*slider);
+  if (auto* const meter = dynamic_cast<MeterBar*>(object)) return new HeardMeter(*meter);
+  if (auto* const figures = dynamic_cast<FiguresLabel*>(object)) return new HeardFigures(*figures);
+  if (auto* const speaker = dynamic_cast<StateSpeaker*>(object)) {
+    return new QAccessibleWidget(speaker, QAccessible::Notification);
+  }
+  if (auto* const strip = dynamic_cast<StatusStrip*>(object)) {
+    return new QAccessibleWidget(strip, QAccessible::StatusBar);
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+void InstallAccessibleParts() { QAccessible::installFactory(PartFor); }
+
+}  // namespace tavlo::platform::qt
