@@ -53,6 +53,8 @@ CompletedList::CompletedList(base::Loop& loop, forms::MainForm& form, window::Ma
 
 void CompletedList::MakeColumns(const std::string& subjectHeading) {
   form_.listViewCompleted.SetColumns(DocumentColumns(subjectHeading, kSavedWidth));
+  form_.listViewCompleted.WhenEmpty =
+      "Nothing completed yet\nA dictation comes here when you press Complete.";
 }
 
 void CompletedList::RefreshCompletedList() {

@@ -20,9 +20,20 @@ constexpr Colour kBlue = 0x0000FF;
 std::vector<forms::Column> DocumentColumns(const std::string& subjectHeading,
                                            forms::Twips savedWidth) {
   return {
-      {"Pri", 375},    {"Saved", savedWidth},  {"Author", 1500}, {"Id", 850},    {"Dept", 600},
-      {"Work", 600},   {subjectHeading, 1500}, {"Length", 900},  {"Date", 1100}, {"Time", 900},
-      {"System", 800}, {"File Name", 0},       {"", 0},          {"", 0},
+      {"Pri", 375},
+      {"Saved", savedWidth},
+      {"Author", 1500},
+      {.title = "Id", .width = 850, .figures = true},
+      {.title = "Dept", .width = 600, .figures = true},
+      {.title = "Work", .width = 600, .figures = true},
+      {subjectHeading, 1500},
+      {.title = "Length", .width = 900, .figures = true},
+      {"Date", 1100},
+      {"Time", 900},
+      {"System", 800},
+      {"File Name", 0},
+      {"", 0},
+      {"", 0},
   };
 }
 

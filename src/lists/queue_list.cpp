@@ -24,6 +24,9 @@ QueueList::QueueList(base::Loop& loop, forms::MainForm& form, store::Disk& disk,
 
 void QueueList::MakeColumns(const std::string& subjectHeading) {
   form_.listViewInQueue.SetColumns(DocumentColumns(subjectHeading, kSavedWidth));
+  const std::string& folder = folders_.InQueuePath;
+  form_.listViewInQueue.WhenEmpty =
+      "Nothing waits to be typed\nDrop dictations into " + folder.substr(0, folder.size() - 1);
 }
 
 void QueueList::RefreshQueueList() {

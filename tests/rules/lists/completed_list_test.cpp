@@ -61,6 +61,11 @@ TEST_F(CompletedListTest, EmptyFolderGivesAnEmptyListWithoutButtons) {
   EXPECT_EQ(form.frmMain.MousePointer, Pointer::Arrow);
 }
 
+TEST_F(CompletedListTest, EmptyListSaysHowADictationComesToIt) {
+  EXPECT_EQ(form.listViewCompleted.WhenEmpty.Get(),
+            "Nothing completed yet\nA dictation comes here when you press Complete.");
+}
+
 TEST_F(CompletedListTest, ColumnsAreThoseOfTheQueueSaveThatSavedHasNoWidth) {
   completed.MakeColumns("Patient");
   queue.MakeColumns("Patient");

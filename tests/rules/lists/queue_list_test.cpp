@@ -27,6 +27,23 @@ TEST_F(QueueListTest, EmptyFolderGivesAnEmptyListAndSaysSo) {
   EXPECT_EQ(Caption(), "Queue:     0     00:00:00");
 }
 
+TEST_F(QueueListTest, EmptyListSaysWhereToDropDictations) {
+  queue.MakeColumns("Subject");
+  std::string folder = folders.InQueuePath;
+  folder.pop_back();
+  EXPECT_EQ(form.listViewInQueue.WhenEmpty.Get(),
+            "Nothing waits to be typed\nDrop dictations into " + folder);
+}
+
+TEST_F(QueueListTest, FiguresStandAtTheRight) {
+  queue.MakeColumns("Subject");
+  for (int at = 0; at <= column::StampSort; ++at) {
+    const bool figures =
+        at == column::Id || at == column::Department || at == column::Work || at == column::Length;
+    EXPECT_EQ(form.listViewInQueue.Columns()[at].figures, figures) << at;
+  }
+}
+
 TEST_F(QueueListTest, RowShowsWhatTheNameSaysAndTheLengthOfTheSound) {
   const std::string name =
       Document().By("Okafor").Id(8801).Department(5).WorkType(3).About("ward").Name();
