@@ -296,6 +296,34 @@ INSTANTIATE_TEST_SUITE_P(Kinds, HollowSoundTest,
                                          "a.wma", "a.caf", "a.aiff", "a.aac"),
                          [](const auto& kind) { return std::string(kind.param).substr(2); });
 
+/// The most memory that this process has held since the last `ForgetPeak`, in megabytes.
+long PeakMegabytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    long kilobytes = 0;
+    if (word == "VmHWM:" && status >> kilobytes) return kilobytes / 1024;
+  }
+  return -1;
+}
+
+void ForgetPeak() { std::ofstream("/proc/self/clear_refs") << 5; }
+
+TEST_F(UntrustedSoundTest, TableThatClaimsMillionsOfSamplesTakesNoMemoryForThem) {
+  const std::string path = folder / "sound.m4a";
+  WriteFile(folder / "source.wav", WaveBytes(Chirp(16'000, 8000)));
+  ASSERT_TRUE(RunFfmpeg("-i " + (folder / "source.wav") + " -c:a aac " + path));
+  std::string bytes = ReadFile(path);
+  const std::string millions{0, '\x7F', '\xFF', '\xFF'};
+  // All samples are one byte long, in one run, in one chunk.
+  bytes.replace(bytes.find("stsz") + 8, 8, std::string("\0\0\0\1", 4) + millions);
+  bytes.replace(bytes.find("stts") + 12, 4, millions);
+  bytes.replace(bytes.find("stsc") + 16, 4, millions);
+  ForgetPeak();
+  const long before = PeakMegabytes();
+  UseUp(file, File("millions.m4a", bytes));
+  EXPECT_LT(PeakMegabytes() - before, 100);
+}
+
 TEST_F(UntrustedSoundTest, NoHandleIsLeftBehind) {
   WriteFile(folder / "source.wav", WaveBytes(Chirp(4000, 8000)));
   std::vector<std::string> paths{folder / "source.wav", File("bad.wav", "RIFF....WAVEfmt "),

@@ -12,14 +12,15 @@ constexpr int kBufferSize = 32 * 1024;
 constexpr std::int64_t kProbeSize = 256 * 1024;
 constexpr std::int64_t kProbeTime = AV_TIME_BASE;
 constexpr unsigned kMostStreams = 16;
-/// Bytes that an operation may read, a tenth of a second's worth. The tables of a day's recording
-/// take less.
-constexpr std::int64_t kMostBytes = 64 * 1024 * 1024;
+/// Bytes that an operation may read, a fraction of a second's worth. The tables of a day's
+/// recording take less.
+constexpr std::int64_t kMostBytes = 32 * 1024 * 1024;
 /// What a packet adds for the way to the next one. A file may be gigabytes of nothing, so a search
 /// may not go on for as long as there is file; a packet of sound is a few hundred bytes.
 constexpr std::int64_t kBytesForPacket = 128 * 1024;
-/// No table of a container may take more memory than this at once.
-constexpr std::size_t kLargestTable = 256 * 1024 * 1024;
+/// No table of a container may take more memory than this at once: enough for sixteen hours in the
+/// shortest frames. What a table claims costs its writer nothing.
+constexpr std::size_t kLargestTable = 64 * 1024 * 1024;
 
 int RefuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**) {
   return AVERROR(EPERM);
