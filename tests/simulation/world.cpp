@@ -317,7 +317,9 @@ std::string World::FreeName(const std::string& folder) {
 
 std::string World::LookAlike() {
   const std::string path = SomeDictation(chance_.Pick(kFolders));
-  return path.empty() ? "" : DrawLookAlike(path.substr(path.rfind('/') + 1), chance_);
+  const std::string name = path.substr(path.rfind('/') + 1);
+  // What a killed move left behind bears the program's own name, which nobody gives a dictation.
+  return path.empty() || Ledger::IsHalfCopy(name) ? "" : DrawLookAlike(name, chance_);
 }
 
 std::string World::SomeDictation(const std::string& folder) {
