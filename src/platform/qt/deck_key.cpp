@@ -12,19 +12,24 @@ namespace {
 
 constexpr double kRound = 6;
 constexpr int kGap = 8;  ///< Between a glyph and the caption beside it.
-constexpr double kCaptionedGlyph = 14;
-constexpr double kLoneGlyph = 16;
+constexpr int kCaptionedGlyph = 14;
+constexpr int kLoneGlyph = 16;
+constexpr double kRingWidth = 2;
 
 QColor FaceColour(DeckKey::Tone tone) {
   switch (tone) {
     case DeckKey::Tone::Teal:
       return theme::kTeal;
     case DeckKey::Tone::Amber:
-      return QColor(0xF5, 0x9F, 0x36);
+      return theme::kAmberKey;
     case DeckKey::Tone::Quiet:
       break;
   }
-  return QColor(0x43, 0x4E, 0x5A);
+  return theme::kQuietKey;
+}
+
+QRectF Inside(const QRectF& box, double inset) {
+  return box.adjusted(inset, inset, -inset, -inset);
 }
 
 }  // namespace
@@ -47,19 +52,40 @@ QColor DeckKey::InkColour() const {
 }
 
 void DeckKey::PaintFace(QPainter& painter) const {
-  QColor face = isEnabled() ? FaceColour(tone_) : QColor(0x2C, 0x34, 0x3D);
+  const QRectF edge = Inside(rect(), 0.5);
+  if (!isEnabled()) {
+    // The fascia shines through a key that has nothing to do.
+    painter.setBrush(theme::kDisabledKey);
+    painter.setPen(QPen(theme::kDisabledKey, 1));
+    painter.drawRoundedRect(edge, kRound, kRound);
+    return;
+  }
+  QColor face = FaceColour(tone_);
   if (isDown()) {
-    face = face.darker(125);
-  } else if (underMouse() && isEnabled()) {
-    face = face.lighter(112);
+    face = face.darker(128);
+  } else if (underMouse()) {
+    face = face.lighter(114);
   }
   QLinearGradient shade(0, 0, 0, height());
-  shade.setColorAt(0, face.lighter(isEnabled() ? 112 : 100));
-  shade.setColorAt(1, face.darker(isEnabled() ? 118 : 105));
+  shade.setColorAt(0, face.lighter(isDown() ? 96 : 114));
+  shade.setColorAt(1, face.darker(isDown() ? 104 : 118));
   painter.setBrush(shade);
-  painter.setPen(hasFocus() ? QPen(theme::kAmber, 2) : QPen(QColor(0x11, 0x16, 0x1C), 1));
-  const double inset = hasFocus() ? 1.5 : 0.5;
-  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRound, kRound);
+  painter.setPen(QPen(theme::kKeyEdge, 1));
+  painter.drawRoundedRect(edge, kRound, kRound);
+  if (!isDown()) {
+    painter.setPen(QPen(theme::kKeyShine, 1));
+    painter.drawLine(QPointF(kRound, 1.5), QPointF(width() - kRound, 1.5));
+  }
+}
+
+void DeckKey::PaintRing(QPainter& painter) const {
+  // White beside black stands out from every face and every key.
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(theme::kKeyEdge, kRingWidth));
+  painter.drawRoundedRect(Inside(rect(), 1.5 * kRingWidth), kRound - kRingWidth,
+                          kRound - kRingWidth);
+  painter.setPen(QPen(Qt::white, kRingWidth));
+  painter.drawRoundedRect(Inside(rect(), kRingWidth / 2), kRound, kRound);
 }
 
 bool DeckKey::event(QEvent* event) {
@@ -76,19 +102,20 @@ void DeckKey::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   PaintFace(painter);
+  if (hasFocus()) PaintRing(painter);
+  if (isDown()) painter.translate(0, 1);
 
   const QFontMetrics metrics(font());
   const int captionWidth = metrics.size(Qt::TextShowMnemonic, text()).width();
   // A narrow key has room for its glyph alone; its caption still reaches it by the keyboard.
   const bool captionFits = captionWidth + kCaptionedGlyph + kGap <= width();
   const bool captioned = !text().isEmpty() && (glyph_ == Glyph::None || captionFits);
-  const double glyphSize = glyph_ == Glyph::None ? 0 : captioned ? kCaptionedGlyph : kLoneGlyph;
-  const double gap = glyphSize > 0 && captioned ? kGap : 0;
-  const double left = (width() - glyphSize - gap - (captioned ? captionWidth : 0)) / 2;
-  if (glyph_ != Glyph::None) {
-    painter.translate(left, (height() - glyphSize) / 2);
-    painter.fillPath(GlyphPath(glyph_, glyphSize), InkColour());
-    painter.resetTransform();
+  const int glyphSize = glyph_ == Glyph::None ? 0 : captioned ? kCaptionedGlyph : kLoneGlyph;
+  const int gap = glyphSize > 0 && captioned ? kGap : 0;
+  const int left = (width() - glyphSize - gap - (captioned ? captionWidth : 0)) / 2;
+  if (glyphSize > 0) {
+    painter.drawPixmap(left, (height() - glyphSize) / 2,
+                       GlyphPixmap(glyph_, glyphSize, InkColour(), devicePixelRatioF()));
   }
   if (!captioned) return;
   painter.setFont(font());

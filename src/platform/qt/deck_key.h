@@ -22,6 +22,7 @@ class DeckKey : public QPushButton {
  private:
   QColor InkColour() const;
   void PaintFace(QPainter& painter) const;
+  void PaintRing(QPainter& painter) const;
 
   Glyph glyph_;
   Tone tone_ = Tone::Quiet;

@@ -11,19 +11,23 @@
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kReach = 9;  ///< Half the width of the largest handle, kept free at both ends.
+/// Half the width of the largest handle with its ring, kept free at both ends.
+constexpr int kReach = 12;
 
 }  // namespace
 
 DeckSlider::DeckSlider(Look look, QWidget* parent) : QSlider(Qt::Horizontal, parent), look_(look) {
   setFocusPolicy(Qt::StrongFocus);
   setMinimumHeight(look == Look::Main ? 26 : 24);
+  setAttribute(Qt::WA_Hover);
 }
 
-int DeckSlider::HandleX() const {
+int DeckSlider::XOf(int value) const {
   return kReach +
-         QStyle::sliderPositionFromValue(minimum(), maximum(), value(), width() - 2 * kReach);
+         QStyle::sliderPositionFromValue(minimum(), maximum(), value, width() - 2 * kReach);
 }
+
+int DeckSlider::HandleX() const { return XOf(value()); }
 
 int DeckSlider::ValueAt(double x) const {
   return QStyle::sliderValueFromPosition(minimum(), maximum(), static_cast<int>(x) - kReach,
@@ -82,33 +86,66 @@ void DeckSlider::changeEvent(QEvent* event) {
   if (wasDown && !isSliderDown() && OnRelease) OnRelease();
 }
 
+void DeckSlider::PaintGroove(QPainter& painter, bool onDeck) const {
+  const bool main = look_ == Look::Main;
+  const double middle = height() / 2.0;
+  const double thickness = main ? 5 : 3;
+  const QRectF groove(kReach - 10, middle - thickness / 2, width() - 2 * (kReach - 10), thickness);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(onDeck ? theme::kWell : palette().color(QPalette::Mid));
+  painter.drawRoundedRect(groove, thickness / 2, thickness / 2);
+  if (onDeck) {
+    // A thread of light under the groove sets it into the face.
+    painter.setBrush(theme::kKeyShine);
+    painter.drawRect(QRectF(groove.left() + 2, groove.bottom(), groove.width() - 4, 1));
+  }
+  // A slider that runs both ways from nought shows where that is.
+  if (minimum() < 0 && maximum() > 0) {
+    const int nought = XOf(0);
+    painter.setBrush(onDeck ? theme::kQuietText : palette().color(QPalette::Dark));
+    painter.drawRect(QRectF(nought - 0.5, middle - 6, 1, 12));
+  }
+  if ((main || !onDeck) && isEnabled()) {
+    painter.setBrush(onDeck ? theme::kTeal : theme::kTeal.darker(130));
+    painter.drawRoundedRect(
+        QRectF(groove.left(), groove.top(), HandleX() - groove.left(), thickness), thickness / 2,
+        thickness / 2);
+  }
+}
+
+QColor DeckSlider::HandleColour(bool onDeck) const {
+  if (!isEnabled()) return onDeck ? theme::kIdleHandle : palette().color(QPalette::Mid);
+  const QColor handle = !onDeck               ? theme::kTeal.darker(130)
+                        : look_ == Look::Main ? QColor(Qt::white)
+                                              : theme::kHandle;
+  if (isSliderDown()) return handle.darker(112);
+  return underMouse() ? handle.lighter(115) : handle;
+}
+
 void DeckSlider::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const bool onDeck = palette().color(QPalette::Window).lightness() < 128;
-  const bool main = look_ == Look::Main;
-  const double middle = height() / 2.0;
-  const double thickness = main ? 5 : 3;
-  const QRectF groove(kReach - 7, middle - thickness / 2, width() - 2 * (kReach - 7), thickness);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(onDeck ? theme::kWell : palette().color(QPalette::Mid));
-  painter.drawRoundedRect(groove, thickness / 2, thickness / 2);
+  PaintGroove(painter, onDeck);
 
-  const double x = HandleX();
-  if (main && isEnabled()) {
-    painter.setBrush(theme::kTeal);
-    painter.drawRoundedRect(QRectF(groove.left(), groove.top(), x - groove.left(), thickness),
-                            thickness / 2, thickness / 2);
+  const QPointF middle(HandleX(), height() / 2.0);
+  const auto paintHandle = [&](double growth) {
+    if (look_ == Look::Main) {
+      painter.drawEllipse(middle, 8 + growth, 8 + growth);
+    } else {
+      painter.drawRoundedRect(
+          QRectF(-4.5 - growth, -8 - growth, 9 + 2 * growth, 16 + 2 * growth).translated(middle),
+          3 + growth, 3 + growth);
+    }
+  };
+  if (hasFocus()) {
+    painter.setPen(QPen(onDeck ? QColor(Qt::white) : palette().color(QPalette::Text), 2));
+    painter.setBrush(onDeck ? theme::kKeyEdge : palette().color(QPalette::Base));
+    paintHandle(3);
   }
-  const QColor lively = onDeck ? QColor(Qt::white) : theme::kTeal.darker(130);
-  const QColor idle = onDeck ? QColor(0x5A, 0x64, 0x70) : palette().color(QPalette::Mid);
-  painter.setBrush(!isEnabled() ? idle : main || !onDeck ? lively : QColor(0xC9, 0xD2, 0xDB));
-  if (hasFocus()) painter.setPen(QPen(theme::kAmber, 2));
-  if (main) {
-    painter.drawEllipse(QPointF(x, middle), 8, 8);
-  } else {
-    painter.drawRoundedRect(QRectF(x - 4.5, middle - 8, 9, 16), 3, 3);
-  }
+  painter.setPen(onDeck ? QPen(theme::kKeyEdge, 1) : QPen(Qt::NoPen));
+  painter.setBrush(HandleColour(onDeck));
+  paintHandle(0);
 }
 
 }  // namespace tavlo::platform::qt

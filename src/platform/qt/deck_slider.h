@@ -33,7 +33,10 @@ class DeckSlider : public QSlider {
   void changeEvent(QEvent* event) override;
 
  private:
+  int XOf(int value) const;
   int HandleX() const;
+  void PaintGroove(QPainter& painter, bool onDeck) const;
+  QColor HandleColour(bool onDeck) const;
   int ValueAt(double x) const;
   void MoveTo(int value);
 

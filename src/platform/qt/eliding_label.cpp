@@ -1,12 +1,25 @@
 #include "platform/qt/eliding_label.h"
 
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <algorithm>
+
+#include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
 
 QSize ElidingLabel::minimumSizeHint() const {
   return {std::min(whole_, QLabel::sizeHint().width()), QLabel::minimumSizeHint().height()};
+}
+
+bool ElidingLabel::event(QEvent* event) {
+  const bool cut = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+  if (event->type() != QEvent::ToolTip || !cut) return QLabel::event(event);
+  const QString before = toolTip().isEmpty() ? QString() : toolTip() + ": ";
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), ToTooltip(before + text()),
+                     this);
+  return true;
 }
 
 void ElidingLabel::paintEvent(QPaintEvent*) {

@@ -4,7 +4,8 @@
 
 namespace tavlo::platform::qt {
 
-/// A label of one line that gives way: what does not fit ends in an ellipsis.
+/// A label of one line that gives way: what does not fit ends in an ellipsis, and
+/// stands whole under its tooltip.
 class ElidingLabel : public QLabel {
  public:
   using QLabel::QLabel;
@@ -16,6 +17,7 @@ class ElidingLabel : public QLabel {
   void KeepWhole(int width) { whole_ = width; }
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

@@ -1,5 +1,6 @@
 #include "platform/qt/fascia.h"
 
+#include <QFileInfo>
 #include <QImageReader>
 #include <QLinearGradient>
 #include <QMouseEvent>
@@ -7,6 +8,7 @@
 #include <QPainter>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/colours.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
 
@@ -14,13 +16,56 @@ namespace tavlo::platform::qt {
 namespace {
 
 /// A picture that the user dropped into the folder may be of any size; more than this is no face.
-constexpr qint64 kMostPixels = 40'000'000;
+constexpr qint64 kMostPixels = 16'000'000;
+constexpr int kWidest = 3840;  ///< What is wider is read smaller, which some formats do at once.
 
-QPixmap ReadPicture(const std::string& path) {
-  QImageReader reader(ToQt(path));
+/// How much of the light may stay so that the deck's quietest lettering is readable on the colour.
+double ReadableLight(const QColor& brightest) {
+  for (double light = 1; light > 0; light -= 0.02) {
+    if (Contrast(theme::kQuietText, Mixed(Qt::black, brightest, light)) >= kReadableContrast) {
+      return light;
+    }
+  }
+  return 0;
+}
+
+QColor Brightest(const QImage& picture) {
+  // As coarse as lettering: a single bright grain does not hide a letter.
+  const QImage coarse = picture.scaled(120, 30, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                            .convertToFormat(QImage::Format_RGB32);
+  QColor brightest = Qt::black;
+  double most = 0;
+  for (int y = 0; y < coarse.height(); ++y) {
+    for (int x = 0; x < coarse.width(); ++x) {
+      const QColor colour = coarse.pixelColor(x, y);
+      const double light = Luminance(colour);
+      if (light <= most) continue;
+      most = light;
+      brightest = colour;
+    }
+  }
+  return brightest;
+}
+
+/// A picture of the user's own may be of any brightness; the deck's lettering is light.
+QPixmap Darkened(const QImage& picture) {
+  const double light = ReadableLight(Brightest(picture));
+  if (light >= 1) return QPixmap::fromImage(picture);
+  QPixmap dark(picture.size());
+  QPainter painter(&dark);
+  painter.fillRect(dark.rect(), Qt::black);
+  painter.setOpacity(light);
+  painter.drawImage(0, 0, picture);
+  return dark;
+}
+
+QPixmap ReadPicture(const QString& path) {
+  QImageReader reader(path);
   const QSize size = reader.size();
-  if (path.empty() || qint64{size.width()} * size.height() > kMostPixels) return {};
-  return QPixmap::fromImageReader(&reader);
+  if (qint64{size.width()} * size.height() > kMostPixels) return {};
+  if (size.width() > kWidest) reader.setScaledSize(size * kWidest / size.width());
+  const QImage picture = reader.read();
+  return picture.isNull() ? QPixmap() : Darkened(picture);
 }
 
 QPixmap PlainFace(QSize size) {
@@ -74,9 +119,15 @@ Fascia::Fascia(forms::MainForm& form, Binder& binder, QWidget* deck)
 }
 
 void Fascia::Show() {
-  if (path_ == form_.imageFaciaA.Picture.Get()) return;
-  path_ = form_.imageFaciaA.Picture;
-  picture_ = ReadPicture(path_);
+  const QString path = ToQt(form_.imageFaciaA.Picture.Get());
+  const QDateTime stamp = QFileInfo(path).lastModified();
+  if (path == path_ && stamp == stamp_) return;
+  path_ = path;
+  stamp_ = stamp;
+  const QPixmap picture = ReadPicture(path);
+  // What cannot be read leaves the face as it is.
+  if (picture.isNull()) return;
+  picture_ = picture;
   face_ = QPixmap();
   update();
 }

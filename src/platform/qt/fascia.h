@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QDateTime>
 #include <QPixmap>
 #include <QWidget>
-#include <string>
 
 #include "forms/main_form.h"
 
@@ -11,7 +11,8 @@ namespace tavlo::platform::qt {
 class Binder;
 
 /// The deck's background, as wide as its parent: the fascia picture (or the plain dark face when
-/// there is none), in two halves that a click changes. Stands behind everything on the deck.
+/// there is none), in two halves that a click changes. Stands behind everything on the deck, and is
+/// darkened where the deck's lettering would not be readable on it.
 class Fascia : public QWidget {
  public:
   Fascia(forms::MainForm& form, Binder& binder, QWidget* deck);
@@ -28,7 +29,8 @@ class Fascia : public QWidget {
   forms::MainForm& form_;
   Half* left_;
   Half* right_;
-  std::string path_;
+  QString path_;
+  QDateTime stamp_;
   QPixmap picture_;
   QPixmap face_;  ///< What is painted, ready in the screen's own pixels.
 };

@@ -1,16 +1,25 @@
 #pragma once
 
 #include <QIcon>
-#include <QPainterPath>
-#include <QSizeF>
+#include <QPixmap>
+#include <QRectF>
 
+#include "base/message_box.h"
+
+class QPainter;
+
+/// The drawings of assets/icons, rendered for the screen they are shown on. Sizes are logical
+/// pixels; `ratio` is how many of the screen's own there are to one.
 namespace tavlo::platform::qt {
 
-/// What the keys of the deck show. Each is drawn in a box of one by one.
+/// What the keys of the deck show.
 enum class Glyph { None, SkipBegin, Rewind, Play, Stop, Forward, SkipEnd };
 
-/// The glyph's outline in a box of `size` by `size` at the origin.
-QPainterPath GlyphPath(Glyph glyph, double size);
+/// The glyph in one ink.
+QPixmap GlyphPixmap(Glyph glyph, int size, const QColor& ink, double ratio);
+
+/// What a message box shows beside its text. base::Icon::None has no sign.
+QPixmap BoxSign(base::Icon icon, int size, double ratio);
 
 /// Draws the program's sign (a deck with its play key) into `box`.
 void PaintSign(QPainter& painter, const QRectF& box);

@@ -3,23 +3,23 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
-#include <array>
 
+#include "platform/qt/colours.h"
 #include "platform/qt/theme.h"
 
 namespace tavlo::platform::qt {
 namespace {
 
-struct Zone {
-  int from;
-  int to;
-  QColor colour;
-};
+constexpr int kPitch = 5;  ///< A lamp and the gap behind it.
+constexpr int kLamp = 4;
+constexpr double kUnlit = 0.16;  ///< Share of its colour in a lamp that is off.
 
 /// A level is 100 plus decibels below full scale: clear speech stays in the first zone, the last
 /// one is close to clipping.
-constexpr std::array<Zone, 3> kZones{
-    {{0, 80, theme::kTeal}, {80, 92, theme::kMeterAmber}, {92, 100, QColor(0xE8, 0x6A, 0x4E)}}};
+QColor ZoneColour(int level) {
+  if (level < 80) return theme::kTeal;
+  return level < 92 ? theme::kMeterAmber : theme::kMeterRed;
+}
 
 }  // namespace
 
@@ -28,7 +28,7 @@ MeterBar::MeterBar(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-int MeterBar::EndOf(int level) const { return 1 + (width() - 2) * level / 100; }
+int MeterBar::EndOf(int level) const { return 1 + (width() - 2) / kPitch * level / 100 * kPitch; }
 
 void MeterBar::SetLevel(int level) {
   const int before = EndOf(level_);
@@ -41,10 +41,11 @@ void MeterBar::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.fillRect(event->rect(), theme::kWell);
   const int end = EndOf(level_);
-  for (const Zone& zone : kZones) {
-    const int from = EndOf(zone.from);
-    const int to = std::min(end, EndOf(zone.to));
-    if (to > from) painter.fillRect(QRect(from, 1, to - from, height() - 2), zone.colour);
+  for (int x = 1; x + kLamp < width(); x += kPitch) {
+    const QRect lamp(x, 1, kLamp, height() - 2);
+    if (!lamp.intersects(event->rect())) continue;
+    const QColor colour = ZoneColour(100 * x / width());
+    painter.fillRect(lamp, x < end ? colour : Mixed(theme::kWell, colour, kUnlit));
   }
 }
 

@@ -4,8 +4,8 @@
 
 namespace tavlo::platform::qt {
 
-/// A level from 0 to 100. It moves twenty times a second, so a change paints only the strip between
-/// the old end and the new one.
+/// A row of lamps for a level from 0 to 100. It moves twenty times a second, so a change paints
+/// only the lamps between the old end and the new one.
 class MeterBar : public QWidget {
  public:
   explicit MeterBar(QWidget* parent = nullptr);

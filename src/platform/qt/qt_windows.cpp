@@ -1,9 +1,11 @@
 #include "platform/qt/qt_windows.h"
 
 #include <QApplication>
+#include <QStyle>
 #include <algorithm>
 
 #include "platform/qt/accessible_parts.h"
+#include "platform/qt/desk_style.h"
 #include "platform/qt/icons.h"
 #include "platform/qt/qt_loop.h"
 
@@ -14,6 +16,7 @@ void PrepareApplication() {
   QGuiApplication::setDesktopFileName("tavlodeck");
   QGuiApplication::setQuitOnLastWindowClosed(false);
   QApplication::setWindowIcon(ApplicationIcon());
+  if (QApplication::style()->name() == "fusion") QApplication::setStyle(new DeskStyle);
   // Where no desktop has chosen a font, the toolkit falls back on a generic one.
   QFont font = QApplication::font();
   if (font.family() == "Sans Serif" || font.family() == "Sans") {

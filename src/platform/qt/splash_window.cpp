@@ -2,28 +2,34 @@
 
 #include <QLabel>
 #include <QLinearGradient>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QProgressBar>
+#include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
+#include <cmath>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/colours.h"
 #include "platform/qt/icons.h"
+#include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
 
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kSignSize = 96;
+constexpr int kSignSize = 84;
+constexpr int kWaveHeight = 96;
 
 /// The program's sign; a click on it ends the wait.
-class Sign : public QWidget {
+class Sign : public QPushButton {
  public:
-  Sign(forms::Pane& pane, Binder& binder, QWidget* parent)
-      : QWidget(parent), pane_(pane), binder_(binder) {
+  Sign(forms::Pane& pane, Binder& binder, QWidget* parent) : QPushButton(parent) {
     setFixedSize(kSignSize, kSignSize);
     setMouseTracking(true);
-    setAccessibleName("Tavlo Deck");
+    setAccessibleName(ToQt(pane.Heard));
+    connect(this, &QPushButton::clicked, this,
+            [&pane, &binder] { binder.ByHand(pane, [&pane] { pane.Click(); }); });
     binder.Bind(pane, *this, {});
   }
 
@@ -32,38 +38,63 @@ class Sign : public QWidget {
     QPainter painter(this);
     PaintSign(painter, rect());
   }
-  void mouseReleaseEvent(QMouseEvent* event) override {
-    if (event->button() != Qt::LeftButton || !rect().contains(event->position().toPoint())) return;
-    binder_.ByHand(pane_, [this] { pane_.Click(); });
-  }
-
- private:
-  forms::Pane& pane_;
-  Binder& binder_;
 };
 
-/// A thin bar without figures.
-class ThinBar : public QProgressBar {
+/// Speech that becomes lines of writing. As far as the bar has come it is lit.
+class WaveBar : public QProgressBar {
  public:
-  explicit ThinBar(QWidget* parent) : QProgressBar(parent) {
-    setFixedHeight(4);
+  explicit WaveBar(QWidget* parent) : QProgressBar(parent) {
+    setFixedHeight(kWaveHeight);
     setTextVisible(false);
-    setAccessibleName("Starting");
   }
 
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    painter.fillRect(rect(), theme::kWell);
-    painter.fillRect(0, 0, width() * (value() - minimum()) / (maximum() - minimum()), height(),
-                     theme::kTeal);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const double lit = 1.0 * width() * (value() - minimum()) / (maximum() - minimum());
+    const auto draw = [&](const QColor& voice, const QColor& writing) {
+      PaintVoice(painter, voice);
+      PaintWriting(painter, writing);
+    };
+    draw(Mixed(theme::kDeckBottom, theme::kAmber, 0.26),
+         Mixed(theme::kDeckBottom, theme::kQuietText, 0.2));
+    painter.setClipRect(QRectF(0, 0, lit, height()));
+    draw(theme::kAmber, theme::kTeal);
+  }
+
+ private:
+  static constexpr int kPitch = 7;
+  static constexpr int kThickness = 4;
+
+  /// Syllables: a slow swell with a quick one in it.
+  void PaintVoice(QPainter& painter, const QColor& colour) const {
+    painter.setBrush(colour);
+    const int end = width() * 11 / 20;
+    for (int x = 0; x + kThickness <= end; x += kPitch) {
+      const double swell = std::abs(std::sin(x * 0.041) * std::cos(x * 0.0127 + 0.4));
+      const double syllable = 0.55 + 0.45 * std::sin(x * 0.37);
+      const double length = 5 + (height() - 10) * swell * syllable;
+      painter.drawRoundedRect(QRectF(x, (height() - length) / 2, kThickness, length), 2, 2);
+    }
+  }
+
+  void PaintWriting(QPainter& painter, const QColor& colour) const {
+    painter.setBrush(colour);
+    constexpr double kLines[] = {1, 0.86, 0.94, 0.52};
+    const double left = width() * 12 / 20.0;
+    double top = height() / 2.0 - 31;
+    for (const double length : kLines) {
+      painter.drawRoundedRect(QRectF(left, top, (width() - left) * length, 6), 3, 3);
+      top += 18;
+    }
   }
 };
 
 QLabel* LabelOf(QWidget* parent, const QString& text, const QFont& font, const QColor& colour) {
   auto* const label = new QLabel(text, parent);
   label->setFont(font);
-  label->setAlignment(Qt::AlignHCenter);
   QPalette colours = label->palette();
   colours.setColor(QPalette::WindowText, colour);
   label->setPalette(colours);
@@ -76,16 +107,27 @@ QLabel* LabelOf(QWidget* parent, const QString& text, const QFont& font, const Q
 SplashWindow::SplashWindow(forms::SplashForm& form, QtLoop& loop, Binder& binder)
     : TopWindow(form.frmInitSplash, loop, binder, Qt::SplashScreen | Qt::FramelessWindowHint) {
   setMouseTracking(true);
-  auto* const rows = new QVBoxLayout(this);
-  rows->setContentsMargins(40, 36, 40, 32);
-  rows->setSpacing(6);
-  rows->addWidget(new Sign(form.picIcon, binder, this), 0, Qt::AlignHCenter);
-  rows->addSpacing(14);
-  rows->addWidget(LabelOf(this, "Tavlo Deck", DeckFont(30, QFont::Bold), theme::kText));
+  auto* const words = new QVBoxLayout;
+  words->setSpacing(4);
+  words->addStretch(1);
+  words->addWidget(LabelOf(this, "Tavlo Deck", DeckFont(36, QFont::Bold), theme::kText));
   QLabel* const version = LabelOf(this, {}, DeckFont(13), theme::kQuietText);
-  rows->addWidget(version);
+  words->addWidget(version);
+  words->addStretch(1);
+  auto* const heading = new QHBoxLayout;
+  heading->setSpacing(24);
+  auto* const sign = new Sign(form.picIcon, binder, this);
+  heading->addWidget(sign);
+  for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+    connect(new QShortcut(key, this), &QShortcut::activated, sign, [sign] { sign->click(); });
+  }
+  heading->addLayout(words, 1);
+
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(40, 40, 40, 36);
+  rows->addLayout(heading);
   rows->addStretch(1);
-  auto* const progress = new ThinBar(this);
+  auto* const progress = new WaveBar(this);
   rows->addWidget(progress);
   binder.Show(form.lblVersion, *version);
   binder.Progress(form.ProgressBar1, *progress);

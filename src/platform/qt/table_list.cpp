@@ -3,18 +3,20 @@
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 
 #include "forms/accessible_name.h"
 #include "platform/qt/binder.h"
+#include "platform/qt/colours.h"
 #include "platform/qt/column_widths.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
@@ -24,47 +26,20 @@ namespace {
 
 constexpr int kRowPadding = 10;
 constexpr int kCellPadding = 7;
+constexpr int kMarkWidth = 3;   ///< Of the bar at the head of the chosen row.
 constexpr int kSortArrow = 16;  ///< What the arrow takes of a heading, with the air around it.
 /// What is no longer than this, which is more than a date, is never cut off, as far as so many rows
 /// tell.
 constexpr const char* kShortText = "00/00/00000";
 constexpr int kRowsMeasured = 50;
 constexpr int kRounding = 2;  ///< At a scale that is no whole number, letters are not either.
+/// A style sheet looks at the palette once, so it is made anew when the desktop's changes.
 constexpr const char* kHeaderStyle =
-    "QHeaderView::section { padding: 5px 7px; border: 0; border-bottom: 1px solid palette(mid); "
-    "border-right: 1px solid palette(mid); background: palette(button); }";
+    "QHeaderView::section { padding: 5px 7px; border: 0; border-bottom: 1px solid %1; "
+    "border-right: 1px solid %1; background: %2; color: %3; }";
 
-double Luminance(const QColor& colour) {
-  const auto linear = [](double part) {
-    return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-         0.0722 * linear(colour.blueF());
-}
-
-double Contrast(const QColor& a, const QColor& b) {
-  const double first = Luminance(a) + 0.05;
-  const double second = Luminance(b) + 0.05;
-  return std::max(first, second) / std::min(first, second);
-}
-
-/// The same hue, made just dark or light enough to be read on the background.
-QColor Readable(QColor colour, const QColor& background) {
-  constexpr double kEnough = 4.6;
-  const QColor end = Luminance(background) > 0.4 ? Qt::black : Qt::white;
-  const auto towards = [](int from, int to) { return from + (to - from) / 10; };
-  for (int step = 0; step < 20 && Contrast(colour, background) < kEnough; ++step) {
-    colour = QColor(towards(colour.red(), end.red()), towards(colour.green(), end.green()),
-                    towards(colour.blue(), end.blue()));
-  }
-  return colour;
-}
-
-QColor Mixed(const QColor& a, const QColor& b, double share) {
-  const auto mix = [share](int x, int y) {
-    return static_cast<int>(std::lround(x + (y - x) * share));
-  };
-  return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
+Qt::Alignment SideOf(const forms::Column& column) {
+  return Qt::AlignVCenter | (column.figures ? Qt::AlignRight : Qt::AlignLeft);
 }
 
 /// Marks the whole row and leaves each text its own colour. Ten thousand rows are drawn as fast as
@@ -79,16 +54,22 @@ class RowDelegate : public QStyledItemDelegate {
     const auto group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
     if (option.state & QStyle::State_Selected) {
       painter->fillRect(option.rect, palette.color(group, QPalette::Highlight));
+      if (option.rect.left() == 0) {
+        painter->fillRect(QRect(0, option.rect.top(), kMarkWidth, option.rect.height()),
+                          theme::kTeal);
+      }
     }
     painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
                       Mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.1));
     const QVariant own = index.data(Qt::ForegroundRole);
-    const QColor plain =
-        palette.color(option.state & QStyle::State_Enabled ? QPalette::Active : QPalette::Disabled,
-                      QPalette::Text);
-    painter->setPen(own.isValid() ? own.value<QColor>() : plain);
+    const QColor ink =
+        own.isValid() ? own.value<QColor>() : palette.color(QPalette::Active, QPalette::Text);
+    // Rows of a list that stands still all fade alike.
+    const bool enabled = option.state & QStyle::State_Enabled;
+    painter->setPen(enabled ? ink : Mixed(palette.color(QPalette::Base), ink, 0.5));
     const QRect inside = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
-    painter->drawText(inside, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+    const int side = index.data(Qt::TextAlignmentRole).toInt();
+    painter->drawText(inside, side | Qt::TextSingleLine,
                       option.fontMetrics.elidedText(index.data(Qt::DisplayRole).toString(),
                                                     Qt::ElideRight, inside.width()));
   }
@@ -117,6 +98,9 @@ int RowsModel::columnCount(const QModelIndex& parent) const {
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole) return ToOneLine(table_.TextAt(index.row(), index.column()));
+  if (role == Qt::TextAlignmentRole) {
+    return static_cast<int>(SideOf(table_.Columns()[static_cast<std::size_t>(index.column())]));
+  }
   if (role != Qt::ForegroundRole) return {};
   const auto row = static_cast<std::size_t>(index.row());
   const auto column = static_cast<std::size_t>(index.column());
@@ -131,9 +115,10 @@ QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int rol
   if (orientation != Qt::Horizontal || section >= static_cast<int>(table_.Columns().size())) {
     return {};
   }
-  if (role == Qt::TextAlignmentRole) return int{Qt::AlignLeft | Qt::AlignVCenter};
+  const forms::Column& column = table_.Columns()[static_cast<std::size_t>(section)];
+  if (role == Qt::TextAlignmentRole) return static_cast<int>(SideOf(column));
   if (role != Qt::DisplayRole) return {};
-  return ToOneLine(table_.Columns()[static_cast<std::size_t>(section)].title);
+  return ToOneLine(column.title);
 }
 
 TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
@@ -152,7 +137,6 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
-  horizontalHeader()->setStyleSheet(kHeaderStyle);
   QFont bold = font();
   bold.setWeight(QFont::DemiBold);
   horizontalHeader()->setFont(bold);
@@ -178,6 +162,9 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
 
 void TableList::Show() {
   const bool fresh = model_->Refresh();
+  const bool empty = model_->rowCount() == 0;
+  setAccessibleDescription(empty ? ToQt(table_.WhenEmpty.Get()).replace(u'\n', ". ") : QString());
+  if (empty) viewport()->update();
   if (fresh) ShowColumns();
   if (fresh || shownIndex_ != table_.ListIndex || currentIndex().row() != table_.ListIndex) {
     ShowChosen();
@@ -243,14 +230,67 @@ void TableList::ShareWidth() {
   }
 }
 
+bool TableList::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
+  const auto* const help = static_cast<QHelpEvent*>(event);
+  const QModelIndex index = indexAt(help->pos());
+  const QString text = index.data().toString();
+  const QRect cell = visualRect(index);
+  const bool cut = fontMetrics().horizontalAdvance(text) > cell.width() - 2 * kCellPadding;
+  if (!index.isValid() || !cut) return QTableView::viewportEvent(event);
+  QToolTip::showText(help->globalPos(), ToTooltip(text), viewport(), cell);
+  return true;
+}
+
+void TableList::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (model_->rowCount() == 0 && isEnabled()) PaintWhenEmpty();
+  if (!hasFocus()) return;
+  QPainter painter(viewport());
+  painter.setPen(QPen(theme::kTeal.darker(130), 2));
+  painter.drawRect(viewport()->rect().adjusted(1, 1, -1, -1));
+}
+
+/// The first line is a heading. A path that does not fit loses its middle, since both ends tell.
+void TableList::PaintWhenEmpty() {
+  QPainter painter(viewport());
+  const QRect inside = viewport()->rect().adjusted(kRowPadding, 0, -kRowPadding, 0);
+  const QColor ink = palette().color(QPalette::Text);
+  const QStringList lines = ToQt(table_.WhenEmpty.Get()).split(u'\n');
+  QFont letters = font();
+  letters.setWeight(QFont::DemiBold);
+  letters.setPointSizeF(letters.pointSizeF() * 1.15);
+  painter.setPen(ink);
+  const int pitch = fontMetrics().height() * 8 / 5;
+  int top = inside.top() +
+            std::max(0, inside.height() * 2 / 5 - pitch * static_cast<int>(lines.size()) / 2);
+  for (const QString& line : lines) {
+    painter.setFont(letters);
+    const QString fitting = painter.fontMetrics().elidedText(line, Qt::ElideMiddle, inside.width());
+    painter.drawText(QRect(inside.left(), top, inside.width(), pitch),
+                     Qt::AlignCenter | Qt::TextSingleLine, fitting);
+    top += pitch;
+    letters = font();
+    painter.setPen(Readable(Mixed(palette().color(QPalette::Base), ink, 0.6),
+                            palette().color(QPalette::Base)));
+  }
+}
+
 void TableList::ChooseColours() {
   const QPalette desktop = QGuiApplication::palette();
   const QColor base = desktop.color(QPalette::Base);
-  model_->SetBackground(base);
-  QPalette colours = palette();
+  // Only what is set here is the list's own; everything else goes on following the desktop.
+  QPalette colours;
   colours.setColor(QPalette::Active, QPalette::Highlight, Mixed(base, theme::kTeal, 0.22));
   colours.setColor(QPalette::Inactive, QPalette::Highlight, Mixed(base, theme::kTeal, 0.16));
   setPalette(colours);
+  // Between the page and the letters; what is readable on it is so on the page.
+  model_->SetBackground(colours.color(QPalette::Active, QPalette::Highlight));
+  const QString heading =
+      QString(kHeaderStyle)
+          .arg(Mixed(base, desktop.color(QPalette::Text), 0.2).name(),
+               desktop.color(QPalette::Button).name(), desktop.color(QPalette::ButtonText).name());
+  if (horizontalHeader()->styleSheet() != heading) horizontalHeader()->setStyleSheet(heading);
 }
 
 void TableList::ChooseByKey(int row) {
@@ -301,7 +341,7 @@ void TableList::resizeEvent(QResizeEvent* event) {
 
 void TableList::changeEvent(QEvent* event) {
   QTableView::changeEvent(event);
-  if (event->type() == QEvent::ApplicationPaletteChange) ChooseColours();
+  if (event->type() == QEvent::PaletteChange) ChooseColours();
 }
 
 }  // namespace tavlo::platform::qt

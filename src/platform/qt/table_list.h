@@ -46,6 +46,8 @@ class TableList : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
   /// Offers to sort by each column, for who does not reach the headings with a mouse.
   void contextMenuEvent(QContextMenuEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -56,6 +58,7 @@ class TableList : public QTableView {
   void ShareWidth();
   int LeastWidth(int column) const;
   void ChooseColours();
+  void PaintWhenEmpty();
   void ChooseByKey(int row);
 
   forms::Table& table_;

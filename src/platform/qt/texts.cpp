@@ -31,6 +31,10 @@ QString ToOneLine(std::string_view text) {
   return shown;
 }
 
+QString ToTooltip(const QString& text) {
+  return text.isEmpty() ? text : "<qt>" + text.toHtmlEscaped() + "</qt>";
+}
+
 QString WithoutMnemonic(std::string_view caption) { return ToQt(caption).remove(u'&'); }
 
 std::string FromQt(const QString& text) { return text.toStdString(); }

@@ -13,6 +13,10 @@ QString ToQt(std::string_view text);
 /// become their visible pictures, marks that turn the direction of writing become U+FFFD.
 QString ToOneLine(std::string_view text);
 
+/// The text as a tooltip that shows it letter for letter, for the toolkit would take what looks
+/// like mark-up for mark-up.
+QString ToTooltip(const QString& text);
+
 /// The caption without the ampersand that marks its key, for people who hear it.
 QString WithoutMnemonic(std::string_view caption);
 
