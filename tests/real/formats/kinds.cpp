@@ -20,9 +20,6 @@ constexpr Traits kLosslessCut{.reference = Reference::Source, .playsWhenCut = tr
 constexpr Traits kAdapting{.seekTolerance = kAdapts};
 constexpr Traits kAdaptingCut{.seekTolerance = kAdapts, .playsWhenCut = true};
 
-/// Length of the sound in every file.
-constexpr double kSeconds = 5.3457;
-
 std::string DataOf(const Samples& samples) {
   std::string data;
   for (const std::int16_t value : samples) data += Number(static_cast<std::uint16_t>(value), 2);
@@ -198,7 +195,7 @@ const std::vector<Kind>& AllKinds() {
 }
 
 Samples SourceOf(const Kind& kind) {
-  return Chirp(static_cast<int>(kSeconds * kind.rate), kind.rate, kind.channels);
+  return Chirp(static_cast<int>(kSecondsOfSound * kind.rate), kind.rate, kind.channels);
 }
 
 bool MakeFile(const Kind& kind, const std::string& folder, const std::string& path) {

@@ -8,6 +8,9 @@
 /// Every kind of sound file that dictation comes in, and how a test makes one.
 namespace tavlo::test {
 
+/// Length of the sound in every file.
+inline constexpr double kSecondsOfSound = 5.3457;
+
 /// What a decoder is held against.
 enum class Reference {
   Source,  ///< The samples that the file was made of.
@@ -44,7 +47,7 @@ std::ostream& operator<<(std::ostream& out, const Kind& kind);
 
 const std::vector<Kind>& AllKinds();
 
-/// The sound in every file: no two moments of it are alike.
+/// The sound in a file, a tone that climbs: no two moments of it are alike.
 std::vector<std::int16_t> SourceOf(const Kind& kind);
 /// Makes the file in the folder; false when the tools could not.
 bool MakeFile(const Kind& kind, const std::string& folder, const std::string& path);
