@@ -75,6 +75,8 @@ void ConfigurationWindow::SaveConfiguration(bool withFtpPage) {
   ConfigOpenOnEqualizer = false;
   config_.frmConfiguration.Visible = false;
   main_.frmMain.Visible = true;
+  // What had the keyboard when the main window was hidden may be a key or a menu.
+  main_.frmMain.FocusOn(main_.txtFocus);
   ReloadQueuePaths();
 }
 

@@ -76,6 +76,13 @@ TEST_F(ConfigurationWindowTest, MenuEntryShowsTheWindowInPlaceOfTheMainOne) {
   EXPECT_FALSE(main.frmMain.Visible);
 }
 
+TEST_F(ConfigurationWindowTest, ClosingLeavesTheKeyboardOfTheMainWindowToNobody) {
+  main.frmMain.FocusOn(main.cmdEQ);
+  Open();
+  config.mnuClose.Press(By::Hand);
+  EXPECT_EQ(main.frmMain.Focused(), &main.txtFocus);
+}
+
 TEST_F(ConfigurationWindowTest, ClosingByTheMenuSavesTheFtpPageToo) {
   Open();
   config.txtSubjectHeading.Value = "Client";

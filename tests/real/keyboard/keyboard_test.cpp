@@ -1,0 +1,133 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QWidget>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+#include "support/driven_program.h"
+#include "support/screen.h"
+#include "support/sound_files.h"
+#include "support/sound_server.h"
+
+namespace tavlo::test {
+namespace {
+
+constexpr std::uint32_t kAlt = 0xFFE9;
+
+/// The real program with three long dictations. A key that was pressed keeps the keyboard unless a
+/// rule sends it away, and the next blank of the typist's would press it again.
+struct Keyboard : testing::Test {
+  void SetUp() override {
+    ASSERT_TRUE(server.Start());
+    home.MakeRoot({{"AutoPreview", "15"}, {"AudioPromptsFlag", "N"}});
+    for (const std::string& name : {first, second, third}) {
+      home.AddToQueue(name, WaveBytes(Chirp(60 * kRate, kRate)));
+    }
+    program = std::make_unique<DrivenProgram>(home);
+  }
+
+  std::string Holder() {
+    return program->Ask([]() -> std::string {
+      const QWidget* const widget = QApplication::focusWidget();
+      return widget ? widget->objectName().toStdString() : "";
+    });
+  }
+  bool NobodyHasIt() {
+    return Until([this] { return Holder() == "txtFocus"; });
+  }
+  /// Gives a key the keyboard and clicks it.
+  void Click(const char* key) {
+    EXPECT_TRUE(Until([&] {
+      program->Do([&] {
+        for (QWidget* const widget : QApplication::allWidgets()) {
+          if (widget->objectName() == key && widget->isVisible()) widget->setFocus();
+        }
+      });
+      return Holder() == key;
+    })) << key;
+    program->Click(key);
+  }
+  void ExpectGivenAwayBy(std::initializer_list<const char*> keys) {
+    for (const char* const key : keys) {
+      Click(key);
+      EXPECT_TRUE(NobodyHasIt()) << key << " leaves it to " << Holder();
+    }
+  }
+  void Play(const std::string& name) {
+    program->ClickRow(program->RowOf(name));
+    ASSERT_TRUE(program->Until([&] { return program->Main().cmdPlay.Enabled.Get(); }));
+    ExpectGivenAwayBy({"cmdPlay"});
+  }
+  void ExpectReadyWithNobody(const char* key) {
+    ASSERT_TRUE(Until([&] { return program->IsReady(); }));
+    EXPECT_TRUE(NobodyHasIt()) << key << " leaves it to " << Holder();
+  }
+  void Run(const std::function<void()>& script) {
+    const int status = program->Run([&] {
+      ASSERT_TRUE(program->Begin());
+      script();
+      if (program->Ask([&] { return program->Main().cmdSkip.Enabled.Get(); })) {
+        program->Click("cmdSkip");
+      }
+      program->Exit();
+    });
+    EXPECT_EQ(status, 0);
+  }
+  void ChooseInMenu(std::uint32_t menu, std::uint32_t entry) {
+    program->Keys({kAlt, menu});
+    ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
+    program->Keys({entry});
+  }
+
+  static constexpr int kRate = 8000;
+  const std::string first = DocumentName("First", 1);
+  const std::string second = DocumentName("Second", 2);
+  const std::string third = DocumentName("Third", 3);
+  SoundServer server;
+  Home home;
+  std::unique_ptr<DrivenProgram> program;
+};
+
+TEST_F(Keyboard, IsGivenAwayByEveryKeyOfTheMainWindow) {
+  Run([&] {
+    EXPECT_TRUE(NobodyHasIt());
+    Click("cmdUpdateFileList");
+    ExpectReadyWithNobody("cmdUpdateFileList");
+    program->ClickRow(program->RowOf(first));
+    ASSERT_TRUE(program->Until([&] { return program->Main().DeckRuns.Get(); }));
+    ExpectGivenAwayBy({"cmdImportCompleteSnipetStop"});
+    Play(first);
+    ExpectGivenAwayBy({"cmdStop", "cmdForward", "cmdStop", "cmdRewind", "cmdSkipBeg", "cmdSkipEnd",
+                       "cmdNormalSpeed"});
+    Click("cmdComplete");
+    ExpectReadyWithNobody("cmdComplete");
+    Play(second);
+    Click("cmdSave");
+    ExpectReadyWithNobody("cmdSave");
+    Play(third);
+    Click("cmdSkip");
+    ExpectReadyWithNobody("cmdSkip");
+  });
+}
+
+TEST_F(Keyboard, IsGivenAwayByEveryBoxAndKeyOfTheConfiguration) {
+  Run([&] {
+    ChooseInMenu('f', 'c');
+    const forms::Window& configuration = program->Windows().configuration.frmConfiguration;
+    ASSERT_TRUE(program->Until([&] { return configuration.Visible.Get(); }));
+    ASSERT_TRUE(NobodyHasIt());
+    ExpectGivenAwayBy({"chkAccelerateWindIncrement", "chkMinimizeMiniPlayer", "chkAlwaysOnTop",
+                       "chkAutoQueueJob", "cmdCenterMiniPlayer", "chkAudioPrompts",
+                       "chkShowCustomDisplay", "sliderABS", "sliderAutoPreview",
+                       "sliderWindIncrement", "sldPromptVol"});
+    program->Keys({kAlt, 'c'});
+    ASSERT_TRUE(program->Until([&] { return program->Main().frmMain.Visible.Get(); }));
+    EXPECT_TRUE(NobodyHasIt()) << Holder();
+  });
+}
+
+}  // namespace
+}  // namespace tavlo::test
