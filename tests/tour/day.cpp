@@ -27,7 +27,8 @@ QString WorkFolder(const char* name) {
 
 }  // namespace
 
-Day::Day(platform::desktop::Program& program) : program_(program), typist_(program.Loop()) {}
+Day::Day(platform::desktop::Program& program, Left& left)
+    : program_(program), left_(left), typist_(program.Loop()) {}
 
 std::vector<Step> Day::Steps() {
   std::vector<Step> steps;
@@ -37,6 +38,8 @@ std::vector<Step> Day::Steps() {
   AddFinishing(steps);
   AddList(steps);
   AddCompleted(steps);
+  AddOtherViews(steps);
+  AddOddDocuments(steps);
   AddWindows(steps);
   AddEnd(steps);
   return steps;
@@ -182,13 +185,18 @@ void Day::AddWindows(std::vector<Step>& steps) {
   const shell::Windows& windows = program_.Deck().windows;
   steps.push_back(Keys(
       {kAlt, 'f'}, "the File menu opens",
-      [] { return QApplication::activePopupWidget() != nullptr; }, "10-menu"));
+      [] { return QApplication::activePopupWidget() != nullptr; }, "13-menu"));
   steps.push_back(Keys(
       {'c'}, "the configuration takes the screen",
       [&windows, this] {
         return windows.configuration.frmConfiguration.Visible && !Main().frmMain.Visible;
       },
-      "11-configuration"));
+      "14-configuration"));
+  steps.push_back(Click("cmdCenterMiniPlayer", "its key centers the mini-player", [this] {
+    const forms::Window& window = Main().frmMain;
+    return std::abs(Main().txtPlayerTop.WholeNumber() -
+                    (window.ScreenHeight - PlayerHeight()) / 2) <= 15;
+  }));
   steps.push_back({.says = "closing it brings the deck back",
                    .act =
                        [this] {
@@ -199,7 +207,7 @@ void Day::AddWindows(std::vector<Step>& steps) {
                        [] { return QApplication::activePopupWidget() != nullptr; }));
   steps.push_back(Keys(
       {'a'}, "the about box shows", [&windows] { return windows.about.frmAbout.Visible.Get(); },
-      "12-about"));
+      "15-about"));
   steps.push_back(Keys({kAlt, 'c'}, "and closes",
                        [&windows] { return !windows.about.frmAbout.Visible.Get(); }));
   steps.push_back({.says = "a second copy is refused",
@@ -223,22 +231,38 @@ void Day::AddWindows(std::vector<Step>& steps) {
 void Day::AddEnd(std::vector<Step>& steps) {
   steps.push_back(ClickRowOf("Nakamura", "a last document is chosen",
                              [this] { return Playing() && Seconds() > 0.5; }));
-  steps.push_back(Click("cmdPlay", "and played", [this] { return Main().cmdSkip.Enabled.Get(); }));
+  steps.push_back(Click("cmdPlay", "and played in the middle of the screen", [this] {
+    const forms::Window& window = Main().frmMain;
+    return Main().cmdSkip.Enabled && window.Height == PlayerHeight() &&
+           std::abs(window.Top - (window.ScreenHeight - window.Height) / 2) <= 15;
+  }));
+  steps.push_back(Drag("Slider1", 60, "a little faster than normal", [this] {
+    left_.speed = Rooms()->engine.PlaySpeedPercent;
+    return left_.speed > 100;
+  }));
   steps.push_back(Keys(
-      {kAlt, kF4}, "exit is refused while it is in work",
-      [this] { return program_.Loop().MessageBoxOpen(); }, "13-must-finish"));
+      {kAlt, kF4}, "exit is refused while it is in work", [this] { return BoxOpen(); },
+      "16-must-finish"));
   steps.push_back(Keys({kReturn}, "the box closes and the sound has stopped",
-                       [this] { return !program_.Loop().MessageBoxOpen() && !Playing(); }));
-  steps.push_back(
-      Click("cmdSkip", "Skip leaves the document as it is", [this] { return Ready(); }));
+                       [this] { return !BoxOpen() && !Playing(); }));
+  steps.push_back({.says = "Skip leaves the document as it is and sounds the next one",
+                   .act =
+                       [this] {
+                         left_.volume = Main().txtVolume.Value;
+                         left_.playerLeft = Main().frmMain.Left;
+                         left_.playerTop = Main().frmMain.Top;
+                         typist_.ClickUnseen(typist_.Middle("cmdSkip"));
+                       },
+                   .seen =
+                       [this] {
+                         return Ready() && Playing() && RowOf("Nakamura") >= 0 &&
+                                Main().listViewInQueue.ListIndex >= 0 && !Main().cmdSkip.Enabled;
+                       }});
   steps.push_back(Keys(
-      {kAlt, kF4}, "exit asks", [this] { return program_.Loop().MessageBoxOpen(); }, "14-exit"));
-  steps.push_back(
-      Keys({kEscape}, "no keeps the deck", [this] { return !program_.Loop().MessageBoxOpen(); }));
-  steps.push_back(
-      Keys({kAlt, kF4}, "exit asks again", [this] { return program_.Loop().MessageBoxOpen(); }));
-  steps.push_back(
-      Keys({kReturn}, "yes ends it", [this] { return !program_.Loop().MessageBoxOpen(); }));
+      {kAlt, kF4}, "exit asks", [this] { return BoxOpen(); }, "17-exit"));
+  steps.push_back(Keys({kEscape}, "no keeps the deck", [this] { return !BoxOpen(); }));
+  steps.push_back(Keys({kAlt, kF4}, "exit asks again", [this] { return BoxOpen(); }));
+  steps.push_back(Keys({kReturn}, "yes ends it", [this] { return !BoxOpen(); }));
 }
 
 Step Day::Click(const char* control, std::string says, std::function<bool()> seen,

@@ -13,12 +13,23 @@
 
 namespace tavlo::tour {
 
+/// What the typist left behind at the end of a day and finds the next morning.
+struct Left {
+  int speed = 0;
+  std::string volume;
+  forms::Twips playerLeft = 0;
+  forms::Twips playerTop = 0;
+};
+
 /// What the typist does in a day, as steps on the real program.
 class Day {
  public:
-  explicit Day(platform::desktop::Program& program);
+  /// `left` is filled by the first day and looked at on the next one.
+  Day(platform::desktop::Program& program, Left& left);
 
   std::vector<Step> Steps();
+  /// The next morning: what the program remembers.
+  std::vector<Step> NextMorning();
 
  private:
   void AddStart(std::vector<Step>& steps);
@@ -26,7 +37,9 @@ class Day {
   void AddShaping(std::vector<Step>& steps);
   void AddFinishing(std::vector<Step>& steps);
   void AddList(std::vector<Step>& steps);
+  void AddOddDocuments(std::vector<Step>& steps);
   void AddCompleted(std::vector<Step>& steps);
+  void AddOtherViews(std::vector<Step>& steps);
   void AddWindows(std::vector<Step>& steps);
   void AddEnd(std::vector<Step>& steps);
 
@@ -46,10 +59,16 @@ class Day {
   int RowOf(const std::string& author);
   std::string Cell(const std::string& author, int column);
   bool Ready();
+  bool BoxOpen() { return program_.Loop().MessageBoxOpen(); }
   bool Playing();
   double Seconds();
+  /// Outer height of the window while only the player shows, in twips.
+  int PlayerHeight() {
+    return static_cast<int>(Main().txtTitleBarHeight.WholeNumber()) + Main().framePlayer.Height;
+  }
 
   platform::desktop::Program& program_;
+  Left& left_;
   test::Typist typist_;
   QProcess secondCopy_;
   double remembered_ = 0;

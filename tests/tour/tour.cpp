@@ -16,10 +16,12 @@ constexpr base::Duration kSettle = 250ms;
 
 }  // namespace
 
-Tour::Tour(platform::qt::QtLoop& loop, QString pictureFolder, std::vector<Step> steps)
+Tour::Tour(platform::qt::QtLoop& loop, QString pictureFolder, std::vector<Step> steps,
+           std::size_t first)
     : loop_(loop),
       pictureFolder_(std::move(pictureFolder)),
       steps_(std::move(steps)),
+      first_(first),
       tick_(loop, "tour", 50ms) {
   tick_.OnTick = [this] { Tick(); };
 }
@@ -45,11 +47,11 @@ void Tour::Finish(const Step& step, bool seen) {
     loop_.Wait(kSettle);
     TakePicture(step.picture);
   }
-  std::printf("%2zu  %-8s %s\n", next_ + 1, seen ? "seen" : "NOT SEEN", step.says.c_str());
+  std::printf("%2zu  %-8s %s\n", first_ + next_, seen ? "seen" : "NOT SEEN", step.says.c_str());
   std::fflush(stdout);
   if (!seen) {
     ++missed_;
-    TakePicture("not-seen-" + std::to_string(next_ + 1));
+    TakePicture("not-seen-" + std::to_string(first_ + next_));
   }
   acted_ = false;
   ++next_;

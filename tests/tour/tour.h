@@ -26,9 +26,13 @@ struct Step {
 /// boxes and inside waits as a person would.
 class Tour {
  public:
-  Tour(platform::qt::QtLoop& loop, QString pictureFolder, std::vector<Step> steps);
+  /// The first step is printed with the number `first`.
+  Tour(platform::qt::QtLoop& loop, QString pictureFolder, std::vector<Step> steps,
+       std::size_t first = 1);
 
   void Begin() { tick_.Start(); }
+  /// The number after that of the last step.
+  std::size_t After() const { return first_ + steps_.size(); }
   /// True once every step was seen.
   bool Succeeded() const { return next_ == steps_.size() && missed_ == 0; }
 
@@ -40,6 +44,7 @@ class Tour {
   platform::qt::QtLoop& loop_;
   const QString pictureFolder_;
   const std::vector<Step> steps_;
+  const std::size_t first_;
   base::Timer tick_;
   std::size_t next_ = 0;
   std::size_t missed_ = 0;

@@ -1,0 +1,122 @@
+// Documents out of the ordinary, the views beside the lists, and what is remembered overnight.
+#include <QDir>
+#include <QFile>
+#include <cmath>
+
+#include "day.h"
+
+namespace tavlo::tour {
+namespace {
+
+using base::operator""s;
+namespace column = forms::document_column;
+
+// Key symbols of the display's keyboard.
+constexpr std::uint32_t kReturn = 0xFF0D;
+constexpr std::uint32_t kAlt = 0xFFE9;
+constexpr std::uint32_t kF4 = 0xFFC1;
+constexpr std::uint32_t kF5 = 0xFFC2;
+
+QString InQueue(const char* name) {
+  return QDir::homePath() + "/Lyrane/TavloDeck/Files/InQueue/" + name;
+}
+
+void Put(const QString& path, const QByteArray& bytes) {
+  QFile file(path);
+  if (file.open(QFile::WriteOnly)) file.write(bytes);
+}
+
+/// A wave of 8000 Hz that holds no sample.
+QByteArray EmptyWave() {
+  return QByteArray::fromHex(
+      "524946462400000057415645666d7420100000000100010040"
+      "1f0000803e00000200100064617461"
+      "00000000");
+}
+
+}  // namespace
+
+void Day::AddOddDocuments(std::vector<Step>& steps) {
+  const auto put = [this] {
+    Put(InQueue("0001 0 Broken 1 3 9 2005 14 5 12 1 0 1 noise 0 0_.wav"), "this is no sound");
+    Put(InQueue("0001 0 Silent 1 3 9 2005 14 6 12 1 0 1 hush 0 0_.wav"), EmptyWave());
+    typist_.KeysUnseen({kF5});
+  };
+  steps.push_back(
+      {.says = "a file that is no sound and an empty one stand in the list",
+       .act = put,
+       .seen = [this] { return Ready() && RowOf("Broken") >= 0 && RowOf("Silent") >= 0; }});
+  steps.push_back(ClickRowOf(
+      "Broken", "what can not be played says so", [this] { return BoxOpen(); }, "12-unplayable"));
+  steps.push_back(Keys({kReturn}, "and may be completed",
+                       [this] { return !BoxOpen() && Main().cmdComplete.Enabled; }));
+  steps.push_back(Click("cmdComplete", "which takes it away",
+                        [this] { return Ready() && RowOf("Broken") < 0; }));
+  steps.push_back(ClickRowOf("Silent", "an empty dictation may be completed too",
+                             [this] { return Main().cmdComplete.Enabled && !BoxOpen(); }));
+  steps.push_back(Click("cmdComplete", "and goes the same way",
+                        [this] { return Ready() && RowOf("Silent") < 0; }));
+}
+
+void Day::AddOtherViews(std::vector<Step>& steps) {
+  const auto enter = [this](std::uint32_t letter) {
+    typist_.KeysUnseen({kAlt, 'v'});
+    typist_.KeysUnseen({letter});
+  };
+  steps.push_back({.says = "the Import view shows its list and plays nothing",
+                   .act = [enter] { enter('i'); },
+                   .seen =
+                       [this] {
+                         return Main().frameImport.Visible && !Main().frameInQueue.Visible &&
+                                !Main().cmdPlay.Enabled && Main().sldVol.Enabled;
+                       },
+                   .picture = "10-import"});
+  steps.push_back({.says = "the Ftp view shows its servers and has nothing to shape",
+                   .act = [enter] { enter('t'); },
+                   .seen =
+                       [this] {
+                         return Main().frameFtp.Visible && !Main().frameImport.Visible &&
+                                !Main().sldVol.Enabled && !Main().cmdEQ.Enabled;
+                       },
+                   .picture = "11-ftp"});
+  steps.push_back({.says = "the Queue view gives the sound back",
+                   .act = [enter] { enter('q'); },
+                   .seen = [this] { return Ready() && Main().sldVol.Enabled; }});
+}
+
+std::vector<Step> Day::NextMorning() {
+  std::vector<Step> steps;
+  steps.push_back({.says = "the next morning the splash stands again", .seen = [this] {
+                     return program_.Deck().windows.splash.frmInitSplash.Visible.Get();
+                   }});
+  steps.push_back({.says = "and is clicked away",
+                   .act = [this] { typist_.ClickUnseen(typist_.Middle("picIcon")); },
+                   .seen = [this] { return Ready() && !BoxOpen(); },
+                   .patience = 20s});
+  steps.push_back(
+      {.says = "speed, volume and the saved document are as they were left", .seen = [this] {
+         return Rooms()->engine.PlaySpeedPercent == left_.speed &&
+                Main().Slider1.Value == left_.speed - 100 &&
+                Main().txtVolume.Value.Get() == left_.volume &&
+                Cell("Lindqvist", column::Saved) == "Saved";
+       }});
+  steps.push_back(ClickRowOf("Lindqvist", "the saved document is chosen",
+                             [this] { return Playing() && Main().cmdPlay.Enabled; }));
+  steps.push_back(Click(
+      "cmdPlay", "and goes on where it was saved, in the mini-player's place",
+      [this] {
+        const forms::Window& window = Main().frmMain;
+        const double back = program_.Deck().windows.configuration.sliderABS.Value / 10.0;
+        const double saved = static_cast<double>(Rooms()->transport.SavedPosition) /
+                             Rooms()->engine.File().SampleRate();
+        return Playing() && saved > 0 && Seconds() > saved - back && Seconds() < saved - back + 4 &&
+               window.Left == left_.playerLeft && window.Top == left_.playerTop;
+      },
+      "18-remembered"));
+  steps.push_back(Click("cmdSkip", "Skip leaves it", [this] { return Ready(); }));
+  steps.push_back(Keys({kAlt, kF4}, "exit asks", [this] { return BoxOpen(); }));
+  steps.push_back(Keys({kReturn}, "yes ends the tour", [this] { return !BoxOpen(); }));
+  return steps;
+}
+
+}  // namespace tavlo::tour
