@@ -59,6 +59,22 @@ std::string RefusedText(const std::string& path) {
                   "folder.");
 }
 
+/// The engine opens files of these names beside its own as they are: a pipe there would keep the
+/// program waiting for good, and through a link it would write into another file.
+constexpr std::array kBeside{"-journal", "-wal", "-shm"};
+
+std::string BesideFault(const std::string& path) {
+  std::error_code failed;
+  const std::string real = std::filesystem::canonical(path, failed).string();
+  for (const char* ending : kBeside) {
+    using Type = std::filesystem::file_type;
+    const Type type = std::filesystem::symlink_status(real + ending, failed).type();
+    if (type == Type::regular || type == Type::not_found) continue;
+    return Sentence(path, "can not be used: " + real + ending + " is no file.");
+  }
+  return {};
+}
+
 /// What keeps a file from being opened at all; empty when nothing does.
 std::string ReachFault(const std::string& path, int wanted) {
   std::error_code failed;
@@ -71,7 +87,7 @@ std::string ReachFault(const std::string& path, int wanted) {
     return Sentence(path, "is no file.");
   }
   if (eaccess(path.c_str(), wanted) != 0) return RefusedText(path);
-  return {};
+  return BesideFault(path);
 }
 
 std::string FailureText(const std::string& path, StepResult result, const std::string& message) {
