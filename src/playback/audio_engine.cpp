@@ -62,6 +62,7 @@ void AudioEngine::InitializeNCTcontrol() {
   hooks_.ListSources();
   IsPlaying = false;
   IsPaused = false;
+  config_.chkEqEnable.Value = player_.EqualizerEnabled();
 }
 
 void AudioEngine::ListDevices() {

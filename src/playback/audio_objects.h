@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -13,6 +14,9 @@
 namespace tavlo::playback {
 
 using SampleCount = std::int64_t;
+
+/// Gains of the equalizer in dB: twelve bands, and a last element that is always 0.
+using EqualizerGains = std::array<float, 13>;
 
 /// Which channel of a split pair an array holds.
 enum class Side { Whole, Left, Right };
@@ -113,6 +117,13 @@ class AudioPlayer {
 
   /// Master volume, 0 to 65535; reaches the ear ramped.
   virtual void SetVolume(int volume) = 0;
+
+  /// The curve to be met at the centres of the bands; reaches the ear ramped. It is kept while the
+  /// equalizer is off.
+  virtual void SetEqualizerGains(const EqualizerGains& gains) = 0;
+  /// Off, as it is at first, the document is played unchanged.
+  virtual bool EqualizerEnabled() const = 0;
+  virtual void SetEqualizerEnabled(bool enabled) = 0;
 
   // Exactly one OnEndArrayPlay or OnRequestOnLoadArray for each block that has been played.
   // OnEndPlay comes once, when the queue is dry and every such request has been answered without a

@@ -6,6 +6,7 @@
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
 #include "playback/audio_engine.h"
+#include "playback/equalizer.h"
 #include "playback/position_display.h"
 #include "playback/preview.h"
 #include "playback/sound_shaping.h"
@@ -34,10 +35,12 @@ struct PlaybackBench {
   playback::Transport transport{loop, form, config, window, engine, hooks};
   playback::PositionDisplay position{form, window, engine, transport};
   playback::SoundShaping shaping{form, window, engine};
+  playback::Equalizer equalizer{loop, config, player};
   playback::Preview preview{form, config, window, engine, transport, hooks};
 
   PlaybackBench() {
     hooks.playPrompt = [this](std::string_view name) { prompts.emplace_back(name); };
+    hooks.applyEqualizer = [this] { equalizer.ApplyStored(); };
     hooks.showConfiguration = [this] { configurationShown = true; };
     form.frmMain.Visible = true;
     window.WindowHeight = form.frmMain.Height;

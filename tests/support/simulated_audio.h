@@ -79,6 +79,8 @@ class SimulatedPlayer : public playback::AudioPlayer {
   double Level = 70;
   std::vector<SampleArray> Queued;  ///< Every block ever queued.
   std::vector<int> Volumes;
+  std::vector<playback::EqualizerGains> Gains;
+  bool EqualizerOn = false;
   int Starts = 0;
   int Stops = 0;
   int Clears = 0;
@@ -98,6 +100,9 @@ class SimulatedPlayer : public playback::AudioPlayer {
   void SelectDevice(int index) override;
   bool DeviceHasMixer() const override { return selected_; }
   void SetVolume(int volume) override { Volumes.push_back(volume); }
+  void SetEqualizerGains(const playback::EqualizerGains& gains) override { Gains.push_back(gains); }
+  bool EqualizerEnabled() const override { return EqualizerOn; }
+  void SetEqualizerEnabled(bool enabled) override { EqualizerOn = enabled; }
 
   bool IsRunning() const { return running_; }
   int BlocksInFlight() const { return static_cast<int>(queue_.size()); }

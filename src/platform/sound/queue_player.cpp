@@ -128,6 +128,12 @@ void QueuePlayer::SetVolume(int volume) {
   mixer_.SetVolume(static_cast<float>(std::clamp<double>(volume, 0, kTopVolume) / kTopVolume));
 }
 
+void QueuePlayer::SetEqualizerGains(const playback::EqualizerGains& gains) {
+  BandGains curve{};
+  std::copy_n(gains.begin(), curve.size(), curve.begin());
+  mixer_.SetEqualizerCurve(curve);
+}
+
 bool QueuePlayer::PlayPrompt(SampleArray prompt, int samplesPerSecond) {
   const bool isSound = prompt.Samples() > 0 && prompt.channels <= 2 && samplesPerSecond > 0;
   if (!isSound || !HaveDeviceForPrompt()) return false;

@@ -57,6 +57,9 @@ class QueuePlayer : public playback::AudioPlayer {
   bool DeviceHasMixer() const override;
 
   void SetVolume(int volume) override;
+  void SetEqualizerGains(const playback::EqualizerGains& gains) override;
+  bool EqualizerEnabled() const override { return mixer_.EqualizerEnabled(); }
+  void SetEqualizerEnabled(bool enabled) override { mixer_.SetEqualizerEnabled(enabled); }
 
   /// Sounds a whole prompt beside the document; the one that sounds fades out first. Opens the
   /// device when nothing else has. False when there is none, and for a sound that is none.

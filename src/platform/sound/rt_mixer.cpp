@@ -6,6 +6,7 @@ namespace tavlo::platform {
 
 void RtMixer::SetRate(int framesPerSecond) {
   rampFrames_ = std::max(1, framesPerSecond * kRampMilliseconds / 1000);
+  equalizer_.SetRate(framesPerSecond);
 }
 
 bool RtMixer::PlayPrompt(std::unique_ptr<RtBlock> prompt) {
@@ -28,6 +29,7 @@ void RtMixer::RtRender(float* out, FrameCount frames) {
   std::fill(out, out + 2 * frames, 0.0F);
   RtAimVolume();
   document_.RtAdd(out, frames, rampFrames_);
+  equalizer_.RtShape(out, frames, document_.RtSilent());
   prompts_.RtAdd(out, frames, rampFrames_);
   for (FrameCount i = 0; i < frames; ++i, out += 2) {
     const float volume = rtVolume_.RtNext();

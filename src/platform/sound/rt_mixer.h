@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/sound/rt_block.h"
+#include "platform/sound/rt_equalizer.h"
 #include "platform/sound/rt_ramp.h"
 #include "platform/sound/rt_voice.h"
 
@@ -47,6 +48,11 @@ class RtMixer {
   /// Whether all that was dropped has faded out.
   bool Settled() const { return document_.Settled() && prompts_.Settled(); }
 
+  // The equalizer shapes the document alone; a prompt passes it by.
+  void SetEqualizerCurve(const BandGains& curve) { equalizer_.SetCurve(curve); }
+  void SetEqualizerEnabled(bool enabled) { equalizer_.SetEnabled(enabled); }
+  bool EqualizerEnabled() const { return equalizer_.Enabled(); }
+
   /// Amplitude from 0 to 1.
   void SetVolume(float amplitude) { volume_.store(amplitude, std::memory_order_relaxed); }
 
@@ -57,6 +63,7 @@ class RtMixer {
   void RtAimVolume();
 
   RtVoice document_;
+  RtEqualizer equalizer_;
   RtVoice prompts_;
   std::atomic<float> volume_{1};
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string_view>
+
+#include "base/loop.h"
+#include "forms/configuration_form.h"
+#include "playback/audio_objects.h"
+#include "window/main_window.h"
+
+namespace tavlo::playback {
+
+/// The equalizer page: twelve bands, five curves, on and off. The sliders are the truth of what
+/// sounds; a curve only sets them.
+class Equalizer {
+ public:
+  Equalizer(base::Loop& loop, forms::ConfigurationForm& config, AudioPlayer& player);
+
+  /// Puts the stored switch and the stored curve on the page and into the player: at each start of
+  /// playing, and as the page opens.
+  void ApplyStored();
+
+ private:
+  struct Preset;
+  static const Preset kPresets[];
+
+  forms::PresetCommand& KeyOf(const Preset& preset);
+  void SwitchOnOrOff();
+  void Choose(const Preset& preset);
+  void ColourChoice();
+  void SendGains();
+  void SaveCustom();
+  void FocusAway() { config_.frmConfiguration.FocusOn(config_.txtFocus); }
+
+  base::Loop& loop_;
+  forms::ConfigurationForm& config_;
+  AudioPlayer& player_;
+};
+
+}  // namespace tavlo::playback
