@@ -32,6 +32,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
     : sound{.playPrompt = [this](std::string_view name) { prompts.PlayPrompt(name); },
             .stopPrompt = [this] { prompts.StopPrompt(); },
             .closePrompt = [this] { prompts.Close(); },
+            .applyEqualizer = [this] { equalizer.ApplyStored(); },
             .showConfiguration = [this] { configuration.Show(); }},
       database(std::move(openDatabase)),
       settings(*database),
@@ -48,6 +49,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       transport(platform.loop, windows.main, windows.configuration, mainWindow, engine, sound),
       positionDisplay(windows.main, mainWindow, engine, transport),
       soundShaping(windows.main, mainWindow, engine),
+      equalizer(platform.loop, windows.configuration, platform.audioPlayer),
       preview(windows.main, windows.configuration, mainWindow, engine, transport, sound),
       queue(platform.loop, windows.main, platform.disk, workFolders, names, engine),
       refresh(platform.loop, windows.main, mainWindow, engine, transport, queue, sound, listHooks),
@@ -101,7 +103,8 @@ window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
               },
           .applyBranding = [this] { branding.ApplyBranding(); },
           .followPedalChoice = [this] { serialPedal.FollowChoice(); },
-          .centerMiniPlayer = [this] { mainWindow.CenterMiniPlayer(); }};
+          .centerMiniPlayer = [this] { mainWindow.CenterMiniPlayer(); },
+          .openEqualizer = [this] { equalizer.ApplyStored(); }};
 }
 
 Deck::Deck(Platform platform)

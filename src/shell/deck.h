@@ -19,6 +19,7 @@
 #include "pedals/serial_pedal.h"
 #include "pedals/usb_pedal.h"
 #include "playback/audio_engine.h"
+#include "playback/equalizer.h"
 #include "playback/hooks.h"
 #include "playback/position_display.h"
 #include "playback/preview.h"
@@ -71,6 +72,7 @@ struct Rooms {
   playback::Transport transport;
   playback::PositionDisplay positionDisplay;
   playback::SoundShaping soundShaping;
+  playback::Equalizer equalizer;
   playback::Preview preview;
   lists::QueueList queue;
   lists::Refresh refresh;
