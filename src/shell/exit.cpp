@@ -89,6 +89,9 @@ void Exit::End() {
   form_.cmdStop.Enabled = false;
   form_.cmdPlay.Enabled = false;
   form_.cmdImportCompleteSnipetStop.Enabled = false;
+  // A document that was heard to its end may be completed without Play. In the waits that would
+  // thaw the window, and Auto Queue and Play could put the next one in work.
+  form_.cmdComplete.Enabled = false;
   // The hourglass drops a second close request in the waits.
   form_.frmMain.MousePointer = forms::Pointer::Hourglass;
   loop_.Wait(1000ms);

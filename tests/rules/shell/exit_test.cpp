@@ -72,6 +72,22 @@ TEST_F(ExitTest, RefusedCloseLeavesAWindRunningAndThePlayKeyShowsIt) {
   EXPECT_TRUE(form.DeckRuns);
 }
 
+TEST_F(ExitTest, NoDocumentIsCompletedWhileTheProgramEnds) {
+  ClickRow(0);
+  form.cmdComplete.Enabled = true;
+  loop.Expect({.reply = Reply::Yes});
+  base::Timer hand(loop, "hand", base::Duration{std::chrono::milliseconds{500}});
+  hand.OnTick = [&] {
+    hand.Stop();
+    form.cmdComplete.Press(By::Hand);
+  };
+  hand.Start();
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(ended, 0);
+  EXPECT_TRUE(disk.NamesIn(Completed()).empty());
+  EXPECT_FALSE(form.mnuFile.Enabled);
+}
+
 TEST_F(ExitTest, OpenFtpConnectionIsToldAndStaysOpen) {
   form.bConnect.Caption = "Disconnect";
   form.frmMain.CloseRequest();
