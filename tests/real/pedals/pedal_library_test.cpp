@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "pedals/pedal_pipe.h"
+#include "platform/usb/plugin_usb_watcher.h"
+#include "support/temporary_folder.h"
+
+namespace tavlo::test {
+namespace {
+
+using pedals::UsbPresence;
+using platform::PluginUsbWatcher;
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// What one read hands over.
+Bytes Read(PluginUsbWatcher& watcher, pedals::MonitorHandle& monitor) {
+  std::array<std::uint8_t, 100> buffer{};
+  std::int32_t count = -1;
+  EXPECT_TRUE(watcher.GetData(monitor, buffer, count));
+  return {buffer.begin(), buffer.begin() + count};
+}
+
+TEST(PedalLibrary, LibraryThatIsMissingStartsNoWatch) {
+  const TemporaryFolder folder;
+  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  pedals::MonitorHandle monitor = 7;
+  EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_EQ(monitor, 0);
+  std::array<std::uint8_t, 100> buffer{};
+  std::int32_t count = -1;
+  EXPECT_FALSE(watcher.GetData(monitor, buffer, count));
+  EXPECT_EQ(count, 0);
+  EXPECT_FALSE(watcher.StopWatch(monitor));
+  EXPECT_EQ(watcher.Presence(monitor), UsbPresence::NotWatched);
+}
+
+TEST(PedalLibrary, FileThatIsNoLibraryStartsNoWatch) {
+  const TemporaryFolder folder;
+  PluginUsbWatcher watcher(folder.Write("PedalWatch.so", "no library"));
+  pedals::MonitorHandle monitor = 0;
+  EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor));
+}
+
+TEST(PedalLibrary, RealOneWatchesWithoutAPedalAndEndsAtOnce) {
+  PluginUsbWatcher watcher(TAVLO_PEDAL_WATCH);
+  pedals::MonitorHandle monitor = 0;
+  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_NE(monitor, 0);
+  EXPECT_EQ(Read(watcher, monitor), Bytes{});
+  EXPECT_NE(watcher.Presence(monitor), UsbPresence::NotWatched);
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+  EXPECT_EQ(monitor, 0);
+  EXPECT_FALSE(watcher.StopWatch(monitor));
+}
+
+TEST(PedalLibrary, RealOneRefusesFiguresThatPickNothing) {
+  PluginUsbWatcher watcher(TAVLO_PEDAL_WATCH);
+  pedals::MonitorHandle monitor = 7;
+  EXPECT_FALSE(watcher.StartWatch(-1, 12, 3, monitor));
+  EXPECT_FALSE(watcher.StartWatch(255, 12, 0x10000, monitor));
+  EXPECT_EQ(monitor, 0);
+}
+
+TEST(PedalLibrary, RealOneAnswersOnlyToItsHandles) {
+  PluginUsbWatcher watcher(TAVLO_PEDAL_WATCH);
+  pedals::MonitorHandle monitor = 0;
+  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  pedals::MonitorHandle stranger = monitor + 1;
+  std::array<std::uint8_t, 100> buffer{};
+  std::int32_t count = -1;
+  EXPECT_FALSE(watcher.GetData(stranger, buffer, count));
+  EXPECT_EQ(watcher.Presence(stranger), UsbPresence::NotWatched);
+  EXPECT_FALSE(watcher.StopWatch(stranger));
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+}
+
+TEST(PedalLibrary, StandInHandsOverOneReportFirstAndThirtyThreeAtMostLater) {
+  const TemporaryFolder folder;
+  const PedalPipe pipe(folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  pedals::MonitorHandle monitor = 0;
+  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_EQ(watcher.Presence(monitor), UsbPresence::Ready);
+  EXPECT_EQ(Read(watcher, monitor), Bytes{});
+  ASSERT_TRUE(pipe.Report(Bytes(40, 2)));
+  EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 2, 0}));
+  EXPECT_EQ(Read(watcher, monitor).size(), 99u);
+  EXPECT_EQ(Read(watcher, monitor).size(), 18u);
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+}
+
+}  // namespace
+}  // namespace tavlo::test

@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "pedals/pedal_pipe.h"
+#include "support/driven_program.h"
+#include "support/screen.h"
+#include "support/sound_analysis.h"
+#include "support/sound_files.h"
+#include "support/sound_recorder.h"
+#include "support/sound_server.h"
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int kRate = 16000;
+/// How long after a stop the recording has everything.
+constexpr auto kTail = 600ms;
+/// How long a busy machine may take over everything that a foot did.
+constexpr auto kBacklog = 30s;
+
+std::string LongTone() {
+  std::vector<std::int16_t> values;
+  for (const float value : Tone(440, 60, kRate).samples) {
+    values.push_back(static_cast<std::int16_t>(value * 32767));
+  }
+  return WaveBytes(values, kRate);
+}
+
+/// The real program with a document selected, and a foot on the stand-in for the watcher library.
+struct PedalProgram : testing::Test {
+  void SetUp() override {
+    ASSERT_TRUE(server.Start());
+    ASSERT_TRUE(recorder.Start());
+    home.MakeRoot({{"AutoPreview", "0"},
+                   {"AudioPromptsFlag", "N"},
+                   {"AutoQueueDocumentFlag", "N"},
+                   {"SkipBegEndFlag", "N"},
+                   {"WindIncrement", "1"},
+                   {"AutoBackspace", "0"}});
+    home.AddToQueue(name, LongTone());
+    foot = std::make_unique<PedalPipe>(home.Root() + "/PedalWatch.so");
+    program = std::make_unique<DrivenProgram>(home);
+  }
+
+  void Run(const std::function<void()>& script) {
+    const int status = program->Run([&] {
+      ASSERT_TRUE(program->Begin());
+      script();
+      program->Exit();
+    });
+    EXPECT_EQ(status, 0);
+  }
+  void Select() {
+    program->ClickRow(program->RowOf(name));
+    ASSERT_TRUE(program->Until([&] { return program->Main().cmdPlay.Enabled.Get(); }));
+  }
+  bool Playing() {
+    return program->Ask([&] { return program->Rooms().engine.IsPlaying; });
+  }
+  bool Winding() {
+    return program->Ask([&] { return program->Rooms().transport.tmrRewindForward.Enabled(); });
+  }
+
+  const std::string name = DocumentName("Tone", 1);
+  SoundServer server;
+  SoundRecorder recorder;
+  Home home;
+  std::unique_ptr<PedalPipe> foot;
+  std::unique_ptr<DrivenProgram> program;
+};
+
+TEST_F(PedalProgram, CenterPedalSoundsTheDocumentForAsLongAsItIsDown) {
+  Run([&] {
+    Select();
+    const double from = recorder.Seconds();
+    ASSERT_TRUE(foot->Report({2}));
+    ASSERT_TRUE(Until([&] { return Playing(); }));
+    std::this_thread::sleep_for(1500ms);
+    ASSERT_TRUE(foot->Report({0}));
+    ASSERT_TRUE(Until([&] { return !Playing(); }));
+    std::this_thread::sleep_for(kTail);
+    const Sound heard = recorder.Since(from);
+    EXPECT_GT(AudibleSeconds(heard), 1.0);
+    EXPECT_NEAR(Cents(PitchOf(heard), 440), 0, 20);
+    // The foot is up, so nothing sounds any more.
+    const double later = recorder.Seconds();
+    std::this_thread::sleep_for(500ms);
+    EXPECT_EQ(AudibleSeconds(recorder.Since(later)), 0);
+    program->Click("cmdSkip");
+    ASSERT_TRUE(Until([&] { return program->IsReady(); }));
+  });
+}
+
+TEST_F(PedalProgram, StormOfPressesEndsAsItsLastReportSays) {
+  Run([&] {
+    Select();
+    for (int press = 0; press < 60; ++press) {
+      ASSERT_TRUE(foot->Report({2, 0, 1, 0, 4, 0}));
+      std::this_thread::sleep_for(std::chrono::milliseconds(press % 40));
+    }
+    ASSERT_TRUE(foot->Report({4}));
+    ASSERT_TRUE(Until([&] { return Winding(); }, kBacklog));
+    ASSERT_TRUE(foot->Report({0}));
+    ASSERT_TRUE(Until([&] { return !Winding() && !Playing(); }));
+    std::this_thread::sleep_for(kTail);
+    EXPECT_FALSE(Winding());
+    EXPECT_FALSE(Playing());
+    program->Click("cmdSkip");
+    ASSERT_TRUE(Until([&] { return program->IsReady(); }));
+  });
+}
+
+}  // namespace
+}  // namespace tavlo::test
