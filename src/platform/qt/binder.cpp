@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "forms/accessible_name.h"
+#include "platform/qt/accessible_parts.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/texts.h"
@@ -34,6 +35,11 @@ void SetHeardName(QWidget& widget, const ControlType& control) {
 }
 
 }  // namespace
+
+Binder::Binder(const QtLoop& loop) : loop_(loop) {
+  // Before the first widget: what a screen reader gets of one is settled when it is first named.
+  InstallAccessibleParts();
+}
 
 void Binder::Watch(const forms::Control& control, std::function<void()> show) {
   bounds_.push_back({&control, std::move(show)});

@@ -25,7 +25,7 @@ class QtLoop;
 /// decides nothing. Forms and widgets must outlive it.
 class Binder {
  public:
-  explicit Binder(const QtLoop& loop) : loop_(loop) {}
+  explicit Binder(const QtLoop& loop);
   Binder(const Binder&) = delete;
 
   /// A label. `before` stands in front of its text.

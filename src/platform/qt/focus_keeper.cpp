@@ -3,18 +3,35 @@
 #include <QApplication>
 
 namespace tavlo::platform::qt {
+namespace {
+
+bool TakesTab(const QWidget& widget, const QWidget& window) {
+  return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isEnabled() &&
+         widget.isVisibleTo(&window) && window.isAncestorOf(&widget);
+}
+
+}  // namespace
 
 FocusKeeper::FocusKeeper(QWidget* window) : QWidget(window) {
   setFixedSize(0, 0);
   setFocus();
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* now) {
-    if (now == this && before) StandBehind(before);
+    if (now != this || !before || !this->window()->isAncestorOf(before)) return;
+    if ((before->focusPolicy() & Qt::TabFocus) != 0) giver_ = before;
   });
 }
 
-void FocusKeeper::StandBehind(QWidget* before) {
-  const bool reachedByTab = (before->focusPolicy() & Qt::TabFocus) != 0;
-  if (reachedByTab && window()->isAncestorOf(before)) setTabOrder(before, this);
+bool FocusKeeper::focusNextPrevChild(bool next) {
+  if (!giver_) return QWidget::focusNextPrevChild(next);
+  QWidget* to = next ? giver_->nextInFocusChain() : giver_.data();
+  while (to != this && !TakesTab(*to, *window())) {
+    to = next ? to->nextInFocusChain() : to->previousInFocusChain();
+    if (to == giver_) break;
+  }
+  // The keeper stands last: past it the order begins anew.
+  if (to == this || !TakesTab(*to, *window())) return QWidget::focusNextPrevChild(next);
+  to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  return true;
 }
 
 }  // namespace tavlo::platform::qt

@@ -4,7 +4,6 @@
 #include <QStyle>
 #include <algorithm>
 
-#include "platform/qt/accessible_parts.h"
 #include "platform/qt/desk_style.h"
 #include "platform/qt/icons.h"
 #include "platform/qt/qt_loop.h"
@@ -24,7 +23,6 @@ void PrepareApplication() {
     font.setPointSizeF(10);
     QApplication::setFont(font);
   }
-  InstallAccessibleParts();
 }
 
 QtWindows::QtWindows(QtLoop& loop, forms::MainForm& main, forms::SplashForm& splash,

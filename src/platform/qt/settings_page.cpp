@@ -48,6 +48,9 @@ void SettingsPage::AddPlaying(QVBoxLayout& column) {
 
 void SettingsPage::AddSpeakingAndShowing(QVBoxLayout& column) {
   AddBoxes(column, {&form_.chkAudioPrompts});
+  auto* const volumeLabel = new QLabel(this);
+  column.addWidget(volumeLabel);
+  binder_.Show(form_.lblPromptVolume, *volumeLabel);
   auto* const volume = new DeckSlider(DeckSlider::Look::Small, this);
   column.addWidget(volume);
   binder_.Slide(form_.sldPromptVol, *volume);
