@@ -111,7 +111,7 @@ QWidget* PlayerPanel::Display() {
   // Labels of a fixed size repaint alone: a second that ticks lays nothing out again.
   auto* const position = new FiguresLabel(well);
   position->setFont(FiguresFont(32));
-  position->setGeometry(14, 6, 178, 50);
+  position->setGeometry(14, 6, 174, 50);
   auto* const length = new FiguresLabel(well);
   length->setFont(FiguresFont(16));
   length->setGeometry(190, 8, 86, 46);

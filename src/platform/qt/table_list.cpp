@@ -136,7 +136,7 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   setAccessibleName(ToQt(forms::AccessibleName(table)));
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+  FitRowsToFont();
   QFont bold = font();
   bold.setWeight(QFont::DemiBold);
   horizontalHeader()->setFont(bold);
@@ -276,6 +276,10 @@ void TableList::PaintWhenEmpty() {
   }
 }
 
+void TableList::FitRowsToFont() {
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+}
+
 void TableList::ChooseColours() {
   const QPalette desktop = QGuiApplication::palette();
   const QColor base = desktop.color(QPalette::Base);
@@ -341,6 +345,10 @@ void TableList::resizeEvent(QResizeEvent* event) {
 
 void TableList::changeEvent(QEvent* event) {
   QTableView::changeEvent(event);
+  if (event->type() == QEvent::FontChange) {
+    FitRowsToFont();
+    ShareWidth();
+  }
   if (event->type() == QEvent::PaletteChange) ChooseColours();
 }
 

@@ -56,6 +56,7 @@ class TableList : public QTableView {
   void ShowChosen();
   void ShowColumns();
   void ShareWidth();
+  void FitRowsToFont();
   int LeastWidth(int column) const;
   void ChooseColours();
   void PaintWhenEmpty();
