@@ -3,8 +3,8 @@
 namespace tavlo::forms {
 namespace {
 
-constexpr Twips kHeight = 5700;
-constexpr Twips kWidth = 8400;
+constexpr Twips kHeight = 9300;
+constexpr Twips kWidth = 9300;
 
 }  // namespace
 

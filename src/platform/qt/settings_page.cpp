@@ -9,6 +9,7 @@
 
 #include "platform/qt/binder.h"
 #include "platform/qt/deck_slider.h"
+#include "platform/qt/pedal_frame.h"
 
 namespace tavlo::platform::qt {
 namespace {
@@ -32,6 +33,8 @@ SettingsPage::SettingsPage(forms::ConfigurationForm& form, Binder& binder, QWidg
   }
   AddPlaying(*left);
   AddSpeakingAndShowing(*right);
+  right->addSpacing(kBetweenLines);
+  right->addWidget(new PedalFrame(form, binder, this));
   left->addStretch(1);
   right->addStretch(1);
   binder.Frame(form.frameSettings, *this);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+
+#include "forms/settings_page.h"
+
+class QBoxLayout;
+
+namespace tavlo::platform::qt {
+
+class Binder;
+
+/// The foot pedal's part of the settings: three pedals that light under the foot, what they do,
+/// which kind of pedal is read and how it is doing.
+class PedalFrame : public QWidget {
+ public:
+  PedalFrame(forms::SettingsPage& form, Binder& binder, QWidget* parent);
+
+ private:
+  void AddPedals(QBoxLayout& lines);
+  void AddKind(QBoxLayout& lines);
+
+  forms::SettingsPage& form_;
+  Binder& binder_;
+};
+
+}  // namespace tavlo::platform::qt
