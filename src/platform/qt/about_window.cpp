@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "platform/qt/binder.h"
 #include "platform/qt/icons.h"
@@ -69,7 +70,7 @@ AboutWindow::AboutWindow(forms::AboutForm& form, QtLoop& loop, Binder& binder)
   // In large letters the text asks for a higher window than the form does.
   const int line = ToPixels(form.frmAbout.Width) - 2 * kSide;
   binder.Watch(form.lblAboutDescription, [description, line] {
-    description->setMinimumHeight(description->heightForWidth(line));
+    description->setMinimumHeight(std::max(0, description->heightForWidth(line)));
   });
 
   auto* const keys = new QHBoxLayout;
