@@ -85,6 +85,14 @@ void Album::UsePalette(const QPalette& palette) {
   program_.Do([&] { QApplication::setPalette(palette); });
 }
 
+QImage Album::FrontNow() {
+  return program_.Ask([] {
+    QWidget* const front = Front();
+    if (!front) return QImage();
+    return QApplication::primaryScreen()->grabWindow(front->winId()).toImage();
+  });
+}
+
 Album::Look Album::LookNow() {
   return program_.Ask([] {
     Look look;
@@ -98,30 +106,29 @@ Album::Look Album::LookNow() {
         look.windows |= PixelsOf(*window, hands);
       }
     }
-    const QRect place = PixelsOf(*front, hands);
-    look.front = look.screen.copy(place);
-    look.faults = FaultsOf(*front, {look.screen, place.topLeft(), front->devicePixelRatioF()});
+    const QPoint corner = PixelsOf(*front, hands).topLeft();
+    look.faults = FaultsOf(*front, {look.screen, corner, front->devicePixelRatioF()});
     return look;
   });
 }
 
-Album::Look Album::LookOnceItRests() {
+void Album::WaitForRest() {
   constexpr int kMostLooks = 4;
-  std::this_thread::sleep_for(80ms);
-  Look look = LookNow();
-  for (int again = 0; again < kMostLooks; ++again) {
+  std::this_thread::sleep_for(60ms);
+  QImage last = FrontNow();
+  // What sounds or winds never rests; its last picture is as good as any.
+  for (int look = 0; look < kMostLooks; ++look) {
     std::this_thread::sleep_for(40ms);
-    const QImage before = look.front;
-    look = LookNow();
-    // What sounds or winds never rests; its last picture is as good as any.
-    if (look.front == before) break;
+    const QImage now = FrontNow();
+    if (!now.isNull() && now == last) return;
+    last = now;
   }
-  return look;
 }
 
 void Album::TakeIn(const std::string& shade, const std::string& name) {
-  const Look look = LookOnceItRests();
-  ASSERT_FALSE(look.front.isNull()) << name << ": no window shows";
+  WaitForRest();
+  const Look look = LookNow();
+  ASSERT_FALSE(look.screen.isNull()) << name << ": no window shows";
   for (const std::string& fault : look.faults) {
     ADD_FAILURE() << name_ << "-" << shade << "/" << name << ": " << fault;
   }

@@ -26,13 +26,13 @@ class Album {
   struct Look {
     QImage screen;
     QRect windows;  ///< Where the program's windows stand on the screen, in pixels.
-    QImage front;   ///< What of it the window in front has.
     std::vector<std::string> faults;
   };
 
   static QWidget* Front();
+  QImage FrontNow();
+  void WaitForRest();
   Look LookNow();
-  Look LookOnceItRests();
   void TakeIn(const std::string& shade, const std::string& name);
   void UsePalette(const QPalette& palette);
 

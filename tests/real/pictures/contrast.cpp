@@ -67,11 +67,11 @@ double ContrastOf(const QColor& a, const QColor& b) {
 
 Inking Measure(const QImage& picture, const QRect& place) {
   const QRect inside = place.intersected(picture.rect());
+  if (inside.isEmpty()) return {};
   std::vector<QRgb> pixels;
   for (int y = inside.top(); y <= inside.bottom(); ++y) {
     for (int x = inside.left(); x <= inside.right(); ++x) pixels.push_back(picture.pixel(x, y));
   }
-  if (pixels.empty()) return {};
   Inking seen{.ground = CommonestOf(pixels)};
   struct Stroke {
     double contrast;

@@ -3,7 +3,6 @@
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QHelpEvent>
-#include <QScreen>
 #include <QScrollBar>
 #include <QTextDocumentFragment>
 #include <QToolTip>
@@ -54,8 +53,10 @@ class Judge {
     for (const ShownMark& mark : parts_.marks) JudgeMark(mark);
     for (const ShownControl& control : parts_.controls) JudgePlace(control);
     JudgeOverlaps();
-    const QRect screen = window_.screen()->availableGeometry();
-    if (!screen.contains(window_.frameGeometry())) Complain("the window reaches over the screen");
+    const QSize size = (QSizeF(window_.size()) * portrait_.scale).toSize();
+    if (!portrait_.picture.rect().contains(QRect(portrait_.corner, size))) {
+      Complain("the window reaches over the screen");
+    }
     return std::move(faults_);
   }
 
