@@ -3,8 +3,8 @@
 namespace tavlo::forms {
 namespace {
 
-constexpr Twips kHeight = 9300;
-constexpr Twips kWidth = 9300;
+constexpr Twips kHeight = 8700;
+constexpr Twips kWidth = 11100;
 
 }  // namespace
 

@@ -8,11 +8,17 @@
 
 #include "forms/accessible_name.h"
 #include "platform/qt/binder.h"
+#include "platform/qt/equalizer_page.h"
 #include "platform/qt/focus_keeper.h"
 #include "platform/qt/settings_page.h"
 #include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
+namespace {
+
+enum Tab { kSettingsTab, kEqualizerTab };
+
+}  // namespace
 
 ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop& loop,
                                          Binder& binder)
@@ -26,9 +32,8 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
   rows->setSpacing(0);
   rows->setMenuBar(menus);
   AddTabs(form, binder, *rows);
-  auto* const settings = new SettingsPage(form, binder, this);
-  rows->addWidget(settings);
-  rows->addStretch(1);
+  rows->addWidget(new SettingsPage(form, binder, this), 1);
+  rows->addWidget(new EqualizerPage(form, binder, this), 1);
 
   // Nothing holds the keyboard until somebody takes it, nor can a key change a setting unasked.
   auto* const keeper = new FocusKeeper(this);
@@ -40,6 +45,9 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
   Bind();
 }
 
+/// The tabs whose pages have something on them.
+bool ConfigurationWindow::HasPage(int tab) { return tab == kSettingsTab || tab == kEqualizerTab; }
+
 void ConfigurationWindow::AddTabs(forms::ConfigurationForm& form, Binder& binder,
                                   QVBoxLayout& rows) {
   auto* const tabs = new QTabBar(this);
@@ -48,8 +56,7 @@ void ConfigurationWindow::AddTabs(forms::ConfigurationForm& form, Binder& binder
   rows.addWidget(tabs);
   for (int row = 0; row < static_cast<int>(form.tabConfiguration.Rows().size()); ++row) {
     tabs->addTab(ToQt(form.tabConfiguration.TextAt(row, 0)));
-    // The settings are the only page that has anything on it.
-    tabs->setTabEnabled(row, row == 0);
+    tabs->setTabEnabled(row, HasPage(row));
   }
   QObject::connect(tabs, &QTabBar::currentChanged, this, [&form, &binder](int row) {
     binder.ByHand(form.tabConfiguration, [&] { form.tabConfiguration.RowClick(row); });

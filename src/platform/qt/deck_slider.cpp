@@ -13,25 +13,34 @@ namespace {
 
 /// Half the width of the largest handle with its ring, kept free at both ends.
 constexpr int kReach = 12;
+/// By how much the groove goes on behind the handle's last place.
+constexpr int kGrooveEnd = 10;
+constexpr int kThickness = 24;
+constexpr int kMainThickness = 26;
 
 }  // namespace
 
-DeckSlider::DeckSlider(Look look, QWidget* parent) : QSlider(Qt::Horizontal, parent), look_(look) {
+DeckSlider::DeckSlider(Look look, QWidget* parent)
+    : QSlider(look == Look::Upright ? Qt::Vertical : Qt::Horizontal, parent), look_(look) {
   setFocusPolicy(Qt::StrongFocus);
-  setMinimumHeight(look == Look::Main ? 26 : 24);
   setAttribute(Qt::WA_Hover);
+  if (Upright()) {
+    setMinimumWidth(kThickness);
+    setInvertedAppearance(true);
+    setInvertedControls(true);
+  } else {
+    setMinimumHeight(look == Look::Main ? kMainThickness : kThickness);
+  }
 }
 
-int DeckSlider::XOf(int value) const {
+int DeckSlider::PlaceOf(int value) const {
   return kReach +
-         QStyle::sliderPositionFromValue(minimum(), maximum(), value, width() - 2 * kReach);
+         QStyle::sliderPositionFromValue(minimum(), maximum(), value, Length() - 2 * kReach);
 }
 
-int DeckSlider::HandleX() const { return XOf(value()); }
-
-int DeckSlider::ValueAt(double x) const {
-  return QStyle::sliderValueFromPosition(minimum(), maximum(), static_cast<int>(x) - kReach,
-                                         width() - 2 * kReach);
+int DeckSlider::ValueAt(double place) const {
+  return QStyle::sliderValueFromPosition(minimum(), maximum(), static_cast<int>(place) - kReach,
+                                         Length() - 2 * kReach);
 }
 
 void DeckSlider::MoveTo(int value) {
@@ -47,14 +56,14 @@ void DeckSlider::mousePressEvent(QMouseEvent* event) {
   }
   setSliderDown(true);
   if (OnPress) OnPress();
-  const double x = event->position().x();
+  const double place = Along(event->position());
   // A press on the handle itself takes it without moving it.
-  if (isSliderDown() && qAbs(x - HandleX()) > kReach) MoveTo(ValueAt(x));
+  if (isSliderDown() && qAbs(place - HandlePlace()) > kReach) MoveTo(ValueAt(place));
   update();
 }
 
 void DeckSlider::mouseMoveEvent(QMouseEvent* event) {
-  if (isSliderDown()) MoveTo(ValueAt(event->position().x()));
+  if (isSliderDown()) MoveTo(ValueAt(Along(event->position())));
 }
 
 void DeckSlider::mouseReleaseEvent(QMouseEvent* event) {
@@ -86,11 +95,19 @@ void DeckSlider::changeEvent(QEvent* event) {
   if (wasDown && !isSliderDown() && OnRelease) OnRelease();
 }
 
+/// Where the coloured part of the groove begins: at nought where there is one on an upright slider,
+/// else at the end that means nothing.
+int DeckSlider::FillFrom() const {
+  if (!Upright()) return kReach - kGrooveEnd;
+  return minimum() < 0 ? PlaceOf(0) : Length() - (kReach - kGrooveEnd);
+}
+
 void DeckSlider::PaintGroove(QPainter& painter, bool onDeck) const {
   const bool main = look_ == Look::Main;
-  const double middle = height() / 2.0;
+  const double middle = Middle();
   const double thickness = main ? 5 : 3;
-  const QRectF groove(kReach - 10, middle - thickness / 2, width() - 2 * (kReach - 10), thickness);
+  const double begin = kReach - kGrooveEnd;
+  const QRectF groove(begin, middle - thickness / 2, Length() - 2 * begin, thickness);
   painter.setPen(Qt::NoPen);
   painter.setBrush(onDeck ? theme::kWell : palette().color(QPalette::Mid));
   painter.drawRoundedRect(groove, thickness / 2, thickness / 2);
@@ -101,15 +118,15 @@ void DeckSlider::PaintGroove(QPainter& painter, bool onDeck) const {
   }
   // A slider that runs both ways from nought shows where that is.
   if (minimum() < 0 && maximum() > 0) {
-    const int nought = XOf(0);
+    const int nought = PlaceOf(0);
     painter.setBrush(onDeck ? theme::kQuietText : palette().color(QPalette::Dark));
     painter.drawRect(QRectF(nought - 0.5, middle - 6, 1, 12));
   }
   if ((main || !onDeck) && isEnabled()) {
     painter.setBrush(onDeck ? theme::kTeal : theme::kTeal.darker(130));
-    painter.drawRoundedRect(
-        QRectF(groove.left(), groove.top(), HandleX() - groove.left(), thickness), thickness / 2,
-        thickness / 2);
+    const QPointF from(FillFrom(), groove.top());
+    const QPointF to(HandlePlace(), groove.bottom());
+    painter.drawRoundedRect(QRectF(from, to).normalized(), thickness / 2, thickness / 2);
   }
 }
 
@@ -126,9 +143,10 @@ void DeckSlider::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const bool onDeck = palette().color(QPalette::Window).lightness() < 128;
+  if (Upright()) painter.setTransform(QTransform(0, 1, 1, 0, 0, 0), true);
   PaintGroove(painter, onDeck);
 
-  const QPointF middle(HandleX(), height() / 2.0);
+  const QPointF middle(HandlePlace(), Middle());
   const auto paintHandle = [&](double growth) {
     if (look_ == Look::Main) {
       painter.drawEllipse(middle, 8 + growth, 8 + growth);

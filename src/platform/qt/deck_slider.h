@@ -5,13 +5,15 @@
 
 namespace tavlo::platform::qt {
 
-/// A horizontal slider that tells a hand's press, moves and release apart from a program's write.
-/// A press in the groove jumps there and drags on; a key is one step; the wheel does nothing, since
-/// it is turned by accident.
+/// A slider that tells a hand's press, moves and release apart from a program's write. A press in
+/// the groove jumps there and drags on; a key is one step; the wheel does nothing, since it is
+/// turned by accident.
 class DeckSlider : public QSlider {
  public:
   /// Main is the wide one of the document's position; Small is for speed, volume and settings.
-  enum class Look { Main, Small };
+  /// Upright stands with its smallest value on top, as on a mixing desk whose gains count
+  /// downwards.
+  enum class Look { Main, Small, Upright };
 
   explicit DeckSlider(Look look, QWidget* parent = nullptr);
 
@@ -33,11 +35,17 @@ class DeckSlider : public QSlider {
   void changeEvent(QEvent* event) override;
 
  private:
-  int XOf(int value) const;
-  int HandleX() const;
+  // The slider reckons and paints along its groove; an upright one is turned when it is shown.
+  bool Upright() const { return look_ == Look::Upright; }
+  int Length() const { return Upright() ? height() : width(); }
+  double Middle() const { return (Upright() ? width() : height()) / 2.0; }
+  double Along(const QPointF& position) const { return Upright() ? position.y() : position.x(); }
+  int PlaceOf(int value) const;
+  int HandlePlace() const { return PlaceOf(value()); }
+  int ValueAt(double place) const;
+  int FillFrom() const;
   void PaintGroove(QPainter& painter, bool onDeck) const;
   QColor HandleColour(bool onDeck) const;
-  int ValueAt(double x) const;
   void MoveTo(int value);
 
   Look look_;
