@@ -32,14 +32,16 @@ EqualizerPage::EqualizerPage(Window& window)
 MixerPage::MixerPage(Window& window)
     : frameConfigMixer(&window, "frameConfigMixer", {.visible = false}) {
   for (int source = 0; source < kMixerSources; ++source) {
-    Label.emplace_back(&frameConfigMixer, Numbered("Label", source));
+    Label.emplace_back(&frameConfigMixer, Numbered("Label", source), First{.visible = false});
     slVolume.emplace_back(
         &frameConfigMixer, Numbered("slVolume", source),
-        First{.tooltip = "Volume of this source", .enabled = false},
+        First{.tooltip = "Volume of this source", .enabled = false, .visible = false},
         Span{.minimum = 0, .maximum = 65535, .smallStep = 5, .largeStep = 5, .value = 65535});
+    lblBalance.emplace_back(&frameConfigMixer, Numbered("lblBalance", source),
+                            First{.caption = "Balance", .visible = false});
     slBalance.emplace_back(
         &frameConfigMixer, Numbered("slBalance", source),
-        First{.tooltip = "Balance of this source", .enabled = false},
+        First{.tooltip = "Balance of this source", .enabled = false, .visible = false},
         Span{.minimum = 0, .maximum = 100, .smallStep = 5, .largeStep = 10, .value = 50});
     chMute.emplace_back(
         &frameConfigMixer, Numbered("chMute", source),

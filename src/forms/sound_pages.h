@@ -70,15 +70,23 @@ struct MixerPage {
   explicit MixerPage(Window& window);
 
   Pane frameConfigMixer;
+  Text lblDevice{&frameConfigMixer, "lblDevice", {.caption = "Audio device"}};
   Table DeviceCombo{&frameConfigMixer, "DeviceCombo", {.tooltip = "Select the audio device"}};
   Text txtMixerSelection{&frameConfigMixer, "txtMixerSelection", {.visible = false}};
   /// Name of a source of the chosen device.
   std::deque<Text> Label;
   /// 0 to 65535, inverted: the value is 65535 less the volume.
   std::deque<Range> slVolume;
+  std::deque<Text> lblBalance;
   std::deque<Range> slBalance;
   std::deque<Choice> chMute;
   std::deque<Command> cmdAdvanced;
+  Text lblNoSource{
+      &frameConfigMixer,
+      "lblNoSource",
+      {.caption =
+           "No sound device shows its volumes. Connect one, or start the sound server of the "
+           "desktop: they then appear here by themselves."}};
 };
 
 }  // namespace tavlo::forms

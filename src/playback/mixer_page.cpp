@@ -1,0 +1,102 @@
+#include "playback/mixer_page.h"
+
+#include <cstddef>
+#include <string>
+
+namespace tavlo::playback {
+namespace {
+
+constexpr int kTopVolume = 65535;
+
+}  // namespace
+
+MixerPage::MixerPage(forms::ConfigurationForm& config, AudioPlayer& player, SourceMixer& mixer)
+    : config_(config), player_(player), mixer_(mixer) {
+  config_.DeviceCombo.OnSelect = [this] { ChooseDevice(); };
+  for (int source = 0; source < forms::kMixerSources; ++source) BindStrip(source);
+  mixer_.OnChange = [this] { FollowChange(); };
+}
+
+MixerPage::~MixerPage() { mixer_.OnChange = nullptr; }
+
+void MixerPage::SetSrcDevice() {
+  held_ = false;
+  changedWhileHeld_ = false;
+  mixer_.SelectDevice(player_.CurrentDevice(), player_.DeviceName());
+  config_.lblNoSource.Visible = mixer_.SourceCount() == 0;
+  // Every strip, however few the sources are: what selects nothing empties its strip.
+  for (int source = 0; source < forms::kMixerSources; ++source) ShowSource(source);
+}
+
+void MixerPage::BindStrip(int source) {
+  const auto strip = static_cast<std::size_t>(source);
+  forms::Range& volume = config_.slVolume[strip];
+  volume.OnPress = [this] { held_ = true; };
+  volume.OnRelease = [this, source, &volume] {
+    mixer_.SelectSource(source);
+    mixer_.SetSourceVolume(kTopVolume - volume.Value);
+    LetGo();
+  };
+  forms::Range& balance = config_.slBalance[strip];
+  balance.OnPress = [this] { held_ = true; };
+  balance.OnChange = [this, source, &balance] {
+    mixer_.SelectSource(source);
+    mixer_.SetSourceBalance(balance.Value);
+  };
+  balance.OnRelease = [this] { LetGo(); };
+  forms::Choice& mute = config_.chMute[strip];
+  mute.OnClick = [this, source, &mute] {
+    mixer_.SelectSource(source);
+    mixer_.SetSourceMute(mute.Value);
+  };
+}
+
+void MixerPage::ChooseDevice() {
+  const int index = config_.DeviceCombo.ListIndex;
+  // The list is emptied before it is filled, and a stored device may be one that is not in it.
+  if (index < 0 || index >= static_cast<int>(config_.DeviceCombo.Rows().size())) return;
+  config_.txtMixerSelection.Value = std::to_string(index);
+  player_.SelectDevice(index);
+  SetSrcDevice();
+}
+
+void MixerPage::ShowSource(int source) {
+  const auto strip = static_cast<std::size_t>(source);
+  mixer_.SelectSource(source);
+  const std::string name = mixer_.SourceName();
+  config_.Label[strip].Value = name;
+  forms::Range& volume = config_.slVolume[strip];
+  volume.Enabled = mixer_.SourceHasVolume();
+  volume.Value = kTopVolume - mixer_.SourceVolume();
+  volume.Tooltip = "Volume of " + name;
+  forms::Range& balance = config_.slBalance[strip];
+  balance.Enabled = mixer_.SourceHasBalance();
+  balance.Value = mixer_.SourceBalance();
+  balance.Tooltip = "Balance of " + name;
+  forms::Choice& mute = config_.chMute[strip];
+  mute.Visible = mixer_.SourceHasMute();
+  mute.Value = mixer_.SourceMute();
+  mute.Tooltip = "Silence " + name;
+  config_.cmdAdvanced[strip].Visible = mixer_.SourceHasAdvanced() >= 0;
+  config_.cmdAdvanced[strip].Enabled = false;
+  const bool exists = source < mixer_.SourceCount();
+  config_.Label[strip].Visible = exists;
+  config_.lblBalance[strip].Visible = exists;
+  volume.Visible = exists;
+  balance.Visible = exists;
+}
+
+void MixerPage::LetGo() {
+  held_ = false;
+  if (changedWhileHeld_) SetSrcDevice();
+}
+
+void MixerPage::FollowChange() {
+  if (held_) {
+    changedWhileHeld_ = true;
+  } else {
+    SetSrcDevice();
+  }
+}
+
+}  // namespace tavlo::playback

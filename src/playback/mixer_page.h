@@ -1,0 +1,35 @@
+#pragma once
+
+#include "forms/configuration_form.h"
+#include "playback/audio_objects.h"
+#include "playback/source_mixer.h"
+
+namespace tavlo::playback {
+
+/// The mixer page: which sound device plays, and what its sources are set to.
+class MixerPage {
+ public:
+  MixerPage(forms::ConfigurationForm& config, AudioPlayer& player, SourceMixer& mixer);
+  ~MixerPage();
+  MixerPage(const MixerPage&) = delete;
+
+  /// Shows the sources of the player's device as they are now.
+  void SetSrcDevice();
+
+ private:
+  void BindStrip(int source);
+  void ChooseDevice();
+  void ShowSource(int source);
+  void LetGo();
+  void FollowChange();
+
+  forms::ConfigurationForm& config_;
+  AudioPlayer& player_;
+  SourceMixer& mixer_;
+  /// A hand holds a slider. The page stands still under it, lest the slider jump away or its strip
+  /// become another source's.
+  bool held_ = false;
+  bool changedWhileHeld_ = false;
+};
+
+}  // namespace tavlo::playback

@@ -1,0 +1,48 @@
+#include "support/simulated_mixer.h"
+
+#include <algorithm>
+
+namespace tavlo::test {
+namespace {
+
+const SimulatedSource kNothing{
+    .volume = 0, .hasVolume = false, .hasBalance = false, .hasMute = false};
+
+}  // namespace
+
+void SimulatedMixer::SelectDevice(int index, const std::string& name) {
+  ++Looks;
+  DeviceName = name;
+  device_ = index >= 0 && index < static_cast<int>(Devices.size()) ? index : 0;
+  listed_ =
+      Devices.empty() ? std::vector<SimulatedSource>{} : Devices[static_cast<std::size_t>(device_)];
+  selected_ = -1;
+}
+
+const SimulatedSource& SimulatedMixer::Selected() const {
+  return Exists() ? listed_[static_cast<std::size_t>(selected_)] : kNothing;
+}
+
+void SimulatedMixer::SetSourceVolume(int volume) {
+  Write(&SimulatedSource::volume, volume, "volume");
+}
+
+void SimulatedMixer::SetSourceBalance(int balance) {
+  Write(&SimulatedSource::balance, balance, "balance");
+}
+
+void SimulatedMixer::SetSourceMute(bool mute) { Write(&SimulatedSource::mute, mute, "mute"); }
+
+template <typename T>
+void SimulatedMixer::Write(T SimulatedSource::*value, T to, const std::string& what) {
+  if (!Exists() || Selected().*value == to) return;
+  SimulatedSource& listed = listed_[static_cast<std::size_t>(selected_)];
+  listed.*value = to;
+  Writes.push_back(listed.name + ' ' + what + ' ' + std::to_string(to));
+  // Told by the list and meant for the source itself, which may have gone meanwhile.
+  auto& now = Devices[static_cast<std::size_t>(device_)];
+  const auto source = std::ranges::find(now, listed.name, &SimulatedSource::name);
+  if (source != now.end()) (*source).*value = to;
+}
+
+}  // namespace tavlo::test
