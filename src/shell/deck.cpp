@@ -33,6 +33,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
             .stopPrompt = [this] { prompts.StopPrompt(); },
             .closePrompt = [this] { prompts.Close(); },
             .applyEqualizer = [this] { equalizer.ApplyStored(); },
+            .listSources = [this] { mixerPage.SetSrcDevice(); },
             .showConfiguration = [this] { configuration.Show(); }},
       database(std::move(openDatabase)),
       settings(*database),
@@ -50,6 +51,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       positionDisplay(windows.main, mainWindow, engine, transport),
       soundShaping(windows.main, mainWindow, engine),
       equalizer(platform.loop, windows.configuration, platform.audioPlayer),
+      mixerPage(windows.configuration, platform.audioPlayer, platform.sourceMixer),
       preview(windows.main, windows.configuration, mainWindow, engine, transport, sound),
       queue(platform.loop, windows.main, platform.disk, workFolders, names, engine),
       refresh(platform.loop, windows.main, mainWindow, engine, transport, queue, sound, listHooks),
@@ -104,7 +106,8 @@ window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
           .applyBranding = [this] { branding.ApplyBranding(); },
           .followPedalChoice = [this] { serialPedal.FollowChoice(); },
           .centerMiniPlayer = [this] { mainWindow.CenterMiniPlayer(); },
-          .openEqualizer = [this] { equalizer.ApplyStored(); }};
+          .openEqualizer = [this] { equalizer.ApplyStored(); },
+          .showMixer = [this] { mixerPage.SetSrcDevice(); }};
 }
 
 Deck::Deck(Platform platform)

@@ -21,6 +21,7 @@
 #include "playback/audio_engine.h"
 #include "playback/equalizer.h"
 #include "playback/hooks.h"
+#include "playback/mixer_page.h"
 #include "playback/position_display.h"
 #include "playback/preview.h"
 #include "playback/prompts.h"
@@ -73,6 +74,7 @@ struct Rooms {
   playback::PositionDisplay positionDisplay;
   playback::SoundShaping soundShaping;
   playback::Equalizer equalizer;
+  playback::MixerPage mixerPage;
   playback::Preview preview;
   lists::QueueList queue;
   lists::Refresh refresh;

@@ -7,6 +7,7 @@
 #include "pedals/serial_port.h"
 #include "pedals/usb_watcher.h"
 #include "playback/audio_objects.h"
+#include "playback/source_mixer.h"
 #include "store/disk.h"
 #include "store/settings_database.h"
 
@@ -21,6 +22,7 @@ struct Platform {
   playback::AudioTransform& audioTransform;
   playback::AudioPlayer& audioPlayer;
   playback::PromptMediaControl& promptMediaControl;
+  playback::SourceMixer& sourceMixer;
   pedals::SerialPort& serialPort;
   pedals::UsbWatcher& usbWatcher;
   /// Full path of the root under which all folders and the settings stand, without a trailing

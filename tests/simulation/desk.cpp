@@ -75,6 +75,7 @@ void Desk::Start() {
                                 .audioTransform = transform,
                                 .audioPlayer = player,
                                 .promptMediaControl = promptControl,
+                                .sourceMixer = mixer,
                                 .serialPort = serialPort,
                                 .usbWatcher = usbWatcher,
                                 .installRoot = kRoot,

@@ -11,6 +11,7 @@
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
+#include "support/simulated_mixer.h"
 #include "support/simulated_pedals.h"
 #include "support/simulated_prompts.h"
 
@@ -68,6 +69,7 @@ class Desk {
   test::SimulatedTransform transform;
   test::SimulatedPlayer player{loop};
   test::SimulatedPromptControl promptControl;
+  test::SimulatedMixer mixer;
   test::SimulatedSerialPort serialPort;
   test::SimulatedUsbWatcher usbWatcher;
   bool anotherCopy = false;

@@ -9,6 +9,7 @@
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
+#include "support/simulated_mixer.h"
 #include "support/simulated_pedals.h"
 #include "support/simulated_prompts.h"
 
@@ -25,6 +26,7 @@ struct DeckBench {
   SimulatedTransform transform;
   SimulatedPlayer player{loop};
   SimulatedPromptControl promptControl;
+  SimulatedMixer mixer;
   SimulatedSerialPort serialPort;
   SimulatedUsbWatcher usbWatcher;
   bool anotherCopy = false;
@@ -39,6 +41,7 @@ struct DeckBench {
                     .audioTransform = transform,
                     .audioPlayer = player,
                     .promptMediaControl = promptControl,
+                    .sourceMixer = mixer,
                     .serialPort = serialPort,
                     .usbWatcher = usbWatcher,
                     .installRoot = kRoot,

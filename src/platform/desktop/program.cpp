@@ -11,6 +11,7 @@
 #include "platform/disk/instance_lock.h"
 #include "platform/disk/posix_disk.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
+#include "platform/mixer/pulse_mixer.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/serial/posix_serial_port.h"
@@ -63,6 +64,7 @@ struct Program::Parts {
   CubebPlayer audioPlayer{loop};
   FfmpegAudioFile promptFile;
   PromptVoice promptVoice{audioPlayer, promptFile};
+  PulseMixer sourceMixer{loop};
   PosixSerialPort serialPort;
   PluginUsbWatcher usbWatcher{store::WorkFolders(disk, root).PedalWatchPath()};
   shell::Deck deck{{.loop = loop,
@@ -72,6 +74,7 @@ struct Program::Parts {
                     .audioTransform = audioTransform,
                     .audioPlayer = audioPlayer,
                     .promptMediaControl = promptVoice,
+                    .sourceMixer = sourceMixer,
                     .serialPort = serialPort,
                     .usbWatcher = usbWatcher,
                     .installRoot = root,

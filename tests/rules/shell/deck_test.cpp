@@ -285,6 +285,27 @@ TEST_F(DeckTest, WhatLeadsNowhereDoesNotLookUsable) {
   EXPECT_EQ(config.frameFtp.Enabled, config.cmdFtpNext.OnPress != nullptr);
 }
 
+TEST_F(DeckTest, MixerPageShowsTheSourcesOfTheStoredDeviceAsItOpens) {
+  constexpr int kMixerTab = 2;
+  player.Devices = 2;
+  mixer.Devices = {{{.name = "Output"}}, {{.name = "Headset", .volume = 100}}};
+  StartUntilReady();
+  EXPECT_EQ(config.Label[0].Value.Get(), "Output");
+  config.txtMixerSelection.Value = "1";
+  form.mnuConfiguration.Press(By::Hand);
+  config.frmConfiguration.Activate();
+  mixer.Devices[1][0].volume = 200;
+  config.tabConfiguration.RowClick(kMixerTab);
+  EXPECT_TRUE(config.frameConfigMixer.Enabled);
+  EXPECT_EQ(player.CurrentDevice(), 1);
+  EXPECT_EQ(config.Label[0].Value.Get(), "Headset");
+  EXPECT_EQ(config.slVolume[0].Value, 65535 - 200);
+  mixer.Devices[1][0].volume = 300;
+  config.tabConfiguration.RowClick(0);
+  config.tabConfiguration.RowClick(kMixerTab);
+  EXPECT_EQ(config.slVolume[0].Value, 65535 - 300);
+}
+
 TEST_F(DeckTest, TwoDecksLiveInOneProcess) {
   DeckBench other;
   Drop(Document().Name());
