@@ -1,12 +1,11 @@
 #include "platform/desktop/program.h"
 
 #include <QApplication>
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <optional>
 
+#include "platform/desktop/folders.h"
 #include "platform/desktop/scan_parts.h"
+#include "platform/desktop/screen_search.h"
 #include "platform/desktop/system_information.h"
 #include "platform/disk/instance_lock.h"
 #include "platform/disk/posix_disk.h"
@@ -23,26 +22,6 @@
 #include "store/work_folders.h"
 
 namespace tavlo::platform::desktop {
-namespace {
-
-/// Under Wayland a window can neither place itself nor stay on top, and the mini-player lives by
-/// both: where there is an X server the program uses that.
-void PreferX() {
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
-      !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !qEnvironmentVariableIsEmpty("DISPLAY")) {
-    qputenv("QT_QPA_PLATFORM", "xcb");
-  }
-}
-
-std::string Bytes(const QString& path) { return QFile::encodeName(path).toStdString(); }
-
-std::string InstallRoot() { return Bytes(QDir::homePath()) + "/Lyrane/TavloDeck"; }
-
-std::string ShareFolder() {
-  return Bytes(QCoreApplication::applicationDirPath()) + "/../share/tavlodeck";
-}
-
-}  // namespace
 
 struct Program::Parts {
   Parts(int& argc, char** argv) : application(argc, argv) {}
@@ -87,7 +66,7 @@ struct Program::Parts {
 };
 
 Program::Program(int& argc, char** argv) {
-  PreferX();
+  const ScreenSearch search;
   parts_ = std::make_unique<Parts>(argc, argv);
   qt::PrepareApplication();
 }

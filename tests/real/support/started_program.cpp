@@ -1,5 +1,6 @@
 #include "support/started_program.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/prctl.h>
@@ -9,14 +10,34 @@
 #include "support/screen.h"
 
 namespace tavlo::test {
+namespace {
 
-StartedProgram::StartedProgram(const std::string& program, const std::string& home)
+bool Enter(const Surroundings& surroundings) {
+  for (const auto& [name, value] : surroundings.environment) {
+    if (value) {
+      ::setenv(name.c_str(), value->c_str(), 1);
+    } else {
+      ::unsetenv(name.c_str());
+    }
+  }
+  if (!surroundings.errorsPath.empty()) {
+    const int errors = ::open(surroundings.errorsPath.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0666);
+    if (errors < 0 || ::dup2(errors, STDERR_FILENO) < 0) return false;
+  }
+  return !surroundings.prepare || surroundings.prepare();
+}
+
+}  // namespace
+
+StartedProgram::StartedProgram(const std::string& program, const std::string& home,
+                               const Surroundings& surroundings)
     : process_(::fork()) {
   if (process_ != 0) return;
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   ::setenv("HOME", home.c_str(), 1);
   ::unsetenv("XDG_CONFIG_HOME");
   ::unsetenv("XDG_CACHE_HOME");
+  if (!Enter(surroundings)) ::_exit(126);
   ::execl(program.c_str(), program.c_str(), nullptr);
   ::_exit(127);
 }

@@ -3,16 +3,30 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 
 namespace tavlo::test {
 
+/// What a started program finds around it where that differs from what this process has.
+struct Surroundings {
+  /// Nothing takes a variable away.
+  std::map<std::string, std::optional<std::string>> environment;
+  /// A file that gets what the program says on its standard error; empty leaves it with the test's.
+  std::string errorsPath;
+  /// Runs in the new process before the program does. False, and the program is not started: the
+  /// process ends with status 126.
+  std::function<bool()> prepare;
+};
+
 /// The real program in a process of its own, for the user of a home folder. It is killed with this
 /// object, and with the test.
 class StartedProgram {
  public:
-  StartedProgram(const std::string& program, const std::string& home);
+  StartedProgram(const std::string& program, const std::string& home,
+                 const Surroundings& surroundings = {});
   ~StartedProgram() { Kill(); }
   StartedProgram(const StartedProgram&) = delete;
   StartedProgram& operator=(const StartedProgram&) = delete;

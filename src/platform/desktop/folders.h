@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace tavlo::platform::desktop {
+
+/// The folder under which everything of this user stands, without a trailing separator: in the home
+/// that HOME names, else in the one that the system knows for the user. Paths are bytes, so a home
+/// whose name is no proper text is as good as any.
+std::string InstallRoot();
+
+/// The folder of what an installation supplies, beside the running program.
+std::string ShareFolder();
+
+}  // namespace tavlo::platform::desktop

@@ -1,0 +1,123 @@
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "support/home.h"
+#include "support/screen.h"
+#include "support/started_program.h"
+
+namespace tavlo::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t kReturn = 0xFF0D;
+constexpr uid_t kNobody = 65534;
+
+/// The program, started where something is missing that other desktops have.
+struct StrangeStart : testing::Test {
+  /// Starts the program in a home that need not be the one of this test.
+  StartedProgram Start(const std::string& homePath) {
+    around.errorsPath = folder.Path() + "/errors";
+    return {TAVLO_PROGRAM, homePath, around};
+  }
+
+  std::string Errors() const {
+    std::ifstream in(folder.Path() + "/errors");
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
+
+  /// Closes the box of that title, which must come.
+  void Answer(const std::string& title) {
+    ASSERT_TRUE(Until([&] { return screen.Box(title).id != XCB_NONE; })) << title << Errors();
+    EXPECT_TRUE(Until([&] {
+      screen.hands.BringForward(screen.Box(title).id);
+      screen.hands.Keys({kReturn});
+      return screen.Box(title).id == XCB_NONE;
+    })) << title;
+  }
+
+  void ExpectRefusalIn(const std::string& homePath) {
+    StartedProgram program = Start(homePath);
+    Answer("Tavlo Deck");
+    EXPECT_EQ(program.ExitStatus(), 1);
+  }
+
+  void ExpectEndWithoutScreen(const std::string& named) {
+    StartedProgram program = Start(home.Path());
+    EXPECT_EQ(program.ExitStatus(), 1);
+    EXPECT_NE(Errors().find("There is no screen for the windows of Tavlo Deck. " + named),
+              std::string::npos)
+        << Errors();
+    EXPECT_TRUE(home.Everything().empty());
+  }
+
+  /// From here on the program runs as a user who may not do what an administrator may. False where
+  /// the test is no administrator itself and so needs no such thing.
+  void BecomeNobody() {
+    if (::getuid() != 0) return;
+    fs::permissions(folder.Path(), fs::perms::all);
+    around.prepare = [] {
+      return ::setgroups(0, nullptr) == 0 && ::setgid(kNobody) == 0 && ::setuid(kNobody) == 0;
+    };
+  }
+
+  Surroundings around;
+  TemporaryFolder folder;
+  Home home;
+  Screen screen;
+};
+
+TEST_F(StrangeStart, EndsWithWordsWhereNoScreenIsNamed) {
+  around.environment = {
+      {"DISPLAY", {}}, {"WAYLAND_DISPLAY", {}}, {"XDG_RUNTIME_DIR", {}}, {"QT_QPA_PLATFORM", {}}};
+  ExpectEndWithoutScreen("Neither DISPLAY nor WAYLAND_DISPLAY names one.");
+}
+
+TEST_F(StrangeStart, EndsWithWordsWhereNoServerAnswers) {
+  around.environment = {{"DISPLAY", ":4077"},
+                        {"WAYLAND_DISPLAY", "nobody"},
+                        {"XDG_RUNTIME_DIR", folder.Path()},
+                        {"QT_QPA_PLATFORM", {}}};
+  ExpectEndWithoutScreen("It was looked for at DISPLAY=:4077, WAYLAND_DISPLAY=nobody.");
+}
+
+TEST_F(StrangeStart, EndsWithWordsWhereTheToolkitLacksItsPart) {
+  around.environment = {{"QT_QPA_PLATFORM", "nonesuch"}, {"DISPLAY", {}}};
+  ExpectEndWithoutScreen("It was looked for at QT_QPA_PLATFORM=nonesuch.");
+}
+
+TEST_F(StrangeStart, SaysThatItCannotWorkInAHomeThatIsMissing) {
+  ExpectRefusalIn(home.Path() + "/gone");
+  EXPECT_TRUE(home.Everything().empty());
+}
+
+TEST_F(StrangeStart, SaysThatItCannotWorkInAHomeThatIsReadOnly) {
+  BecomeNobody();
+  fs::permissions(home.Path(), fs::perms::owner_read | fs::perms::owner_exec |
+                                   fs::perms::others_read | fs::perms::others_exec);
+  ExpectRefusalIn(home.Path());
+  EXPECT_TRUE(home.Everything().empty());
+  fs::permissions(home.Path(), fs::perms::owner_all);
+}
+
+TEST_F(StrangeStart, LeavesNothingBehindWhereTheDiskIsFullAtTheFirstStart) {
+  if (::mount("tmpfs", home.Path().c_str(), "tmpfs", 0, "size=256k") != 0) {
+    GTEST_SKIP() << "no disk can be mounted here: " << std::strerror(errno);
+  }
+  ExpectRefusalIn(home.Path());
+  for (const auto& [path, contents] : home.Everything()) EXPECT_EQ(path, "/Lyrane") << contents;
+  EXPECT_EQ(::umount(home.Path().c_str()), 0);
+}
+
+}  // namespace
+}  // namespace tavlo::test
