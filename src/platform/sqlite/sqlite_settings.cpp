@@ -1,9 +1,11 @@
 #include "platform/sqlite/sqlite_settings.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -51,6 +53,27 @@ std::string DamagedText(const std::string& path, std::string_view detail) {
 
 std::string HeldText(const std::string& path) {
   return Sentence(path, "is held by another program. Close that program and try again.");
+}
+
+std::string LocklessText(const std::string& path) {
+  return Sentence(path,
+                  "stands on a disk that has no file locks, as a network share may. Have the share "
+                  "mounted with locks, or keep the home folder on a disk of this machine.");
+}
+
+/// Whether the disk refuses locks as such, which the engine reports like a lock that another
+/// program holds. To be asked only while no connection is open: closing the file here gives up the
+/// locks that this process has on it.
+bool HasNoLocks(const std::string& path) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+  if (file < 0) return false;
+  struct flock lock = {};
+  lock.l_type = F_RDLCK;
+  lock.l_whence = SEEK_SET;
+  const bool refused = ::fcntl(file, F_SETLK, &lock) != 0 &&
+                       (errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS);
+  ::close(file);
+  return refused;
 }
 
 std::string RefusedText(const std::string& path) {
@@ -349,6 +372,8 @@ OpenedDatabase SqliteSettingsDatabases::Open(const std::string& path) {
                      "and start again.")};
   }
   if (result != StepResult::Done) {
+    connection.Close();
+    if (HasNoLocks(path)) return {{}, LocklessText(path)};
     return {{}, FailureText(path, result, connection.LastMessage())};
   }
   if (!connection.Writable()) return {{}, RefusedText(path)};
@@ -393,8 +418,9 @@ std::string SqliteSettingsDatabases::Create(const std::string& path) {
     result = steps.Result();
   }
   if (result == StepResult::Done) return {};
-  const std::string failure = FailureText(path, result, connection.LastMessage());
   connection.Close();
+  const std::string failure =
+      HasNoLocks(path) ? LocklessText(path) : FailureText(path, result, connection.LastMessage());
   std::filesystem::remove(path, failed);
   std::filesystem::remove(path + "-journal", failed);
   return failure;
