@@ -10,13 +10,14 @@
 #include "platform/qt/binder.h"
 #include "platform/qt/equalizer_page.h"
 #include "platform/qt/focus_keeper.h"
+#include "platform/qt/mixer_page.h"
 #include "platform/qt/settings_page.h"
 #include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
 namespace {
 
-enum Tab { kSettingsTab, kEqualizerTab };
+enum Tab { kSettingsTab, kEqualizerTab, kMixerTab };
 
 }  // namespace
 
@@ -34,6 +35,7 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
   AddTabs(form, binder, *rows);
   rows->addWidget(new SettingsPage(form, binder, this), 1);
   rows->addWidget(new EqualizerPage(form, binder, this), 1);
+  rows->addWidget(new MixerPage(form, binder, this), 1);
 
   // Nothing holds the keyboard until somebody takes it, nor can a key change a setting unasked.
   auto* const keeper = new FocusKeeper(this);
@@ -46,7 +48,9 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
 }
 
 /// The tabs whose pages have something on them.
-bool ConfigurationWindow::HasPage(int tab) { return tab == kSettingsTab || tab == kEqualizerTab; }
+bool ConfigurationWindow::HasPage(int tab) {
+  return tab == kSettingsTab || tab == kEqualizerTab || tab == kMixerTab;
+}
 
 void ConfigurationWindow::AddTabs(forms::ConfigurationForm& form, Binder& binder,
                                   QVBoxLayout& rows) {

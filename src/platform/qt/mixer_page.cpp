@@ -1,0 +1,103 @@
+#include "platform/qt/mixer_page.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "platform/qt/binder.h"
+#include "platform/qt/deck_slider.h"
+#include "platform/qt/eliding_label.h"
+
+namespace tavlo::platform::qt {
+namespace {
+
+constexpr int kMargin = 24;
+constexpr int kBetweenLines = 20;
+constexpr int kBetweenStrips = 12;
+constexpr int kBetweenParts = 6;
+constexpr int kStripWidth = 112;
+constexpr int kDeviceWidth = 300;
+constexpr int kVolumeHeight = 160;
+
+}  // namespace
+
+MixerPage::MixerPage(forms::MixerPage& form, Binder& binder, QWidget* parent)
+    : QWidget(parent), form_(form), binder_(binder) {
+  auto* const lines = new QVBoxLayout(this);
+  lines->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  lines->setSpacing(kBetweenLines);
+  AddDevice(*lines);
+  auto* const nothing = new QLabel(this);
+  nothing->setWordWrap(true);
+  nothing->setAlignment(Qt::AlignCenter);
+  lines->addWidget(nothing, 1);
+  binder.Show(form.lblNoSource, *nothing);
+  auto* const desk = new QWidget(this);
+  auto* const strips = new QHBoxLayout(desk);
+  strips->setContentsMargins(0, 0, 0, 0);
+  strips->setSpacing(kBetweenStrips);
+  for (std::size_t source = 0; source < form.slVolume.size(); ++source) {
+    strips->addWidget(AddStrip(source), 1);
+  }
+  strips->addStretch(1);
+  lines->addWidget(desk, 1);
+  binder.Watch(form.lblNoSource, [desk, &nothingThere = form.lblNoSource] {
+    desk->setVisible(!nothingThere.Visible);
+  });
+  binder.Frame(form.frameConfigMixer, *this);
+}
+
+void MixerPage::AddDevice(QBoxLayout& lines) {
+  auto* const row = new QHBoxLayout;
+  auto* const caption = new QLabel(this);
+  row->addWidget(caption);
+  binder_.Show(form_.lblDevice, *caption);
+  auto* const devices = new QComboBox(this);
+  devices->setMinimumWidth(kDeviceWidth);
+  caption->setBuddy(devices);
+  row->addWidget(devices);
+  binder_.Pick(form_.DeviceCombo, *devices);
+  row->addStretch(1);
+  lines.addLayout(row);
+}
+
+QWidget* MixerPage::AddStrip(std::size_t source) {
+  auto* const strip = new QWidget(this);
+  strip->setMaximumWidth(kStripWidth);
+  auto* const parts = new QVBoxLayout(strip);
+  parts->setContentsMargins(0, 0, 0, 0);
+  parts->setSpacing(kBetweenParts);
+
+  auto* const name = new ElidingLabel(strip);
+  name->setAlignment(Qt::AlignCenter);
+  parts->addWidget(name);
+  binder_.Show(form_.Label[source], *name);
+  auto* const volume = new DeckSlider(DeckSlider::Look::Upright, strip);
+  volume->setMinimumHeight(kVolumeHeight);
+  parts->addWidget(volume, 1, Qt::AlignHCenter);
+  binder_.Slide(form_.slVolume[source], *volume);
+  auto* const balanceCaption = new QLabel(strip);
+  balanceCaption->setAlignment(Qt::AlignCenter);
+  parts->addWidget(balanceCaption);
+  binder_.Show(form_.lblBalance[source], *balanceCaption);
+  auto* const balance = new DeckSlider(DeckSlider::Look::Small, strip);
+  parts->addWidget(balance);
+  binder_.Slide(form_.slBalance[source], *balance);
+  auto* const mute = new QCheckBox(strip);
+  parts->addWidget(mute, 0, Qt::AlignHCenter);
+  binder_.Tick(form_.chMute[source], *mute);
+  auto* const advanced = new QPushButton(strip);
+  advanced->setAutoDefault(false);
+  parts->addWidget(advanced);
+  binder_.Press(form_.cmdAdvanced[source], *advanced);
+
+  // A strip whose source is not there takes no room.
+  binder_.Watch(form_.Label[source],
+                [strip, &label = form_.Label[source]] { strip->setVisible(label.Visible); });
+  return strip;
+}
+
+}  // namespace tavlo::platform::qt

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+#include <cstddef>
+
+#include "forms/configuration_form.h"
+
+class QBoxLayout;
+
+namespace tavlo::platform::qt {
+
+class Binder;
+
+/// The device that plays, and under it a strip for each of its sources: name, volume, balance,
+/// mute.
+class MixerPage : public QWidget {
+ public:
+  MixerPage(forms::MixerPage& form, Binder& binder, QWidget* parent);
+
+ private:
+  void AddDevice(QBoxLayout& lines);
+  QWidget* AddStrip(std::size_t source);
+
+  forms::MixerPage& form_;
+  Binder& binder_;
+};
+
+}  // namespace tavlo::platform::qt
