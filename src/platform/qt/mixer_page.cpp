@@ -42,7 +42,7 @@ MixerPage::MixerPage(forms::MixerPage& form, Binder& binder, QWidget* parent)
   for (std::size_t source = 0; source < form.slVolume.size(); ++source) {
     strips->addWidget(AddStrip(source), 1);
   }
-  strips->addStretch(1);
+  strips->addStretch();
   lines->addWidget(desk, 1);
   binder.Watch(form.lblNoSource, [desk, &nothingThere = form.lblNoSource] {
     desk->setVisible(!nothingThere.Visible);
