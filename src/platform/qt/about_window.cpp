@@ -78,7 +78,7 @@ AboutWindow::AboutWindow(forms::AboutForm& form, QtLoop& loop, Binder& binder)
   keys->addStretch(1);
   for (forms::Command* const command : {&form.mnuSystemInfo, &form.mnuClose}) {
     auto* const button = new QPushButton(this);
-    button->setMinimumSize(96, 32);
+    button->setMinimumWidth(96);
     keys->addWidget(button);
     binder.Press(*command, *button);
   }

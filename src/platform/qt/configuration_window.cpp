@@ -1,10 +1,12 @@
 #include "platform/qt/configuration_window.h"
 
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QTabBar>
 #include <QVBoxLayout>
+#include <initializer_list>
 
 #include "forms/accessible_name.h"
 #include "platform/qt/binder.h"
@@ -33,9 +35,7 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
   rows->setSpacing(0);
   rows->setMenuBar(menus);
   AddTabs(form, binder, *rows);
-  rows->addWidget(new SettingsPage(form, binder, this), 1);
-  rows->addWidget(new EqualizerPage(form, binder, this), 1);
-  rows->addWidget(new MixerPage(form, binder, this), 1);
+  rows->addWidget(ScrolledPages(form, binder), 1);
 
   // Nothing holds the keyboard until somebody takes it, nor can a key change a setting unasked.
   auto* const keeper = new FocusKeeper(this);
@@ -45,6 +45,24 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
     binder.ByHand(form.frmConfiguration, [&form] { form.frmConfiguration.CloseRequest(); });
   });
   Bind();
+}
+
+/// Large letters make a page larger than a screen may be, and then it scrolls.
+QWidget* ConfigurationWindow::ScrolledPages(forms::ConfigurationForm& form, Binder& binder) {
+  auto* const area = new QScrollArea(this);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setFocusPolicy(Qt::NoFocus);
+  auto* const pages = new QWidget(area);
+  auto* const rows = new QVBoxLayout(pages);
+  rows->setContentsMargins(0, 0, 0, 0);
+  for (QWidget* const page : std::initializer_list<QWidget*>{new SettingsPage(form, binder, pages),
+                                                             new EqualizerPage(form, binder, pages),
+                                                             new MixerPage(form, binder, pages)}) {
+    rows->addWidget(page, 1);
+  }
+  area->setWidget(pages);
+  return area;
 }
 
 /// The tabs whose pages have something on them.

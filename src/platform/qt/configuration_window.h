@@ -13,6 +13,7 @@ class ConfigurationWindow : public TopWindow {
   ConfigurationWindow(forms::ConfigurationForm& form, QtLoop& loop, Binder& binder);
 
  private:
+  QWidget* ScrolledPages(forms::ConfigurationForm& form, Binder& binder);
   static bool HasPage(int tab);
   void AddTabs(forms::ConfigurationForm& form, Binder& binder, QVBoxLayout& rows);
 };

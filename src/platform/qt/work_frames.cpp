@@ -2,7 +2,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -10,6 +9,7 @@
 #include "platform/qt/binder.h"
 #include "platform/qt/table_list.h"
 #include "platform/qt/theme.h"
+#include "platform/qt/wrapping_row.h"
 
 namespace tavlo::platform::qt {
 namespace {
@@ -18,6 +18,19 @@ constexpr int kSide = 16;
 constexpr int kComboWidth = 200;
 /// Both sides of a key's caption together; some styles leave next to nothing.
 constexpr int kKeyPadding = 28;
+
+/// A key that keeps room around its caption whatever the size of the letters.
+class FrameKey : public QPushButton {
+ public:
+  explicit FrameKey(QWidget* parent) : QPushButton(parent) { setAutoDefault(false); }
+
+  QSize sizeHint() const override {
+    const QString caption = text().remove('&');
+    const int width = fontMetrics().horizontalAdvance(caption) + kKeyPadding;
+    return QPushButton::sizeHint().expandedTo({width, 0});
+  }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+};
 
 }  // namespace
 
@@ -32,7 +45,7 @@ WorkFrames::WorkFrames(forms::MainForm& form, Binder& binder, QWidget* parent)
 }
 
 WorkFrames::Frame WorkFrames::AddFrame(forms::Pane& pane) {
-  Frame frame{.widget = new QWidget(this), .rows = nullptr, .heading = new QHBoxLayout};
+  Frame frame{.widget = new QWidget(this), .rows = nullptr, .heading = new WrappingRow};
   frame.rows = new QVBoxLayout(frame.widget);
   frame.rows->setContentsMargins(0, 0, 0, 0);
   frame.rows->setSpacing(8);
@@ -43,32 +56,27 @@ WorkFrames::Frame WorkFrames::AddFrame(forms::Pane& pane) {
   caption->setFont(bold);
   caption->setMinimumHeight(28);
   frame.heading->addWidget(caption);
-  frame.heading->addStretch(1);
+  frame.heading->BeginRightPart();
   frames_->addWidget(frame.widget, 1);
   binder_.Frame(pane, *frame.widget, caption);
   return frame;
 }
 
-void WorkFrames::AddKeys(QHBoxLayout& row, std::initializer_list<forms::Command*> commands) {
+void WorkFrames::AddKeys(WrappingRow& row, std::initializer_list<forms::Command*> commands) {
   for (forms::Command* const command : commands) {
-    auto* const button = new QPushButton(this);
-    button->setAutoDefault(false);
-    row.addWidget(button);
-    binder_.Press(*command, *button);
-    binder_.Watch(*command, [button] {
-      const QString caption = button->text().remove('&');
-      button->setMinimumWidth(button->fontMetrics().horizontalAdvance(caption) + kKeyPadding);
-    });
+    auto* const key = new FrameKey(this);
+    row.addWidget(key);
+    binder_.Press(*command, *key);
   }
 }
 
-void WorkFrames::AddRefresh(QHBoxLayout& row, forms::Command& command) {
+void WorkFrames::AddRefresh(WrappingRow& row, forms::Command& command) {
   AddKeys(row, {&command});
   auto* const button = static_cast<QPushButton*>(binder_.WidgetOf(command));
   binder_.Watch(command, [button] { button->setShortcut(Qt::Key_F5); });
 }
 
-void WorkFrames::AddCombo(QHBoxLayout& row, forms::Table& table) {
+void WorkFrames::AddCombo(WrappingRow& row, forms::Table& table) {
   auto* const box = new QComboBox(this);
   box->setMinimumWidth(kComboWidth);
   row.addWidget(box);
@@ -93,10 +101,10 @@ void WorkFrames::AddImport() {
   const Frame frame = AddFrame(form_.frameImport);
   AddRefresh(*frame.heading, form_.cmdRefreshImportList);
   frame.rows->addWidget(new TableList(form_.listViewImport, binder_, frame.widget), 1);
-  auto* const keys = new QHBoxLayout;
+  auto* const keys = new WrappingRow;
   AddKeys(*keys, {&form_.cmdSendImportFileToQueue, &form_.cmdSendAllImportFilesToQueue,
                   &form_.cmdDeleteOneImportFile, &form_.cmdDeleteAllImportFile});
-  keys->addStretch(1);
+  keys->BeginRightPart();
   auto* const link = new QCheckBox(frame.widget);
   keys->addWidget(link);
   binder_.Tick(form_.chkImportSynchronize, *link);

@@ -5,12 +5,12 @@
 
 #include "forms/main_form.h"
 
-class QHBoxLayout;
 class QVBoxLayout;
 
 namespace tavlo::platform::qt {
 
 class Binder;
+class WrappingRow;
 
 /// Everything under the deck: the four work frames, of which the form shows one.
 class WorkFrames : public QWidget {
@@ -21,7 +21,7 @@ class WorkFrames : public QWidget {
   struct Frame {
     QWidget* widget;
     QVBoxLayout* rows;
-    QHBoxLayout* heading;
+    WrappingRow* heading;
   };
 
   /// A frame with its caption in the heading row.
@@ -30,10 +30,10 @@ class WorkFrames : public QWidget {
   void AddCompleted();
   void AddImport();
   void AddFtp();
-  void AddKeys(QHBoxLayout& row, std::initializer_list<forms::Command*> commands);
+  void AddKeys(WrappingRow& row, std::initializer_list<forms::Command*> commands);
   /// A button that F5 presses too, where it stands on the frame that is shown.
-  void AddRefresh(QHBoxLayout& row, forms::Command& command);
-  void AddCombo(QHBoxLayout& row, forms::Table& table);
+  void AddRefresh(WrappingRow& row, forms::Command& command);
+  void AddCombo(WrappingRow& row, forms::Table& table);
 
   forms::MainForm& form_;
   Binder& binder_;
