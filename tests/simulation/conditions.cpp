@@ -16,7 +16,7 @@ constexpr std::array kTroubles{
     Trouble{"power", &Conditions::powerFails},       Trouble{"sound", &Conditions::soundFails},
     Trouble{"settings", &Conditions::settingsFail},  Trouble{"folders", &Conditions::foldersVanish},
     Trouble{"others", &Conditions::othersInterfere}, Trouble{"hands", &Conditions::handsInterrupt},
-    Trouble{"sleep", &Conditions::machineSleeps},
+    Trouble{"sleep", &Conditions::machineSleeps},    Trouble{"cables", &Conditions::cablesGo},
 };
 
 struct Setting {
@@ -42,6 +42,13 @@ constexpr std::array kSettings{
     Setting{"WorkWaitingAlertMode", {"0", "A", "P", "1"}},
     Setting{"AlwaysOnTopFlag", {"Y", "N", "", "y"}},
     Setting{"AutoQueueRefreshInterval", {"1", "120", "0", "99999999999"}},
+    Setting{"USBorSerialFootPedal", {"U", "S", "S", ""}},
+    Setting{"SerialFootPedalComPort", {"1", "1", "2", "99999999999"}},
+    Setting{"SwapRewFwdPedalFlag", {"Y", "N", "", "y"}},
+    Setting{"SkipBegEndFlag", {"Y", "N", "Y", ""}},
+    Setting{"EqualizerEnableFlag", {"Y", "N", "Y", ""}},
+    Setting{"EqualizerChoice", {"Lo", "Cust", "Hi", "Loud"}},
+    Setting{"CustomEq3", {"-20", "20", "99999999999", "abc"}},
 };
 
 const std::array<std::vector<std::string>, 5> kLayouts{{

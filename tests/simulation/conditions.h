@@ -22,6 +22,7 @@ struct Conditions {
   bool othersInterfere = false;
   bool handsInterrupt = false;
   bool machineSleeps = false;
+  bool cablesGo = false;
 
   /// Folders below the root that lie on file systems of their own.
   std::vector<std::string> fileSystems;

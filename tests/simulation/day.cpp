@@ -98,6 +98,7 @@ void Day::Restart() {
 std::string Day::Look() {
   std::string wrong = ledger_.Check(desk_.disk, world_.TakeStruck());
   if (wrong.empty() && desk_.AtWork()) wrong = BrokenInvariant(desk_);
+  if (wrong.empty()) wrong = typist_.DisobeyedPedal();
   if (!wrong.empty()) trace_.Note(Described(desk_));
   return wrong;
 }
@@ -157,11 +158,15 @@ void Day::RecordStep() {
   desk_.file.Seeks.clear();
   desk_.transform.Calls.clear();
   desk_.player.Volumes.clear();
+  desk_.usbWatcher.Picked.clear();
+  desk_.serialPort.Opened.clear();
   desk_.promptControl.Told.clear();
   desk_.promptControl.Sounded.clear();
   if (desk_.Settings()) desk_.Settings()->Saves.clear();
   auto& queued = desk_.player.Queued;
   if (queued.size() > 1) queued.erase(queued.begin(), queued.end() - 1);
+  auto& gains = desk_.player.Gains;
+  if (gains.size() > 1) gains.erase(gains.begin(), gains.end() - 1);
 }
 
 }  // namespace tavlo::simulation

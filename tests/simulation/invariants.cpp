@@ -127,6 +127,33 @@ bool RowsAreDifferentFiles(Desk& desk) {
          RowsAreDifferentFiles(desk.Main().listViewCompleted);
 }
 
+bool WindIsOfADocumentInWork(Desk& desk) {
+  return InWork(desk) || desk.Rooms()->transport.WindDirection == Wind::None;
+}
+
+bool PedalsShowWhatCounts(Desk& desk) {
+  const pedals::FootPedal& pedal = desk.Rooms()->footPedal;
+  const auto agrees = [](bool down, const forms::PedalShape& shape) {
+    return (shape.FillColour == forms::PedalShape::kDown) == down;
+  };
+  return agrees(pedal.LeftPedalDown, desk.Config().ShapeLeftPedal) &&
+         agrees(pedal.CenterPedalDown, desk.Config().ShapeCenterPedal) &&
+         agrees(pedal.RightPedalDown, desk.Config().ShapeRightPedal);
+}
+
+bool SoundIsShapedAsThePageSays(Desk& desk) {
+  const forms::ConfigurationForm& config = desk.Config();
+  if (!desk.Rooms()->engine.IsPlaying) return true;
+  const bool on = config.txtEqEnable.Value.Get() == "Y";
+  if (desk.player.EqualizerOn != on || config.chkEqEnable.Value != on) return false;
+  if (desk.player.Gains.empty()) return false;
+  for (std::size_t band = 0; band < config.sldEQ.size(); ++band) {
+    const auto gain = static_cast<float>(-config.sldEQ[band].Value.Get());
+    if (desk.player.Gains.back()[band] != gain) return false;
+  }
+  return true;
+}
+
 bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->refresh.tmrWorkWaitingAlert.Enabled(); }
 
 struct Invariant {
@@ -153,6 +180,10 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The position lies in the document.", &PositionIsInTheDocument},
     Invariant{"The rows are counted.", &RowsAreCounted},
     Invariant{"Each row is another file.", &RowsAreDifferentFiles},
+    Invariant{"A wind is of a document in work.", &WindIsOfADocumentInWork},
+    Invariant{"The pedals on the page are lit as they count.", &PedalsShowWhatCounts},
+    Invariant{"The sound is shaped as the page of the equalizer says.",
+              &SoundIsShapedAsThePageSays},
     Invariant{"The alert timer runs.", &AlertTimerRuns},
 };
 

@@ -24,6 +24,7 @@ Typist::Typist(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance 
       conditions_(conditions),
       chance_(chance),
       trace_(trace),
+      foot_(desk, conditions, chance.Child("foot"), trace),
       hand_(desk.loop, "hand", 1000ms) {
   hand_.OnTick = [this] { Interrupt(); };
   desk_.loop.OnBox = [this](const base::MessageBox& box) { return AnswerBox(box); };
@@ -44,6 +45,8 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"play to the end", 6, &Typist::PlayToTheEnd},
       {"finish", 14, &Typist::Finish},
       {"drag", 8, &Typist::DragSlider},
+      {"work the pedals", 20, &Typist::WorkThePedals},
+      {"shape the sound", 5, &Typist::ShapeTheSound},
       {"place the window", 4, &Typist::Place},
       {"calibrate", 1, &Typist::Calibrate},
       {"ask to close", 2, &Typist::AskToClose},
@@ -61,6 +64,7 @@ const std::vector<Typist::Habit>& Typist::Habits() {
 void Typist::Act() {
   if (actsUnderWay_ >= kMostActsUnderWay) return;
   ++actsUnderWay_;
+  foot_.OthersAct();
   if (conditions_.handsInterrupt && chance_.OneIn(3)) {
     hand_.SetInterval(1ms + std::chrono::milliseconds{chance_.Below(1500)});
     hand_.Start();
@@ -73,7 +77,8 @@ void Typist::Act() {
   Note(habit->name);
   (this->*habit->act)();
   ActivateWindows();
-  --actsUnderWay_;
+  // What was interrupted goes on, and that is no doing of the foot.
+  if (--actsUnderWay_ > 0) foot_.OthersAct();
 }
 
 void Typist::Interrupt() {
@@ -189,6 +194,10 @@ void Typist::DragSlider() {
       Some<forms::Range>({&main.slPosition, &main.slPosition, &main.slPosition, &main.Slider1,
                           &main.sldVol, &config.sliderABS, &config.sliderAutoPreview,
                           &config.sliderWindIncrement, &config.sldPromptVol});
+  Drag(slider);
+}
+
+void Typist::Drag(forms::Range& slider) {
   Note("drags " + slider.Name);
   slider.Press();
   for (int moves = chance_.Below(4); moves > 0; --moves) {

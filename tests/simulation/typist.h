@@ -8,6 +8,7 @@
 #include "simulation/chance.h"
 #include "simulation/conditions.h"
 #include "simulation/desk.h"
+#include "simulation/foot.h"
 #include "simulation/ledger.h"
 #include "simulation/trace.h"
 
@@ -38,10 +39,13 @@ class Typist {
   /// Nothing that was on its way comes any more.
   void HandsOff() {
     hand_.Stop();
+    foot_.Rest();
     agreedToExit_ = false;
   }
   /// The question whether the program may end was answered with yes since the hands were last off.
   bool AgreedToExit() const { return agreedToExit_; }
+  /// The empty text, or what goes on against the pedals.
+  std::string DisobeyedPedal() { return foot_.Disobeyed(); }
   /// Whether boxes are answered at once and nothing happens meanwhile.
   void StayCalm(bool calm);
 
@@ -64,6 +68,8 @@ class Typist {
   void PlayToTheEnd();
   void Finish();
   void DragSlider();
+  void WorkThePedals() { foot_.Act(); }
+  void ShapeTheSound();
   void Place();
   void Calibrate();
   void AskToClose();
@@ -73,6 +79,7 @@ class Typist {
   void Interrupt();
 
   void Press(forms::Command& command);
+  void Drag(forms::Range& slider);
   /// One of the controls, as a rule one that a hand can reach.
   template <typename C>
   C& Some(const std::vector<C*>& controls);
@@ -92,6 +99,7 @@ class Typist {
   const Conditions& conditions_;
   Chance chance_;
   Trace& trace_;
+  Foot foot_;
   /// Acts in the middle of a command that waits.
   base::Timer hand_;
   int actsUnderWay_ = 0;

@@ -28,6 +28,23 @@ void Typist::ClickChoice() {
   choice.Click();
 }
 
+void Typist::ShapeTheSound() {
+  forms::ConfigurationForm& config = desk_.Config();
+  if (!config.chkEqEnable.Reachable()) Press(desk_.Main().cmdEQ);
+  ActivateWindows();
+  if (chance_.OneIn(3)) {
+    Note("clicks chkEqEnable");
+    config.chkEqEnable.Click();
+  }
+  for (int curves = chance_.Below(3); curves > 0; --curves) {
+    Press(Some<forms::Command>({&config.cmdEqFlat, &config.cmdEqLo, &config.cmdEqMid,
+                                &config.cmdEqHi, &config.cmdEqCustom, &config.cmdSaveCustom}));
+  }
+  for (int drags = chance_.Below(3); drags > 0; --drags) {
+    Drag(config.sldEQ[static_cast<std::size_t>(chance_.Below(forms::kEqualizerBands))]);
+  }
+}
+
 void Typist::TypeText() {
   static const std::vector<std::string> words{"",
                                               "0",
@@ -45,11 +62,15 @@ void Typist::TypeText() {
                                               std::string("a\0b", 3),
                                               std::string(70'000, 'x')};
   forms::ConfigurationForm& config = desk_.Config();
-  const std::vector<forms::Text*> texts{
-      &config.txtSubjectHeading, &config.txtAutoQueueRefreshInterval,
-      &config.txtViewDelay,      &config.txtNewDictationAlertInterval,
-      &config.txtCustomDisplay,  &config.txtDeleteCompletedFiles,
-      &config.txtWavQueuePath,   &config.txtEw2QueuePath};
+  const std::vector<forms::Text*> texts{&config.txtSubjectHeading,
+                                        &config.txtAutoQueueRefreshInterval,
+                                        &config.txtViewDelay,
+                                        &config.txtNewDictationAlertInterval,
+                                        &config.txtCustomDisplay,
+                                        &config.txtDeleteCompletedFiles,
+                                        &config.txtWavQueuePath,
+                                        &config.txtEw2QueuePath,
+                                        &config.txtSerialFootPedalComPort};
   forms::Text& text = *chance_.Pick(texts);
   if (!text.Reachable()) Press(desk_.Main().mnuConfiguration);
   ActivateWindows();
