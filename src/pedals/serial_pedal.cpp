@@ -47,7 +47,11 @@ void SerialPedal::OpenPort() {
   const std::int64_t number = config_.txtSerialFootPedalComPort.WholeNumber();
   polls_ = number >= 1 && number <= kHighestPort && port_.Open(static_cast<int>(number));
   reads_ = polls_;
-  if (polls_) tmrSerialFootPedal.Start();
+  if (polls_) {
+    tmrSerialFootPedal.Start();
+  } else {
+    Release();
+  }
   onChange_();
 }
 
@@ -57,6 +61,7 @@ void SerialPedal::FollowChoice() {
     return;
   }
   Stop();
+  Release();
   onChange_();
 }
 
@@ -65,6 +70,14 @@ void SerialPedal::Stop() {
   polls_ = false;
   reads_ = false;
   port_.Close();
+}
+
+/// Nobody will see the foot go up any more.
+void SerialPedal::Release() {
+  if (pedal_.LastPedalEvent == Pedal::None) return;
+  pedal_.Take(false, false, false);
+  pedal_.LastPedalEvent = Pedal::None;
+  if (pedal_.MayDispatch()) pedal_.DispatchPedalEvent();
 }
 
 void SerialPedal::Poll() {

@@ -22,7 +22,8 @@ class SerialPedal {
   /// Opens the port that the configuration names and starts the poll, when the serial pedal is
   /// chosen. A port that does not open leaves the pedal dead, without a message.
   void OpenPort();
-  /// A user has chosen the kind of pedal: the serial port is opened, or given back.
+  /// A user has chosen the kind of pedal: the serial port is opened, or given back. A pedal that is
+  /// held on a port that goes out of use counts as released.
   void FollowChoice();
   /// Ends the poll and gives the port back.
   void Stop();
@@ -33,6 +34,7 @@ class SerialPedal {
 
  private:
   void TakePort();
+  void Release();
   void Poll();
 
   forms::ConfigurationForm& config_;

@@ -177,6 +177,58 @@ TEST_F(SerialPedalTest, ChosenSerialPedalIsOpenedAndChosenUsbPedalGivesThePortBa
   EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
 }
 
+TEST_F(SerialPedalTest, PortThatIsGivenBackReleasesThePedalsItHeld) {
+  ChooseSerial();
+  WorkAt(5);
+  for (const pedals::SerialLines held :
+       {pedals::SerialLines{.DSRHolding = true}, pedals::SerialLines{.CDHolding = true}}) {
+    Hold(held);
+    ASSERT_FALSE(Still());
+    config.txtUSBorSerialFootPedal.Value = "U";
+    serial.FollowChoice();
+    EXPECT_TRUE(Still());
+    EXPECT_EQ(pedal.LastPedalEvent, Pedal::None);
+    EXPECT_EQ(config.ShapeCenterPedal.FillColour, forms::PedalShape::kUp);
+    config.txtUSBorSerialFootPedal.Value = "S";
+    port.Lines = {};
+    serial.FollowChoice();
+  }
+}
+
+TEST_F(SerialPedalTest, NumberOfNoPortReleasesThePedalsOfThePortBefore) {
+  ChooseSerial();
+  WorkAt(5);
+  Hold({.DSRHolding = true});
+  ASSERT_FALSE(Still());
+  config.txtSerialFootPedalComPort.Value = "9";
+  EXPECT_TRUE(Still());
+}
+
+TEST_F(SerialPedalTest, PortThatIsOpenedAnewUnderAHeldPedalPlaysOn) {
+  ChooseSerial();
+  WorkAt(5);
+  Hold({.DSRHolding = true});
+  serial.OpenPort();
+  loop.Advance(100ms);
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_EQ(player.Starts, 2);
+  Hold({});
+  EXPECT_TRUE(Still());
+}
+
+TEST_F(SerialPedalTest, UsbPedalThatPlaysIsNotStoppedByAPortThatIsGivenBack) {
+  ChooseSerial();
+  WorkAt(5);
+  watcher.Pedal = pedals::UsbPresence::Ready;
+  usb.StartWatch();
+  watcher.Report(2);
+  loop.Advance(50ms);
+  ASSERT_TRUE(engine.IsPlaying);
+  config.txtUSBorSerialFootPedal.Value = "U";
+  serial.FollowChoice();
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
 TEST_F(SerialPedalTest, SlowTickDoesNotStack) {
   config.txtMinimizeMiniPlayer.Value = "N";
   file.Sounds.clear();
