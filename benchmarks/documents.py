@@ -55,3 +55,13 @@ def make_tone(path, seconds):
     samples = seconds * RATE
     tone = (int(12000 * math.cos(2 * math.pi * 440 * n / RATE)) for n in range(samples))
     path.write_bytes(wave_header(samples, 16) + struct.pack(f"<{samples}h", *tone))
+
+
+def make_hum(path, seconds):
+    """A hum whose pitch glides up and down, without a sharp place anywhere."""
+    samples = seconds * RATE
+    values, phase = [], 0.0
+    for n in range(samples):
+        phase += 2 * math.pi * (160 + 30 * math.sin(2 * math.pi * 0.3 * n / RATE)) / RATE
+        values.append(int(12000 * math.cos(phase)))
+    path.write_bytes(wave_header(samples, 16) + struct.pack(f"<{samples}h", *values))
