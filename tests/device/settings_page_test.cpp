@@ -33,16 +33,25 @@ struct PedalsOfTheSettingsPage : AtTheDesk {
     return program.Until([&] { return page.frmConfiguration.Visible == shows; }) &&
            program.Until([&] { return program.Main().frmMain.Visible != shows; });
   }
-  /// What the label that says how the pedal is doing really shows.
+  /// The label that says how the pedal is doing, while it shows.
+  static const QLabel* StateLabel() {
+    for (const QWidget* const widget : QApplication::allWidgets()) {
+      const auto* const label = qobject_cast<const QLabel*>(widget);
+      if (label && label->objectName() == "lblPedalState" && label->isVisible()) return label;
+    }
+    return nullptr;
+  }
   std::string Said() {
-    return program.Ask([]() -> std::string {
-      for (const QWidget* const widget : QApplication::allWidgets()) {
-        const auto* const label = qobject_cast<const QLabel*>(widget);
-        if (label && label->objectName() == "lblPedalState" && label->isVisible()) {
-          return label->text().toStdString();
-        }
-      }
-      return {};
+    return program.Ask([] {
+      const QLabel* const label = StateLabel();
+      return label ? label->text().toStdString() : std::string();
+    });
+  }
+  /// True once every line of that label stands on the page.
+  bool SaidInFull() {
+    return program.Until([] {
+      const QLabel* const label = StateLabel();
+      return label && label->height() >= label->heightForWidth(label->width());
     });
   }
   bool Lit(forms::PedalShape forms::SettingsPage::*shape) {
@@ -57,6 +66,7 @@ TEST_F(PedalsOfTheSettingsPage, SaysHowTheUsbPedalIsDoingAndLightsIt) {
   EXPECT_TRUE(Until([&] { return Said() == "No USB pedal is plugged in."; }));
   ASSERT_TRUE(desk->hardware.PlugPedal());
   EXPECT_TRUE(Until([&] { return Said().find("you may not read it") != std::string::npos; }));
+  EXPECT_TRUE(SaidInFull());
   desk->Picture("pedal-without-permission");
   ASSERT_TRUE(desk->hardware.PermitPedal());
   EXPECT_TRUE(Until([&] { return Said() == "A USB pedal is ready."; }));
@@ -76,9 +86,13 @@ TEST_F(PedalsOfTheSettingsPage, SerialPedalAndItsPortAreChosenByHand) {
   program.Click("optionSerial");
   EXPECT_TRUE(Until([&] { return Said() == "Port 9 can not be read."; }));
   program.Click("txtSerialFootPedalComPort");
+  ASSERT_TRUE(program.Until([] {
+    const QWidget* const holder = QApplication::focusWidget();
+    return holder && holder->objectName() == "txtSerialFootPedalComPort";
+  }));
   program.Keys({kControl, 'a'});
   program.Keys({'5'});
-  EXPECT_TRUE(Until([&] { return Said() == "Port 5 is being read."; }));
+  EXPECT_TRUE(Until([&] { return Said() == "Port 5 is being read."; })) << Said();
   desk->hardware.Wires().closed = TIOCM_CD;
   EXPECT_TRUE(Lit(&forms::SettingsPage::ShapeLeftPedal));
   desk->Picture("serial-pedal-down");
