@@ -261,8 +261,8 @@ void Window::FocusOn(Control& control) {
 }
 
 void Window::Centre() {
-  Left = (ScreenWidth - Width) / 2;
-  Top = (ScreenHeight - Height) / 2;
+  Left = ScreenLeft + (ScreenWidth - Width) / 2;
+  Top = ScreenTop + (ScreenHeight - Height) / 2;
 }
 
 void Window::Activate() { RunByHand(OnActivate); }

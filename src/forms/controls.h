@@ -318,7 +318,9 @@ class Window : public Pane {
   State<Shape> WindowShape;
   State<bool> TopMost;
   State<Pointer> MousePointer;
-  /// Size of the screen that the window stands on; the binding keeps it.
+  /// Place and size of the screen that the window stands on; the binding keeps them.
+  Twips ScreenLeft = 0;
+  Twips ScreenTop = 0;
   Twips ScreenWidth = 1920 * 15;
   Twips ScreenHeight = 1080 * 15;
   /// Height of all that stands above the content: frame, title, menu bar. The binding measures it

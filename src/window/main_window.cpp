@@ -87,8 +87,9 @@ void MainWindow::SavePlayerPosition() {
 void MainWindow::CenterMiniPlayer() {
   form_.frmMain.Centre();
   // The full window is higher than the mini-player, so their middles are not one place.
-  RememberPlayerPlace((form_.frmMain.ScreenWidth - form_.frmMain.Width) / 2,
-                      (form_.frmMain.ScreenHeight - PlayerHeight()) / 2);
+  const forms::Window& window = form_.frmMain;
+  RememberPlayerPlace(window.ScreenLeft + (window.ScreenWidth - window.Width) / 2,
+                      window.ScreenTop + (window.ScreenHeight - PlayerHeight()) / 2);
 }
 
 void MainWindow::RememberPlayerPlace(Twips left, Twips top) {

@@ -26,6 +26,7 @@ TopWindow::TopWindow(forms::Window& form, QtLoop& loop, Binder& binder, Qt::Wind
   settle_.setInterval(kSettleMilliseconds);
   connect(&settle_, &QTimer::timeout, this, [this] { Settled(); });
   KeepScreenSize();
+  WatchScreens();
 }
 
 void TopWindow::Bind() {
@@ -52,9 +53,31 @@ QRect TopWindow::Outer() const {
 }
 
 void TopWindow::KeepScreenSize() {
-  const QSize size = screen()->geometry().size();
-  form_.ScreenWidth = ToTwips(size.width());
-  form_.ScreenHeight = ToTwips(size.height());
+  const QRect space = screen()->geometry();
+  form_.ScreenLeft = ToTwips(space.left());
+  form_.ScreenTop = ToTwips(space.top());
+  form_.ScreenWidth = ToTwips(space.width());
+  form_.ScreenHeight = ToTwips(space.height());
+}
+
+void TopWindow::WatchScreens() {
+  const auto changed = [this] {
+    screensChanged_ = true;
+    settle_.start();
+  };
+  const auto watch = [this, changed](const QScreen* screen) {
+    connect(screen, &QScreen::geometryChanged, this, changed);
+  };
+  for (const QScreen* const screen : QGuiApplication::screens()) watch(screen);
+  connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+  connect(qGuiApp, &QGuiApplication::screenRemoved, this, changed);
+}
+
+void TopWindow::ReturnToAScreen() {
+  if (!screensChanged_) return;
+  screensChanged_ = false;
+  // Forgotten, the place is shown anew, and then within reach.
+  if (!QGuiApplication::screenAt(Wanted().center())) shownPlace_ = QRect();
 }
 
 void TopWindow::Show() {
@@ -115,6 +138,7 @@ void TopWindow::Settled() {
   // What happened during a breath is told now.
   ShapeChanged();
   TellActivated();
+  ReturnToAScreen();
   if (!isVisible() || isMinimized() || WantsMinimized()) return;
   // A wish of the form that is not on the screen yet goes before what the user did.
   if (Wanted() != shownPlace_ || windowHandle()->frameMargins() != shownMargins_) {

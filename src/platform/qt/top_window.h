@@ -50,6 +50,8 @@ class TopWindow : public QWidget {
   void ShapeChanged();
   void NoticeReturn();
   void KeepScreenSize();
+  void WatchScreens();
+  void ReturnToAScreen();
   bool WantsMinimized() const { return form_.WindowShape == forms::Shape::Minimized; }
 
   /// The outer rectangle that the form asks for, the nearest one to it that its screen has room
@@ -66,6 +68,7 @@ class TopWindow : public QWidget {
   QRect shownPlace_;
   QMargins shownMargins_;
   bool shownMinimized_ = false;
+  bool screensChanged_ = false;
   bool wentAway_ = false;  ///< The screen has lost the window since it was minimized.
   bool shownTopMost_ = false;
   unsigned shownFocus_ = 0;

@@ -71,10 +71,10 @@ bool WindowManagerAnswers() {
 
 }  // namespace
 
-Desktop::Desktop(const std::string& size) {
+Desktop::Desktop(const std::string& size, WindowManager manager) {
   if (!StartScreen(size)) {
     fault_ = "Xvfb does not start";
-  } else if (!StartWindowManager()) {
+  } else if (manager == WindowManager::Openbox && !StartWindowManager()) {
     fault_ = "openbox does not start";
   }
 }

@@ -6,12 +6,15 @@
 
 namespace tavlo::test {
 
+enum class WindowManager { Openbox, None };
+
 /// A desktop of its own for one test program: a virtual screen and a small window manager, both
 /// ended with it. Must stand before the QApplication is made; afterwards the program's windows show
 /// there.
 class Desktop {
  public:
-  explicit Desktop(const std::string& size = "1280x1024");
+  explicit Desktop(const std::string& size = "1280x1024",
+                   WindowManager manager = WindowManager::Openbox);
   ~Desktop();
   Desktop(const Desktop&) = delete;
 

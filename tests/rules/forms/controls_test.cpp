@@ -274,5 +274,17 @@ TEST_F(ControlsTest, AskingForTheKeyboardAgainAsksTheToolkitAgain) {
   EXPECT_NE(window.FocusVersion(), version);
 }
 
+TEST_F(ControlsTest, AWindowCentresOnTheScreenThatItStandsOn) {
+  window.Width = 600;
+  window.Height = 300;
+  window.ScreenLeft = 10000;
+  window.ScreenTop = 2000;
+  window.ScreenWidth = 1000;
+  window.ScreenHeight = 700;
+  window.Centre();
+  EXPECT_EQ(window.Left, 10200);
+  EXPECT_EQ(window.Top, 2200);
+}
+
 }  // namespace
 }  // namespace tavlo::test
