@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/qt/desk_style.h"
+#include "platform/qt/desktop_limits.h"
 #include "platform/qt/icons.h"
 #include "platform/qt/qt_loop.h"
 
@@ -34,6 +35,10 @@ QtWindows::QtWindows(QtLoop& loop, forms::MainForm& main, forms::SplashForm& spl
       about_(about, loop, binder_),
       configuration_(configuration, loop, binder_),
       order_{&about_, &configuration_, &deck_, &splash_} {
+  if (!WindowsCanBePlaced()) {
+    configuration.chkAlwaysOnTop.Visible = false;
+    configuration.cmdCenterMiniPlayer.Visible = false;
+  }
   about_.StandBefore(deck_);
   loop.ShowChanges = [this] { binder_.ShowChanges(); };
   loop.BoxOwner = [this]() -> QWidget* { return Foremost(); };

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/desktop_limits.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
@@ -20,7 +21,11 @@ constexpr int kSettleMilliseconds = 80;
 }  // namespace
 
 TopWindow::TopWindow(forms::Window& form, QtLoop& loop, Binder& binder, Qt::WindowFlags flags)
-    : QWidget(nullptr, flags), form_(form), loop_(loop), binder_(binder) {
+    : QWidget(nullptr, flags),
+      form_(form),
+      loop_(loop),
+      binder_(binder),
+      placed_(WindowsCanBePlaced()) {
   setObjectName(ToQt(form.Name));
   settle_.setSingleShot(true);
   settle_.setInterval(kSettleMilliseconds);
@@ -43,13 +48,18 @@ QRect TopWindow::WithinReach() const {
   const QScreen* const under = QGuiApplication::screenAt(place.center());
   const QRect space = (under ? under : screen())->availableGeometry();
   place.setSize(place.size().boundedTo(space.size()));
+  if (!placed_) return place;
   place.moveTo(std::clamp(place.left(), space.left(), space.right() + 1 - place.width()),
                std::clamp(place.top(), space.top(), space.bottom() + 1 - place.height()));
   return place;
 }
 
 QRect TopWindow::Outer() const {
-  return windowHandle() ? geometry().marginsAdded(windowHandle()->frameMargins()) : geometry();
+  QRect place = geometry();
+  if (windowHandle()) place = place.marginsAdded(windowHandle()->frameMargins());
+  // What the toolkit makes up where nobody tells it must not become the place that is remembered.
+  if (!placed_) place.moveTopLeft(Wanted().topLeft());
+  return place;
 }
 
 void TopWindow::KeepScreenSize() {

@@ -68,6 +68,7 @@ class TopWindow : public QWidget {
   QRect shownPlace_;
   QMargins shownMargins_;
   bool shownMinimized_ = false;
+  const bool placed_;  ///< The desktop lets a window say where it stands, and tells it.
   bool screensChanged_ = false;
   bool wentAway_ = false;  ///< The screen has lost the window since it was minimized.
   bool shownTopMost_ = false;

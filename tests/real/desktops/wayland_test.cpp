@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "support/driven_program.h"
+#include "support/screen.h"
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A Wayland desktop without XWayland and without a screen that anybody sees.
+class WaylandDesktop {
+ public:
+  WaylandDesktop() {
+    ::setenv("XDG_RUNTIME_DIR", folder_.Path().c_str(), 1);
+    compositor_ = ::fork();
+    if (compositor_ == 0) {
+      ::execlp("weston", "weston", "--backend=headless-backend.so", "--socket=desk", "--no-config",
+               "--idle-time=0", "--width=1280", "--height=1024",
+               ("--log=" + folder_.Path() + "/log").c_str(), nullptr);
+      ::_exit(127);
+    }
+    ::setenv("WAYLAND_DISPLAY", "desk", 1);
+    ::setenv("QT_QPA_PLATFORM", "wayland", 1);
+  }
+  ~WaylandDesktop() {
+    ::kill(compositor_, SIGTERM);
+    ::waitpid(compositor_, nullptr, 0);
+    ::unsetenv("WAYLAND_DISPLAY");
+    ::setenv("QT_QPA_PLATFORM", "xcb", 1);
+  }
+  WaylandDesktop(const WaylandDesktop&) = delete;
+
+  bool Answers() const {
+    return Until([this] { return std::filesystem::exists(folder_.Path() + "/desk"); });
+  }
+
+ private:
+  TemporaryFolder folder_;
+  pid_t compositor_ = -1;
+};
+
+/// Presses the button of the open box that Return would press; one must come.
+void AnswerBox(DrivenProgram& program) {
+  ASSERT_TRUE(Until([&] { return !program.Box().empty(); }));
+  program.Do([] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box) (box->defaultButton() ? box->defaultButton() : box->button(QMessageBox::Ok))->click();
+  });
+}
+
+TEST(Wayland, LeavesTheStoredPlaceAloneAndOffersNothingThatItCannotDo) {
+  const WaylandDesktop desktop;
+  ASSERT_TRUE(desktop.Answers());
+  Home home;
+  home.MakeRoot({{"PlayerLeft", "1500"}, {"PlayerTop", "2250"}});
+  DrivenProgram program(home);
+  EXPECT_EQ(program.Run([&] {
+    AnswerBox(program);
+    ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+    EXPECT_EQ(program.Ask([] { return QGuiApplication::platformName(); }), "wayland");
+    program.Do([&] { program.Rooms().mainWindow.EnterMiniPlayer(); });
+    const int height = program.Ask([&] { return program.Main().frmMain.Height / 15; });
+    EXPECT_TRUE(program.Until([&] {
+      for (const QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->objectName() == "frmMain" && window->height() <= height) return true;
+      }
+      return false;
+    }));
+    std::this_thread::sleep_for(300ms);
+    program.Do([&] {
+      program.Rooms().mainWindow.SavePlayerPosition();
+      program.Rooms().mainWindow.LeaveMiniPlayer();
+    });
+    EXPECT_EQ(program.Ask([&] { return program.Main().txtPlayerLeft.Value.Get(); }), "1500");
+    EXPECT_EQ(program.Ask([&] { return program.Main().txtPlayerTop.Value.Get(); }), "2250");
+    const forms::ConfigurationForm& config = program.Windows().configuration;
+    EXPECT_FALSE(program.Ask([&] { return config.chkAlwaysOnTop.Visible.Get(); }));
+    EXPECT_FALSE(program.Ask([&] { return config.cmdCenterMiniPlayer.Visible.Get(); }));
+    program.Do([&] {
+      QMetaObject::invokeMethod(
+          qApp, [&] { program.Main().mnuExit.Press(); }, Qt::QueuedConnection);
+    });
+    AnswerBox(program);
+  }),
+            0);
+}
+
+}  // namespace
+}  // namespace tavlo::test
