@@ -32,7 +32,9 @@ SettingsPage::SettingsPage(forms::ConfigurationForm& form, Binder& binder, QWidg
     columns->addLayout(column, 1);
   }
   AddPlaying(*left);
-  AddSpeakingAndShowing(*right);
+  left->addSpacing(kBetweenLines);
+  AddShowing(*left);
+  AddSpeaking(*right);
   right->addSpacing(kBetweenLines);
   right->addWidget(new PedalFrame(form, binder, this));
   left->addStretch(1);
@@ -49,7 +51,7 @@ void SettingsPage::AddPlaying(QVBoxLayout& column) {
   AddKey(column, form_.cmdCenterMiniPlayer);
 }
 
-void SettingsPage::AddSpeakingAndShowing(QVBoxLayout& column) {
+void SettingsPage::AddSpeaking(QVBoxLayout& column) {
   AddBoxes(column, {&form_.chkAudioPrompts});
   auto* const volumeLabel = new QLabel(this);
   column.addWidget(volumeLabel);
@@ -57,6 +59,9 @@ void SettingsPage::AddSpeakingAndShowing(QVBoxLayout& column) {
   auto* const volume = new DeckSlider(DeckSlider::Look::Small, this);
   column.addWidget(volume);
   binder_.Slide(form_.sldPromptVol, *volume);
+}
+
+void SettingsPage::AddShowing(QVBoxLayout& column) {
   auto* const heading = new QLabel(this);
   column.addWidget(heading);
   binder_.Show(form_.lblSubjectHeading, *heading);

@@ -19,7 +19,8 @@ class SettingsPage : public QWidget {
 
  private:
   void AddPlaying(QVBoxLayout& column);
-  void AddSpeakingAndShowing(QVBoxLayout& column);
+  void AddSpeaking(QVBoxLayout& column);
+  void AddShowing(QVBoxLayout& column);
   /// A frame whose caption carries the value of its slider.
   void AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Range& range,
                  forms::Choice* box = nullptr);
