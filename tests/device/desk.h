@@ -18,6 +18,10 @@ inline constexpr int kRate = 16000;
 inline constexpr double kPartSeconds = 20;
 inline constexpr double kPartHertz[] = {440, 660, 880};
 
+/// How far a measured pitch may be off, in cents. An emulated machine stutters now and then, and
+/// each pause lowers the figure; the tone of another part is 500 away at least.
+inline constexpr double kPitchTolerance = 250;
+
 /// A desk with the real program on it, its loudspeaker recorded, and pedals that can be plugged
 /// into the machine. All tests share the one program, one after the other, on the script's thread.
 struct Desk {

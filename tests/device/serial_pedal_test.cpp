@@ -61,7 +61,7 @@ TEST_F(SerialPedalDevice, CenterPedalSoundsTheDocumentForAsLongAsItIsDown) {
   ASSERT_TRUE(Until([] { return desk->Playing(); }));
   const Sound heard = desk->Listen(2);
   EXPECT_GT(AudibleSeconds(heard), 1.0);
-  EXPECT_NEAR(Cents(PitchOf(heard.Between(1, 2)), kPartHertz[0]), 0, 30);
+  EXPECT_NEAR(Cents(PitchOf(heard.Between(1, 2)), kPartHertz[0]), 0, kPitchTolerance);
   Hold(0);
   ASSERT_TRUE(Until([] { return !desk->Playing(); }));
   desk->Listen(0.6);

@@ -47,11 +47,12 @@ struct PedalsOfTheSettingsPage : AtTheDesk {
       return label ? label->text().toStdString() : std::string();
     });
   }
-  /// True once every line of that label stands on the page.
+  /// True once every line of that label can be seen.
   bool SaidInFull() {
     return program.Until([] {
       const QLabel* const label = StateLabel();
-      return label && label->height() >= label->heightForWidth(label->width());
+      return label && label->visibleRegion().boundingRect().height() >=
+                          label->heightForWidth(label->width());
     });
   }
   bool Lit(forms::PedalShape forms::SettingsPage::*shape) {

@@ -39,7 +39,7 @@ TEST_F(UsbPedalDevice, CenterPedalSoundsTheDocumentForAsLongAsItIsDown) {
   ASSERT_TRUE(Until([] { return desk->Playing(); }));
   const Sound heard = desk->Listen(2);
   EXPECT_GT(AudibleSeconds(heard), 1.0);
-  EXPECT_NEAR(Cents(PitchOf(heard.Between(1, 2)), kPartHertz[0]), 0, 30);
+  EXPECT_NEAR(Cents(PitchOf(heard.Between(1, 2)), kPartHertz[0]), 0, kPitchTolerance);
   ASSERT_TRUE(Press({0}));
   ASSERT_TRUE(Until([] { return !desk->Playing(); }));
   desk->Listen(0.6);
@@ -79,7 +79,7 @@ TEST_F(UsbPedalDevice, PressesBetweenTwoLooksAllCountAndTheEarIsWhereTheyLed) {
   EXPECT_FALSE(desk->Winding());
   ASSERT_TRUE(Press({2}));
   ASSERT_TRUE(Until([] { return desk->Playing(); }));
-  EXPECT_NEAR(Cents(PitchOf(desk->Listen(2).Between(1, 2)), kPartHertz[1]), 0, 30);
+  EXPECT_NEAR(Cents(PitchOf(desk->Listen(2).Between(1, 2)), kPartHertz[1]), 0, kPitchTolerance);
   ASSERT_TRUE(Press({0}));
 }
 
