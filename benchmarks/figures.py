@@ -39,20 +39,24 @@ class Group:
         self.name = name
         self.broken = []
 
-    def figure(self, name, ours, other, unit, against, limit=None, most=None):
+    def figure(self, name, ours, other, unit, against, limit=None, most=None, compared=None,
+               tail=None, most_tail=None):
         """Prints one figure. `limit` is the highest ratio that passes, `most` the highest value of
-        ours; with neither it is a figure to know."""
-        ratio = ours / other
+        ours; with neither it is a figure to know. `compared` is the part of ours that the ratio is
+        of, where that is not all of it; `tail` our 99th percentile and `most_tail` its highest."""
+        ratio = (ours if compared is None else compared) / other
         full = f"{self.name}.{name}"
         print(
             f"{full} ours={short(ours)} other={short(other)} unit={unit} with={against} "
-            f"ratio={ratio:.2f}",
+            f"ratio={ratio:.2f}" + ("" if tail is None else f" p99={short(tail)}"),
             flush=True,
         )
         if limit is not None and ratio > limit:
             self.broken.append(f"{full}: the ratio {ratio:.2f} is above {limit:.2f}")
         if most is not None and ours > most:
             self.broken.append(f"{full}: {short(ours)} {unit} is above {short(most)}")
+        if most_tail is not None and tail > most_tail:
+            self.broken.append(f"{full}: p99 {short(tail)} {unit} is above {short(most_tail)}")
 
     def end(self):
         for line in self.broken:

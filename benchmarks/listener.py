@@ -1,4 +1,4 @@
-"""An ear at the virtual sound card: when does a sound begin?"""
+"""An ear at the virtual sound card: when does a sound begin, and when does it end?"""
 
 import array
 import subprocess
@@ -21,8 +21,8 @@ class Listener:
             stdout=subprocess.PIPE,
         )
         self.lock = threading.Condition()
-        self.last_loud = None
-        self.silent_since = None
+        self.last_loud = 0.0
+        self.silent = 1.0
         self.onsets = []
         threading.Thread(target=self._listen, daemon=True).start()
         time.sleep(3)  # A card that nobody read runs ahead; by now its time is true.
@@ -41,12 +41,16 @@ class Listener:
             with self.lock:
                 if loud is None:
                     silent += len(samples) / RATE
+                    self.silent = silent
+                    self.lock.notify_all()
                     continue
                 if silent > 0.1:
                     # The chunk was read when its last sample had come.
                     self.onsets.append(now - (len(samples) - loud) / RATE)
                     self.lock.notify_all()
-                silent = 0.0
+                silent = self.silent = 0.0
+                last = max(i for i, value in enumerate(samples) if abs(value) > THRESHOLD)
+                self.last_loud = now - (len(samples) - last) / RATE
 
     def onset_after(self, moment, patience=3.0):
         """The first moment after `moment` at which sound began out of silence; None if none did."""
@@ -58,3 +62,12 @@ class Listener:
                     return later[0]
                 if not self.lock.wait(max(deadline - time.monotonic(), 0)):
                     return None
+
+    def silence_after(self, moment, patience=3.0):
+        """When the sound that there was at `moment` ended; None if it did not end."""
+        deadline = time.monotonic() + patience
+        with self.lock:
+            while self.silent < 0.1 or self.last_loud < moment - 0.1:
+                if not self.lock.wait(max(deadline - time.monotonic(), 0)):
+                    return None
+            return self.last_loud
