@@ -94,8 +94,13 @@ void RtEqualizer::RtAimFilters() {
 void RtEqualizer::RtShapeChunk(float* inOut, int frames) {
   Chunk chunk;
   std::copy(inOut, inOut + 2 * frames, chunk.begin());
+  RtNoticeEars(chunk, frames);
   for (Band& band : rtBands_) {
-    if (band.filter.on) RtFilter(band, chunk, frames);
+    if (band.filter.on) RtFilter(band, chunk, frames, rtEarsAgree_ ? 1 : 2);
+  }
+  if (rtEarsAgree_) {
+    for (std::size_t i = 0; i < 2 * static_cast<std::size_t>(frames); i += 2)
+      chunk[i + 1] = chunk[i];
   }
   if (rtWalkLeft_ > 0) {
     rtWalkLeft_ -= frames;
@@ -110,7 +115,21 @@ void RtEqualizer::RtShapeChunk(float* inOut, int frames) {
   }
 }
 
-void RtEqualizer::RtFilter(Band& band, Chunk& chunk, int frames) const {
+/// Most dictations have one channel. The first frame that tells the ears apart gives the other ear
+/// what the one has held so far.
+void RtEqualizer::RtNoticeEars(const Chunk& chunk, int frames) {
+  if (!rtEarsAgree_) return;
+  for (std::size_t i = 0; i < 2 * static_cast<std::size_t>(frames) && rtEarsAgree_; i += 2) {
+    rtEarsAgree_ = chunk[i] == chunk[i + 1];
+  }
+  if (rtEarsAgree_) return;
+  for (Band& band : rtBands_) {
+    band.first[1] = band.first[0];
+    band.second[1] = band.second[0];
+  }
+}
+
+void RtEqualizer::RtFilter(Band& band, Chunk& chunk, int frames, std::size_t ears) const {
   PeakingFilter& filter = band.filter;
   Factors factors(filter.g, filter.k);
   for (std::size_t i = 0; i < 2 * static_cast<std::size_t>(frames); i += 2) {
@@ -119,7 +138,7 @@ void RtEqualizer::RtFilter(Band& band, Chunk& chunk, int frames) const {
       filter.mix += band.mixStep;
       factors = Factors(filter.g, filter.k);
     }
-    for (std::size_t ear = 0; ear < 2; ++ear) {
+    for (std::size_t ear = 0; ear < ears; ++ear) {
       float& sample = chunk[i + ear];
       sample = FilterSample(sample, factors, filter.mix, band.first[ear], band.second[ear]);
     }
@@ -142,6 +161,7 @@ void RtEqualizer::RtForget() {
     band.second = {};
   }
   rtLimiter_.RtReset();
+  rtEarsAgree_ = true;
   rtHolds_ = false;
 }
 

@@ -51,7 +51,9 @@ class RtEqualizer {
   /// Nothing of the document sounds, nor anything that it left ringing.
   bool RtUnheard() const { return rtTail_.RtSteady() && rtTail_.RtLevel() == 0; }
   void RtShapeChunk(float* inOut, int frames);
-  void RtFilter(Band& band, Chunk& chunk, int frames) const;
+  /// Shapes the first `ears` of both.
+  void RtFilter(Band& band, Chunk& chunk, int frames, std::size_t ears) const;
+  void RtNoticeEars(const Chunk& chunk, int frames);
   void RtArrive();
   void RtForget();
 
@@ -68,8 +70,10 @@ class RtEqualizer {
   int rtWalkLeft_ = 0;  ///< Frames until the filters are those of the target.
   int rtWalkFrames_ = 0;
   int rtTailFrames_ = 0;
-  RtRamp rtWet_{0};       ///< From the sound as it came to the shaped one.
-  RtRamp rtTail_{0};      ///< Of the shaped sound; shut while nothing sounds.
+  RtRamp rtWet_{0};   ///< From the sound as it came to the shaped one.
+  RtRamp rtTail_{0};  ///< Of the shaped sound; shut while nothing sounds.
+  /// Both ears have heard the same since the filters were empty, so one is reckoned for both.
+  bool rtEarsAgree_ = true;
   bool rtHolds_ = false;  ///< Filters or limiter hold something of the sound.
   RtLimiter rtLimiter_;
 };

@@ -166,6 +166,49 @@ TEST_F(RtEqualizerTest, BoostStaysBelowTheCeiling) {
   }
 }
 
+/// What one equalizer makes of a sound whose right ear is `right` of its left one, piece by piece.
+std::vector<float> ShapeEars(const std::vector<float>& right) {
+  RtEqualizer equalizer;
+  equalizer.SetCurve(kLo);
+  equalizer.SetEnabled(true);
+  std::vector<float> out;
+  double angle = 0;
+  for (const float share : right) {
+    std::vector<float> both(2 * kPiece);
+    for (std::size_t i = 0; i < kPiece; ++i) {
+      both[2 * i] = static_cast<float>(0.1 * std::sin(angle));
+      both[2 * i + 1] = share * both[2 * i];
+      angle += 2 * std::numbers::pi * 100 / 48000;
+    }
+    equalizer.RtShape(both.data(), kPiece, false);
+    out.insert(out.end(), both.begin(), both.end());
+  }
+  return out;
+}
+
+TEST(RtEqualizer, OneChannelSoundsOnBothEarsAsTwoWould) {
+  const std::vector<float> one = ShapeEars({1, 1, 1, 1});
+  const std::vector<float> two = ShapeEars({0, 0, 0, 0});
+  for (std::size_t i = 0; i < one.size(); i += 2) {
+    ASSERT_EQ(one[i], two[i]) << i;
+    ASSERT_EQ(one[i + 1], two[i]) << i;
+  }
+}
+
+TEST(RtEqualizer, EarsThatPartLaterKeepWhatBothHaveHeard) {
+  const std::vector<float> parted = ShapeEars({1, 1, 0, 0});
+  const std::vector<float> together = ShapeEars({1, 1, 1, 1});
+  // Past what the limiter still holds.
+  const std::size_t part = 2 * (2 * kPiece + 100);
+  for (std::size_t i = 0; i < parted.size(); i += 2) ASSERT_EQ(parted[i], together[i]) << i;
+  // What the filters still hold rings on in the ear that fell silent.
+  double ringing = 0;
+  for (std::size_t i = part; i < part + 200; i += 2) {
+    ringing = std::max<double>(ringing, std::abs(parted[i + 1]));
+  }
+  EXPECT_GT(ringing, 0.01);
+}
+
 TEST_F(RtEqualizerTest, WhatRingsIsSilentSoonAfterTheSound) {
   equalizer.SetEnabled(true);
   equalizer.SetCurve(kLo);
