@@ -42,6 +42,16 @@ TEST_F(FinishingTest, CompleteMovesTheDocumentToTheCompletedFolder) {
   EXPECT_EQ(Rows(), 0);
 }
 
+TEST_F(FinishingTest, WindThatAPedalBeginsWhileTheDocumentIsLeftDoesNotOutliveIt) {
+  WorkOn(name, 40'000);
+  loop.Post([this] { transport.RewindCommand(); });
+  form.cmdSave.Press(By::Hand);
+  EXPECT_EQ(transport.WindDirection, playback::Wind::None);
+  const double left = engine.CurrentSamplePosition;
+  loop.Advance(5s);
+  EXPECT_EQ(engine.CurrentSamplePosition, left);
+}
+
 TEST_F(FinishingTest, CompleteOfASavedDocumentPutsItsPositionBackToZero) {
   const std::string saved = Document().By("Okafor").Saved(83'211).Name();
   Drop(saved);
