@@ -100,7 +100,7 @@ constexpr int kStereoSeconds = 4;
 /// Does one of the things that a typist does while a document plays.
 void ActOnce(SoundThreads& desk, std::mt19937& random) {
   const auto upTo = [&](unsigned end) { return static_cast<int>(random() % end); };
-  switch (upTo(8)) {
+  switch (upTo(10)) {
     case 0:
       return desk.pump.Play();
     case 1:
@@ -120,6 +120,15 @@ void ActOnce(SoundThreads& desk, std::mt19937& random) {
       return desk.prompt.Stop();
     case 7:
       return desk.player.SelectDevice(upTo(2));
+    case 8:
+      return desk.player.SetEqualizerEnabled(upTo(2) == 0);
+    case 9: {
+      playback::EqualizerGains gains{};
+      for (std::size_t band = 0; band + 1 < gains.size(); ++band) {
+        gains[band] = static_cast<float>(upTo(41) - 20);
+      }
+      return desk.player.SetEqualizerGains(gains);
+    }
   }
 }
 
