@@ -68,6 +68,9 @@ void Desk::ProvideShare() {
 
 void Desk::Start() {
   ended.reset();
+  // Another process has a player of its own, which begins unshaped.
+  player.EqualizerOn = false;
+  player.Gains.clear();
   deck_.emplace(shell::Platform{.loop = loop,
                                 .disk = disk,
                                 .databases = databases,
