@@ -199,6 +199,8 @@ void Typist::DragSlider() {
 
 void Typist::Drag(forms::Range& slider) {
   Note("drags " + slider.Name);
+  // A slider that was not taken cannot be moved, though it may come into reach meanwhile.
+  if (!slider.Reachable()) return;
   slider.Press();
   for (int moves = chance_.Below(4); moves > 0; --moves) {
     const int width = slider.Bounds.maximum - slider.Bounds.minimum + 1;
