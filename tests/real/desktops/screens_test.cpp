@@ -9,6 +9,7 @@
 
 #include "support/desktop.h"
 #include "support/driven_program.h"
+#include "support/place.h"
 #include "support/screen.h"
 
 namespace tavlo::test {
@@ -18,19 +19,6 @@ using namespace std::chrono_literals;
 
 constexpr int kScreenWidth = 1280;
 constexpr int kScreenHeight = 1024;
-
-/// A window with its frame, in pixels of all screens together.
-struct Place {
-  int x = 0;
-  int y = 0;
-  int width = 0;
-  int height = 0;
-  bool operator==(const Place&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& out, const Place& place) {
-  return out << place.width << "x" << place.height << " at " << place.x << ", " << place.y;
-}
 
 bool StandsOn(int screen, const Place& place) {
   return place.x >= screen * kScreenWidth && place.x + place.width <= (screen + 1) * kScreenWidth &&

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "support/driven_program.h"
+#include "support/place.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
 #include "support/sound_server.h"
@@ -22,19 +23,6 @@ using namespace std::chrono_literals;
 constexpr std::uint32_t kAlt = 0xFFE9;
 constexpr std::uint32_t kEscape = 0xFF1B;
 constexpr int kRepeats = 10;
-
-/// A window with its frame, in pixels of the screen.
-struct Place {
-  int x = 0;
-  int y = 0;
-  int width = 0;
-  int height = 0;
-  bool operator==(const Place&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& out, const Place& place) {
-  return out << place.width << "x" << place.height << " at " << place.x << ", " << place.y;
-}
 
 /// The word processor of the typist: a large window of another program.
 class WordProcessor {
