@@ -37,6 +37,17 @@ class Lines {
 /// A folder can hold any name but one with these bytes in it.
 bool IsPath(std::string_view name) { return name.find_first_of({"/\0", 2}) != name.npos; }
 
+/// Whether the position of the name is the head's and nothing behind it is ever cut: behind it are
+/// no more characters than before it.
+bool HoldsPositionsWhole(std::string_view name) {
+  const std::size_t headEnd = name.find('_');
+  if (headEnd == name.npos || name.find(' ', headEnd) != name.npos) return false;
+  const std::size_t lastBlank = name.rfind(' ');
+  const std::size_t fieldBegin = name.rfind(' ', lastBlank - 1) + 1;
+  return base::CharacterCount(name.substr(lastBlank)) <=
+         base::CharacterCount(name.substr(0, fieldBegin));
+}
+
 /// The record but for the saved position.
 auto Meaning(const DocumentRecord& record) {
   return std::tuple(record.SystemId, record.AuthorName, record.AuthorId, record.Department,
@@ -71,10 +82,7 @@ class NameCheck {
     const std::string saved = store::WithSavedPosition(name, position);
     Promise(!IsPath(saved), "a saved position makes no path");
     if (!store::HasDocumentBlanks(name)) Promise(saved == name, "other names stay as they are");
-    const std::size_t headEnd = name.find('_');
-    const bool plain = valid && headEnd != name.npos && name.find(' ', headEnd) == name.npos &&
-                       name.size() < headEnd + headEnd / 2 && saved.size() <= kLongestName;
-    if (!plain) return;
+    if (!valid || !HoldsPositionsWhole(name) || saved.size() > kLongestName) return;
     Promise(Parse(saved), "a name with a saved position is a document's");
     Promise(names_.Record.SavedPosition == static_cast<std::int32_t>(position),
             "the position is read as it was written");
