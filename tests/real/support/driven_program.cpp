@@ -117,21 +117,29 @@ QWidget* DrivenProgram::Widget(const char* name) {
   return nullptr;
 }
 
-QPoint DrivenProgram::Rest(const std::function<QPoint()>& place) {
+QPoint DrivenProgram::PlaceOf(const Spot& spot) const {
+  if (!spot.widget) return {};
+  const QWidget& window = *spot.widget->window();
+  const QPointF inside = spot.widget->mapTo(&window, spot.inside);
+  return hands_.PlaceOf(static_cast<xcb_window_t>(window.windowHandle()->winId())) +
+         (inside * window.devicePixelRatio()).toPoint();
+}
+
+QPoint DrivenProgram::Rest(const std::function<Spot()>& spot) {
+  const auto look = [&] { return PlaceOf(spot()); };
   QPoint last(-1, -1);
-  QPoint now = Ask(place);
-  for (int look = 0; look < 50 && (now.isNull() || now != last); ++look) {
+  QPoint now = Ask(look);
+  for (int turn = 0; turn < 50 && (now.isNull() || now != last); ++turn) {
     std::this_thread::sleep_for(60ms);
-    last = std::exchange(now, Ask(place));
+    last = std::exchange(now, Ask(look));
   }
-  const double ratio = Ask([] { return qApp->devicePixelRatio(); });
-  return {qRound(now.x() * ratio), qRound(now.y() * ratio)};
+  return now;
 }
 
 void DrivenProgram::Click(const char* control) {
   const QPoint place = Rest([&] {
-    const QWidget* const widget = Widget(control);
-    return widget ? widget->mapToGlobal(widget->rect().center()) : QPoint();
+    QWidget* const widget = Widget(control);
+    return widget ? Spot{widget, widget->rect().center()} : Spot{};
   });
   if (place.isNull()) ADD_FAILURE() << control << " does not show";
   hands_.ClickAt(place.x(), place.y());
@@ -140,10 +148,10 @@ void DrivenProgram::Click(const char* control) {
 void DrivenProgram::ClickRow(int row) {
   const QPoint place = Rest([&] {
     auto* const list = qobject_cast<QTableView*>(Widget("listViewInQueue"));
-    if (!list) return QPoint();
+    if (!list) return Spot{};
     const QModelIndex cell = list->model()->index(row, column::Author);
     list->scrollTo(cell);
-    return list->viewport()->mapToGlobal(list->visualRect(cell).center());
+    return Spot{list->viewport(), list->visualRect(cell).center()};
   });
   if (place.isNull()) ADD_FAILURE() << "row " << row << " does not show";
   hands_.ClickAt(place.x(), place.y());
@@ -151,9 +159,9 @@ void DrivenProgram::ClickRow(int row) {
 
 void DrivenProgram::Drag(const char* slider, int percent) {
   const QPoint place = Rest([&] {
-    const QWidget* const widget = Widget(slider);
-    if (!widget) return QPoint();
-    return widget->mapToGlobal(QPoint((widget->width() - 1) * percent / 100, widget->height() / 2));
+    QWidget* const widget = Widget(slider);
+    if (!widget) return Spot{};
+    return Spot{widget, QPoint((widget->width() - 1) * percent / 100, widget->height() / 2)};
   });
   if (place.isNull()) ADD_FAILURE() << slider << " does not show";
   const int aside = percent > 50 ? -5 : 5;

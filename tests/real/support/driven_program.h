@@ -67,9 +67,16 @@ class DrivenProgram {
   void Exit();
 
  private:
+  /// A point of a widget; without one when there is none to be seen.
+  struct Spot {
+    QWidget* widget = nullptr;
+    QPoint inside;
+  };
   static QWidget* Widget(const char* name);
-  /// Where something is on the screen once it stands still, in pixels.
-  QPoint Rest(const std::function<QPoint()>& place);
+  /// Where the screen really has a spot, in pixels.
+  QPoint PlaceOf(const Spot& spot) const;
+  /// Where a spot is on the screen once it stands still, in pixels.
+  QPoint Rest(const std::function<Spot()>& spot);
 
   int argumentCount_ = 1;
   char name_[10] = "tavlodeck";

@@ -82,6 +82,14 @@ xcb_atom_t Hands::Atom(const std::string& name) const {
   return reply->atom;
 }
 
+QPoint Hands::PlaceOf(xcb_window_t window) const {
+  const std::unique_ptr<xcb_translate_coordinates_reply_t, void (*)(void*)> place(
+      xcb_translate_coordinates_reply(
+          connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr),
+      std::free);
+  return place ? QPoint(place->dst_x, place->dst_y) : QPoint();
+}
+
 void Hands::BringForward(xcb_window_t window) {
   constexpr std::uint32_t kTaskBar = 2;
   Ask(window, "_NET_ACTIVE_WINDOW", {kTaskBar, XCB_CURRENT_TIME});

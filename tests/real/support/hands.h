@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include <QPoint>
 #include <array>
 #include <cstdint>
 #include <initializer_list>
@@ -29,6 +30,8 @@ class Hands {
   xcb_connection_t* Connection() const { return connection_; }
   xcb_window_t Root() const { return root_; }
   xcb_atom_t Atom(const std::string& name) const;
+  /// Where a window's upper left corner is on the screen; null when there is no such window.
+  QPoint PlaceOf(xcb_window_t window) const;
   /// Asks the window manager for a window, as a click in a task bar does.
   void BringForward(xcb_window_t window);
   /// Presses the close button of a window's frame.

@@ -55,13 +55,10 @@ SeenWindow Screen::Look(xcb_window_t window) const {
   seen.splash = is("_NET_WM_WINDOW_TYPE_SPLASH");
   const Owned<xcb_get_geometry_reply_t> size(
       xcb_get_geometry_reply(display, xcb_get_geometry(display, window), nullptr), std::free);
-  const Owned<xcb_translate_coordinates_reply_t> place(
-      xcb_translate_coordinates_reply(
-          display, xcb_translate_coordinates(display, window, hands.Root(), 0, 0), nullptr),
-      std::free);
-  if (size && place) {
-    seen.x = place->dst_x;
-    seen.y = place->dst_y;
+  if (size) {
+    const QPoint place = hands.PlaceOf(window);
+    seen.x = place.x();
+    seen.y = place.y();
     seen.width = size->width;
     seen.height = size->height;
   }
