@@ -27,8 +27,8 @@ QString WorkFolder(const char* name) {
 
 }  // namespace
 
-Day::Day(platform::desktop::Program& program, Left& left)
-    : program_(program), left_(left), typist_(program.Loop()) {}
+Day::Day(platform::desktop::Program& program, Left& left, const test::PedalPipe* foot)
+    : program_(program), left_(left), foot_(foot), typist_(program.Loop()) {}
 
 std::vector<Step> Day::Steps() {
   std::vector<Step> steps;
@@ -248,7 +248,7 @@ void Day::AddEnd(std::vector<Step>& steps) {
   steps.push_back({.says = "Skip leaves the document as it is and sounds the next one",
                    .act =
                        [this] {
-                         left_.volume = Main().txtVolume.Value;
+                         left_.volume = Main().txtVolume.WholeNumber();
                          left_.playerLeft = Main().frmMain.Left;
                          left_.playerTop = Main().frmMain.Top;
                          typist_.ClickUnseen(typist_.Middle("cmdSkip"));

@@ -2,21 +2,25 @@
 
 #include <QProcess>
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <vector>
 
+#include "pedals/pedal_pipe.h"
 #include "platform/desktop/program.h"
 #include "support/typist.h"
 #include "tour.h"
 
 namespace tavlo::tour {
 
-/// What the typist left behind at the end of a day and finds the next morning.
+/// What the typist left behind at the end of a day and finds the next morning. Plain, for it stands
+/// in memory that the days' processes share.
 struct Left {
+  std::size_t stepsSoFar = 0;
   int speed = 0;
-  std::string volume;
+  std::int64_t volume = 0;
   forms::Twips playerLeft = 0;
   forms::Twips playerTop = 0;
 };
@@ -24,8 +28,9 @@ struct Left {
 /// What the typist does in a day, as steps on the real program.
 class Day {
  public:
-  /// `left` is filled by the first day and looked at on the next one.
-  Day(platform::desktop::Program& program, Left& left);
+  /// `left` is filled by the first day and looked at on the next one. On the first there is no foot
+  /// pedal.
+  Day(platform::desktop::Program& program, Left& left, const test::PedalPipe* foot);
 
   std::vector<Step> Steps();
   /// The next morning: what the program remembers.
@@ -42,6 +47,9 @@ class Day {
   void AddOtherViews(std::vector<Step>& steps);
   void AddWindows(std::vector<Step>& steps);
   void AddEnd(std::vector<Step>& steps);
+  void AddFoot(std::vector<Step>& steps);
+  void AddEqualizer(std::vector<Step>& steps);
+  void AddMixer(std::vector<Step>& steps);
 
   Step Click(const char* control, std::string says, std::function<bool()> seen,
              std::string picture = {});
@@ -51,6 +59,11 @@ class Day {
             std::function<bool()> seen, std::string picture = {});
   /// Drags a slider's handle to so many hundredths of its width.
   Step Drag(const char* slider, int percent, std::string says, std::function<bool()> seen);
+
+  /// What a pedal's report says is down.
+  Step Foot(std::uint8_t bits, std::string says, std::function<bool()> seen);
+  /// Draws an upright slider's handle from its middle to so many hundredths of its height.
+  void DrawTo(const char* slider, int percent);
 
   forms::MainForm& Main() { return program_.Deck().windows.main; }
   shell::Rooms* Rooms() { return program_.Deck().Built(); }
@@ -69,6 +82,7 @@ class Day {
 
   platform::desktop::Program& program_;
   Left& left_;
+  const test::PedalPipe* foot_;
   test::Typist typist_;
   QProcess secondCopy_;
   double remembered_ = 0;

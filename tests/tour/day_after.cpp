@@ -97,7 +97,7 @@ std::vector<Step> Day::NextMorning() {
       {.says = "speed, volume and the saved document are as they were left", .seen = [this] {
          return Rooms()->engine.PlaySpeedPercent == left_.speed &&
                 Main().Slider1.Value == left_.speed - 100 &&
-                Main().txtVolume.Value.Get() == left_.volume &&
+                Main().txtVolume.WholeNumber() == left_.volume &&
                 Cell("Lindqvist", column::Saved) == "Saved";
        }});
   steps.push_back(ClickRowOf("Lindqvist", "the saved document is chosen",
@@ -113,6 +113,9 @@ std::vector<Step> Day::NextMorning() {
                window.Left == left_.playerLeft && window.Top == left_.playerTop;
       },
       "18-remembered"));
+  AddFoot(steps);
+  AddEqualizer(steps);
+  AddMixer(steps);
   steps.push_back(Click("cmdSkip", "Skip leaves it", [this] { return Ready(); }));
   steps.push_back(Keys({kAlt, kF4}, "exit asks", [this] { return BoxOpen(); }));
   steps.push_back(Keys({kReturn}, "yes ends the tour", [this] { return !BoxOpen(); }));
