@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <optional>
+#include <utility>
 
 #include "platform/desktop/folders.h"
 #include "platform/desktop/scan_parts.h"
@@ -24,7 +25,9 @@
 namespace tavlo::platform::desktop {
 
 struct Program::Parts {
-  Parts(int& argc, char** argv) : application(argc, argv) {}
+  Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port)
+      : application(argc, argv),
+        serialPort(port ? std::move(port) : std::make_unique<PosixSerialPort>()) {}
 
   bool AnotherCopyRuns() {
     if (!lock) lock.emplace(root);
@@ -38,13 +41,13 @@ struct Program::Parts {
   PosixDisk disk;
   SqliteSettingsDatabases databases{
       store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
-  FfmpegAudioFile audioFile{JustTestedBy(disk)};
+  FfmpegAudioFile audioFile{JustTestedBy(disk), [this] { loop.Breathe(); }};
   SoundTouchTransform audioTransform;
   CubebPlayer audioPlayer{loop};
   FfmpegAudioFile promptFile;
   PromptVoice promptVoice{audioPlayer, promptFile};
   PulseMixer sourceMixer{loop};
-  PosixSerialPort serialPort;
+  const std::unique_ptr<pedals::SerialPort> serialPort;
   PluginUsbWatcher usbWatcher{store::WorkFolders(disk, root).PedalWatchPath()};
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
@@ -54,7 +57,7 @@ struct Program::Parts {
                     .audioPlayer = audioPlayer,
                     .promptMediaControl = promptVoice,
                     .sourceMixer = sourceMixer,
-                    .serialPort = serialPort,
+                    .serialPort = *serialPort,
                     .usbWatcher = usbWatcher,
                     .installRoot = root,
                     .shareFolder = ShareFolder(),
@@ -65,9 +68,9 @@ struct Program::Parts {
                         deck.windows.configuration};
 };
 
-Program::Program(int& argc, char** argv) {
+Program::Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort) {
   const ScreenSearch search;
-  parts_ = std::make_unique<Parts>(argc, argv);
+  parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort));
   qt::PrepareApplication();
 }
 

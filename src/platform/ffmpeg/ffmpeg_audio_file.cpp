@@ -18,16 +18,23 @@ constexpr int kProcessInTrouble = -1;
 
 }  // namespace
 
-FfmpegAudioFile::FfmpegAudioFile(MeasuredFiles::JustSeen justSeen)
+FfmpegAudioFile::FfmpegAudioFile(MeasuredFiles::JustSeen justSeen, std::function<void()> breathe)
     : measured_(std::move(justSeen)) {
   QuietFfmpeg();
+  if (!breathe) return;
+  file_.OnRead = [this, breathe = std::move(breathe)] {
+    if (measuring_) breathe();
+  };
 }
 
 bool FfmpegAudioFile::OpenFile(const std::string& path) {
   CloseFile();
   openStatus_ = 0;
   try {
-    if (OpenAndMeasure(path)) return true;
+    if (OpenAndMeasure(path)) {
+      path_ = path;
+      return true;
+    }
   } catch (const std::bad_alloc&) {
     openStatus_ = kProcessInTrouble;
   }
@@ -36,7 +43,6 @@ bool FfmpegAudioFile::OpenFile(const std::string& path) {
 }
 
 bool FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
-  path_ = path;
   if (const SoundFigures* known = measured_.Find(path)) {
     figures_ = *known;
     return true;
@@ -44,7 +50,9 @@ bool FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
   const PlainFile::Trouble trouble = file_.Open(path);
   if (trouble == PlainFile::Trouble::Process) openStatus_ = kProcessInTrouble;
   if (trouble != PlainFile::Trouble::None) return false;
-  SoundProbe probe = ProbeSound(file_, path_, Want::Figures);
+  measuring_ = true;
+  SoundProbe probe = ProbeSound(file_, path, Want::Figures);
+  measuring_ = false;
   figures_ = probe.figures;
   decoder_ = std::move(probe.decoder);
   // A refusal is not remembered: the disk may have failed for a moment.
@@ -56,6 +64,7 @@ void FfmpegAudioFile::CloseFile() {
   decoder_.reset();
   file_.Close();
   path_.clear();
+  measuring_ = false;
   figures_ = {};
   refused_ = false;
   ended_ = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,8 +18,11 @@ namespace tavlo::platform {
 /// gone or has become another sound by then reads as exhausted.
 class FfmpegAudioFile : public playback::AudioFile {
  public:
-  /// `justSeen` may spare a rescan its one question to the disk for each file.
-  explicit FfmpegAudioFile(MeasuredFiles::JustSeen justSeen = {});
+  /// `justSeen` may spare a rescan its one question to the disk for each file. Opening calls
+  /// `breathe` again and again, for a recording of hours can take long to measure; meanwhile
+  /// nothing can be read.
+  explicit FfmpegAudioFile(MeasuredFiles::JustSeen justSeen = {},
+                           std::function<void()> breathe = {});
 
   [[nodiscard]] bool OpenFile(const std::string& path) override;
   void CloseFile() override;
@@ -44,6 +48,7 @@ class FfmpegAudioFile : public playback::AudioFile {
   int openStatus_ = 0;
   SoundFigures figures_;
   PlainFile file_;
+  bool measuring_ = false;
   std::unique_ptr<Decoder> decoder_;
   bool refused_ = false;  ///< The decoder could not be made.
   bool ended_ = false;    ///< The decoder has nothing behind `decoded_`.

@@ -73,6 +73,7 @@ std::size_t PlainFile::ReadAt(std::uint64_t offset, std::span<std::uint8_t> targ
     if (got <= 0) break;
     filled += static_cast<std::size_t>(got);
   }
+  if (OnRead) OnRead();
   return filled;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -48,6 +49,9 @@ class PlainFile {
   /// Fills `target` from `offset` on and returns how many bytes came: fewer at the end of the file
   /// and when the disk fails.
   std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> target) const;
+
+  /// Called after every read. Stays with this object, whatever is opened or moved into it.
+  std::function<void()> OnRead;
 
  private:
   int handle_ = -1;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <random>
 
 #include "kinds.h"
@@ -136,6 +137,33 @@ std::vector<Kind> KindsThatPlayWhenCut() {
 
 INSTANTIATE_TEST_SUITE_P(EveryFormat, PlaysWhenCut, testing::ValuesIn(KindsThatPlayWhenCut()),
                          NameOf);
+
+TEST(HoursWithoutAHeader, AreMeasuredWithABreathEveryFewFramesAndCannotBeReadMeanwhile) {
+  // Two hours of frames of 20 ms that say nothing but their length.
+  constexpr int kFrames = 2 * 60 * 60 * 50;
+  std::string frame(32, char{0});
+  frame.front() = char{0x3C};
+  std::string bytes = "#!AMR\n";
+  for (int i = 0; i < kFrames; ++i) bytes += frame;
+  const ScratchFolder folder;
+  WriteFile(folder / "hours.amr", bytes);
+
+  int breaths = 0;
+  std::unique_ptr<FfmpegAudioFile> file;
+  file = std::make_unique<FfmpegAudioFile>(platform::MeasuredFiles::JustSeen(), [&] {
+    ++breaths;
+    EXPECT_TRUE(file->ReadArray(1).values.empty());
+    EXPECT_EQ(file->SeekSample(100), 0);
+  });
+  ASSERT_TRUE(file->OpenFile(folder / "hours.amr"));
+  EXPECT_EQ(file->LengthMilliseconds(), 2 * 60 * 60 * 1000);
+  constexpr int kFramesOfABreath = 2048;
+  EXPECT_GT(breaths, kFrames / kFramesOfABreath);
+
+  const int measured = breaths;
+  EXPECT_EQ(file->ReadArray(8000).Samples(), 8000);
+  EXPECT_EQ(breaths, measured) << "reading on is the player's own work";
+}
 
 }  // namespace
 }  // namespace tavlo::test
