@@ -8,8 +8,8 @@
 
 namespace tavlo::fuzz {
 
-ScratchFile::ScratchFile() : path_("/dev/shm/tavlo-fuzz-XXXXXX") {
-  handle_ = ::mkostemp(path_.data(), O_CLOEXEC);
+ScratchFile::ScratchFile(const std::string& ending) : path_("/dev/shm/tavlo-fuzz-XXXXXX" + ending) {
+  handle_ = ::mkostemps(path_.data(), static_cast<int>(ending.size()), O_CLOEXEC);
   Promise(handle_ >= 0, "there is a file system in memory");
 }
 

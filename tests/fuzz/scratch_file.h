@@ -10,8 +10,8 @@ namespace tavlo::fuzz {
 /// A file in memory that takes the contents of one input after the other.
 class ScratchFile {
  public:
-  /// Ends the program when the machine gives it no such file.
-  ScratchFile();
+  /// Its name ends as told. Ends the program when the machine gives it no such file.
+  explicit ScratchFile(const std::string& ending = "");
   ~ScratchFile();
   ScratchFile(const ScratchFile&) = delete;
 
