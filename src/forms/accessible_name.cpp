@@ -8,7 +8,7 @@ namespace {
 bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c < 0; }
 
 std::string NameOf(const Control& control, std::string caption) {
-  if (!control.Heard.empty()) return control.Heard;
+  if (!control.Heard.Get().empty()) return control.Heard;
   std::erase(caption, '&');
   const bool speaks = std::any_of(caption.begin(), caption.end(), IsLetter);
   return speaks ? caption : control.Tooltip.Get();

@@ -21,7 +21,7 @@ std::string Folded(std::string_view text) {
 Control::Control(Pane* parent, std::string name, const First& first)
     : Name(std::move(name)),
       Parent(parent),
-      Heard(first.heard),
+      Heard(*this, first.heard),
       Tooltip(*this, first.tooltip),
       Enabled(*this, first.enabled),
       Visible(*this, first.visible) {

@@ -76,7 +76,7 @@ class Control {
   const std::string Name;
   Pane* const Parent;
   /// Empty where the name is the caption or the tooltip; see AccessibleName.
-  const std::string Heard;
+  State<std::string> Heard;
   State<std::string> Tooltip;
   State<bool> Enabled;
   State<bool> Visible;
@@ -162,6 +162,16 @@ class Choice : public Control {
   void Click();
 };
 
+/// How a range's value is said to somebody who hears it: the numbers that its bounds stand for,
+/// what they are rounded to, and their unit.
+struct Scale {
+  double atMinimum = 0;
+  double atMaximum = 0;
+  double step = 1;
+  std::string_view unit = {};
+};
+inline constexpr Scale kPercent{.atMaximum = 100, .unit = "percent"};
+
 /// Bounds, steps and first value of a range. Steps are what one key press and one page press move.
 struct Span {
   int minimum = 0;
@@ -169,6 +179,7 @@ struct Span {
   int smallStep = 1;
   int largeStep = 5;
   int value = 0;
+  Scale heard = {};
 
   /// The value within the bounds that is nearest to a number of any size.
   int Nearest(std::int64_t number) const;

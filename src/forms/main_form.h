@@ -86,11 +86,11 @@ struct MainForm {
   Range MeterLeft{&framePlayer,
                   "MeterLeft",
                   {.tooltip = "Left audio channel amplitude indicator"},
-                  {.minimum = 0, .maximum = 100}};
+                  {.minimum = 0, .maximum = 100, .heard = kPercent}};
   Range MeterRight{&framePlayer,
                    "MeterRight",
                    {.tooltip = "Right audio channel amplitude indicator"},
-                   {.minimum = 0, .maximum = 100}};
+                   {.minimum = 0, .maximum = 100, .heard = kPercent}};
   Text lblCustomDisplay{&framePlayer, "lblCustomDisplay", {.visible = false}};
   Pane picBriselBitMap{&framePlayer, "picBriselBitMap", {.visible = false}};
   Text lblBriselName{&framePlayer, "lblBriselName", {.visible = false}};
@@ -98,7 +98,7 @@ struct MainForm {
   Range slPosition{&framePlayer,
                    "slPosition",
                    {.tooltip = "Slide to desired position in document", .enabled = false},
-                   {.minimum = 0, .maximum = 100, .smallStep = 1, .largeStep = 5}};
+                   {.smallStep = 1, .largeStep = 5, .heard = kPercent}};
   Command cmdSkipBeg{
       &framePlayer, "cmdSkipBeg", {.tooltip = "Skip to beginning", .enabled = false}};
   Command cmdRewind{&framePlayer, "cmdRewind", {.tooltip = "Rewind", .enabled = false}};
@@ -128,17 +128,25 @@ struct MainForm {
   Range Slider1{&framePlayer,
                 "Slider1",
                 {.tooltip = "Playback speed", .enabled = false},
-                {.minimum = -50, .maximum = 50, .smallStep = 5, .largeStep = 5}};
+                {.minimum = -50,
+                 .maximum = 50,
+                 .smallStep = 5,
+                 .largeStep = 5,
+                 .heard = {.atMinimum = 50, .atMaximum = 150, .unit = "percent"}}};
   Command cmdNormalSpeed{
       &framePlayer,
       "cmdNormalSpeed",
       {.caption = "&MID", .tooltip = "Set playback speed to normal", .enabled = false}};
   Text lblVolume{&framePlayer, "lblVolume", {.caption = "VOL"}};
-  Range sldVol{
-      &framePlayer,
-      "sldVol",
-      {.tooltip = "Playback volume"},
-      {.minimum = 0, .maximum = 65535, .smallStep = 1, .largeStep = 10000, .value = 55000}};
+  Range sldVol{&framePlayer,
+               "sldVol",
+               {.tooltip = "Playback volume"},
+               {.minimum = 0,
+                .maximum = 65535,
+                .smallStep = 1,
+                .largeStep = 10000,
+                .value = 55000,
+                .heard = kPercent}};
   Command cmdEQ{&framePlayer,
                 "cmdEQ",
                 {.caption = "&EQ",

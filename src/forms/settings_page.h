@@ -30,21 +30,33 @@ struct SettingsPage {
   Range sliderABS{&frameAutoBackspace,
                   "sliderABS",
                   {.tooltip = "Select the Auto Backspace time in seconds"},
-                  {.minimum = 0, .maximum = 99, .smallStep = 1, .largeStep = 10}};
+                  {.minimum = 0,
+                   .maximum = 99,
+                   .smallStep = 1,
+                   .largeStep = 10,
+                   .heard = {.atMaximum = 9.9, .step = 0.1, .unit = "seconds"}}};
   Text txtAutoBackspace{&frameAutoBackspace, "txtAutoBackspace", {.visible = false}};
   Text txtAutoBackspaceDisplay{&frameAutoBackspace, "txtAutoBackspaceDisplay", {.visible = false}};
   Pane frameAutoPreview{&frameSettings, "frameAutoPreview", {.caption = "Audio Preview:  15"}};
-  Range sliderAutoPreview{
-      &frameAutoPreview,
-      "sliderAutoPreview",
-      {.tooltip = "Select the Auto Preview time in seconds"},
-      {.minimum = 0, .maximum = 15, .smallStep = 1, .largeStep = 5, .value = 15}};
+  Range sliderAutoPreview{&frameAutoPreview,
+                          "sliderAutoPreview",
+                          {.tooltip = "Select the Auto Preview time in seconds"},
+                          {.minimum = 0,
+                           .maximum = 15,
+                           .smallStep = 1,
+                           .largeStep = 5,
+                           .value = 15,
+                           .heard = {.atMaximum = 15, .unit = "seconds"}}};
   Text txtAutoPreview{&frameAutoPreview, "txtAutoPreview", {.visible = false}};
   Pane frameWindIncrement{&frameSettings, "frameWindIncrement", {.caption = "Wind Increment:  0"}};
   Range sliderWindIncrement{&frameWindIncrement,
                             "sliderWindIncrement",
                             {.tooltip = "Select the length of a wind step in seconds"},
-                            {.minimum = 0, .maximum = 60, .smallStep = 1, .largeStep = 5}};
+                            {.minimum = 0,
+                             .maximum = 60,
+                             .smallStep = 1,
+                             .largeStep = 5,
+                             .heard = {.atMaximum = 60, .unit = "seconds"}}};
   Text txtWindIncrement{&frameWindIncrement, "txtWindIncrement", {.visible = false}};
   Choice chkAccelerateWindIncrement{
       &frameWindIncrement,
@@ -73,11 +85,15 @@ struct SettingsPage {
                          {.caption = "Audio Prompts", .tooltip = "Play informative audio prompts"}};
   Text txtAudioPrompts{&frameSettings, "txtAudioPrompts", {.visible = false}};
   Text lblPromptVolume{&frameSettings, "lblPromptVolume", {.caption = "Prompt Volume"}};
-  Range sldPromptVol{
-      &frameSettings,
-      "sldPromptVol",
-      {.tooltip = "Volume of the audio prompts"},
-      {.minimum = 0, .maximum = 65535, .smallStep = 1, .largeStep = 10000, .value = 55000}};
+  Range sldPromptVol{&frameSettings,
+                     "sldPromptVol",
+                     {.tooltip = "Volume of the audio prompts"},
+                     {.minimum = 0,
+                      .maximum = 65535,
+                      .smallStep = 1,
+                      .largeStep = 10000,
+                      .value = 55000,
+                      .heard = kPercent}};
   Text txtPromptVolume{&frameSettings, "txtPromptVolume", {.visible = false}};
 
   // Lists and files.

@@ -18,7 +18,7 @@ struct SplashForm {
   Range ProgressBar1{&frmInitSplash,
                      "ProgressBar1",
                      {.tooltip = "Progress of the start"},
-                     {.minimum = 0, .maximum = 10}};
+                     {.minimum = 0, .maximum = 10, .heard = kPercent}};
 };
 
 }  // namespace tavlo::forms

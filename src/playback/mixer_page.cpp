@@ -63,8 +63,9 @@ void MixerPage::ChooseDevice() {
 void MixerPage::ShowSource(int source) {
   const auto strip = static_cast<std::size_t>(source);
   mixer_.SelectSource(source);
-  const std::string name = mixer_.SourceName();
-  config_.Label[strip].Value = name;
+  const bool exists = source < mixer_.SourceCount();
+  config_.Label[strip].Value = mixer_.SourceName();
+  const std::string name = exists ? mixer_.SourceName() : "this source";
   forms::Range& volume = config_.slVolume[strip];
   volume.Enabled = mixer_.SourceHasVolume();
   volume.Value = kTopVolume - mixer_.SourceVolume();
@@ -77,9 +78,10 @@ void MixerPage::ShowSource(int source) {
   mute.Visible = mixer_.SourceHasMute();
   mute.Value = mixer_.SourceMute();
   mute.Tooltip = "Silence " + name;
+  // Eight boxes have one caption.
+  mute.Heard = "Mute " + name;
   config_.cmdAdvanced[strip].Visible = mixer_.SourceHasAdvanced() >= 0;
   config_.cmdAdvanced[strip].Enabled = false;
-  const bool exists = source < mixer_.SourceCount();
   config_.Label[strip].Visible = exists;
   config_.lblBalance[strip].Visible = exists;
   volume.Visible = exists;

@@ -2,12 +2,16 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <algorithm>
+#include <cmath>
 
+#include "forms/heard_value.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/figures_label.h"
 #include "platform/qt/meter_bar.h"
 #include "platform/qt/state_speaker.h"
 #include "platform/qt/status_strip.h"
+#include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
 namespace {
@@ -27,20 +31,37 @@ class Measured : public QAccessibleWidget, public QAccessibleValueInterface {
   }
 };
 
+/// A slider's numbers are in the unit that a person would say. Not every desktop hands on the
+/// words, so the unit is what the description says, too.
 class HeardSlider : public Measured {
  public:
   explicit HeardSlider(DeckSlider& slider)
       : Measured(&slider, QAccessible::Slider), slider_(slider) {}
 
-  QVariant currentValue() const override { return slider_.value(); }
-  void setCurrentValue(const QVariant& value) override {
-    if (slider_.isEnabled()) slider_.StepTo(value.toInt());
+  QString text(QAccessible::Text kind) const override {
+    if (kind == QAccessible::Value) {
+      return ToQt(forms::HeardWords(slider_.Span(), slider_.value()));
+    }
+    if (kind == QAccessible::Description) return ToQt(slider_.Span().heard.unit);
+    return Measured::text(kind);
   }
-  QVariant minimumValue() const override { return slider_.minimum(); }
-  QVariant maximumValue() const override { return slider_.maximum(); }
-  QVariant minimumStepSize() const override { return slider_.singleStep(); }
+  QVariant currentValue() const override { return Heard(slider_.value()); }
+  void setCurrentValue(const QVariant& value) override {
+    const double heard = value.toDouble();
+    if (!slider_.isEnabled() || std::isnan(heard)) return;
+    slider_.StepTo(forms::ValueHeardAs(slider_.Span(), heard));
+  }
+  QVariant minimumValue() const override {
+    return std::min(Heard(slider_.minimum()), Heard(slider_.maximum()));
+  }
+  QVariant maximumValue() const override {
+    return std::max(Heard(slider_.minimum()), Heard(slider_.maximum()));
+  }
+  QVariant minimumStepSize() const override { return slider_.Span().heard.step; }
 
  private:
+  double Heard(int value) const { return forms::HeardValue(slider_.Span(), value); }
+
   DeckSlider& slider_;
 };
 

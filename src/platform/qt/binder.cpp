@@ -138,9 +138,7 @@ void Binder::Tick(forms::Choice& choice, QAbstractButton& box) {
 }
 
 void Binder::Slide(forms::Range& range, DeckSlider& slider) {
-  slider.setRange(range.Bounds.minimum, range.Bounds.maximum);
-  slider.setSingleStep(range.Bounds.smallStep);
-  slider.setPageStep(range.Bounds.largeStep);
+  slider.SetSpan(range.Bounds);
   slider.OnPress = [this, &range] { ByHand(range, [&] { range.Press(); }); };
   slider.OnMove = [this, &range](int value) { ByHand(range, [&] { range.Change(value); }); };
   slider.OnRelease = [this, &range] { ByHand(range, [&] { range.Release(); }); };

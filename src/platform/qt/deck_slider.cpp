@@ -33,6 +33,13 @@ DeckSlider::DeckSlider(Look look, QWidget* parent)
   }
 }
 
+void DeckSlider::SetSpan(const forms::Span& span) {
+  span_ = span;
+  setRange(span.minimum, span.maximum);
+  setSingleStep(span.smallStep);
+  setPageStep(span.largeStep);
+}
+
 int DeckSlider::PlaceOf(int value) const {
   return kReach +
          QStyle::sliderPositionFromValue(minimum(), maximum(), value, Length() - 2 * kReach);

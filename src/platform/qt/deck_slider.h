@@ -3,6 +3,8 @@
 #include <QSlider>
 #include <functional>
 
+#include "forms/controls.h"
+
 namespace tavlo::platform::qt {
 
 /// A slider that tells a hand's press, moves and release apart from a program's write. A press in
@@ -16,6 +18,10 @@ class DeckSlider : public QSlider {
   enum class Look { Main, Small, Upright };
 
   explicit DeckSlider(Look look, QWidget* parent = nullptr);
+
+  /// Bounds and steps, and how the value is said.
+  void SetSpan(const forms::Span& span);
+  const forms::Span& Span() const { return span_; }
 
   std::function<void()> OnPress;
   std::function<void(int value)> OnMove;
@@ -49,6 +55,7 @@ class DeckSlider : public QSlider {
   void MoveTo(int value);
 
   Look look_;
+  forms::Span span_;
 };
 
 }  // namespace tavlo::platform::qt

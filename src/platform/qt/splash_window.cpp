@@ -27,7 +27,7 @@ class Sign : public QPushButton {
   Sign(forms::Pane& pane, Binder& binder, QWidget* parent) : QPushButton(parent) {
     setFixedSize(kSignSize, kSignSize);
     setMouseTracking(true);
-    setAccessibleName(ToQt(pane.Heard));
+    setAccessibleName(ToQt(pane.Heard.Get()));
     connect(this, &QPushButton::clicked, this,
             [&pane, &binder] { binder.ByHand(pane, [&pane] { pane.Click(); }); });
     binder.Bind(pane, *this, {});

@@ -105,10 +105,12 @@ TEST_F(Accessibility, TheQueueIsATableWithHeadingsAndCells) {
 
 TEST_F(Accessibility, ASliderThatIsSetHasTheEffectOfAHand) {
   Run([&] {
-    reader->Set("Playback volume", 12345);
-    EXPECT_TRUE(program->Until([&] { return program->Main().sldVol.Value == 12345; }));
-    EXPECT_EQ(program->Ask([&] { return program->Main().txtVolume.Value.Get(); }), "12345");
-    EXPECT_EQ(reader->Find("slider", "Playback volume").value, "12345");
+    reader->Set("Playback volume", 40);
+    EXPECT_TRUE(program->Until([&] { return program->Main().sldVol.Value == 26214; }));
+    EXPECT_EQ(program->Ask([&] { return program->Main().txtVolume.Value.Get(); }), "26214");
+    const HeardNode volume = reader->Find("slider", "Playback volume");
+    EXPECT_EQ(volume.value, "40");
+    EXPECT_EQ(volume.description, "percent");
   });
 }
 

@@ -76,6 +76,18 @@ TEST_F(AccessibleNameTest, EveryCommandChoiceAndRangeHasATooltipAndAName) {
   EXPECT_GT(met, 130);
 }
 
+TEST_F(AccessibleNameTest, TheValueOfEveryRangeHasAUnit) {
+  int met = 0;
+  for (const forms::Control* const control : Everything()) {
+    const auto* const range = dynamic_cast<const forms::Range*>(control);
+    if (!range) continue;
+    ++met;
+    EXPECT_NE(range->Bounds.heard.unit, "") << range->Name;
+    EXPECT_NE(range->Bounds.heard.atMinimum, range->Bounds.heard.atMaximum) << range->Name;
+  }
+  EXPECT_GT(met, 35);
+}
+
 TEST_F(AccessibleNameTest, EveryListAndBoxHasAName) {
   for (const forms::Control* const control : Everything()) {
     if (const auto* const list = dynamic_cast<const forms::Table*>(control)) {

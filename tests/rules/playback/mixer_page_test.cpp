@@ -5,11 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "forms/accessible_name.h"
 #include "support/playback_bench.h"
 #include "support/simulated_mixer.h"
 
 namespace tavlo::test {
 namespace {
+
+using Texts = std::vector<std::string>;
 
 struct MixerPageTest : testing::Test, PlaybackBench {
   SimulatedMixer mixer;
@@ -49,7 +52,23 @@ struct MixerPageTest : testing::Test, PlaybackBench {
   }
 };
 
-using Texts = std::vector<std::string>;
+TEST_F(MixerPageTest, EachControlIsHeardUnderTheNameOfItsSource) {
+  const auto heard = [this](std::size_t strip) {
+    return Texts{forms::AccessibleName(config.slVolume[strip]),
+                 forms::AccessibleName(config.slBalance[strip]),
+                 forms::AccessibleName(config.chMute[strip])};
+  };
+  page.SetSrcDevice();
+  EXPECT_EQ(heard(0), (Texts{"Volume of Output", "Balance of Output", "Mute Output"}));
+  EXPECT_EQ(heard(2), (Texts{"Volume of Microphone", "Balance of Microphone", "Mute Microphone"}));
+  EXPECT_EQ(config.chMute[2].Caption.Get(), "Mute");
+
+  engine.InitializeNCTcontrol();
+  config.DeviceCombo.RowClick(1);
+  EXPECT_EQ(heard(0), (Texts{"Volume of Headset", "Balance of Headset", "Mute Headset"}));
+  EXPECT_EQ(heard(1),
+            (Texts{"Volume of this source", "Balance of this source", "Mute this source"}));
+}
 
 TEST_F(MixerPageTest, StartUpShowsTheSourcesOfTheStoredDevice) {
   config.txtMixerSelection.Value = "1";
