@@ -7,52 +7,17 @@
 #include <string>
 
 #include "support/home.h"
-#include "support/screen.h"
+#include "support/screen_user.h"
 #include "support/started_program.h"
 
 namespace tavlo::test {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
-
-constexpr std::uint32_t kReturn = 0xFF0D;
 
 /// The program, seen and used from outside: its windows, its exit status and its files.
-struct ProgramTest : testing::Test {
+struct ProgramTest : testing::Test, ScreenUser {
   StartedProgram Start() { return {TAVLO_PROGRAM, home.Path()}; }
-
-  /// Answers the box of that title with Return; it must come.
-  void Answer(const std::string& title) {
-    ASSERT_TRUE(Until([&] { return screen.Box(title).id != XCB_NONE; })) << title;
-    EXPECT_TRUE(Until([&] {
-      screen.hands.BringForward(screen.Box(title).id);
-      screen.hands.Keys({kReturn});
-      return screen.Box(title).id == XCB_NONE;
-    })) << title;
-  }
-
-  /// Clicks the splash away and waits for the deck.
-  void PassSplash() {
-    ASSERT_TRUE(Until([&] { return screen.Splash().id != XCB_NONE; }));
-    EXPECT_TRUE(Until([&] {
-      const SeenWindow splash = screen.Splash();
-      // The icon stands in the middle of the upper part.
-      if (splash.id != XCB_NONE) {
-        screen.hands.ClickAt(splash.x + splash.width / 2, splash.y + splash.height * 84 / 300);
-      }
-      return screen.Deck().id != XCB_NONE;
-    }));
-  }
-
-  /// Presses the close button until the deck has time to listen to it, and agrees.
-  void Exit() {
-    ASSERT_TRUE(Until([&] {
-      screen.hands.PressClose(screen.Deck().id);
-      return Until([&] { return screen.Box("Tavlo Deck - Exit").id != XCB_NONE; }, 300ms);
-    }));
-    Answer("Tavlo Deck - Exit");
-  }
 
   /// Starts the program, which must say why it cannot go on, end with 1 and change nothing.
   void ExpectRefusalThatChangesNothing() {
@@ -64,7 +29,6 @@ struct ProgramTest : testing::Test {
   }
 
   Home home;
-  Screen screen;
 };
 
 bool HasDotFiles(const Home& home) {

@@ -11,20 +11,18 @@
 #include <string>
 
 #include "support/home.h"
-#include "support/screen.h"
+#include "support/screen_user.h"
 #include "support/started_program.h"
 
 namespace tavlo::test {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
 
-constexpr std::uint32_t kReturn = 0xFF0D;
 constexpr uid_t kNobody = 65534;
 
 /// The program, started where something is missing that other desktops have.
-struct StrangeStart : testing::Test {
+struct StrangeStart : testing::Test, ScreenUser {
   /// Starts the program in a home that need not be the one of this test.
   StartedProgram Start(const std::string& homePath) {
     around.errorsPath = folder.Path() + "/errors";
@@ -34,16 +32,6 @@ struct StrangeStart : testing::Test {
   std::string Errors() const {
     std::ifstream in(folder.Path() + "/errors");
     return {std::istreambuf_iterator<char>(in), {}};
-  }
-
-  /// Closes the box of that title, which must come.
-  void Answer(const std::string& title) {
-    ASSERT_TRUE(Until([&] { return screen.Box(title).id != XCB_NONE; })) << title << Errors();
-    EXPECT_TRUE(Until([&] {
-      screen.hands.BringForward(screen.Box(title).id);
-      screen.hands.Keys({kReturn});
-      return screen.Box(title).id == XCB_NONE;
-    })) << title;
   }
 
   void ExpectRefusalIn(const std::string& homePath) {
@@ -74,7 +62,6 @@ struct StrangeStart : testing::Test {
   Surroundings around;
   TemporaryFolder folder;
   Home home;
-  Screen screen;
 };
 
 TEST_F(StrangeStart, EndsWithWordsWhereNoScreenIsNamed) {
