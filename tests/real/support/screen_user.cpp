@@ -1,0 +1,44 @@
+#include "support/screen_user.h"
+
+#include <gtest/gtest.h>
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t kReturn = 0xFF0D;
+constexpr std::uint32_t kEscape = 0xFF1B;
+
+}  // namespace
+
+void ScreenUser::Answer(const std::string& title) {
+  ASSERT_TRUE(Until([&] { return screen.Box(title).id != XCB_NONE; })) << title;
+  EXPECT_TRUE(Until([&] {
+    screen.hands.BringForward(screen.Box(title).id);
+    screen.hands.Keys({kReturn});
+    return screen.Box(title).id == XCB_NONE;
+  })) << title;
+}
+
+void ScreenUser::PassSplash() {
+  ASSERT_TRUE(Until([&] { return screen.Splash().id != XCB_NONE; }));
+  EXPECT_TRUE(Until([&] {
+    const SeenWindow splash = screen.Splash();
+    if (splash.id != XCB_NONE) {
+      screen.hands.BringForward(splash.id);
+      screen.hands.Keys({kEscape});
+    }
+    return screen.Deck().id != XCB_NONE;
+  }));
+}
+
+void ScreenUser::Exit() {
+  ASSERT_TRUE(Until([&] {
+    screen.hands.PressClose(screen.Deck().id);
+    return Until([&] { return screen.Box("Tavlo Deck - Exit").id != XCB_NONE; }, 300ms);
+  }));
+  Answer("Tavlo Deck - Exit");
+}
+
+}  // namespace tavlo::test
