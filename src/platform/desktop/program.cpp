@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/desktop/folders.h"
+#include "platform/desktop/message_buses.h"
 #include "platform/desktop/scan_parts.h"
 #include "platform/desktop/screen_search.h"
 #include "platform/desktop/system_information.h"
@@ -71,6 +72,7 @@ struct Program::Parts {
 Program::Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort) {
   const ScreenSearch search;
   parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort));
+  LeaveSilentBuses();
   qt::PrepareApplication();
 }
 
