@@ -11,6 +11,7 @@
 #include "platform/desktop/system_information.h"
 #include "platform/disk/instance_lock.h"
 #include "platform/disk/posix_disk.h"
+#include "platform/ffmpeg/decoder_libraries.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
 #include "platform/mixer/pulse_mixer.h"
 #include "platform/qt/qt_loop.h"
@@ -67,19 +68,23 @@ struct Program::Parts {
                     .endProcess = [this](int status) { loop.Quit(status); }}};
   qt::QtWindows windows{loop, deck.windows.main, deck.windows.splash, deck.windows.about,
                         deck.windows.configuration};
+  DecoderLibraries decoderLibraries;
 };
 
 Program::Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort) {
+  LeaveSilentBuses();
   const ScreenSearch search;
   parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort));
-  LeaveSilentBuses();
   qt::PrepareApplication();
 }
 
 Program::~Program() = default;
 
 int Program::Run() {
-  parts_->loop.Post([this] { parts_->deck.Start(); });
+  parts_->loop.Post([this] {
+    parts_->deck.Start();
+    parts_->decoderLibraries.LoadBeside();
+  });
   return parts_->loop.Run();
 }
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include "platform/ffmpeg/libav.h"
+#include "platform/ffmpeg/libav_calls.h"
 #include "platform/ffmpeg/sample_fold.h"
 #include "platform/ffmpeg/sound_limits.h"
 
@@ -65,18 +65,22 @@ void AppendAs(const AVFrame& frame, bool planar, int played, std::vector<float>&
 
 }  // namespace
 
-void FreeFfmpeg::operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
+void FreeFfmpeg::operator()(AVCodecContext* context) const {
+  Libav().avcodec_free_context(&context);
+}
 void FreeFfmpeg::operator()(AVCodecParameters* parameters) const {
-  avcodec_parameters_free(&parameters);
+  Libav().avcodec_parameters_free(&parameters);
 }
 void FreeFfmpeg::operator()(AVFrame* frame) const { av_frame_free(&frame); }
-void FreeFfmpeg::operator()(AVPacket* packet) const { av_packet_free(&packet); }
+void FreeFfmpeg::operator()(AVPacket* packet) const { Libav().av_packet_free(&packet); }
 
 Owned<AVCodecParameters> NewParameters() {
-  return Owned<AVCodecParameters>(avcodec_parameters_alloc());
+  return Owned<AVCodecParameters>(Libav().loaded ? Libav().avcodec_parameters_alloc() : nullptr);
 }
 
-Owned<AVPacket> NewPacket() { return Owned<AVPacket>(av_packet_alloc()); }
+Owned<AVPacket> NewPacket() {
+  return Owned<AVPacket>(Libav().loaded ? Libav().av_packet_alloc() : nullptr);
+}
 
 void QuietFfmpeg() { av_log_set_level(AV_LOG_QUIET); }
 
@@ -114,31 +118,33 @@ Codec::Codec(Owned<AVCodecContext> context, Owned<AVFrame> frame, Owned<AVPacket
 
 std::unique_ptr<Codec> Codec::Open(const AVCodecParameters& parameters,
                                    const AVRational* timeBase) {
-  const AVCodec* decoder = avcodec_find_decoder(parameters.codec_id);
+  const LibavCalls& libav = Libav();
+  if (!libav.loaded) return nullptr;
+  const AVCodec* decoder = libav.avcodec_find_decoder(parameters.codec_id);
   if (decoder == nullptr || decoder->type != AVMEDIA_TYPE_AUDIO || !IsListed(decoder->name))
     return nullptr;
-  Owned<AVCodecContext> context(avcodec_alloc_context3(decoder));
+  Owned<AVCodecContext> context(libav.avcodec_alloc_context3(decoder));
   Owned<AVFrame> frame(av_frame_alloc());
   Owned<AVPacket> packet = NewPacket();
   if (!context || !frame || !packet) return nullptr;
-  if (avcodec_parameters_to_context(context.get(), &parameters) < 0) return nullptr;
+  if (libav.avcodec_parameters_to_context(context.get(), &parameters) < 0) return nullptr;
   context->thread_count = 1;
   if (timeBase != nullptr) context->pkt_timebase = *timeBase;
   // A broken frame may not claim more than a few seconds of memory.
   context->max_samples = std::int64_t{1} << 20;
-  if (avcodec_open2(context.get(), decoder, nullptr) < 0) return nullptr;
+  if (libav.avcodec_open2(context.get(), decoder, nullptr) < 0) return nullptr;
   return std::unique_ptr<Codec>(new Codec(std::move(context), std::move(frame), std::move(packet)));
 }
 
 bool Codec::Send(const AVPacket* packet) {
-  return avcodec_send_packet(context_.get(), packet) >= 0;
+  return Libav().avcodec_send_packet(context_.get(), packet) >= 0;
 }
 
 const AVFrame* Codec::Receive() {
-  return avcodec_receive_frame(context_.get(), frame_.get()) >= 0 ? frame_.get() : nullptr;
+  return Libav().avcodec_receive_frame(context_.get(), frame_.get()) >= 0 ? frame_.get() : nullptr;
 }
 
-void Codec::Flush() { avcodec_flush_buffers(context_.get()); }
+void Codec::Flush() { Libav().avcodec_flush_buffers(context_.get()); }
 
 bool Codec::DecodeBytes(Bytes bytes, int played, std::vector<float>& values) {
   // Decoders read in words and may look a little past the end.

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/ffmpeg/codec.h"
-#include "platform/ffmpeg/libav.h"
+#include "platform/ffmpeg/libav_calls.h"
 
 namespace tavlo::platform {
 namespace {
@@ -31,20 +31,23 @@ int RefuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary
 GuardedInput::GuardedInput(const PlainFile& file) : file_(file) { av_max_alloc(kLargestTable); }
 
 GuardedInput::~GuardedInput() {
-  avformat_close_input(&context_);
-  if (input_ != nullptr) av_freep(&input_->buffer);
-  avio_context_free(&input_);
+  if (context_ != nullptr) Libav().avformat_close_input(&context_);
+  if (input_ == nullptr) return;
+  av_freep(&input_->buffer);
+  Libav().avio_context_free(&input_);
 }
 
 bool GuardedInput::Open(const ContainerFormat& format) {
-  const AVInputFormat* reader = av_find_input_format(format.name);
-  context_ = avformat_alloc_context();
+  const LibavCalls& libav = Libav();
+  if (!libav.loaded) return false;
+  const AVInputFormat* reader = libav.av_find_input_format(format.name);
+  context_ = libav.avformat_alloc_context();
   auto* buffer = static_cast<std::uint8_t*>(av_malloc(kBufferSize));
   if (reader == nullptr || context_ == nullptr || buffer == nullptr) {
     av_free(buffer);
     return false;
   }
-  input_ = avio_alloc_context(buffer, kBufferSize, 0, this, &Read, nullptr, &Seek);
+  input_ = libav.avio_alloc_context(buffer, kBufferSize, 0, this, &Read, nullptr, &Seek);
   if (input_ == nullptr) {
     av_free(buffer);
     return false;
@@ -60,19 +63,19 @@ bool GuardedInput::Open(const ContainerFormat& format) {
   // The list of allowed protocols has one name, and it is nobody's.
   context_->protocol_whitelist = av_strdup("none");
   budget_ = kMostBytes;
-  return avformat_open_input(&context_, nullptr, reader, nullptr) >= 0;
+  return libav.avformat_open_input(&context_, nullptr, reader, nullptr) >= 0;
 }
 
 bool GuardedInput::FindStreamInfo() {
   budget_ = kMostBytes;
-  return avformat_find_stream_info(context_, nullptr) >= 0;
+  return Libav().avformat_find_stream_info(context_, nullptr) >= 0;
 }
 
 bool GuardedInput::ReadPacket(int stream, AVPacket& packet) {
   constexpr int kMostOthers = 4096;
   for (int i = 0; i < kMostOthers; ++i) {
-    av_packet_unref(&packet);
-    if (av_read_frame(context_, &packet) < 0) return false;
+    Libav().av_packet_unref(&packet);
+    if (Libav().av_read_frame(context_, &packet) < 0) return false;
     if (packet.stream_index != stream) continue;
     budget_ = std::min(budget_ + packet.size + kBytesForPacket, kMostBytes);
     return true;
@@ -82,7 +85,7 @@ bool GuardedInput::ReadPacket(int stream, AVPacket& packet) {
 
 bool GuardedInput::SeekTo(int stream, std::int64_t moment) {
   budget_ = kMostBytes;
-  return av_seek_frame(context_, stream, moment, AVSEEK_FLAG_BACKWARD) >= 0;
+  return Libav().av_seek_frame(context_, stream, moment, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 int GuardedInput::Read(void* self, std::uint8_t* target, int size) {
