@@ -1,5 +1,7 @@
 #include "driven_program.h"
 
+#include <utility>
+
 namespace tavlo::bench {
 namespace {
 
@@ -7,8 +9,8 @@ using base::operator""ms;
 
 }  // namespace
 
-DrivenProgram::DrivenProgram(int& argc, char** argv)
-    : program(argc, argv), look_(program.Loop(), "look", 2ms) {
+DrivenProgram::DrivenProgram(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort)
+    : program(argc, argv, std::move(serialPort)), look_(program.Loop(), "look", 2ms) {
   look_.OnTick = [this] { Look(); };
   look_.Start();
 }

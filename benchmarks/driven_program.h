@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "platform/desktop/program.h"
 
@@ -9,7 +10,8 @@ namespace tavlo::bench {
 /// The real program, with somebody at its side who acts once it is ready for the typist.
 class DrivenProgram {
  public:
-  DrivenProgram(int& argc, char** argv);
+  /// A serial port that is given takes the place of the machine's.
+  DrivenProgram(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort = nullptr);
 
   platform::desktop::Program program;
   /// Runs once, when the first refresh has ended.

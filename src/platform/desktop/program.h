@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "pedals/serial_port.h"
 #include "platform/qt/qt_loop.h"
 #include "shell/deck.h"
 
@@ -13,7 +14,8 @@ namespace tavlo::platform::desktop {
 /// each process.
 class Program {
  public:
-  Program(int& argc, char** argv);
+  /// A serial port that is given takes the place of the machine's.
+  Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort = nullptr);
   ~Program();
   Program(const Program&) = delete;
 
