@@ -205,9 +205,13 @@ bool SettingsBinding::SaveFtpRow() {
 void SettingsBinding::StoreChanged() {
   if (loading_) return;
   store::Assignments changed;
+  const auto unsaved = unsaved_.find({Table::GeneralSettings, 0});
   for (const Binding& binding : bindings_) {
     if (binding.saving != Saving::AtChange) continue;
-    if (stored_[binding.field] != binding.Shown()) {
+    // A value that went back to the stored one must still replace what a failed save has kept.
+    const bool kept =
+        unsaved != unsaved_.end() && unsaved->second.contains(std::string(binding.field));
+    if (kept || stored_[binding.field] != binding.Shown()) {
       changed.emplace_back(binding.field, binding.Shown());
     }
   }

@@ -293,6 +293,17 @@ TEST_F(SettingsBindingTest, FlushDoesNotPutAnOlderValueOverALaterSave) {
   EXPECT_EQ(database.Value("Speed"), "110");
 }
 
+TEST_F(SettingsBindingTest, ValueThatWentBackToTheStoredOneIsNotOverwrittenByAFailedSave) {
+  database.With("Speed", "100");
+  binding.Load();
+  database.RefuseWrites("no");
+  main.txtSpeed.Value = "90";
+  database.AcceptWrites();
+  main.txtSpeed.Value = "100";
+  EXPECT_TRUE(binding.Flush());
+  EXPECT_EQ(database.Value("Speed"), "100");
+}
+
 TEST_F(SettingsBindingTest, FtpRowThatCouldNotBeSavedStillShowsItsValuesWhenItComesBack) {
   binding.Load();
   config.eServer.Value = "ftp.example.org";
