@@ -247,6 +247,8 @@ bool Transport::WindBack() {
     ReachBeginning();
     return true;
   }
+  // A stored distance may be negative, and then the other end is the one to stay within.
+  engine_.CurrentSamplePosition = std::min(engine_.CurrentSamplePosition, engine_.FileLength);
   if (tmrRewindForward.Interval() != kFastestWindInterval) hooks_.PlayPrompt("RewindTone");
   return false;
 }
@@ -258,6 +260,7 @@ bool Transport::WindOn() {
     ReachEnd();
     return true;
   }
+  engine_.CurrentSamplePosition = std::max(engine_.CurrentSamplePosition, 0.0);
   if (tmrRewindForward.Interval() != kFastestWindInterval) hooks_.PlayPrompt("ForwardTone");
   return false;
 }

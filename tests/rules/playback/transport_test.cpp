@@ -194,6 +194,17 @@ TEST_F(TransportTest, WindBeyondAllMeasureStaysInTheDocument) {
   EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
 }
 
+TEST_F(TransportTest, WindOfANegativeDistanceStaysInTheDocumentToo) {
+  config.txtWindIncrement.Value = "-3";
+  StoppedAt(40'000);
+  form.cmdForward.Press(By::Hand);
+  loop.Advance(5s);
+  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  form.cmdRewind.Press(By::Hand);
+  loop.Advance(5s);
+  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+}
+
 TEST_F(TransportTest, PlayShrinksTheWindowToThePlayerWhereItLastStood) {
   window.PlayerLeftText = "3000";
   window.PlayerTopText = "1500";
