@@ -25,6 +25,8 @@ Refresh::Refresh(base::Loop& loop, forms::MainForm& form, window::MainWindow& wi
 }
 
 void Refresh::UpdateFileList() {
+  // A selection is inside its wait: it would go on with a row that is no longer there.
+  if (window_.guards.ListPauseActive) return;
   tmrWorkWaitingAlert.Stop();
   transport_.StopWindAndPreview();
   engine_.StopPlay();

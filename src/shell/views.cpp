@@ -49,6 +49,8 @@ Views::Views(base::Loop& loop, forms::MainForm& form, forms::AboutForm& about,
 }
 
 void Views::Show(const View& view) {
+  // Another list change is inside a wait: it would go on in a view that is no longer its own.
+  if (window_.guards.ListPauseActive) return;
   LeaveView();
   for (const View& other : views_) other.frame.Visible = &other == &view;
   const forms::Hourglass hourglass(form_.frmMain);

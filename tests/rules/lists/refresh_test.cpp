@@ -58,6 +58,15 @@ TEST_F(RefreshTest, SecondPressDuringARefreshIsDropped) {
   EXPECT_EQ(retrievals, 1);
 }
 
+TEST_F(RefreshTest, RefreshIsDroppedInTheMomentOfSelecting) {
+  queue.RefreshQueueList();
+  loop.Post([&] { form.cmdUpdateFileList.Press(By::Hand); });
+  form.listViewInQueue.RowClick(0);
+  EXPECT_EQ(retrievals, 0);
+  EXPECT_EQ(form.listViewInQueue.ListIndex, 0);
+  EXPECT_TRUE(form.cmdPlay.Enabled);
+}
+
 TEST_F(RefreshTest, NeitherPlayNorARowIsToBeHadWhileARefreshWaits) {
   queue.RefreshQueueList();
   form.listViewInQueue.RowClick(0);

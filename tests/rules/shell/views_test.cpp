@@ -40,6 +40,17 @@ TEST_F(ViewsTest, PlayIsRefusedWhileTheViewChanges) {
   EXPECT_FALSE(form.cmdSkip.Enabled);
 }
 
+TEST_F(ViewsTest, ViewDoesNotChangeInTheMomentOfSelecting) {
+  loop.Post([&] { form.mnuViewCompleted.Press(By::Hand); });
+  ClickRow(0);
+  EXPECT_TRUE(form.frameInQueue.Visible);
+  EXPECT_TRUE(deck.Built()->engine.IsPlaying);
+  EXPECT_TRUE(form.cmdPlay.Enabled);
+  form.mnuViewCompleted.Press(By::Hand);
+  EXPECT_TRUE(form.frameCompleted.Visible);
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+}
+
 TEST_F(ViewsTest, QueueViewStartsTheAlertTimerAnew) {
   deck.Built()->refresh.tmrWorkWaitingAlert.Stop();
   form.mnuViewQueue.Press(By::Hand);
