@@ -11,6 +11,7 @@
 #include "platform/qt/configuration_window.h"
 #include "platform/qt/deck_window.h"
 #include "platform/qt/splash_window.h"
+#include "platform/qt/unmanaged_keyboard.h"
 
 namespace tavlo::platform::qt {
 
@@ -33,6 +34,7 @@ class QtWindows {
   TopWindow* Foremost();
 
   QtLoop& loop_;
+  UnmanagedKeyboard keyboard_;
   Binder binder_;
   DeckWindow deck_;
   SplashWindow splash_;

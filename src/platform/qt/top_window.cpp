@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
+#include <utility>
 
 #include "platform/qt/binder.h"
 #include "platform/qt/desktop_limits.h"
@@ -115,6 +116,11 @@ void TopWindow::Show() {
 
 void TopWindow::ShowShape() {
   if (shownMinimized_ == WantsMinimized()) return;
+  if (WantsMinimized() && !WindowsAreManaged()) {
+    notMinimized_ = true;
+    settle_.start();
+    return;
+  }
   shownMinimized_ = WantsMinimized();
   wentAway_ = false;
   setWindowState(shownMinimized_ ? Qt::WindowMinimized : Qt::WindowNoState);
@@ -149,6 +155,7 @@ void TopWindow::Settled() {
   ShapeChanged();
   TellActivated();
   ReturnToAScreen();
+  StayUnminimized();
   if (!isVisible() || isMinimized() || WantsMinimized()) return;
   // A wish of the form that is not on the screen yet goes before what the user did.
   if (Wanted() != shownPlace_ || windowHandle()->frameMargins() != shownMargins_) {
@@ -171,6 +178,11 @@ void TopWindow::ShapeChanged() {
   shownMinimized_ = isMinimized();
   form_.Place(form_.Left, form_.Top, form_.Width, form_.Height,
               shownMinimized_ ? forms::Shape::Minimized : forms::Shape::Normal);
+}
+
+void TopWindow::StayUnminimized() {
+  if (!std::exchange(notMinimized_, false) || !WantsMinimized()) return;
+  form_.Place(form_.Left, form_.Top, form_.Width, form_.Height, forms::Shape::Normal);
 }
 
 void TopWindow::NoticeReturn() {

@@ -49,6 +49,8 @@ class TopWindow : public QWidget {
   void Settled();
   void ShapeChanged();
   void NoticeReturn();
+  /// Takes the form's wish to be minimized as one that was called back at once.
+  void StayUnminimized();
   void KeepScreenSize();
   void WatchScreens();
   void ReturnToAScreen();
@@ -70,7 +72,8 @@ class TopWindow : public QWidget {
   bool shownMinimized_ = false;
   const bool placed_;  ///< The desktop lets a window say where it stands, and tells it.
   bool screensChanged_ = false;
-  bool wentAway_ = false;  ///< The screen has lost the window since it was minimized.
+  bool wentAway_ = false;      ///< The screen has lost the window since it was minimized.
+  bool notMinimized_ = false;  ///< The form wants to be, and nobody here could call it back.
   bool shownTopMost_ = false;
   unsigned shownFocus_ = 0;
   bool told_ = false;

@@ -22,10 +22,12 @@ struct SeenWindow {
   int height = 0;
 };
 
-/// The screen with the windows of all programs, seen and used from outside of them.
+/// The screen with the windows of all programs, seen and used from outside of them. What looks for
+/// a window needs a window manager, which keeps the list of them.
 class Screen {
  public:
   std::vector<SeenWindow> Windows() const;
+  SeenWindow Look(xcb_window_t window) const;
   /// The message box of that title; its `id` is XCB_NONE when none shows.
   SeenWindow Box(std::string_view title) const;
   SeenWindow Splash() const;
@@ -41,7 +43,6 @@ class Screen {
 
  private:
   std::string Text(xcb_window_t window, const char* property) const;
-  SeenWindow Look(xcb_window_t window) const;
 };
 
 /// Looks again and again until the condition holds; false when it never did.
