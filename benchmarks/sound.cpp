@@ -62,6 +62,7 @@ class DeafDevice : public platform::OutputDevice {
   void Close() override { mixer_ = nullptr; }
   bool IsOpen() const override { return mixer_ != nullptr; }
   bool HasFailed() const override { return false; }
+  bool TakeRanDry() override { return false; }
   platform::FrameCount HeardFrames() override { return rendered_; }
   void LetRender() override { Render(); }
 

@@ -214,6 +214,33 @@ TEST_F(QueuePlayerTest, DeviceThatComesBackGoesOnWhereItStopped) {
   EXPECT_EQ(pump.Ends, 1);
 }
 
+TEST_F(QueuePlayerTest, DeviceThatRanDryUnderASoundIsOpenedAgainAndGoesOn) {
+  pump.Load(Tone(440, 4, 16000));
+  pump.Play();
+  loop.Advance(1s);
+  device.RanDry = true;
+  EXPECT_EQ(device.Opens, 1);
+  loop.Advance(10ms);
+  EXPECT_EQ(device.Opens, 2);
+  loop.Advance(990ms);
+  EXPECT_EQ(device.Opens, 2);
+  EXPECT_NEAR(static_cast<double>(player.PlayedSamples()) / 16000, 2, 0.06);
+  loop.Advance(3s);
+  EXPECT_EQ(pump.Ends, 1);
+}
+
+TEST_F(QueuePlayerTest, DeviceThatRanDryInSilenceStaysAsItIs) {
+  pump.Load(Tone(440, 4, 16000));
+  pump.Play();
+  loop.Advance(1s);
+  pump.Stop();
+  device.RanDry = true;
+  loop.Advance(1s);
+  pump.Play();
+  loop.Advance(1s);
+  EXPECT_EQ(device.Opens, 1);
+}
+
 TEST_F(QueuePlayerTest, DeviceIsOpenedWithTheFormatAndGivenBackWhenIdle) {
   EXPECT_FALSE(device.IsOpen());
   pump.Load(Tone(440, 4, 16000));

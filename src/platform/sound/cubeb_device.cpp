@@ -1,15 +1,20 @@
 #include "platform/sound/cubeb_device.h"
 
+#include <sched.h>
+
 #include <array>
 #include <chrono>
+#include <string_view>
 #include <thread>
+#include <utility>
 
 namespace tavlo::platform {
 namespace {
 
 constexpr const char* kProgramName = "Tavlo Deck";
 constexpr const char* kDefaultDeviceName = "System default";
-constexpr std::array kBackends = {"pulse", "alsa"};
+constexpr const char* kServerBackend = "pulse";
+constexpr std::array kBackends = {kServerBackend, "alsa"};
 constexpr int kUsualRate = 48000;
 
 bool IsUsable(const cubeb_device_info& device) {
@@ -74,7 +79,9 @@ bool CubebDevice::Open(int index, int framesPerSecond, RtMixer& mixer) {
   params.prefs = CUBEB_STREAM_PREF_NONE;
   mixer_ = &mixer;
   rtFailed_ = false;
-  const auto latency = static_cast<std::uint32_t>(framesPerSecond * kLatencyMilliseconds / 1000);
+  supply_.Restart();
+  rtWentFirst_ = false;
+  const auto latency = static_cast<std::uint32_t>(framesPerSecond * LatencyMilliseconds() / 1000);
   if (cubeb_stream_init(context_, &stream_, kProgramName, nullptr, nullptr, device, &params,
                         latency, RtData, RtState, this) != CUBEB_OK) {
     stream_ = nullptr;
@@ -97,6 +104,13 @@ void CubebDevice::Close() {
   if (broken) Disconnect();
 }
 
+bool CubebDevice::TakeRanDry() {
+  if (stream_ == nullptr || !supply_.TakeRanDry()) return false;
+  if (LatencyMilliseconds() == kLatencyMilliseconds.back()) return false;
+  ++latency_;
+  return true;
+}
+
 FrameCount CubebDevice::HeardFrames() {
   std::uint64_t frames = 0;
   if (stream_ == nullptr || HasFailed()) return -1;
@@ -105,6 +119,11 @@ FrameCount CubebDevice::HeardFrames() {
 }
 
 void CubebDevice::LetRender() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
+
+int CubebDevice::LatencyMilliseconds() const {
+  const bool server = std::string_view(cubeb_get_backend_id(context_)) == kServerBackend;
+  return server ? kLatencyMilliseconds[latency_] : kLatencyMilliseconds.back();
+}
 
 bool CubebDevice::Connect() {
   for (const char* backend : kBackends) {
@@ -128,8 +147,17 @@ void CubebDevice::ForgetDevices() {
 
 long CubebDevice::RtData(cubeb_stream* /*stream*/, void* self, const void* /*input*/, void* output,
                          long frames) {
-  static_cast<CubebDevice*>(self)->mixer_->RtRender(static_cast<float*>(output), frames);
+  auto* const device = static_cast<CubebDevice*>(self);
+  if (!std::exchange(device->rtWentFirst_, true)) RtGoFirst();
+  device->supply_.RtAsked(frames);
+  device->mixer_->RtRender(static_cast<float*>(output), frames);
   return frames;
+}
+
+/// The sound goes before other work where the user may ask for that; where not, nothing changes.
+void CubebDevice::RtGoFirst() {
+  const sched_param first{.sched_priority = 1};
+  ::sched_setscheduler(0, SCHED_RR | SCHED_RESET_ON_FORK, &first);
 }
 
 void CubebDevice::RtState(cubeb_stream* /*stream*/, void* self, cubeb_state state) {

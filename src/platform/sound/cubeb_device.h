@@ -2,9 +2,12 @@
 
 #include <cubeb/cubeb.h>
 
+#include <array>
 #include <atomic>
+#include <cstddef>
 
 #include "platform/sound/output_device.h"
+#include "platform/sound/rt_supply.h"
 
 namespace tavlo::platform {
 
@@ -13,8 +16,9 @@ namespace tavlo::platform {
 class CubebDevice : public OutputDevice {
  public:
   /// Sound that is on its way to the ear. Longer costs a later start and stop, shorter costs
-  /// wake-ups, and gaps where the machine is busy.
-  static constexpr int kLatencyMilliseconds = 25;
+  /// wake-ups, and gaps where the machine is busy. So it begins with the shortest, and takes the
+  /// next one for good once a device ran dry. A device without a server has no use for a short one.
+  static constexpr std::array kLatencyMilliseconds = {15, 25};
 
   CubebDevice() = default;
   ~CubebDevice() override;
@@ -27,6 +31,7 @@ class CubebDevice : public OutputDevice {
   void Close() override;
   bool IsOpen() const override { return stream_ != nullptr; }
   bool HasFailed() const override { return rtFailed_.load(std::memory_order_acquire); }
+  bool TakeRanDry() override;
   FrameCount HeardFrames() override;
   void LetRender() override;
 
@@ -36,9 +41,11 @@ class CubebDevice : public OutputDevice {
   void ForgetDevices();
   bool ListDevices();
   cubeb_devid Identify(int index);
+  int LatencyMilliseconds() const;
 
   static long RtData(cubeb_stream* stream, void* self, const void* input, void* output,
                      long frames);
+  static void RtGoFirst();
   static void RtState(cubeb_stream* stream, void* self, cubeb_state state);
 
   cubeb* context_ = nullptr;
@@ -48,6 +55,9 @@ class CubebDevice : public OutputDevice {
   /// What the last FindDevices answered, by which a device is known again on a new connection.
   std::vector<std::string> names_;
   RtMixer* mixer_ = nullptr;
+  std::size_t latency_ = 0;  ///< Place in kLatencyMilliseconds.
+  RtSupply supply_;
+  bool rtWentFirst_ = false;  ///< The rendering thread's own while a device renders.
   std::atomic<bool> rtFailed_{false};
 };
 

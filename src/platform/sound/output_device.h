@@ -29,6 +29,10 @@ class OutputDevice {
   /// The open device has died and will ask for nothing more.
   virtual bool HasFailed() const = 0;
 
+  /// Whether the open device has run out of frames since the last call, because the machine was
+  /// busy, and would keep more of them on their way if it were opened again.
+  virtual bool TakeRanDry() = 0;
+
   /// Frames that have been heard since Open. Negative when the device cannot say.
   virtual FrameCount HeardFrames() = 0;
   /// Waits about a millisecond, in which the device may render.

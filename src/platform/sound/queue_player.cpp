@@ -52,6 +52,8 @@ bool QueuePlayer::StartOutput() {
   if (!open) return deviceNames_.empty();
   BeginRun();
   outputOn_ = true;
+  // What ran dry while nothing sounded was heard by nobody.
+  device_.TakeRanDry();
   mixer_.TakePeaks();
   nextReport_ = loop_.Now() + milliseconds(kReportMilliseconds);
   nextRetry_ = loop_.Now();
@@ -179,10 +181,11 @@ void QueuePlayer::CloseDevice() {
   Settle();
 }
 
-/// A device that has gone is looked for again while somebody listens.
+/// A device that has gone is looked for again while somebody listens, and one that made a gap is
+/// opened with more ahead of it.
 void QueuePlayer::FollowDevice() {
-  if (device_.IsOpen() && !device_.HasFailed()) return;
-  if (loop_.Now() < nextRetry_) return;
+  const bool lives = device_.IsOpen() && !device_.HasFailed();
+  if (lives ? !device_.TakeRanDry() : loop_.Now() < nextRetry_) return;
   nextRetry_ = loop_.Now() + milliseconds(kRetryMilliseconds);
   openStatus_ = OpenDevice() ? 0 : -1;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/sound/output_device.h"
@@ -22,6 +23,7 @@ class StandInDevice : public platform::OutputDevice {
   std::vector<std::string> Names = {"System default", "Headset", "Speakers"};
   bool Reachable = true;
   bool Failed = false;
+  bool RanDry = false;
   int Tries = 0;  ///< Opens that were asked for.
   int Opens = 0;
   int OpenIndex = -1;
@@ -48,6 +50,7 @@ class StandInDevice : public platform::OutputDevice {
   }
   bool IsOpen() const override { return mixer_ != nullptr; }
   bool HasFailed() const override { return Failed; }
+  bool TakeRanDry() override { return std::exchange(RanDry, false); }
   platform::FrameCount HeardFrames() override {
     if (Failed) return -1;
     CatchUp();

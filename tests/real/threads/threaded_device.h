@@ -27,6 +27,7 @@ class ThreadedDevice : public platform::OutputDevice {
   void Close() override;
   bool IsOpen() const override { return thread_.joinable(); }
   bool HasFailed() const override { return failed_.load(std::memory_order_acquire); }
+  bool TakeRanDry() override { return false; }
   platform::FrameCount HeardFrames() override;
   void LetRender() override;
 
