@@ -61,7 +61,8 @@ void MainWindow::EnterMiniPlayer() {
   if (MiniPlayerShows() && form_.frmMain.WindowShape == Shape::Normal) SavePlayerPosition();
   form_.frameFiles.Visible = false;
   form_.framePlayer.Top = 0;
-  if (config_.txtMinimizeMiniPlayer.Value.Get() == "Y") {
+  // What the desktop cannot undo is not offered, and then an older wish for it does not count.
+  if (config_.txtMinimizeMiniPlayer.Value.Get() == "Y" && config_.chkMinimizeMiniPlayer.Visible) {
     form_.frmMain.WindowShape = Shape::Minimized;
     return;
   }

@@ -38,6 +38,7 @@ QtWindows::QtWindows(QtLoop& loop, forms::MainForm& main, forms::SplashForm& spl
   if (!WindowsCanBePlaced()) {
     configuration.chkAlwaysOnTop.Visible = false;
     configuration.cmdCenterMiniPlayer.Visible = false;
+    configuration.chkMinimizeMiniPlayer.Visible = false;
   }
   about_.StandBefore(deck_);
   loop.ShowChanges = [this] { binder_.ShowChanges(); };

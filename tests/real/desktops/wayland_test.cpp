@@ -52,6 +52,17 @@ class WaylandDesktop {
   pid_t compositor_ = -1;
 };
 
+/// Ends the splash, which must come, as a click on its sign does.
+bool PassSplash(DrivenProgram& program) {
+  forms::SplashForm& splash = program.Windows().splash;
+  if (!program.Until([&] { return splash.frmInitSplash.Visible.Get(); })) return false;
+  program.Do([&] {
+    QMetaObject::invokeMethod(
+        qApp, [&] { splash.picIcon.Click(); }, Qt::QueuedConnection);
+  });
+  return true;
+}
+
 /// Presses the button of the open box that Return would press; one must come.
 void AnswerBox(DrivenProgram& program) {
   ASSERT_TRUE(Until([&] { return !program.Box().empty(); }));
@@ -65,9 +76,10 @@ TEST(Wayland, LeavesTheStoredPlaceAloneAndOffersNothingThatItCannotDo) {
   const WaylandDesktop desktop;
   ASSERT_TRUE(desktop.Answers());
   Home home;
-  home.MakeRoot({{"PlayerLeft", "1500"}, {"PlayerTop", "2250"}});
+  home.MakeRoot({{"PlayerLeft", "1500"}, {"PlayerTop", "2250"}, {"MinimizeMiniPlayerFlag", "Y"}});
   DrivenProgram program(home);
   EXPECT_EQ(program.Run([&] {
+    ASSERT_TRUE(PassSplash(program));
     AnswerBox(program);
     ASSERT_TRUE(Until([&] { return program.IsReady(); }));
     EXPECT_EQ(program.Ask([] { return QGuiApplication::platformName(); }), "wayland");
@@ -89,6 +101,7 @@ TEST(Wayland, LeavesTheStoredPlaceAloneAndOffersNothingThatItCannotDo) {
     const forms::ConfigurationForm& config = program.Windows().configuration;
     EXPECT_FALSE(program.Ask([&] { return config.chkAlwaysOnTop.Visible.Get(); }));
     EXPECT_FALSE(program.Ask([&] { return config.cmdCenterMiniPlayer.Visible.Get(); }));
+    EXPECT_FALSE(program.Ask([&] { return config.chkMinimizeMiniPlayer.Visible.Get(); }));
     program.Do([&] {
       QMetaObject::invokeMethod(
           qApp, [&] { program.Main().mnuExit.Press(); }, Qt::QueuedConnection);

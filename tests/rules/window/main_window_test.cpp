@@ -40,6 +40,15 @@ TEST_F(MainWindowTest, StoredFiguresBeyondAllMeasureDoNotWrap) {
   EXPECT_GT(form.frmMain.Left, 0);
 }
 
+TEST_F(MainWindowTest, PlayerShowsWhereMinimizingItIsNotOffered) {
+  config.txtMinimizeMiniPlayer.Value = "Y";
+  config.chkMinimizeMiniPlayer.Visible = false;
+  Play();
+  EXPECT_EQ(form.frmMain.WindowShape, Shape::Normal);
+  EXPECT_FALSE(form.frameFiles.Visible);
+  EXPECT_LT(form.frmMain.Height, window.WindowHeight);
+}
+
 TEST_F(MainWindowTest, TitleBarIsMeasuredOnceWhenThePlayerFirstShows) {
   form.txtTitleBarHeight.Value = "";
   form.frmMain.AboveContent = 870;
