@@ -18,6 +18,7 @@
 #include "platform/qt/binder.h"
 #include "platform/qt/colours.h"
 #include "platform/qt/column_widths.h"
+#include "platform/qt/list_heading.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
 
@@ -26,17 +27,12 @@ namespace {
 
 constexpr int kRowPadding = 10;
 constexpr int kCellPadding = 7;
-constexpr int kMarkWidth = 3;   ///< Of the bar at the head of the chosen row.
-constexpr int kSortArrow = 16;  ///< What the arrow takes of a heading, with the air around it.
+constexpr int kMarkWidth = 3;  ///< Of the bar at the head of the chosen row.
 /// What is no longer than this, which is more than a date, is never cut off, as far as so many rows
 /// tell.
 constexpr const char* kShortText = "00/00/00000";
 constexpr int kRowsMeasured = 50;
 constexpr int kRounding = 2;  ///< At a scale that is no whole number, letters are not either.
-/// A style sheet looks at the palette once, so it is made anew when the desktop's changes.
-constexpr const char* kHeaderStyle =
-    "QHeaderView::section { padding: 5px 7px; border: 0; border-bottom: 1px solid %1; "
-    "border-right: 1px solid %1; background: %2; color: %3; }";
 
 Qt::Alignment SideOf(const forms::Column& column) {
   return Qt::AlignVCenter | (column.figures ? Qt::AlignRight : Qt::AlignLeft);
@@ -122,7 +118,12 @@ QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
-    : QTableView(parent), table_(table), binder_(binder), model_(new RowsModel(table, this)) {
+    : QTableView(parent),
+      table_(table),
+      binder_(binder),
+      model_(new RowsModel(table, this)),
+      heading_(new ListHeading(this)) {
+  setHorizontalHeader(heading_);
   setModel(model_);
   setItemDelegate(new RowDelegate(this));
   setSelectionBehavior(SelectRows);
@@ -137,12 +138,6 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   FitRowsToFont();
-  QFont bold = font();
-  bold.setWeight(QFont::DemiBold);
-  horizontalHeader()->setFont(bold);
-  horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setSectionsClickable(true);
-  horizontalHeader()->setMinimumSectionSize(20);
   ChooseColours();
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
           [this](int column) { binder_.ByHand(table_, [&] { table_.HeaderClick(column); }); });
@@ -199,8 +194,6 @@ void TableList::ShowColumns() {
 
 int TableList::LeastWidth(int column) const {
   const QString title = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-  const int heading =
-      horizontalHeader()->fontMetrics().horizontalAdvance(title) + kCellPadding + kSortArrow;
   const QFontMetrics letters = fontMetrics();
   const int enough = letters.horizontalAdvance(kShortText);
   int text = 0;
@@ -208,7 +201,7 @@ int TableList::LeastWidth(int column) const {
     const QString cell = model_->index(row, column).data().toString();
     text = std::max(text, letters.horizontalAdvance(cell));
   }
-  return std::max(heading, std::min(text, enough) + 2 * kCellPadding + kRounding);
+  return std::max(heading_->WidthFor(title), std::min(text, enough) + 2 * kCellPadding + kRounding);
 }
 
 /// The columns fill the list and keep their proportions, save those that would be too narrow for
@@ -236,6 +229,12 @@ bool TableList::viewportEvent(QEvent* event) {
   const QModelIndex index = indexAt(help->pos());
   const QString text = index.data().toString();
   const QRect cell = visualRect(index);
+  for (const EmptyLine& line : EmptyLines()) {
+    const bool whole = QFontMetrics(line.font).horizontalAdvance(line.text) <= line.place.width();
+    if (whole || !line.place.contains(help->pos())) continue;
+    QToolTip::showText(help->globalPos(), ToTooltip(line.text), viewport(), line.place);
+    return true;
+  }
   const bool cut = fontMetrics().horizontalAdvance(text) > cell.width() - 2 * kCellPadding;
   if (!index.isValid() || !cut) return QTableView::viewportEvent(event);
   QToolTip::showText(help->globalPos(), ToTooltip(text), viewport(), cell);
@@ -244,35 +243,47 @@ bool TableList::viewportEvent(QEvent* event) {
 
 void TableList::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
-  if (model_->rowCount() == 0 && isEnabled()) PaintWhenEmpty();
+  PaintWhenEmpty();
   if (!hasFocus()) return;
   QPainter painter(viewport());
   painter.setPen(QPen(theme::kTeal.darker(130), 2));
   painter.drawRect(viewport()->rect().adjusted(1, 1, -1, -1));
 }
 
-/// The first line is a heading. A path that does not fit loses its middle, since both ends tell.
-void TableList::PaintWhenEmpty() {
-  QPainter painter(viewport());
+/// The first line is a heading.
+std::vector<TableList::EmptyLine> TableList::EmptyLines() const {
+  std::vector<EmptyLine> lines;
+  if (model_->rowCount() > 0 || !isEnabled() || table_.WhenEmpty.Get().empty()) return lines;
   const QRect inside = viewport()->rect().adjusted(kRowPadding, 0, -kRowPadding, 0);
+  const QColor page = palette().color(QPalette::Base);
   const QColor ink = palette().color(QPalette::Text);
-  const QStringList lines = ToQt(table_.WhenEmpty.Get()).split(u'\n');
+  const QStringList texts = ToQt(table_.WhenEmpty.Get()).split(u'\n');
   QFont letters = font();
   letters.setWeight(QFont::DemiBold);
   letters.setPointSizeF(letters.pointSizeF() * 1.15);
-  painter.setPen(ink);
   const int pitch = fontMetrics().height() * 8 / 5;
   int top = inside.top() +
-            std::max(0, inside.height() * 2 / 5 - pitch * static_cast<int>(lines.size()) / 2);
-  for (const QString& line : lines) {
-    painter.setFont(letters);
-    const QString fitting = painter.fontMetrics().elidedText(line, Qt::ElideMiddle, inside.width());
-    painter.drawText(QRect(inside.left(), top, inside.width(), pitch),
-                     Qt::AlignCenter | Qt::TextSingleLine, fitting);
+            std::max(0, inside.height() * 2 / 5 - pitch * static_cast<int>(texts.size()) / 2);
+  for (const QString& text : texts) {
+    const bool heading = lines.empty();
+    lines.push_back({.text = text,
+                     .place = QRect(inside.left(), top, inside.width(), pitch),
+                     .font = heading ? letters : font(),
+                     .ink = heading ? ink : Readable(Mixed(page, ink, 0.6), page)});
     top += pitch;
-    letters = font();
-    painter.setPen(Readable(Mixed(palette().color(QPalette::Base), ink, 0.6),
-                            palette().color(QPalette::Base)));
+  }
+  return lines;
+}
+
+/// A path that does not fit loses its middle, since both ends tell.
+void TableList::PaintWhenEmpty() {
+  QPainter painter(viewport());
+  for (const EmptyLine& line : EmptyLines()) {
+    painter.setFont(line.font);
+    painter.setPen(line.ink);
+    const QString fitting =
+        painter.fontMetrics().elidedText(line.text, Qt::ElideMiddle, line.place.width());
+    painter.drawText(line.place, Qt::AlignCenter | Qt::TextSingleLine, fitting);
   }
 }
 
@@ -281,8 +292,7 @@ void TableList::FitRowsToFont() {
 }
 
 void TableList::ChooseColours() {
-  const QPalette desktop = QGuiApplication::palette();
-  const QColor base = desktop.color(QPalette::Base);
+  const QColor base = QGuiApplication::palette().color(QPalette::Base);
   // Only what is set here is the list's own; everything else goes on following the desktop.
   QPalette colours;
   colours.setColor(QPalette::Active, QPalette::Highlight, Mixed(base, theme::kTeal, 0.22));
@@ -290,11 +300,6 @@ void TableList::ChooseColours() {
   setPalette(colours);
   // Between the page and the letters; what is readable on it is so on the page.
   model_->SetBackground(colours.color(QPalette::Active, QPalette::Highlight));
-  const QString heading =
-      QString(kHeaderStyle)
-          .arg(Mixed(base, desktop.color(QPalette::Text), 0.2).name(),
-               desktop.color(QPalette::Button).name(), desktop.color(QPalette::ButtonText).name());
-  if (horizontalHeader()->styleSheet() != heading) horizontalHeader()->setStyleSheet(heading);
 }
 
 void TableList::ChooseByKey(int row) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QColor>
+#include <QFont>
 #include <QTableView>
 #include <functional>
 
@@ -9,6 +11,7 @@
 namespace tavlo::platform::qt {
 
 class Binder;
+class ListHeading;
 
 /// The rows of a form's table as the toolkit wants them. It keeps no copy: it is reset whenever
 /// rows or columns changed, and until then answers empty for rows that are gone.
@@ -40,6 +43,16 @@ class TableList : public QTableView {
  public:
   TableList(forms::Table& table, Binder& binder, QWidget* parent = nullptr);
 
+  /// One line of what stands in place of the rows; its place is one of the viewport.
+  struct EmptyLine {
+    QString text;
+    QRect place;
+    QFont font;
+    QColor ink;
+  };
+  /// Nothing while the list has rows, or stands still.
+  std::vector<EmptyLine> EmptyLines() const;
+
  protected:
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -65,6 +78,7 @@ class TableList : public QTableView {
   forms::Table& table_;
   Binder& binder_;
   RowsModel* model_;
+  ListHeading* heading_;
   std::vector<forms::Twips> shownWidths_;
   bool widthsByHand_ = false;
   bool sharing_ = false;

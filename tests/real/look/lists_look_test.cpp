@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QHelpEvent>
 #include <QTableView>
 #include <QToolTip>
@@ -22,7 +23,10 @@ QPalette DarkDesktop() {
 }
 
 struct ListsLook : testing::Test {
-  ~ListsLook() override { QApplication::setPalette(desktop); }
+  ~ListsLook() override {
+    QApplication::setPalette(desktop);
+    QApplication::setFont(letters);
+  }
 
   void Show() {
     shown.ShowMain();
@@ -57,6 +61,7 @@ struct ListsLook : testing::Test {
   }
 
   const QPalette desktop = QApplication::palette();
+  const QFont letters = QApplication::font();
   ShownWindows shown;
   QTableView* list = nullptr;
 };
@@ -103,6 +108,39 @@ TEST_F(ListsLook, ColoursFollowTheDesktopThatTurnsDarkMeanwhile) {
   QApplication::setPalette(DarkDesktop());
   shown.typist.Rest();
   ExpectReadableColours();
+}
+
+TEST_F(ListsLook, HeadingsFollowAFontAndAPaletteThatComeWhenTheListIsThereAlready) {
+  QFont late("DejaVu Serif");
+  late.setPointSize(letters.pointSize());
+  const auto heading = [&] { return list->horizontalHeader()->grab().toImage(); };
+  Show();
+  shown.FillQueue();
+  QApplication::setFont(late);
+  QApplication::setPalette(DarkDesktop());
+  shown.typist.Rest();
+  const QImage turned = heading();
+  EXPECT_EQ(QFontInfo(list->horizontalHeader()->font()).family(), "DejaVu Serif");
+
+  ShownWindows fresh;
+  fresh.ShowMain();
+  fresh.FillQueue();
+  fresh.typist.Rest();
+  list = qobject_cast<QTableView*>(fresh.typist.Widget("listViewInQueue"));
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(turned, heading());
+}
+
+TEST_F(ListsLook, HeadingOfTheSortedColumnCarriesAnArrowThatTellsTheOrder) {
+  Show();
+  shown.FillQueue();
+  const auto headingSorted = [&](forms::SortOrder order) {
+    shown.main.listViewInQueue.Sort(document_column::Author, order);
+    shown.typist.Rest();
+    return list->horizontalHeader()->grab().toImage();
+  };
+  EXPECT_NE(headingSorted(forms::SortOrder::Ascending),
+            headingSorted(forms::SortOrder::Descending));
 }
 
 TEST_F(ListsLook, FiguresAndTheirHeadingStandAtTheRight) {

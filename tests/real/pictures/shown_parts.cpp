@@ -23,12 +23,14 @@
 
 #include "platform/qt/deck_key.h"
 #include "platform/qt/deck_slider.h"
+#include "platform/qt/table_list.h"
 
 namespace tavlo::test {
 namespace {
 
 using platform::qt::DeckKey;
 using platform::qt::DeckSlider;
+using platform::qt::TableList;
 
 constexpr double kLarge = 24;
 constexpr double kLargeBold = 18.7;
@@ -230,8 +232,15 @@ class Walk {
     }
   }
 
+  void DescribeEmpty(const TableList& list) {
+    for (const TableList::EmptyLine& line : list.EmptyLines()) {
+      AddText(*list.viewport(), line.text, line.place, line.font);
+    }
+  }
+
   void DescribeList(QAbstractItemView& list) {
     AddControl(list);
+    if (const auto* const rows = dynamic_cast<const TableList*>(&list)) DescribeEmpty(*rows);
     if (!list.model()) return;
     const QRect seen = list.viewport()->rect();
     for (int row = std::max(0, list.indexAt(QPoint(5, 1)).row()); row < list.model()->rowCount();
