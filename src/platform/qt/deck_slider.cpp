@@ -40,6 +40,13 @@ void DeckSlider::SetSpan(const forms::Span& span) {
   setPageStep(span.largeStep);
 }
 
+void DeckSlider::SetNought(int value) {
+  nought_ = value;
+  update();
+}
+
+int DeckSlider::Reach() { return kReach; }
+
 int DeckSlider::PlaceOf(int value) const {
   return kReach +
          QStyle::sliderPositionFromValue(minimum(), maximum(), value, Length() - 2 * kReach);
@@ -102,44 +109,49 @@ void DeckSlider::changeEvent(QEvent* event) {
   if (wasDown && !isSliderDown() && OnRelease) OnRelease();
 }
 
-/// Where the coloured part of the groove begins: at nought where there is one on an upright slider,
-/// else at the end that means nothing.
+/// Where the coloured part of the groove begins: at nought on a slider that runs both ways from
+/// it, else at the end that means nothing.
 int DeckSlider::FillFrom() const {
-  if (!Upright()) return kReach - kGrooveEnd;
-  return minimum() < 0 ? PlaceOf(0) : Length() - (kReach - kGrooveEnd);
+  if (nought_) return PlaceOf(*nought_);
+  const int end = kReach - kGrooveEnd;
+  return Upright() ? Length() - end : end;
 }
 
-void DeckSlider::PaintGroove(QPainter& painter, bool onDeck) const {
+/// Off the deck the desktop says whether the ground is light or dark.
+QColor DeckSlider::Accent() const {
+  const bool dark = OnDeck() || palette().color(QPalette::Window).lightness() < 128;
+  return dark ? theme::kTeal : theme::kTeal.darker(130);
+}
+
+void DeckSlider::PaintGroove(QPainter& painter) const {
   const bool main = look_ == Look::Main;
   const double middle = Middle();
   const double thickness = main ? 5 : 3;
   const double begin = kReach - kGrooveEnd;
   const QRectF groove(begin, middle - thickness / 2, Length() - 2 * begin, thickness);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(onDeck ? theme::kWell : palette().color(QPalette::Mid));
+  painter.setBrush(OnDeck() ? theme::kWell : palette().color(QPalette::Mid));
   painter.drawRoundedRect(groove, thickness / 2, thickness / 2);
-  if (onDeck) {
+  if (OnDeck()) {
     // A thread of light under the groove sets it into the face.
     painter.setBrush(theme::kKeyShine);
     painter.drawRect(QRectF(groove.left() + 2, groove.bottom(), groove.width() - 4, 1));
   }
-  // A slider that runs both ways from nought shows where that is.
-  if (minimum() < 0 && maximum() > 0) {
-    const int nought = PlaceOf(0);
-    painter.setBrush(onDeck ? theme::kQuietText : palette().color(QPalette::Dark));
-    painter.drawRect(QRectF(nought - 0.5, middle - 6, 1, 12));
+  if (nought_) {
+    painter.setBrush(palette().color(isEnabled() ? QPalette::WindowText : QPalette::Mid));
+    painter.drawRect(QRectF(PlaceOf(*nought_) - 0.5, middle - 6, 1, 12));
   }
-  if ((main || !onDeck) && isEnabled()) {
-    painter.setBrush(onDeck ? theme::kTeal : theme::kTeal.darker(130));
+  if ((main || !OnDeck()) && isEnabled()) {
+    painter.setBrush(Accent());
     const QPointF from(FillFrom(), groove.top());
     const QPointF to(HandlePlace(), groove.bottom());
     painter.drawRoundedRect(QRectF(from, to).normalized(), thickness / 2, thickness / 2);
   }
 }
 
-QColor DeckSlider::HandleColour(bool onDeck) const {
-  if (!isEnabled()) return onDeck ? theme::kIdleHandle : palette().color(QPalette::Mid);
-  const QColor handle = !onDeck               ? theme::kTeal.darker(130)
+QColor DeckSlider::HandleColour() const {
+  if (!isEnabled()) return OnDeck() ? theme::kIdleHandle : palette().color(QPalette::Mid);
+  const QColor handle = !OnDeck()             ? Accent()
                         : look_ == Look::Main ? QColor(Qt::white)
                                               : theme::kHandle;
   if (isSliderDown()) return handle.darker(112);
@@ -149,9 +161,8 @@ QColor DeckSlider::HandleColour(bool onDeck) const {
 void DeckSlider::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const bool onDeck = palette().color(QPalette::Window).lightness() < 128;
   if (Upright()) painter.setTransform(QTransform(0, 1, 1, 0, 0, 0), true);
-  PaintGroove(painter, onDeck);
+  PaintGroove(painter);
 
   const QPointF middle(HandlePlace(), Middle());
   const auto paintHandle = [&](double growth) {
@@ -164,12 +175,12 @@ void DeckSlider::paintEvent(QPaintEvent*) {
     }
   };
   if (hasFocus()) {
-    painter.setPen(QPen(onDeck ? QColor(Qt::white) : palette().color(QPalette::Text), 2));
-    painter.setBrush(onDeck ? theme::kKeyEdge : palette().color(QPalette::Base));
+    painter.setPen(QPen(OnDeck() ? QColor(Qt::white) : palette().color(QPalette::Text), 2));
+    painter.setBrush(OnDeck() ? theme::kKeyEdge : palette().color(QPalette::Base));
     paintHandle(3);
   }
-  painter.setPen(onDeck ? QPen(theme::kKeyEdge, 1) : QPen(Qt::NoPen));
-  painter.setBrush(HandleColour(onDeck));
+  painter.setPen(OnDeck() ? QPen(theme::kKeyEdge, 1) : QPen(Qt::NoPen));
+  painter.setBrush(HandleColour());
   paintHandle(0);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QSlider>
 #include <functional>
+#include <optional>
 
 #include "forms/controls.h"
 
@@ -12,16 +13,21 @@ namespace tavlo::platform::qt {
 /// turned by accident.
 class DeckSlider : public QSlider {
  public:
-  /// Main is the wide one of the document's position; Small is for speed, volume and settings.
-  /// Upright stands with its smallest value on top, as on a mixing desk whose gains count
-  /// downwards.
-  enum class Look { Main, Small, Upright };
+  /// On the deck, Main is the wide one of the document's position and Small is for speed and
+  /// volume. The others stand on the desktop's own colours: Level lies, and Upright stands with its
+  /// smallest value on top, as on a mixing desk whose gains count downwards.
+  enum class Look { Main, Small, Level, Upright };
 
   explicit DeckSlider(Look look, QWidget* parent = nullptr);
 
   /// Bounds and steps, and how the value is said.
   void SetSpan(const forms::Span& span);
   const forms::Span& Span() const { return span_; }
+
+  /// From this value the slider runs both ways: it is marked, and the groove is lit from there.
+  void SetNought(int value);
+  /// How far from the end of the slider its handle's first and last places are, in pixels.
+  static int Reach();
 
   std::function<void()> OnPress;
   std::function<void(int value)> OnMove;
@@ -50,11 +56,14 @@ class DeckSlider : public QSlider {
   int HandlePlace() const { return PlaceOf(value()); }
   int ValueAt(double place) const;
   int FillFrom() const;
-  void PaintGroove(QPainter& painter, bool onDeck) const;
-  QColor HandleColour(bool onDeck) const;
+  bool OnDeck() const { return look_ == Look::Main || look_ == Look::Small; }
+  QColor Accent() const;
+  void PaintGroove(QPainter& painter) const;
+  QColor HandleColour() const;
   void MoveTo(int value);
 
   Look look_;
+  std::optional<int> nought_;
   forms::Span span_;
 };
 

@@ -4,21 +4,58 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/card.h"
+#include "platform/qt/colours.h"
 #include "platform/qt/deck_slider.h"
+#include "platform/qt/roomy_key.h"
 
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kMargin = 24;
-constexpr int kBetweenLines = 16;
+constexpr int kMargin = 16;
+constexpr int kBetweenLines = 12;
+constexpr int kBetweenCurves = 6;
 constexpr int kBetweenBands = 8;
+constexpr double kLine = 0.13;  ///< Share of the letters' colour.
+constexpr double kMarkedLine = 0.28;
+constexpr int kScaleLines = 9;  ///< One every five decibels, both ends included.
 constexpr int kBandHeight = 220;
 constexpr int kSliderRow = 0;
 constexpr int kLabelRow = 1;
+
+/// The card on which the bands stand, ruled behind them so that the eye can compare them.
+class BandCard : public Card {
+ public:
+  BandCard(const QGridLayout& desk, QWidget* page) : Card(page), desk_(desk) {}
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    Card::paintEvent(event);
+    const QRect first = desk_.cellRect(kSliderRow, 1);
+    const QRect last = desk_.cellRect(kSliderRow, forms::kEqualizerBands);
+    const double left = first.united(last).left();
+    const double right = first.united(last).right() + 1;
+    const double top = first.top() + DeckSlider::Reach();
+    const double height = first.height() - 2.0 * DeckSlider::Reach();
+    const QColor page = palette().color(QPalette::Window);
+    QPainter painter(this);
+    for (int line = 0; line < kScaleLines; ++line) {
+      const bool marked = line % (kScaleLines / 2) == 0;
+      const double place = top + height * line / (kScaleLines - 1);
+      painter.fillRect(
+          QRectF(left, place - 0.5, right - left, 1),
+          Mixed(page, palette().color(QPalette::WindowText), marked ? kMarkedLine : kLine));
+    }
+  }
+
+ private:
+  const QGridLayout& desk_;
+};
 
 }  // namespace
 
@@ -33,7 +70,9 @@ EqualizerPage::EqualizerPage(forms::EqualizerPage& form, Binder& binder, QWidget
 }
 
 void EqualizerPage::AddCurves(QBoxLayout& lines) {
+  auto* const card = new Card(this);
   auto* const row = new QHBoxLayout;
+  row->setSpacing(kBetweenCurves);
   auto* const enable = new QCheckBox(this);
   row->addWidget(enable);
   binder_.Tick(form_.chkEqEnable, *enable);
@@ -43,11 +82,11 @@ void EqualizerPage::AddCurves(QBoxLayout& lines) {
     AddCurve(*row, *curve);
   }
   row->addStretch(1);
-  auto* const save = new QPushButton(this);
-  save->setAutoDefault(false);
+  auto* const save = new RoomyKey(this);
   row->addWidget(save);
   binder_.Press(form_.cmdSaveCustom, *save);
-  lines.addLayout(row);
+  card->Lines().addLayout(row);
+  lines.addWidget(card);
 }
 
 void EqualizerPage::AddCurve(QBoxLayout& row, forms::PresetCommand& command) {
@@ -68,6 +107,7 @@ void EqualizerPage::AddCurve(QBoxLayout& row, forms::PresetCommand& command) {
 
 void EqualizerPage::AddBands(QBoxLayout& lines) {
   auto* const desk = new QGridLayout;
+  auto* const card = new BandCard(*desk, this);
   desk->setHorizontalSpacing(kBetweenBands);
   desk->setRowMinimumHeight(kSliderRow, kBandHeight);
   AddScale(*desk);
@@ -76,6 +116,7 @@ void EqualizerPage::AddBands(QBoxLayout& lines) {
     const int column = band + 1;
     desk->setColumnStretch(column, 1);
     auto* const slider = new DeckSlider(DeckSlider::Look::Upright, this);
+    slider->SetNought(0);
     desk->addWidget(slider, kSliderRow, column, Qt::AlignHCenter);
     binder_.Slide(form_.sldEQ[index], *slider);
     auto* const label = new QLabel(this);
@@ -83,7 +124,8 @@ void EqualizerPage::AddBands(QBoxLayout& lines) {
     binder_.Show(form_.lblBand[index], *label);
   }
   desk->setRowStretch(kSliderRow, 1);
-  lines.addLayout(desk, 1);
+  card->Lines().addLayout(desk);
+  lines.addWidget(card, 1);
 }
 
 void EqualizerPage::AddScale(QGridLayout& desk) {
@@ -96,6 +138,8 @@ void EqualizerPage::AddScale(QGridLayout& desk) {
                         {form_.lblScaleBottom, Qt::AlignBottom}};
   for (const Mark& mark : marks) {
     auto* const label = new QLabel(this);
+    // As high as the way from the slider's end to its handle and once more, it stands at its line.
+    label->setMinimumHeight(2 * DeckSlider::Reach());
     desk.addWidget(label, kSliderRow, 0, mark.where | Qt::AlignRight);
     binder_.Show(mark.text, *label);
   }

@@ -8,17 +8,18 @@
 #include <QVBoxLayout>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/card.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/eliding_label.h"
 
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kMargin = 24;
-constexpr int kBetweenLines = 20;
-constexpr int kBetweenStrips = 12;
-constexpr int kBetweenParts = 6;
-constexpr int kStripWidth = 112;
+constexpr int kMargin = 16;
+constexpr int kBetweenLines = 12;
+constexpr int kBetweenStrips = 6;
+constexpr int kStripPadding = 3;  ///< Eight strips just have room for their keys.
+constexpr int kStripWidth = 132;
 constexpr int kDeviceWidth = 300;
 constexpr int kVolumeHeight = 160;
 
@@ -51,6 +52,7 @@ MixerPage::MixerPage(forms::MixerPage& form, Binder& binder, QWidget* parent)
 }
 
 void MixerPage::AddDevice(QBoxLayout& lines) {
+  auto* const card = new Card(this);
   auto* const row = new QHBoxLayout;
   auto* const caption = new QLabel(this);
   row->addWidget(caption);
@@ -61,15 +63,18 @@ void MixerPage::AddDevice(QBoxLayout& lines) {
   row->addWidget(devices);
   binder_.Pick(form_.DeviceCombo, *devices);
   row->addStretch(1);
-  lines.addLayout(row);
+  card->Lines().addLayout(row);
+  lines.addWidget(card);
 }
 
 QWidget* MixerPage::AddStrip(std::size_t source) {
-  auto* const strip = new QWidget(this);
+  auto* const strip = new Card(this);
   strip->setMaximumWidth(kStripWidth);
-  auto* const parts = new QVBoxLayout(strip);
-  parts->setContentsMargins(0, 0, 0, 0);
-  parts->setSpacing(kBetweenParts);
+  QVBoxLayout* const parts = &strip->Lines();
+  QMargins margins = parts->contentsMargins();
+  margins.setLeft(kStripPadding);
+  margins.setRight(kStripPadding);
+  parts->setContentsMargins(margins);
 
   auto* const name = new ElidingLabel(strip);
   name->setAlignment(Qt::AlignCenter);
@@ -83,7 +88,9 @@ QWidget* MixerPage::AddStrip(std::size_t source) {
   balanceCaption->setAlignment(Qt::AlignCenter);
   parts->addWidget(balanceCaption);
   binder_.Show(form_.lblBalance[source], *balanceCaption);
-  auto* const balance = new DeckSlider(DeckSlider::Look::Small, strip);
+  auto* const balance = new DeckSlider(DeckSlider::Look::Level, strip);
+  const forms::Span& sides = form_.slBalance[source].Bounds;
+  balance->SetNought((sides.minimum + sides.maximum) / 2);
   parts->addWidget(balance);
   binder_.Slide(form_.slBalance[source], *balance);
   auto* const mute = new QCheckBox(strip);

@@ -48,23 +48,22 @@ class PedalPicture : public QWidget {
 }  // namespace
 
 PedalFrame::PedalFrame(forms::SettingsPage& form, Binder& binder, QWidget* parent)
-    : QWidget(parent), form_(form), binder_(binder) {
-  auto* const lines = new QVBoxLayout(this);
-  lines->setContentsMargins(0, 0, 0, 0);
-  lines->setSpacing(kBetweenLines);
+    : Card(parent), form_(form), binder_(binder) {
+  Lines().setSpacing(kBetweenLines);
   auto* const caption = new QLabel(this);
   caption->setWordWrap(true);
-  lines->addWidget(caption);
-  AddPedals(*lines);
+  Lines().addWidget(caption);
+  AddPedals(Lines());
   for (forms::Choice* const box : {&form.chkSwapRewindForwardPedals, &form.chkSkipBegEnd}) {
     auto* const tick = new QCheckBox(this);
-    lines->addWidget(tick, 0, Qt::AlignLeft);
+    Lines().addWidget(tick, 0, Qt::AlignLeft);
     binder.Tick(*box, *tick);
   }
-  AddKind(*lines);
+  AddKind(Lines());
   auto* const state = new QLabel(this);
   state->setWordWrap(true);
-  lines->addWidget(state);
+  Lines().addWidget(state);
+  Lines().addStretch(1);
   binder.Show(form.lblPedalState, *state);
   binder.Frame(form.frameConfigFootPedal, *this, caption);
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QWidget>
-
 #include "forms/settings_page.h"
+#include "platform/qt/card.h"
 
 class QBoxLayout;
 
@@ -12,7 +11,7 @@ class Binder;
 
 /// The foot pedal's part of the settings: three pedals that light under the foot, what they do,
 /// which kind of pedal is read and how it is doing.
-class PedalFrame : public QWidget {
+class PedalFrame : public Card {
  public:
   PedalFrame(forms::SettingsPage& form, Binder& binder, QWidget* parent);
 

@@ -4,19 +4,20 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/card.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/pedal_frame.h"
+#include "platform/qt/roomy_key.h"
 
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kMargin = 24;
-constexpr int kBetweenColumns = 40;
-constexpr int kBetweenLines = 10;
+constexpr int kMargin = 16;
+constexpr int kBetweenCards = 12;
+constexpr int kBetweenParts = 2;  ///< More room between parts of a card that belong less together.
 
 }  // namespace
 
@@ -24,50 +25,68 @@ SettingsPage::SettingsPage(forms::ConfigurationForm& form, Binder& binder, QWidg
     : QWidget(parent), form_(form), binder_(binder) {
   auto* const columns = new QHBoxLayout(this);
   columns->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  columns->setSpacing(kBetweenColumns);
+  columns->setSpacing(kBetweenCards);
   auto* const left = new QVBoxLayout;
   auto* const right = new QVBoxLayout;
   for (QVBoxLayout* const column : {left, right}) {
-    column->setSpacing(kBetweenLines);
+    column->setSpacing(kBetweenCards);
     columns->addLayout(column, 1);
   }
-  AddPlaying(*left);
-  left->addSpacing(kBetweenLines);
-  AddShowing(*left);
-  AddSpeaking(*right);
-  right->addSpacing(kBetweenLines);
+  AddPlaying(AddCard(*left));
+  AddWindow(AddCard(*left));
+  AddShowing(AddCard(*left));
+  AddSpeaking(AddCard(*right));
   right->addWidget(new PedalFrame(form, binder, this));
-  left->addStretch(1);
-  right->addStretch(1);
+  // Both columns end on the same line.
+  for (QVBoxLayout* const column : {left, right}) column->setStretch(column->count() - 1, 1);
   binder.Frame(form.frameSettings, *this);
 }
 
-void SettingsPage::AddPlaying(QVBoxLayout& column) {
-  AddSlider(column, form_.frameAutoBackspace, form_.sliderABS);
-  AddSlider(column, form_.frameAutoPreview, form_.sliderAutoPreview);
-  AddSlider(column, form_.frameWindIncrement, form_.sliderWindIncrement,
-            &form_.chkAccelerateWindIncrement);
-  AddBoxes(column, {&form_.chkMinimizeMiniPlayer, &form_.chkAlwaysOnTop, &form_.chkAutoQueueJob});
-  AddKey(column, form_.cmdCenterMiniPlayer);
+QVBoxLayout& SettingsPage::AddCard(QVBoxLayout& column) {
+  auto* const card = new Card(this);
+  column.addWidget(card);
+  return card->Lines();
 }
 
-void SettingsPage::AddSpeaking(QVBoxLayout& column) {
-  AddBoxes(column, {&form_.chkAudioPrompts});
+void SettingsPage::AddPlaying(QVBoxLayout& lines) {
+  AddSlider(lines, form_.frameAutoBackspace, form_.sliderABS);
+  AddSlider(lines, form_.frameAutoPreview, form_.sliderAutoPreview);
+  AddSlider(lines, form_.frameWindIncrement, form_.sliderWindIncrement,
+            &form_.chkAccelerateWindIncrement);
+}
+
+void SettingsPage::AddWindow(QVBoxLayout& lines) {
+  auto* const line = new QHBoxLayout;
+  auto* const boxes = new QVBoxLayout;
+  boxes->setSpacing(lines.spacing());
+  AddBoxes(*boxes, {&form_.chkMinimizeMiniPlayer, &form_.chkAlwaysOnTop, &form_.chkAutoQueueJob});
+  line->addLayout(boxes, 1);
+  auto* const key = new RoomyKey(this);
+  line->addWidget(key);
+  binder_.Press(form_.cmdCenterMiniPlayer, *key);
+  lines.addLayout(line);
+}
+
+void SettingsPage::AddSpeaking(QVBoxLayout& lines) {
+  AddBoxes(lines, {&form_.chkAudioPrompts});
+  lines.addSpacing(kBetweenParts);
   auto* const volumeLabel = new QLabel(this);
-  column.addWidget(volumeLabel);
+  lines.addWidget(volumeLabel);
   binder_.Show(form_.lblPromptVolume, *volumeLabel);
-  auto* const volume = new DeckSlider(DeckSlider::Look::Small, this);
-  column.addWidget(volume);
+  auto* const volume = new DeckSlider(DeckSlider::Look::Level, this);
+  lines.addWidget(volume);
   binder_.Slide(form_.sldPromptVol, *volume);
 }
 
-void SettingsPage::AddShowing(QVBoxLayout& column) {
+void SettingsPage::AddShowing(QVBoxLayout& lines) {
   auto* const heading = new QLabel(this);
-  column.addWidget(heading);
+  lines.addWidget(heading);
   binder_.Show(form_.lblSubjectHeading, *heading);
-  AddEdit(column, form_.txtSubjectHeading);
-  AddBoxes(column, {&form_.chkShowCustomDisplay});
-  AddEdit(column, form_.txtCustomDisplay);
+  AddEdit(lines, form_.txtSubjectHeading);
+  lines.addSpacing(kBetweenParts);
+  AddBoxes(lines, {&form_.chkShowCustomDisplay});
+  AddEdit(lines, form_.txtCustomDisplay);
+  lines.addStretch(1);
 }
 
 void SettingsPage::AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Range& range,
@@ -80,7 +99,7 @@ void SettingsPage::AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Ran
   auto* const caption = new QLabel(group);
   top->addWidget(caption, 1);
   lines->addLayout(top);
-  auto* const slider = new DeckSlider(DeckSlider::Look::Small, group);
+  auto* const slider = new DeckSlider(DeckSlider::Look::Level, group);
   lines->addWidget(slider);
   binder_.Slide(range, *slider);
   if (box) {
@@ -98,13 +117,6 @@ void SettingsPage::AddBoxes(QVBoxLayout& column, std::initializer_list<forms::Ch
     column.addWidget(tick, 0, Qt::AlignLeft);
     binder_.Tick(*box, *tick);
   }
-}
-
-void SettingsPage::AddKey(QVBoxLayout& column, forms::Command& command) {
-  auto* const key = new QPushButton(this);
-  key->setAutoDefault(false);
-  column.addWidget(key, 0, Qt::AlignLeft);
-  binder_.Press(command, *key);
 }
 
 void SettingsPage::AddEdit(QVBoxLayout& column, forms::Text& text) {

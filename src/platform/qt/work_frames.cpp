@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/roomy_key.h"
 #include "platform/qt/table_list.h"
 #include "platform/qt/theme.h"
 #include "platform/qt/wrapping_row.h"
@@ -16,21 +17,6 @@ namespace {
 
 constexpr int kSide = 16;
 constexpr int kComboWidth = 200;
-/// Both sides of a key's caption together; some styles leave next to nothing.
-constexpr int kKeyPadding = 28;
-
-/// A key that keeps room around its caption whatever the size of the letters.
-class FrameKey : public QPushButton {
- public:
-  explicit FrameKey(QWidget* parent) : QPushButton(parent) { setAutoDefault(false); }
-
-  QSize sizeHint() const override {
-    const QString caption = text().remove('&');
-    const int width = fontMetrics().horizontalAdvance(caption) + kKeyPadding;
-    return QPushButton::sizeHint().expandedTo({width, 0});
-  }
-  QSize minimumSizeHint() const override { return sizeHint(); }
-};
 
 }  // namespace
 
@@ -64,7 +50,7 @@ WorkFrames::Frame WorkFrames::AddFrame(forms::Pane& pane) {
 
 void WorkFrames::AddKeys(WrappingRow& row, std::initializer_list<forms::Command*> commands) {
   for (forms::Command* const command : commands) {
-    auto* const key = new FrameKey(this);
+    auto* const key = new RoomyKey(this);
     row.addWidget(key);
     binder_.Press(*command, *key);
   }

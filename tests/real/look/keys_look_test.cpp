@@ -5,7 +5,9 @@
 #include <QWidget>
 #include <map>
 #include <string>
+#include <utility>
 
+#include "platform/qt/deck_slider.h"
 #include "platform/qt/icons.h"
 #include "support/shown_windows.h"
 
@@ -56,6 +58,26 @@ TEST(Icons, ProgramsOwnIconIsThereInEverySizeThatDesktopsAskFor) {
   for (const int size : {16, 24, 32, 48, 64, 128}) {
     EXPECT_GT(Inked(icon.pixmap(size, size)), size * size / 2) << size;
   }
+}
+
+TEST(DeckSliders, OneThatRunsBothWaysIsLitFromItsNoughtToItsHandle) {
+  using platform::qt::DeckSlider;
+  DeckSlider slider(DeckSlider::Look::Level);
+  slider.resize(200, 24);
+  slider.setRange(0, 100);
+  slider.SetNought(50);
+  const auto groove = [&](int value) {
+    slider.setValue(value);
+    const QImage image = slider.grab().toImage();
+    const auto at = [&](int x) { return image.pixelColor(x, image.height() / 2); };
+    return std::pair(at(60), at(140));
+  };
+  const auto [left, right] = groove(50);
+  EXPECT_EQ(left, right) << "dark on both sides";
+  EXPECT_EQ(groove(90).first, left);
+  EXPECT_NE(groove(90).second, right);
+  EXPECT_NE(groove(10).first, left);
+  EXPECT_EQ(groove(10).second, right);
 }
 
 TEST(DeckKeys, EachStateOfAKeyLooksDifferent) {

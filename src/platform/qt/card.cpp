@@ -1,0 +1,37 @@
+#include "platform/qt/card.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "platform/qt/colours.h"
+
+namespace tavlo::platform::qt {
+namespace {
+
+constexpr int kPadding = 12;
+constexpr int kBetweenLines = 10;
+constexpr double kRounding = 6;
+constexpr double kEdge = 0.16;   ///< Share of the letters' colour in the edge.
+constexpr double kLight = 0.06;  ///< Share of white in the sheet of a dark desktop.
+constexpr double kSheet = 0.6;   ///< Share of the desktop's paper in the sheet of a light one.
+
+}  // namespace
+
+Card::Card(QWidget* page) : QWidget(page), lines_(new QVBoxLayout(this)) {
+  lines_->setContentsMargins(kPadding + 2, kPadding, kPadding + 2, kPadding);
+  lines_->setSpacing(kBetweenLines);
+}
+
+void Card::paintEvent(QPaintEvent*) {
+  const QColor page = palette().color(QPalette::Window);
+  const QColor ink = palette().color(QPalette::WindowText);
+  const bool dark = Luminance(ink) > Luminance(page);
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(Mixed(page, ink, kEdge), 1));
+  painter.setBrush(dark ? Mixed(page, Qt::white, kLight)
+                        : Mixed(page, palette().color(QPalette::Base), kSheet));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRounding, kRounding);
+}
+
+}  // namespace tavlo::platform::qt
