@@ -144,9 +144,13 @@ void Album::TakeIn(const std::string& shade, const std::string& name) {
       QString::fromStdString((folder / (name + ".png")).string()), "PNG", kQuickly));
 }
 
-void Album::Take(const std::string& name) {
+void Album::TakeLight(const std::string& name) {
   UsePalette(light_);
   TakeIn("light", name);
+}
+
+void Album::Take(const std::string& name) {
+  TakeLight(name);
   UsePalette(Dark());
   TakeIn("dark", name);
 }

@@ -21,6 +21,8 @@ class Album {
 
   /// Takes the window in front once it stands still.
   void Take(const std::string& name);
+  /// The same on a light desktop alone, for what no desktop changes.
+  void TakeLight(const std::string& name);
 
  private:
   struct Look {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "album.h"
@@ -102,6 +103,7 @@ class Sitting {
     album->Take(name);
   }
   void TakeListening();
+  void TakeFaces();
   void TakeViews();
   void TakeFrozen();
   void TakeMenu();
@@ -136,11 +138,27 @@ void Sitting::TakeListening() {
   program->Click("cmdStop");
   ASSERT_TRUE(Runs(false));
   album->Take("stopped");
+  TakeFaces();
   program->Click("cmdSkipEnd");
   ASSERT_TRUE(program->Until([&] { return Main().cmdComplete.Enabled.Get(); }));
   album->Take("at-the-end");
   program->Click("cmdComplete");
   ASSERT_TRUE(Ready());
+}
+
+/// Every face that is there, under the shape of the window that shows the most lettering on it. The
+/// deck then has the one that it began with.
+void Sitting::TakeFaces() {
+  const forms::Table& faces = Main().listFasciaImages;
+  const auto chosen = [&] { return faces.ListIndex.Get(); };
+  const int count = program->Ask([&] { return static_cast<int>(faces.Rows().size()); });
+  for (int face = 0; face < count; ++face) {
+    const int before = program->Ask(chosen);
+    program->Do([this] { Main().imageFaciaA.Click(); });
+    ASSERT_TRUE(program->Until([&] { return chosen() != before; }));
+    const fs::path file = program->Ask([&] { return faces.TextAt(chosen(), 0); });
+    album->TakeLight("face-" + file.stem().string());
+  }
 }
 
 void Sitting::TakeViews() {
@@ -252,6 +270,9 @@ TEST_P(PicturesAt, EveryStateIsLegibleAndWhole) {
   sched_setscheduler(0, SCHED_OTHER, &asOthers);
   desk.home.MakeRoot(kAsShipped);
   FillQueue(desk.home);
+  if (std::string_view(factor) == "1") {
+    fs::copy(TAVLO_FASCIA, desk.home.Root() + "/Fascia", fs::copy_options::overwrite_existing);
+  }
   desk.Run([&] {
     ASSERT_TRUE(desk.program->Until(
         [&] { return desk.program->Windows().splash.frmInitSplash.Visible.Get(); }));
