@@ -42,20 +42,25 @@ QString FileOf(base::Icon icon) {
   return {};
 }
 
-void PaintDrawing(const QString& file, QPainter& painter, const QRectF& box) {
-  QSvgRenderer drawing(":/icons/" + file + ".svg");
-  drawing.render(&painter, box);
-}
+constexpr const char* kSign = "tavlodeck";
 
-QPixmap DrawingPixmap(const QString& file, int size, double ratio) {
+QString PathOf(const QString& file) { return ":/icons/" + file + ".svg"; }
+
+QPixmap DrawingPixmap(QSvgRenderer& drawing, int size, double ratio) {
   QPixmap pixmap(QSize(size, size) * ratio);
   pixmap.fill(Qt::transparent);
-  if (file.isEmpty()) return pixmap;
+  if (!drawing.isValid()) return pixmap;
   QPainter painter(&pixmap);
-  PaintDrawing(file, painter, pixmap.rect());
+  drawing.render(&painter, pixmap.rect());
   painter.end();
   pixmap.setDevicePixelRatio(ratio);
   return pixmap;
+}
+
+QPixmap DrawingPixmap(const QString& file, int size, double ratio) {
+  QSvgRenderer drawing;
+  if (!file.isEmpty()) drawing.load(PathOf(file));
+  return DrawingPixmap(drawing, size, ratio);
 }
 
 }  // namespace
@@ -72,12 +77,15 @@ QPixmap BoxSign(base::Icon icon, int size, double ratio) {
   return DrawingPixmap(FileOf(icon), size, ratio);
 }
 
-void PaintSign(QPainter& painter, const QRectF& box) { PaintDrawing("tavlodeck", painter, box); }
+void PaintSign(QPainter& painter, const QRectF& box) {
+  QSvgRenderer(PathOf(kSign)).render(&painter, box);
+}
 
 QIcon ApplicationIcon() {
   QIcon icon;
+  QSvgRenderer drawing(PathOf(kSign));
   for (const int size : {16, 24, 32, 48, 64, 128}) {
-    icon.addPixmap(DrawingPixmap("tavlodeck", size, 1));
+    icon.addPixmap(DrawingPixmap(drawing, size, 1));
   }
   return icon;
 }
