@@ -185,6 +185,22 @@ TEST_F(DiskTest, CopyKeepsContentsAndStamp) {
   EXPECT_EQ(disk.Facts(folder / "b.wav"), disk.Facts(path));
 }
 
+TEST_F(DiskTest, CopyOfALongRecordingBreathesAllTheWay) {
+  const std::string path = folder.Write("a.wav", std::string(9'000'000, 's'));
+  std::vector<std::uint64_t> sizes;
+  PosixDisk breathing(PosixDisk::SystemClock, PosixDisk::TrustsLeasesOf,
+                      [&] { sizes.push_back(disk.Facts(folder / "b.wav")->size); });
+  EXPECT_EQ(breathing.Copy(path, folder / "b.wav"), DiskResult::Done);
+  ASSERT_FALSE(sizes.empty());
+  EXPECT_EQ(sizes.back(), 9'000'000u);
+  // From breath to breath little is written, also on a slow disk.
+  std::uint64_t before = 0;
+  for (const std::uint64_t size : sizes) {
+    EXPECT_LE(size - before, 500'000u);
+    before = size;
+  }
+}
+
 TEST_F(DiskTest, CopyThatCannotBeWrittenFails) {
   const auto path = folder.Write("a.wav", std::string(10'000, 'x'));
   rlimit before;

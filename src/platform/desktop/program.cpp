@@ -40,7 +40,7 @@ struct Program::Parts {
   const std::string root = InstallRoot();
   std::optional<InstanceLock> lock;
   qt::QtLoop loop;
-  PosixDisk disk;
+  PosixDisk disk{PosixDisk::SystemClock, PosixDisk::TrustsLeasesOf, [this] { loop.Breathe(); }};
   SqliteSettingsDatabases databases{
       store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
   FfmpegAudioFile audioFile{JustTestedBy(disk), [this] { loop.Breathe(); }};

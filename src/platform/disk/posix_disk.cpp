@@ -28,6 +28,8 @@ constexpr std::int64_t kNanosecondsInASecond = 1'000'000'000;
 /// each of them one more wait.
 constexpr std::size_t kMostSightings = 65'536;
 constexpr std::size_t kCopyBlock = 256 * 1024;
+/// A copy is flushed whenever it has grown by so much, so that its last flush does not take long.
+constexpr std::size_t kFlushedAtOnce = 2 * 1024 * 1024;
 
 DiskResult ResultOf(int error) {
   switch (error) {
@@ -87,13 +89,20 @@ bool WriteAll(int handle, const char* bytes, std::size_t count) {
   return true;
 }
 
-bool CopyContents(int from, int to) {
+bool CopyContents(int from, int to, const std::function<void()>& breathe) {
   std::vector<char> block(kCopyBlock);
+  std::size_t unflushed = 0;
   while (true) {
     const ssize_t count = ::read(from, block.data(), block.size());
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) return count == 0;
     if (!WriteAll(to, block.data(), static_cast<std::size_t>(count))) return false;
+    unflushed += static_cast<std::size_t>(count);
+    if (unflushed >= kFlushedAtOnce) {
+      if (::fdatasync(to) != 0) return false;
+      unflushed = 0;
+    }
+    if (breathe) breathe();
   }
 }
 
@@ -155,8 +164,8 @@ bool PosixDisk::TrustsLeasesOf(std::int64_t fileSystemKind) {
          kOfOtherMachines.end();
 }
 
-PosixDisk::PosixDisk(Clock clock, LeaseTrust leaseTrust)
-    : clock_(std::move(clock)), leaseTrust_(std::move(leaseTrust)) {
+PosixDisk::PosixDisk(Clock clock, LeaseTrust leaseTrust, std::function<void()> breathe)
+    : clock_(std::move(clock)), leaseTrust_(std::move(leaseTrust)), breathe_(std::move(breathe)) {
   TakeOverLeaseSignal();
 }
 
@@ -255,7 +264,7 @@ DiskResult PosixDisk::Copy(const std::string& from, const std::string& to) {
   FileHandle target(to.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0666);
   if (!target) return ResultOf(errno);
   const std::array<timespec, 2> times{timespec{.tv_nsec = UTIME_OMIT}, status->st_mtim};
-  const bool copied = CopyContents(source.Get(), target.Get()) &&
+  const bool copied = CopyContents(source.Get(), target.Get(), breathe_) &&
                       ::futimens(target.Get(), times.data()) == 0 && ::fsync(target.Get()) == 0;
   if (!copied) return ResultOf(errno);
   return target.Close() ? DiskResult::Done : ResultOf(errno);

@@ -35,7 +35,9 @@ class PosixDisk : public store::Disk {
   using LeaseTrust = std::function<bool(std::int64_t fileSystemKind)>;
   static bool TrustsLeasesOf(std::int64_t fileSystemKind);
 
-  explicit PosixDisk(Clock clock = SystemClock, LeaseTrust leaseTrust = TrustsLeasesOf);
+  /// A copy calls `breathe` again and again, for a long recording can take long to copy.
+  explicit PosixDisk(Clock clock = SystemClock, LeaseTrust leaseTrust = TrustsLeasesOf,
+                     std::function<void()> breathe = {});
 
   /// What the last readiness test saw of its file.
   struct TestedFile {
@@ -77,6 +79,7 @@ class PosixDisk : public store::Disk {
 
   Clock clock_;
   LeaseTrust leaseTrust_;
+  std::function<void()> breathe_;
   /// The device of the last file tested, so that a scan asks once. Forgotten at each listing, since
   /// a device number may come to mean another file system.
   std::optional<TrustedDevice> lastDevice_;
