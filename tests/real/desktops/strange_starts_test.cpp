@@ -10,6 +10,7 @@
 #include <iterator>
 #include <string>
 
+#include "platform/sqlite/sqlite_settings.h"
 #include "support/home.h"
 #include "support/screen_user.h"
 #include "support/started_program.h"
@@ -103,6 +104,37 @@ TEST_F(StrangeStart, LeavesNothingBehindWhereTheDiskIsFullAtTheFirstStart) {
   }
   ExpectRefusalIn(home.Path());
   for (const auto& [path, contents] : home.Everything()) EXPECT_EQ(path, "/Lyrane") << contents;
+  EXPECT_EQ(::umount(home.Path().c_str()), 0);
+}
+
+TEST_F(StrangeStart, SaysThatItCannotWorkWhereItsOwnFolderHasBecomeReadOnly) {
+  home.MakeRoot();
+  BecomeNobody();
+  const auto before = home.Everything();
+  ExpectRefusalIn(home.Path());
+  EXPECT_EQ(home.Everything(), before);
+}
+
+TEST_F(StrangeStart, WorksAndKeepsItsFilesWhereTheDiskHasBecomeFull) {
+  if (::mount("tmpfs", home.Path().c_str(), "tmpfs", 0, "size=8m") != 0) {
+    GTEST_SKIP() << "no disk can be mounted here: " << std::strerror(errno);
+  }
+  home.MakeRoot();
+  const std::string name = DocumentName("Brown");
+  home.AddToQueue(name, "no sound");
+  std::ofstream(home.Path() + "/filler") << std::string(16 << 20, 'f');
+  {
+    StartedProgram program = Start(home.Path());
+    PassSplash();
+    Answer("Tavlo Deck - Sound Card");
+    Exit();
+    EXPECT_EQ(program.ExitStatus(), 0);
+  }
+  EXPECT_EQ(home.Everything()["/Lyrane/TavloDeck/Files/InQueue/" + name], "no sound");
+  EXPECT_EQ(platform::SqliteSettingsDatabases({.root = home.Root(), .revision = "0.1.0"})
+                .Open(home.SettingsPath())
+                .failure,
+            "");
   EXPECT_EQ(::umount(home.Path().c_str()), 0);
 }
 
