@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,6 +28,11 @@ class PedalPipe {
   /// Reports these bits one after the other: 1 left, 2 center, 4 right.
   bool Report(const std::vector<std::uint8_t>& bits) const {
     return ::write(handle_, bits.data(), bits.size()) == static_cast<::ssize_t>(bits.size());
+  }
+  /// Whether all reports have been taken.
+  bool IsRead() const {
+    int waiting = 0;
+    return ::ioctl(handle_, FIONREAD, &waiting) == 0 && waiting == 0;
   }
 
  private:

@@ -21,6 +21,8 @@ using namespace std::chrono_literals;
 constexpr int kRate = 16000;
 /// How long after a stop the recording has everything.
 constexpr auto kTail = 600ms;
+/// Three times what the tone itself steps from sample to sample.
+const double kLargestStep = 3 * SlopeOfTone(440, 0.5, 48000);
 /// How long a busy machine may take over everything that a foot did.
 constexpr auto kBacklog = 30s;
 
@@ -67,6 +69,26 @@ struct PedalProgram : testing::Test {
     return program->Ask([&] { return program->Rooms().transport.tmrRewindForward.Enabled(); });
   }
 
+  /// A thousand reports as a restless foot and a bouncing switch send them, the last with the
+  /// right pedal down and up again; what was heard of it.
+  Sound Storm() {
+    const double from = recorder.Seconds();
+    for (int press = 0; press < 167; ++press) {
+      EXPECT_TRUE(foot->Report({2, 0, 1, 0, 4, 0}));
+      std::this_thread::sleep_for(std::chrono::milliseconds(press % 40));
+    }
+    EXPECT_TRUE(foot->Report({4}));
+    EXPECT_TRUE(Until([&] { return Winding() && foot->IsRead(); }, kBacklog));
+    EXPECT_TRUE(foot->Report({0}));
+    EXPECT_TRUE(Until([&] { return foot->IsRead() && !Winding() && !Playing(); }));
+    std::this_thread::sleep_for(kTail);
+    EXPECT_FALSE(Winding());
+    EXPECT_FALSE(Playing());
+    const Sound heard = recorder.Since(from);
+    EXPECT_GT(AudibleSeconds(heard), 1);
+    return heard;
+  }
+
   const std::string name = DocumentName("Tone", 1);
   SoundServer server;
   SoundRecorder recorder;
@@ -97,20 +119,14 @@ TEST_F(PedalProgram, CenterPedalSoundsTheDocumentForAsLongAsItIsDown) {
   });
 }
 
-TEST_F(PedalProgram, StormOfPressesEndsAsItsLastReportSays) {
+TEST_F(PedalProgram, ThousandPressesEndAsTheLastReportSaysWithoutAClick) {
   Run([&] {
     Select();
-    for (int press = 0; press < 60; ++press) {
-      ASSERT_TRUE(foot->Report({2, 0, 1, 0, 4, 0}));
-      std::this_thread::sleep_for(std::chrono::milliseconds(press % 40));
-    }
-    ASSERT_TRUE(foot->Report({4}));
-    ASSERT_TRUE(Until([&] { return Winding(); }, kBacklog));
-    ASSERT_TRUE(foot->Report({0}));
-    ASSERT_TRUE(Until([&] { return !Winding() && !Playing(); }));
-    std::this_thread::sleep_for(kTail);
-    EXPECT_FALSE(Winding());
-    EXPECT_FALSE(Playing());
+    // A machine that is too busy to serve its sound device clicks by itself, and no player can help
+    // it; so a storm with clicks is made again, up to three times in all.
+    double step = 1;
+    for (int tries = 0; tries < 3 && step > kLargestStep; ++tries) step = LargestStep(Storm());
+    EXPECT_LT(step, kLargestStep);
     program->Click("cmdSkip");
     ASSERT_TRUE(Until([&] { return program->IsReady(); }));
   });
