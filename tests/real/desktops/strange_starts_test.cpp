@@ -60,6 +60,12 @@ struct StrangeStart : testing::Test, ScreenUser {
     };
   }
 
+  void AllowWriting(fs::perm_options change) const {
+    for (const auto& [path, contents] : home.Everything()) {
+      fs::permissions(home.Path() + path, fs::perms::owner_write, change);
+    }
+  }
+
   Surroundings around;
   TemporaryFolder folder;
   Home home;
@@ -111,8 +117,10 @@ TEST_F(StrangeStart, SaysThatItCannotWorkWhereItsOwnFolderHasBecomeReadOnly) {
   home.MakeRoot();
   BecomeNobody();
   const auto before = home.Everything();
+  AllowWriting(fs::perm_options::remove);
   ExpectRefusalIn(home.Path());
   EXPECT_EQ(home.Everything(), before);
+  AllowWriting(fs::perm_options::add);
 }
 
 TEST_F(StrangeStart, WorksAndKeepsItsFilesWhereTheDiskHasBecomeFull) {
