@@ -11,6 +11,7 @@ namespace {
 using store::DiskResult;
 
 constexpr std::size_t kLongestName = 255;
+constexpr std::chrono::seconds kKernelWritesAfter{30};
 
 std::string FolderOf(const std::string& absolute) {
   const auto slash = absolute.rfind('/');
@@ -75,7 +76,8 @@ void SimulatedDisk::CrashAtOperation(int nth) { crashAt_ = operationCount_ + nth
 
 void SimulatedDisk::LoseWhatWasNotFlushed() {
   std::reverse(unflushedRenames_.begin(), unflushedRenames_.end());
-  for (const auto& [from, to] : unflushedRenames_) {
+  for (const auto& [from, to, at] : unflushedRenames_) {
+    if (loop_.Now() - at > kKernelWritesAfter) continue;
     if (entries_.contains(to) && !entries_.contains(from)) MoveEntries(to, from);
   }
   unflushedRenames_.clear();
@@ -216,7 +218,7 @@ DiskResult SimulatedDisk::Rename(const std::string& from, const std::string& to)
   if (entries_.contains(target)) return DiskResult::AlreadyThere;
   if (IsBelow(target, source)) return DiskResult::Failed;
   MoveEntries(source, target);
-  unflushedRenames_.emplace_back(source, target);
+  unflushedRenames_.push_back({source, target, loop_.Now()});
   return DiskResult::Done;
 }
 
@@ -275,7 +277,7 @@ DiskResult SimulatedDisk::FlushFolder(const std::string& folder) {
   if (const auto fault = Begin("FlushFolder " + absolute)) return *fault;
   if (!Is(absolute, Kind::Folder)) return DiskResult::NotFound;
   std::erase_if(unflushedRenames_,
-                [&](const auto& rename) { return FolderOf(rename.second) == absolute; });
+                [&](const auto& rename) { return FolderOf(rename.to) == absolute; });
   return DiskResult::Done;
 }
 

@@ -50,7 +50,8 @@ class SimulatedDisk : public store::Disk {
   /// An operation may still fail that was told to.
   bool FaultPending() const { return fault_.has_value(); }
   bool Crashed() const { return crashAt_ && operationCount_ >= *crashAt_; }
-  /// Takes back every rename that no flush of the target's folder has made lasting. Deletes last.
+  /// Takes back every rename that no flush of the target's folder has made lasting. Deletes last,
+  /// and so does what is older than half a minute: a kernel writes by itself, whoever made it.
   void LoseWhatWasNotFlushed();
   /// No more faults; the program starts again.
   void Heal();
@@ -132,7 +133,12 @@ class SimulatedDisk : public store::Disk {
   std::vector<std::string> fileSystems_;
   std::map<std::string, std::uint64_t> freeSpace_;
   std::map<std::string, std::size_t> brokenListings_;
-  std::vector<std::pair<std::string, std::string>> unflushedRenames_;
+  struct UnflushedRename {
+    std::string from;
+    std::string to;
+    base::MonotonicTime at;
+  };
+  std::vector<UnflushedRename> unflushedRenames_;
   std::optional<Fault> fault_;
   std::optional<int> crashAt_;
   int operationCount_ = 0;

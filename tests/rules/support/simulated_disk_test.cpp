@@ -106,6 +106,17 @@ TEST_F(SimulatedDiskTest, PowerCutTakesBackTheRenamesThatNoFlushMadeLasting) {
   EXPECT_EQ(disk.NamesIn("/d"), Names{"b"});
 }
 
+TEST_F(SimulatedDiskTest, RenameOlderThanHalfAMinuteLastsWithoutAFlush) {
+  disk.WithFile("/d/a").WithFile("/d/b").WithFolder("/e");
+  EXPECT_EQ(disk.Rename("/d/a", "/e/a"), DiskResult::Done);
+  loop.Advance(base::Duration{1'000});
+  EXPECT_EQ(disk.Rename("/d/b", "/e/b"), DiskResult::Done);
+  loop.Advance(base::Duration{30'000'000});
+  disk.LoseWhatWasNotFlushed();
+  EXPECT_EQ(disk.NamesIn("/e"), Names{"a"});
+  EXPECT_EQ(disk.NamesIn("/d"), Names{"b"});
+}
+
 TEST_F(SimulatedDiskTest, StampIsTheMomentOfTheLastChange) {
   disk.WithFile("/d/a", "A");
   const auto before = disk.Facts("/d/a");
