@@ -47,13 +47,19 @@ bool SimulatedUsbWatcher::StartWatch(int product, int usagePage, int usage,
 bool SimulatedUsbWatcher::GetData(pedals::MonitorHandle& monitor, std::span<std::uint8_t> buffer,
                                   std::int32_t& count) {
   count = 0;
-  if (running_ == 0 || monitor != running_ || !CanRead) return false;
+  if (running_ == 0 || monitor != running_) return false;
+  if (!CanRead) {
+    buffer[1] = 2;
+    count = kReportSize;
+    return false;
+  }
   ++Reads;
   if (!delivered_.empty()) {
-    const std::vector<std::uint8_t> bytes = std::move(delivered_.front());
+    const Delivery delivery = std::move(delivered_.front());
     delivered_.pop_front();
-    count = static_cast<std::int32_t>(std::min(bytes.size(), buffer.size()));
-    std::copy_n(bytes.begin(), count, buffer.begin());
+    const std::size_t fit = std::min(delivery.bytes.size(), buffer.size());
+    std::copy_n(delivery.bytes.begin(), fit, buffer.begin());
+    count = delivery.told.value_or(static_cast<std::int32_t>(fit));
     return true;
   }
   const std::size_t most = std::exchange(readBefore_, readBefore_ || !reports_.empty())

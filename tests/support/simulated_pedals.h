@@ -37,6 +37,7 @@ class SimulatedUsbWatcher : public pedals::UsbWatcher {
  public:
   bool CanStart = true;
   bool CanStop = true;
+  /// False: reads fail and leave a press of the center pedal in the buffer, which nobody made.
   bool CanRead = true;
   pedals::UsbPresence Pedal = pedals::UsbPresence::Ready;
   std::vector<int> Picked;  ///< The figures that the last watch was started with.
@@ -47,8 +48,11 @@ class SimulatedUsbWatcher : public pedals::UsbWatcher {
   /// The pedal reports these bits: 1 left, 2 center, 4 right.
   void Press(std::initializer_list<std::uint8_t> bits);
   void Report(std::uint8_t bits) { Press({bits}); }
-  /// The next read hands over exactly these bytes, as another library would.
-  void Deliver(std::vector<std::uint8_t> bytes) { delivered_.push_back(std::move(bytes)); }
+  /// The next read hands over exactly these bytes, as another library would, and counts them as
+  /// `told` when that is given.
+  void Deliver(std::vector<std::uint8_t> bytes, std::optional<std::int32_t> told = {}) {
+    delivered_.push_back({std::move(bytes), told});
+  }
   /// The cable is pulled; what was down counts as up.
   void Unplug();
 
@@ -63,7 +67,11 @@ class SimulatedUsbWatcher : public pedals::UsbWatcher {
 
  private:
   std::deque<std::uint8_t> reports_;
-  std::deque<std::vector<std::uint8_t>> delivered_;
+  struct Delivery {
+    std::vector<std::uint8_t> bytes;
+    std::optional<std::int32_t> told;
+  };
+  std::deque<Delivery> delivered_;
   pedals::MonitorHandle running_ = 0;
   pedals::MonitorHandle lastHandle_ = 0;
   bool readBefore_ = false;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -22,8 +24,8 @@ struct UsbPedalTest : testing::Test, PedalBench {
     watcher.Report(bits);
     loop.Advance(50ms);
   }
-  void Deliver(std::vector<std::uint8_t> bytes) {
-    watcher.Deliver(std::move(bytes));
+  void Deliver(std::vector<std::uint8_t> bytes, std::optional<std::int32_t> told = {}) {
+    watcher.Deliver(std::move(bytes), told);
     loop.Advance(50ms);
   }
 };
@@ -176,6 +178,27 @@ TEST_F(UsbPedalTest, HalfAReportRoundsToAnEvenNumberOfReports) {
   Deliver({0, 0, 0, 0, 0, 2, 0});
   EXPECT_EQ(pedal.PedalEvent, Pedal::None);
   EXPECT_TRUE(Still());
+}
+
+TEST_F(UsbPedalTest, CountBeyondTheRoomForAReadIsCutToIt) {
+  Deliver({0, 2, 0});
+  for (const std::int32_t told : {101, 999, std::numeric_limits<std::int32_t>::max()}) {
+    const int starts = player.Starts;
+    // Behind what was delivered the room is empty, which says that the pedal is up.
+    Deliver({0, 2, 0, 0, 2, 0}, told);
+    EXPECT_EQ(player.Starts, starts + 2) << told;
+    EXPECT_TRUE(Still()) << told;
+    EXPECT_FALSE(pedal.CenterPedalDown) << told;
+  }
+}
+
+TEST_F(UsbPedalTest, CountOfNothingAndLessIsNoReport) {
+  Deliver({0, 2, 0});
+  ASSERT_TRUE(engine.IsPlaying);
+  for (const std::int32_t told : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
+    Deliver({0, 0, 0}, told);
+    EXPECT_TRUE(engine.IsPlaying) << told;
+  }
 }
 
 TEST_F(UsbPedalTest, ReadThatFailsJustEndsTheTick) {
