@@ -91,13 +91,17 @@ void SimulatedPlayer::SetOutputFormat(int samplesPerSecond, int channels) {
 bool SimulatedPlayer::StartOutput() {
   ++Starts;
   if (!TakesFormat) return false;
+  if (Devices > 0 && !Connected) {
+    status_ = -1;
+    return false;
+  }
   status_ = Devices > 0 ? StatusAfterStart : -1;
   queue_.clear();
   heard_ = 0;
   endRaised_ = false;
   running_ = status_ >= 0;
   playedUpTo_ = loop_.Now();
-  nextTimerEvent_ = loop_.Now() + 50ms;
+  nextTimerEvent_ = loop_.Now() + kTellsEvery;
   if (running_) feed_.Start();
   return true;
 }
@@ -142,6 +146,7 @@ void SimulatedPlayer::TakeHeard() {
   // What a busy loop let pass beyond the queued blocks was silence and is not heard time.
   double passed = Seconds(loop_.Now() - playedUpTo_) * rate_;
   playedUpTo_ = loop_.Now();
+  if (!Connected) return;
   for (Playing& next : queue_) {
     const auto samples = static_cast<double>(next.block.Samples());
     const double played = std::min(passed, samples - next.played);
@@ -169,7 +174,7 @@ void SimulatedPlayer::Feed() {
     return;
   }
   if (loop_.Now() >= nextTimerEvent_) {
-    nextTimerEvent_ = loop_.Now() + 50ms;
+    nextTimerEvent_ = loop_.Now() + kTellsEvery;
     if (OnTimer) OnTimer(PlayedSamples(), Level, Level);
   }
 }

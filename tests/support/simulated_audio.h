@@ -75,6 +75,9 @@ class SimulatedPlayer : public playback::AudioPlayer {
 
   int Devices = 1;
   bool TakesFormat = true;
+  /// False: the device has been pulled out. What is queued waits for it, unheard, and nothing
+  /// starts.
+  bool Connected = true;
   int StatusAfterStart = 0;
   double Level = 70;
   std::vector<SampleArray> Queued;  ///< Every block ever queued.
@@ -106,6 +109,8 @@ class SimulatedPlayer : public playback::AudioPlayer {
 
   bool IsRunning() const { return running_; }
   int BlocksInFlight() const { return static_cast<int>(queue_.size()); }
+  /// What the player told at its last timer event is never more than this far behind the ear.
+  static constexpr base::Duration kTellsEvery = std::chrono::milliseconds{50};
   int Rate() const { return rate_; }
   int Channels() const { return channels_; }
 

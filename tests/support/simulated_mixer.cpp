@@ -24,14 +24,16 @@ const SimulatedSource& SimulatedMixer::Selected() const {
 }
 
 void SimulatedMixer::SetSourceVolume(int volume) {
-  Write(&SimulatedSource::volume, volume, "volume");
+  if (Selected().hasVolume) Write(&SimulatedSource::volume, volume, "volume");
 }
 
 void SimulatedMixer::SetSourceBalance(int balance) {
-  Write(&SimulatedSource::balance, balance, "balance");
+  if (Selected().hasBalance) Write(&SimulatedSource::balance, balance, "balance");
 }
 
-void SimulatedMixer::SetSourceMute(bool mute) { Write(&SimulatedSource::mute, mute, "mute"); }
+void SimulatedMixer::SetSourceMute(bool mute) {
+  if (Selected().hasMute) Write(&SimulatedSource::mute, mute, "mute");
+}
 
 template <typename T>
 void SimulatedMixer::Write(T SimulatedSource::*value, T to, const std::string& what) {
@@ -40,9 +42,10 @@ void SimulatedMixer::Write(T SimulatedSource::*value, T to, const std::string& w
   listed.*value = to;
   Writes.push_back(listed.name + ' ' + what + ' ' + std::to_string(to));
   // Told by the list and meant for the source itself, which may have gone meanwhile.
-  auto& now = Devices[static_cast<std::size_t>(device_)];
-  const auto source = std::ranges::find(now, listed.name, &SimulatedSource::name);
-  if (source != now.end()) (*source).*value = to;
+  for (auto& sources : Devices) {
+    const auto source = std::ranges::find(sources, listed.name, &SimulatedSource::name);
+    if (source != sources.end()) (*source).*value = to;
+  }
 }
 
 }  // namespace tavlo::test

@@ -23,7 +23,8 @@ struct SimulatedSource {
 /// it.
 class SimulatedMixer : public playback::SourceMixer {
  public:
-  /// The sources of each device; a device that is not here has those of the first.
+  /// The sources of each device; a device that is not here has those of the first. A source is
+  /// known by its name, on whichever device it stands.
   std::vector<std::vector<SimulatedSource>> Devices;
   /// Names of the sources that were written to, and what: "Output volume 100".
   std::vector<std::string> Writes;

@@ -159,6 +159,23 @@ TEST_F(MixerPageTest, ChosenDeviceIsRememberedSelectedAndShown) {
   EXPECT_EQ(Names(), Texts{"Headset"});
 }
 
+TEST_F(MixerPageTest, DocumentPlaysOnWhereItIsWhileTheMixerIsWorked) {
+  engine.InitializeNCTcontrol();
+  Play();
+  loop.Advance(base::Duration{2'000'000});
+  const double heard = engine.CurrentSamplePosition;
+  ASSERT_GT(heard, 0);
+  config.DeviceCombo.RowClick(1);
+  Drag(config.slVolume[0], 0);
+  Drag(config.slBalance[0], 100);
+  config.chMute[0].Click();
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_TRUE(player.IsRunning());
+  EXPECT_EQ(engine.CurrentSamplePosition, heard);
+  loop.Advance(base::Duration{1'000'000});
+  EXPECT_NEAR(engine.CurrentSamplePosition, heard + 8000, 500);
+}
+
 TEST_F(MixerPageTest, StoredDeviceStaysStoredWhileTheListIsFilled) {
   engine.InitializeNCTcontrol();
   config.txtMixerSelection.Value = "1";
