@@ -74,8 +74,10 @@ struct PedalProgram : testing::Test {
   Sound Storm() {
     const double from = recorder.Seconds();
     for (int press = 0; press < 167; ++press) {
-      EXPECT_TRUE(foot->Report({2, 0, 1, 0, 4, 0}));
-      std::this_thread::sleep_for(std::chrono::milliseconds(press % 40));
+      EXPECT_TRUE(foot->Report({1, 0, 4, 0, 2}));
+      // Long enough to be heard now and then, or over before anybody looked.
+      std::this_thread::sleep_for(press % 8 == 0 ? 120ms : 1ms * (press % 20));
+      EXPECT_TRUE(foot->Report({0}));
     }
     EXPECT_TRUE(foot->Report({4}));
     EXPECT_TRUE(Until([&] { return Winding() && foot->IsRead(); }, kBacklog));
