@@ -44,6 +44,8 @@ bool SoundsOnDisk::OpenFile(const std::string& path) {
 
 Desk::Desk(const Conditions& conditions) {
   ProvideShare();
+  mixer.Devices = {{{.name = "Output"}, {.name = "Tavlo Deck"}, {.name = "Microphone"}},
+                   {{.name = "Headset", .volume = 20'000}}};
   if (conditions.freshRoot) {
     disk.WithFolder("/home/typist");
     return;
@@ -71,6 +73,8 @@ void Desk::Start() {
   // Another process has a player of its own, which begins unshaped.
   player.EqualizerOn = false;
   player.Gains.clear();
+  player.Devices = soundDevices;
+  player.SelectDevice(0);
   deck_.emplace(shell::Platform{.loop = loop,
                                 .disk = disk,
                                 .databases = databases,

@@ -70,12 +70,18 @@ class Desk {
   test::SimulatedPlayer player{loop};
   test::SimulatedPromptControl promptControl;
   test::SimulatedMixer mixer;
+  /// The desktop's mixer has changed and has not told it yet.
+  bool mixerNewsDue = false;
+  /// Sound devices in the machine. A program finds those that are there when it starts.
+  int soundDevices = 2;
   test::SimulatedSerialPort serialPort;
   test::SimulatedUsbWatcher usbWatcher;
   bool anotherCopy = false;
   /// The user deleted all documents where no wave was to be found: the hourglass then stays until
   /// the pointer next becomes the arrow.
   bool nothingToDelete = false;
+  /// When a hand last let a slider of the main window go.
+  base::MonotonicTime sliderLetGo;
   std::optional<int> ended;
 
   static std::string Path(const std::string& below) { return kRoot + below; }

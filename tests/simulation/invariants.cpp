@@ -1,16 +1,23 @@
 #include "simulation/invariants.h"
 
+#include <algorithm>
+#include <array>
 #include <set>
 #include <vector>
 
 #include "simulation/control_rules.h"
+#include "simulation/mixer_rules.h"
 
 namespace tavlo::simulation {
 namespace {
 
+using base::operator""ms;
 using forms::MainForm;
 using playback::Wind;
 using shell::Rooms;
+
+/// Time from one feed of the player to the next.
+constexpr base::Duration kOneFeed = 10ms;
 
 bool InWork(Desk& desk) { return desk.Main().cmdSkip.Enabled; }
 
@@ -154,6 +161,34 @@ bool SoundIsShapedAsThePageSays(Desk& desk) {
   return true;
 }
 
+/// The position is brought up to date at each timer event of the player, and with it what a stop
+/// would keep. It stands still under a hand that holds a slider.
+bool PositionIsWhereTheEarIs(Desk& desk) {
+  const playback::AudioEngine& engine = desk.Rooms()->engine;
+  const base::Duration mostLate = desk.player.kTellsEvery + kOneFeed;
+  if (!engine.IsPlaying || engine.IsPaused || engine.SliderDragging) return true;
+  if (desk.loop.Now() - desk.sliderLetGo <= mostLate) return true;
+  const double heard = engine.PlayStartSample + static_cast<double>(desk.player.PlayedSamples());
+  const double fastest = desk.player.Rate() * std::max(engine.PlaySpeedPercent / 100.0, 1.0);
+  const double mostBehind = fastest * std::chrono::duration<double>(mostLate).count() + 1;
+  const double behind = heard - engine.CurrentSamplePosition;
+  // A start seeks to a whole sample.
+  return behind > -1 && behind <= mostBehind;
+}
+
+/// The pages are saved when their window closes.
+bool ClosedPagesAreStored(Desk& desk) {
+  const test::SimulatedDatabase& stored = *desk.Settings();
+  if (desk.Config().frmConfiguration.Visible || !stored.LastFailure().empty()) return true;
+  const auto agrees = [&](const window::Binding& binding) {
+    static constexpr std::array<std::string_view, 4> kOfTheSound{
+        "MixerSelection", "EqualizerChoice", "EqualizerEnableFlag", "CustomEq3"};
+    return std::ranges::find(kOfTheSound, binding.field) == kOfTheSound.end() ||
+           stored.Value(binding.field) == binding.Shown();
+  };
+  return std::ranges::all_of(desk.Rooms()->binding.Bindings(), agrees);
+}
+
 bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->refresh.tmrWorkWaitingAlert.Enabled(); }
 
 struct Invariant {
@@ -184,6 +219,10 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The pedals on the page are lit as they count.", &PedalsShowWhatCounts},
     Invariant{"The sound is shaped as the page of the equalizer says.",
               &SoundIsShapedAsThePageSays},
+    Invariant{"The position is where the ear is.", &PositionIsWhereTheEarIs},
+    Invariant{"The mixer page shows the sources as they are.", &MixerPageShowsTheSources},
+    Invariant{"The device that was chosen plays.", &ChosenDevicePlays},
+    Invariant{"What a closed page of the sound says is stored.", &ClosedPagesAreStored},
     Invariant{"The alert timer runs.", &AlertTimerRuns},
 };
 
@@ -221,7 +260,9 @@ std::string Described(Desk& desk) {
   add(rooms.mainWindow.CurrentView.c_str(), true);
   add("hourglass", main.frmMain.MousePointer == forms::Pointer::Hourglass);
   return text + "; at " + std::to_string(rooms.engine.CurrentSamplePosition) + " of " +
-         std::to_string(rooms.engine.FileLength);
+         std::to_string(rooms.engine.FileLength) + ", begun at " +
+         std::to_string(rooms.engine.PlayStartSample) + " and heard " +
+         std::to_string(desk.player.PlayedSamples());
 }
 
 }  // namespace tavlo::simulation

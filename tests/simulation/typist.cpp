@@ -25,8 +25,12 @@ Typist::Typist(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance 
       chance_(chance),
       trace_(trace),
       foot_(desk, conditions, chance.Child("foot"), trace),
+      mixerHand_(desk, chance.Child("mixer"), trace),
       hand_(desk.loop, "hand", 1000ms) {
   hand_.OnTick = [this] { Interrupt(); };
+  mixerHand_.OnMeanwhile = [this] {
+    if (OnMeanwhile) OnMeanwhile();
+  };
   desk_.loop.OnBox = [this](const base::MessageBox& box) { return AnswerBox(box); };
   desk_.loop.OnAnswered = [this](const base::MessageBox& box, base::Reply reply) {
     NoteConsent(box, reply);
@@ -47,6 +51,7 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"drag", 8, &Typist::DragSlider},
       {"work the pedals", 20, &Typist::WorkThePedals},
       {"shape the sound", 5, &Typist::ShapeTheSound},
+      {"work the mixer", 5, &Typist::WorkTheMixer},
       {"place the window", 4, &Typist::Place},
       {"calibrate", 1, &Typist::Calibrate},
       {"ask to close", 2, &Typist::AskToClose},
@@ -65,6 +70,7 @@ void Typist::Act() {
   if (actsUnderWay_ >= kMostActsUnderWay) return;
   ++actsUnderWay_;
   foot_.OthersAct();
+  mixerHand_.OthersAct();
   if (conditions_.handsInterrupt && chance_.OneIn(3)) {
     hand_.SetInterval(1ms + std::chrono::milliseconds{chance_.Below(1500)});
     hand_.Start();
@@ -208,6 +214,7 @@ void Typist::Drag(forms::Range& slider) {
     if (chance_.OneIn(3)) desk_.loop.Advance(std::chrono::milliseconds{chance_.Below(2000)});
   }
   slider.Release();
+  desk_.sliderLetGo = desk_.loop.Now();
 }
 
 void Typist::Place() {

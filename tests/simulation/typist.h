@@ -10,6 +10,7 @@
 #include "simulation/desk.h"
 #include "simulation/foot.h"
 #include "simulation/ledger.h"
+#include "simulation/mixer_hand.h"
 #include "simulation/trace.h"
 
 namespace tavlo::simulation {
@@ -46,6 +47,8 @@ class Typist {
   bool AgreedToExit() const { return agreedToExit_; }
   /// The empty text, or what goes on against the pedals.
   std::string DisobeyedPedal() { return foot_.Disobeyed(); }
+  /// The same against the hand on the mixer page.
+  std::string DisobeyedMixer() { return mixerHand_.Disobeyed(); }
   /// Whether boxes are answered at once and nothing happens meanwhile.
   void StayCalm(bool calm);
 
@@ -70,6 +73,7 @@ class Typist {
   void DragSlider();
   void WorkThePedals() { foot_.Act(); }
   void ShapeTheSound();
+  void WorkTheMixer();
   void Place();
   void Calibrate();
   void AskToClose();
@@ -100,6 +104,7 @@ class Typist {
   Chance chance_;
   Trace& trace_;
   Foot foot_;
+  MixerHand mixerHand_;
   /// Acts in the middle of a command that waits.
   base::Timer hand_;
   int actsUnderWay_ = 0;

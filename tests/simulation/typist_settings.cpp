@@ -3,6 +3,12 @@
 #include "simulation/typist.h"
 
 namespace tavlo::simulation {
+namespace {
+
+/// The place of "&Mixer" among the tabs.
+constexpr int kMixerTab = 2;
+
+}  // namespace
 
 void Typist::ClickChoice() {
   forms::ConfigurationForm& config = desk_.Config();
@@ -43,6 +49,20 @@ void Typist::ShapeTheSound() {
   for (int drags = chance_.Below(3); drags > 0; --drags) {
     Drag(config.sldEQ[static_cast<std::size_t>(chance_.Below(forms::kEqualizerBands))]);
   }
+}
+
+void Typist::WorkTheMixer() {
+  forms::ConfigurationForm& config = desk_.Config();
+  forms::MainForm& main = desk_.Main();
+  if (!config.frmConfiguration.Visible) {
+    Press(main.cmdEQ.Reachable() ? main.cmdEQ : main.mnuConfiguration);
+  }
+  ActivateWindows();
+  if (!config.frameConfigMixer.Visible || chance_.OneIn(6)) {
+    config.tabConfiguration.RowClick(kMixerTab);
+  }
+  for (int deeds = 1 + chance_.Below(4); deeds > 0; --deeds) mixerHand_.Act();
+  if (chance_.OneIn(3)) Press(config.mnuClose);
 }
 
 void Typist::TypeText() {

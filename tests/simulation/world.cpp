@@ -51,6 +51,12 @@ const std::vector<World::Event>& World::Events() {
       {"kill soon", 6, &Conditions::programIsKilled, &World::KillSoon},
       {"sound breaks", 8, &Conditions::soundFails, &World::BreakSound},
       {"sound is mended", 10, &Conditions::soundFails, &World::MendSound},
+      {"a source is turned", 4, &Conditions::othersMix, &World::TurnSource},
+      {"a source comes", 2, &Conditions::othersMix, &World::AddSource},
+      {"a source goes", 2, &Conditions::othersMix, &World::RemoveSource},
+      {"a device is plugged", 2, &Conditions::othersMix, &World::PlugDevice},
+      {"a device is pulled", 2, &Conditions::othersMix, &World::PullDevice},
+      {"the mixer tells", 4, &Conditions::othersMix, &World::TellMixer},
       {"settings are refused", 4, &Conditions::settingsFail, &World::RefuseSettings},
       {"settings are accepted", 6, &Conditions::settingsFail, &World::AcceptSettings},
   };
@@ -189,10 +195,13 @@ void World::InterfereWithNextCopy() {
 }
 
 void World::ChangeSourceOf(const std::string& copied) {
+  std::vector<std::string> sources = desk_.disk.FilesHolding(copied);
+  std::erase_if(sources, [](const std::string& path) {
+    return Ledger::IsHalfCopy(path.substr(path.rfind('/') + 1));
+  });
+  if (sources.empty()) return;
   const std::string after = NewContents();
-  for (const std::string& path : desk_.disk.FilesHolding(copied)) {
-    if (!Ledger::IsHalfCopy(path.substr(path.rfind('/') + 1))) desk_.disk.Write(path, after);
-  }
+  for (const std::string& path : sources) desk_.disk.Write(path, after);
   ledger_.Forget(copied);
   ledger_.Came(after);
 }
@@ -258,21 +267,6 @@ void World::BarFile() {
   desk_.file.Barred.insert(desk_.disk.Contents(path));
 }
 
-void World::BreakSound() {
-  const int kind = chance_.Below(4);
-  if (kind == 0) desk_.player.Devices = 0;
-  if (kind == 1) desk_.player.TakesFormat = false;
-  if (kind == 2) desk_.player.StatusAfterStart = -1;
-  if (kind == 3) desk_.file.InTrouble = true;
-}
-
-void World::MendSound() {
-  desk_.player.Devices = 1 + chance_.Below(3);
-  desk_.player.TakesFormat = true;
-  desk_.player.StatusAfterStart = 0;
-  desk_.file.InTrouble = false;
-}
-
 void World::RefuseSettings() {
   if (desk_.Settings()) desk_.Settings()->RefuseWrites("The disk is full.");
 }
@@ -286,6 +280,7 @@ void World::MendAll() {
   MendFolders();
   CloseWriters();
   MendSound();
+  TellMixer();
   AcceptSettings();
   desk_.disk.OnNextCopy = nullptr;
   desk_.anotherCopy = false;

@@ -61,6 +61,17 @@ class World {
   void BarFile();
   void BreakSound();
   void MendSound();
+  // Somebody works on the desktop's mixer.
+  void TurnSource();
+  void AddSource();
+  void RemoveSource();
+  void PlugDevice();
+  void PullDevice();
+  void TellMixer();
+  /// Some source of some device, or null.
+  test::SimulatedSource* SomeSource();
+  /// The mixer has changed, which it tells now or later.
+  void MixerChanged();
   void RefuseSettings();
   void AcceptSettings();
 
@@ -83,6 +94,7 @@ class World {
   Chance chance_;
   Trace& trace_;
   std::vector<Writer> writers_;
+  int sourcesSoFar_ = 0;
   bool diskFailing_ = false;
   bool struck_ = false;
 };

@@ -1,0 +1,103 @@
+#include <array>
+
+#include "simulation/world.h"
+
+namespace tavlo::simulation {
+namespace {
+
+constexpr std::array kVolumes{0, 1, 20'000, 65'534, 65'535};
+constexpr std::array kBalances{0, 50, 99, 100};
+constexpr int kMostDevices = 4;
+/// More than the page has strips for.
+constexpr std::size_t kMostSources = 11;
+
+}  // namespace
+
+void World::BreakSound() {
+  const int kind = chance_.Below(5);
+  if (kind == 0) desk_.soundDevices = 0;
+  if (kind == 1) desk_.player.TakesFormat = false;
+  if (kind == 2) desk_.player.StatusAfterStart = -1;
+  if (kind == 3) desk_.file.InTrouble = true;
+  if (kind == 4) desk_.player.Connected = false;
+}
+
+void World::MendSound() {
+  desk_.soundDevices = 1 + chance_.Below(3);
+  desk_.player.TakesFormat = true;
+  desk_.player.StatusAfterStart = 0;
+  desk_.player.Connected = true;
+  desk_.file.InTrouble = false;
+}
+
+test::SimulatedSource* World::SomeSource() {
+  if (desk_.mixer.Devices.empty()) return nullptr;
+  auto& sources = desk_.mixer.Devices[static_cast<std::size_t>(
+      chance_.Below(static_cast<int>(desk_.mixer.Devices.size())))];
+  if (sources.empty()) return nullptr;
+  return &sources[static_cast<std::size_t>(chance_.Below(static_cast<int>(sources.size())))];
+}
+
+void World::TurnSource() {
+  test::SimulatedSource* const source = SomeSource();
+  if (!source) return;
+  source->volume = chance_.Pick(kVolumes);
+  source->balance = chance_.Pick(kBalances);
+  source->mute = chance_.OneIn(2);
+  MixerChanged();
+}
+
+void World::AddSource() {
+  if (desk_.mixer.Devices.empty()) return;
+  auto& sources = desk_.mixer.Devices[static_cast<std::size_t>(
+      chance_.Below(static_cast<int>(desk_.mixer.Devices.size())))];
+  if (sources.size() >= kMostSources) return;
+  const auto place = sources.begin() + chance_.Below(static_cast<int>(sources.size()) + 1);
+  sources.insert(place, {.name = "Source " + std::to_string(++sourcesSoFar_),
+                         .volume = chance_.Pick(kVolumes),
+                         .balance = chance_.Pick(kBalances),
+                         .mute = chance_.OneIn(3),
+                         .hasVolume = !chance_.OneIn(5),
+                         .hasBalance = !chance_.OneIn(5),
+                         .hasMute = !chance_.OneIn(5),
+                         .advanced = chance_.Below(2) - 1});
+  MixerChanged();
+}
+
+void World::RemoveSource() {
+  const test::SimulatedSource* const gone = SomeSource();
+  if (!gone) return;
+  const std::string name = gone->name;
+  for (auto& sources : desk_.mixer.Devices) {
+    std::erase_if(sources, [&](const auto& source) { return source.name == name; });
+  }
+  MixerChanged();
+}
+
+void World::PlugDevice() {
+  if (desk_.mixer.Devices.size() >= kMostDevices) return;
+  desk_.mixer.Devices.push_back({{.name = "Output " + std::to_string(++sourcesSoFar_)}});
+  MixerChanged();
+}
+
+void World::PullDevice() {
+  if (chance_.OneIn(4)) {
+    // The sound server ends, and with it all that it showed.
+    desk_.mixer.Devices.clear();
+  } else if (!desk_.mixer.Devices.empty()) {
+    desk_.mixer.Devices.pop_back();
+  }
+  MixerChanged();
+}
+
+void World::MixerChanged() {
+  desk_.mixerNewsDue = true;
+  if (chance_.OneIn(2)) TellMixer();
+}
+
+void World::TellMixer() {
+  desk_.mixerNewsDue = false;
+  desk_.mixer.TellChange();
+}
+
+}  // namespace tavlo::simulation
