@@ -17,7 +17,7 @@ constexpr std::array kTroubles{
     Trouble{"settings", &Conditions::settingsFail},  Trouble{"folders", &Conditions::foldersVanish},
     Trouble{"others", &Conditions::othersInterfere}, Trouble{"hands", &Conditions::handsInterrupt},
     Trouble{"sleep", &Conditions::machineSleeps},    Trouble{"cables", &Conditions::cablesGo},
-    Trouble{"mixer", &Conditions::othersMix},
+    Trouble{"watcher", &Conditions::watcherFalters}, Trouble{"mixer", &Conditions::othersMix},
 };
 
 struct Setting {

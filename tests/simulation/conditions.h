@@ -23,6 +23,7 @@ struct Conditions {
   bool handsInterrupt = false;
   bool machineSleeps = false;
   bool cablesGo = false;
+  bool watcherFalters = false;
   bool othersMix = false;
 
   /// Folders below the root that lie on file systems of their own.

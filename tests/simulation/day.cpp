@@ -86,6 +86,8 @@ void Day::Restart() {
     if (lastTry) world_.MendAll();
     if (anotherHolds && !lastTry) desk_.databases.HoldByAnother(Desk::SettingsPath());
     desk_.anotherCopy = !lastTry && chance_.OneIn(20);
+    desk_.usbWatcher.CanStart = !conditions_.watcherFalters || !chance_.OneIn(5);
+    desk_.usbWatcher.CanStop = !conditions_.watcherFalters || !chance_.OneIn(5);
     trace_.Note("  the program starts");
     desk_.Start();
     if (anotherHolds) desk_.databases.LetGo(Desk::SettingsPath());

@@ -1,6 +1,8 @@
 #include "simulation/foot.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace tavlo::simulation {
 namespace {
@@ -11,6 +13,12 @@ using playback::Wind;
 constexpr int kLeft = 1;
 constexpr int kCenter = 2;
 constexpr int kRight = 4;
+constexpr int kUnknown = -1;
+constexpr int kReportSize = 3;
+/// What the program has room for in one read.
+constexpr int kMostBytes = 100;
+/// What no library may say and one may.
+constexpr std::array<std::int32_t, 7> kOddCounts{0, -1, 1, 101, 999, 0x7FFFFFFF, -0x7FFFFFFF};
 /// More than two looks at the pedals.
 constexpr base::Duration kUntilSeen = 120ms;
 
@@ -46,7 +54,7 @@ void Foot::Act() {
   static constexpr std::array kHabits{Habit{6, &Foot::PressUsb},   Habit{6, &Foot::ReleaseUsb},
                                       Habit{3, &Foot::TapUsb},     Habit{2, &Foot::BounceUsb},
                                       Habit{3, &Foot::PressTwice}, Habit{8, &Foot::MoveOnSerial},
-                                      Habit{2, &Foot::MoveCables}};
+                                      Habit{2, &Foot::MoveCables}, Habit{6, &Foot::WatcherFalters}};
   OthersAct();
   int all = 0;
   for (const Habit& habit : kHabits) all += habit.weight;
@@ -62,6 +70,7 @@ void Foot::Act() {
 void Foot::Rest() {
   OthersAct();
   desk_.usbWatcher.Pedal = pedals::UsbPresence::Ready;
+  desk_.usbWatcher.CanRead = true;
   desk_.serialPort.Existing = {1};
   Report(0);
   HoldLines(0);
@@ -127,6 +136,64 @@ void Foot::MoveCables() {
   }
 }
 
+void Foot::WatcherFalters() {
+  if (!conditions_.watcherFalters || !desk_.usbWatcher.Watching()) return;
+  if (chance_.OneIn(2)) {
+    desk_.usbWatcher.CanRead ? FailToBeRead() : BeReadAgain();
+  } else if (!desk_.usbWatcher.HasReports() && desk_.Rooms()) {
+    DeliverOddly();
+  }
+}
+
+void Foot::FailToBeRead() {
+  Note("can not be read");
+  const bool quiet = desk_.Rooms() && !LinesAreNews();
+  const pedals::Pedal before = quiet ? desk_.Rooms()->footPedal.PedalEvent : pedals::Pedal::None;
+  ownDeed_ = ++deeds_;
+  desk_.usbWatcher.CanRead = false;
+  LetUsbBeSeen(/*told=*/false);
+  if (!quiet || ownDeed_ != deeds_ || !desk_.AtWork()) return;
+  const pedals::Pedal now = desk_.Rooms()->footPedal.PedalEvent;
+  pressedByNobody_ = now != before && now != pedals::Pedal::None;
+}
+
+void Foot::BeReadAgain() {
+  Note("can be read again");
+  ownDeed_ = ++deeds_;
+  desk_.usbWatcher.CanRead = true;
+  // What came meanwhile is not lost.
+  const bool understood = !desk_.Rooms() || desk_.Rooms()->usbPedal.HIDReportSize != 2;
+  LetUsbBeSeen(desk_.usbWatcher.HasReports() && understood);
+}
+
+void Foot::DeliverOddly() {
+  const std::uint8_t size = desk_.Rooms()->usbPedal.HIDReportSize;
+  // A library whose first count misleads is misunderstood until the program ends.
+  if (size != kReportSize && !chance_.OneIn(20)) return;
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(chance_.Below(kMostBytes + 1)));
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += kReportSize) {
+    bytes[at] = chance_.OneIn(8) ? 1 : 0;
+    bytes[at + 1] = static_cast<std::uint8_t>(chance_.OneIn(2) ? 0 : chance_.Pick(kPresses));
+  }
+  const auto delivered = static_cast<std::int32_t>(bytes.size());
+  const std::int32_t told = chance_.OneIn(2) ? delivered : chance_.Pick(kOddCounts);
+  Note("delivers " + std::to_string(delivered) + " bytes as " + std::to_string(told));
+  ownDeed_ = ++deeds_;
+  desk_.usbWatcher.Deliver(bytes, told);
+  // Counted by thirds to the nearest whole, of what the program has room for.
+  const int reports = told > 0 ? (std::min(told, kMostBytes) + 1) / kReportSize : 0;
+  bytes.resize(kMostBytes + 1);
+  bool understood = false;
+  for (int report = 0; report < reports; ++report) {
+    const auto at = static_cast<std::size_t>(report * kReportSize);
+    if (bytes[at] != 0) continue;
+    usbDown_ = bytes[at + 1];
+    understood = true;
+  }
+  if (size != kReportSize) usbDown_ = kUnknown;
+  LetUsbBeSeen(understood && size == kReportSize);
+}
+
 bool Foot::Report(std::uint8_t bits) {
   if (desk_.usbWatcher.Pedal != pedals::UsbPresence::Ready || !desk_.usbWatcher.Watching()) {
     return false;
@@ -135,7 +202,8 @@ bool Foot::Report(std::uint8_t bits) {
   ownDeed_ = ++deeds_;
   usbDown_ = bits;
   desk_.usbWatcher.Report(bits);
-  return true;
+  // By a program that takes it for reports of two bytes it is misread.
+  return !desk_.Rooms() || desk_.Rooms()->usbPedal.HIDReportSize != 2;
 }
 
 void Foot::HoldLines(int lines) {
@@ -178,6 +246,7 @@ bool Foot::LinesAreNews() const {
 }
 
 std::string Foot::Disobeyed() {
+  if (std::exchange(pressedByNobody_, false)) return "A read that failed has pressed a pedal.";
   if (expects_ == Expects::Nothing || !desk_.AtWork()) return "";
   const shell::Rooms& rooms = *desk_.Rooms();
   const bool plays = rooms.engine.IsPlaying;

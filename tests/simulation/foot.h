@@ -38,6 +38,10 @@ class Foot {
   void ReleaseUsb();
   void MoveOnSerial();
   void MoveCables();
+  void WatcherFalters();
+  void FailToBeRead();
+  void BeReadAgain();
+  void DeliverOddly();
 
   /// False when there is no pedal that could, or nobody who would hear of it.
   bool Report(std::uint8_t bits);
@@ -57,9 +61,10 @@ class Foot {
   const Conditions& conditions_;
   Chance chance_;
   Trace& trace_;
-  int usbDown_ = 0;    ///< Bits of the last report.
+  int usbDown_ = 0;    ///< Bits of the last report, or kUnknown.
   int linesDown_ = 0;  ///< The same bits for the serial lines.
   Expects expects_ = Expects::Nothing;
+  bool pressedByNobody_ = false;
   /// Grows with everything that anybody does, so that one deed inside another is noticed.
   int deeds_ = 0;
   int ownDeed_ = 0;  ///< The figure after the foot's last one.

@@ -189,6 +189,11 @@ bool ClosedPagesAreStored(Desk& desk) {
   return std::ranges::all_of(desk.Rooms()->binding.Bindings(), agrees);
 }
 
+bool UsbPedalIsReadWhileWatched(Desk& desk) {
+  const pedals::UsbPedal& usb = desk.Rooms()->usbPedal;
+  return !usb.InReadHIDBuffer && usb.TmrHIDRead.Enabled() == (usb.MyMonitor != 0);
+}
+
 bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->refresh.tmrWorkWaitingAlert.Enabled(); }
 
 struct Invariant {
@@ -223,6 +228,7 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The mixer page shows the sources as they are.", &MixerPageShowsTheSources},
     Invariant{"The device that was chosen plays.", &ChosenDevicePlays},
     Invariant{"What a closed page of the sound says is stored.", &ClosedPagesAreStored},
+    Invariant{"A watched USB pedal is read.", &UsbPedalIsReadWhileWatched},
     Invariant{"The alert timer runs.", &AlertTimerRuns},
 };
 
