@@ -29,7 +29,10 @@ std::string Running(const forms::MainForm& form) {
     case forms::Winding::No:
       break;
   }
-  return InWork(form) ? "Playing" : "Previewing";
+  if (InWork(form)) return "Playing";
+  // Nobody may have chosen it: after Complete the next one comes by itself.
+  const std::string document = Document(form);
+  return document.empty() ? "Previewing" : "Previewing: " + document;
 }
 
 std::string Standing(const forms::MainForm& form) {

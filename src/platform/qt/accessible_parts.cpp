@@ -12,6 +12,7 @@
 #include "platform/qt/state_speaker.h"
 #include "platform/qt/status_strip.h"
 #include "platform/qt/texts.h"
+#include "platform/qt/top_window.h"
 
 namespace tavlo::platform::qt {
 namespace {
@@ -107,11 +108,23 @@ QAccessibleInterface* PartFor(const QString&, QObject* object) {
   if (auto* const strip = dynamic_cast<StatusStrip*>(object)) {
     return new QAccessibleWidget(strip, QAccessible::StatusBar);
   }
+  if (auto* const window = dynamic_cast<TopWindow*>(object)) {
+    const bool dialog = window->windowType() == Qt::Dialog;
+    return new QAccessibleWidget(window, dialog ? QAccessible::Dialog : QAccessible::Window);
+  }
   return nullptr;
 }
 
 }  // namespace
 
 void InstallAccessibleParts() { QAccessible::installFactory(PartFor); }
+
+void SetHeardName(QWidget& widget, const QString& name) {
+  if (widget.accessibleName() != name) widget.setAccessibleName(name);
+}
+
+void SetHeardDescription(QWidget& widget, const QString& description) {
+  if (widget.accessibleDescription() != description) widget.setAccessibleDescription(description);
+}
 
 }  // namespace tavlo::platform::qt

@@ -13,6 +13,7 @@
 #include "forms/accessible_name.h"
 #include "platform/qt/accessible_parts.h"
 #include "platform/qt/deck_slider.h"
+#include "platform/qt/focus_keeper.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/texts.h"
 
@@ -27,11 +28,9 @@ void SetCaption(QAbstractButton& button, const std::string& caption) {
   if (button.text() != text) button.setText(text);
 }
 
-/// Setting an equal name would have a screen reader say it again.
 template <typename ControlType>
-void SetHeardName(QWidget& widget, const ControlType& control) {
-  const QString name = ToOneLine(AccessibleName(control));
-  if (widget.accessibleName() != name) widget.setAccessibleName(name);
+void NameAs(QWidget& widget, const ControlType& control) {
+  SetHeardName(widget, ToOneLine(AccessibleName(control)));
 }
 
 }  // namespace
@@ -52,6 +51,7 @@ void Binder::Bind(const forms::Control& control, QWidget& widget, std::function<
     const QString tooltip = ToQt(control.Tooltip.Get());
     if (widget.toolTip() != tooltip) widget.setToolTip(tooltip);
     if (show) show();
+    if (!control.Enabled || !control.Visible) FocusKeeper::TakeFrom(widget);
     widget.setEnabled(control.Enabled);
     if (widget.isHidden() == control.Visible) widget.setVisible(control.Visible);
   });
@@ -92,7 +92,7 @@ void Binder::Edit(forms::Text& text, QLineEdit& box) {
     ByHand(text, [&] { text.Change(FromQt(typed)); });
   });
   Bind(text, box, [&text, &box] {
-    SetHeardName(box, text);
+    NameAs(box, text);
     const QString value = ToQt(text.Value.Get());
     // Setting an equal text would move the typist's cursor.
     if (box.text() == value) return;
@@ -107,7 +107,7 @@ void Binder::Press(forms::Command& command, QAbstractButton& key) {
                    [this, &command] { ByHand(command, [&] { command.Press(By::Hand); }); });
   Bind(command, key, [&command, &key] {
     SetCaption(key, command.Caption);
-    SetHeardName(key, command);
+    NameAs(key, command);
   });
 }
 
@@ -132,7 +132,7 @@ void Binder::Tick(forms::Choice& choice, QAbstractButton& box) {
                    [this, &choice] { ByHand(choice, [&] { choice.Click(); }); });
   Bind(choice, box, [&choice, &box] {
     SetCaption(box, choice.Caption);
-    SetHeardName(box, choice);
+    NameAs(box, choice);
     box.setChecked(choice.Value);
   });
 }
@@ -144,7 +144,7 @@ void Binder::Slide(forms::Range& range, DeckSlider& slider) {
   slider.OnRelease = [this, &range] { ByHand(range, [&] { range.Release(); }); };
   slider.OnStep = [this, &range](int value) { ByHand(range, [&] { range.Step(value); }); };
   Bind(range, slider, [&range, &slider] {
-    SetHeardName(slider, range);
+    NameAs(slider, range);
     // Under the hand the slider stands where the hand holds it.
     if (!slider.isSliderDown()) slider.setValue(range.Value);
   });
@@ -153,7 +153,7 @@ void Binder::Slide(forms::Range& range, DeckSlider& slider) {
 void Binder::Progress(forms::Range& range, QProgressBar& bar) {
   bar.setRange(range.Bounds.minimum, range.Bounds.maximum);
   Bind(range, bar, [&range, &bar] {
-    SetHeardName(bar, range);
+    NameAs(bar, range);
     bar.setValue(range.Value);
   });
 }
@@ -162,7 +162,7 @@ void Binder::Pick(forms::Table& table, QComboBox& box) {
   QObject::connect(&box, &QComboBox::activated, &box,
                    [this, &table](int row) { ByHand(table, [&] { table.RowClick(row); }); });
   Bind(table, box, [&table, &box, shownRows = std::make_shared<unsigned>(0)] {
-    SetHeardName(box, table);
+    NameAs(box, table);
     if (*shownRows != table.RowsVersion()) {
       *shownRows = table.RowsVersion();
       box.clear();
@@ -177,8 +177,7 @@ void Binder::Pick(forms::Table& table, QComboBox& box) {
 void Binder::Frame(forms::Pane& pane, QWidget& frame, QLabel* caption) {
   if (caption) caption->setTextFormat(Qt::PlainText);
   Bind(pane, frame, [&pane, &frame, caption] {
-    const QString name = WithoutMnemonic(pane.Caption.Get());
-    if (frame.accessibleName() != name) frame.setAccessibleName(name);
+    SetHeardName(frame, WithoutMnemonic(pane.Caption.Get()));
     if (caption) caption->setText(ToOneLine(pane.Caption.Get()));
   });
 }

@@ -58,6 +58,7 @@ void DeckWindow::AddMenus(Binder& binder) {
   const auto add = [&](forms::Pane& pane, std::initializer_list<forms::Command*> entries) {
     QMenu* const menu = menus_->addMenu(ToQt(pane.Caption.Get()));
     menu->setObjectName(ToQt(pane.Name));
+    menu->setAccessibleName(WithoutMnemonic(pane.Caption.Get()));
     bool first = true;
     for (forms::Command* const entry : entries) {
       if (!first) menu->addSeparator();

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "platform/qt/accessible_parts.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/card.h"
 #include "platform/qt/colours.h"
@@ -101,7 +102,7 @@ void EqualizerPage::AddCurve(QBoxLayout& row, forms::PresetCommand& command) {
                                                "font-weight: bold; }")
                                     .arg(QColor::fromRgb(*colour).name())
                               : QString());
-    key->setAccessibleDescription(colour ? QStringLiteral("Chosen") : QString());
+    SetHeardDescription(*key, colour ? QStringLiteral("Chosen") : QString());
   });
 }
 

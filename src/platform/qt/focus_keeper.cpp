@@ -21,6 +21,15 @@ FocusKeeper::FocusKeeper(QWidget* window) : QWidget(window) {
   });
 }
 
+void FocusKeeper::TakeFrom(const QWidget& widget) {
+  const QWidget* const window = widget.window();
+  const QWidget* const holder = window->focusWidget();
+  if (!holder || (holder != &widget && !widget.isAncestorOf(holder))) return;
+  for (QObject* const child : window->children()) {
+    if (auto* const keeper = dynamic_cast<FocusKeeper*>(child)) keeper->setFocus();
+  }
+}
+
 bool FocusKeeper::focusNextPrevChild(bool next) {
   if (!giver_) return QWidget::focusNextPrevChild(next);
   QWidget* to = next ? giver_->nextInFocusChain() : giver_.data();

@@ -12,6 +12,11 @@ class FocusKeeper : public QWidget {
   /// Takes the keyboard at once: nothing holds it until somebody takes it.
   explicit FocusKeeper(QWidget* window);
 
+  /// Has the keeper of its window take the keyboard from a widget, or from what stands on it. To be
+  /// called before it is disabled or hidden: the toolkit would hand the keyboard to the next in
+  /// line, and from there on, and a screen reader would name each of them.
+  static void TakeFrom(const QWidget& widget);
+
  protected:
   bool focusNextPrevChild(bool next) override;
 

@@ -9,6 +9,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "platform/qt/accessible_parts.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/texts.h"
 
@@ -83,7 +84,8 @@ void PedalFrame::AddPedals(QBoxLayout& lines) {
     auto* const picture = new PedalPicture(shape, this);
     pedals->addWidget(picture, 0, place);
     binder_.Bind(shape, *picture, [&shape = shape, picture] {
-      picture->setAccessibleName(ToQt(shape.Tooltip.Get()));
+      SetHeardName(*picture, ToQt(shape.Tooltip.Get()));
+      SetHeardDescription(*picture, shape.FillColour == forms::PedalShape::kDown ? "Down" : "Up");
       picture->update();
     });
     auto* const function = new QLabel(this);

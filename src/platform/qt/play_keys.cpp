@@ -2,8 +2,10 @@
 
 #include <QHBoxLayout>
 
+#include "platform/qt/accessible_parts.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/deck_key.h"
+#include "platform/qt/focus_keeper.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
 
@@ -58,6 +60,8 @@ void PlayKeys::Show() {
   const bool previews = runs && !form_.cmdStop.Visible;
   const bool both = previews && form_.cmdPlay.Enabled;
   const int width = both ? (kPlace.width() - kGap) / 2 : kPlace.width();
+  if (runs && !both) FocusKeeper::TakeFrom(*play_);
+  if (!runs) FocusKeeper::TakeFrom(*stop_);
   ShowCommand(*play_, form_.cmdPlay);
   ShowCommand(*stop_, StopCommand());
   play_->setFixedWidth(width);
@@ -70,7 +74,7 @@ void PlayKeys::ShowCommand(DeckKey& key, const forms::Command& command) {
   key.setObjectName(ToQt(command.Name));
   key.setText(ToQt(command.Caption.Get()));
   key.setToolTip(ToQt(command.Tooltip.Get()));
-  key.setAccessibleName(WithoutMnemonic(command.Caption.Get()));
+  SetHeardName(key, WithoutMnemonic(command.Caption.Get()));
   key.setEnabled(command.Enabled && command.Visible);
 }
 

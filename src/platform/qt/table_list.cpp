@@ -15,6 +15,7 @@
 #include <numeric>
 
 #include "forms/accessible_name.h"
+#include "platform/qt/accessible_parts.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/colours.h"
 #include "platform/qt/column_widths.h"
@@ -158,7 +159,7 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
 void TableList::Show() {
   const bool fresh = model_->Refresh();
   const bool empty = model_->rowCount() == 0;
-  setAccessibleDescription(empty ? ToQt(table_.WhenEmpty.Get()).replace(u'\n', ". ") : QString());
+  SetHeardDescription(*this, empty ? ToQt(table_.WhenEmpty.Get()).replace(u'\n', ". ") : QString());
   if (empty) viewport()->update();
   if (fresh) ShowColumns();
   if (fresh || shownIndex_ != table_.ListIndex || currentIndex().row() != table_.ListIndex) {

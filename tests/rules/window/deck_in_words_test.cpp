@@ -34,10 +34,10 @@ TEST_F(DeckInWordsTest, NothingIsSelectedAtTheStart) {
   EXPECT_EQ(Words(), "No dictation selected");
 }
 
-TEST_F(DeckInWordsTest, ASelectedDocumentIsPreviewedAndThenNamed) {
+TEST_F(DeckInWordsTest, ASelectedDocumentIsNamedWhileItIsPreviewedAndAfterwards) {
   Begin("5");
   ClickRow(0);
-  EXPECT_EQ(Words(), "Previewing");
+  EXPECT_EQ(Words(), "Previewing: Brown, " + form.StatusBar1.Panels.Get()[5]);
   form.cmdImportCompleteSnipetStop.Press(By::Hand);
   EXPECT_EQ(Words(), "Selected: Brown, " + form.StatusBar1.Panels.Get()[5]);
 }
