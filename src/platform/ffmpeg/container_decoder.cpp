@@ -206,10 +206,12 @@ class ContainerDecoder final : public Decoder {
     std::int64_t sum = 0;
     std::int64_t last = AV_NOPTS_VALUE;
     while (input_->ReadPacket(stream_, *packet_)) {
-      sum += std::max(packet_->duration, {});
-      if (packet_->pts != AV_NOPTS_VALUE) last = packet_->pts + std::max(packet_->duration, {});
+      // A file may name any moment, so the sums stop where the numbers end.
+      const std::int64_t duration = std::max(packet_->duration, {});
+      sum = av_sat_add64(sum, duration);
+      if (packet_->pts != AV_NOPTS_VALUE) last = av_sat_add64(packet_->pts, duration);
     }
-    return SamplesAt(last == AV_NOPTS_VALUE ? sum : last - Start());
+    return SamplesAt(last == AV_NOPTS_VALUE ? sum : av_sat_sub64(last, Start()));
   }
 
   std::int64_t Start() const { return firstMoment_ == AV_NOPTS_VALUE ? 0 : firstMoment_; }
@@ -220,7 +222,7 @@ class ContainerDecoder final : public Decoder {
 
   /// Where a frame of that moment begins.
   std::int64_t PositionOf(std::int64_t moment) {
-    const std::int64_t position = SamplesAt(moment - Start());
+    const std::int64_t position = SamplesAt(av_sat_sub64(moment, Start()));
     if (!HasEvenFrames(*Stream().codecpar)) return position;
     return (position + frameSamples_ / 2) / frameSamples_ * frameSamples_;
   }
@@ -231,7 +233,7 @@ class ContainerDecoder final : public Decoder {
     if (target <= 0 || stream_ < 0)
       return Restart() ? std::optional<std::int64_t>(0) : std::nullopt;
     const std::int64_t moment =
-        Start() + av_rescale_q(target, {1, samplesPerSecond_}, Stream().time_base);
+        av_sat_add64(Start(), av_rescale_q(target, {1, samplesPerSecond_}, Stream().time_base));
     waiting_.clear();
     if (!StartCodec() || !input_->SeekTo(stream_, moment)) return std::nullopt;
     for (int i = 0; i < kMostFramesWithoutPlace; ++i) {
