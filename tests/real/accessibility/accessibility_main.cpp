@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "accessibility/listening_desk.h"
 #include "support/desktop.h"
-#include "support/sound_server.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ int RunUnderABus(char** argv) {
 
 }  // namespace
 
-/// Runs tests on a desktop of their own that a screen reader can listen to, without sound.
+/// Runs tests on a desktop of their own that a screen reader can listen to.
 int main(int argc, char** argv) {
   std::vector<char*> words(argv, argv + argc + 1);
   testing::InitGoogleTest(&argc, argv);
@@ -40,6 +40,5 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "%s\n", desktop.Fault().c_str());
     return 1;
   }
-  tavlo::test::SoundServer::HideServers();
-  return RUN_ALL_TESTS();
+  return tavlo::test::ListeningDesk::RunAllTests();
 }

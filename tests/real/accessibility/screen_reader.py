@@ -53,22 +53,23 @@ def program():
     return None
 
 
-def shows(node):
-    states = node.get_state_set()
+def shows(states):
     return states.contains(Atspi.StateType.SHOWING) and states.contains(Atspi.StateType.VISIBLE)
 
 
 def walk(node, depth=0):
+    """Every node that shows, with its depth and its states, each asked for once."""
     if node is None:
         return
-    yield node, depth
+    states = node.get_state_set()
+    if depth > 0 and not shows(states):
+        return
+    yield node, depth, states
     # Cells are read by the table command; ten thousand of them are no part of the tree.
     if node.get_role() == Atspi.Role.TABLE:
         return
     for index in range(node.get_child_count()):
-        child = node.get_child_at_index(index)
-        if child is not None and (depth == 0 or shows(child)):
-            yield from walk(child, depth + 1)
+        yield from walk(node.get_child_at_index(index), depth + 1)
 
 
 def plain(text):
@@ -83,19 +84,19 @@ def value_of(node):
         value.get_current_value(), value.get_minimum_value(), value.get_maximum_value()))
 
 
-def describe(node, depth):
-    states = [state for state in ("FOCUSABLE", "FOCUSED", "ENABLED", "CHECKED", "SELECTED")
-              if node.get_state_set().contains(getattr(Atspi.StateType, state))]
+def describe(node, depth, states):
+    names = [state for state in ("FOCUSABLE", "FOCUSED", "ENABLED", "CHECKED", "SELECTED", "ACTIVE",
+                                 "IS_DEFAULT") if states.contains(getattr(Atspi.StateType, state))]
     return "|".join((str(depth), node.get_role_name(), plain(node.get_name()),
-                     plain(node.get_description()), " ".join(states), *value_of(node)))
+                     plain(node.get_description()), " ".join(names), *value_of(node)))
 
 
 def tree():
-    return [describe(node, depth) for node, depth in walk(program())]
+    return [describe(*met) for met in walk(program())]
 
 
 def find(name, wanted):
-    for node, _ in walk(program()):
+    for node, _, _ in walk(program()):
         if node.get_name() == name and wanted(node):
             return node
     return None

@@ -55,6 +55,16 @@ void Hands::Keys(std::initializer_list<std::uint32_t> symbols) {
   Flush();
 }
 
+void Hands::Hold(std::uint32_t symbol) {
+  Fake(XCB_KEY_PRESS, KeyCode(symbol));
+  Flush();
+}
+
+void Hands::LetGo(std::uint32_t symbol) {
+  Fake(XCB_KEY_RELEASE, KeyCode(symbol));
+  Flush();
+}
+
 std::uint8_t Hands::KeyCode(std::uint32_t symbol) const {
   const xcb_setup_t* const setup = xcb_get_setup(connection_);
   const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);

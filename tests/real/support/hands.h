@@ -25,6 +25,9 @@ class Hands {
   void ClickAt(int x, int y);
   /// Presses the keys together (X key symbols, modifiers first) and lets them go.
   void Keys(std::initializer_list<std::uint32_t> symbols);
+  /// One key, for who must see each go down before the next.
+  void Hold(std::uint32_t symbol);
+  void LetGo(std::uint32_t symbol);
 
   /// The connection to the display, for who looks at it as well.
   xcb_connection_t* Connection() const { return connection_; }

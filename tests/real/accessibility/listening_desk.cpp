@@ -1,0 +1,252 @@
+#include "accessibility/listening_desk.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QWidget>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <set>
+
+#include "support/hands.h"
+#include "support/home.h"
+#include "support/screen.h"
+#include "support/sound_files.h"
+#include "support/sound_server.h"
+
+namespace tavlo::test {
+namespace {
+
+using namespace std::chrono_literals;
+namespace column = forms::document_column;
+
+constexpr int kRate = 8000;
+constexpr int kMostTabs = 60;
+
+/// The number of a port that no machine has.
+constexpr const char* kNoPort = "700";
+
+void LayOut(const Home& home) {
+  home.MakeRoot({{"AutoPreview", "0"},
+                 {"AutoQueueDocumentFlag", "N"},
+                 {"AudioPromptsFlag", "N"},
+                 {"SerialFootPedalComPort", kNoPort}});
+  home.AddToQueue(DocumentName("Brown", 1), WaveBytes(Chirp(40 * kRate, kRate)));
+  home.AddToQueue(DocumentName("Okafor", 2), WaveBytes(Chirp(kRate, kRate)));
+  home.AddToQueue(DocumentName("Wreck", 3), "no sound at all");
+  std::filesystem::create_directories(home.CompletedPath());
+  WriteFile(home.CompletedPath() + "/" + DocumentName("Done", 4), WaveBytes(Chirp(kRate, kRate)));
+}
+
+/// Counts what keys do in the program's windows. While somebody listens the toolkit tells the
+/// screen reader of each key first and delivers it a second time when that has answered: an Alt
+/// that comes back after its menu has opened would close it again.
+class KeyWatch : public QObject {
+ public:
+  /// Waits until the program has what the hands did.
+  void Follow(const std::function<void()>& hands) {
+    const int before = seen_;
+    hands();
+    Until([&] { return seen_ >= before + 2; }, 1s);
+  }
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override {
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (key && object->isWindowType()) ++seen_;
+    return false;
+  }
+
+ private:
+  std::atomic<int> seen_ = 0;
+};
+
+/// Starts the program, and listens to its splash.
+bool Begin(DrivenProgram& program, ScreenReader& reader) {
+  if (!program.Until([&] { return program.Windows().splash.frmInitSplash.Visible.Get(); })) {
+    return false;
+  }
+  Until([&] {
+    ListeningDesk::splash = reader.Tree();
+    return ListeningDesk::splash.size() > 4;
+  });
+  return program.Begin();
+}
+
+/// Every enabled control of the active window that the keyboard is meant for.
+std::set<std::string> Reachable(DrivenProgram& program) {
+  return program.Ask([] {
+    std::set<std::string> names;
+    for (const QWidget* const widget : QApplication::activeWindow()->findChildren<QWidget*>()) {
+      const bool meant = (widget->focusPolicy() & Qt::TabFocus) != 0;
+      if (meant && widget->isVisible() && widget->isEnabled() && !widget->objectName().isEmpty() &&
+          !widget->objectName().startsWith("qt_")) {
+        names.insert(widget->objectName().toStdString());
+      }
+    }
+    return names;
+  });
+}
+
+}  // namespace
+
+int ListeningDesk::RunAllTests() {
+  SoundServer server;
+  if (!server.Start()) {
+    std::fprintf(stderr, "no sound server\n");
+    return 1;
+  }
+  const Home home;
+  LayOut(home);
+  DrivenProgram driven(home);
+  ScreenReader listening;
+  program = &driven;
+  reader = &listening;
+  int failed = 1;
+  const int status = driven.Run([&] {
+    if (!Begin(driven, listening)) return;
+    failed = RUN_ALL_TESTS();
+    driven.Exit();
+  });
+  const bool failedAround = testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed();
+  return failed != 0 || status != 0 || failedAround ? 1 : 0;
+}
+
+void ListeningDesk::Keys(std::initializer_list<std::uint32_t> symbols) {
+  if (symbols.size() == 1) {
+    program->Keys(symbols);
+    return;
+  }
+  Hands hands;
+  std::unique_ptr<KeyWatch> watch;
+  program->Do([&] {
+    watch = std::make_unique<KeyWatch>();
+    qApp->installEventFilter(watch.get());
+  });
+  const std::uint32_t last = *std::rbegin(symbols);
+  for (const std::uint32_t symbol : symbols) {
+    if (symbol != last) watch->Follow([&] { hands.Hold(symbol); });
+  }
+  hands.Hold(last);
+  for (auto symbol = std::rbegin(symbols); symbol != std::rend(symbols); ++symbol) {
+    hands.LetGo(*symbol);
+  }
+  program->Do([&] { watch.reset(); });
+}
+
+void ListeningDesk::SetUp() {
+  ASSERT_TRUE(Until([] { return program->IsReady(); })) << program->Box();
+  reader->Heard();
+}
+
+void ListeningDesk::TearDown() {
+  if (!HasFailure()) {
+    EXPECT_TRUE(program->IsReady()) << "the test leaves the deck at work; box: " << program->Box();
+    return;
+  }
+  // A test that broke off shall not break those that follow.
+  for (int key = 0; key < 2; ++key) Keys({kEscape});
+  program->Do([] {
+    Configuration().frmConfiguration.CloseRequest();
+    if (Main().cmdSkip.Enabled) Main().cmdSkip.Press();
+    Main().mnuViewQueue.Press();
+  });
+}
+
+bool ListeningDesk::Told(const std::string& words) {
+  return Heard("state-changed:showing|notification|" + words);
+}
+
+bool ListeningDesk::Heard(const std::string& event) {
+  return Until(
+      [&] {
+        const std::vector<std::string> heard = reader->Heard();
+        return std::find(heard.begin(), heard.end(), event) != heard.end();
+      },
+      10s);
+}
+
+bool ListeningDesk::Meets(const std::string& role, const std::string& name) {
+  return Until([&] { return reader->Find(role, name).role == role; }, 5s);
+}
+
+std::string ListeningDesk::Focus() {
+  return program->Ask([]() -> std::string {
+    const QWidget* const widget = QApplication::focusWidget();
+    return widget ? widget->objectName().toStdString() : "";
+  });
+}
+
+std::string ListeningDesk::Tab(std::initializer_list<std::uint32_t> keys) {
+  const std::string before = Focus();
+  Keys(keys);
+  EXPECT_TRUE(Until([&] { return Focus() != before; }, 3s)) << "Tab stays on " << before;
+  return Focus();
+}
+
+bool ListeningDesk::TabTo(const std::string& control) {
+  for (int press = 0; press < kMostTabs; ++press) {
+    if (Tab() == control) return true;
+  }
+  return false;
+}
+
+void ListeningDesk::ExpectTabReachesEverything() {
+  std::set<std::string> left = Reachable(*program);
+  EXPECT_GT(left.size(), 2u);
+  for (int press = 0; press < kMostTabs && !left.empty(); ++press) left.erase(Tab());
+  for (const std::string& name : left) ADD_FAILURE() << "Tab does not reach " << name;
+}
+
+bool ListeningDesk::Active(const char* window) {
+  return program->Until([&] {
+    const QWidget* const active = QApplication::activeWindow();
+    return active && active->objectName() == window;
+  });
+}
+
+void ListeningDesk::OpenConfiguration() {
+  Keys({kAlt, 'f'});
+  ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
+  Keys({'c'});
+  ASSERT_TRUE(Active("frmConfiguration"));
+  Keys({kAlt, 's'});
+  EXPECT_TRUE(program->Until([] { return Configuration().frameSettings.Visible.Get(); }));
+}
+
+void ListeningDesk::CloseConfiguration() {
+  Keys({kEscape});
+  EXPECT_TRUE(Active("frmMain"));
+}
+
+void ListeningDesk::Select(const std::string& author) {
+  const int row = program->Ask([&] {
+    const forms::Table& list = Main().listViewInQueue;
+    int found = static_cast<int>(list.Rows().size()) - 1;
+    while (found >= 0 && list.TextAt(found, column::Author) != author) --found;
+    return found;
+  });
+  ASSERT_GE(row, 0) << author;
+  ASSERT_TRUE(Focus() == "listViewInQueue" || TabTo("listViewInQueue"));
+  const int from = program->Ask([] { return Main().listViewInQueue.ListIndex.Get(); });
+  for (int at = from; at < row; ++at) Keys({kDown});
+  for (int at = from; at > row; --at) Keys({kUp});
+  if (from == row) Keys({' '});
+  EXPECT_TRUE(program->Until([&] { return Main().StatusBar1.Panels.Get()[2] == author; }));
+}
+
+void ListeningDesk::Play() {
+  ASSERT_TRUE(program->Until([] { return Main().cmdPlay.Enabled.Get(); }));
+  Keys({kAlt, 'p'});
+  ASSERT_TRUE(Told("Playing"));
+}
+
+void ListeningDesk::SkipDocument() {
+  Keys({kAlt, 'k'});
+  EXPECT_TRUE(Told("No dictation selected"));
+  EXPECT_TRUE(Until([] { return program->IsReady(); }));
+}
+
+}  // namespace tavlo::test

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "accessibility/screen_reader.h"
+#include "support/driven_program.h"
+
+namespace tavlo::test {
+
+// Key symbols of the display's keyboard.
+constexpr std::uint32_t kTab = 0xFF09;
+constexpr std::uint32_t kReturn = 0xFF0D;
+constexpr std::uint32_t kEscape = 0xFF1B;
+constexpr std::uint32_t kLeft = 0xFF51;
+constexpr std::uint32_t kUp = 0xFF52;
+constexpr std::uint32_t kRight = 0xFF53;
+constexpr std::uint32_t kDown = 0xFF54;
+constexpr std::uint32_t kPageUp = 0xFF55;
+constexpr std::uint32_t kEnd = 0xFF57;
+constexpr std::uint32_t kMenu = 0xFF67;
+constexpr std::uint32_t kShift = 0xFFE1;
+constexpr std::uint32_t kAlt = 0xFFE9;
+
+/// The real program with dictations in its Queue and a screen reader that listens to it. Both are
+/// started once for all tests: each finds the deck at rest with the Queue on show, and leaves it
+/// so.
+class ListeningDesk : public testing::Test {
+ public:
+  /// Runs all tests; to be called once, in place of the usual macro.
+  static int RunAllTests();
+
+  static inline DrivenProgram* program = nullptr;
+  static inline ScreenReader* reader = nullptr;
+  /// What the screen reader met while the program started.
+  static inline std::vector<HeardNode> splash;
+
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  static forms::MainForm& Main() { return program->Main(); }
+  static forms::ConfigurationForm& Configuration() { return program->Windows().configuration; }
+  /// Presses the keys together, the last once the program has taken the others.
+  static void Keys(std::initializer_list<std::uint32_t> symbols);
+
+  /// Whether a screen reader is told these words of the deck's state; what was told before them is
+  /// forgotten.
+  static bool Told(const std::string& words);
+  /// The same of any event.
+  static bool Heard(const std::string& event);
+  /// Whether such a node comes to be in the program's windows.
+  static bool Meets(const std::string& role, const std::string& name);
+
+  /// The name of the widget that has the keyboard.
+  static std::string Focus();
+  /// Presses Tab, which must take the keyboard elsewhere; returns where.
+  static std::string Tab(std::initializer_list<std::uint32_t> keys = {kTab});
+  static bool TabTo(const std::string& control);
+  /// Tab reaches every enabled control of the active window that the keyboard is meant for.
+  static void ExpectTabReachesEverything();
+
+  /// Whether the window of that name comes to be the active one.
+  static bool Active(const char* window);
+
+  /// By their keys.
+  static void OpenConfiguration();
+  static void CloseConfiguration();
+  static void Select(const std::string& author);
+  static void Play();
+  static void SkipDocument();
+};
+
+}  // namespace tavlo::test

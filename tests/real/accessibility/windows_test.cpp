@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "accessibility/listening_desk.h"
+#include "support/screen.h"
+
+namespace tavlo::test {
+namespace {
+
+/// What a screen reader meets in each window.
+class Windows : public ListeningDesk {
+ protected:
+  /// Each control that the keyboard can reach has a role that says what it is, a name that no other
+  /// of its kind has, and if it is a slider a value with a unit.
+  static void ExpectEveryControlIsNamed(const std::string& window, std::size_t atLeast) {
+    static const std::set<std::string> kRoles{"push button", "check box",     "radio button",
+                                              "slider",      "table",         "text",
+                                              "combo box",   "page tab list", "page tab"};
+    std::set<std::string> met;
+    for (const HeardNode& node : reader->Tree()) {
+      if (!node.Is("FOCUSABLE")) continue;
+      const std::string who = window + ": " + node.role + " " + node.name;
+      EXPECT_NE(node.name, "") << who;
+      EXPECT_TRUE(kRoles.contains(node.role)) << who;
+      EXPECT_TRUE(met.insert(node.role + " " + node.name).second) << who << " is there twice";
+      if (node.role == "slider") ExpectSliderIsMeasured(node, who);
+    }
+    EXPECT_GE(met.size(), atLeast) << window;
+  }
+  static void ExpectSliderIsMeasured(const HeardNode& node, const std::string& who) {
+    ASSERT_NE(node.value, "") << who;
+    EXPECT_LT(std::stod(node.minimum), std::stod(node.maximum)) << who;
+    EXPECT_GE(std::stod(node.value), std::stod(node.minimum)) << who;
+    EXPECT_LE(std::stod(node.value), std::stod(node.maximum)) << who;
+    static const std::set<std::string> kUnits{"percent", "seconds", "dB", "percent to the right"};
+    EXPECT_TRUE(kUnits.contains(node.description)) << who << " in " << node.description;
+  }
+  static HeardNode Slider(const std::string& name) { return reader->Find("slider", name); }
+};
+
+TEST_F(Windows, TheSplashSaysWhatStartsAndHowFarItIs) {
+  const auto has = [](const std::string& role, const std::string& name) {
+    return std::any_of(splash.begin(), splash.end(), [&](const HeardNode& node) {
+      return node.role == role && node.name.starts_with(name);
+    });
+  };
+  EXPECT_TRUE(has("frame", "Tavlo Deck"));
+  EXPECT_TRUE(has("label", "Version:"));
+  EXPECT_TRUE(has("push button", "Start at once"));
+  EXPECT_TRUE(has("progress bar", "Progress of the start"));
+}
+
+TEST_F(Windows, EveryControlOfTheDeckHasANameARoleAndAValue) {
+  ExpectEveryControlIsNamed("deck", 14);
+  EXPECT_TRUE(reader->Find("frame", "Tavlo Deck").Is("ACTIVE"));
+  EXPECT_EQ(reader->Find("push button", "Rewind").role, "push button");
+  EXPECT_EQ(reader->Find("status bar", "Document").role, "status bar");
+  EXPECT_EQ(reader->Find("progress bar", "Left audio channel amplitude indicator").value, "0");
+  EXPECT_EQ(Slider("Playback speed").value, "100");
+}
+
+TEST_F(Windows, EveryControlOfTheMiniPlayerHasANameARoleAndAValue) {
+  Select("Brown");
+  Play();
+  ASSERT_TRUE(program->Until([] { return !Main().frameFiles.Visible; }));
+  ExpectEveryControlIsNamed("mini-player", 13);
+  EXPECT_TRUE(reader->Find("push button", "Stop").Is("ENABLED"));
+  EXPECT_EQ(reader->Find("label", "Brown").description, "Author Name");
+  EXPECT_EQ(reader->Find("table", "Queue").role, "");
+  SkipDocument();
+}
+
+TEST_F(Windows, EveryControlOfEveryPageOfTheConfigurationHasANameARoleAndAValue) {
+  OpenConfiguration();
+  EXPECT_TRUE(Meets("check box", "Always On Top"));
+  ExpectEveryControlIsNamed("settings", 20);
+  EXPECT_EQ(reader->Find("text", "Line of your own on the deck").role, "text");
+  EXPECT_EQ(Slider("Select the length of a wind step in seconds").value, "3");
+  EXPECT_EQ(reader->Find("filler", "Lights while the left pedal is down").description, "Up");
+
+  Keys({kAlt, 'e'});
+  EXPECT_TRUE(Meets("push button", "Save Custom"));
+  ExpectEveryControlIsNamed("equalizer", 20);
+  program->Do([] { Configuration().sldEQ[0].Value = -7; });
+  EXPECT_TRUE(Until([] { return Slider("Gain at 31 Hz").value == "7"; }));
+  program->Do([] { Configuration().sldEQ[0].Value = 0; });
+
+  Keys({kAlt, 'm'});
+  // The label beside a box is its name on this desktop; its own is what it shows.
+  EXPECT_TRUE(Meets("combo box", "System default"));
+  EXPECT_EQ(reader->Find("label", "Audio device").role, "label");
+  EXPECT_EQ(reader->Find("check box", "Mute Output").role, "check box");
+  ExpectEveryControlIsNamed("mixer", 8);
+  CloseConfiguration();
+}
+
+TEST_F(Windows, TheAboutBoxIsADialogThatIsReadAndLeftByEscape) {
+  Keys({kAlt, 'f'});
+  Keys({'a'});
+  EXPECT_TRUE(Meets("dialog", "About Tavlo Deck"));
+  EXPECT_TRUE(Meets("push button", "System Info"));
+  EXPECT_EQ(reader->Find("push button", "System Info").description,
+            "Show what this computer is made of");
+  const std::string text =
+      program->Ask([] { return program->Windows().about.lblAboutDescription.Value.Get(); });
+  EXPECT_EQ(reader->Find("label", text.substr(0, text.find('\n'))).role, "label") << text;
+  Keys({kEscape});
+  EXPECT_TRUE(program->Until([] { return !program->Windows().about.frmAbout.Visible; }));
+  EXPECT_TRUE(Active("frmMain"));
+}
+
+TEST_F(Windows, TheQueueIsATableWithHeadingsAndCells) {
+  const auto rows = reader->Table("Queue");
+  ASSERT_EQ(rows.size(), 4u);
+  EXPECT_EQ(rows[0][0], "Pri");
+  EXPECT_EQ(rows[0][2], "Author");
+  EXPECT_EQ(rows[1][2], "Brown");
+  EXPECT_EQ(rows[2][2], "Okafor");
+  EXPECT_EQ(rows[2][7], "00:00:01");
+}
+
+TEST_F(Windows, ASliderThatIsSetHasTheEffectOfAHand) {
+  reader->Set("Playback volume", 40);
+  EXPECT_TRUE(program->Until([] { return Main().sldVol.Value == 26214; }));
+  EXPECT_EQ(program->Ask([] { return Main().txtVolume.Value.Get(); }), "26214");
+  EXPECT_EQ(Slider("Playback volume").value, "40");
+}
+
+}  // namespace
+}  // namespace tavlo::test
