@@ -1,8 +1,10 @@
 #include "platform/qt/qt_windows.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QStyle>
 #include <algorithm>
+#include <cstdio>
 
 #include "platform/qt/desk_style.h"
 #include "platform/qt/desktop_limits.h"
@@ -10,6 +12,16 @@
 #include "platform/qt/qt_loop.h"
 
 namespace tavlo::platform::qt {
+namespace {
+
+/// A box that says so could not be read either.
+void TellOfMissingFonts() {
+  if (QFontMetrics(QApplication::font()).inFont(QChar('A'))) return;
+  std::fputs("tavlodeck: There are no fonts, so nothing that the deck writes can be read.\n",
+             stderr);
+}
+
+}  // namespace
 
 void PrepareApplication() {
   QApplication::setApplicationName("Tavlo Deck");
@@ -17,6 +29,7 @@ void PrepareApplication() {
   QGuiApplication::setQuitOnLastWindowClosed(false);
   QApplication::setWindowIcon(ApplicationIcon());
   if (QApplication::style()->name() == "fusion") QApplication::setStyle(new DeskStyle);
+  TellOfMissingFonts();
   // Where no desktop has chosen a font, the toolkit falls back on a generic one.
   QFont font = QApplication::font();
   if (font.family() == "Sans Serif" || font.family() == "Sans") {
