@@ -34,6 +34,7 @@ class Boxes : public ListeningDesk {
     ASSERT_TRUE(program->Until([] { return !QApplication::activePopupWidget(); }));
     // A menu bar keeps the keyboard until it is told a second time.
     Keys({kEscape});
+    EXPECT_TRUE(Until([] { return !Focus().empty(); }));
   }
   static bool ViewShows(const forms::Pane& frame) {
     return program->Until([&] { return frame.Visible && Main().mnuFile.Enabled; });

@@ -40,7 +40,7 @@ void LayOut(const Home& home) {
   WriteFile(home.CompletedPath() + "/" + DocumentName("Done", 4), WaveBytes(Chirp(kRate, kRate)));
 }
 
-/// Counts what keys do in the program's windows. While somebody listens the toolkit tells the
+/// Counts the keys that reach the program's windows. While somebody listens the toolkit tells the
 /// screen reader of each key first and delivers it a second time when that has answered: an Alt
 /// that comes back after its menu has opened would close it again.
 class KeyWatch : public QObject {
@@ -54,8 +54,9 @@ class KeyWatch : public QObject {
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override {
-    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
-    if (key && object->isWindowType()) ++seen_;
+    if (event->type() == QEvent::KeyPress && object->isWindowType()) ++seen_;
+    // A shortcut acts at once, and its key does not come back.
+    if (event->type() == QEvent::Shortcut) seen_ += 2;
     return false;
   }
 
@@ -115,21 +116,13 @@ int ListeningDesk::RunAllTests() {
 }
 
 void ListeningDesk::Keys(std::initializer_list<std::uint32_t> symbols) {
-  if (symbols.size() == 1) {
-    program->Keys(symbols);
-    return;
-  }
   Hands hands;
   std::unique_ptr<KeyWatch> watch;
   program->Do([&] {
     watch = std::make_unique<KeyWatch>();
     qApp->installEventFilter(watch.get());
   });
-  const std::uint32_t last = *std::rbegin(symbols);
-  for (const std::uint32_t symbol : symbols) {
-    if (symbol != last) watch->Follow([&] { hands.Hold(symbol); });
-  }
-  hands.Hold(last);
+  for (const std::uint32_t symbol : symbols) watch->Follow([&] { hands.Hold(symbol); });
   for (auto symbol = std::rbegin(symbols); symbol != std::rend(symbols); ++symbol) {
     hands.LetGo(*symbol);
   }

@@ -45,7 +45,7 @@ class ListeningDesk : public testing::Test {
 
   static forms::MainForm& Main() { return program->Main(); }
   static forms::ConfigurationForm& Configuration() { return program->Windows().configuration; }
-  /// Presses the keys together, the last once the program has taken the others.
+  /// Presses the keys together, each once the program has taken the one before.
   static void Keys(std::initializer_list<std::uint32_t> symbols);
 
   /// Whether a screen reader is told these words of the deck's state; what was told before them is
