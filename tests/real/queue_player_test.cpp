@@ -257,6 +257,26 @@ TEST_F(QueuePlayerTest, DeviceIsOpenedWithTheFormatAndGivenBackWhenIdle) {
   EXPECT_TRUE(device.IsOpen());
 }
 
+TEST_F(QueuePlayerTest, DeviceThatAPromptAloneHasOpenedIsGivenBackSoonBehindIt) {
+  const Sound prompt = Tone(440, 2, 16000);
+  playback::SampleArray block;
+  block.values = prompt.samples;
+  ASSERT_TRUE(player.PlayPrompt(block, 16000));
+  EXPECT_TRUE(device.IsOpen());
+  loop.Advance(4900ms);
+  EXPECT_TRUE(device.IsOpen());
+  loop.Advance(100ms);
+  EXPECT_FALSE(device.IsOpen());
+
+  pump.Load(Tone(440, 4, 16000));
+  loop.Advance(30s);
+  ASSERT_TRUE(player.PlayPrompt(block, 16000));
+  loop.Advance(29s);
+  EXPECT_TRUE(device.IsOpen()) << "it waits for the document's first sound";
+  loop.Advance(1s);
+  EXPECT_FALSE(device.IsOpen());
+}
+
 TEST_F(QueuePlayerTest, SelectionOfADeviceMovesTheSoundAndRefusesWhatIsNotThere) {
   EXPECT_EQ(player.DeviceCount(), 3);
   EXPECT_EQ(player.CurrentDevice(), 0);

@@ -42,7 +42,7 @@ void QueuePlayer::SetOutputFormat(int samplesPerSecond, int /*channels*/) {
   resampler_.reset();
   // A device that cannot be had now is tried again, and reported, by StartOutput.
   if (!device_.IsOpen() && !deviceNames_.empty()) OpenDevice();
-  if (!outputOn_) idleTimer_.Start();
+  if (!outputOn_) KeepOpenFor(seconds(kIdleSeconds));
 }
 
 bool QueuePlayer::StartOutput() {
@@ -75,7 +75,7 @@ void QueuePlayer::StopOutput() {
   }
   outputOn_ = false;
   feedTimer_.Stop();
-  idleTimer_.Start();
+  KeepOpenFor(seconds(kIdleSeconds));
   playedRuns_.clear();
   RaiseTimer();
 }
@@ -139,7 +139,10 @@ void QueuePlayer::SetEqualizerGains(const playback::EqualizerGains& gains) {
 bool QueuePlayer::PlayPrompt(SampleArray prompt, int samplesPerSecond) {
   const bool isSound = prompt.Samples() > 0 && prompt.channels <= 2 && samplesPerSecond > 0;
   if (!isSound || !HaveDeviceForPrompt()) return false;
-  if (!outputOn_) idleTimer_.Start();
+  if (!outputOn_) {
+    const auto length = milliseconds(prompt.Samples() * 1000 / samplesPerSecond);
+    KeepOpenFor(length + seconds(kIdleSecondsAfterPrompt));
+  }
   prompt.last = true;
   auto block = std::make_unique<RtBlock>();
   block->channels = prompt.channels;
@@ -173,8 +176,15 @@ bool QueuePlayer::OpenDevice() {
   return device_.Open(currentDevice_, deviceRate_, mixer_);
 }
 
+void QueuePlayer::KeepOpenFor(base::Duration length) {
+  idleFrom_ = std::max(idleFrom_, loop_.Now() + length);
+  idleTimer_.SetInterval(idleFrom_ - loop_.Now());
+  idleTimer_.Start();
+}
+
 void QueuePlayer::CloseDevice() {
   idleTimer_.Stop();
+  idleFrom_ = {};
   HeardNow();
   device_.Close();
   mixer_.StopPrompt();

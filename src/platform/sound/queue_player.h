@@ -18,7 +18,8 @@ namespace tavlo::platform {
 /// played comes back as events on the loop's thread.
 ///
 /// The device is opened when a format is set, so that the first sound is not swallowed, and stays
-/// open on silence until it has been idle for kIdleSeconds. A device that dies ends the sound and
+/// open on silence until it has been idle for kIdleSeconds, or for kIdleSecondsAfterPrompt when
+/// nothing but a prompt has sounded. A device that dies ends the sound and
 /// leaves the position where it was; while output is on, it is tried again every second, and the
 /// queue goes on where it stopped.
 ///
@@ -29,6 +30,8 @@ class QueuePlayer : public playback::AudioPlayer {
   /// Silence after which the device is given back. Longer keeps the first sound after a pause
   /// prompt and costs the device's wake-ups meanwhile. No prompt may be longer.
   static constexpr int kIdleSeconds = 60;
+  /// Who only hears a prompt does not wait for a first sound.
+  static constexpr int kIdleSecondsAfterPrompt = 3;
   static constexpr int kFeedMilliseconds = 10;
   static constexpr int kReportMilliseconds = 50;
   static constexpr int kRetryMilliseconds = 1000;
@@ -70,6 +73,8 @@ class QueuePlayer : public playback::AudioPlayer {
  private:
   bool OpenDevice();
   bool HaveDeviceForPrompt();
+  /// Gives the device back that much later, or later still if that was promised before.
+  void KeepOpenFor(base::Duration length);
   void CloseDevice();
   void FollowDevice();
   void BeginRun();
@@ -87,6 +92,7 @@ class QueuePlayer : public playback::AudioPlayer {
   mutable RtMixer mixer_;
   base::Timer feedTimer_;
   base::Timer idleTimer_;
+  base::MonotonicTime idleFrom_;
 
   std::vector<std::string> deviceNames_;
   int currentDevice_ = 0;
