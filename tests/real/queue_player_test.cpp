@@ -263,7 +263,7 @@ TEST_F(QueuePlayerTest, DeviceThatAPromptAloneHasOpenedIsGivenBackSoonBehindIt) 
   block.values = prompt.samples;
   ASSERT_TRUE(player.PlayPrompt(block, 16000));
   EXPECT_TRUE(device.IsOpen());
-  loop.Advance(4900ms);
+  loop.Advance(2900ms);
   EXPECT_TRUE(device.IsOpen());
   loop.Advance(100ms);
   EXPECT_FALSE(device.IsOpen());

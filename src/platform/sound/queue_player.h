@@ -31,7 +31,7 @@ class QueuePlayer : public playback::AudioPlayer {
   /// prompt and costs the device's wake-ups meanwhile. No prompt may be longer.
   static constexpr int kIdleSeconds = 60;
   /// Who only hears a prompt does not wait for a first sound.
-  static constexpr int kIdleSecondsAfterPrompt = 3;
+  static constexpr int kIdleSecondsAfterPrompt = 1;
   static constexpr int kFeedMilliseconds = 10;
   static constexpr int kReportMilliseconds = 50;
   static constexpr int kRetryMilliseconds = 1000;
