@@ -219,10 +219,10 @@ TEST_F(PromptVoiceTest, StoppedDeviceIsGivenBackOnlyAfterThePromptHasSounded) {
   loop.Advance(59s);
   device.Out.samples.clear();
   EXPECT_TRUE(Speak(Lay("a.wav", 3)));
-  loop.Advance(30s);
+  loop.Advance(3900ms);
   EXPECT_NEAR(AudibleSeconds(device.Out), 3, 0.01);
   EXPECT_TRUE(device.IsOpen());
-  loop.Advance(30s);
+  loop.Advance(100ms);
   EXPECT_FALSE(device.IsOpen());
 }
 
