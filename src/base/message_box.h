@@ -14,6 +14,9 @@ struct MessageBox {
   std::string text;
   Icon icon = Icon::None;
   Buttons buttons = Buttons::Ok;
+  /// The answer that Enter and the space bar give where there is a choice. What deletes asks for
+  /// No, so that a key that was meant for something else deletes nothing.
+  Reply byDefault = Reply::Yes;
 };
 
 }  // namespace tavlo::base

@@ -50,6 +50,14 @@ void Control::RunByHand(const std::function<void()>& handler) {
   if (handler && Reachable()) Home().EventLoop().RunEvent(Name, handler);
 }
 
+void Control::CommandByHand(const std::function<void()>& handler) {
+  if (!handler) return;
+  RunByHand([&] {
+    if (Home().OnCommandByHand) Home().OnCommandByHand();
+    handler();
+  });
+}
+
 Text::Text(Pane* parent, std::string name, const First& first, std::size_t longest)
     : Control(parent, std::move(name), first),
       Value(*this, first.caption, &OnChange),
@@ -76,7 +84,7 @@ Command::Command(Pane* parent, std::string name, const First& first)
 
 void Command::Press(By by) {
   if (by == By::Hand) {
-    RunByHand(OnPress);
+    CommandByHand(OnPress);
   } else if (Enabled && OnPress) {
     OnPress();
   }
@@ -106,7 +114,9 @@ Range::Position& Range::Position::operator=(int value) {
 
 void Range::Press() {
   held_ = Reachable();
-  RunByHand(OnPress);
+  CommandByHand([this] {
+    if (OnPress) OnPress();
+  });
 }
 
 void Range::Change(int value) {
@@ -212,7 +222,7 @@ void Table::RowsChanged() {
 
 void Table::RowClick(int row) {
   if (row < 0 || static_cast<std::size_t>(row) >= rows_.size()) return;
-  RunByHand([this, row] {
+  CommandByHand([this, row] {
     ListIndex = row;
     if (OnRowClick) OnRowClick();
     if (OnClick) OnClick();
@@ -225,7 +235,7 @@ void Table::DoubleClick(int row) {
 }
 
 void Table::HeaderClick(int column) {
-  RunByHand([this, column] {
+  CommandByHand([this, column] {
     if (OnHeaderClick) OnHeaderClick(column);
   });
 }

@@ -96,6 +96,8 @@ class Control {
  protected:
   /// Runs `handler` as an event of its own when a hand can reach the control.
   void RunByHand(const std::function<void()>& handler);
+  /// The same for what the window counts as a command.
+  void CommandByHand(const std::function<void()>& handler);
 
  private:
   unsigned version_ = 1;
@@ -341,6 +343,9 @@ class Window : public Pane {
   std::function<void()> OnActivate;
   std::function<void()> OnResize;
   std::function<void()> OnCloseRequest;
+  /// Runs before every command that a hand gives on the window: a pressed button or menu entry, a
+  /// clicked row or heading, a slider that is taken.
+  std::function<void()> OnCommandByHand;
 
   /// The control that has the keyboard. Asking again for the one that has it asks the toolkit
   /// again.

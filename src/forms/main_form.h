@@ -153,6 +153,8 @@ struct MainForm {
                  .tooltip = "Access the equalizer and other configuration menus",
                  .enabled = false}};
   Pane StatusBar1{&framePlayer, "StatusBar1"};
+  /// The quiet line: what the last command could not do. It stands until the next command.
+  Text lblNotice{&framePlayer, "lblNotice", {.visible = false}};
 
   // The work frames. Exactly one is visible.
   Pane frameFiles{&frmMain, "frameFiles"};

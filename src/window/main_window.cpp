@@ -28,6 +28,16 @@ MainWindow::MainWindow(forms::MainForm& form, forms::ConfigurationForm& config,
                        std::function<void()> storePlayerPosition)
     : form_(form), config_(config), storePlayerPosition_(std::move(storePlayerPosition)) {
   form_.frmMain.OnResize = [this] { HandleResize(); };
+  form_.frmMain.OnCommandByHand = [this] { ForgetNotice(); };
+}
+
+bool MainWindow::QueueDocumentShows() const {
+  return MiniPlayerShows() || (form_.frameInQueue.Visible && form_.listViewInQueue.ListIndex >= 0);
+}
+
+void MainWindow::Say(const std::string& text) {
+  form_.lblNotice.Value = text;
+  form_.lblNotice.Visible = !text.empty();
 }
 
 void MainWindow::SetWindowControlsEnabled(bool enabled) {

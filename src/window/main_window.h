@@ -53,6 +53,14 @@ class MainWindow {
   void DisableWindowControls() { SetWindowControlsEnabled(false); }
   void EnableWindowControls() { SetWindowControlsEnabled(true); }
 
+  /// True while a key that takes a document of the Queue would take one that the window shows: the
+  /// one in work, or the highlighted row of the Queue in front. A key acts only on what shows.
+  bool QueueDocumentShows() const;
+
+  /// Says in the quiet line what the last command could not do. It stands until the next command.
+  void Say(const std::string& text);
+  void ForgetNotice() { Say(""); }
+
   /// Gives the keyboard to nobody.
   void FocusAway() { form_.frmMain.FocusOn(form_.txtFocus); }
 

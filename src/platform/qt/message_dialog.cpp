@@ -35,7 +35,7 @@ base::Reply RunMessageDialog(const base::MessageBox& box, QWidget* owner) {
     return base::Reply::Ok;
   }
   dialog.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-  dialog.setDefaultButton(QMessageBox::Yes);
+  dialog.setDefaultButton(box.byDefault == base::Reply::No ? QMessageBox::No : QMessageBox::Yes);
   PlainButtons(dialog);
   return dialog.exec() == QMessageBox::Yes ? base::Reply::Yes : base::Reply::No;
 }

@@ -82,6 +82,30 @@ TEST_F(ControlsTest, HandReachesNothingUnderAMessageBox) {
   EXPECT_EQ(ran, 1);
 }
 
+TEST_F(ControlsTest, WindowIsToldOfEveryCommandOfAHandBeforeItRuns) {
+  std::string told;
+  window.OnCommandByHand = [&] { told += "window "; };
+  button.OnPress = [&] { told += "press "; };
+  list.OnRowClick = [&] { told += "row "; };
+  list.OnHeaderClick = [&](int) { told += "heading "; };
+  slider.OnPress = [&] { told += "slider "; };
+  list.Add("a");
+  button.Press(By::Hand);
+  list.RowClick(0);
+  list.HeaderClick(0);
+  slider.Press();
+  EXPECT_EQ(told, "window press window row window heading window slider ");
+}
+
+TEST_F(ControlsTest, PressByProgramOrOutOfReachIsNoCommandOfAHand) {
+  window.OnCommandByHand = [&] { ++ran; };
+  button.OnPress = [] {};
+  button.Press();
+  button.Enabled = false;
+  button.Press(By::Hand);
+  EXPECT_EQ(ran, 0);
+}
+
 TEST_F(ControlsTest, FailureInAHandsPressIsShownByTheNameOfTheControl) {
   button.OnPress = [] { throw std::runtime_error("no"); };
   button.Press(By::Hand);

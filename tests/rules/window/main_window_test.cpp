@@ -14,6 +14,28 @@ using forms::Twips;
 
 struct MainWindowTest : testing::Test, PlaybackBench {};
 
+TEST_F(MainWindowTest, QuietLineStandsUntilTheNextCommandOfAHand) {
+  window.Say("Nothing was stored.");
+  EXPECT_TRUE(form.lblNotice.Visible);
+  EXPECT_EQ(form.lblNotice.Value.Get(), "Nothing was stored.");
+  transport.SkipToBeginningCommand();
+  EXPECT_TRUE(form.lblNotice.Visible);
+  Play();
+  EXPECT_FALSE(form.lblNotice.Visible);
+  EXPECT_EQ(form.lblNotice.Value.Get(), "");
+}
+
+TEST_F(MainWindowTest, QueueDocumentShowsInWorkOrAsTheHighlightedRowOfTheQueueInFront) {
+  form.listViewInQueue.Add("a");
+  EXPECT_FALSE(window.QueueDocumentShows());
+  form.listViewInQueue.ListIndex = 0;
+  EXPECT_TRUE(window.QueueDocumentShows());
+  form.frameInQueue.Visible = false;
+  EXPECT_FALSE(window.QueueDocumentShows());
+  Play();
+  EXPECT_TRUE(window.QueueDocumentShows());
+}
+
 TEST_F(MainWindowTest, PlaceOffTheScreenIsNotRemembered) {
   window.PlayerLeftText = "100";
   form.frmMain.Left = -5;
