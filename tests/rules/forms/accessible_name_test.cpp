@@ -50,12 +50,12 @@ TEST_F(AccessibleNameTest, APaneKnowsWhatStandsOnItInTheOrderOfTheForm) {
   const auto all = AllOf(main.framePlayer);
   ASSERT_GT(all.size(), 20u);
   EXPECT_EQ(all.front(), &main.imageFaciaA);
-  EXPECT_EQ(all.back(), &main.StatusBar1);
+  EXPECT_EQ(all.back(), &main.lblNotice);
   {
     const forms::Text passing(&main.framePlayer, "passing");
     EXPECT_EQ(main.framePlayer.Children().back(), &passing);
   }
-  EXPECT_EQ(main.framePlayer.Children().back(), &main.StatusBar1);
+  EXPECT_EQ(main.framePlayer.Children().back(), &main.lblNotice);
 }
 
 TEST_F(AccessibleNameTest, EveryCommandChoiceAndRangeHasATooltipAndAName) {
