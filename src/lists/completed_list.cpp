@@ -12,6 +12,13 @@ namespace {
 /// A completed document is never marked Saved, so the column is not shown.
 constexpr forms::Twips kSavedWidth = 0;
 
+constexpr const char* kNothingCompleted =
+    "Nothing completed yet\nA dictation comes here when you press Complete.";
+/// What the folder still holds is not in the list until it is built anew.
+constexpr const char* kOthersStay =
+    "The wave files are deleted\nFiles of other kinds stay; the list shows them when you come "
+    "back.";
+
 /// File names here may come from systems that know no case.
 bool IsWave(std::string_view name) {
   constexpr std::string_view kEnding = ".wav";
@@ -53,12 +60,12 @@ CompletedList::CompletedList(base::Loop& loop, forms::MainForm& form, window::Ma
 
 void CompletedList::MakeColumns(const std::string& subjectHeading) {
   form_.listViewCompleted.SetColumns(DocumentColumns(subjectHeading, kSavedWidth));
-  form_.listViewCompleted.WhenEmpty =
-      "Nothing completed yet\nA dictation comes here when you press Complete.";
+  form_.listViewCompleted.WhenEmpty = kNothingCompleted;
 }
 
 void CompletedList::RefreshCompletedList() {
   const forms::Hourglass hourglass(form_.frmMain);
+  form_.listViewCompleted.WhenEmpty = kNothingCompleted;
   const ScanEnd end =
       scan_.Run(form_.listViewCompleted, folders_.CompletedPath(), [this](const std::string& name) {
         if (folders_.FileIsLocked(folders_.CompletedPath() + name)) return false;
@@ -79,11 +86,14 @@ void CompletedList::SetCompletedButtons() {
 }
 
 void CompletedList::ReturnToQueue() {
+  // A selection is inside its wait: it would go on with a file that is no longer there.
+  if (window_.guards.ListPauseActive) return;
   transport_.StopWindAndPreview();
   engine_.StopPlay();
   LetPendingEventsPass();
   engine_.CloseFile();
-  if (opening_.SelectedCompletedFile.empty()) {
+  const std::string chosen = HighlightedFile();
+  if (chosen.empty()) {
     sound_.PlayPrompt("MoveErrQueue");
     window_.FocusAway();
     return;
@@ -92,8 +102,8 @@ void CompletedList::ReturnToQueue() {
     const forms::Hourglass hourglass(form_.frmMain);
     // The document leaves this folder in every case, as settled; what a failed copy would destroy
     // is kept in the rescue folder. The scan shows the truth, so the result needs no look here.
-    std::ignore = moves_.MoveOrRescue(PathOfSelected(),
-                                      folders_.InQueuePath + opening_.SelectedCompletedFile);
+    std::ignore =
+        moves_.MoveOrRescue(folders_.CompletedPath() + chosen, folders_.InQueuePath + chosen);
     RefreshCompletedList();
     WriteCaption(0);
     SetCompletedButtons();
@@ -112,9 +122,11 @@ void CompletedList::LetPendingEventsPass() {
 }
 
 void CompletedList::DeleteOne() {
+  if (window_.guards.ListPauseActive) return;
   engine_.StopPlay();
   engine_.CloseFile();
-  if (opening_.SelectedCompletedFile.empty()) {
+  const std::string chosen = HighlightedFile();
+  if (chosen.empty()) {
     sound_.PlayPrompt("DeleteError");
     window_.FocusAway();
     return;
@@ -126,7 +138,7 @@ void CompletedList::DeleteOne() {
   engine_.tmrPlaySnipet.Stop();
   {
     const forms::Hourglass hourglass(form_.frmMain);
-    std::ignore = moves_.DeleteForGood(PathOfSelected());
+    std::ignore = moves_.DeleteForGood(folders_.CompletedPath() + chosen);
     RefreshCompletedList();
     SetCompletedButtons();
     opening_.SelectedCompletedFile.clear();
@@ -136,6 +148,7 @@ void CompletedList::DeleteOne() {
 }
 
 void CompletedList::DeleteAll() {
+  if (window_.guards.ListPauseActive) return;
   engine_.StopPlay();
   engine_.CloseFile();
   if (!UserAgrees("Delete all Completed documents",
@@ -163,7 +176,10 @@ bool CompletedList::DeleteWaves() {
   const std::string folder = folders_.CompletedPath();
   bool any = false;
   for (const std::string& name : disk_.ListPlainFiles(folder).names) {
-    if (!IsWave(name)) continue;
+    if (!IsWave(name)) {
+      form_.listViewCompleted.WhenEmpty = kOthersStay;
+      continue;
+    }
     any = true;
     loop_.Breathe();
     std::ignore = moves_.DeleteForGood(folder + name);
@@ -179,11 +195,13 @@ bool CompletedList::UserAgrees(const char* title, const char* question) {
   return loop_.Show({.title = title,
                      .text = question,
                      .icon = base::Icon::Question,
-                     .buttons = base::Buttons::YesNo}) == base::Reply::Yes;
+                     .buttons = base::Buttons::YesNo,
+                     .byDefault = base::Reply::No}) == base::Reply::Yes;
 }
 
-std::string CompletedList::PathOfSelected() const {
-  return folders_.CompletedPath() + opening_.SelectedCompletedFile;
+std::string CompletedList::HighlightedFile() const {
+  const forms::Table& list = form_.listViewCompleted;
+  return list.TextAt(list.ListIndex, forms::document_column::FileName);
 }
 
 }  // namespace tavlo::lists

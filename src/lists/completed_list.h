@@ -47,7 +47,9 @@ class CompletedList {
   bool DeleteWaves();
   void WriteCaption(double totalMilliseconds);
   bool UserAgrees(const char* title, const char* question);
-  std::string PathOfSelected() const;
+  /// File name of the highlighted row; empty when there is none. A name that was clicked before the
+  /// list was built anew is no choice any more.
+  std::string HighlightedFile() const;
 
   base::Loop& loop_;
   forms::MainForm& form_;

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "lists/document_rows.h"
+#include "window/no_document.h"
 
 namespace tavlo::lists {
 
@@ -12,8 +13,7 @@ DocumentScan::DocumentScan(base::Loop& loop, forms::MainForm& form, store::Disk&
 ScanEnd DocumentScan::Run(
     forms::Table& list, const std::string& folder,
     const std::function<bool(const std::string& scanFileName)>& parseIfReady) {
-  form_.lblFileLengthHMS.Value = "00:00:00";
-  form_.lblFilePositionHMS.Value = "00:00:00";
+  window::ShowNoDocument(form_);
   const store::Listing walk = disk_.ListPlainFiles(folder);
   if (!walk.started) {
     // Another view may have sounded something else since the row was chosen; Play would take that

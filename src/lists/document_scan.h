@@ -21,6 +21,7 @@ enum class ScanEnd {
 /// The walk that the Queue and the Completed list have in common: it empties a list and makes a row
 /// for each file of a folder, with the facts from the file's name and the length of its sound.
 /// Whatever plays stops at the first row, because the one audio file measures the documents too.
+/// Afterwards no row is highlighted, so no document is chosen: neither Play nor Complete takes one.
 class DocumentScan {
  public:
   DocumentScan(base::Loop& loop, forms::MainForm& form, store::Disk& disk,

@@ -59,6 +59,8 @@ void Finishing::Finish(Way way) {
   // Another list change is inside a wait: it may be about to select something else.
   if (window_.guards.ListPauseActive) return;
   if (form_.frmMain.WindowShape == forms::Shape::Normal) window_.SavePlayerPosition();
+  // A name that was clicked earlier and does not show any more is no document to take.
+  if (!ChosenDocumentShows()) opening_.SelectedQueueFile.clear();
   window_.guards.PlayRequested = false;
   DisableTransportButtons();
   // A click in the yield below would change which document is stored.
@@ -69,14 +71,24 @@ void Finishing::Finish(Way way) {
     LeaveDocument();
     StoreOutcome(way);
     ReturnToList();
-    RebuildList(way);
+    const bool listIsWhole = RebuildList(way);
     if (way == Way::Complete) opening_.SelectedQueueFile.clear();
-    AutoQueueNextDocument();
+    engine_.CurrentDocumentPath.clear();
+    // Of a list that could not be read nobody knows which document is next.
+    if (listIsWhole) AutoQueueNextDocument();
   }
   hooks_.TakeWaitingWorkAsSeen();
   hooks_.UserActed();
   refresh_.tmrWorkWaitingAlert.Start();
   window_.FocusAway();
+}
+
+bool Finishing::ChosenDocumentShows() const {
+  if (window_.MiniPlayerShows()) return true;
+  const forms::Table& list = form_.listViewInQueue;
+  return window_.QueueDocumentShows() &&
+         list.TextAt(list.ListIndex, forms::document_column::FileName) ==
+             opening_.SelectedQueueFile;
 }
 
 void Finishing::LeaveDocument() {
@@ -125,7 +137,7 @@ void Finishing::ReturnToList() {
   form_.lblFilePositionHMS.Visible = false;
 }
 
-void Finishing::RebuildList(Way way) {
+bool Finishing::RebuildList(Way way) {
   const forms::Hourglass hourglass(form_.frmMain);
   form_.frameInQueue.Caption = "Queue";
   const bool staysInList = !QueuesByItself();
@@ -140,16 +152,17 @@ void Finishing::RebuildList(Way way) {
   SetEnabled(frozen, false);
   loop_.Wait(500ms);
   hooks_.RunRetrievalPasses();
-  queue_.RefreshQueueList();
+  const bool listIsWhole = queue_.RefreshQueueList();
   form_.listViewInQueue.Visible = true;
   SetEnabled(frozen, true);
-  if (way == Way::Complete && staysInList && queue_.QueueCount == 0) sound_.PlayPrompt("AllDone");
+  const bool allDone = listIsWhole && queue_.QueueCount == 0;
+  if (way == Way::Complete && staysInList && allDone) sound_.PlayPrompt("AllDone");
+  return listIsWhole;
 }
 
 bool Finishing::QueuesByItself() const { return config_.txtAutoQueueJob.Value.Get() == "Y"; }
 
 void Finishing::AutoQueueNextDocument() {
-  engine_.CurrentDocumentPath.clear();
   if (!QueuesByItself()) return;
   const forms::Table& list = form_.listViewInQueue;
   for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {

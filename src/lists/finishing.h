@@ -31,11 +31,14 @@ class Finishing {
   enum class Way { Complete, Save, Skip };
 
   void Finish(Way way);
+  /// The chosen document is the one in work or the highlighted row of the Queue in front.
+  bool ChosenDocumentShows() const;
   void LeaveDocument();
   void StoreOutcome(Way way);
   void MoveToCompleted();
   void ReturnToList();
-  void RebuildList(Way way);
+  /// True when the list is whole.
+  bool RebuildList(Way way);
   void AutoQueueNextDocument();
   bool QueuesByItself() const;
   void DisableTransportButtons();

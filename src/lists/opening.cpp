@@ -63,6 +63,8 @@ void Opening::GetSelectedJob() {
   if (SelectedQueueFile.empty()) return;
   if (!preview_.Prepare(loop_, folders_.InQueuePath + SelectedQueueFile)) return;
   form_.cmdImportCompleteSnipetStop.Visible = true;
+  // The row that was highlighted before may have been one to complete.
+  form_.cmdComplete.Enabled = false;
   form_.slPosition.Value = 0;
   names_.ParseDocumentName(SelectedQueueFile);
   transport_.SavedPosition = names_.Record.SavedPosition;

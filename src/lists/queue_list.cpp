@@ -29,7 +29,7 @@ void QueueList::MakeColumns(const std::string& subjectHeading) {
       "Nothing waits to be typed\nDrop dictations into " + folder.substr(0, folder.size() - 1);
 }
 
-void QueueList::RefreshQueueList() {
+bool QueueList::RefreshQueueList() {
   const ScanEnd end =
       scan_.Run(form_.listViewInQueue, folders_.InQueuePath,
                 [this](const std::string& scanFileName) { return ParseIfReady(scanFileName); });
@@ -39,6 +39,7 @@ void QueueList::RefreshQueueList() {
   if (end == ScanEnd::Whole) {
     form_.frameInQueue.Caption = ListCaption("Queue", QueueCount, QueueTotalLength);
   }
+  return end == ScanEnd::Whole;
 }
 
 bool QueueList::ParseIfReady(const std::string& scanFileName) {

@@ -27,7 +27,8 @@ class QueueList {
 
   /// Makes the columns, once at start.
   void MakeColumns(const std::string& subjectHeading);
-  void RefreshQueueList();
+  /// True when the list is whole. One that is not shows what was found, or what was there before.
+  bool RefreshQueueList();
 
  private:
   bool ParseIfReady(const std::string& scanFileName);

@@ -217,7 +217,7 @@ void AudioEngine::HandleTimer(SampleCount currentSamples, double levelLeft, doub
 void AudioEngine::HandleEndPlay() {
   tmrPlaySnipet.Stop();
   StopPlay();
-  form_.cmdComplete.Enabled = true;
+  window_.OfferComplete();
   window_.RestoreMinimized(/*atStoredPlace=*/false);
   CurrentSamplePosition = FileLength;
   form_.slPosition.Value = 100;

@@ -12,7 +12,6 @@ namespace tavlo::playback {
 struct Hooks {
   std::function<void(std::string_view name)> playPrompt;
   std::function<void()> stopPrompt;
-  std::function<void()> closePrompt;
   std::function<void()> applyEqualizer;
   std::function<void()> listSources;
   std::function<void()> showConfiguration;
@@ -22,8 +21,6 @@ struct Hooks {
     if (playPrompt) playPrompt(name);
   }
   void StopPrompt() const { Call(stopPrompt); }
-  /// Stops the prompt and lets go of its recording.
-  void ClosePrompt() const { Call(closePrompt); }
   /// Clicks the stored equalizer choice again, so that its curve is what plays.
   void ApplyEqualizer() const { Call(applyEqualizer); }
   /// Shows the sources of the selected sound device.

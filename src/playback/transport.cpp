@@ -137,7 +137,7 @@ void Transport::Explain(Primed primed) {
       hooks_.PlayPrompt("EmptyDocErrMayComplete");
       break;
   }
-  form_.cmdComplete.Enabled = true;
+  window_.OfferComplete();
 }
 
 double Transport::SavedPositionInFile() const {
@@ -184,7 +184,7 @@ void Transport::RewindCommand() {
   ShowPosition();
   if (form_.slPosition.Value == 100) {
     form_.cmdSkip.Enabled = true;
-    form_.cmdComplete.Enabled = true;
+    window_.OfferComplete();
     form_.cmdSave.Enabled = true;
   }
   if (engine_.CurrentSamplePosition == 0) {
@@ -293,7 +293,7 @@ void Transport::ReachEnd() {
   form_.lblFilePositionHMS.Value = form_.lblFileLengthHMS.Value;
   form_.slPosition.Value = 100;
   hooks_.PlayPrompt("ForwardEnd");
-  form_.cmdComplete.Enabled = true;
+  window_.OfferComplete();
   window_.RestoreMinimized(/*atStoredPlace=*/true);
 }
 

@@ -31,7 +31,6 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
              std::unique_ptr<store::SettingsDatabase> openDatabase)
     : sound{.playPrompt = [this](std::string_view name) { prompts.PlayPrompt(name); },
             .stopPrompt = [this] { prompts.StopPrompt(); },
-            .closePrompt = [this] { prompts.Close(); },
             .applyEqualizer = [this] { equalizer.ApplyStored(); },
             .listSources = [this] { mixerPage.SetSrcDevice(); },
             .showConfiguration = [this] { configuration.Show(); }},

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "window/no_document.h"
+
 namespace tavlo::shell {
 namespace {
 
@@ -70,14 +72,19 @@ void Views::LeaveView() {
     loop_.Yield();
   }
   window_.EnableWindowControls();
-  sound_.ClosePrompt();
+  // What was chosen in the view that is left does not show any more.
+  window::ShowNoDocument(form_);
 }
 
 void Views::EnterQueue() {
-  form_.cmdUpdateFileList.Visible = false;
-  listHooks_.RunRetrievalPasses();
-  queue_.RefreshQueueList();
-  form_.cmdUpdateFileList.Visible = true;
+  {
+    // A pedal works under the box of a list that can not be reached, too.
+    const window::Raised pause(window_.guards.ListPauseActive);
+    form_.cmdUpdateFileList.Visible = false;
+    listHooks_.RunRetrievalPasses();
+    queue_.RefreshQueueList();
+    form_.cmdUpdateFileList.Visible = true;
+  }
   SetSoundShapingEnabled(true);
   form_.cmdPlay.Enabled = form_.listViewInQueue.ListIndex >= 0;
   TakeWorkAsSeen();
@@ -88,8 +95,6 @@ void Views::EnterCompleted() {
   DisableTransportKeys();
   completed_.RefreshCompletedList();
   completed_.SetCompletedButtons();
-  // They told of a document of the Queue.
-  form_.StatusBar1.Panels = std::vector<std::string>(form_.StatusBar1.Panels.Get().size());
 }
 
 void Views::EnterImport() {
@@ -113,7 +118,6 @@ void Views::EnterFtp() {
   Call(hooks_.buildFtpServers);
   // Nothing is to be played or printed here.
   SetSoundShapingEnabled(false);
-  form_.slPosition.Enabled = false;
   form_.sldVol.Enabled = false;
   form_.Slider1.Enabled = false;
   form_.mnuReport.Enabled = false;

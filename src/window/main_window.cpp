@@ -35,6 +35,10 @@ bool MainWindow::QueueDocumentShows() const {
   return MiniPlayerShows() || (form_.frameInQueue.Visible && form_.listViewInQueue.ListIndex >= 0);
 }
 
+void MainWindow::OfferComplete() {
+  if (QueueDocumentShows()) form_.cmdComplete.Enabled = true;
+}
+
 void MainWindow::Say(const std::string& text) {
   form_.lblNotice.Value = text;
   form_.lblNotice.Visible = !text.empty();

@@ -56,6 +56,8 @@ class MainWindow {
   /// True while a key that takes a document of the Queue would take one that the window shows: the
   /// one in work, or the highlighted row of the Queue in front. A key acts only on what shows.
   bool QueueDocumentShows() const;
+  /// Lights Complete for the document of the Queue that shows; without one it stays as it is.
+  void OfferComplete();
 
   /// Says in the quiet line what the last command could not do. It stands until the next command.
   void Say(const std::string& text);

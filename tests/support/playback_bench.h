@@ -53,6 +53,9 @@ struct PlaybackBench {
     config.txtAccelerateWindIncrement.Value = "N";
     config.txtMinimizeMiniPlayer.Value = "N";
     Lay({.samples = 80'000, .rate = 8000, .channels = 1});
+    // The document is the highlighted row of the Queue, as it is once a typist has chosen it.
+    form.listViewInQueue.Add("doc.wav");
+    form.listViewInQueue.ListIndex = 0;
   }
 
   /// Puts that sound under the path that Play opens.

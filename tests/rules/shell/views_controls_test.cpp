@@ -73,10 +73,11 @@ struct ViewControls : testing::TestWithParam<std::tuple<int, int>>, DeckBench {
   }
   void ExpectSoundShaping() {
     for (const forms::Control* control : std::initializer_list<const forms::Control*>{
-             &form.cmdEQ, &form.cmdNormalSpeed, &form.slPosition, &form.sldVol, &form.Slider1,
-             &form.mnuReport}) {
+             &form.cmdEQ, &form.cmdNormalSpeed, &form.sldVol, &form.Slider1, &form.mnuReport}) {
       EXPECT_EQ(control->Enabled, To().sound) << control->Name;
     }
+    // No view begins with a document in which there could be a position.
+    EXPECT_FALSE(form.slPosition.Enabled);
   }
   void ExpectListKeysEnabled(bool enabled) {
     for (forms::Command MainForm::*const key : To().listKeys) {

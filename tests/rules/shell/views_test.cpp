@@ -100,12 +100,12 @@ TEST_F(ViewsTest, CompletedViewEmptiesTheTextsOfTheDocumentAndOffersNoTransport)
   EXPECT_TRUE(form.cmdNormalSpeed.Enabled);
 }
 
-TEST_F(ViewsTest, ChangeOfViewEndsPreviewAndPrompt) {
+TEST_F(ViewsTest, ChangeOfViewEndsThePreviewAndLetsAPromptSpeakOn) {
   ClickRow(0);
   deck.Built()->prompts.PlayPrompt("RefreshQueue");
   form.mnuViewCompleted.Press(By::Hand);
   EXPECT_FALSE(deck.Built()->engine.IsPlaying);
-  EXPECT_FALSE(promptControl.IsOpen());
+  EXPECT_TRUE(promptControl.IsOpen());
   EXPECT_FALSE(form.cmdImportCompleteSnipetStop.Enabled);
   EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);
 }
@@ -175,13 +175,15 @@ TEST_F(ViewsTest, RefreshThatNobodyAskedForLeavesTheCompletedViewInFront) {
   EXPECT_EQ(form.frameCompleted.Caption.Get(), "Completed:     1     00:00:10");
 }
 
-TEST_F(ViewsTest, DocumentThatCanNotBePlayedMayBeCompletedFromAnotherView) {
+TEST_F(ViewsTest, DocumentThatCanNotBePlayedIsCompletedFromItsOwnViewOnly) {
   file.Sounds.clear();
   ClickRow(0);
   form.mnuViewCompleted.Press(By::Hand);
-  form.cmdComplete.Press(By::Hand);
-  EXPECT_TRUE(form.frameCompleted.Visible);
   EXPECT_FALSE(form.cmdComplete.Enabled);
+  EXPECT_TRUE(form.listViewCompleted.Rows().empty());
+  form.mnuViewQueue.Press(By::Hand);
+  ClickRow(0);
+  form.cmdComplete.Press(By::Hand);
   form.mnuViewCompleted.Press(By::Hand);
   EXPECT_EQ(form.listViewCompleted.Rows().size(), 1u);
 }

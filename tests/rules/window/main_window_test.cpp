@@ -26,7 +26,7 @@ TEST_F(MainWindowTest, QuietLineStandsUntilTheNextCommandOfAHand) {
 }
 
 TEST_F(MainWindowTest, QueueDocumentShowsInWorkOrAsTheHighlightedRowOfTheQueueInFront) {
-  form.listViewInQueue.Add("a");
+  form.listViewInQueue.ListIndex = -1;
   EXPECT_FALSE(window.QueueDocumentShows());
   form.listViewInQueue.ListIndex = 0;
   EXPECT_TRUE(window.QueueDocumentShows());
