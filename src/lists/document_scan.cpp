@@ -38,8 +38,9 @@ bool DocumentScan::AddRow(forms::Table& list, const std::string& folder,
                           const std::string& scanFileName) {
   if (engine_.IsPlaying) engine_.StopPlay();
   engine_.CloseFile();
-  const bool opened = engine_.File().OpenFile(folder + scanFileName);
+  const playback::OpenResult result = engine_.File().OpenFile(folder + scanFileName);
   if (engine_.File().OpenStatus() < 0) return false;
+  const bool opened = result == playback::OpenResult::Opened;
   const double length = opened ? static_cast<double>(engine_.File().LengthMilliseconds()) : 0.0;
   TotalLength += length;
   list.Add(DocumentRow(names_.Record, scanFileName, base::FormatHMS(length)));

@@ -85,9 +85,9 @@ void AudioEngine::CloseFile() {
 
 Primed AudioEngine::Prime() {
   holdsDocument_ = false;
-  const bool opened = file_.OpenFile(CurrentDocumentPath);
+  const OpenResult result = file_.OpenFile(CurrentDocumentPath);
   if (file_.OpenStatus() < 0) return Primed::Refused;
-  if (!opened) {
+  if (result != OpenResult::Opened) {
     form_.lblFileLengthHMS.Value = "00:00:00";
     return Primed::Unplayable;
   }

@@ -36,17 +36,24 @@ struct SampleArray {
   SampleCount Samples() const { return static_cast<SampleCount>(values.size()) / channels; }
 };
 
+/// What became of the opening of a sound file.
+enum class OpenResult {
+  Opened,
+  Unplayable,  ///< The file is there and holds no sound that can be played.
+  OutOfReach,  ///< The file is gone or no plain file any more, or its folder cannot be reached.
+};
+
 /// Decodes one sound file at a time.
 class AudioFile {
  public:
   virtual ~AudioFile() = default;
 
-  /// Opens the file for decoding; false (a fault) for any file that cannot be played. Closes what
-  /// was open before. Reads nothing but this file.
-  [[nodiscard]] virtual bool OpenFile(const std::string& path) = 0;
+  /// Opens the file for decoding. Closes what was open before; anything but Opened leaves nothing
+  /// open. Reads nothing but this file.
+  [[nodiscard]] virtual OpenResult OpenFile(const std::string& path) = 0;
   virtual void CloseFile() = 0;
   /// Negative when the last open failed because the process itself is in trouble (no handles, no
-  /// memory), 0 or more otherwise.
+  /// memory), whatever it returned; 0 or more otherwise.
   virtual int OpenStatus() const = 0;
 
   virtual SampleCount TotalSamples() const = 0;
@@ -57,8 +64,13 @@ class AudioFile {
   /// Up to `samples` samples from the read position, which moves behind them. Empty when the file
   /// is exhausted or cannot be read on. `last` marks the block that reaches the end of the file.
   virtual SampleArray ReadArray(SampleCount samples) = 0;
+  /// Whether the last ReadArray came back short or empty because the file could not be read on: the
+  /// disk failed, or the file is shorter now than it was when it was opened. False at the end of
+  /// the sound.
+  virtual bool ReadFailed() const = 0;
   /// Moves the read position and returns the position reached: exact to the sample for wave files,
-  /// to a packet otherwise. A target outside the file is cut to it.
+  /// to a packet otherwise. A target outside the file is cut to it. Never reaches behind the target
+  /// because the file cannot be read there.
   virtual SampleCount SeekSample(SampleCount target) = 0;
 };
 

@@ -59,7 +59,9 @@ void Check(std::span<const std::uint8_t> input) {
   const ScratchFile& scratch = input.size() % 2 == 0 ? anyName : voxName;
   scratch.Hold(input);
   platform::FfmpegAudioFile file;
-  if (file.OpenFile(scratch.Path())) Use(file);
+  const playback::OpenResult result = file.OpenFile(scratch.Path());
+  if (result == playback::OpenResult::Opened) Use(file);
+  Promise(result != playback::OpenResult::OutOfReach, "no file that is there is out of reach");
   Promise(file.OpenStatus() == 0, "no file is trouble of the process");
 }
 

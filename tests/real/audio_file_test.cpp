@@ -33,15 +33,15 @@ struct AudioFileTest : testing::Test {
 };
 
 TEST_F(AudioFileTest, SixteenBitSamplesAreTheirValueOver32768) {
-  ASSERT_TRUE(file.OpenFile(Wave(WaveBytes({0, 1, -1, 32767, -32768, 16384}))));
+  ASSERT_TRUE(Opens(file, Wave(WaveBytes({0, 1, -1, 32767, -32768, 16384}))));
   const std::vector<float> expected{0, 1 / 32768.0F, -1 / 32768.0F, 32767 / 32768.0F, -1, 0.5F};
   EXPECT_EQ(file.ReadArray(100).values, expected);
 }
 
 TEST_F(AudioFileTest, EightBitSamplesAreCentredAt128) {
   const std::string data{'\x80', '\x00', '\xFF', '\x81'};
-  ASSERT_TRUE(file.OpenFile(
-      Wave(RiffBytes(ChunkBytes("fmt ", FormatBytes(1, 1, 8000, 8)) + ChunkBytes("data", data)))));
+  ASSERT_TRUE(Opens(file, Wave(RiffBytes(ChunkBytes("fmt ", FormatBytes(1, 1, 8000, 8)) +
+                                         ChunkBytes("data", data)))));
   const std::vector<float> expected{0, -1, 127 / 128.0F, 1 / 128.0F};
   EXPECT_EQ(file.ReadArray(100).values, expected);
 }
@@ -50,14 +50,14 @@ TEST_F(AudioFileTest, FloatsThatAreNoSampleBecomeSilenceOrFullScale) {
   std::string data;
   for (const std::uint32_t bits : {0x3F000000U, 0x7FC00000U, 0x7F800000U, 0xFF800000U, 0x40000000U})
     data += Number(bits, 4);
-  ASSERT_TRUE(file.OpenFile(
-      Wave(RiffBytes(ChunkBytes("fmt ", FormatBytes(3, 1, 8000, 32)) + ChunkBytes("data", data)))));
+  ASSERT_TRUE(Opens(file, Wave(RiffBytes(ChunkBytes("fmt ", FormatBytes(3, 1, 8000, 32)) +
+                                         ChunkBytes("data", data)))));
   const std::vector<float> expected{0.5F, 0, 1, -1, 1};
   EXPECT_EQ(file.ReadArray(100).values, expected);
 }
 
 TEST_F(AudioFileTest, PlainWaveSaysItsFormatAndExactLength) {
-  ASSERT_TRUE(file.OpenFile(Wave(WaveBytes(Chirp(12'349, 11'025, 2), 11'025, 2))));
+  ASSERT_TRUE(Opens(file, Wave(WaveBytes(Chirp(12'349, 11'025, 2), 11'025, 2))));
   EXPECT_EQ(file.OpenStatus(), 0);
   EXPECT_EQ(file.TotalSamples(), 12'349);
   EXPECT_EQ(file.LengthMilliseconds(), 1120);
@@ -66,7 +66,7 @@ TEST_F(AudioFileTest, PlainWaveSaysItsFormatAndExactLength) {
 }
 
 TEST_F(AudioFileTest, ClosedFileHasNoFigures) {
-  ASSERT_TRUE(file.OpenFile(Wave(WaveBytes(Chirp(100, 8000)))));
+  ASSERT_TRUE(Opens(file, Wave(WaveBytes(Chirp(100, 8000)))));
   file.CloseFile();
   EXPECT_EQ(file.TotalSamples(), 0);
   EXPECT_EQ(file.LengthMilliseconds(), 0);
@@ -82,7 +82,7 @@ TEST_F(AudioFileTest, EveryWaveCodingDecodesToTheSameBitsAsFfmpegsTool) {
       const std::string path =
           Encoded("coded.wav", std::string("-c:a ") + codec, 11'025, channels, 1);
       const std::vector<float> expected = DecodedByFfmpeg(path);
-      ASSERT_TRUE(file.OpenFile(path));
+      ASSERT_TRUE(Opens(file, path));
       ASSERT_GE(file.TotalSamples(), 11'025);
       const std::vector<float> values = ReadAll(file, 1000);
       EXPECT_EQ(static_cast<std::int64_t>(values.size()), file.TotalSamples() * channels);
@@ -98,7 +98,7 @@ TEST_F(AudioFileTest, EveryCodeOfBothLawsDecodesAsFfmpegsToolDecodesIt) {
   for (const int tag : {6, 7}) {
     const std::string path = Wave(
         RiffBytes(ChunkBytes("fmt ", FormatBytes(tag, 1, 8000, 8)) + ChunkBytes("data", codes)));
-    ASSERT_TRUE(file.OpenFile(path));
+    ASSERT_TRUE(Opens(file, path));
     EXPECT_EQ(ReadAll(file), DecodedByFfmpeg(path)) << tag;
   }
 }
@@ -110,7 +110,7 @@ TEST_F(AudioFileTest, FactChunkCutsThePaddingOfTheLastAdpcmBlock) {
   ASSERT_NE(fact, std::string::npos);
   bytes.replace(fact + 8, 4, Number(8000, 4));
   WriteFile(path, bytes);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.TotalSamples(), 8000);
   EXPECT_EQ(ReadAll(file).size(), 8000U);
 }
@@ -118,7 +118,7 @@ TEST_F(AudioFileTest, FactChunkCutsThePaddingOfTheLastAdpcmBlock) {
 TEST_F(AudioFileTest, SeekInAWaveIsExactToTheSample) {
   for (const char* codec : {"pcm_s16le", "pcm_s24le", "pcm_mulaw", "adpcm_ima_wav", "adpcm_ms"}) {
     SCOPED_TRACE(codec);
-    ASSERT_TRUE(file.OpenFile(Encoded("seek.wav", std::string("-c:a ") + codec, 8000, 2, 2)));
+    ASSERT_TRUE(Opens(file, Encoded("seek.wav", std::string("-c:a ") + codec, 8000, 2, 2)));
     const std::vector<float> whole = ReadAll(file);
     for (const int target : {0, 1, 504, 505, 506, 4999, 12'345, 15'999}) {
       ASSERT_EQ(file.SeekSample(target), target);
@@ -132,7 +132,7 @@ TEST_F(AudioFileTest, SeekInAWaveIsExactToTheSample) {
 }
 
 TEST_F(AudioFileTest, SeekOutsideTheFileIsCutToIt) {
-  ASSERT_TRUE(file.OpenFile(Wave(WaveBytes(Chirp(1000, 8000)))));
+  ASSERT_TRUE(Opens(file, Wave(WaveBytes(Chirp(1000, 8000)))));
   EXPECT_EQ(file.SeekSample(-5), 0);
   EXPECT_EQ(file.SeekSample(1001), 1000);
   EXPECT_TRUE(file.ReadArray(10).values.empty());
@@ -141,7 +141,7 @@ TEST_F(AudioFileTest, SeekOutsideTheFileIsCutToIt) {
 }
 
 TEST_F(AudioFileTest, BlocksTellTheRangeTheyPlay) {
-  ASSERT_TRUE(file.OpenFile(Wave(WaveBytes(Chirp(1000, 8000, 2), 8000, 2))));
+  ASSERT_TRUE(Opens(file, Wave(WaveBytes(Chirp(1000, 8000, 2), 8000, 2))));
   EXPECT_EQ(file.ReadArray(300).sourceEnd, 300);
   const SampleArray second = file.ReadArray(300);
   EXPECT_EQ(second.sourceBegin, 300);
@@ -153,7 +153,7 @@ TEST_F(AudioFileTest, BlocksTellTheRangeTheyPlay) {
 TEST_F(AudioFileTest, LastIsMarkedOnTheBlockThatReachesTheEnd) {
   for (const char* name : {"last.wav", "last.flac", "last.mp3"}) {
     SCOPED_TRACE(name);
-    ASSERT_TRUE(file.OpenFile(Encoded(name, "", 16'000, 1, 1)));
+    ASSERT_TRUE(Opens(file, Encoded(name, "", 16'000, 1, 1)));
     const playback::SampleCount total = file.TotalSamples();
     EXPECT_FALSE(file.ReadArray(total - 1).last);
     EXPECT_TRUE(file.ReadArray(100).last);
@@ -166,7 +166,7 @@ TEST_F(AudioFileTest, LastIsMarkedOnTheBlockThatReachesTheEnd) {
 }
 
 TEST_F(AudioFileTest, CountOfNothingReadsNothing) {
-  ASSERT_TRUE(file.OpenFile(Wave(WaveBytes(Chirp(1000, 8000)))));
+  ASSERT_TRUE(Opens(file, Wave(WaveBytes(Chirp(1000, 8000)))));
   EXPECT_TRUE(file.ReadArray(0).values.empty());
   EXPECT_TRUE(file.ReadArray(-1).values.empty());
   EXPECT_EQ(file.ReadArray(10).sourceBegin, 0);
@@ -176,7 +176,7 @@ TEST_F(AudioFileTest, MoreThanTwoChannelsAreFoldedIntoTwoSoThatEachIsHeard) {
   for (int voice = 0; voice < 4; ++voice) {
     std::vector<std::int16_t> moment(4, 0);
     moment[static_cast<std::size_t>(voice)] = 32767;
-    ASSERT_TRUE(file.OpenFile(Wave(WaveBytes(moment, 8000, 4))));
+    ASSERT_TRUE(Opens(file, Wave(WaveBytes(moment, 8000, 4))));
     EXPECT_EQ(file.ChannelCount(), 2);
     EXPECT_EQ(file.TotalSamples(), 1);
     const SampleArray block = file.ReadArray(10);
@@ -192,7 +192,7 @@ TEST_F(AudioFileTest, TenHoursOfWaveAreMeasuredAndReadWithoutBeingLoaded) {
                                 "data" + Number(kSamples * 2, 4));
   const auto header = static_cast<std::int64_t>(std::filesystem::file_size(path));
   std::filesystem::resize_file(path, static_cast<std::uintmax_t>(header + kSamples * 2));
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.LengthMilliseconds(), std::int64_t{10} * 3600 * 1000);
   EXPECT_EQ(file.SeekSample(kSamples - 100), kSamples - 100);
   const SampleArray block = file.ReadArray(8000);
@@ -214,7 +214,7 @@ TEST_F(AudioFileTest, ListedContainersPlayAtTheirLength) {
     SCOPED_TRACE(kind.name);
     const std::string path = Encoded(kind.name, kind.options);
     const std::vector<float> expected = DecodedByFfmpeg(path);
-    ASSERT_TRUE(file.OpenFile(path));
+    ASSERT_TRUE(Opens(file, path));
     const std::vector<float> values = ReadAll(file);
     const double rate = file.SampleRate();
     const auto count = static_cast<double>(values.size()) / file.ChannelCount();
@@ -228,7 +228,7 @@ TEST_F(AudioFileTest, ListedContainersPlayAtTheirLength) {
 TEST_F(AudioFileTest, VideoBesideTheSoundOfAnAviIsPassedOver) {
   const std::string path = Encoded(
       "picture.avi", "-f lavfi -i testsrc=duration=3:size=64x48 -map 0:a -map 1:v -c:a pcm_s16le");
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_NEAR(static_cast<double>(file.LengthMilliseconds()), 3000, 50);
   EXPECT_NEAR(static_cast<double>(ReadAll(file).size()), 48'000, 800);
 }
@@ -236,7 +236,7 @@ TEST_F(AudioFileTest, VideoBesideTheSoundOfAnAviIsPassedOver) {
 TEST_F(AudioFileTest, SeekInAContainerSaysWhereItLanded) {
   for (const char* name : {"s.flac", "s.ogg", "s.m4a", "s.wma", "s.aiff"}) {
     SCOPED_TRACE(name);
-    ASSERT_TRUE(file.OpenFile(Encoded(name, "", 16'000, 1, 5)));
+    ASSERT_TRUE(Opens(file, Encoded(name, "", 16'000, 1, 5)));
     const std::vector<float> whole = ReadAll(file);
     for (const int target : {0, 70'000, 16'001}) {
       const auto landed = static_cast<std::ptrdiff_t>(file.SeekSample(target));
@@ -254,22 +254,22 @@ TEST_F(AudioFileTest, SeekInAContainerSaysWhereItLanded) {
 
 TEST_F(AudioFileTest, FileThatChangedOrWentIsNotTakenForTheOneThatWasMeasured) {
   const std::string path = Wave(WaveBytes(Chirp(1000, 8000)));
-  ASSERT_TRUE(file.OpenFile(path));
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.TotalSamples(), 1000);
   EXPECT_EQ(ReadAll(file).size(), 1000U);
   WriteFile(path, WaveBytes(Chirp(1500, 11'025), 11'025));
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.TotalSamples(), 1500);
   EXPECT_EQ(file.SampleRate(), 11'025);
   std::filesystem::remove(path);
-  EXPECT_FALSE(file.OpenFile(path));
+  EXPECT_FALSE(Opens(file, path));
 }
 
 TEST_F(AudioFileTest, FileThatBecomesAnotherSoundBetweenOpeningAndReadingReadsAsExhausted) {
   const std::string path = Wave(WaveBytes(Chirp(1000, 8000)));
-  ASSERT_TRUE(file.OpenFile(path));
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
+  ASSERT_TRUE(Opens(file, path));
   std::filesystem::remove(path);
   WriteFile(path, WaveBytes(Chirp(1000, 8000, 2), 8000, 2));
   EXPECT_TRUE(file.ReadArray(100).values.empty());

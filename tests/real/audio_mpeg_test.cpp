@@ -27,7 +27,7 @@ struct MpegAudioTest : testing::Test {
 
   /// Opens the file and holds its length against a full decode by FFmpeg's tool and by ourselves.
   void ExpectTrueLength(const std::string& path) {
-    ASSERT_TRUE(file.OpenFile(path));
+    ASSERT_TRUE(Opens(file, path));
     const auto decoded = static_cast<double>(DecodedByFfmpeg(path).size()) / file.ChannelCount();
     const double mostOff = file.SampleRate() * 0.050;
     EXPECT_NEAR(static_cast<double>(file.TotalSamples()), decoded, mostOff);
@@ -38,7 +38,7 @@ struct MpegAudioTest : testing::Test {
 
 TEST_F(MpegAudioTest, LengthAndSoundAreThoseOfTheSourceWithoutTheEncodersPadding) {
   const std::string path = Encoded("-b:a 64k");
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.TotalSamples(), 80'000);
   EXPECT_EQ(file.LengthMilliseconds(), 5000);
   const std::vector<float> values = ReadAll(file);
@@ -73,7 +73,7 @@ TEST_F(MpegAudioTest, TagsInFrontAndBehindAreNoSound) {
   const std::string tag =
       std::string("ID3\x03\0\0\0\x12\x27\x60", 10) + std::string(300'000, '\xFF');
   WriteFile(path, tag + sound + "TAG" + std::string(125, ' '));
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.TotalSamples(), 80'000);
   EXPECT_EQ(ReadAll(file).size(), 80'000U);
 }
@@ -81,10 +81,10 @@ TEST_F(MpegAudioTest, TagsInFrontAndBehindAreNoSound) {
 TEST_F(MpegAudioTest, ZerosAndScrapsInFrontArePassedOver) {
   const std::string path = Encoded("-b:a 64k -write_id3v2 0 -write_xing 0");
   const std::string sound = ReadFile(path);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   const playback::SampleCount clean = file.TotalSamples();
   WriteFile(path, std::string(5000, '\0') + sound.substr(1000, 200) + sound);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.TotalSamples(), clean);
 }
 
@@ -92,18 +92,18 @@ TEST_F(MpegAudioTest, TwoFilesJoinedAreAsLongAsBoth) {
   const std::string path = Encoded("-b:a 64k");
   const std::string one = ReadFile(path);
   WriteFile(path, one + one);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_NEAR(static_cast<double>(file.LengthMilliseconds()), 10'000, 200);
 }
 
 TEST_F(MpegAudioTest, DamageInTheMiddleCostsOnlyItsOwnFrames) {
   const std::string path = Encoded("-b:a 64k");
   std::string bytes = ReadFile(path);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   const std::vector<float> sound = ReadAll(file);
   bytes.replace(bytes.size() / 2, 2000, std::string(2000, '\x55'));
   WriteFile(path, bytes);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   const std::vector<float> damaged = ReadAll(file);
   EXPECT_GT(damaged.size(), 70'000U);
   const std::vector<float> beforeDamage(damaged.begin(), damaged.begin() + 30'000);
@@ -113,13 +113,13 @@ TEST_F(MpegAudioTest, DamageInTheMiddleCostsOnlyItsOwnFrames) {
 TEST_F(MpegAudioTest, FrameThatCannotBeDecodedIsSilenceOfItsLength) {
   const std::string path = Encoded("-b:a 64k -write_id3v2 0 -write_xing 0");
   std::string bytes = ReadFile(path);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   const playback::SampleCount clean = file.TotalSamples();
   const std::size_t frame = bytes.find("\xFF\xF3", bytes.size() / 2);
   ASSERT_NE(frame, std::string::npos);
   bytes.replace(frame + 4, 60, std::string(60, '\xFF'));
   WriteFile(path, bytes);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.TotalSamples(), clean);
   EXPECT_EQ(static_cast<playback::SampleCount>(ReadAll(file).size()), clean);
 }
@@ -127,7 +127,7 @@ TEST_F(MpegAudioTest, FrameThatCannotBeDecodedIsSilenceOfItsLength) {
 TEST_F(MpegAudioTest, SeekLandsWhereItSaysAndSoundsAsIfPlayedThrough) {
   for (const char* options : {"-b:a 16k", "-q:a 2 -ar 44100", "-write_xing 0 -b:a 64k"}) {
     SCOPED_TRACE(options);
-    ASSERT_TRUE(file.OpenFile(Encoded(options, 16'000, 2)));
+    ASSERT_TRUE(Opens(file, Encoded(options, 16'000, 2)));
     const std::vector<float> whole = ReadAll(file);
     for (const int target : {0, 1, 40'000, 575, 79'000}) {
       ASSERT_EQ(file.SeekSample(target), target);
@@ -144,12 +144,12 @@ TEST_F(MpegAudioTest, SeekLandsWhereItSaysAndSoundsAsIfPlayedThrough) {
 TEST_F(MpegAudioTest, TenHoursAreCountedAndSoughtInAMoment) {
   const std::string path = Encoded("-write_id3v2 0 -write_xing 0 -b:a 8k -ar 8000", 8000, 1, 60);
   const std::string minute = ReadFile(path);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   const playback::SampleCount once = file.TotalSamples();
   std::string hours;
   for (int i = 0; i < 600; ++i) hours += minute;
   WriteFile(path, hours);
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(file.TotalSamples(), once * 600);
   const playback::SampleCount late = once * 599 + 1234;
   EXPECT_EQ(file.SeekSample(late), late);

@@ -29,7 +29,7 @@ struct UntrustedSoundTest : testing::Test {
     return folder / name;
   }
   void ExpectFault(const std::string& path) {
-    EXPECT_FALSE(file.OpenFile(path)) << path;
+    EXPECT_FALSE(Opens(file, path)) << path;
     EXPECT_EQ(file.OpenStatus(), 0) << path;
     EXPECT_EQ(file.TotalSamples(), 0) << path;
     EXPECT_TRUE(file.ReadArray(100).values.empty()) << path;
@@ -58,7 +58,7 @@ TEST_F(UntrustedSoundTest, WhatIsNoSoundIsAFault) {
 
 TEST_F(UntrustedSoundTest, WhatIsNoPlainFileIsAFault) {
   const std::string sound = File("sound.wav", WaveBytes({1, 2, 3}));
-  ASSERT_TRUE(file.OpenFile(sound));
+  ASSERT_TRUE(Opens(file, sound));
   ExpectFault(folder.Path());
   ExpectFault(folder / "vanished.wav");
   std::filesystem::create_symlink(sound, folder / "link.wav");
@@ -74,7 +74,7 @@ TEST_F(UntrustedSoundTest, WhatIsNoPlainFileIsAFault) {
 
 TEST_F(UntrustedSoundTest, SoundThatBecomesALinkIsAFaultThoughItWasMeasured) {
   const std::string sound = File("sound.wav", WaveBytes({1, 2, 3}));
-  ASSERT_TRUE(file.OpenFile(sound));
+  ASSERT_TRUE(Opens(file, sound));
   std::filesystem::rename(sound, folder / "moved.wav");
   std::filesystem::create_symlink(folder / "moved.wav", sound);
   ExpectFault(sound);
@@ -87,11 +87,11 @@ TEST_F(UntrustedSoundTest, NoHandlesLeftIsTroubleOfTheProcessAndPasses) {
   rlimit none = before;
   none.rlim_cur = 0;
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
-  const bool opened = file.OpenFile(sound);
+  const bool opened = Opens(file, sound);
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
   EXPECT_FALSE(opened);
   EXPECT_LT(file.OpenStatus(), 0);
-  EXPECT_TRUE(file.OpenFile(sound));
+  EXPECT_TRUE(Opens(file, sound));
   EXPECT_EQ(file.OpenStatus(), 0);
 }
 
@@ -149,9 +149,9 @@ TEST_F(UntrustedSoundTest, BaitNoticesWhoeverTouchesIt) {
 
 TEST_F(UntrustedSoundTest, SoundThatWasMeasuredIsNotOpenedAgainUntilItIsRead) {
   Bait bait(folder);
-  ASSERT_TRUE(file.OpenFile(bait.Path()));
+  ASSERT_TRUE(Opens(file, bait.Path()));
   EXPECT_TRUE(bait.Touched());
-  ASSERT_TRUE(file.OpenFile(bait.Path()));
+  ASSERT_TRUE(Opens(file, bait.Path()));
   EXPECT_EQ(file.TotalSamples(), 8000);
   EXPECT_FALSE(bait.Touched());
   EXPECT_EQ(file.ReadArray(100).Samples(), 100);
@@ -194,7 +194,7 @@ TEST_F(UntrustedSoundTest, PlaylistInsideAnAviReachesNothing) {
   std::string text = good;
   text.replace(text.find("auds"), 4, "txts");
   for (const std::string& bytes : {inside, text, good.substr(0, movie) + list}) {
-    if (file.OpenFile(File("bad.avi", bytes))) ReadAll(file);
+    if (Opens(file, File("bad.avi", bytes))) ReadAll(file);
   }
   EXPECT_FALSE(bait.Touched());
 }
@@ -210,14 +210,14 @@ TEST_F(UntrustedSoundTest, MovieThatKeepsItsSoundInAnotherFileReachesNothing) {
   // A reference without the mark that says the sound is in this file, then the other's name.
   bytes.replace(reference + 4, 4, std::string(4, '\0'));
   bytes.insert(reference + 8, bait.Path());
-  if (file.OpenFile(File("outside.mov", bytes))) ReadAll(file);
+  if (Opens(file, File("outside.mov", bytes))) ReadAll(file);
   EXPECT_FALSE(bait.Touched());
 }
 
 /// Opens what a document has become and does all that the program may do with it. Whatever comes
 /// must keep the promises of the interface.
 void UseUp(FfmpegAudioFile& file, const std::string& path) {
-  if (!file.OpenFile(path)) return;
+  if (!Opens(file, path)) return;
   ASSERT_GE(file.TotalSamples(), 0);
   ASSERT_GE(file.LengthMilliseconds(), 0);
   ASSERT_TRUE(file.ChannelCount() == 1 || file.ChannelCount() == 2);
@@ -337,8 +337,8 @@ TEST_F(UntrustedSoundTest, NoHandleIsLeftBehind) {
   const std::size_t before = OpenHandles();
   for (int i = 0; i < 1000; ++i) {
     FfmpegAudioFile fresh;
-    if (fresh.OpenFile(paths[static_cast<std::size_t>(i) % paths.size()])) fresh.ReadArray(10);
-    if (file.OpenFile(paths[static_cast<std::size_t>(i) % paths.size()])) file.ReadArray(10);
+    if (Opens(fresh, paths[static_cast<std::size_t>(i) % paths.size()])) fresh.ReadArray(10);
+    if (Opens(file, paths[static_cast<std::size_t>(i) % paths.size()])) file.ReadArray(10);
   }
   file.CloseFile();
   EXPECT_EQ(OpenHandles(), before);

@@ -22,7 +22,7 @@ struct WaveHeaderTest : testing::Test {
   }
   /// The samples of a wave made of these bytes; -1 when it does not open.
   playback::SampleCount SamplesOf(const std::string& bytes) {
-    return file.OpenFile(Wave(bytes)) ? file.TotalSamples() : -1;
+    return Opens(file, Wave(bytes)) ? file.TotalSamples() : -1;
   }
 };
 
@@ -30,7 +30,7 @@ struct WaveHeaderTest : testing::Test {
 const std::string kThree{1, 0, 2, 0, 3, 0};
 
 TEST_F(WaveHeaderTest, HeaderWithoutAudioDataOpensWithNoSamples) {
-  ASSERT_TRUE(file.OpenFile(Wave(RiffBytes(kFormat + ChunkBytes("data", "")))));
+  ASSERT_TRUE(Opens(file, Wave(RiffBytes(kFormat + ChunkBytes("data", "")))));
   EXPECT_EQ(file.TotalSamples(), 0);
   EXPECT_EQ(file.LengthMilliseconds(), 0);
   EXPECT_EQ(file.SampleRate(), 8000);

@@ -34,7 +34,7 @@ TEST(Recordings, AreThereForAllThatTheDeckSaysAndForNothingElse) {
 
 struct Recording : testing::TestWithParam<std::string_view> {
   void SetUp() override {
-    ASSERT_TRUE(file.OpenFile(kFolder / (std::string(GetParam()) + ".wav")));
+    ASSERT_TRUE(Opens(file, kFolder / (std::string(GetParam()) + ".wav")));
     sound = {.samples = ReadAll(file), .rate = file.SampleRate()};
   }
 
@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(Prompts, Recording, testing::ValuesIn(playback::kPrompt
 /// The pitch of a tone in its first and in its second half.
 std::pair<double, double> HalvesOf(const std::string& name) {
   platform::FfmpegAudioFile file;
-  EXPECT_TRUE(file.OpenFile(kFolder / name));
+  EXPECT_TRUE(Opens(file, kFolder / name));
   const Sound tone{.samples = ReadAll(file), .rate = file.SampleRate()};
   return {PitchOf(tone.Between(0.003, 0.025)), PitchOf(tone.Between(0.025, 0.047))};
 }

@@ -37,7 +37,7 @@ class CountingFile : public platform::FfmpegAudioFile {
  public:
   int Opens = 0;
   playback::SampleCount Read = 0;
-  bool OpenFile(const std::string& path) override {
+  playback::OpenResult OpenFile(const std::string& path) override {
     ++Opens;
     return FfmpegAudioFile::OpenFile(path);
   }

@@ -31,7 +31,7 @@ base::Reply WatchedLoop::ShowBox(const base::MessageBox& box) {
   return reply;
 }
 
-bool SoundsOnDisk::OpenFile(const std::string& path) {
+playback::OpenResult SoundsOnDisk::OpenFile(const std::string& path) {
   CloseFile();
   Sounds.clear();
   const std::string contents = disk_.Contents(path);

@@ -49,7 +49,7 @@ class SoundsOnDisk : public test::SimulatedAudioFile {
   /// Contents of files that may not be opened.
   std::set<std::string> Barred;
 
-  bool OpenFile(const std::string& path) override;
+  playback::OpenResult OpenFile(const std::string& path) override;
 
  private:
   const test::SimulatedDisk& disk_;

@@ -2,28 +2,36 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 namespace tavlo::test {
 namespace {
 
 using base::operator""ms;
+using playback::OpenResult;
 using playback::Side;
 
 double Seconds(base::Duration length) { return std::chrono::duration<double>(length).count(); }
 
+/// Throws once where a test asked for it.
+void FaultIf(bool& asked) {
+  if (std::exchange(asked, false)) throw std::runtime_error("a fault that a test asked for");
+}
+
 }  // namespace
 
-bool SimulatedAudioFile::OpenFile(const std::string& path) {
+OpenResult SimulatedAudioFile::OpenFile(const std::string& path) {
   ++OpenCount;
   open_ = nullptr;
   position_ = 0;
   status_ = InTrouble || path == TroubleWith ? -1 : 0;
-  if (status_ < 0) return false;
+  readFailed_ = false;
+  if (status_ < 0 || OutOfReach.contains(path)) return OpenResult::OutOfReach;
   const auto found = Sounds.find(path);
-  if (found == Sounds.end()) return false;
+  if (found == Sounds.end()) return OpenResult::Unplayable;
   open_ = &found->second;
-  return true;
+  return OpenResult::Opened;
 }
 
 std::int64_t SimulatedAudioFile::LengthMilliseconds() const {
@@ -31,13 +39,17 @@ std::int64_t SimulatedAudioFile::LengthMilliseconds() const {
 }
 
 SampleArray SimulatedAudioFile::ReadArray(SampleCount samples) {
+  FaultIf(ReadThrows);
   SampleArray block;
+  readFailed_ = false;
   if (!open_) return block;
-  const SampleCount end = std::min(position_ + samples, open_->samples);
+  const SampleCount wanted = std::min(position_ + samples, open_->samples);
+  const SampleCount end = std::max(position_, std::min(wanted, open_->readable));
+  readFailed_ = end < wanted;
   block.channels = open_->channels;
   block.sourceBegin = static_cast<double>(position_);
   block.sourceEnd = static_cast<double>(end);
-  block.last = end == open_->samples;
+  block.last = end == open_->samples || readFailed_;
   for (; position_ < end; ++position_) {
     block.values.insert(block.values.end(), open_->channels, static_cast<float>(position_));
   }
@@ -51,6 +63,7 @@ SampleCount SimulatedAudioFile::SeekSample(SampleCount target) {
 }
 
 void SimulatedTransform::ChangeSpeed(SampleArray& block, float speedPercent) {
+  FaultIf(Throws);
   Calls.push_back({block.side, speedPercent});
   const double length = static_cast<double>(block.values.size()) * 100.0 / speedPercent;
   block.values.resize(static_cast<std::size_t>(std::nearbyint(length)));
@@ -117,6 +130,7 @@ void SimulatedPlayer::StopOutput() {
 }
 
 void SimulatedPlayer::QueueArray(SampleArray block) {
+  FaultIf(QueueThrows);
   Queued.push_back(block);
   endRaised_ = false;
   if (queue_.empty()) playedUpTo_ = loop_.Now();

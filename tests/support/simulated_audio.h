@@ -1,7 +1,9 @@
 #pragma once
 
 #include <deque>
+#include <limits>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,9 +21,12 @@ struct SimulatedSound {
   SampleCount samples = 0;
   int rate = 8000;
   int channels = 1;
+  /// From this sample on the file cannot be read: the disk fails there, or the file was cut off.
+  SampleCount readable = std::numeric_limits<SampleCount>::max();
 };
 
-/// Decodes what the test laid out by path. A path that nobody laid out cannot be played.
+/// Decodes what the test laid out by path. A path that nobody laid out cannot be played. What is
+/// laid out may be changed while it is open.
 class SimulatedAudioFile : public playback::AudioFile {
  public:
   std::map<std::string, SimulatedSound> Sounds;
@@ -29,10 +34,14 @@ class SimulatedAudioFile : public playback::AudioFile {
   bool InTrouble = false;
   /// The same for the file at this path only.
   std::string TroubleWith;
+  /// Files that are gone, or whose folder cannot be reached.
+  std::set<std::string> OutOfReach;
+  /// The next read throws.
+  bool ReadThrows = false;
   int OpenCount = 0;
   std::vector<SampleCount> Seeks;
 
-  bool OpenFile(const std::string& path) override;
+  playback::OpenResult OpenFile(const std::string& path) override;
   void CloseFile() override { open_ = nullptr; }
   int OpenStatus() const override { return status_; }
   SampleCount TotalSamples() const override { return open_ ? open_->samples : 0; }
@@ -40,6 +49,7 @@ class SimulatedAudioFile : public playback::AudioFile {
   int ChannelCount() const override { return open_ ? open_->channels : 0; }
   int SampleRate() const override { return open_ ? open_->rate : 0; }
   SampleArray ReadArray(SampleCount samples) override;
+  bool ReadFailed() const override { return readFailed_; }
   SampleCount SeekSample(SampleCount target) override;
 
   bool IsOpen() const { return open_ != nullptr; }
@@ -48,6 +58,7 @@ class SimulatedAudioFile : public playback::AudioFile {
   const SimulatedSound* open_ = nullptr;
   SampleCount position_ = 0;
   int status_ = 0;
+  bool readFailed_ = false;
 };
 
 /// Stretches by counting: a block at half speed holds twice the samples.
@@ -59,6 +70,8 @@ class SimulatedTransform : public playback::AudioTransform {
   };
   std::vector<Call> Calls;
   int Resets = 0;
+  /// The next change of speed throws.
+  bool Throws = false;
 
   void Reset(int) override { ++Resets; }
   void ChangeSpeed(SampleArray& block, float speedPercent) override;
@@ -80,6 +93,8 @@ class SimulatedPlayer : public playback::AudioPlayer {
   bool Connected = true;
   int StatusAfterStart = 0;
   double Level = 70;
+  /// The next block throws instead of being queued.
+  bool QueueThrows = false;
   std::vector<SampleArray> Queued;  ///< Every block ever queued.
   std::vector<int> Volumes;
   std::vector<playback::EqualizerGains> Gains;

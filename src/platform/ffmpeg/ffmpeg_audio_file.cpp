@@ -8,6 +8,7 @@
 
 namespace tavlo::platform {
 
+using playback::OpenResult;
 using playback::SampleArray;
 using playback::SampleCount;
 
@@ -27,37 +28,42 @@ FfmpegAudioFile::FfmpegAudioFile(MeasuredFiles::JustSeen justSeen, std::function
   };
 }
 
-bool FfmpegAudioFile::OpenFile(const std::string& path) {
+OpenResult FfmpegAudioFile::OpenFile(const std::string& path) {
   CloseFile();
   openStatus_ = 0;
+  OpenResult result = OpenResult::OutOfReach;
   try {
-    if (OpenAndMeasure(path)) {
-      path_ = path;
-      return true;
-    }
+    result = OpenAndMeasure(path);
   } catch (const std::bad_alloc&) {
     openStatus_ = kProcessInTrouble;
   }
-  CloseFile();
-  return false;
+  if (result == OpenResult::Opened) {
+    path_ = path;
+  } else {
+    CloseFile();
+  }
+  return result;
 }
 
-bool FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
+OpenResult FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
   if (const SoundFigures* known = measured_.Find(path)) {
     figures_ = *known;
-    return true;
+    return OpenResult::Opened;
   }
   const PlainFile::Trouble trouble = file_.Open(path);
   if (trouble == PlainFile::Trouble::Process) openStatus_ = kProcessInTrouble;
-  if (trouble != PlainFile::Trouble::None) return false;
+  if (trouble != PlainFile::Trouble::None) return OpenResult::OutOfReach;
   measuring_ = true;
   SoundProbe probe = ProbeSound(file_, path, Want::Figures);
   measuring_ = false;
   figures_ = probe.figures;
   decoder_ = std::move(probe.decoder);
-  // A refusal is not remembered: the disk may have failed for a moment.
-  if (figures_.playable) measured_.Remember(path, file_.Identity(), figures_);
-  return figures_.playable;
+  whole_ = !file_.HasHole();
+  // A file that fails to be read may hold anything, so it is not called unplayable.
+  if (!figures_.playable) return whole_ ? OpenResult::Unplayable : OpenResult::OutOfReach;
+  // Neither a refusal nor a part of a file is remembered: the disk may have failed for a moment.
+  if (whole_) measured_.Remember(path, file_.Identity(), figures_);
+  return OpenResult::Opened;
 }
 
 void FfmpegAudioFile::CloseFile() {
@@ -67,7 +73,9 @@ void FfmpegAudioFile::CloseFile() {
   measuring_ = false;
   figures_ = {};
   refused_ = false;
+  whole_ = true;
   ended_ = false;
+  readFailed_ = false;
   position_ = 0;
   decoded_.clear();
 }
@@ -81,34 +89,45 @@ SampleArray FfmpegAudioFile::ReadArray(SampleCount samples) {
   SampleArray block;
   block.channels = std::max(figures_.channels, 1);
   block.sourceBegin = block.sourceEnd = static_cast<double>(position_);
+  readFailed_ = false;
+  samples = std::min(samples, kMostAtOnce);
+  if (samples <= 0 || path_.empty()) return block;
+  bool complete = false;
   try {
-    if (samples <= 0 || !HaveDecoder()) return block;
-    const auto channels = static_cast<std::size_t>(figures_.channels);
-    const auto wanted = static_cast<std::size_t>(std::min(samples, kMostAtOnce)) * channels;
-    // One more than is wanted tells whether the block is the last.
-    DecodeAhead(wanted + channels);
-    const auto end =
-        decoded_.begin() + static_cast<std::ptrdiff_t>(std::min(wanted, decoded_.size()));
-    block.values.assign(decoded_.begin(), end);
-    decoded_.erase(decoded_.begin(), end);
+    ReadInto(block, samples);
+    complete = whole_ && !refused_ && !file_.HasHole();
   } catch (const std::bad_alloc&) {
     block.values.clear();
-    return block;
   }
+  readFailed_ = !complete && block.Samples() < samples;
   position_ += block.Samples();
   block.sourceEnd = static_cast<double>(position_);
   block.last = ended_ && decoded_.empty() && !block.values.empty();
   return block;
 }
 
+void FfmpegAudioFile::ReadInto(SampleArray& block, SampleCount samples) {
+  if (!HaveDecoder()) return;
+  const auto channels = static_cast<std::size_t>(figures_.channels);
+  const auto wanted = static_cast<std::size_t>(samples) * channels;
+  // One more than is wanted tells whether the block is the last.
+  DecodeAhead(wanted + channels);
+  const auto end =
+      decoded_.begin() + static_cast<std::ptrdiff_t>(std::min(wanted, decoded_.size()));
+  block.values.assign(decoded_.begin(), end);
+  decoded_.erase(decoded_.begin(), end);
+}
+
 SampleCount FfmpegAudioFile::SeekSample(SampleCount target) {
+  file_.ForgetHole();
+  decoded_.clear();
+  ended_ = false;
+  position_ = std::clamp<SampleCount>(target, 0, figures_.totalSamples);
   try {
-    if (!HaveDecoder()) return position_;
-    decoded_.clear();
-    ended_ = false;
-    position_ = decoder_->Seek(std::clamp<SampleCount>(target, 0, figures_.totalSamples));
+    if (HaveDecoder()) position_ = decoder_->Seek(position_);
   } catch (const std::bad_alloc&) {
     ended_ = true;
+    whole_ = false;
   }
   return position_;
 }
@@ -123,6 +142,7 @@ bool FfmpegAudioFile::HaveDecoder() {
   const bool same = probe.figures.samplesPerSecond == figures_.samplesPerSecond &&
                     probe.figures.channels == figures_.channels;
   if (same) decoder_ = std::move(probe.decoder);
+  if (probe.figures.totalSamples < figures_.totalSamples) whole_ = false;
   refused_ = !decoder_;
   return !refused_;
 }

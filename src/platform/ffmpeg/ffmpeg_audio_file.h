@@ -15,7 +15,7 @@ namespace tavlo::platform {
 /// Measures and decodes sound files: waves and MPEG audio by readers of our own, all else by
 /// FFmpeg's. Opening a wave or an mp3 only measures it, and one that was measured before and has
 /// not changed is not even opened; the decoder is made at the first read or seek. A file that is
-/// gone or has become another sound by then reads as exhausted.
+/// gone or has become another sound by then cannot be read on.
 class FfmpegAudioFile : public playback::AudioFile {
  public:
   /// `justSeen` may spare a rescan its one question to the disk for each file. Opening calls
@@ -24,7 +24,7 @@ class FfmpegAudioFile : public playback::AudioFile {
   explicit FfmpegAudioFile(MeasuredFiles::JustSeen justSeen = {},
                            std::function<void()> breathe = {});
 
-  [[nodiscard]] bool OpenFile(const std::string& path) override;
+  [[nodiscard]] playback::OpenResult OpenFile(const std::string& path) override;
   void CloseFile() override;
   int OpenStatus() const override { return openStatus_; }
 
@@ -36,10 +36,12 @@ class FfmpegAudioFile : public playback::AudioFile {
 
   /// At most some four million samples come at once.
   playback::SampleArray ReadArray(playback::SampleCount samples) override;
+  bool ReadFailed() const override { return readFailed_; }
   playback::SampleCount SeekSample(playback::SampleCount target) override;
 
  private:
-  bool OpenAndMeasure(const std::string& path);
+  playback::OpenResult OpenAndMeasure(const std::string& path);
+  void ReadInto(playback::SampleArray& block, playback::SampleCount samples);
   bool HaveDecoder();
   void DecodeAhead(std::size_t values);
 
@@ -51,7 +53,10 @@ class FfmpegAudioFile : public playback::AudioFile {
   bool measuring_ = false;
   std::unique_ptr<Decoder> decoder_;
   bool refused_ = false;  ///< The decoder could not be made.
-  bool ended_ = false;    ///< The decoder has nothing behind `decoded_`.
+  /// The whole of what was measured can be read, as far as anybody knows before it is.
+  bool whole_ = true;
+  bool ended_ = false;  ///< The decoder has nothing behind `decoded_`.
+  bool readFailed_ = false;
   playback::SampleCount position_ = 0;
   std::vector<float> decoded_;  ///< From the read position on.
 };

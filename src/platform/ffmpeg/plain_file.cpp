@@ -26,13 +26,14 @@ std::optional<FileIdentity> IdentityOf(const std::string& path) {
 }
 
 PlainFile::PlainFile(PlainFile&& other) noexcept
-    : handle_(std::exchange(other.handle_, -1)), identity_(other.identity_) {}
+    : handle_(std::exchange(other.handle_, -1)), identity_(other.identity_), hole_(other.hole_) {}
 
 PlainFile& PlainFile::operator=(PlainFile&& other) noexcept {
   if (this == &other) return *this;
   Close();
   handle_ = std::exchange(other.handle_, -1);
   identity_ = other.identity_;
+  hole_ = other.hole_;
   return *this;
 }
 
@@ -41,18 +42,18 @@ PlainFile::Trouble PlainFile::Open(const std::string& path) {
   // Without O_NONBLOCK a pipe that nobody writes into would hold the whole program.
   constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   // A path with a NUL in it would open another file than the one that was named.
-  if (path.find('\0') != std::string::npos) return Trouble::Unusable;
+  if (path.find('\0') != std::string::npos) return Trouble::OutOfReach;
   do {
     handle_ = ::open(path.c_str(), kFlags);
   } while (handle_ < 0 && errno == EINTR);
   if (handle_ < 0) {
     const bool process = errno == EMFILE || errno == ENFILE || errno == ENOMEM;
-    return process ? Trouble::Process : Trouble::Unusable;
+    return process ? Trouble::Process : Trouble::OutOfReach;
   }
   struct stat facts;
   if (::fstat(handle_, &facts) != 0 || !S_ISREG(facts.st_mode)) {
     Close();
-    return Trouble::Unusable;
+    return Trouble::OutOfReach;
   }
   identity_ = IdentityFrom(facts);
   return Trouble::None;
@@ -61,6 +62,7 @@ PlainFile::Trouble PlainFile::Open(const std::string& path) {
 void PlainFile::Close() {
   if (handle_ >= 0) ::close(handle_);
   handle_ = -1;
+  hole_.reset();
 }
 
 std::size_t PlainFile::ReadAt(std::uint64_t offset, std::span<std::uint8_t> target) const {
@@ -72,6 +74,12 @@ std::size_t PlainFile::ReadAt(std::uint64_t offset, std::span<std::uint8_t> targ
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) break;
     filled += static_cast<std::size_t>(got);
+  }
+  const std::uint64_t end = offset + filled;
+  if (filled < target.size() && end < identity_.size) {
+    hole_ = end;
+  } else if (hole_ && *hole_ >= offset && *hole_ < end) {
+    hole_.reset();
   }
   if (OnRead) OnRead();
   return filled;

@@ -27,8 +27,8 @@ class PlainFile {
  public:
   enum class Trouble {
     None,
-    Unusable,  ///< Missing, not permitted, or no plain file.
-    Process,   ///< The process has no handles or no memory left.
+    OutOfReach,  ///< Missing, not permitted, or no plain file.
+    Process,     ///< The process has no handles or no memory left.
   };
 
   PlainFile() = default;
@@ -36,8 +36,8 @@ class PlainFile {
   PlainFile(PlainFile&& other) noexcept;
   PlainFile& operator=(PlainFile&& other) noexcept;
 
-  /// Opens the file, after closing what was open. A link, a folder, a pipe and a device are
-  /// unusable, and none of them can make the call wait.
+  /// Opens the file, after closing what was open. A link, a folder, a pipe and a device are out of
+  /// reach, and none of them can make the call wait.
   Trouble Open(const std::string& path);
   void Close();
 
@@ -50,12 +50,18 @@ class PlainFile {
   /// and when the disk fails.
   std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> target) const;
 
+  /// Whether a read came back short though the file was longer when it was opened: the disk failed,
+  /// or the file has been cut off since. True until the same place is read after all.
+  bool HasHole() const { return hole_.has_value(); }
+  void ForgetHole() { hole_.reset(); }
+
   /// Called after every read. Stays with this object, whatever is opened or moved into it.
   std::function<void()> OnRead;
 
  private:
   int handle_ = -1;
   FileIdentity identity_;
+  mutable std::optional<std::uint64_t> hole_;  ///< The first byte that could not be read.
 };
 
 }  // namespace tavlo::platform

@@ -67,7 +67,7 @@ const PromptVoice::Clip* PromptVoice::FindKept() const {
 }
 
 bool PromptVoice::OpenFile() {
-  decoderOpen_ = decoder_.OpenFile(path_);
+  decoderOpen_ = decoder_.OpenFile(path_) == playback::OpenResult::Opened;
   return decoderOpen_;
 }
 

@@ -25,7 +25,7 @@ struct Plays : testing::TestWithParam<Kind> {
     ASSERT_TRUE(MakeFile(GetParam(), folder.Path(), path));
     reference = ReferenceOf(GetParam(), path);
     ASSERT_FALSE(reference.empty());
-    ASSERT_TRUE(file.OpenFile(path));
+    ASSERT_TRUE(Opens(file, path));
   }
 
   SampleCount ReferenceSamples() const {
@@ -89,7 +89,7 @@ TEST_P(Plays, FromTheFirstSampleToTheLastAndFromAnyPlace) {
   EXPECT_EQ(file.SeekSample(file.TotalSamples() + 1000), file.TotalSamples());
   EXPECT_TRUE(file.ReadArray(100).values.empty());
 
-  ASSERT_TRUE(file.OpenFile(path));
+  ASSERT_TRUE(Opens(file, path));
   EXPECT_EQ(ReadToTheEnd(), whole) << "the same once more";
 }
 
@@ -113,7 +113,7 @@ TEST_P(PlaysWhenCut, AsLongAsWhatIsLeft) {
     SCOPED_TRACE(percent);
     const std::string part = folder / ("cut_" + std::string(kind.file));
     WriteFile(part, bytes.substr(0, bytes.size() * percent / 100));
-    ASSERT_TRUE(file.OpenFile(part));
+    ASSERT_TRUE(Opens(file, part));
     const SampleCount total = file.TotalSamples();
     EXPECT_LT(total, uncut);
     const std::vector<float> left = ReadToTheEnd();
@@ -155,7 +155,7 @@ TEST(HoursWithoutAHeader, AreMeasuredWithABreathEveryFewFramesAndCannotBeReadMea
     EXPECT_TRUE(file->ReadArray(1).values.empty());
     EXPECT_EQ(file->SeekSample(100), 0);
   });
-  ASSERT_TRUE(file->OpenFile(folder / "hours.amr"));
+  ASSERT_TRUE(Opens(*file, folder / "hours.amr"));
   EXPECT_EQ(file->LengthMilliseconds(), 2 * 60 * 60 * 1000);
   constexpr int kFramesOfABreath = 2048;
   EXPECT_GT(breaths, kFrames / kFramesOfABreath);

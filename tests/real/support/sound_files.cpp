@@ -84,6 +84,10 @@ std::vector<float> DecodedByFfmpeg(const std::string& path) {
   return values;
 }
 
+bool Opens(playback::AudioFile& file, const std::string& path) {
+  return file.OpenFile(path) == playback::OpenResult::Opened;
+}
+
 std::vector<float> ReadAll(playback::AudioFile& file, playback::SampleCount atOnce) {
   std::vector<float> all;
   for (;;) {

@@ -46,6 +46,8 @@ bool RunFfmpeg(const std::string& arguments);
 /// What FFmpeg's command-line tool decodes the file to, channels interleaved.
 std::vector<float> DecodedByFfmpeg(const std::string& path);
 
+/// Opens a sound that can be played.
+bool Opens(playback::AudioFile& file, const std::string& path);
 /// All samples from the read position on, in blocks of `atOnce`.
 std::vector<float> ReadAll(playback::AudioFile& file, playback::SampleCount atOnce = 4000);
 
