@@ -112,6 +112,7 @@ bool SimulatedPlayer::StartOutput() {
   queue_.clear();
   heard_ = 0;
   endRaised_ = false;
+  freshQueue_ = true;
   running_ = status_ >= 0;
   playedUpTo_ = loop_.Now();
   nextTimerEvent_ = loop_.Now() + kTellsEvery;
@@ -140,6 +141,8 @@ void SimulatedPlayer::QueueArray(SampleArray block) {
 void SimulatedPlayer::ClearQueue() {
   ++Clears;
   queue_.clear();
+  endRaised_ = false;
+  freshQueue_ = true;
   heard_ = 0;
 }
 
@@ -181,7 +184,8 @@ void SimulatedPlayer::Feed() {
   while (running_ && !queue_.empty() && finished(queue_.front())) FinishBlock();
   if (!running_) return;
   if (queue_.empty()) {
-    if (!endRaised_ && !Queued.empty()) {
+    // Whoever emptied the queue may be about to fill it.
+    if (!std::exchange(freshQueue_, false) && !endRaised_) {
       endRaised_ = true;
       if (OnEndPlay) OnEndPlay();
     }

@@ -146,6 +146,7 @@ class SimulatedPlayer : public playback::AudioPlayer {
   double heard_ = 0;
   bool running_ = false;
   bool endRaised_ = false;
+  bool freshQueue_ = false;  ///< No feed has looked at the queue since it was emptied.
   int rate_ = 8000;
   int channels_ = 1;
   int status_ = 0;
