@@ -61,7 +61,8 @@ class ContainerDecoder final : public Decoder {
     // Codecs need some packets to settle, so the jump goes a second further back. Dropping what
     // stands in front then makes the seek exact.
     std::int64_t position = JumpBefore(target - samplesPerSecond_).value_or(target + 1);
-    if (position > target) position = Restart() ? 0 : totalSamples_;
+    // Where even the beginning cannot be read, nothing comes, and the target is as good a place.
+    if (position > target) position = Restart() ? 0 : target;
     const std::int64_t mostSkipped = kMostSecondsSkipped * samplesPerSecond_;
     while (position < target && target - position <= mostSkipped) {
       if (waiting_.empty() && !DecodeFrame()) break;

@@ -59,8 +59,10 @@ OpenResult FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
   figures_ = probe.figures;
   decoder_ = std::move(probe.decoder);
   whole_ = !file_.HasHole();
-  // A file that fails to be read may hold anything, so it is not called unplayable.
-  if (!figures_.playable) return whole_ ? OpenResult::Unplayable : OpenResult::OutOfReach;
+  // A file that fails to be read may hold anything, so it is called neither unplayable nor empty.
+  const bool sounds = figures_.playable && figures_.totalSamples > 0;
+  if (!sounds && !whole_) return OpenResult::OutOfReach;
+  if (!figures_.playable) return OpenResult::Unplayable;
   // Neither a refusal nor a part of a file is remembered: the disk may have failed for a moment.
   if (whole_) measured_.Remember(path, file_.Identity(), figures_);
   return OpenResult::Opened;

@@ -53,7 +53,8 @@ class Mp3Decoder final : public Decoder {
     const auto frame = NextFrame();
     if (!frame) return false;
     bytes_.resize(frame->header.size);
-    bytes_.resize(file_.ReadAt(frame->offset, bytes_));
+    // The walker has seen that the file holds the whole frame, so a part of it is a failure.
+    if (file_.ReadAt(frame->offset, bytes_) < bytes_.size()) return false;
     decoded_.clear();
     codec_->DecodeBytes(bytes_, Channels(), decoded_);
     decoded_.resize(static_cast<std::size_t>(frame->header.samples * Channels()));
