@@ -36,8 +36,9 @@ Sound Stretched(const Sound& document, const std::vector<float>& speeds,
   Sound out{.rate = document.rate};
   double reached = 0;
   std::size_t number = 0;
-  for (SampleCount at = 0; at < static_cast<SampleCount>(document.samples.size()); at += kBlock) {
-    SampleArray block = Block(document, at, kBlock);
+  const SampleCount length = document.rate / 2;
+  for (SampleCount at = 0; at < static_cast<SampleCount>(document.samples.size()); at += length) {
+    SampleArray block = Block(document, at, length);
     transform.ChangeSpeed(block, speeds[number++ % speeds.size()]);
     EXPECT_DOUBLE_EQ(block.sourceBegin, reached);
     reached = block.sourceEnd;
@@ -97,6 +98,60 @@ TEST_P(Speeds, TellWhichPartOfTheDocumentSounds) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Percent, Speeds, testing::Values(50, 75, 90, 100, 110, 125, 150),
+                         testing::PrintToStringParamName());
+
+/// Rates up to the highest that a document may have: the library refuses those above 192,000 Hz.
+struct HighRates : testing::TestWithParam<int> {
+  int rate = GetParam();
+};
+
+TEST_P(HighRates, KeepPitchAndLengthWithTheTailAtAnySpeed) {
+  const Sound tone = Tone(440, 3.3, rate);
+  for (const float percent : {50.0F, 75.0F, 99.0F, 101.0F, 150.0F}) {
+    SCOPED_TRACE(percent);
+    const Sound out = Stretched(tone, {percent});
+    EXPECT_NEAR(Cents(PitchOf(out), 440), 0, 3);
+    EXPECT_NEAR(AudibleSeconds(out) * percent / 100, 3.3, 0.01 * 3.3);
+    EXPECT_LT(LargestStep(out.Between(0, out.Seconds() - 0.01)), 3 * SlopeOfTone(440, 0.5, rate));
+  }
+}
+
+TEST_P(HighRates, ChangeBetweenSpeedsWithoutAClickOrALoss) {
+  const Sound out = Stretched(Tone(440, 4, rate), {100, 75, 100, 100, 140, 50, 100, 150});
+  EXPECT_LT(LargestStep(out.Between(0, out.Seconds() - 0.01)), 3 * SlopeOfTone(440, 0.5, rate));
+  double expected = 0;
+  for (const double speed : {1.0, 0.75, 1.0, 1.0, 1.4, 0.5, 1.0, 1.5}) expected += 0.5 / speed;
+  EXPECT_NEAR(out.Seconds(), expected, 0.01 * expected);
+}
+
+TEST_P(HighRates, AtNormalSpeedPassUnchangedToTheBit) {
+  const Sound tone = Tone(440, 1, rate);
+  EXPECT_EQ(Stretched(tone, {100}).samples, tone.samples);
+}
+
+TEST_P(HighRates, StretchAPairAsOne) {
+  SoundTouchTransform transform;
+  transform.Reset(rate);
+  const Sound tone = Tone(440, 2, rate);
+  for (SampleCount at = 0; at < 2 * rate; at += rate / 2) {
+    SampleArray block = Block(tone, at, rate / 2);
+    std::vector<float> both;
+    for (const float value : block.values) both.insert(both.end(), {value, -0.5F * value});
+    block.values = both;
+    block.channels = 2;
+    SampleArray left = transform.SplitLeft(block);
+    SampleArray right = transform.SplitRight(block);
+    transform.ChangeSpeed(left, 80);
+    transform.ChangeSpeed(right, 80);
+    const SampleArray joined = transform.JoinChannels(left, right);
+    ASSERT_GT(joined.Samples(), rate / 2);
+    for (std::size_t i = 0; i < joined.values.size(); i += 2) {
+      ASSERT_NEAR(joined.values[i + 1], -0.5F * joined.values[i], 1e-4);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Hertz, HighRates, testing::Values(192'000, 192'001, 200'000, 384'000),
                          testing::PrintToStringParamName());
 
 TEST(SoundTouchTransform, AtNormalSpeedTheSamplesPassUnchangedToTheBit) {

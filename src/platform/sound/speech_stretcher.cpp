@@ -15,11 +15,21 @@ constexpr int kMostPushes = 50;
 
 }  // namespace
 
+int SpeechStretcher::RateOfLibrary(int framesPerSecond) {
+  const int parts = (framesPerSecond + kMostFramesPerSecond - 1) / kMostFramesPerSecond;
+  return framesPerSecond / parts;
+}
+
 SpeechStretcher::SpeechStretcher(int framesPerSecond, int channels)
     : library_(std::make_unique<soundtouch::SoundTouch>()),
       framesPerSecond_(framesPerSecond),
       channels_(channels) {
-  library_->setSampleRate(static_cast<unsigned>(framesPerSecond));
+  const int rate = RateOfLibrary(framesPerSecond);
+  if (rate != framesPerSecond) {
+    toLibrary_ = std::make_unique<StreamResampler>(framesPerSecond, rate, channels);
+    fromLibrary_ = std::make_unique<StreamResampler>(rate, framesPerSecond, channels);
+  }
+  library_->setSampleRate(static_cast<unsigned>(rate));
   library_->setChannels(static_cast<unsigned>(channels));
   // The rate is never changed, and without the filter for it the samples pass that stage unchanged.
   library_->setSetting(SETTING_USE_AA_FILTER, 0);
@@ -34,10 +44,9 @@ SpeechStretcher::~SpeechStretcher() = default;
 std::vector<float> SpeechStretcher::Process(std::span<const float> in, double speed) {
   if (speed != speed_) library_->setTempo(speed);
   speed_ = speed;
-  const auto frames = static_cast<unsigned>(in.size()) / static_cast<unsigned>(channels_);
-  library_->putSamples(in.data(), frames);
+  Push(in);
   const int ready = Ready();
-  heldBack_ += frames - ready * speed_;
+  heldBack_ += static_cast<double>(in.size()) / channels_ - ready * speed_;
   return Take(ready);
 }
 
@@ -53,7 +62,7 @@ SpeechStretcher::Ending SpeechStretcher::FinishInto(std::span<const float> next,
     const std::size_t real = std::min(piece, next.size());
     std::fill(std::copy_n(next.begin(), real, push.begin()), push.end(), 0.0F);
     next = next.subspan(real);
-    library_->putSamples(push.data(), static_cast<unsigned>(piece) / channels_);
+    Push(push);
   }
   heldBack_ = 0;
   Ending ending;
@@ -62,13 +71,23 @@ SpeechStretcher::Ending SpeechStretcher::FinishInto(std::span<const float> next,
   return ending;
 }
 
-std::vector<float> SpeechStretcher::Take(int frames) {
-  std::vector<float> out(static_cast<std::size_t>(frames) * static_cast<std::size_t>(channels_));
-  const unsigned got = library_->receiveSamples(out.data(), static_cast<unsigned>(frames));
-  out.resize(got * static_cast<unsigned>(channels_));
-  return out;
+void SpeechStretcher::Push(std::span<const float> in) {
+  std::vector<float> slowed;
+  if (toLibrary_) in = slowed = toLibrary_->Convert(in);
+  const auto channels = static_cast<unsigned>(channels_);
+  library_->putSamples(in.data(), static_cast<unsigned>(in.size()) / channels);
+  std::vector<float> out(std::size_t{library_->numSamples()} * channels);
+  library_->receiveSamples(out.data(), library_->numSamples());
+  if (fromLibrary_) out = fromLibrary_->Convert(out);
+  ready_.insert(ready_.end(), out.begin(), out.end());
 }
 
-int SpeechStretcher::Ready() const { return static_cast<int>(library_->numSamples()); }
+std::vector<float> SpeechStretcher::Take(int frames) {
+  const auto values = static_cast<std::size_t>(frames) * static_cast<std::size_t>(channels_);
+  const auto end = ready_.begin() + static_cast<std::ptrdiff_t>(std::min(values, ready_.size()));
+  std::vector<float> out(ready_.begin(), end);
+  ready_.erase(ready_.begin(), end);
+  return out;
+}
 
 }  // namespace tavlo::platform

@@ -4,6 +4,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/sound/stream_resampler.h"
+
 namespace soundtouch {
 class SoundTouch;
 }
@@ -14,6 +16,9 @@ namespace tavlo::platform {
 /// later; it says how much it holds back. A frame is one moment of all channels.
 class SpeechStretcher {
  public:
+  /// The library takes no more frames a second. Sound of a higher rate is stretched at a whole part
+  /// of it, which still holds more than an ear hears, and comes out at its own rate again.
+  static constexpr int kMostFramesPerSecond = 192'000;
   /// Length of the pieces that the sound is cut into. Longer sounds smoother in vowels and doubles
   /// consonants at slow speeds; shorter hums.
   static constexpr int kSequenceMilliseconds = 40;
@@ -45,12 +50,20 @@ class SpeechStretcher {
   double HeldBack() const { return heldBack_; }
 
  private:
+  /// At most what the library takes.
+  static int RateOfLibrary(int framesPerSecond);
+  /// Puts frames in and collects all that come out.
+  void Push(std::span<const float> in);
   std::vector<float> Take(int frames);
-  int Ready() const;
+  int Ready() const { return static_cast<int>(ready_.size()) / channels_; }
 
   std::unique_ptr<soundtouch::SoundTouch> library_;
   int framesPerSecond_;
   int channels_;
+  /// Before and behind the library; none at a rate that it takes.
+  std::unique_ptr<StreamResampler> toLibrary_;
+  std::unique_ptr<StreamResampler> fromLibrary_;
+  std::vector<float> ready_;
   double speed_ = 1;
   double heldBack_ = 0;
 };
