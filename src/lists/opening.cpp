@@ -103,6 +103,9 @@ void Opening::SoundBeginning(const std::string& documentPath) {
                   .text = documentPath + " can not be played.",
                   .icon = base::Icon::Warning});
       break;
+    case playback::Primed::OutOfReach:
+      transport_.SayOutOfReach();
+      break;
     case playback::Primed::Empty:
       sound_.PlayPrompt("EmptyDocErr");
       break;

@@ -89,7 +89,7 @@ Primed AudioEngine::Prime() {
   if (file_.OpenStatus() < 0) return Primed::Refused;
   if (result != OpenResult::Opened) {
     form_.lblFileLengthHMS.Value = "00:00:00";
-    return Primed::Unplayable;
+    return result == OpenResult::OutOfReach ? Primed::OutOfReach : Primed::Unplayable;
   }
   const std::int64_t milliseconds = file_.LengthMilliseconds();
   FileLength = static_cast<double>(milliseconds);

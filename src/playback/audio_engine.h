@@ -17,6 +17,7 @@ enum class Primed {
   Yes,
   Refused,     ///< The process is in trouble; nothing was changed.
   Unplayable,  ///< The file cannot be played.
+  OutOfReach,  ///< The file is gone, or its folder cannot be reached.
   Empty,       ///< The file holds less than a millisecond of sound.
 };
 

@@ -136,8 +136,27 @@ void Transport::Explain(Primed primed) {
     case Primed::Empty:
       hooks_.PlayPrompt("EmptyDocErrMayComplete");
       break;
+    case Primed::OutOfReach:
+      ExplainOutOfReach();
+      return;
   }
   window_.OfferComplete();
+}
+
+void Transport::ExplainOutOfReach() {
+  // A document in work keeps its keys: its share may be back at the next Play.
+  if (!form_.cmdSkip.Enabled) {
+    form_.cmdPlay.Enabled = false;
+    form_.cmdComplete.Enabled = false;
+  }
+  SayOutOfReach();
+}
+
+void Transport::SayOutOfReach() {
+  loop_.Show({.title = "Tavlo Deck - File Not Found",
+              .text = "This file is no longer there, or its folder can not be reached.\n"
+                      "Press Refresh to see what waits.",
+              .icon = base::Icon::Information});
 }
 
 double Transport::SavedPositionInFile() const {

@@ -41,14 +41,18 @@ class Transport {
   /// Stops the preview's timer and the wind. The position stays.
   void StopWindAndPreview();
   /// Tells the user about a document of the Queue that cannot be played, and lets Complete take it
-  /// out of the Queue. One that can be played, or whose measuring was refused, needs no word.
+  /// out of the Queue. One that can be played, or whose measuring was refused, needs no word. One
+  /// that is out of reach is not offered to Complete: nobody knows what it holds.
   void Explain(Primed primed);
+  /// Tells the user about a document of any list that is gone or whose folder cannot be reached.
+  void SayOutOfReach();
 
  private:
   void WireButtons();
   void ContinueFromWhereTheEarWas();
   bool PrimeAtTheBeginning();
   bool PrimeOrExplain();
+  void ExplainOutOfReach();
   double SavedPositionInFile() const;
   void ShowAsPlaying();
 

@@ -161,10 +161,11 @@ class Run {
   }
 
   void Count(playback::Primed primed) {
-    ++Seen[primed == playback::Primed::Yes       ? "primed"
-           : primed == playback::Primed::Empty   ? "empty"
-           : primed == playback::Primed::Refused ? "refused"
-                                                 : "unplayable"];
+    ++Seen[primed == playback::Primed::Yes          ? "primed"
+           : primed == playback::Primed::Empty      ? "empty"
+           : primed == playback::Primed::Refused    ? "refused"
+           : primed == playback::Primed::OutOfReach ? "out of reach"
+                                                    : "unplayable"];
   }
 
   void Click(DrivenProgram& program, const std::string& name) {

@@ -79,6 +79,28 @@ TEST_F(OpeningTest, FileThatCanNotBePlayedIsExplainedAndMayLeaveByComplete) {
   EXPECT_TRUE(form.cmdComplete.Enabled);
 }
 
+TEST_F(OpeningTest, FileThatIsGoneIsSaidToBeSoAndMayNotLeaveByComplete) {
+  file.OutOfReach = {folders.InQueuePath + name};
+  form.cmdComplete.Enabled = true;
+  ClickRowOf(name);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - File Not Found");
+  EXPECT_EQ(loop.Shown[0].text,
+            "This file is no longer there, or its folder can not be reached.\n"
+            "Press Refresh to see what waits.");
+  EXPECT_EQ(loop.Shown[0].icon, base::Icon::Information);
+  EXPECT_EQ(form.lblFileLengthHMS.Value.Get(), "00:00:00");
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+}
+
+TEST_F(OpeningTest, FileThatIsOutOfReachIsListedWithoutALength) {
+  file.OutOfReach = {folders.InQueuePath + name};
+  queue.RefreshQueueList();
+  ASSERT_EQ(Rows(), 1);
+  EXPECT_EQ(Cell(0, forms::document_column::Length), "00:00:00");
+}
+
 TEST_F(OpeningTest, WithoutAPreviewTheErrorComesWithPlay) {
   file.Sounds.clear();
   config.txtAutoPreview.Value = "0";
@@ -227,6 +249,15 @@ TEST_F(CompletedPreviewTest, FileThatCanNotBePlayedIsNamedAndMayNotBeCompleted) 
   EXPECT_FALSE(engine.IsPlaying);
 }
 
+TEST_F(CompletedPreviewTest, FileThatIsGoneIsSaidToBeSo) {
+  file.OutOfReach = {path};
+  form.listViewCompleted.RowClick(0);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - File Not Found");
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+  EXPECT_FALSE(engine.IsPlaying);
+}
+
 TEST_F(CompletedPreviewTest, DocumentWithoutAudioSaysSoAndMayNotBeCompleted) {
   file.Sounds[path] = {.samples = 0};
   form.listViewCompleted.RowClick(0);
@@ -292,6 +323,14 @@ TEST_F(ImportPreviewTest, DoubleClickDoesNoMoreThanAClick) {
 TEST_F(ImportPreviewTest, NothingSelectedYetDoesNothing) {
   opening.PreviewImportDocument("0");
   EXPECT_EQ(file.OpenCount, 0);
+}
+
+TEST_F(ImportPreviewTest, FileThatIsGoneIsSaidToBeSo) {
+  file.OutOfReach = {"/drop/memo.wav"};
+  form.listViewImport.RowClick(0);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - File Not Found");
+  EXPECT_FALSE(form.cmdComplete.Enabled);
 }
 
 TEST_F(ImportPreviewTest, FileWithoutAudioSaysSo) {

@@ -156,6 +156,40 @@ TEST_F(TransportTest, DocumentThatCanNotBePlayedIsExplainedAndMayBeCompleted) {
   EXPECT_FALSE(engine.IsPlaying);
 }
 
+TEST_F(TransportTest, DocumentThatIsGoneIsSaidToBeSoAndNotOfferedToComplete) {
+  file.OutOfReach = {"/doc.wav"};
+  form.cmdComplete.Enabled = true;
+  Play();
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - File Not Found");
+  EXPECT_EQ(loop.Shown[0].text,
+            "This file is no longer there, or its folder can not be reached.\n"
+            "Press Refresh to see what waits.");
+  EXPECT_EQ(loop.Shown[0].icon, base::Icon::Information);
+  EXPECT_EQ(form.lblFileLengthHMS.Value.Get(), "00:00:00");
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+  EXPECT_FALSE(form.cmdPlay.Enabled);
+  EXPECT_FALSE(form.cmdSkip.Enabled);
+  EXPECT_FALSE(engine.IsPlaying);
+}
+
+TEST_F(TransportTest, DocumentInWorkThatIsOutOfReachCanBePlayedOnceItIsBack) {
+  StoppedAt(40'000);
+  engine.CloseFile();
+  file.OutOfReach = {"/doc.wav"};
+  form.cmdComplete.Enabled = true;
+  form.cmdPlay.Press(By::Hand);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - File Not Found");
+  EXPECT_TRUE(form.cmdComplete.Enabled);
+  EXPECT_EQ(engine.CurrentSamplePosition, 40'000);
+
+  file.OutOfReach.clear();
+  form.cmdPlay.Press(By::Hand);
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_EQ(file.Seeks.back(), 40'000);
+}
+
 TEST_F(TransportTest, PlayOpensTheDocumentAgainWhenAScanClosedIt) {
   Play();
   form.cmdStop.Press(By::Hand);
