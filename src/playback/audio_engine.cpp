@@ -14,6 +14,9 @@ using base::operator""ms;
 constexpr std::int64_t kBlockMilliseconds = 500;
 /// The time label trails by the half second that is queued ahead of the ear.
 constexpr double kQueuedAheadMilliseconds = 500.0;
+/// An end that comes earlier before the measured one is none. Measuring and decoding may differ by
+/// some frames of the coding, which are far shorter.
+constexpr std::int64_t kMostUnheardMilliseconds = 500;
 
 /// The lowest 40 units of the meter scale are cut off and the rest widened to the bar's 0 to 100.
 int MeterValue(double level) {
@@ -118,8 +121,7 @@ void AudioEngine::StartPlay() {
   form_.cmdNormalSpeed.Enabled = true;
   if (file_.TotalSamples() == 0) return;
   PlayStartSample =
-      static_cast<double>(file_.SeekSample(static_cast<SampleCount>(CurrentSamplePosition)));
-  transform_.Reset(file_.SampleRate());
+      static_cast<double>(BeginRunAt(static_cast<SampleCount>(CurrentSamplePosition)));
   if (!player_.StartOutput()) {
     ShowHardwareFault();
     return;
@@ -144,12 +146,24 @@ void AudioEngine::StopPlay() {
   form_.MeterRight.Value = 0;
 }
 
+SampleCount AudioEngine::BeginRunAt(SampleCount target) {
+  const SampleCount reached = file_.SeekSample(target);
+  transform_.Reset(file_.SampleRate());
+  runIsBroken_ = false;
+  return reached;
+}
+
 void AudioEngine::LoadPlayBuffer() {
-  if (!IsPlaying) return;
-  SampleArray block = file_.ReadArray(BufferSampleCount);
-  if (block.values.empty()) return;
-  StretchBlock(block);
-  player_.QueueArray(std::move(block));
+  if (!IsPlaying || runIsBroken_) return;
+  try {
+    SampleArray block = file_.ReadArray(BufferSampleCount);
+    runIsBroken_ = file_.ReadFailed();
+    if (block.values.empty()) return;
+    StretchBlock(block);
+    player_.QueueArray(std::move(block));
+  } catch (...) {
+    runIsBroken_ = true;
+  }
 }
 
 void AudioEngine::StretchBlock(SampleArray& block) {
@@ -178,15 +192,13 @@ void AudioEngine::PausePlay() {
   }
   IsPaused = false;
   if (!player_.StartOutput()) return;
-  file_.SeekSample(static_cast<SampleCount>(PlayStartSample));
-  transform_.Reset(file_.SampleRate());
+  BeginRunAt(static_cast<SampleCount>(PlayStartSample));
   LoadPlayBuffer();
   LoadPlayBuffer();
 }
 
 void AudioEngine::ContinueFrom(SampleCount target) {
-  PlayStartSample = static_cast<double>(file_.SeekSample(target));
-  transform_.Reset(file_.SampleRate());
+  PlayStartSample = static_cast<double>(BeginRunAt(target));
   LoadPlayBuffer();
   LoadPlayBuffer();
   CurrentSamplePosition = PlayStartSample;
@@ -214,11 +226,22 @@ void AudioEngine::HandleTimer(SampleCount currentSamples, double levelLeft, doub
   form_.lblFilePositionHMS.Value = base::FormatHMS(shown - kQueuedAheadMilliseconds);
 }
 
+bool AudioEngine::HeardToItsEnd() const {
+  const double heard = PlayStartSample + static_cast<double>(player_.PlayedSamples());
+  const auto allowed = static_cast<double>(player_.MillisecondsToSamples(kMostUnheardMilliseconds));
+  return !runIsBroken_ && FileLength - heard <= allowed;
+}
+
 void AudioEngine::HandleEndPlay() {
   tmrPlaySnipet.Stop();
   StopPlay();
-  window_.OfferComplete();
   window_.RestoreMinimized(/*atStoredPlace=*/false);
+  if (!HeardToItsEnd()) {
+    // All that the position shows stays where the ear was.
+    window_.Say("The rest of this document can not be read.");
+    return;
+  }
+  window_.OfferComplete();
   CurrentSamplePosition = FileLength;
   form_.slPosition.Value = 100;
   form_.lblFilePositionHMS.Value = base::FormatHMS(static_cast<double>(file_.LengthMilliseconds()));

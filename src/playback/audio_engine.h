@@ -66,7 +66,8 @@ class AudioEngine {
   void ApplyDocumentVolume();
   void StartPlay();
   void StopPlay();
-  /// Reads, stretches and queues one block.
+  /// Reads, stretches and queues one block. A fault loses the block without a word; then nothing
+  /// more of the run is loaded, and the end that follows was not heard.
   void LoadPlayBuffer();
   /// Pauses and goes on without the transport's taking notice. Kept ready; no key calls it.
   void PausePlay();
@@ -78,8 +79,12 @@ class AudioEngine {
 
  private:
   void ListDevices();
+  /// Moves to the sample at which a run begins; returns the one that was reached.
+  SampleCount BeginRunAt(SampleCount target);
   void StretchBlock(SampleArray& block);
   void HandleTimer(SampleCount currentSamples, double levelLeft, double levelRight);
+  /// Whether the run that has ended reached the ear to the end of the document.
+  bool HeardToItsEnd() const;
   void HandleEndPlay();
   void ShowHardwareFault();
 
@@ -92,6 +97,9 @@ class AudioEngine {
   AudioPlayer& player_;
   const Hooks& hooks_;
   bool holdsDocument_ = false;
+  /// A block of this run was lost, or could not be read to its end. What is behind it may not
+  /// sound, for the ear would pass over the hole.
+  bool runIsBroken_ = false;
 };
 
 }  // namespace tavlo::playback

@@ -110,6 +110,17 @@ TEST_F(FinishingTest, SaveMarksTheRowAndTheNextPlayStartsThere) {
   EXPECT_EQ(file.Seeks.back(), 83'211 / 2);
 }
 
+TEST_F(FinishingTest, SaveOfADocumentThatCouldNotBeReadOnStoresWhereTheEarWas) {
+  file.Sounds[folders.InQueuePath + name].readable = 42'500;
+  ClickRowOf(name);
+  form.cmdPlay.Press(By::Hand);
+  loop.Advance(12s);
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+  form.cmdSave.Press(By::Hand);
+  EXPECT_EQ(disk.NamesIn(folders.InQueuePath),
+            Prompts{Document().By("Brown").Saved(42'500).Name()});
+}
+
 TEST_F(FinishingTest, SaveAtZeroOfANewDocumentTouchesNoFile) {
   WorkOn(name, 0);
   const auto changes = disk.Changes().size();
