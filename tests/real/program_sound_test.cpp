@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <new>
 #include <numbers>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "support/driven_program.h"
 #include "support/screen.h"
@@ -12,6 +17,23 @@
 #include "support/sound_files.h"
 #include "support/sound_recorder.h"
 #include "support/sound_server.h"
+
+namespace {
+
+/// The large piece of memory, counted from here, that is refused to this thread; 0 for none.
+thread_local int refuseNumber = 0;
+constexpr std::size_t kLarge = 4096;
+
+}  // namespace
+
+/// Stands in front of the library's own.
+void* operator new(std::size_t size) {
+  if (refuseNumber > 0 && size >= kLarge && --refuseNumber == 0) throw std::bad_alloc();
+  if (void* const memory = std::malloc(std::max<std::size_t>(size, 1))) return memory;
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace tavlo::test {
 namespace {
@@ -88,6 +110,16 @@ struct ProgramSound : testing::Test {
     program->Click("cmdStop");
     ASSERT_TRUE(Until([&] { return !Playing(); }));
   }
+  std::string Notice() {
+    return program->Ask([&] { return program->Main().lblNotice.Value.Get(); });
+  }
+  /// A run that began ends of itself, unheard: it says so, and Complete is not offered.
+  void ExpectUnheardEnd() {
+    ASSERT_TRUE(Until([&] { return !Playing(); }, 25s));
+    EXPECT_EQ(Notice(), "The rest of this document can not be read.");
+    EXPECT_FALSE(program->Ask([&] { return program->Main().cmdComplete.Enabled.Get(); }));
+    EXPECT_EQ(program->Box(), "");
+  }
   void LeaveDocument() {
     program->Click("cmdSkip");
     ASSERT_TRUE(Until([&] { return program->IsReady(); }));
@@ -160,6 +192,27 @@ TEST_F(ProgramSound, KeepsPitchAndLengthAtAnySpeedAndDoesNotClick) {
   });
 }
 
+TEST_F(ProgramSound, PlaysAWaveOfTheHighestRateAtAnySpeed) {
+  const std::string high = DocumentName("High", 3);
+  home.AddToQueue(high, WaveOf(Tone(440, 3, 384'000)));
+  Run([&] {
+    Open(high);
+    for (const int percent : {50, 100, 150}) {
+      SCOPED_TRACE(percent);
+      SetSpeed(percent);
+      const Sound heard = HeardOf(0.005, [&] {
+        program->Click("cmdSkipBeg");
+        Play();
+        ASSERT_TRUE(Until([&] { return !Playing(); }, 25s));
+      });
+      EXPECT_NEAR(Cents(PitchOf(heard), 440), 0, 3);
+      EXPECT_NEAR(AudibleSeconds(heard) * percent / 100, 3, 0.03);
+    }
+    EXPECT_EQ(Notice(), "");
+    LeaveDocument();
+  });
+}
+
 TEST_F(ProgramSound, StopsWhereTheEarWasAndSeeksWithoutAClick) {
   Run([&] {
     Open(sweep);
@@ -194,6 +247,54 @@ TEST_F(ProgramSound, StopsWhereTheEarWasAndSeeksWithoutAClick) {
       Stop();
     });
     EXPECT_NEAR(Cents(PitchOf(heard), 440), 0, 3);
+    LeaveDocument();
+  });
+}
+
+TEST_F(ProgramSound, StopsWhereTheEarWasInADocumentThatIsCutOffWhileItPlays) {
+  const std::string cut = DocumentName("Cut", 3);
+  const std::string path = home.AddToQueue(cut, WaveOf(Tone(440, 30, kRate)));
+  Run([&] {
+    program->ClickRow(program->RowOf(cut));
+    ASSERT_TRUE(program->Until([&] { return program->Main().cmdPlay.Enabled.Get(); }));
+    Play();
+    ASSERT_TRUE(Until([&] { return Position() > 0.5; }));
+    constexpr double kSecondsLeft = 6;
+    const auto bytesLeft = static_cast<std::uintmax_t>(44 + kSecondsLeft * kRate * 2);
+    std::filesystem::resize_file(path, bytesLeft);
+    ExpectUnheardEnd();
+    const double reached = Position();
+    EXPECT_NEAR(reached, kSecondsLeft, 0.001);
+    EXPECT_NEAR(program->Ask([&] { return program->Main().slPosition.Value; }), 20, 1);
+
+    program->Click("cmdSave");
+    ASSERT_TRUE(Until([&] { return program->IsReady(); }));
+    const std::string saved = DocumentName("Cut", 3, static_cast<int>(reached * kRate));
+    EXPECT_TRUE(std::filesystem::exists(home.QueuePath() + "/" + saved)) << saved;
+  });
+}
+
+TEST_F(ProgramSound, StopsWhereTheEarWasWhenMemoryForABlockIsNotToBeHad) {
+  Run([&] {
+    Open(sweep);
+    SetSpeed(150);
+    // Each of the large pieces of memory that a block takes is refused once.
+    bool refused = true;
+    for (int number = 1; refused; ++number) {
+      SCOPED_TRACE(number);
+      program->Click("cmdSkipBeg");
+      Play();
+      refused = program->Ask([&] {
+        refuseNumber = number;
+        program->Rooms().engine.LoadPlayBuffer();
+        return std::exchange(refuseNumber, 0) == 0;
+      });
+      if (!refused) break;
+      ExpectUnheardEnd();
+      EXPECT_LT(Position(), 9.5);
+      ASSERT_LT(number, 30);
+    }
+    Stop();
     LeaveDocument();
   });
 }
