@@ -1,6 +1,7 @@
 #include "lists/finishing.h"
 
 #include <initializer_list>
+#include <tuple>
 
 #include "store/saved_position.h"
 
@@ -109,16 +110,18 @@ void Finishing::StoreOutcome(Way way) {
   form_.slPosition.Value = 0;
   // Without a name the paths below are those of whole folders.
   if (opening_.SelectedQueueFile.empty()) return;
-  const double position = way == Way::Save ? engine_.CurrentSamplePosition : 0.0;
-  store::WriteSavedPosition(position, opening_.SelectedQueueFile, folders_, moves_);
-  if (way == Way::Complete) MoveToCompleted();
+  if (way == Way::Complete) return MoveToCompleted();
+  std::ignore = store::WriteSavedPosition(engine_.CurrentSamplePosition, opening_.SelectedQueueFile,
+                                          folders_, moves_);
 }
 
 void Finishing::MoveToCompleted() {
   // The document leaves the Queue in every case, as settled; what a failed copy would destroy is
-  // kept in the rescue folder. The next scan shows the truth, so the result needs no look here.
-  static_cast<void>(moves_.MoveOrRescue(folders_.InQueuePath + opening_.SelectedQueueFile,
-                                        folders_.CompletedPath() + opening_.SelectedQueueFile));
+  // kept in the rescue folder. It takes its name at position 0 on the way: under that name another
+  // document may wait in the Queue.
+  std::ignore = moves_.MoveOrRescue(
+      folders_.InQueuePath + opening_.SelectedQueueFile,
+      folders_.CompletedPath() + store::CompletedName(opening_.SelectedQueueFile));
 }
 
 void Finishing::ReturnToList() {

@@ -6,7 +6,6 @@
 namespace tavlo::store {
 namespace {
 
-constexpr std::size_t kLongestName = 255;
 /// How many documents of one name the rescue folder takes. Each costs a look at the names before.
 constexpr int kMostOfOneName = 9999;
 /// A copy stands under this name until it is whole; the dot keeps it out of every list.
@@ -26,10 +25,10 @@ bool ContinuesACharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0)
 std::string NumberedName(std::string_view name, int number) {
   const std::string mark = number > 1 ? " (" + std::to_string(number) + ")" : "";
   const auto dot = name.rfind('.');
-  const bool hasExtension = dot != name.npos && dot > 0 && name.size() - dot < kLongestName / 2;
+  const bool hasExtension = dot != name.npos && dot > 0 && name.size() - dot < kLongestFileName / 2;
   const auto extension = hasExtension ? name.substr(dot) : std::string_view();
   auto stem = name.substr(0, name.size() - extension.size());
-  const std::size_t room = kLongestName - mark.size() - extension.size();
+  const std::size_t room = kLongestFileName - mark.size() - extension.size();
   if (stem.size() > room) {
     std::size_t end = room;
     while (end > 0 && room - end < 3 && ContinuesACharacter(stem[end])) --end;
@@ -38,15 +37,18 @@ std::string NumberedName(std::string_view name, int number) {
   return std::string(stem) + mark + std::string(extension);
 }
 
-DiskResult FileMoves::Move(const std::string& source, const std::string& target) {
-  if (source == target) return DiskResult::Done;
-  const DiskResult renamed = RenameOver(source, target);
-  return renamed == DiskResult::OtherFileSystem ? MoveAcross(source, target) : renamed;
+Moved FileMoves::Move(const std::string& source, const std::string& target, InTheWay inTheWay) {
+  if (source == target) return {.result = DiskResult::Done, .arrived = true};
+  const Moved renamed = RenameOver(source, target, inTheWay);
+  return renamed.result == DiskResult::OtherFileSystem ? MoveAcross(source, target, inTheWay)
+                                                       : renamed;
 }
 
-DiskResult FileMoves::MoveOrRescue(const std::string& source, const std::string& target) {
-  const DiskResult moved = Move(source, target);
-  if (moved != DiskResult::Done) std::ignore = Rescue(source);
+Moved FileMoves::MoveOrRescue(const std::string& source, const std::string& target) {
+  Moved moved = Move(source, target);
+  if (moved.result == DiskResult::Done) return moved;
+  const Place aside = SetAside(source);
+  if (aside.result == DiskResult::Done) moved.rescued = aside.path;
   return moved;
 }
 
@@ -56,28 +58,35 @@ DiskResult FileMoves::DeleteForGood(const std::string& path) { return disk_.Dele
 
 /// A document that stands at the target is set aside first. When the rename fails all the same it
 /// is put back, which also undoes the case of two spellings of one path.
-DiskResult FileMoves::RenameOver(const std::string& source, const std::string& target) {
+Moved FileMoves::RenameOver(const std::string& source, const std::string& target,
+                            InTheWay inTheWay) {
   const DiskResult renamed = disk_.Rename(source, target);
-  const bool documentInTheWay = renamed == DiskResult::AlreadyThere && disk_.Facts(target);
-  if (!documentInTheWay) return renamed;
+  const bool documentGivesWay = renamed == DiskResult::AlreadyThere &&
+                                inTheWay == InTheWay::GoesToRescue && disk_.Facts(target);
+  if (!documentGivesWay) return {.result = renamed, .arrived = renamed == DiskResult::Done};
   const Place aside = SetAside(target);
-  if (aside.result != DiskResult::Done) return aside.result;
+  if (aside.result != DiskResult::Done) return {.result = aside.result};
   const DiskResult again = disk_.Rename(source, target);
-  if (again != DiskResult::Done) std::ignore = disk_.Rename(aside.path, target);
-  return again;
+  if (again == DiskResult::Done) {
+    return {.result = again, .arrived = true, .displaced = aside.path};
+  }
+  const bool back = disk_.Rename(aside.path, target) == DiskResult::Done;
+  return {.result = again, .displaced = back ? "" : aside.path};
 }
 
-DiskResult FileMoves::MoveAcross(const std::string& source, const std::string& target) {
+Moved FileMoves::MoveAcross(const std::string& source, const std::string& target,
+                            InTheWay inTheWay) {
   const Place copy = CopyBeside(source, target);
-  if (copy.result != DiskResult::Done) return copy.result;
-  const DiskResult renamed = RenameOver(copy.path, target);
-  if (renamed != DiskResult::Done) {
+  if (copy.result != DiskResult::Done) return {.result = copy.result};
+  Moved moved = RenameOver(copy.path, target, inTheWay);
+  if (moved.result != DiskResult::Done) {
     std::ignore = disk_.Delete(copy.path);
-    return renamed;
+    return moved;
   }
   // The source must not go before the new name is sure to stay.
-  const DiskResult flushed = disk_.FlushFolder(FolderOf(target));
-  return flushed == DiskResult::Done ? disk_.Delete(source) : flushed;
+  moved.result = disk_.FlushFolder(FolderOf(target));
+  if (moved.result == DiskResult::Done) moved.result = disk_.Delete(source);
+  return moved;
 }
 
 /// Copies the source under a name of our own into the target's folder and makes sure that all of it

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -7,6 +8,26 @@
 #include "store/work_folders.h"
 
 namespace tavlo::store {
+
+/// Bytes that a file's name may have.
+inline constexpr std::size_t kLongestFileName = 255;
+
+/// What became of a move.
+struct [[nodiscard]] Moved {
+  /// Done: the target is whole and the source is gone. Anything else: the source was not moved
+  /// away; it stands as before unless `rescued` says where it is.
+  DiskResult result = DiskResult::Done;
+  /// The target holds the whole document. Without Done only the last two steps failed, the flush of
+  /// the target's folder or the delete of the source.
+  bool arrived = false;
+  /// Where the document is now that stood at the target. Empty when none did, or it stands there.
+  std::string displaced;
+  /// Where the source is now that could not be moved. Empty when it was not rescued.
+  std::string rescued;
+};
+
+/// What becomes of a document that stands at the target of a move.
+enum class InTheWay { GoesToRescue, Stays };
 
 /// Moves documents so that a crash at any point leaves one whole document, or two, never none. What
 /// a rule would destroy (a document of the same name that a copy overwrites, a source that goes
@@ -18,16 +39,13 @@ class FileMoves {
  public:
   FileMoves(Disk& disk, const WorkFolders& folders) : disk_(disk), folders_(folders) {}
 
-  /// Done: the target is whole and the source is gone; a document that stood at the target is
-  /// rescued. AlreadyThere: what stands at the target is no plain file. Anything but Done: the
-  /// source stands as before and so does what stood at the target, save when all went well up to
-  /// the last two steps, the flush of the target's folder and the delete of the source: then the
-  /// target is whole and the source stands too.
-  DiskResult Move(const std::string& source, const std::string& target);
+  /// Moves a document; one that stands at the target is rescued. AlreadyThere: what stands at the
+  /// target is no plain file, or a document that stays.
+  Moved Move(const std::string& source, const std::string& target,
+             InTheWay inTheWay = InTheWay::GoesToRescue);
 
   /// The same for the rules by which the source goes even when its copy failed: then it is rescued.
-  /// The result is that of the move.
-  DiskResult MoveOrRescue(const std::string& source, const std::string& target);
+  Moved MoveOrRescue(const std::string& source, const std::string& target);
 
   /// Moves a document into the rescue folder.
   DiskResult Rescue(const std::string& path);
@@ -41,8 +59,8 @@ class FileMoves {
     std::string path;
   };
 
-  DiskResult RenameOver(const std::string& source, const std::string& target);
-  DiskResult MoveAcross(const std::string& source, const std::string& target);
+  Moved RenameOver(const std::string& source, const std::string& target, InTheWay inTheWay);
+  Moved MoveAcross(const std::string& source, const std::string& target, InTheWay inTheWay);
   Place CopyBeside(const std::string& source, const std::string& target);
   Place SetAside(const std::string& path);
   Place RenameToFreeName(const std::string& path, const std::string& folder,

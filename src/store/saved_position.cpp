@@ -34,13 +34,19 @@ std::string WithSavedPosition(const std::string& name, double position) {
          std::string(FirstCharacters(text.substr(lastBlank), kept));
 }
 
-void WriteSavedPosition(double position, std::string& selectedQueueFile, const WorkFolders& folders,
-                        FileMoves& moves) {
+std::string CompletedName(const std::string& name) {
+  const std::string newName = WithSavedPosition(name, 0);
+  return newName.size() > kLongestFileName ? name : newName;
+}
+
+DiskResult WriteSavedPosition(double position, std::string& selectedQueueFile,
+                              const WorkFolders& folders, FileMoves& moves) {
   const std::string newName = WithSavedPosition(selectedQueueFile, position);
-  if (newName == selectedQueueFile) return;
-  const DiskResult moved =
-      moves.Move(folders.InQueuePath + selectedQueueFile, folders.InQueuePath + newName);
-  if (moved == DiskResult::Done) selectedQueueFile = newName;
+  if (newName == selectedQueueFile) return DiskResult::Done;
+  const Moved moved = moves.Move(folders.InQueuePath + selectedQueueFile,
+                                 folders.InQueuePath + newName, InTheWay::Stays);
+  if (moved.result == DiskResult::Done) selectedQueueFile = newName;
+  return moved.result;
 }
 
 }  // namespace tavlo::store

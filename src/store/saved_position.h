@@ -13,9 +13,14 @@ namespace tavlo::store {
 /// stand as the grammar wants them.
 std::string WithSavedPosition(const std::string& name, double position);
 
+/// The name under which a document is completed: at position 0, or as it is where that would be
+/// longer than a name may be.
+std::string CompletedName(const std::string& name);
+
 /// Renames the selected Queue document so that its name carries the position, and puts the new name
-/// into `selectedQueueFile`. Silent: when the file cannot be moved the old name stays selected.
-void WriteSavedPosition(double position, std::string& selectedQueueFile, const WorkFolders& folders,
-                        FileMoves& moves);
+/// into `selectedQueueFile`. Done also when the name is to stay as it is. Anything else: the old
+/// name stays selected. AlreadyThere: something waits under the new name, and is left alone.
+DiskResult WriteSavedPosition(double position, std::string& selectedQueueFile,
+                              const WorkFolders& folders, FileMoves& moves);
 
 }  // namespace tavlo::store

@@ -282,7 +282,7 @@ TEST_F(DiskTest, MoveToAnotherFileSystemArrivesWholeAndRescuesWhatStoodThere) {
   const auto source = folder.Write("a.wav", "new");
   memory.Write("a.wav", "old");
   EXPECT_EQ(disk.Rename(source, memory / "b.wav"), DiskResult::OtherFileSystem);
-  EXPECT_EQ(moves.Move(source, memory / "a.wav"), DiskResult::Done);
+  EXPECT_EQ(moves.Move(source, memory / "a.wav").result, DiskResult::Done);
   EXPECT_EQ(memory.Read("a.wav"), "new");
   EXPECT_EQ(memory.Read(".Rescued a.wav"), "old");
   EXPECT_EQ(disk.Look(source), Entry::Nothing);

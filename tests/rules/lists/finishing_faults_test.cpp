@@ -24,13 +24,16 @@ struct Scene {
   bool completedElsewhere = false;  ///< The Completed folder lies on a file system of its own.
   bool savedBefore = false;         ///< The name carries a position already.
   bool nameTaken = false;           ///< The names that Complete and Save give are taken.
-  bool queuesByItself = false;      ///< The next document is selected instead of the word.
-  bool unplayable = false;          ///< The document never sounded; Complete takes it away.
+  bool firstNameWaits = false;  ///< Another waits under the name that it had before it was saved.
+  bool queuesByItself = false;  ///< The next document is selected instead of the word.
+  bool unplayable = false;      ///< The document never sounded; Complete takes it away.
 };
 constexpr std::array kScenes{
     Scene{"one file system"},
     Scene{"saved before", false, true},
     Scene{"name taken", false, false, true},
+    Scene{
+        .name = "saved before, the first name waits", .savedBefore = true, .firstNameWaits = true},
     Scene{"Completed elsewhere", true},
     Scene{"Completed elsewhere, saved before, name taken", true, true, true},
     Scene{.name = "the next one by itself", .queuesByItself = true},
@@ -63,6 +66,9 @@ struct Trial : ListsBench {
     if (scene.nameTaken) {
       disk.WithFile(folders.CompletedPath() + completedName, "the earlier one");
       disk.WithFile(folders.InQueuePath + savedName, "the one of the saved name");
+    }
+    if (scene.firstNameWaits) {
+      disk.WithFile(folders.InQueuePath + completedName, "the one of the first name");
     }
     if (scene.queuesByItself) config.txtAutoQueueJob.Value = "Y";
     Drop(document);
@@ -100,7 +106,12 @@ void ExpectNothingLost(const Trial& trial, const Scene& scene) {
   EXPECT_EQ(trial.disk.FilesHolding("sound of " + trial.other).size(), 1u);
   if (scene.nameTaken) {
     EXPECT_EQ(trial.disk.FilesHolding("the earlier one").size(), 1u);
-    EXPECT_EQ(trial.disk.FilesHolding("the one of the saved name").size(), 1u);
+    EXPECT_EQ(trial.disk.Contents(trial.folders.InQueuePath + trial.savedName),
+              "the one of the saved name");
+  }
+  if (scene.firstNameWaits) {
+    EXPECT_EQ(trial.disk.Contents(trial.folders.InQueuePath + trial.completedName),
+              "the one of the first name");
   }
 }
 
@@ -195,6 +206,7 @@ TEST(FinishingFaults, CompleteTakesTheDocumentOutOfTheQueueThoughAnyOneOperation
     if (fault.failing == SimulatedDisk::Failing::Once) {
       Names others{trial.other};
       if (scene.nameTaken) others.insert(others.begin(), trial.savedName);
+      if (scene.firstNameWaits) others.insert(others.begin(), trial.completedName);
       EXPECT_EQ(trial.Waiting(), others);
     }
     if (!fault.fired) {
@@ -220,7 +232,7 @@ TEST(FinishingFaults, SaveLeavesTheDocumentInTheQueueUnderTheNameThatIsSelected)
       EXPECT_EQ(trial.opening.SelectedQueueFile, name);
     }
     if (!fault.fired) {
-      EXPECT_EQ(name, trial.savedName);
+      EXPECT_EQ(name, scene.nameTaken ? trial.document : trial.savedName);
     }
   });
 }

@@ -62,6 +62,43 @@ TEST_F(FinishingTest, CompleteOfASavedDocumentPutsItsPositionBackToZero) {
   EXPECT_EQ(disk.NamesIn(folders.CompletedPath()), Prompts{Document().By("Okafor").Name()});
 }
 
+TEST_F(FinishingTest, CompleteOfASavedDocumentLeavesAWaitingOneOfItsFirstNameAlone) {
+  const std::string saved = Document().By("Brown").Saved(83'211).Name();
+  Drop(saved);
+  queue.RefreshQueueList();
+  WorkOn(saved, 40'000);
+  form.cmdComplete.Enabled = true;
+  const auto before = disk.Changes().size();
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(disk.Contents(folders.InQueuePath + name), "sound of " + name);
+  EXPECT_EQ(disk.Contents(folders.CompletedPath() + name), "sound of " + saved);
+  EXPECT_EQ(disk.Changes().size(), before + 1);
+}
+
+TEST_F(FinishingTest, CompletedNameThatCanHoldNoPositionStaysAsItIs) {
+  const std::size_t spare = 255 - Document().Field(15, "").By("").Name().size();
+  const std::string longest = Document().Field(15, "").By(std::string(spare, 'b')).Name();
+  for (const std::string& foreign : {std::string("song.wav"), longest}) {
+    Drop(foreign);
+    queue.RefreshQueueList();
+    WorkOn(foreign, 40'000);
+    form.cmdComplete.Enabled = true;
+    form.cmdComplete.Press(By::Hand);
+    EXPECT_EQ(disk.Contents(folders.CompletedPath() + foreign), "sound of " + foreign);
+  }
+}
+
+TEST_F(FinishingTest, SaveLeavesADocumentAloneThatWaitsUnderTheNewName) {
+  const std::string waiting = Document().By("Brown").Saved(40'000).Name();
+  Drop(waiting);
+  queue.RefreshQueueList();
+  WorkOn(name, 40'000);
+  form.cmdSave.Press(By::Hand);
+  EXPECT_EQ(disk.Contents(folders.InQueuePath + waiting), "sound of " + waiting);
+  EXPECT_EQ(disk.Contents(folders.InQueuePath + name), "sound of " + name);
+  EXPECT_EQ(opening.SelectedQueueFile, name);
+}
+
 TEST_F(FinishingTest, CompletedDocumentIsNotChosenAnyMoreThoughTheNetworkIsDown) {
   WorkOn(name, 0);
   form.cmdComplete.Enabled = true;

@@ -42,7 +42,7 @@ struct FileMovesTest : testing::Test, Place {};
 
 TEST_F(FileMovesTest, MoveOnOneFileSystemIsOneRename) {
   disk.WithFile(Queued("a.wav"), "A");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")), DiskResult::Done);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")).result, DiskResult::Done);
   EXPECT_EQ(disk.FilesHolding("A"), std::vector{Completed("a.wav")});
   EXPECT_EQ(disk.Operations,
             std::vector{"Rename " + Queued("a.wav") + " -> " + Completed("a.wav")});
@@ -50,28 +50,36 @@ TEST_F(FileMovesTest, MoveOnOneFileSystemIsOneRename) {
 
 TEST_F(FileMovesTest, MoveToItselfDoesNothing) {
   disk.WithFile(Queued("a.wav"), "A");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), Queued("a.wav")), DiskResult::Done);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), Queued("a.wav")).result, DiskResult::Done);
   EXPECT_TRUE(disk.Operations.empty());
 }
 
 TEST_F(FileMovesTest, MoveToItselfUnderAnotherSpellingLosesNothing) {
   disk.WithFile(Queued("a.wav"), "A");
-  EXPECT_NE(moves.Move(Queued("a.wav"), folders.InQueuePath + "/a.wav"), DiskResult::Done);
+  EXPECT_NE(moves.Move(Queued("a.wav"), folders.InQueuePath + "/a.wav").result, DiskResult::Done);
   EXPECT_EQ(disk.FilesHolding("A"), std::vector{Queued("a.wav")});
 }
 
 TEST_F(FileMovesTest, MoveOfAMissingSourceLeavesTheTargetAlone) {
   disk.WithFile(Completed("a.wav"), "B");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")), DiskResult::NotFound);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")).result, DiskResult::NotFound);
   EXPECT_EQ(disk.FilesHolding("B"), std::vector{Completed("a.wav")});
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::NotFound);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::NotFound);
 }
 
 TEST_F(FileMovesTest, DocumentThatWouldBeOverwrittenGoesIntoTheRescueFolder) {
   disk.WithFile(Queued("a.wav"), "new").WithFile(Completed("a.wav"), "old");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")), DiskResult::Done);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")).result, DiskResult::Done);
   EXPECT_EQ(disk.FilesHolding("new"), std::vector{Completed("a.wav")});
   EXPECT_EQ(disk.FilesHolding("old"), std::vector{Rescued("a.wav")});
+}
+
+TEST_F(FileMovesTest, DocumentThatIsToStayStopsTheMove) {
+  disk.WithFile(Queued("a.wav"), "new").WithFile(Queued("b.wav"), "old");
+  const store::Moved moved = moves.Move(Queued("a.wav"), Queued("b.wav"), store::InTheWay::Stays);
+  EXPECT_EQ(moved.result, DiskResult::AlreadyThere);
+  EXPECT_EQ(disk.FilesHolding("new"), std::vector{Queued("a.wav")});
+  EXPECT_EQ(disk.FilesHolding("old"), std::vector{Queued("b.wav")});
 }
 
 TEST_F(FileMovesTest, RescuedDocumentsOfOneNameAreNumberedBeforeTheExtension) {
@@ -94,24 +102,24 @@ TEST_F(FileMovesTest, RescueFromAnotherFileSystemGoesBehindADotInItsOwnFolder) {
 TEST_F(FileMovesTest, RescueWithoutARescueFolderGoesBehindADotToo) {
   disk.WithFile("/elsewhere/a.wav", "A").WithFile("/elsewhere/b.wav", "B");
   disk.Remove(kRoot + "/Files");
-  EXPECT_EQ(moves.Move("/elsewhere/a.wav", "/elsewhere/b.wav"), DiskResult::Done);
+  EXPECT_EQ(moves.Move("/elsewhere/a.wav", "/elsewhere/b.wav").result, DiskResult::Done);
   EXPECT_EQ(disk.Contents("/elsewhere/b.wav"), "A");
   EXPECT_EQ(disk.Contents("/elsewhere/.Rescued b.wav"), "B");
 }
 
 TEST_F(FileMovesTest, FolderOrLinkAtTheTargetStaysAndStopsTheMove) {
   disk.WithFile(Queued("a.wav"), "A").WithFile(Completed("a.wav") + "/inside", "B");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")), DiskResult::AlreadyThere);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), Completed("a.wav")).result, DiskResult::AlreadyThere);
   EXPECT_TRUE(disk.Has(Completed("a.wav") + "/inside"));
   disk.WithLink("/share/a.wav", "/elsewhere");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::AlreadyThere);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::AlreadyThere);
   EXPECT_EQ(disk.NamesIn("/share"), std::vector<std::string>{"a.wav"});
   EXPECT_EQ(disk.FilesHolding("A"), std::vector{Queued("a.wav")});
 }
 
 TEST_F(FileMovesTest, MoveToAnotherFileSystemDeletesTheSourceLast) {
   disk.WithFile(Queued("a.wav"), "A");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::Done);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::Done);
   const std::string half = "/share/.TavloDeckMove";
   const std::vector<std::string> expected{
       "Rename " + Queued("a.wav") + " -> /share/a.wav", "Copy " + Queued("a.wav") + " -> " + half,
@@ -124,13 +132,13 @@ TEST_F(FileMovesTest, MoveToAnotherFileSystemKeepsTheStamp) {
   disk.WithFile(Queued("a.wav"), "A");
   const auto before = disk.Facts(Queued("a.wav"));
   loop.Advance(base::Duration{60'000'000});
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::Done);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::Done);
   EXPECT_EQ(disk.Facts("/share/a.wav"), before);
 }
 
 TEST_F(FileMovesTest, MoveToAnotherFileSystemRescuesWhatStandsThere) {
   disk.WithFile(Queued("a.wav"), "new").WithFile("/share/a.wav", "old");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::Done);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::Done);
   EXPECT_EQ(disk.Contents("/share/a.wav"), "new");
   EXPECT_EQ(disk.Contents("/share/.Rescued a.wav"), "old");
 }
@@ -138,7 +146,7 @@ TEST_F(FileMovesTest, MoveToAnotherFileSystemRescuesWhatStandsThere) {
 TEST_F(FileMovesTest, FullDiskLeavesTheSourceAndNoHalfCopy) {
   disk.WithFile(Queued("a.wav"), "a long dictation").WithFile("/share/a.wav", "old");
   disk.SetFreeSpace("/share", 3);
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::NoSpace);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::NoSpace);
   EXPECT_EQ(disk.FilesHolding("a long dictation"), std::vector{Queued("a.wav")});
   EXPECT_EQ(disk.NamesIn("/share"), std::vector<std::string>{"a.wav"});
   EXPECT_EQ(disk.Contents("/share/a.wav"), "old");
@@ -147,7 +155,7 @@ TEST_F(FileMovesTest, FullDiskLeavesTheSourceAndNoHalfCopy) {
 TEST_F(FileMovesTest, SourceThatGrowsDuringTheCopyIsNotMoved) {
   disk.WithFile(Queued("a.wav"), "A");
   disk.OnNextCopy = [&] { disk.Write(Queued("a.wav"), "A and more"); };
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::Failed);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::Failed);
   EXPECT_EQ(disk.Contents(Queued("a.wav")), "A and more");
   EXPECT_TRUE(disk.NamesIn("/share").empty());
 }
@@ -155,19 +163,19 @@ TEST_F(FileMovesTest, SourceThatGrowsDuringTheCopyIsNotMoved) {
 TEST_F(FileMovesTest, CopyThatArrivesShorterIsNotTakenForTheDocument) {
   disk.WithFile(Queued("a.wav"), "a long dictation");
   disk.OnNextCopy = [&] { disk.Write("/share/.TavloDeckMove", "a long"); };
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::Failed);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::Failed);
   EXPECT_EQ(disk.FilesHolding("a long dictation"), std::vector{Queued("a.wav")});
 }
 
 TEST_F(FileMovesTest, HalfCopyOfACrashGivesWayInOurOwnTree) {
   disk.WithFile("/share/a.wav", "A").WithFile(Queued(".TavloDeckMove"), "half");
-  EXPECT_EQ(moves.Move("/share/a.wav", Queued("a.wav")), DiskResult::Done);
+  EXPECT_EQ(moves.Move("/share/a.wav", Queued("a.wav")).result, DiskResult::Done);
   EXPECT_EQ(disk.NamesIn(folders.InQueuePath), std::vector<std::string>{"a.wav"});
 }
 
 TEST_F(FileMovesTest, HalfCopyOutsideOurTreeMayBeAnotherDecksAndStays) {
   disk.WithFile(Queued("a.wav"), "A").WithFile("/share/.TavloDeckMove", "half");
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::Done);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::Done);
   EXPECT_EQ(disk.Contents("/share/.TavloDeckMove"), "half");
   EXPECT_EQ(disk.Contents("/share/a.wav"), "A");
 }
@@ -175,21 +183,21 @@ TEST_F(FileMovesTest, HalfCopyOutsideOurTreeMayBeAnotherDecksAndStays) {
 TEST_F(FileMovesTest, SourceThatCannotBeDeletedStandsBesideItsCopy) {
   disk.WithFile(Queued("a.wav"), "A");
   disk.FailOperation(8, DiskResult::NoAccess);
-  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav"), DiskResult::NoAccess);
+  EXPECT_EQ(moves.Move(Queued("a.wav"), "/share/a.wav").result, DiskResult::NoAccess);
   EXPECT_EQ(disk.Operations.back(), "Delete " + Queued("a.wav"));
   EXPECT_EQ(disk.FilesHolding("A").size(), 2u);
 }
 
 TEST_F(FileMovesTest, MoveOrRescueIsAMoveWhenThatSucceeds) {
   disk.WithFile(Queued("a.wav"), "A");
-  EXPECT_EQ(moves.MoveOrRescue(Queued("a.wav"), Completed("a.wav")), DiskResult::Done);
+  EXPECT_EQ(moves.MoveOrRescue(Queued("a.wav"), Completed("a.wav")).result, DiskResult::Done);
   EXPECT_EQ(disk.FilesHolding("A"), std::vector{Completed("a.wav")});
 }
 
 TEST_F(FileMovesTest, SourceThatGoesAlthoughItsCopyFailedIsRescued) {
   disk.WithFile(Queued("a.wav"), "A");
   disk.Remove(folders.CompletedPath());
-  EXPECT_EQ(moves.MoveOrRescue(Queued("a.wav"), Completed("a.wav")), DiskResult::NotFound);
+  EXPECT_EQ(moves.MoveOrRescue(Queued("a.wav"), Completed("a.wav")).result, DiskResult::NotFound);
   EXPECT_EQ(disk.FilesHolding("A"), std::vector{Rescued("a.wav")});
 }
 
@@ -213,7 +221,7 @@ TEST_F(FileMovesTest, NameOf255BytesIsRescuedUnderAShorterStem) {
 TEST_F(FileMovesTest, NamesThatAreNotTextAreMovedAndRescued) {
   const std::string name = "a\xFF\n b.wav";
   disk.WithFile(Queued(name), "A").WithFile(Completed(name), "B").WithFile(Rescued(name), "C");
-  EXPECT_EQ(moves.Move(Queued(name), Completed(name)), DiskResult::Done);
+  EXPECT_EQ(moves.Move(Queued(name), Completed(name)).result, DiskResult::Done);
   EXPECT_EQ(disk.Contents(Completed(name)), "A");
   EXPECT_EQ(disk.Contents(Rescued("a\xFF\n b (2).wav")), "B");
 }
@@ -260,20 +268,26 @@ struct Trial : Place {
   }
 };
 
-using Routine = DiskResult (store::FileMoves::*)(const std::string&, const std::string&);
+using Routine = std::function<store::Moved(store::FileMoves&, const Scene&)>;
+const Routine kMove = [](store::FileMoves& moves, const Scene& scene) {
+  return moves.Move(scene.source, scene.target);
+};
+const Routine kMoveOrRescue = [](store::FileMoves& moves, const Scene& scene) {
+  return moves.MoveOrRescue(scene.source, scene.target);
+};
 
 /// Runs the routine once for each N with a fault at its Nth operation, until none is left to fail.
-void ForEachOperation(const Scene& scene, Routine routine,
+void ForEachOperation(const Scene& scene, const Routine& routine,
                       const std::function<void(Trial&, int)>& arm,
-                      const std::function<void(Trial&, DiskResult)>& check) {
+                      const std::function<void(Trial&, const store::Moved&)>& check) {
   int operations = 1;
   for (int nth = 1; nth <= operations; ++nth) {
     SCOPED_TRACE(std::string(scene.name) + ", operation " + std::to_string(nth));
     Trial trial(scene);
     arm(trial, nth);
-    const DiskResult result = (trial.moves.*routine)(scene.source, scene.target);
+    const store::Moved moved = routine(trial.moves, scene);
     operations = std::max(operations, static_cast<int>(trial.disk.Operations.size()));
-    check(trial, result);
+    check(trial, moved);
   }
   EXPECT_GE(operations, 1);
 }
@@ -289,11 +303,11 @@ TEST(FileMovesFaults, FailureOfAnyOperationLosesNothing) {
   for (const Scene& scene : kScenes) {
     for (const auto failing : {Failing::Once, Failing::ForGood}) {
       for (const auto fault : {DiskResult::NoAccess, DiskResult::NoSpace, DiskResult::NotFound}) {
-        for (const Routine routine : {&store::FileMoves::Move, &store::FileMoves::MoveOrRescue}) {
+        for (const Routine& routine : {kMove, kMoveOrRescue}) {
           ForEachOperation(
               scene, routine,
               [&](Trial& trial, int nth) { trial.disk.FailOperation(nth, fault, failing); },
-              [&](Trial& trial, DiskResult) { ExpectNothingLost(trial, scene); });
+              [&](Trial& trial, const store::Moved&) { ExpectNothingLost(trial, scene); });
         }
       }
     }
@@ -303,11 +317,11 @@ TEST(FileMovesFaults, FailureOfAnyOperationLosesNothing) {
 TEST(FileMovesFaults, MoveThatFailsLeavesTheSourceInItsPlace) {
   for (const Scene& scene : kScenes) {
     ForEachOperation(
-        scene, &store::FileMoves::Move,
+        scene, kMove,
         [](Trial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::NoAccess); },
-        [&](Trial& trial, DiskResult result) {
+        [&](Trial& trial, const store::Moved& moved) {
           const bool sourceStands = trial.disk.Contents(scene.source) == "the new dictation";
-          EXPECT_EQ(sourceStands, result != DiskResult::Done);
+          EXPECT_EQ(sourceStands, moved.result != DiskResult::Done);
         });
   }
 }
@@ -315,12 +329,62 @@ TEST(FileMovesFaults, MoveThatFailsLeavesTheSourceInItsPlace) {
 TEST(FileMovesFaults, MoveThatSaysDoneHasAWholeTarget) {
   for (const Scene& scene : kScenes) {
     ForEachOperation(
-        scene, &store::FileMoves::Move,
+        scene, kMove,
         [](Trial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::Failed); },
-        [&](Trial& trial, DiskResult result) {
-          if (result == DiskResult::Done) {
-            EXPECT_EQ(trial.disk.Contents(scene.target), "the new dictation");
+        [&](Trial& trial, const store::Moved& moved) {
+          const bool whole = trial.disk.Contents(scene.target) == "the new dictation";
+          EXPECT_EQ(moved.arrived, whole);
+          EXPECT_TRUE(moved.result != DiskResult::Done || whole);
+        });
+  }
+}
+
+/// Where the move says that it put something stands just that, and what it does not speak of stands
+/// where it stood.
+void ExpectTold(const Trial& trial, const Scene& scene, const store::Moved& moved) {
+  if (!moved.rescued.empty()) {
+    EXPECT_NE(moved.result, DiskResult::Done);
+    EXPECT_EQ(trial.disk.Contents(moved.rescued), "the new dictation");
+  }
+  EXPECT_EQ(trial.disk.Contents(scene.source) == "the new dictation",
+            moved.result != DiskResult::Done && moved.rescued.empty());
+  if (scene.targetStands) {
+    const std::string old = moved.displaced.empty() ? scene.target : moved.displaced;
+    EXPECT_EQ(trial.disk.Contents(old), "the old dictation");
+  } else {
+    EXPECT_EQ(moved.displaced, "");
+  }
+}
+
+TEST(FileMovesFaults, WhereEachDocumentIsAfterAFailureIsTold) {
+  for (const Scene& scene : kScenes) {
+    for (const auto failing : {Failing::Once, Failing::ForGood}) {
+      for (const Routine& routine : {kMove, kMoveOrRescue}) {
+        ForEachOperation(
+            scene, routine,
+            [&](Trial& trial, int nth) {
+              trial.disk.FailOperation(nth, DiskResult::NoAccess, failing);
+            },
+            [&](Trial& trial, const store::Moved& moved) { ExpectTold(trial, scene, moved); });
+      }
+    }
+  }
+}
+
+TEST(FileMovesFaults, DocumentThatIsToStayIsNeverDisplaced) {
+  for (const Scene& scene : kScenes) {
+    ForEachOperation(
+        scene,
+        [](store::FileMoves& moves, const Scene& of) {
+          return moves.Move(of.source, of.target, store::InTheWay::Stays);
+        },
+        [](Trial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::NoSpace); },
+        [&](Trial& trial, const store::Moved& moved) {
+          if (scene.targetStands) {
+            EXPECT_EQ(trial.disk.Contents(scene.target), "the old dictation");
+            EXPECT_EQ(trial.disk.Contents(scene.source), "the new dictation");
           }
+          ExpectTold(trial, scene, moved);
         });
   }
 }

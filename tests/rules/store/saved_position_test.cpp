@@ -19,10 +19,11 @@ struct SavedPositionTest : testing::Test {
   std::string Write(const std::string& name, double position) {
     disk.WithFile(folders.InQueuePath + name, "dictation");
     std::string selected = name;
-    store::WriteSavedPosition(position, selected, folders, moves);
+    result = store::WriteSavedPosition(position, selected, folders, moves);
     return selected;
   }
 
+  store::DiskResult result = store::DiskResult::Done;
   SimulatedLoop loop;
   SimulatedDisk disk{loop};
   store::WorkFolders folders{disk, "/home/typist/Lyrane/TavloDeck"};
@@ -34,6 +35,7 @@ TEST_F(SavedPositionTest, PositionIsWrittenIntoFieldFifteen) {
   EXPECT_EQ(selected, Document().Saved(83211).Name());
   EXPECT_EQ(disk.NamesIn(folders.InQueuePath), std::vector{selected});
   EXPECT_EQ(disk.Contents(folders.InQueuePath + selected), "dictation");
+  EXPECT_EQ(result, store::DiskResult::Done);
 }
 
 TEST_F(SavedPositionTest, PositionZeroMakesASavedDocumentUnsaved) {
@@ -90,17 +92,19 @@ TEST_F(SavedPositionTest, CharactersAreCountedAndNotBytes) {
             std::string(14, ' ') + "8 P_.äbcdefghijkl");
 }
 
-TEST_F(SavedPositionTest, DocumentOfTheNewNameIsRescuedAndNotOverwritten) {
+TEST_F(SavedPositionTest, DocumentThatWaitsUnderTheNewNameStaysAndTheOldNameIsKept) {
   disk.WithFile(folders.InQueuePath + Document().Saved(5).Name(), "another dictation");
-  EXPECT_EQ(Write(Document().Name(), 5), Document().Saved(5).Name());
-  EXPECT_EQ(disk.Contents(folders.RescuedPath() + Document().Saved(5).Name()), "another dictation");
-  EXPECT_EQ(disk.Contents(folders.InQueuePath + Document().Saved(5).Name()), "dictation");
+  EXPECT_EQ(Write(Document().Name(), 5), Document().Name());
+  EXPECT_EQ(disk.Contents(folders.InQueuePath + Document().Saved(5).Name()), "another dictation");
+  EXPECT_EQ(disk.Contents(folders.InQueuePath + Document().Name()), "dictation");
+  EXPECT_EQ(result, store::DiskResult::AlreadyThere);
 }
 
 TEST_F(SavedPositionTest, FailedMoveKeepsTheOldNameSelected) {
   disk.FailOperation(1, store::DiskResult::NoAccess);
   EXPECT_EQ(Write(Document().Name(), 5), Document().Name());
   EXPECT_EQ(disk.NamesIn(folders.InQueuePath), std::vector{Document().Name()});
+  EXPECT_EQ(result, store::DiskResult::NoAccess);
 }
 
 TEST_F(SavedPositionTest, PositionThatMakesTheNameTooLongForTheDiskKeepsTheOldName) {
@@ -118,9 +122,17 @@ TEST_F(SavedPositionTest, PositionThatTheParserWouldRefuseIsTheLastThatItTakes) 
   EXPECT_EQ(names.Record.AuthorName, "Okafor");
 }
 
+TEST_F(SavedPositionTest, CompletedNameStandsAtZeroUnlessThatWouldBeTooLong) {
+  EXPECT_EQ(store::CompletedName(Document().Saved(83211).Name()), Document().Name());
+  EXPECT_EQ(store::CompletedName("song.wav"), "song.wav");
+  const std::size_t spare = 255 - Document().Field(15, "").By("").Name().size();
+  const auto longest = Document().Field(15, "").By(std::string(spare, 'b')).Name();
+  EXPECT_EQ(store::CompletedName(longest), longest);
+}
+
 TEST_F(SavedPositionTest, DocumentThatHasVanishedKeepsItsNameSelected) {
   std::string selected = Document().Name();
-  store::WriteSavedPosition(5, selected, folders, moves);
+  EXPECT_EQ(store::WriteSavedPosition(5, selected, folders, moves), store::DiskResult::NotFound);
   EXPECT_EQ(selected, Document().Name());
 }
 
