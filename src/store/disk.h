@@ -53,8 +53,9 @@ class Disk {
   /// Makes the file writable for its owner.
   virtual DiskResult SetAttributesNormal(const std::string& path) = 0;
 
-  /// Copies the contents and the stamp into a new file and flushes it to the disk. Refuses to
-  /// overwrite; what was copied so far stays behind when it fails.
+  /// Copies the contents and the stamp into a new file and flushes it to the disk. The copy keeps
+  /// the mode, and the owner where that may be; on the way there it is its owner's alone. Refuses
+  /// to overwrite; what was copied so far stays behind when it fails.
   virtual DiskResult Copy(const std::string& from, const std::string& to) = 0;
   /// Renames a file or a folder in one step on one file system. Refuses to overwrite.
   virtual DiskResult Rename(const std::string& from, const std::string& to) = 0;

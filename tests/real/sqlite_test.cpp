@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +12,8 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
+#include <set>
 #include <string>
 #include <thread>
 
@@ -125,6 +129,57 @@ TEST_F(SqliteTest, CreateThatFailsLeavesNothingBehind) {
   path = folder / "no such folder" / "Lyrane_Tavlo_Deck.mdb";
   EXPECT_NE(databases.Create(path), "");
   EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+/// Modes of all files of a folder, by name.
+std::map<std::string, unsigned> ModesIn(const std::filesystem::path& folder) {
+  std::map<std::string, unsigned> modes;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    modes[entry.path().filename()] = static_cast<unsigned>(entry.status().permissions());
+  }
+  return modes;
+}
+
+/// Makes a database in a process that ends at the first byte beyond a size, of whatever file.
+void CreateUntilKilled(SqliteSettingsDatabases& databases, const std::filesystem::path& path,
+                       rlim_t size) {
+  const pid_t doomed = ::fork();
+  if (doomed == 0) {
+    ::umask(0);
+    const rlimit low{.rlim_cur = size, .rlim_max = size};
+    ::setrlimit(RLIMIT_FSIZE, &low);
+    const rlimit noCore{};
+    ::setrlimit(RLIMIT_CORE, &noCore);
+    ::_exit(databases.Create(path).empty() ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(doomed, &status, 0), doomed);
+}
+
+TEST_F(SqliteTest, DatabaseAndJournalAreTheOwnersAloneFromTheFirstByteOn) {
+  std::set<std::string> seen;
+  for (const rlim_t size : {0u, 1u, 512u, 1024u, 4096u, 8192u, 16'384u, 1'000'000u}) {
+    SCOPED_TRACE(size);
+    CreateUntilKilled(databases, path, size);
+    for (const auto& [name, mode] : ModesIn(folder)) {
+      EXPECT_EQ(mode, 0600u) << name;
+      seen.insert(name);
+      std::filesystem::remove(folder / name);
+    }
+  }
+  EXPECT_EQ(seen,
+            (std::set<std::string>{"Lyrane_Tavlo_Deck.mdb", "Lyrane_Tavlo_Deck.mdb-journal"}));
+}
+
+TEST_F(SqliteTest, WiderDatabaseAndJournalAreNarrowedWhenTheyAreOpened) {
+  CreateShipped();
+  const std::filesystem::path journal = path.string() + "-journal";
+  std::ofstream(journal).close();
+  for (const auto& file : {path, journal}) ASSERT_EQ(::chmod(file.c_str(), 0664), 0);
+  const OpenedDatabase opened = databases.Open(path);
+  ASSERT_TRUE(opened.database) << opened.failure;
+  ASSERT_TRUE(opened.database->Write(Table::GeneralSettings, 0, {{"Speed", "117"}}));
+  for (const auto& [name, mode] : ModesIn(folder)) EXPECT_EQ(mode, 0600u) << name;
 }
 
 TEST_F(SqliteTest, MissingDatabaseIsNamedAndNotMade) {

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <iterator>
 #include <memory>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -104,6 +105,17 @@ bool CopyContents(int from, int to, const std::function<void()>& breathe) {
     }
     if (breathe) breathe();
   }
+}
+
+/// Gives a copy the owner and the mode of its source as far as this user, and the file system, let
+/// it. The bits for a group that could not be kept would open the copy to another one, so of them
+/// only those stay that everybody has.
+void KeepOwnerAndMode(int copy, const struct stat& source) {
+  const bool ownerKept = ::fchown(copy, source.st_uid, source.st_gid) == 0;
+  const bool groupKept = ownerKept || ::fchown(copy, static_cast<uid_t>(-1), source.st_gid) == 0;
+  mode_t mode = source.st_mode & 0777;
+  if (!groupKept) mode &= 0707 | (mode & 07) << 3;
+  std::ignore = ::fchmod(copy, mode);
 }
 
 /// For file systems that cannot refuse to overwrite in a rename. A link refuses; where there are no
@@ -261,12 +273,13 @@ DiskResult PosixDisk::Copy(const std::string& from, const std::string& to) {
   if (!source) return ResultOf(errno);
   const auto status = PlainStatus(source);
   if (!status) return DiskResult::Failed;
-  FileHandle target(to.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0666);
+  FileHandle target(to.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
   if (!target) return ResultOf(errno);
   const std::array<timespec, 2> times{timespec{.tv_nsec = UTIME_OMIT}, status->st_mtim};
-  const bool copied = CopyContents(source.Get(), target.Get(), breathe_) &&
-                      ::futimens(target.Get(), times.data()) == 0 && ::fsync(target.Get()) == 0;
-  if (!copied) return ResultOf(errno);
+  if (!CopyContents(source.Get(), target.Get(), breathe_)) return ResultOf(errno);
+  KeepOwnerAndMode(target.Get(), *status);
+  const bool kept = ::futimens(target.Get(), times.data()) == 0 && ::fsync(target.Get()) == 0;
+  if (!kept) return ResultOf(errno);
   return target.Close() ? DiskResult::Done : ResultOf(errno);
 }
 

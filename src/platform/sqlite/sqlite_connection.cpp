@@ -35,9 +35,7 @@ std::string CellText(sqlite3_stmt* statement, int column) {
 }  // namespace
 
 StepResult SqliteConnection::Open(const std::string& path, Mode mode) {
-  const int flags = mode == Mode::Read        ? SQLITE_OPEN_READONLY
-                    : mode == Mode::ReadWrite ? SQLITE_OPEN_READWRITE
-                                              : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  const int flags = mode == Mode::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
   sqlite3* opened = nullptr;
   const int code =
       sqlite3_open_v2(path.c_str(), &opened, flags | SQLITE_OPEN_PRIVATECACHE, nullptr);

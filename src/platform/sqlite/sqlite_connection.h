@@ -18,7 +18,7 @@ enum class StepResult { Done, TooBig, Busy, Damaged, NotDatabase, NoSpace, Faile
 /// functions are never run. Every call says how it ended; nothing throws.
 class SqliteConnection {
  public:
-  enum class Mode { Read, ReadWrite, CreateNew };
+  enum class Mode { Read, ReadWrite };
 
   SqliteConnection() = default;
   StepResult Open(const std::string& path, Mode mode);

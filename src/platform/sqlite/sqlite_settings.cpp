@@ -10,8 +10,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 #include <utility>
 
+#include "platform/sqlite/private_file.h"
 #include "platform/sqlite/sqlite_connection.h"
 
 namespace tavlo::platform {
@@ -82,14 +84,12 @@ std::string RefusedText(const std::string& path) {
                   "folder.");
 }
 
-/// The engine opens files of these names beside its own as they are: a pipe there would keep the
+/// The engine opens whatever stands beside a database under its names: a pipe there would keep the
 /// program waiting for good, and through a link it would write into another file.
-constexpr std::array kBeside{"-journal", "-wal", "-shm"};
-
 std::string BesideFault(const std::string& path) {
   std::error_code failed;
   const std::string real = std::filesystem::canonical(path, failed).string();
-  for (const char* ending : kBeside) {
+  for (const char* ending : kBesideEndings) {
     using Type = std::filesystem::file_type;
     const Type type = std::filesystem::symlink_status(real + ending, failed).type();
     if (type == Type::regular || type == Type::not_found) continue;
@@ -361,6 +361,7 @@ SqliteSettingsDatabases::SqliteSettingsDatabases(ShippedDatabase shipped, Opener
 
 OpenedDatabase SqliteSettingsDatabases::Open(const std::string& path) {
   if (std::string fault = ReachFault(path, R_OK | W_OK); !fault.empty()) return {{}, fault};
+  NarrowToOwner(path);
   SqliteConnection connection;
   StepResult result = connection.Open(path, Mode::ReadWrite);
   Steps steps(connection);
@@ -405,12 +406,14 @@ OpenedDatabase SqliteSettingsDatabases::OpenOld(const std::string& path) {
 }
 
 std::string SqliteSettingsDatabases::Create(const std::string& path) {
-  std::error_code failed;
-  if (std::filesystem::exists(std::filesystem::symlink_status(path, failed))) {
-    return Sentence(path, "can not be made: something of that name is there.");
+  const int unmade = MakePrivateFile(path);
+  if (unmade == EEXIST) return Sentence(path, "can not be made: something of that name is there.");
+  if (unmade == ENOSPC) return FailureText(path, StepResult::NoSpace, {});
+  if (unmade != 0) {
+    return FailureText(path, StepResult::Failed, std::generic_category().message(unmade));
   }
   SqliteConnection connection;
-  StepResult result = connection.Open(path, Mode::CreateNew);
+  StepResult result = connection.Open(path, Mode::ReadWrite);
   Steps steps(connection);
   if (result == StepResult::Done) {
     if (MakeSavesDurable(steps) && HoldFile(steps)) MakeTables(steps, shipped_);
@@ -421,6 +424,7 @@ std::string SqliteSettingsDatabases::Create(const std::string& path) {
   connection.Close();
   const std::string failure =
       HasNoLocks(path) ? LocklessText(path) : FailureText(path, result, connection.LastMessage());
+  std::error_code failed;
   std::filesystem::remove(path, failed);
   std::filesystem::remove(path + "-journal", failed);
   return failure;
