@@ -33,5 +33,32 @@ TEST(NumberValue, ThatIsTooSmallToBeToldFromNothingIsNothing) {
   EXPECT_EQ(base::NumberValue(std::string(400, '0') + "7"), 7);
 }
 
+TEST(FormatHMS, DropsTheFractionOfASecond) {
+  EXPECT_EQ(base::FormatHMS(0), "00:00:00");
+  EXPECT_EQ(base::FormatHMS(999), "00:00:00");
+  EXPECT_EQ(base::FormatHMS(999.9), "00:00:00");
+  EXPECT_EQ(base::FormatHMS(1000), "00:00:01");
+}
+
+TEST(FormatHMS, CarriesSecondsIntoMinutesAndMinutesIntoHours) {
+  EXPECT_EQ(base::FormatHMS(59'999), "00:00:59");
+  EXPECT_EQ(base::FormatHMS(60'000), "00:01:00");
+  EXPECT_EQ(base::FormatHMS(3'599'000), "00:59:59");
+  EXPECT_EQ(base::FormatHMS(3'661'000), "01:01:01");
+  EXPECT_EQ(base::FormatHMS(36'000'000), "10:00:00");
+}
+
+TEST(FormatHMS, TakesAsManyDigitsAsTheHoursNeed) {
+  EXPECT_EQ(base::FormatHMS(359'999'000), "99:59:59");
+  EXPECT_EQ(base::FormatHMS(360'000'000), "100:00:00");
+  EXPECT_EQ(base::FormatHMS(4'444'444'000), "1234:34:04");
+}
+
+TEST(FormatHMS, OfANegativeTimeIsNothing) {
+  EXPECT_EQ(base::FormatHMS(-1), "00:00:00");
+  EXPECT_EQ(base::FormatHMS(-500), "00:00:00");
+  EXPECT_EQ(base::FormatHMS(-3'661'000), "00:00:00");
+}
+
 }  // namespace
 }  // namespace tavlo::test

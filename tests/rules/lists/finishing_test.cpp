@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/lists_bench.h"
 
 namespace tavlo::test {
@@ -189,6 +191,58 @@ TEST_F(FinishingTest, WindowReturnsFromThePlayerToTheList) {
   EXPECT_TRUE(form.listViewInQueue.Enabled);
   EXPECT_TRUE(form.mnuFile.Enabled);
   EXPECT_FALSE(form.cmdPlay.Enabled);
+TEST_F(FinishingTest, SpeedSliderShowsTheSpeedInForceAndIsLockedWithEqualizerAndNormalSpeed) {
+  for (forms::Command* finish : {&form.cmdSkip, &form.cmdSave, &form.cmdComplete}) {
+    WorkOn(name, 0);
+    engine.PlaySpeedPercent = 85;
+    form.Slider1.Press();
+    form.Slider1.Change(40);
+    form.cmdComplete.Enabled = true;
+    for (const forms::Control* control : std::initializer_list<const forms::Control*>{
+             &form.Slider1, &form.cmdEQ, &form.cmdNormalSpeed}) {
+      ASSERT_TRUE(control->Enabled) << control->Name;
+    }
+    finish->Press(By::Hand);
+    EXPECT_EQ(form.Slider1.Value, -15) << finish->Name;
+    EXPECT_EQ(engine.PlaySpeedPercent, 85) << finish->Name;
+    EXPECT_FALSE(form.Slider1.Enabled) << finish->Name;
+    EXPECT_FALSE(form.cmdEQ.Enabled) << finish->Name;
+    EXPECT_FALSE(form.cmdNormalSpeed.Enabled) << finish->Name;
+  }
+}
+
+TEST_F(FinishingTest, SaveInMidPlayStoresWhereTheEarWas) {
+  ClickRowOf(name);
+  form.cmdPlay.Press(By::Hand);
+  loop.Advance(3s);
+  const double ear = engine.CurrentSamplePosition;
+  ASSERT_NEAR(ear, 24'000, 160);
+  form.cmdSave.Press(By::Hand);
+  EXPECT_EQ(disk.NamesIn(folders.InQueuePath),
+            Prompts{Document().By("Brown").Saved(static_cast<int>(ear)).Name()});
+}
+
+TEST_F(FinishingTest, HandsAndWaitsOfTheTransitionDoNotChangeThePositionThatIsStored) {
+  WorkOn(name, 40'000);
+  const auto disturb = [this] {
+    ASSERT_TRUE(window.guards.ListTransitionBusy);
+    for (forms::Command* key :
+         {&form.cmdRewind, &form.cmdForward, &form.cmdSkipBeg, &form.cmdSkipEnd}) {
+      key->Enabled = true;
+      key->Press(By::Hand);
+    }
+    form.slPosition.Press();
+    form.slPosition.Change(75);
+    form.slPosition.Release();
+  };
+  loop.Post(disturb);
+  form.cmdSave.Press(By::Hand);
+  EXPECT_EQ(disk.NamesIn(folders.InQueuePath),
+            Prompts{Document().By("Brown").Saved(40'000).Name()});
+  EXPECT_EQ(engine.CurrentSamplePosition, 40'000);
+  EXPECT_TRUE(std::ranges::find(prompts, "RewindTone") == prompts.end());
+}
+
   EXPECT_FALSE(form.cmdSkip.Enabled);
   EXPECT_FALSE(form.cmdStop.Visible);
   EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);

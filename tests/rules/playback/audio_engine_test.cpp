@@ -102,6 +102,24 @@ TEST_F(AudioEngineTest, BlocksAtNormalSpeedAreTheFilesSamplesBitForBit) {
   std::vector<float> all;
   for (const SampleArray& block : player.Queued) {
     all.insert(all.end(), block.values.begin(), block.values.end());
+TEST_F(AudioEngineTest, StartShowsThePositionAndFreesSpeedAndEqualizer) {
+  for (const SampleCount samples : {80'000, 0}) {
+    Lay({.samples = samples});
+    static_cast<void>(engine.Prime());
+    form.lblFilePositionHMS.Visible = false;
+    const std::initializer_list<forms::Control*> freed = {&form.lblSpeed, &form.cmdEQ,
+                                                          &form.cmdNormalSpeed};
+    for (forms::Control* control : freed) control->Enabled = false;
+    engine.StartPlay();
+    EXPECT_EQ(engine.IsPlaying, samples > 0);
+    EXPECT_TRUE(form.lblFilePositionHMS.Visible) << samples;
+    for (const forms::Control* control : freed) {
+      EXPECT_TRUE(control->Enabled) << control->Name << samples;
+    }
+    engine.StopPlay();
+  }
+}
+
   }
   ASSERT_EQ(all.size(), 80'000u);
   for (std::size_t i = 0; i < all.size(); ++i) ASSERT_EQ(all[i], static_cast<float>(i));
@@ -249,6 +267,28 @@ TEST_F(AudioEngineTest, HeldSliderFreezesThePositionWhileTheTimeLabelGoesOn) {
   const int slider = form.slPosition.Value;
   const double before = engine.CurrentSamplePosition;
   engine.SliderDragging = true;
+TEST_F(AudioEngineTest, TimerScalesTheTextWholeTheLabelInPartAndThePositionNotAtAll) {
+  struct Case {
+    int speed;
+    SampleCount played;
+    std::string text;
+    int slider;
+    double position;
+    std::string label;
+  };
+  for (const Case& c : {Case{150, 16'000, "6000", 40, 32'000, "00:00:04"},
+                        Case{50, 32'000, "3000", 60, 48'000, "00:00:03"}}) {
+    ASSERT_EQ(engine.Prime(), Primed::Yes);
+    engine.PlaySpeedPercent = c.speed;
+    engine.PlayStartSample = 16'000;
+    player.OnTimer(c.played, 70, 70);
+    EXPECT_EQ(engine.FilePositionText, c.text);
+    EXPECT_EQ(form.slPosition.Value, c.slider);
+    EXPECT_EQ(engine.CurrentSamplePosition, c.position);
+    EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), c.label);
+  }
+}
+
   loop.Advance(3s);
   EXPECT_EQ(form.slPosition.Value, slider);
   EXPECT_EQ(engine.CurrentSamplePosition, before);

@@ -302,6 +302,44 @@ TEST_F(TransportTest, WindJumpThatLandsExactlyOnAnEndIsNotThereYet) {
   EXPECT_FALSE(transport.tmrRewindForward.Enabled());
 }
 
+TEST_F(TransportTest, ForwardTickThatLandsExactlyOnTheEndIsNotThereYet) {
+  StoppedAt(32'000);
+  form.cmdComplete.Enabled = false;
+  form.cmdForward.Press(By::Hand);
+  loop.Advance(1s);
+  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(form.slPosition.Value, 100);
+  EXPECT_TRUE(transport.tmrRewindForward.Enabled());
+  EXPECT_EQ(prompts, (Prompts{"ForwardTone", "ForwardTone"}));
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+  loop.Advance(1s);
+  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(prompts.back(), "ForwardEnd");
+  EXPECT_TRUE(form.cmdComplete.Enabled);
+  EXPECT_FALSE(transport.tmrRewindForward.Enabled());
+}
+
+TEST_F(TransportTest, RewindThatTheSliderDoesNotShowFreesTheWaysOutOfADocument) {
+  // A jump of three seconds is less than half a percent of this one.
+  Lay({.samples = 8'000'000, .rate = 8000});
+  StoppedAt(8'000'000);
+  const auto waysOut = {&form.cmdSkip, &form.cmdComplete, &form.cmdSave};
+  for (forms::Command* way : waysOut) way->Enabled = false;
+  form.cmdRewind.Press(By::Hand);
+  ASSERT_EQ(form.slPosition.Value, 100);
+  EXPECT_EQ(engine.CurrentSamplePosition, 7'976'000);
+  for (const forms::Command* way : waysOut) EXPECT_TRUE(way->Enabled) << way->Name;
+}
+
+TEST_F(TransportTest, RewindThatTheSliderShowsLeavesTheWaysOutAsTheyAre) {
+  StoppedAt(80'000);
+  const auto waysOut = {&form.cmdSkip, &form.cmdComplete, &form.cmdSave};
+  for (forms::Command* way : waysOut) way->Enabled = false;
+  form.cmdRewind.Press(By::Hand);
+  ASSERT_EQ(form.slPosition.Value, 70);
+  for (const forms::Command* way : waysOut) EXPECT_FALSE(way->Enabled) << way->Name;
+}
+
 TEST_F(TransportTest, ForwardOneJumpShortOfTheEndReportsTheEndAtOnce) {
   StoppedAt(56'000);
   form.cmdForward.Press(By::Hand);
@@ -393,6 +431,34 @@ TEST_F(TransportTest, SkipToBeginningForgetsThePedalsPresses) {
   EXPECT_EQ(prompts, Prompts{"RewindEnd"});
   EXPECT_EQ(transport.LastRewindPressTime, 0);
   EXPECT_EQ(transport.LastForwardPressTime, 0);
+}
+
+TEST_F(TransportTest, SkipToBeginningEndsAWindAndSaysRewindEnd) {
+  StoppedAt(40'000);
+  form.cmdForward.Press(By::Hand);
+  form.cmdSkipBeg.Press(By::Hand);
+  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(form.slPosition.Value, 0);
+  EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:00");
+  EXPECT_EQ(transport.WindDirection, Wind::None);
+  EXPECT_FALSE(form.DeckRuns);
+  loop.Advance(5s);
+  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(prompts, (Prompts{"ForwardTone", "RewindEnd"}));
+}
+
+TEST_F(TransportTest, SkipToEndEndsAWindAndSaysForwardEnd) {
+  StoppedAt(40'000);
+  form.cmdRewind.Press(By::Hand);
+  form.cmdSkipEnd.Press(By::Hand);
+  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(form.slPosition.Value, 100);
+  EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:10");
+  EXPECT_EQ(transport.WindDirection, Wind::None);
+  EXPECT_FALSE(form.DeckRuns);
+  loop.Advance(5s);
+  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(prompts, (Prompts{"RewindTone", "ForwardEnd"}));
 }
 
 TEST_F(TransportTest, SkipToEndRestoresAMinimizedWindowAndOffersComplete) {

@@ -71,6 +71,25 @@ TEST_F(MainWindowTest, PlayerShowsWhereMinimizingItIsNotOffered) {
   EXPECT_LT(form.frmMain.Height, window.WindowHeight);
 }
 
+TEST_F(MainWindowTest, MinimizedPlayComesBackAsThePlayerAtTheEndOfTheDocument) {
+  config.txtMinimizeMiniPlayer.Value = "Y";
+  Play();
+  ASSERT_EQ(form.frmMain.WindowShape, Shape::Minimized);
+  EXPECT_FALSE(form.frameFiles.Visible);
+  EXPECT_EQ(form.framePlayer.Top, 0);
+  loop.Advance(std::chrono::milliseconds{9900});
+  EXPECT_EQ(form.frmMain.WindowShape, Shape::Minimized);
+  loop.Advance(std::chrono::milliseconds{200});
+  EXPECT_FALSE(engine.IsPlaying);
+  EXPECT_EQ(form.frmMain.WindowShape, Shape::Normal);
+  EXPECT_EQ(form.frmMain.Height, 840 + form.framePlayer.Height);
+  EXPECT_FALSE(form.frameFiles.Visible);
+  EXPECT_TRUE(form.cmdComplete.Enabled);
+  EXPECT_EQ(placesStored, 0);
+  Play();
+  EXPECT_EQ(form.frmMain.WindowShape, Shape::Minimized);
+}
+
 TEST_F(MainWindowTest, TitleBarIsMeasuredOnceWhenThePlayerFirstShows) {
   form.txtTitleBarHeight.Value = "";
   form.frmMain.AboveContent = 870;
