@@ -22,8 +22,9 @@ class Transport {
   bool DocumentPrimed = false;
   /// The saved position in the name of the document that was opened last, in samples.
   std::int32_t SavedPosition = 0;
-  /// Seconds since midnight of the pedals' last presses; 0 after a skip, so that the next press
-  /// cannot be the second of two.
+  /// Seconds since midnight of the last presses of the left and the right pedal. A skip makes both
+  /// 0, so that a press from before it is no first of two. The press that skipped is recorded
+  /// behind its skip, as every press is: one more of that pedal in time skips again.
   double LastRewindPressTime = 0;
   double LastForwardPressTime = 0;
 

@@ -237,6 +237,20 @@ TEST_F(FootPedalTest, PressesOnBothSidesOfMidnightArePlainWinds) {
                      .second = 59,
                      .millisecond = 900});
   Tap(Pedal::Left);
+TEST_F(FootPedalTest, PressThatSkipsIsRecordedBehindItsSkip) {
+  WorkAt(9);
+  Tap(Pedal::Left);
+  loop.Advance(200ms);
+  Dispatch(Pedal::Left);
+  EXPECT_EQ(transport.LastRewindPressTime, loop.WallClock().SecondsSinceMidnight());
+  EXPECT_EQ(transport.LastForwardPressTime, 0);
+  Dispatch(Pedal::None);
+  loop.Advance(200ms);
+  prompts.clear();
+  Dispatch(Pedal::Left);
+  EXPECT_EQ(prompts, Prompts{"RewindEnd"});
+}
+
   loop.Advance(200ms);
   Dispatch(Pedal::Left);
   EXPECT_EQ(Second(), 3);
