@@ -56,9 +56,37 @@ void FootPedal::DispatchPedalEvent() {
   }
 }
 
+void FootPedal::DispatchNews() {
+  if (!MayDispatch()) {
+    if (HeldLast() != Pedal::None && !IsDown(LastPedalEvent)) ReleaseWentUnheard = true;
+    return;
+  }
+  if (PedalEvent == HeldLast()) return;
+  // A box under the command turns the loop, and another pedal may take the event meanwhile.
+  const Pedal dispatched = PedalEvent;
+  DispatchPedalEvent();
+  LastPedalEvent = dispatched;
+  ReleaseWentUnheard = false;
+}
+
+bool FootPedal::IsDown(Pedal pedal) const {
+  switch (pedal) {
+    case Pedal::Left:
+      return LeftPedalDown;
+    case Pedal::Center:
+      return CenterPedalDown;
+    case Pedal::Right:
+      return RightPedalDown;
+    case Pedal::None:
+      break;
+  }
+  return false;
+}
+
 void FootPedal::Reset() {
   PedalEvent = Pedal::None;
   LastPedalEvent = Pedal::None;
+  ReleaseWentUnheard = false;
   transport_.LastRewindPressTime = 0;
   transport_.LastForwardPressTime = 0;
 }

@@ -24,6 +24,9 @@ class FootPedal {
   Pedal PedalEvent = Pedal::None;
   /// What a pedal that is polled dispatched last.
   Pedal LastPedalEvent = Pedal::None;
+  /// The pedal of `LastPedalEvent` has gone up while nobody listened: the next event is news,
+  /// though it were the same, and there is nothing left to release.
+  bool ReleaseWentUnheard = false;
   bool LeftPedalDown = false;
   bool CenterPedalDown = false;
   bool RightPedalDown = false;
@@ -34,10 +37,16 @@ class FootPedal {
   bool MayDispatch() const;
   /// Acts on `PedalEvent`.
   void DispatchPedalEvent();
+  /// The pedal that the player believes to be down, as far as a pedal that is polled has told it.
+  Pedal HeldLast() const { return ReleaseWentUnheard ? Pedal::None : LastPedalEvent; }
+  /// For a pedal that is polled: dispatches an event that is news, and keeps in mind a release that
+  /// nobody listens to.
+  void DispatchNews();
   /// Forgets every press, as a start does.
   void Reset();
 
  private:
+  bool IsDown(Pedal pedal) const;
   void PressSide(bool isLeft);
   static bool IsDoublePress(double now, double last);
 

@@ -74,22 +74,21 @@ void SerialPedal::Stop() {
 
 /// Nobody will see the foot go up any more.
 void SerialPedal::Release() {
-  if (pedal_.LastPedalEvent == Pedal::None) return;
-  pedal_.Take(false, false, false);
+  const bool held = std::exchange(held_, {}) != SerialLines{};
+  const bool heard = pedal_.HeldLast() != Pedal::None;
+  if (held || heard) pedal_.Take(false, false, false);
   pedal_.LastPedalEvent = Pedal::None;
-  if (pedal_.MayDispatch()) pedal_.DispatchPedalEvent();
+  pedal_.ReleaseWentUnheard = false;
+  if (heard && pedal_.MayDispatch()) pedal_.DispatchPedalEvent();
 }
 
 void SerialPedal::Poll() {
   const OneShot tick(tmrSerialFootPedal, polls_);
   const std::optional<SerialLines> lines = port_.ReadLines();
   if (std::exchange(reads_, lines.has_value()) != reads_) onChange_();
-  const SerialLines held = lines.value_or(SerialLines{});
-  pedal_.Take(held.CDHolding, held.DSRHolding, held.CTSHolding);
-  if (pedal_.PedalEvent == pedal_.LastPedalEvent || !pedal_.MayDispatch()) return;
-  const Pedal dispatched = pedal_.PedalEvent;
-  pedal_.DispatchPedalEvent();
-  pedal_.LastPedalEvent = dispatched;
+  held_ = lines.value_or(SerialLines{});
+  pedal_.Take(held_.CDHolding, held_.DSRHolding, held_.CTSHolding);
+  pedal_.DispatchNews();
 }
 
 }  // namespace tavlo::pedals

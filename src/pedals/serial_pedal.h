@@ -41,6 +41,7 @@ class SerialPedal {
   FootPedal& pedal_;
   SerialPort& port_;
   std::function<void()> onChange_;
+  SerialLines held_;
   bool polls_ = false;
   bool reads_ = false;
 };

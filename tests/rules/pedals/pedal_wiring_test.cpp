@@ -17,6 +17,12 @@ struct PedalWiringTest : testing::Test, DeckBench {
     tables[store::Table::GeneralSettings][0][field] = value;
     databases.Place(SettingsPath(), tables);
   }
+  void ChooseSerial() {
+    auto tables = databases.Shipped();
+    tables[store::Table::GeneralSettings][0]["USBorSerialFootPedal"] = "S";
+    tables[store::Table::GeneralSettings][0]["SerialFootPedalComPort"] = "1";
+    databases.Place(SettingsPath(), tables);
+  }
   void StartWithADocument() {
     Drop(Document().Name());
     StartUntilReady();
@@ -42,16 +48,31 @@ TEST_F(PedalWiringTest, UsbPedalPlaysTheSelectedDocument) {
 }
 
 TEST_F(PedalWiringTest, SerialPedalIsOpenedAsTheSettingsLoad) {
-  auto tables = databases.Shipped();
-  tables[store::Table::GeneralSettings][0]["USBorSerialFootPedal"] = "S";
-  tables[store::Table::GeneralSettings][0]["SerialFootPedalComPort"] = "1";
-  databases.Place(SettingsPath(), tables);
+  ChooseSerial();
   StartWithADocument();
   EXPECT_EQ(serialPort.Opened, std::vector<int>{1});
   serialPort.Lines = {.DSRHolding = true};
   loop.Advance(100ms);
   EXPECT_TRUE(Engine().IsPlaying);
   EXPECT_EQ(config.lblPedalState.Value.Get(), "Port 1 is being read.");
+}
+
+TEST_F(PedalWiringTest, SerialPedalLiftedAfterCompletePlaysTheNextDocumentAtItsNextPress) {
+  ChooseSerial();
+  Drop(Document().By("Other").Name());
+  StartWithADocument();
+  serialPort.Lines = {.DSRHolding = true};
+  loop.Advance(11s);
+  ASSERT_TRUE(form.cmdComplete.Enabled);
+  form.cmdComplete.Press(By::Hand);
+  serialPort.Lines = {};
+  loop.Advance(100ms);
+  ClickRow(0);
+  loop.Advance(6s);
+  ASSERT_FALSE(Engine().IsPlaying);
+  serialPort.Lines = {.DSRHolding = true};
+  loop.Advance(100ms);
+  EXPECT_TRUE(Engine().IsPlaying);
 }
 
 TEST_F(PedalWiringTest, ChosenKindOfPedalTakesEffectAtOnce) {

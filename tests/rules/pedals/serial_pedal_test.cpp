@@ -19,6 +19,14 @@ struct SerialPedalTest : testing::Test, PedalBench {
     port.Lines = lines;
     loop.Advance(50ms);
   }
+  /// A hand finishes the document that is in work, as Complete, Save and Skip do.
+  void LeaveDocument() {
+    transport.StopCommand();
+    transport.DocumentPrimed = false;
+    for (forms::Command* key : {&form.cmdPlay, &form.cmdStop, &form.cmdSkip}) key->Enabled = false;
+  }
+  /// A hand selects the next one.
+  void SelectNext() { form.cmdPlay.Enabled = true; }
 };
 
 TEST_F(SerialPedalTest, PortIsOpenedAndPolledWhenItsNumberIsSet) {
@@ -102,12 +110,80 @@ TEST_F(SerialPedalTest, HeldPedalIsDispatchedOnce) {
 
 TEST_F(SerialPedalTest, ReleaseWithNothingOpenIsIgnoredAndTheNextEventCounts) {
   ChooseSerial();
-  pedal.LastPedalEvent = Pedal::Left;
+  Hold({.DSRHolding = true});
+  ASSERT_TRUE(engine.IsPlaying);
+  LeaveDocument();
   Hold({});
-  EXPECT_EQ(pedal.LastPedalEvent, Pedal::Left);
+  EXPECT_EQ(pedal.LastPedalEvent, Pedal::Center);
+  SelectNext();
   Hold({.DSRHolding = true});
   EXPECT_TRUE(engine.IsPlaying);
   EXPECT_EQ(pedal.LastPedalEvent, Pedal::Center);
+  Hold({});
+  EXPECT_TRUE(Still());
+  EXPECT_EQ(pedal.LastPedalEvent, Pedal::None);
+}
+
+TEST_F(SerialPedalTest, AnotherPedalAfterAReleaseWithNothingOpenCounts) {
+  ChooseSerial();
+  WorkAt(5);
+  Hold({.CDHolding = true});
+  ASSERT_TRUE(Winds());
+  LeaveDocument();
+  Hold({});
+  EXPECT_EQ(pedal.LastPedalEvent, Pedal::Left);
+  SelectNext();
+  Hold({.DSRHolding = true});
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_EQ(pedal.LastPedalEvent, Pedal::Center);
+}
+
+TEST_F(SerialPedalTest, ReleaseWithNothingOpenDoesNotStopThePlayThatAHandBegins) {
+  ChooseSerial();
+  Hold({.DSRHolding = true});
+  LeaveDocument();
+  Hold({});
+  SelectNext();
+  Play();
+  loop.Advance(5000ms);
+  EXPECT_TRUE(engine.IsPlaying);
+  Hold({.CDHolding = true});
+  EXPECT_EQ(transport.WindDirection, Wind::Rewind);
+}
+
+TEST_F(SerialPedalTest, PedalThatStaysDownWhileItsDocumentIsLeftIsNoNewPress) {
+  ChooseSerial();
+  Hold({.DSRHolding = true});
+  LeaveDocument();
+  loop.Advance(100ms);
+  SelectNext();
+  loop.Advance(1000ms);
+  EXPECT_TRUE(Still());
+  Hold({.DSRHolding = true, .CTSHolding = true});
+  Hold({.DSRHolding = true});
+  EXPECT_TRUE(Still());
+}
+
+TEST_F(SerialPedalTest, FootThatChangesPedalsWithNothingOpenHasReleasedTheFirst) {
+  ChooseSerial();
+  Hold({.DSRHolding = true});
+  LeaveDocument();
+  Hold({.CTSHolding = true});
+  SelectNext();
+  Hold({.DSRHolding = true});
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(SerialPedalTest, ResetForgetsAReleaseWithNothingOpen) {
+  ChooseSerial();
+  Hold({.DSRHolding = true});
+  LeaveDocument();
+  Hold({});
+  pedal.Reset();
+  pedal.LastPedalEvent = Pedal::Center;
+  SelectNext();
+  Hold({.DSRHolding = true});
+  EXPECT_TRUE(Still());
 }
 
 TEST_F(SerialPedalTest, OnlyTheCenterPedalWorksBeforeADocumentIsInWork) {
@@ -193,6 +269,42 @@ TEST_F(SerialPedalTest, PortThatIsGivenBackReleasesThePedalsItHeld) {
     port.Lines = {};
     serial.FollowChoice();
   }
+}
+
+TEST_F(SerialPedalTest, PedalThatNothingListenedToGoesDarkWithItsPort) {
+  for (const char* leave : {"choice", "number"}) {
+    ChooseSerial();
+    serial.OpenPort();
+    form.cmdPlay.Enabled = false;
+    form.cmdStop.Enabled = false;
+    Hold({.CDHolding = true, .DSRHolding = true});
+    ASSERT_EQ(pedal.LastPedalEvent, Pedal::None);
+    ASSERT_EQ(config.ShapeLeftPedal.FillColour, forms::PedalShape::kDown);
+    if (leave == std::string("choice")) {
+      config.txtUSBorSerialFootPedal.Value = "U";
+      serial.FollowChoice();
+    } else {
+      config.txtSerialFootPedalComPort.Value = "9";
+    }
+    EXPECT_EQ(config.ShapeLeftPedal.FillColour, forms::PedalShape::kUp) << leave;
+    EXPECT_EQ(config.ShapeCenterPedal.FillColour, forms::PedalShape::kUp) << leave;
+    EXPECT_FALSE(pedal.LeftPedalDown) << leave;
+    EXPECT_EQ(pedal.PedalEvent, Pedal::None) << leave;
+    port.Lines = {};
+  }
+}
+
+TEST_F(SerialPedalTest, PortThatIsGivenBackBehindAnUnheardReleaseLeavesThePlayOfAHand) {
+  ChooseSerial();
+  Hold({.DSRHolding = true});
+  LeaveDocument();
+  Hold({});
+  SelectNext();
+  Play();
+  config.txtUSBorSerialFootPedal.Value = "U";
+  serial.FollowChoice();
+  EXPECT_TRUE(engine.IsPlaying);
+  EXPECT_EQ(pedal.LastPedalEvent, Pedal::None);
 }
 
 TEST_F(SerialPedalTest, NumberOfNoPortReleasesThePedalsOfThePortBefore) {

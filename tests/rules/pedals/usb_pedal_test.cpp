@@ -117,6 +117,18 @@ TEST_F(UsbPedalTest, ReportsAreDroppedWhileNothingCanBePlayed) {
   EXPECT_TRUE(Still());
 }
 
+TEST_F(UsbPedalTest, PressAfterAReleaseThatNothingListenedToCounts) {
+  Report(2);
+  ASSERT_TRUE(engine.IsPlaying);
+  transport.StopCommand();
+  form.cmdStop.Enabled = false;
+  form.cmdPlay.Enabled = false;
+  Report(0);
+  form.cmdPlay.Enabled = true;
+  Report(2);
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
 TEST_F(UsbPedalTest, ReportOfAnotherNumberIsIgnoredWhole) {
   Deliver({0, 2, 0});
   ASSERT_TRUE(engine.IsPlaying);
