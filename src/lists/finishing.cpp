@@ -98,9 +98,6 @@ void Finishing::LeaveDocument() {
   engine_.StopPlay();
   window_.guards.ListPauseActive = true;
   loop_.Yield();
-  // A pedal is no hand: it reaches the transport in that pass too, and its wind would go on without
-  // a document.
-  transport_.StopWind();
   // The file is closed first, because what follows renames or moves it.
   engine_.CloseFile();
 }

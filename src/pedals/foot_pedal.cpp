@@ -92,6 +92,8 @@ void FootPedal::Reset() {
 }
 
 void FootPedal::PressSide(bool isLeft) {
+  // A wind would change the position that is being stored.
+  if (window_.guards.ListTransitionBusy) return;
   const bool swapped = config_.txtSwapRewFwdPedals.Value.Get() != "N";
   const bool backwards = isLeft != swapped;
   const bool mayBeDouble = config_.txtSkipBegEnd.Value.Get() != "N";

@@ -44,16 +44,6 @@ TEST_F(FinishingTest, CompleteMovesTheDocumentToTheCompletedFolder) {
   EXPECT_EQ(Rows(), 0);
 }
 
-TEST_F(FinishingTest, WindThatAPedalBeginsWhileTheDocumentIsLeftDoesNotOutliveIt) {
-  WorkOn(name, 40'000);
-  loop.Post([this] { transport.RewindCommand(); });
-  form.cmdSave.Press(By::Hand);
-  EXPECT_EQ(transport.WindDirection, playback::Wind::None);
-  const double left = engine.CurrentSamplePosition;
-  loop.Advance(5s);
-  EXPECT_EQ(engine.CurrentSamplePosition, left);
-}
-
 TEST_F(FinishingTest, CompleteOfASavedDocumentPutsItsPositionBackToZero) {
   const std::string saved = Document().By("Okafor").Saved(83'211).Name();
   Drop(saved);
@@ -191,6 +181,16 @@ TEST_F(FinishingTest, WindowReturnsFromThePlayerToTheList) {
   EXPECT_TRUE(form.listViewInQueue.Enabled);
   EXPECT_TRUE(form.mnuFile.Enabled);
   EXPECT_FALSE(form.cmdPlay.Enabled);
+  EXPECT_FALSE(form.cmdSkip.Enabled);
+  EXPECT_FALSE(form.cmdStop.Visible);
+  EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);
+  EXPECT_FALSE(form.lblFilePositionHMS.Visible);
+  EXPECT_FALSE(window.guards.PlayRequested);
+  EXPECT_FALSE(window.guards.ListTransitionBusy);
+  EXPECT_FALSE(window.guards.ListPauseActive);
+  EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
+}
+
 TEST_F(FinishingTest, SpeedSliderShowsTheSpeedInForceAndIsLockedWithEqualizerAndNormalSpeed) {
   for (forms::Command* finish : {&form.cmdSkip, &form.cmdSave, &form.cmdComplete}) {
     WorkOn(name, 0);
@@ -241,16 +241,6 @@ TEST_F(FinishingTest, HandsAndWaitsOfTheTransitionDoNotChangeThePositionThatIsSt
             Prompts{Document().By("Brown").Saved(40'000).Name()});
   EXPECT_EQ(engine.CurrentSamplePosition, 40'000);
   EXPECT_TRUE(std::ranges::find(prompts, "RewindTone") == prompts.end());
-}
-
-  EXPECT_FALSE(form.cmdSkip.Enabled);
-  EXPECT_FALSE(form.cmdStop.Visible);
-  EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);
-  EXPECT_FALSE(form.lblFilePositionHMS.Visible);
-  EXPECT_FALSE(window.guards.PlayRequested);
-  EXPECT_FALSE(window.guards.ListTransitionBusy);
-  EXPECT_FALSE(window.guards.ListPauseActive);
-  EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
 }
 
 TEST_F(FinishingTest, MinimizedPlayersPlaceIsNotTaken) {

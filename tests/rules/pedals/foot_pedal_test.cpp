@@ -71,6 +71,35 @@ TEST_F(FootPedalTest, CenterPedalIsRefusedWhileAListChangeWaits) {
   EXPECT_FALSE(window.guards.PlayRequested);
 }
 
+TEST_F(FootPedalTest, SidePedalsAreRefusedWhileADocumentIsMovedAndNoTimeIsRecorded) {
+  for (const char* doublePress : {"Y", "N"}) {
+    config.txtSkipBegEnd.Value = doublePress;
+    WorkAt(5);
+    window.guards.ListTransitionBusy = true;
+    for (const Pedal side : {Pedal::Left, Pedal::Right}) {
+      Tap(side);
+      loop.Advance(200ms);
+      Dispatch(side);
+    }
+    EXPECT_EQ(Second(), 5);
+    EXPECT_TRUE(Still());
+    EXPECT_EQ(transport.WindDirection, Wind::None);
+    EXPECT_TRUE(prompts.empty());
+    EXPECT_EQ(transport.LastRewindPressTime, 0);
+    EXPECT_EQ(transport.LastForwardPressTime, 0);
+    window.guards.ListTransitionBusy = false;
+  }
+}
+
+TEST_F(FootPedalTest, ReleaseStillStopsWhileADocumentIsMoved) {
+  WorkAt(5);
+  Dispatch(Pedal::Left);
+  ASSERT_TRUE(Winds());
+  window.guards.ListTransitionBusy = true;
+  Dispatch(Pedal::None);
+  EXPECT_TRUE(Still());
+}
+
 TEST_F(FootPedalTest, SidePedalsWindWhileTheyAreDown) {
   WorkAt(5);
   Dispatch(Pedal::Left);
@@ -208,6 +237,20 @@ TEST_F(FootPedalTest, SkipForgetsThePressOfTheOtherPedal) {
   EXPECT_EQ(transport.WindDirection, Wind::Forward);
 }
 
+TEST_F(FootPedalTest, PressThatSkipsIsRecordedBehindItsSkip) {
+  WorkAt(9);
+  Tap(Pedal::Left);
+  loop.Advance(200ms);
+  Dispatch(Pedal::Left);
+  EXPECT_EQ(transport.LastRewindPressTime, loop.WallClock().SecondsSinceMidnight());
+  EXPECT_EQ(transport.LastForwardPressTime, 0);
+  Dispatch(Pedal::None);
+  loop.Advance(200ms);
+  prompts.clear();
+  Dispatch(Pedal::Left);
+  EXPECT_EQ(prompts, Prompts{"RewindEnd"});
+}
+
 TEST_F(FootPedalTest, PressAfterASkipByButtonIsNoSecondPress) {
   WorkAt(5);
   Tap(Pedal::Left);
@@ -237,20 +280,6 @@ TEST_F(FootPedalTest, PressesOnBothSidesOfMidnightArePlainWinds) {
                      .second = 59,
                      .millisecond = 900});
   Tap(Pedal::Left);
-TEST_F(FootPedalTest, PressThatSkipsIsRecordedBehindItsSkip) {
-  WorkAt(9);
-  Tap(Pedal::Left);
-  loop.Advance(200ms);
-  Dispatch(Pedal::Left);
-  EXPECT_EQ(transport.LastRewindPressTime, loop.WallClock().SecondsSinceMidnight());
-  EXPECT_EQ(transport.LastForwardPressTime, 0);
-  Dispatch(Pedal::None);
-  loop.Advance(200ms);
-  prompts.clear();
-  Dispatch(Pedal::Left);
-  EXPECT_EQ(prompts, Prompts{"RewindEnd"});
-}
-
   loop.Advance(200ms);
   Dispatch(Pedal::Left);
   EXPECT_EQ(Second(), 3);

@@ -57,6 +57,25 @@ TEST_F(PedalWiringTest, SerialPedalIsOpenedAsTheSettingsLoad) {
   EXPECT_EQ(config.lblPedalState.Value.Get(), "Port 1 is being read.");
 }
 
+TEST_F(PedalWiringTest, SidePedalInTheMomentOfSavingChangesNeitherThePositionNorTheDeck) {
+  StartWithADocument();
+  Report(2);
+  Report(0);
+  Engine().CurrentSamplePosition = 40'000;
+  loop.Post([this] {
+    pedals::FootPedal& pedal = deck.Built()->footPedal;
+    pedal.Take(true, false, false);
+    ASSERT_TRUE(pedal.MayDispatch());
+    pedal.DispatchPedalEvent();
+  });
+  form.cmdSave.Press(By::Hand);
+  EXPECT_EQ(disk.NamesIn(InQueue()), std::vector<std::string>{Document().Saved(40'000).Name()});
+  EXPECT_EQ(deck.Built()->transport.WindDirection, playback::Wind::None);
+  EXPECT_FALSE(deck.Built()->transport.tmrRewindForward.Enabled());
+  loop.Advance(5s);
+  EXPECT_EQ(Engine().CurrentSamplePosition, 40'000);
+}
+
 TEST_F(PedalWiringTest, SerialPedalLiftedAfterCompletePlaysTheNextDocumentAtItsNextPress) {
   ChooseSerial();
   Drop(Document().By("Other").Name());
