@@ -78,6 +78,8 @@ void AudioEngine::ListDevices() {
   }
   const auto stored = config_.txtMixerSelection.WholeNumber();
   const auto listed = static_cast<std::int64_t>(combo.Rows().size());
+  // The stored one may be absent, the one beyond the last among them, and then selects nothing.
+  player_.SelectDevice(0);
   player_.SelectDevice(stored >= 0 && stored <= listed ? static_cast<int>(stored) : 0);
 }
 

@@ -45,6 +45,13 @@ TEST_F(AudioEngineTest, StoredDeviceBeyondTheListGivesTheFirst) {
   EXPECT_EQ(player.CurrentDevice(), 0);
 }
 
+TEST_F(AudioEngineTest, StoredDeviceOfOneBeyondTheListGivesTheFirst) {
+  player.Devices = 3;
+  config.txtMixerSelection.Value = "3";
+  engine.InitializeNCTcontrol();
+  EXPECT_EQ(player.CurrentDevice(), 0);
+}
+
 TEST_F(AudioEngineTest, StoredDeviceBelowTheListGivesTheFirst) {
   player.Devices = 2;
   config.txtMixerSelection.Value = "-4294967295";
@@ -95,13 +102,6 @@ TEST_F(AudioEngineTest, StartKeepsTwoBlocksInFlight) {
   EXPECT_EQ(player.Queued.size(), 3u);
 }
 
-TEST_F(AudioEngineTest, BlocksAtNormalSpeedAreTheFilesSamplesBitForBit) {
-  ASSERT_EQ(engine.Prime(), Primed::Yes);
-  engine.StartPlay();
-  loop.Advance(20s);
-  std::vector<float> all;
-  for (const SampleArray& block : player.Queued) {
-    all.insert(all.end(), block.values.begin(), block.values.end());
 TEST_F(AudioEngineTest, StartShowsThePositionAndFreesSpeedAndEqualizer) {
   for (const SampleCount samples : {80'000, 0}) {
     Lay({.samples = samples});
@@ -120,6 +120,13 @@ TEST_F(AudioEngineTest, StartShowsThePositionAndFreesSpeedAndEqualizer) {
   }
 }
 
+TEST_F(AudioEngineTest, BlocksAtNormalSpeedAreTheFilesSamplesBitForBit) {
+  ASSERT_EQ(engine.Prime(), Primed::Yes);
+  engine.StartPlay();
+  loop.Advance(20s);
+  std::vector<float> all;
+  for (const SampleArray& block : player.Queued) {
+    all.insert(all.end(), block.values.begin(), block.values.end());
   }
   ASSERT_EQ(all.size(), 80'000u);
   for (std::size_t i = 0; i < all.size(); ++i) ASSERT_EQ(all[i], static_cast<float>(i));
@@ -260,13 +267,6 @@ TEST_F(AudioEngineTest, TimeLabelTrailsByTheHalfSecondAheadOfTheEar) {
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:03");
 }
 
-TEST_F(AudioEngineTest, HeldSliderFreezesThePositionWhileTheTimeLabelGoesOn) {
-  ASSERT_EQ(engine.Prime(), Primed::Yes);
-  engine.StartPlay();
-  loop.Advance(1s);
-  const int slider = form.slPosition.Value;
-  const double before = engine.CurrentSamplePosition;
-  engine.SliderDragging = true;
 TEST_F(AudioEngineTest, TimerScalesTheTextWholeTheLabelInPartAndThePositionNotAtAll) {
   struct Case {
     int speed;
@@ -289,6 +289,13 @@ TEST_F(AudioEngineTest, TimerScalesTheTextWholeTheLabelInPartAndThePositionNotAt
   }
 }
 
+TEST_F(AudioEngineTest, HeldSliderFreezesThePositionWhileTheTimeLabelGoesOn) {
+  ASSERT_EQ(engine.Prime(), Primed::Yes);
+  engine.StartPlay();
+  loop.Advance(1s);
+  const int slider = form.slPosition.Value;
+  const double before = engine.CurrentSamplePosition;
+  engine.SliderDragging = true;
   loop.Advance(3s);
   EXPECT_EQ(form.slPosition.Value, slider);
   EXPECT_EQ(engine.CurrentSamplePosition, before);
