@@ -47,12 +47,17 @@ Equalizer::Equalizer(base::Loop& loop, forms::ConfigurationForm& config, AudioPl
 }
 
 void Equalizer::ApplyStored() {
-  config_.chkEqEnable.Value = store::IsYes(config_.txtEqEnable.Value.Get());
+  ShowStored();
   for (const Preset& preset : kPresets) {
     if (config_.txtEqChoice.Value.Get() == preset.choice) KeyOf(preset).Press();
   }
-  ColourChoice();
   SendGains();
+}
+
+void Equalizer::ShowStored() {
+  // The keys of the curves follow the box.
+  config_.chkEqEnable.Value = store::IsYes(config_.txtEqEnable.Value.Get());
+  ColourChoice();
 }
 
 forms::PresetCommand& Equalizer::KeyOf(const Preset& preset) { return config_.*preset.key; }

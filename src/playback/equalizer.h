@@ -15,9 +15,12 @@ class Equalizer {
  public:
   Equalizer(base::Loop& loop, forms::ConfigurationForm& config, AudioPlayer& player);
 
-  /// Puts the stored switch and the stored curve on the page and into the player: at each start of
-  /// playing, and as the page opens.
+  /// Puts the stored switch and the stored curve on the page and into the player: at start-up and
+  /// at each start of playing.
   void ApplyStored();
+  /// Shows the stored switch and which curve is chosen, as the page comes to the front. The sliders
+  /// stay: they may hold bands that a hand has dragged.
+  void ShowStored();
 
  private:
   struct Preset;

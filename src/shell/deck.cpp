@@ -105,7 +105,7 @@ window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
           .applyBranding = [this] { branding.ApplyBranding(); },
           .followPedalChoice = [this] { serialPedal.FollowChoice(); },
           .centerMiniPlayer = [this] { mainWindow.CenterMiniPlayer(); },
-          .openEqualizer = [this] { equalizer.ApplyStored(); },
+          .openEqualizer = [this] { equalizer.ShowStored(); },
           .showMixer = [this] { mixerPage.SetSrcDevice(); }};
 }
 

@@ -68,6 +68,7 @@ void Load::LoadMainWindow() {
   Call(hooks_.startUsbPedal);
   settings_.TakeAudioPrompts();
   shaping_.ApplyStored();
+  sound_.ApplyEqualizer();
   HandleActivate();
   sound_.PlayPrompt("Welcome");
   listHooks_.TakeWaitingWorkAsSeen();
