@@ -44,6 +44,7 @@ void FootPedal::DispatchPedalEvent() {
       break;
     case Pedal::Center:
       if (window_.guards.ListTransitionBusy || window_.guards.ListPauseActive) break;
+      window_.ForgetNotice();
       window_.guards.PlayRequested = true;
       transport_.PlayCommand();
       break;
@@ -94,6 +95,7 @@ void FootPedal::Reset() {
 void FootPedal::PressSide(bool isLeft) {
   // A wind would change the position that is being stored.
   if (window_.guards.ListTransitionBusy) return;
+  window_.ForgetNotice();
   const bool swapped = config_.txtSwapRewFwdPedals.Value.Get() != "N";
   const bool backwards = isLeft != swapped;
   const bool mayBeDouble = config_.txtSkipBegEnd.Value.Get() != "N";

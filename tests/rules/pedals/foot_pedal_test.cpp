@@ -100,6 +100,34 @@ TEST_F(FootPedalTest, ReleaseStillStopsWhileADocumentIsMoved) {
   EXPECT_TRUE(Still());
 }
 
+TEST_F(FootPedalTest, PressForgetsTheNoticeBeforeItActs) {
+  std::vector<std::string> stood;
+  const auto look = [&] { stood.push_back(form.lblNotice.Value); };
+  hooks.stopPrompt = look;
+  hooks.playPrompt = [&](std::string_view) { look(); };
+  WorkAt(5);
+  for (const Pedal press : {Pedal::Left, Pedal::Center, Pedal::Right}) {
+    stood.clear();
+    window.Say("It was not stored.");
+    Dispatch(press);
+    EXPECT_EQ(form.lblNotice.Value.Get(), "");
+    ASSERT_FALSE(stood.empty());
+    EXPECT_EQ(stood.front(), "");
+  }
+}
+
+TEST_F(FootPedalTest, ReleaseAndRefusedPressLeaveTheNotice) {
+  WorkAt(5);
+  window.Say("It was not stored.");
+  Dispatch(Pedal::None);
+  window.guards.ListTransitionBusy = true;
+  for (const Pedal press : {Pedal::Left, Pedal::Center, Pedal::Right}) Dispatch(press);
+  window.guards.ListTransitionBusy = false;
+  window.guards.ListPauseActive = true;
+  Dispatch(Pedal::Center);
+  EXPECT_EQ(form.lblNotice.Value.Get(), "It was not stored.");
+}
+
 TEST_F(FootPedalTest, SidePedalsWindWhileTheyAreDown) {
   WorkAt(5);
   Dispatch(Pedal::Left);
