@@ -56,6 +56,19 @@ TEST_F(UntrustedSoundTest, WhatIsNoSoundIsAFault) {
   ExpectFault(File("ones.mp3", std::string(200'000, '\xFF')));
 }
 
+TEST_F(UntrustedSoundTest, LinkIsFollowedAndAFileBeyondTheBoundIsAFaultWhereThatIsAccepted) {
+  const std::string sound = File("sound.wav", WaveBytes(std::vector<std::int16_t>(1000, 7)));
+  std::filesystem::create_symlink(sound, folder / "link.wav");
+  std::filesystem::create_symlink("/dev/zero", folder / "endless.wav");
+  ASSERT_EQ(::mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
+  FfmpegAudioFile accepting({}, {}, {.links = platform::Links::Followed, .mostBytes = 4096});
+  ASSERT_TRUE(accepting.OpenFile(folder / "link.wav"));
+  EXPECT_EQ(accepting.ReadArray(2000).Samples(), 1000);
+  EXPECT_FALSE(accepting.OpenFile(folder / "endless.wav"));
+  EXPECT_FALSE(accepting.OpenFile(folder / "pipe.wav"));
+  EXPECT_FALSE(accepting.OpenFile(File("long.wav", WaveBytes(std::vector<std::int16_t>(3000, 7)))));
+}
+
 TEST_F(UntrustedSoundTest, WhatIsNoPlainFileIsAFault) {
   const std::string sound = File("sound.wav", WaveBytes({1, 2, 3}));
   ASSERT_TRUE(Opens(file, sound));

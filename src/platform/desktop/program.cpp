@@ -25,6 +25,14 @@
 #include "store/work_folders.h"
 
 namespace tavlo::platform::desktop {
+namespace {
+
+/// A site may have its prompts elsewhere and link them. Half a minute of the finest sound is less
+/// than this.
+constexpr PlainFile::Accepted kPromptFiles{.links = Links::Followed,
+                                           .mostBytes = std::uint64_t{64} * 1024 * 1024};
+
+}  // namespace
 
 struct Program::Parts {
   Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port)
@@ -46,7 +54,7 @@ struct Program::Parts {
   FfmpegAudioFile audioFile{JustTestedBy(disk), [this] { loop.Breathe(); }};
   SoundTouchTransform audioTransform;
   CubebPlayer audioPlayer{loop};
-  FfmpegAudioFile promptFile;
+  FfmpegAudioFile promptFile{{}, {}, kPromptFiles};
   PromptVoice promptVoice{audioPlayer, promptFile};
   PulseMixer sourceMixer{loop};
   const std::unique_ptr<pedals::SerialPort> serialPort;

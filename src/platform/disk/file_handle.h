@@ -11,6 +11,8 @@ namespace tavlo::platform {
 /// then tells why. Handles are not passed on to programs that we start.
 class FileHandle {
  public:
+  /// None.
+  FileHandle() = default;
   FileHandle(const char* path, int flags, unsigned mode = 0)
       : handle_(::open(path, flags | O_CLOEXEC | O_NOCTTY, mode)) {}
   FileHandle(FileHandle&& other) noexcept : handle_(std::exchange(other.handle_, -1)) {}
@@ -22,11 +24,14 @@ class FileHandle {
   explicit operator bool() const { return handle_ >= 0; }
   int Get() const { return handle_; }
 
+  /// Hands the handle over to somebody who closes it.
+  [[nodiscard]] int Release() { return std::exchange(handle_, -1); }
+
   /// Closes now. False when what was written could not be kept.
   [[nodiscard]] bool Close() { return ::close(std::exchange(handle_, -1)) == 0; }
 
  private:
-  int handle_;
+  int handle_ = -1;
 };
 
 }  // namespace tavlo::platform

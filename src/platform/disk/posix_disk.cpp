@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "platform/disk/file_handle.h"
+#include "platform/disk/open_plain_file.h"
 
 namespace tavlo::platform {
 namespace {
@@ -66,9 +67,7 @@ store::FileFacts FactsOf(const struct stat& status) {
           .stamp = status.st_mtim.tv_sec * kNanosecondsInASecond + status.st_mtim.tv_nsec};
 }
 
-FileHandle OpenForReading(const std::string& path) {
-  return {path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK};
-}
+FileHandle OpenForReading(const std::string& path) { return OpenPlainFile(path, Links::Refused); }
 
 /// The status of an open plain file; nothing for anything else.
 std::optional<struct stat> PlainStatus(const FileHandle& file) {

@@ -19,8 +19,9 @@ constexpr int kProcessInTrouble = -1;
 
 }  // namespace
 
-FfmpegAudioFile::FfmpegAudioFile(MeasuredFiles::JustSeen justSeen, std::function<void()> breathe)
-    : measured_(std::move(justSeen)) {
+FfmpegAudioFile::FfmpegAudioFile(MeasuredFiles::JustSeen justSeen, std::function<void()> breathe,
+                                 PlainFile::Accepted accepted)
+    : measured_(std::move(justSeen)), accepted_(accepted) {
   QuietFfmpeg();
   if (!breathe) return;
   file_.OnRead = [this, breathe = std::move(breathe)] {
@@ -50,7 +51,7 @@ OpenResult FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
     figures_ = *known;
     return OpenResult::Opened;
   }
-  const PlainFile::Trouble trouble = file_.Open(path);
+  const PlainFile::Trouble trouble = file_.Open(path, accepted_);
   if (trouble == PlainFile::Trouble::Process) openStatus_ = kProcessInTrouble;
   if (trouble != PlainFile::Trouble::None) return OpenResult::OutOfReach;
   measuring_ = true;
@@ -138,7 +139,7 @@ bool FfmpegAudioFile::HaveDecoder() {
   if (decoder_) return true;
   if (path_.empty() || refused_) return false;
   refused_ = true;
-  if (!file_.IsOpen() && file_.Open(path_) != PlainFile::Trouble::None) return false;
+  if (!file_.IsOpen() && file_.Open(path_, accepted_) != PlainFile::Trouble::None) return false;
   SoundProbe probe = ProbeSound(file_, path_, Want::Decoder);
   // The file may have been replaced since it was measured; the player is set to what it was.
   const bool same = probe.figures.samplesPerSecond == figures_.samplesPerSecond &&

@@ -20,9 +20,9 @@ class FfmpegAudioFile : public playback::AudioFile {
  public:
   /// `justSeen` may spare a rescan its one question to the disk for each file. Opening calls
   /// `breathe` again and again, for a recording of hours can take long to measure; meanwhile
-  /// nothing can be read.
+  /// nothing can be read. A file that is not accepted counts as missing.
   explicit FfmpegAudioFile(MeasuredFiles::JustSeen justSeen = {},
-                           std::function<void()> breathe = {});
+                           std::function<void()> breathe = {}, PlainFile::Accepted accepted = {});
 
   [[nodiscard]] playback::OpenResult OpenFile(const std::string& path) override;
   void CloseFile() override;
@@ -46,6 +46,7 @@ class FfmpegAudioFile : public playback::AudioFile {
   void DecodeAhead(std::size_t values);
 
   MeasuredFiles measured_;
+  const PlainFile::Accepted accepted_;
   std::string path_;  ///< Empty when no file is open.
   int openStatus_ = 0;
   SoundFigures figures_;

@@ -1,6 +1,5 @@
 #include "platform/ffmpeg/plain_file.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,26 +36,19 @@ PlainFile& PlainFile::operator=(PlainFile&& other) noexcept {
   return *this;
 }
 
-PlainFile::Trouble PlainFile::Open(const std::string& path) {
+PlainFile::Trouble PlainFile::Open(const std::string& path, const Accepted& accepted) {
   Close();
-  // Without O_NONBLOCK a pipe that nobody writes into would hold the whole program.
-  constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-  // A path with a NUL in it would open another file than the one that was named.
-  if (path.find('\0') != std::string::npos) return Trouble::OutOfReach;
-  do {
-    handle_ = ::open(path.c_str(), kFlags);
-  } while (handle_ < 0 && errno == EINTR);
+  handle_ = OpenPlainFile(path, accepted.links).Release();
   if (handle_ < 0) {
     const bool process = errno == EMFILE || errno == ENFILE || errno == ENOMEM;
     return process ? Trouble::Process : Trouble::OutOfReach;
   }
   struct stat facts;
-  if (::fstat(handle_, &facts) != 0 || !S_ISREG(facts.st_mode)) {
-    Close();
-    return Trouble::OutOfReach;
-  }
-  identity_ = IdentityFrom(facts);
-  return Trouble::None;
+  const bool known = ::fstat(handle_, &facts) == 0;
+  if (known) identity_ = IdentityFrom(facts);
+  if (known && identity_.size <= accepted.mostBytes) return Trouble::None;
+  Close();
+  return Trouble::OutOfReach;
 }
 
 void PlainFile::Close() {

@@ -3,9 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
+
+#include "platform/disk/open_plain_file.h"
 
 namespace tavlo::platform {
 
@@ -36,9 +39,15 @@ class PlainFile {
   PlainFile(PlainFile&& other) noexcept;
   PlainFile& operator=(PlainFile&& other) noexcept;
 
-  /// Opens the file, after closing what was open. A link, a folder, a pipe and a device are out of
-  /// reach, and none of them can make the call wait.
-  Trouble Open(const std::string& path);
+  /// Which files are opened.
+  struct Accepted {
+    Links links = Links::Refused;
+    std::uint64_t mostBytes = std::numeric_limits<std::uint64_t>::max();
+  };
+  /// Opens the file, after closing what was open. A folder, a pipe, a device and what is not
+  /// accepted are out of reach, and none of them can make the call wait.
+  Trouble Open(const std::string& path, const Accepted& accepted);
+  Trouble Open(const std::string& path) { return Open(path, Accepted{}); }
   void Close();
 
   bool IsOpen() const { return handle_ >= 0; }

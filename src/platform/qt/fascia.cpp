@@ -1,12 +1,16 @@
 #include "platform/qt/fascia.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QLinearGradient>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <optional>
+#include <string>
 
+#include "platform/disk/open_plain_file.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/colours.h"
 #include "platform/qt/texts.h"
@@ -17,6 +21,8 @@ namespace {
 
 /// A picture that the user dropped into the folder may be of any size; more than this is no face.
 constexpr qint64 kMostPixels = 16'000'000;
+/// What so many pixels take that nothing packs, and a quarter more.
+constexpr std::size_t kMostBytes = 80'000'000;
 constexpr int kWidest = 3840;  ///< What is wider is read smaller, which some formats do at once.
 
 /// How much of the light may stay so that the deck's quietest lettering is readable on the colour.
@@ -59,8 +65,14 @@ QPixmap Darkened(const QImage& picture) {
   return dark;
 }
 
-QPixmap ReadPicture(const QString& path) {
-  QImageReader reader(path);
+QPixmap ReadPicture(const std::string& path) {
+  const std::optional<std::string> file = ReadPlainFile(path, kMostBytes);
+  if (!file) return {};
+  QByteArray bytes = QByteArray::fromRawData(file->data(), static_cast<qsizetype>(file->size()));
+  QBuffer buffer(&bytes);
+  QImageReader reader(&buffer);
+  // A drawing may name other files, and those would be opened as they are.
+  if (reader.format().startsWith("svg")) return {};
   const QSize size = reader.size();
   if (qint64{size.width()} * size.height() > kMostPixels) return {};
   if (size.width() > kWidest) reader.setScaledSize(size * kWidest / size.width());
@@ -124,7 +136,7 @@ void Fascia::Show() {
   if (path == path_ && stamp == stamp_) return;
   path_ = path;
   stamp_ = stamp;
-  const QPixmap picture = ReadPicture(path);
+  const QPixmap picture = ReadPicture(form_.imageFaciaA.Picture);
   // What cannot be read leaves the face as it is.
   if (picture.isNull()) return;
   picture_ = picture;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QImageReader>
 #include <QStyle>
 #include <algorithm>
 #include <cstdio>
@@ -13,6 +14,8 @@
 
 namespace tavlo::platform::qt {
 namespace {
+
+constexpr int kMostMegabytesOfPicture = 128;
 
 /// A box that says so could not be read either.
 void TellOfMissingFonts() {
@@ -30,6 +33,8 @@ void PrepareApplication() {
   QApplication::setWindowIcon(ApplicationIcon());
   if (QApplication::style()->name() == "fusion") QApplication::setStyle(new DeskStyle);
   TellOfMissingFonts();
+  // Some kinds of picture do not say how large they are before they are read.
+  QImageReader::setAllocationLimit(kMostMegabytesOfPicture);
   // Where no desktop has chosen a font, the toolkit falls back on a generic one.
   QFont font = QApplication::font();
   if (font.family() == "Sans Serif" || font.family() == "Sans") {

@@ -9,10 +9,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <system_error>
 #include <utility>
 
+#include "platform/disk/open_plain_file.h"
 #include "platform/sqlite/private_file.h"
 #include "platform/sqlite/sqlite_connection.h"
 
@@ -30,6 +30,10 @@ using Mode = SqliteConnection::Mode;
 /// First bytes of a file that Access made.
 constexpr std::string_view kAccessMark{"\0\1\0\0Standard Jet DB", 19};
 
+/// Settings take a thousandth of this. Whatever is larger is something else, and checking it would
+/// take long.
+constexpr std::uintmax_t kMostBytes = std::uintmax_t{256} * 1024 * 1024;
+
 /// Rows keep their places: this column is the row's number, counted from 1.
 constexpr std::string_view kRowNumber = "RowNumber";
 
@@ -39,9 +43,10 @@ std::string Sentence(const std::string& path, std::string_view rest) {
 
 bool IsAccessFile(const std::string& path) {
   std::array<char, kAccessMark.size()> first{};
-  std::ifstream file(path, std::ios::binary);
-  file.read(first.data(), first.size());
-  return file && std::string_view(first.data(), first.size()) == kAccessMark;
+  const FileHandle file = OpenPlainFile(path, Links::Followed);
+  const bool whole = file && ::pread(file.Get(), first.data(), first.size(), 0) ==
+                                 static_cast<ssize_t>(first.size());
+  return whole && std::string_view(first.data(), first.size()) == kAccessMark;
 }
 
 /// A folder without its settings is never filled up again, so moving the file alone away helps
@@ -67,15 +72,13 @@ std::string LocklessText(const std::string& path) {
 /// program holds. To be asked only while no connection is open: closing the file here gives up the
 /// locks that this process has on it.
 bool HasNoLocks(const std::string& path) {
-  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-  if (file < 0) return false;
+  const FileHandle file = OpenPlainFile(path, Links::Followed);
+  if (!file) return false;
   struct flock lock = {};
   lock.l_type = F_RDLCK;
   lock.l_whence = SEEK_SET;
-  const bool refused = ::fcntl(file, F_SETLK, &lock) != 0 &&
-                       (errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS);
-  ::close(file);
-  return refused;
+  return ::fcntl(file.Get(), F_SETLK, &lock) != 0 &&
+         (errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS);
 }
 
 std::string RefusedText(const std::string& path) {
@@ -108,6 +111,9 @@ std::string ReachFault(const std::string& path, int wanted) {
   if (failed) return RefusedText(path);
   if (status.type() != std::filesystem::file_type::regular) {
     return Sentence(path, "is no file.");
+  }
+  if (std::filesystem::file_size(path, failed) > kMostBytes) {
+    return Sentence(path, "is far larger than settings are." + std::string(kRemedy));
   }
   if (eaccess(path.c_str(), wanted) != 0) return RefusedText(path);
   return BesideFault(path);

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "platform/disk/open_plain_file.h"
+
 namespace tavlo::platform {
 namespace {
 
@@ -23,6 +25,9 @@ PluginUsbWatcher::PluginUsbWatcher(std::string libraryPath)
     : libraryPath_(std::move(libraryPath)) {}
 
 void PluginUsbWatcher::Load() {
+  // A pipe would keep the loader waiting for good. Should one take the file's place after this look
+  // the loader does wait, but nobody swaps a library in that very moment by mistake.
+  if (!OpenPlainFile(libraryPath_, Links::Followed)) return;
   void* const library = ::dlopen(libraryPath_.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return;
   Find(library, "StartWatch", calls_.startWatch);

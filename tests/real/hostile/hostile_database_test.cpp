@@ -102,6 +102,15 @@ TEST_F(HostileDatabase, WhatIsNoFileIsRefusedAtOnce) {
   EXPECT_FALSE(fs::exists(folder / "nowhere"));
 }
 
+TEST_F(HostileDatabase, FileThatIsFarLargerThanSettingsIsRefusedUnread) {
+  const std::uintmax_t before = fs::file_size(path);
+  fs::resize_file(path, std::uintmax_t{1} << 33);
+  ExpectRefused("is far larger than settings are");
+  EXPECT_FALSE(databases.OpenOld(path).database);
+  fs::resize_file(path, before);
+  EXPECT_TRUE(databases.Open(path).database);
+}
+
 TEST_F(HostileDatabase, WhatIsNoFileInTheJournalsPlaceIsNamedAndLeftAlone) {
   const std::string journal = path + "-journal";
   fs::remove(journal);

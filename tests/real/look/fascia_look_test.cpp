@@ -5,11 +5,13 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QWidget>
+#include <fstream>
 #include <string>
 
 #include "platform/qt/colours.h"
 #include "platform/qt/theme.h"
 #include "support/shown_windows.h"
+#include "support/unread_pipe.h"
 
 namespace tavlo::test {
 namespace {
@@ -31,6 +33,8 @@ QColor WorstGround(const QImage& picture) {
   }
   return worst;
 }
+
+const QColor kDark(0x20, 0x10, 0x30);
 
 /// The deck with a picture of one colour as its face.
 struct FasciaLook : testing::Test {
@@ -91,6 +95,49 @@ TEST_F(FasciaLook, FileThatIsNoPictureLeavesTheFaceAsItIs) {
   rubbish.close();
   Load("rubbish.png");
   EXPECT_EQ(Face().pixelColor(5, 5), QColor(0x20, 0x10, 0x30));
+}
+
+TEST_F(FasciaLook, PipeInThePlaceOfThePictureLeavesTheFaceAsItIsAndHoldsNobody) {
+  Paint(kDark);
+  Load();
+  const UnreadPipe pipe(folder.filePath("face.png").toStdString());
+  Load();
+  EXPECT_FALSE(pipe.HeldSomebody());
+  EXPECT_EQ(Face().pixelColor(5, 5), kDark);
+}
+
+TEST_F(FasciaLook, PipeThatADrawingNamesHoldsNobody) {
+  Paint(kDark);
+  Load();
+  const std::string inside = folder.filePath("inside.png").toStdString();
+  const UnreadPipe pipe(inside);
+  std::ofstream(folder.filePath("drawing.svg").toStdString())
+      << R"(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink")"
+      << R"( width="400" height="100"><image width="9" height="9" xlink:href=")" << inside
+      << R"("/></svg>)";
+  Load("drawing.svg");
+  EXPECT_FALSE(pipe.HeldSomebody());
+  EXPECT_EQ(Face().pixelColor(5, 5), kDark);
+}
+
+TEST_F(FasciaLook, EndlessOrHugeFileLeavesTheFaceAsItIs) {
+  Paint(kDark);
+  Load();
+  ASSERT_TRUE(QFile::link("/dev/zero", folder.filePath("endless.png")));
+  Load("endless.png");
+  EXPECT_EQ(Face().pixelColor(5, 5), kDark);
+  Paint(QColor(0x10, 0x30, 0x20), "huge.png");
+  ASSERT_TRUE(QFile::resize(folder.filePath("huge.png"), qint64{1} << 32));
+  Load("huge.png");
+  EXPECT_EQ(Face().pixelColor(5, 5), kDark);
+}
+
+TEST_F(FasciaLook, LinkToAPictureIsFollowed) {
+  QTemporaryDir elsewhere;
+  Paint(kDark, elsewhere.filePath("dark.png"));
+  ASSERT_TRUE(QFile::link(elsewhere.filePath("dark.png"), folder.filePath("face.png")));
+  Load();
+  EXPECT_EQ(Face().pixelColor(5, 5), kDark);
 }
 
 TEST_F(FasciaLook, PictureThatWasPaintedOverAppearsAtTheNextLoad) {

@@ -2,11 +2,14 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
+#include <string>
 #include <vector>
 
 #include "pedals/pedal_pipe.h"
 #include "platform/usb/plugin_usb_watcher.h"
 #include "support/temporary_folder.h"
+#include "support/unread_pipe.h"
 
 namespace tavlo::test {
 namespace {
@@ -43,6 +46,27 @@ TEST(PedalLibrary, FileThatIsNoLibraryStartsNoWatch) {
   PluginUsbWatcher watcher(folder.Write("PedalWatch.so", "no library"));
   pedals::MonitorHandle monitor = 0;
   EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor));
+}
+
+TEST(PedalLibrary, WhatIsNoFileStartsNoWatchAndHoldsNobody) {
+  const TemporaryFolder folder;
+  const UnreadPipe pipe(folder / "PedalWatch.so");
+  std::filesystem::create_symlink("/dev/zero", folder / "endless.so");
+  for (const std::string& path : {folder / "PedalWatch.so", folder / "endless.so", folder.Path()}) {
+    PluginUsbWatcher watcher(path);
+    pedals::MonitorHandle monitor = 0;
+    EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor)) << path;
+  }
+  EXPECT_FALSE(pipe.HeldSomebody());
+}
+
+TEST(PedalLibrary, LinkToALibraryIsFollowed) {
+  const TemporaryFolder folder;
+  std::filesystem::create_symlink(TAVLO_PEDAL_WATCH, folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  pedals::MonitorHandle monitor = 0;
+  EXPECT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_TRUE(watcher.StopWatch(monitor));
 }
 
 TEST(PedalLibrary, RealOneWatchesWithoutAPedalAndEndsAtOnce) {

@@ -1,0 +1,56 @@
+#include "platform/disk/open_plain_file.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace tavlo::platform {
+namespace {
+
+constexpr std::size_t kReadAtOnce = 256 * 1024;
+
+FileHandle Refuse() {
+  FileHandle none;
+  errno = EINVAL;
+  return none;
+}
+
+FileHandle OpenInSpiteOfSignals(const std::string& path, int flags) {
+  for (;;) {
+    FileHandle file(path.c_str(), flags);
+    if (file || errno != EINTR) return file;
+  }
+}
+
+}  // namespace
+
+FileHandle OpenPlainFile(const std::string& path, Links links) {
+  // A path with a NUL in it would open another file than the one that was named.
+  if (path.find('\0') != path.npos) return Refuse();
+  // Without O_NONBLOCK a pipe that nobody writes into would hold the whole program.
+  const int follow = links == Links::Refused ? O_NOFOLLOW : 0;
+  FileHandle file = OpenInSpiteOfSignals(path, O_RDONLY | O_NONBLOCK | follow);
+  struct stat facts;
+  if (file && (::fstat(file.Get(), &facts) != 0 || !S_ISREG(facts.st_mode))) return Refuse();
+  return file;
+}
+
+std::optional<std::string> ReadPlainFile(const std::string& path, std::size_t mostBytes) {
+  const FileHandle file = OpenPlainFile(path, Links::Followed);
+  if (!file) return std::nullopt;
+  std::string bytes;
+  for (;;) {
+    // One byte more than is allowed tells a file that is too long.
+    const std::size_t held = bytes.size();
+    const std::size_t wanted = std::min(kReadAtOnce, mostBytes + 1 - held);
+    bytes.resize(held + wanted);
+    const ssize_t got = ::read(file.Get(), bytes.data() + held, wanted);
+    bytes.resize(held + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0 || bytes.size() > mostBytes) return std::nullopt;
+    if (got == 0) return bytes;
+  }
+}
+
+}  // namespace tavlo::platform

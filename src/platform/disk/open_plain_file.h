@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "platform/disk/file_handle.h"
+
+namespace tavlo::platform {
+
+enum class Links { Refused, Followed };
+
+/// Opens the plain file at a path for reading. A folder, a pipe and a device are refused, and none
+/// of them can make the call wait. Below 0 when it failed; errno then tells why, and is EINVAL for
+/// what is no plain file.
+FileHandle OpenPlainFile(const std::string& path, Links links);
+
+/// All that the plain file at a path holds, links followed. Nothing when there is no such file,
+/// when the disk fails, and when it holds more than `mostBytes`, whatever it says of its size.
+std::optional<std::string> ReadPlainFile(const std::string& path, std::size_t mostBytes);
+
+}  // namespace tavlo::platform
