@@ -31,6 +31,18 @@ class Transition {
   window::Guards& guards_;
 };
 
+/// Holds what a key asked for while it is due, however that ends.
+template <typename Way>
+class Due {
+ public:
+  Due(std::optional<Way>& due, Way way) : due_(due) { due_ = way; }
+  ~Due() { due_.reset(); }
+  Due(const Due&) = delete;
+
+ private:
+  std::optional<Way>& due_;
+};
+
 }  // namespace
 
 Finishing::Finishing(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
@@ -69,8 +81,7 @@ void Finishing::Finish(Way way) {
   {
     const Transition transition(window_.guards);
     form_.frmMain.WindowShape = forms::Shape::Normal;
-    LeaveDocument();
-    StoreOutcome(way);
+    LeaveAndStore(way);
     ReturnToList();
     const bool listIsWhole = RebuildList(way);
     if (way == Way::Complete) opening_.SelectedQueueFile.clear();
@@ -90,6 +101,25 @@ bool Finishing::ChosenDocumentShows() const {
   return window_.QueueDocumentShows() &&
          list.TextAt(list.ListIndex, forms::document_column::FileName) ==
              opening_.SelectedQueueFile;
+}
+
+void Finishing::LeaveAndStore(Way way) {
+  const Due due(due_, way);
+  LeaveDocument();
+  // The end of the session may have come in that pass and stored it.
+  if (due_) StoreOutcome(way);
+}
+
+void Finishing::StoreAtOnce() {
+  if (!due_ && !form_.cmdSkip.Enabled) return;
+  const bool placeIsShown = form_.frmMain.WindowShape == forms::Shape::Normal;
+  if (!due_ && placeIsShown) window_.SavePlayerPosition();
+  transport_.StopWindAndPreview();
+  engine_.StopPlay();
+  engine_.CloseFile();
+  StoreOutcome(due_.value_or(Way::Save));
+  due_.reset();
+  form_.cmdSkip.Enabled = false;
 }
 
 void Finishing::LeaveDocument() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "base/loop.h"
@@ -27,12 +28,19 @@ class Finishing {
             playback::AudioEngine& engine, playback::Transport& transport, QueueList& queue,
             Opening& opening, Refresh& refresh, const playback::Hooks& sound, const Hooks& hooks);
 
+  /// A key was pressed, and what it asked for is not stored yet.
+  bool OutcomeIsDue() const { return due_.has_value(); }
+  /// For the end of the session: stores what the pressed key asked for or, with a document in work,
+  /// its position as Save does. The loop does not turn. Where it fails the document keeps its name.
+  void StoreAtOnce();
+
  private:
   enum class Way { Complete, Save, Skip };
 
   void Finish(Way way);
   /// The chosen document is the one in work or the highlighted row of the Queue in front.
   bool ChosenDocumentShows() const;
+  void LeaveAndStore(Way way);
   void LeaveDocument();
   void StoreOutcome(Way way);
   void MoveToCompleted();
@@ -56,6 +64,7 @@ class Finishing {
   Refresh& refresh_;
   const playback::Hooks& sound_;
   const Hooks& hooks_;
+  std::optional<Way> due_;  ///< What a key asked for, until it is stored.
 };
 
 }  // namespace tavlo::lists

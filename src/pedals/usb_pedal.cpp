@@ -96,12 +96,21 @@ void UsbPedal::StopReading() {
 }
 
 void UsbPedal::StopWatch() {
-  if (MyMonitor == 0) return;
+  if (EndWatch()) return;
+  loop_.Show({.title = "Tavlo Deck - USB", .text = "Cannot close USB (HID) monitor"});
+}
+
+void UsbPedal::Drop() {
+  polls_ = false;
+  TmrHIDRead.Stop();
+  EndWatch();
+}
+
+bool UsbPedal::EndWatch() {
+  if (MyMonitor == 0) return true;
   const bool stopped = watcher_.StopWatch(MyMonitor);
   MyMonitor = 0;
-  if (!stopped) {
-    loop_.Show({.title = "Tavlo Deck - USB", .text = "Cannot close USB (HID) monitor"});
-  }
+  return stopped;
 }
 
 }  // namespace tavlo::pedals

@@ -40,6 +40,8 @@ class UsbPedal {
   void StopReading();
   /// Ends the watch; says so when it cannot be ended.
   void StopWatch();
+  /// Ends poll and watch without a word or a wait.
+  void Drop();
 
   UsbPresence Presence() { return watcher_.Presence(MyMonitor); }
 
@@ -49,6 +51,8 @@ class UsbPedal {
   void ReadReports();
   void HandleReports(std::span<const std::uint8_t, kBufferSize> buffer, std::int32_t count);
   void LearnReportSize(std::int32_t count);
+  /// False when the watch cannot be ended.
+  bool EndWatch();
 
   base::Loop& loop_;
   FootPedal& pedal_;

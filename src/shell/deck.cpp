@@ -93,7 +93,11 @@ ExitHooks Rooms::ExitHooksFor() {
               },
           .closePrompts = [this] { prompts.Close(); },
           .saveSettings = [this] { binding.Flush(); },
-          .stopUsbWatch = [this] { usbPedal.StopWatch(); }};
+          .stopUsbWatch = [this] { usbPedal.StopWatch(); },
+          .outcomeIsDue = [this] { return finishing.OutcomeIsDue(); },
+          .storeOutcome = [this] { finishing.StoreAtOnce(); },
+          .saveOpenSettings = [this] { configuration.SaveAtOnce(); },
+          .dropPedals = [this] { usbPedal.Drop(); }};
 }
 
 window::ConfigurationHooks Rooms::ConfigurationHooksFor() {
@@ -134,6 +138,16 @@ void Deck::Start() {
   rooms_.emplace(platform_, windows, folders_, std::move(opened.database));
   OfferOnlyWhatIsThere(windows);
   splash_.Show(rooms_->settings.ProgramVersionText());
+}
+
+void Deck::EndSession() {
+  if (!rooms_) return platform_.endProcess(0);
+  rooms_->exit.EndSession();
+}
+
+void Deck::EndSessionNow() {
+  if (!rooms_) return platform_.endProcess(0);
+  rooms_->exit.EndSessionNow();
 }
 
 bool Deck::RefuseSecondCopy() {

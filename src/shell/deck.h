@@ -109,6 +109,12 @@ class Deck {
   /// process.
   void Start();
 
+  /// The desktop's session ends: stores what there is to store and asks for the end of the process,
+  /// as soon as a document that is just being finished is stored. May be called at any time.
+  void EndSession();
+  /// The same where the loop never turns again.
+  void EndSessionNow();
+
   /// The rooms, once the settings are open; null until then.
   Rooms* Built() { return rooms_ ? &*rooms_ : nullptr; }
 

@@ -48,6 +48,26 @@ void Exit::ExitByMenu() {
   if (UserAgrees()) EndUnlessADocumentIsOpen();
 }
 
+void Exit::EndSession() {
+  if (hooks_.outcomeIsDue && hooks_.outcomeIsDue()) {
+    loop_.Post([this] { EndSession(); });
+    return;
+  }
+  EndSessionNow();
+}
+
+void Exit::EndSessionNow() {
+  if (std::exchange(sessionEnded_, true)) return;
+  StopSound();
+  Call(hooks_.storeOutcome);
+  engine_.CloseFile();
+  Call(hooks_.closePrompts);
+  Call(hooks_.saveOpenSettings);
+  Call(hooks_.releaseFtp);
+  Call(hooks_.dropPedals);
+  endProcess_(0);
+}
+
 void Exit::StopSound() {
   engine_.StopPlay();
   sound_.StopPrompt();

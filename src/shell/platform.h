@@ -35,7 +35,7 @@ struct Platform {
   /// Starts the desktop's own program that shows what the machine is made of, and does not wait for
   /// it. False when there is none.
   std::function<bool()> showSystemInformation;
-  /// Ends the process once the loop is back at its top.
+  /// Ends the process once the loop is back at its top, or at once when the session ends.
   std::function<void(int status)> endProcess;
 };
 

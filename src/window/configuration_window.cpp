@@ -80,6 +80,11 @@ void ConfigurationWindow::SaveConfiguration(bool withFtpPage) {
   ReloadQueuePaths();
 }
 
+void ConfigurationWindow::SaveAtOnce() {
+  if (config_.frmConfiguration.Visible) settings_.SaveConfigurationFields();
+  settings_.Flush();
+}
+
 void ConfigurationWindow::ReloadQueuePaths() {
   folders_.ReloadQueuePaths({.ew2QueuePath = config_.txtEw2QueuePath.Value,
                              .ds2QueuePath = config_.txtDs2QueuePath.Value,

@@ -44,6 +44,9 @@ class ConfigurationWindow {
   /// Saves, hides the window and shows the main one. Closing by the frame leaves the Ftp page
   /// unsaved.
   void SaveConfiguration(bool withFtpPage);
+  /// For the end of the session: saves what closing this window by its frame would, when it shows,
+  /// and what could not be saved before.
+  void SaveAtOnce();
   /// Takes the four paths and the delay from the controls into the module's values.
   void ReloadQueuePaths();
 

@@ -1,6 +1,7 @@
 #include "platform/desktop/program.h"
 
 #include <QApplication>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "platform/desktop/message_buses.h"
 #include "platform/desktop/scan_parts.h"
 #include "platform/desktop/screen_search.h"
+#include "platform/desktop/session_end.h"
 #include "platform/desktop/system_information.h"
 #include "platform/disk/instance_lock.h"
 #include "platform/disk/posix_disk.h"
@@ -44,6 +46,13 @@ struct Program::Parts {
     return lock->AnotherCopyRuns();
   }
 
+  /// A session that ends waits for nobody, and a screen that is gone cannot be taken leave of.
+  void End(int status) {
+    if (sessionEnds) std::_Exit(status);
+    loop.Quit(status);
+  }
+
+  bool sessionEnds = false;
   QApplication application;
   const std::string root = InstallRoot();
   std::optional<InstanceLock> lock;
@@ -73,7 +82,7 @@ struct Program::Parts {
                     .shareFolder = ShareFolder(),
                     .anotherCopyRuns = [this] { return AnotherCopyRuns(); },
                     .showSystemInformation = ShowSystemInformation,
-                    .endProcess = [this](int status) { loop.Quit(status); }}};
+                    .endProcess = [this](int status) { End(status); }}};
   qt::QtWindows windows{loop, deck.windows.main, deck.windows.splash, deck.windows.about,
                         deck.windows.configuration};
   DecoderLibraries decoderLibraries;
@@ -93,6 +102,14 @@ int Program::Run() {
     parts_->deck.Start();
     parts_->decoderLibraries.LoadBeside();
   });
+  const auto end = [this](void (shell::Deck::*how)()) {
+    return [this, how] {
+      parts_->sessionEnds = true;
+      (parts_->deck.*how)();
+    };
+  };
+  const SessionEnd session(
+      {.ends = end(&shell::Deck::EndSession), .screenGone = end(&shell::Deck::EndSessionNow)});
   return parts_->loop.Run();
 }
 

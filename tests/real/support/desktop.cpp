@@ -84,6 +84,12 @@ Desktop::~Desktop() {
   Stop(screen_);
 }
 
+void Desktop::KillScreen() {
+  kill(screen_, SIGKILL);
+  waitpid(screen_, nullptr, 0);
+  screen_ = -1;
+}
+
 bool Desktop::StartScreen(const std::string& size) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return false;

@@ -21,6 +21,9 @@ class Desktop {
   /// Empty when the desktop stands, else what is missing.
   const std::string& Fault() const { return fault_; }
 
+  /// The screen's server dies, without a farewell to whoever shows there.
+  void KillScreen();
+
  private:
   bool StartScreen(const std::string& size);
   bool StartWindowManager();
