@@ -36,7 +36,7 @@ StartedProgram::StartedProgram(const std::string& program, const std::string& ho
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   ::setenv("HOME", home.c_str(), 1);
   ::unsetenv("XDG_CONFIG_HOME");
-  ::unsetenv("XDG_CACHE_HOME");
+  ::setenv("XDG_CACHE_HOME", cache_.Path().c_str(), 1);
   if (!Enter(surroundings)) ::_exit(126);
   ::execl(program.c_str(), program.c_str(), nullptr);
   ::_exit(127);

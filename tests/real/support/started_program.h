@@ -8,6 +8,8 @@
 #include <optional>
 #include <string>
 
+#include "support/temporary_folder.h"
+
 namespace tavlo::test {
 
 /// What a started program finds around it where that differs from what this process has.
@@ -38,6 +40,8 @@ class StartedProgram {
   void Kill();
 
  private:
+  /// What libraries keep for the next program, such as the list of fonts, is nothing of a home's.
+  TemporaryFolder cache_;
   pid_t process_;
   std::optional<int> status_;
 };
