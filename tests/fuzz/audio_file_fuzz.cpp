@@ -69,6 +69,7 @@ void Check(std::span<const std::uint8_t> input) {
 }  // namespace tavlo::fuzz
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const tavlo::fuzz::Promptness promptness;
   tavlo::fuzz::Check({data, size});
   return 0;
 }

@@ -147,6 +147,7 @@ class NameCheck {
 }  // namespace tavlo::fuzz
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const tavlo::fuzz::Promptness promptness;
   // The names before leave their mark on the record, so every input begins with a fresh one.
   tavlo::fuzz::NameCheck().Check({reinterpret_cast<const char*>(data), size});
   return 0;

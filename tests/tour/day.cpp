@@ -11,7 +11,6 @@
 namespace tavlo::tour {
 namespace {
 
-using base::operator""s;
 namespace column = forms::document_column;
 
 // Key symbols of the display's keyboard.
@@ -61,8 +60,7 @@ void Day::AddStart(std::vector<Step>& steps) {
                          return Ready() && Main().listViewInQueue.Rows().size() >= 10 &&
                                 RowOf("Brown") == 0 && RowOf("Okafor") == 1;
                        },
-                   .picture = "02-queue",
-                   .patience = 20s});
+                   .picture = "02-queue"});
 }
 
 void Day::AddListening(std::vector<Step>& steps) {
@@ -224,8 +222,7 @@ void Day::AddWindows(std::vector<Step>& steps) {
                          }
                          if (!QApplication::activeWindow()) typist_.KeysUnseen({kReturn});
                          return false;
-                       },
-                   .patience = 10s});
+                       }});
 }
 
 void Day::AddEnd(std::vector<Step>& steps) {

@@ -8,7 +8,6 @@
 namespace tavlo::tour {
 namespace {
 
-using base::operator""s;
 namespace column = forms::document_column;
 
 // Key symbols of the display's keyboard.
@@ -91,8 +90,7 @@ std::vector<Step> Day::NextMorning() {
                    }});
   steps.push_back({.says = "and is clicked away",
                    .act = [this] { typist_.ClickUnseen(typist_.Middle("picIcon")); },
-                   .seen = [this] { return Ready() && !BoxOpen(); },
-                   .patience = 20s});
+                   .seen = [this] { return Ready() && !BoxOpen(); }});
   steps.push_back(
       {.says = "speed, volume and the saved document are as they were left", .seen = [this] {
          return Rooms()->engine.PlaySpeedPercent == left_.speed &&

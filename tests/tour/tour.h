@@ -18,7 +18,6 @@ struct Step {
   std::function<bool()> seen;
   /// Name of the picture to take once it was seen; empty for none.
   std::string picture = {};
-  base::Duration patience = base::Duration{std::chrono::seconds{6}};
 };
 
 /// Takes the steps one after the other beside the running program, prints what was seen of each and
@@ -49,7 +48,7 @@ class Tour {
   std::size_t next_ = 0;
   std::size_t missed_ = 0;
   bool acted_ = false;
-  base::MonotonicTime deadline_;
+  int looks_ = 0;
 };
 
 }  // namespace tavlo::tour
