@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <sstream>
 #include <string>
@@ -109,6 +111,24 @@ TEST_F(SessionEndTest, StartedProgramsGetTheSignalsAsTheyWere) {
   const auto before = SignalsOfAChild();
   const SessionEnd watch(Calls());
   EXPECT_EQ(SignalsOfAChild(), before);
+}
+
+TEST_F(SessionEndTest, WhatEndsTheProcessFromInsideTheLoopLosesTheScreenFirst) {
+  const auto lose = [] {
+    const SessionEnd watch({.ends = [] {}, .screenGone = [] { std::fputs("stored", stderr); }});
+    std::exit(1);
+  };
+  EXPECT_EXIT(lose(), testing::ExitedWithCode(0), "stored");
+}
+
+TEST_F(SessionEndTest, ProcessThatNobodyWatchesAnyMoreEndsAsItIsTold) {
+  const auto end = [] {
+    {
+      const SessionEnd watch({.ends = [] {}, .screenGone = [] { std::fputs("stored", stderr); }});
+    }
+    std::exit(3);
+  };
+  EXPECT_EXIT(end(), testing::ExitedWithCode(3), "^$");
 }
 
 TEST_F(SessionEndTest, WordOfTheSessionManagerToGoIsNoCloseOfTheWindows) {
