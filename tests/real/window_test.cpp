@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "platform/qt/column_widths.h"
+#include "support/effort.h"
 #include "support/shown_windows.h"
 
 namespace tavlo::test {
 namespace {
 
-using base::operator""ms;
 namespace document_column = forms::document_column;
 
 // Key symbols of the display's keyboard.
@@ -224,15 +224,15 @@ TEST(QueueList, ItsColumnsScrollWhereTheHeadingsDoNotFit) {
   EXPECT_EQ(platform::qt::SharedWidths({10, 90}, {60, 60}, 100), (std::vector{60, 60}));
 }
 
-TEST(QueueList, TenThousandRowsAreShownInUnderFiftyMilliseconds) {
+TEST(QueueList, TenThousandRowsAreShownForUnderFiftyMillisecondsOfComputing) {
   ShownWindows shown;
   shown.ShowMain();
   for (int i = 0; i < 10'000; ++i) {
     shown.main.listViewInQueue.Add({{{""}, {""}, {"Author " + std::to_string(i)}}});
   }
-  const auto begin = shown.loop.Now();
+  const Effort effort;
   shown.loop.Yield();
-  EXPECT_LT(shown.loop.Now() - begin, 50ms);
+  EXPECT_LT(effort.Computed(), std::chrono::milliseconds(50));
   const auto* const list = qobject_cast<QTableView*>(shown.typist.Widget("listViewInQueue"));
   EXPECT_EQ(list->model()->rowCount(), 10'000);
 }

@@ -114,7 +114,7 @@ TEST_F(MessageBuses, ThatAreNotThereAreTheToolkitsToMiss) {
 
 TEST_F(MessageBuses, ThatAnswerStay) {
   for (const char* answer : {"OK 1234\r\n", "REJECTED EXTERNAL\r\n"}) {
-    EXPECT_EQ(LeaveAnswering([&](SilentBus& bus) { bus.Answer(answer); }, 10s), address);
+    EXPECT_EQ(LeaveAnswering([&](SilentBus& bus) { bus.Answer(answer); }, 120s), address);
   }
 }
 
@@ -124,7 +124,7 @@ TEST_F(MessageBuses, ThatHangUpStay) {
                   bus.Answer("");
                   bus.HangUp();
                 },
-                10s),
+                120s),
             address);
 }
 

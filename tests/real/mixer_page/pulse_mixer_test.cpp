@@ -11,6 +11,7 @@
 #include "platform/sound/cubeb_player.h"
 #include "platform/sound/soundtouch_transform.h"
 #include "support/plain_loop.h"
+#include "support/quick.h"
 #include "support/sound_pump.h"
 #include "support/sound_server.h"
 
@@ -24,7 +25,7 @@ using Names = std::vector<std::string>;
 constexpr int kRate = 16000;
 constexpr int kFull = 65535;
 /// How long any news may take on a busy machine.
-constexpr base::Duration kPatience = 8s;
+constexpr base::Duration kPatience = 120s;
 /// A wait for the server would be one of many seconds.
 constexpr base::Duration kAtOnce = 1s;
 
@@ -252,17 +253,19 @@ TEST_F(PulseMixerTest, SourceThatHasGoneTakesNoHarm) {
 
 TEST_F(PulseMixerTest, ServerThatDoesNotAnswerDelaysNobody) {
   const FrozenServer frozen;
-  const auto before = loop.Now();
-  page->Select("Output");
-  Mixer().SetSourceVolume(7);
-  loop.Wait(200ms);
-  page->Look();
-  EXPECT_EQ(Mixer().SourceCount(), 2);
-  page.reset();
-  page = std::make_unique<LookedAtMixer>(loop);
-  loop.Wait(200ms);
-  EXPECT_EQ(Mixer().SourceCount(), 0);
-  EXPECT_LT(loop.Now() - before, 400ms + kAtOnce);
+  EXPECT_TRUE(IsQuick(200ms + kAtOnce, [&] {
+    page->Select("Output");
+    Mixer().SetSourceVolume(7);
+    loop.Wait(200ms);
+    page->Look();
+    EXPECT_EQ(Mixer().SourceCount(), 2);
+  }));
+  EXPECT_TRUE(IsQuick(200ms + kAtOnce, [&] {
+    page.reset();
+    page = std::make_unique<LookedAtMixer>(loop);
+    loop.Wait(200ms);
+    EXPECT_EQ(Mixer().SourceCount(), 0);
+  }));
 }
 
 TEST(PulseSource, EveryVolumeComesBackAsItWasSet) {
@@ -298,14 +301,14 @@ TEST(PulseMixerWithoutAServer, IsEmptyAndCalm) {
   SoundServer::HideServers();
   PlainLoop loop;
   LookedAtMixer page(loop);
-  const auto before = loop.Now();
-  loop.Wait(300ms);
-  page.Look();
-  EXPECT_EQ(page.mixer.SourceCount(), 0);
-  page.mixer.SelectSource(0);
-  page.mixer.SetSourceVolume(1);
+  EXPECT_TRUE(IsQuick(300ms + kAtOnce, [&] {
+    loop.Wait(300ms);
+    page.Look();
+    EXPECT_EQ(page.mixer.SourceCount(), 0);
+    page.mixer.SelectSource(0);
+    page.mixer.SetSourceVolume(1);
+  }));
   EXPECT_EQ(page.changes, 0);
-  EXPECT_LT(loop.Now() - before, 300ms + kAtOnce);
 }
 
 TEST(PulseMixerOfADyingServer, EmptiesAndFillsAgainWithIt) {
