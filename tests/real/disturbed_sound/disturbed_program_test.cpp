@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <thread>
@@ -12,6 +13,7 @@
 #include "support/sound_files.h"
 #include "support/sound_recorder.h"
 #include "support/sound_server.h"
+#include "support/takes.h"
 
 namespace tavlo::test {
 namespace {
@@ -130,7 +132,7 @@ TEST_F(DisturbedProgram, HandsOnVolumeAndEqualizerDoNotStopTheSound) {
     }
     ExpectGoesOn();
     EXPECT_GT(Position(), begun);
-    EXPECT_GT(AudibleNow(), 0.3);
+    Retake([&] { EXPECT_GT(AudibleNow(), 0.3); });
   });
 }
 
@@ -138,10 +140,12 @@ TEST_F(DisturbedProgram, OutputThatIsChangedOrPulledOutTakesTheDocumentAlongFrom
   Run([&] {
     ChooseDevice("Second");
     ExpectGoesOn();
+    // What it played before may reach the recorder late.
+    EXPECT_TRUE(recorder.Pass(0.6));
     EXPECT_LT(AudibleNow(), 0.1);
     PullOut(second);
     ExpectGoesOn();
-    EXPECT_GT(AudibleNow(), 0.3);
+    Retake([&] { EXPECT_GT(AudibleNow(), 0.3); });
 
     Pactl("unload-module module-null-sink");
     double reached = Position();
@@ -150,9 +154,13 @@ TEST_F(DisturbedProgram, OutputThatIsChangedOrPulledOutTakesTheDocumentAlongFrom
       return std::exchange(reached, Position()) == reached;
     })) << "no output is left";
     EXPECT_TRUE(Playing());
+    const auto begun = std::chrono::steady_clock::now();
     PlugInOutput("deck");
     ExpectGoesOn();
-    EXPECT_LT(Position(), reached + 5);
+    const double position = Position();
+    // No document goes faster than the clock.
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begun;
+    EXPECT_LT(position, reached + taken.count() + 1);
   });
 }
 

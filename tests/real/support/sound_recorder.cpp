@@ -13,7 +13,7 @@ namespace {
 
 using base::operator""ms;
 
-constexpr int kStartTries = 200;
+constexpr int kManyTries = 2400;
 
 }  // namespace
 
@@ -34,11 +34,20 @@ bool SoundRecorder::Start() {
   close(ends[1]);
   if (!started) return false;
   reader_ = std::thread([this] { Read(); });
-  for (int tries = 0; tries < kStartTries && Seconds() < 0.1; ++tries) Sleep(50ms);
-  if (Seconds() < 0.1) return false;
   // Whatever the device had rendered before it had a reader runs out in this time.
-  Sleep(300ms);
-  return true;
+  return Pass(0.4);
+}
+
+bool SoundRecorder::Pass(double seconds) const {
+  const double end = Seconds() + seconds;
+  double before = Seconds();
+  for (int tries = 0; tries < kManyTries && Seconds() < end; ++tries) {
+    Sleep(10ms);
+    const double now = Seconds();
+    if (now > before) tries = 0;
+    before = now;
+  }
+  return Seconds() >= end;
 }
 
 double SoundRecorder::Seconds() const {

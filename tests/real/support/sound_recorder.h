@@ -19,6 +19,9 @@ class SoundRecorder {
   bool Start();
   /// Seconds recorded so far.
   double Seconds() const;
+  /// Lets so many seconds more be recorded: what sounds when it is called is in the recording then,
+  /// however late the recording runs. False when it does not go on.
+  bool Pass(double seconds) const;
   /// What was recorded since that moment, the left channel.
   Sound Since(double seconds) const;
 

@@ -19,7 +19,7 @@ namespace {
 
 using base::operator""ms;
 
-constexpr int kStartTries = 200;
+constexpr int kStartTries = 2400;
 
 bool Answers(const std::filesystem::path& socketPath) {
   sockaddr_un address{};

@@ -34,7 +34,7 @@ class SoundServer {
   SoundServer();
   ~SoundServer();
 
-  /// False when the server did not come up in ten seconds.
+  /// False when the server does not come up.
   bool Start();
   /// Kills it under whoever plays.
   void Kill() { server_.Kill(); }

@@ -21,6 +21,7 @@ using base::operator""s;
 constexpr int kRate = 16000;
 constexpr double kHertz = 440;
 constexpr double kAmplitude = 0.25;
+constexpr base::Duration kPatience = 120s;
 
 /// The whole way of the sound behind the file, with the device's thread running beside the loop's.
 struct SoundThreads : testing::Test {
@@ -37,7 +38,7 @@ struct SoundThreads : testing::Test {
   bool PlayToTheEnd() {
     pump.Ends = 0;
     pump.Play();
-    return loop.WaitUntil([&] { return pump.Ends > 0; }, 30s);
+    return loop.WaitUntil([&] { return pump.Ends > 0; }, kPatience);
   }
   void ExpectSoundWithinFullScale() {
     device.Close();
@@ -87,10 +88,10 @@ TEST_F(SoundThreads, PromptsSoundBesideTheDocumentAndChangeNothingOfIt) {
 TEST_F(SoundThreads, DeviceThatDiesIsOpenedAnewAndNoBlockIsLost) {
   pump.Load(Tone(kHertz, 6, kRate, kAmplitude));
   pump.Play();
-  ASSERT_TRUE(loop.WaitUntil([&] { return player.PlayedSamples() > kRate; }, 10s));
+  ASSERT_TRUE(loop.WaitUntil([&] { return player.PlayedSamples() > kRate; }, kPatience));
   device.Unplug();
-  ASSERT_TRUE(loop.WaitUntil([&] { return device.Opens == 2; }, 10s));
-  ASSERT_TRUE(loop.WaitUntil([&] { return pump.Ends > 0; }, 30s));
+  ASSERT_TRUE(loop.WaitUntil([&] { return device.Opens == 2; }, kPatience));
+  ASSERT_TRUE(loop.WaitUntil([&] { return pump.Ends > 0; }, kPatience));
   EXPECT_EQ(pump.Blocks, 12);
   EXPECT_EQ(pump.Requests, pump.Blocks);
 }
