@@ -10,6 +10,7 @@
 #include <atomic>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -136,15 +137,49 @@ void AddWhatIsNoFile(const Home& home) {
   fs::create_symlink("/nowhere/at/all.wav", home.QueuePath() + "/link.wav");
 }
 
+/// Has the list made anew, and waits until it stands.
+void Refresh(DrivenProgram& program) {
+  const auto rows = [&] { return program.Main().listViewInQueue.RowsVersion(); };
+  const unsigned before = program.Ask(rows);
+  program.Keys({kF5});
+  ASSERT_TRUE(program.Until([&] { return rows() != before; }));
+  ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+}
+
+/// Looks in every pass of the program's loop whether a document plays, and so sees the shortest
+/// sound, which ends some passes after its begin. Made and destroyed on the program's thread.
+class Ear {
+ public:
+  Ear(DrivenProgram& program, const std::string& name)
+      : tick_(program.Loop(), "ear", 1ms, base::TimerKind::Feed) {
+    tick_.OnTick = [this, &program, name] { Heard = Heard || Sounds(program.Rooms(), name); };
+    tick_.Start();
+  }
+
+  static bool Sounds(shell::Rooms& rooms, const std::string& name) {
+    return rooms.opening.SelectedQueueFile == name && rooms.engine.IsPlaying;
+  }
+
+  bool Heard = false;
+
+ private:
+  base::Timer tick_;
+};
+
 Answer AnswerTo(DrivenProgram& program, const std::string& name) {
+  std::unique_ptr<Ear> ear;
+  program.Do([&] { ear = std::make_unique<Ear>(program, name); });
   program.ClickRow(program.RowOf(name));
-  EXPECT_TRUE(Until([&] {
-    return program.Box() != "" ||
-           program.Ask([&] { return program.Rooms().opening.SelectedQueueFile; }) == name;
-  }));
-  const auto playing = [&] { return program.Rooms().engine.IsPlaying; };
-  Until([&] { return program.Box() != "" || program.Ask(playing); }, 400ms);
-  if (program.Ask(playing)) return Answer::Sound;
+  // The click yields once while the pause is up; what it gives stands when that is over.
+  const auto answered = [&] {
+    shell::Rooms& rooms = program.Rooms();
+    return rooms.opening.SelectedQueueFile == name && !rooms.mainWindow.guards.ListPauseActive;
+  };
+  EXPECT_TRUE(Until([&] { return program.Box() != "" || program.Ask(answered); }));
+  const bool sounded =
+      program.Ask([&] { return ear->Heard || Ear::Sounds(program.Rooms(), name); });
+  program.Do([&] { ear.reset(); });
+  if (sounded) return Answer::Sound;
   if (program.Box().empty()) return Answer::Silence;
   EXPECT_EQ(program.AnswerBox(),
             "Tavlo Deck - Unrecognized Audio Format: This file can not be played.\nYou may press "
@@ -176,15 +211,11 @@ TEST(ProgramWithAHostileQueue, ListsIsClickedThroughAndEndsAndTouchesNothing) {
     {
       const Flicker flicker(flickering);
       for (int refresh = 0; refresh < 3; ++refresh) {
-        program.Keys({kF5});
-        ASSERT_TRUE(Until([&] { return !program.IsReady(); }));
-        ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+        Refresh(program);
         EXPECT_EQ(program.Box(), "");
       }
     }
-    program.Keys({kF5});
-    ASSERT_TRUE(Until([&] { return !program.IsReady(); }));
-    ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+    Refresh(program);
     EXPECT_EQ(program.Ask([&] { return program.Main().listViewInQueue.Rows().size(); }),
               documents.size());
     for (const auto& [name, answer] : documents) {

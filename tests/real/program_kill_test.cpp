@@ -9,6 +9,7 @@
 #include <array>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <thread>
@@ -23,7 +24,6 @@ namespace tavlo::test {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
 
 using Button = forms::Command forms::MainForm::*;
 
@@ -31,7 +31,7 @@ using Button = forms::Command forms::MainForm::*;
 void FinishDocument(DrivenProgram& program, Button button, int moment) {
   const auto press = [&](Button which) { program.Do([&] { (program.Main().*which).Press(); }); };
   program.Do([&] { program.Windows().splash.picIcon.Click(); });
-  ASSERT_TRUE(Until([&] { return program.IsReady(); }, 25s));
+  ASSERT_TRUE(Until([&] { return program.IsReady(); }));
   program.Do([&] { program.Main().listViewInQueue.RowClick(0); });
   press(&forms::MainForm::cmdPlay);
   press(&forms::MainForm::cmdSkipEnd);
@@ -62,7 +62,7 @@ class DoomedProgram {
   /// Returns when the button is about to be pressed.
   bool AwaitMoment() {
     pollfd look{.fd = moment_[0], .events = POLLIN};
-    return ::poll(&look, 1, 30'000) == 1;
+    return ::poll(&look, 1, kManyLooks * 20) == 1;
   }
   void Kill() {
     if (process_ <= 0) return;
@@ -96,10 +96,15 @@ int WholeDocuments(const fs::path& folder) {
 }
 
 struct Trial {
-  Trial(Button pressed, std::chrono::microseconds wait) : button(pressed), delay(wait) {}
+  Trial(Button pressed, std::optional<std::chrono::microseconds> wait)
+      : button(pressed), delay(wait) {}
+
+  /// The Queue folder has no document any more.
+  bool QueueIsEmpty() const { return fs::is_empty(home.QueuePath()); }
 
   const Button button;
-  const std::chrono::microseconds delay;
+  /// How long after the press the program is killed; nothing where it has time enough.
+  const std::optional<std::chrono::microseconds> delay;
   Home home;
   /// Where this trial's Completed folder really lies: on a file system of its own, so that
   /// the document is copied there.
@@ -113,7 +118,7 @@ TEST(ProgramThatIsKilled, LosesNoDictationOfASaveOrAComplete) {
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 dice(seed);
   std::vector<std::unique_ptr<Trial>> trials;
-  const auto add = [&](Button button, std::chrono::microseconds delay) {
+  const auto add = [&](Button button, std::optional<std::chrono::microseconds> delay) {
     trials.push_back(std::make_unique<Trial>(button, delay));
     const Trial& trial = *trials.back();
     trial.home.MakeRoot({{"AutoPreview", "0"}, {"AudioPromptsFlag", "N"}});
@@ -125,7 +130,7 @@ TEST(ProgramThatIsKilled, LosesNoDictationOfASaveOrAComplete) {
     add(&forms::MainForm::cmdComplete, std::chrono::microseconds(dice() % 60'000));
   }
   // One has time enough, and shows that the others were really at it.
-  add(&forms::MainForm::cmdComplete, 3s);
+  add(&forms::MainForm::cmdComplete, {});
 
   std::vector<std::unique_ptr<DoomedProgram>> programs;
   for (const auto& trial : trials) {
@@ -135,13 +140,17 @@ TEST(ProgramThatIsKilled, LosesNoDictationOfASaveOrAComplete) {
   for (std::size_t i = 0; i < trials.size(); ++i) {
     killers.emplace_back([&, i] {
       EXPECT_TRUE(programs[i]->AwaitMoment());
-      std::this_thread::sleep_for(trials[i]->delay);
+      if (trials[i]->delay) {
+        std::this_thread::sleep_for(*trials[i]->delay);
+      } else {
+        EXPECT_TRUE(Until([&] { return trials[i]->QueueIsEmpty(); }));
+      }
       programs[i]->Kill();
     });
   }
   for (std::thread& killer : killers) killer.join();
   for (const auto& trial : trials) {
-    SCOPED_TRACE(trial->delay.count());
+    SCOPED_TRACE(trial->delay ? trial->delay->count() : -1);
     EXPECT_GE(WholeDocuments(trial->home.QueuePath()) + WholeDocuments(trial->completed.Path()), 1);
   }
   EXPECT_EQ(WholeDocuments(trials.back()->home.QueuePath()), 0);

@@ -392,31 +392,43 @@ TEST_F(SqliteTest, OldDatabaseInAccessFormatIsHandedToItsReader) {
   EXPECT_EQ(handed, path.string());
 }
 
-/// Saves rows in which all values are the same number, one row after the other, without an end.
-[[noreturn]] void SaveWithoutEnd(store::SettingsDatabase& database) {
+/// Saves rows in which all values are the same number, one row after the other, without an end. The
+/// first one is told.
+[[noreturn]] void SaveWithoutEnd(store::SettingsDatabase& database, int tell) {
   for (int save = 1;; ++save) {
     store::Assignments fields;
     for (int band = 1; band <= 12; ++band) {
       fields.emplace_back("CustomEq" + std::to_string(band), std::to_string(save));
     }
     if (!database.Write(Table::GeneralSettings, 0, fields)) _exit(1);
+    if (save == 1 && write(tell, "!", 1) != 1) _exit(1);
   }
 }
 
 TEST_F(SqliteTest, KillDuringSavesLeavesAWholeSave) {
   CreateShipped();
   std::string last = "0";
-  for (int run = 0; run < 25; ++run) {
+  constexpr int kRuns = 25;
+  for (int run = 0; run < kRuns; ++run) {
+    int told[2];
+    ASSERT_EQ(pipe(told), 0);
     const pid_t saver = fork();
     if (saver == 0) {
       const OpenedDatabase opened = databases.Open(path);
       if (!opened.database) _exit(1);
-      SaveWithoutEnd(*opened.database);
+      SaveWithoutEnd(*opened.database, told[1]);
+    }
+    close(told[1]);
+    // Some are killed at the opening, the last one after a save at least.
+    char word = 0;
+    if (run == kRuns - 1) {
+      ASSERT_EQ(read(told[0], &word, 1), 1);
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(20 + 3 * run));
     ASSERT_EQ(kill(saver, SIGKILL), 0);
     int status = 0;
     ASSERT_EQ(waitpid(saver, &status, 0), saver);
+    close(told[0]);
     ASSERT_TRUE(WIFSIGNALED(status)) << "the saver ended by itself";
     const OpenedDatabase opened = databases.Open(path);
     ASSERT_TRUE(opened.database) << opened.failure;

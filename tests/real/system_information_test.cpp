@@ -38,7 +38,7 @@ struct SystemInformationTest : testing::Test {
     std::filesystem::permissions(path, std::filesystem::perms(0755));
   }
   std::string Started() {
-    for (int tries = 0; tries < 500 && !std::filesystem::exists(bin / "noted"); ++tries) {
+    for (int tries = 0; tries < 6000 && !std::filesystem::exists(bin / "noted"); ++tries) {
       std::this_thread::sleep_for(std::chrono::milliseconds{10});
     }
     return bin.Read("noted");

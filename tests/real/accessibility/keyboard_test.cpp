@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 class WithoutAMouse : public ListeningDesk {
  protected:
   static bool HasFocus(const char* control) {
-    return Until([&] { return Focus() == control; }, 3s);
+    return Until([&] { return Focus() == control; });
   }
 };
 

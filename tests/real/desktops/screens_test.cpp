@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <ostream>
 #include <string>
-#include <thread>
 
 #include "support/desktop.h"
 #include "support/driven_program.h"
@@ -14,8 +12,6 @@
 
 namespace tavlo::test {
 namespace {
-
-using namespace std::chrono_literals;
 
 constexpr int kScreenWidth = 1280;
 constexpr int kScreenHeight = 1024;
@@ -82,10 +78,10 @@ struct TwoScreens : testing::Test {
     Place place;
     int still = 0;
     EXPECT_TRUE(Until([&] {
+      program->Settle();
       const Place now = Outer();
       still = now == place ? still + 1 : 0;
       place = now;
-      std::this_thread::sleep_for(30ms);
       return still == 10;
     })) << place;
     return place;

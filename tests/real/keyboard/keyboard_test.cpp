@@ -17,15 +17,18 @@ namespace {
 
 constexpr std::uint32_t kAlt = 0xFFE9;
 
-/// The real program with three long dictations. A key that was pressed keeps the keyboard unless a
-/// rule sends it away, and the next blank of the typist's would press it again.
+/// The real program with three dictations and a preview so long that none of them ends, or is wound
+/// through, before the hands are there. A key that was pressed keeps the keyboard unless a rule
+/// sends it away, and the next blank of the typist's would press it again.
 struct Keyboard : testing::Test {
   void SetUp() override {
     ASSERT_TRUE(server.Start());
-    home.MakeRoot({{"AutoPreview", "15"}, {"AudioPromptsFlag", "N"}});
-    for (const std::string& name : {first, second, third}) {
-      home.AddToQueue(name, WaveBytes(Chirp(60 * kRate, kRate)));
-    }
+    home.MakeRoot({{"AutoPreview", std::to_string(kSeconds)},
+                   {"AudioPromptsFlag", "N"},
+                   {"WindIncrement", "1"},
+                   {"AccelerateWindIncrementFlag", "N"}});
+    const std::string document = WaveBytes(Chirp(kSeconds * kRate, kRate));
+    for (const std::string& name : {first, second, third}) home.AddToQueue(name, document);
     program = std::make_unique<DrivenProgram>(home);
   }
 
@@ -83,6 +86,7 @@ struct Keyboard : testing::Test {
   }
 
   static constexpr int kRate = 8000;
+  static constexpr int kSeconds = 600;
   const std::string first = DocumentName("First", 1);
   const std::string second = DocumentName("Second", 2);
   const std::string third = DocumentName("Third", 3);

@@ -2,13 +2,11 @@
 
 #include <QApplication>
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
-#include <thread>
 
 #include "support/driven_program.h"
 #include "support/place.h"
@@ -18,8 +16,6 @@
 
 namespace tavlo::test {
 namespace {
-
-using namespace std::chrono_literals;
 
 constexpr std::uint32_t kAlt = 0xFFE9;
 constexpr std::uint32_t kEscape = 0xFF1B;
@@ -185,10 +181,10 @@ struct MiniPlayer : testing::Test {
     Place place;
     int still = 0;
     EXPECT_TRUE(Until([&] {
+      program->Settle();
       const Place now = Outer();
       still = now == place && now == Wanted() ? still + 1 : 0;
       place = now;
-      std::this_thread::sleep_for(30ms);
       return still == 5;
     })) << "on the screen "
         << place << ", wanted " << Wanted();

@@ -47,13 +47,7 @@ struct MixerPageOnADesk : testing::Test {
   }
   void TearDown() override { page.reset(); }
 
-  /// Turns the loop for longer than the typist's own patience, which a busy server needs.
-  bool Until(const std::function<bool()>& done) {
-    for (int tries = 0; tries < 3; ++tries) {
-      if (shown.typist.Until(done)) return true;
-    }
-    return false;
-  }
+  bool Until(const std::function<bool()>& done) { return shown.typist.Until(done); }
 
   /// The first figure of an output's volume in hundredths.
   static int PercentOf(const std::string& sink) {

@@ -114,11 +114,12 @@ Album::Look Album::LookNow() {
 
 void Album::WaitForRest() {
   constexpr int kMostLooks = 4;
-  std::this_thread::sleep_for(60ms);
+  program_.Settle();
   QImage last = FrontNow();
   // What sounds or winds never rests; its last picture is as good as any.
   for (int look = 0; look < kMostLooks; ++look) {
     std::this_thread::sleep_for(40ms);
+    program_.Settle();
     const QImage now = FrontNow();
     if (!now.isNull() && now == last) return;
     last = now;

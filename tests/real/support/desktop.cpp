@@ -14,6 +14,8 @@
 #include <thread>
 #include <vector>
 
+#include "support/screen.h"
+
 namespace tavlo::test {
 namespace {
 
@@ -108,7 +110,7 @@ bool Desktop::StartScreen(const std::string& size) {
 
 bool Desktop::StartWindowManager() {
   manager_ = Start({"openbox", "--sm-disable"});
-  for (int look = 0; look < 200; ++look) {
+  for (int look = 0; look < kManyLooks; ++look) {
     if (WindowManagerAnswers()) return true;
     std::this_thread::sleep_for(25ms);
   }

@@ -21,8 +21,9 @@ using namespace std::chrono_literals;
 namespace column = forms::document_column;
 
 constexpr std::uint32_t kReturn = 0xFF0D;
-/// How long the program's loop may let a question wait.
-constexpr auto kHung = 10s;
+/// How often display, window manager and toolkit are each waited for: what one of them does may
+/// give the next one something to do.
+constexpr int kRounds = 3;
 
 /// Ends a script whose program has ended under it.
 struct ProgramEnded {};
@@ -46,7 +47,7 @@ int DrivenProgram::Run(const std::function<void()>& script) {
     } catch (const ProgramEnded&) {
       ADD_FAILURE() << "the program ended before the script";
     }
-    if (test::Until([this] { return over_.load(); }, 10s)) return;
+    if (test::Until([this] { return over_.load(); })) return;
     ADD_FAILURE() << "the program did not end; box: " << Box();
     Do([this] { program_.Loop().Quit(-1); });
   });
@@ -66,18 +67,27 @@ void DrivenProgram::Do(const std::function<void()>& call) {
         done->set_value();
       },
       Qt::QueuedConnection);
-  const auto end = std::chrono::steady_clock::now() + kHung;
-  while (answered.wait_for(20ms) != std::future_status::ready) {
+  for (int look = 0; answered.wait_for(20ms) != std::future_status::ready; ++look) {
     if (over_) throw ProgramEnded();
-    if (std::chrono::steady_clock::now() < end) continue;
+    if (look < kManyLooks) continue;
     std::fprintf(stderr, "the program's loop does not answer\n");
     std::abort();
   }
 }
 
-bool DrivenProgram::Until(const std::function<bool()>& condition,
-                          std::chrono::milliseconds patience) {
-  return test::Until([&] { return Ask(condition); }, patience);
+bool DrivenProgram::Until(const std::function<bool()>& condition) {
+  return test::Until([&] { return Ask(condition); });
+}
+
+void DrivenProgram::Settle() {
+  for (int round = 0; round < kRounds; ++round) {
+    Do([this] { mark_.Send(); });
+    EXPECT_TRUE(test::Until([this] { return mark_.CameBack() || over_; }, kManyLooks * 20, 1ms))
+        << "the display does not answer";
+    hands_.AwaitManager();
+  }
+  // Whatever the toolkit was told last it has done when it comes to this.
+  Do([] {});
 }
 
 bool DrivenProgram::IsReady() {
@@ -105,9 +115,16 @@ int DrivenProgram::RowOf(const std::string& fileName) {
 }
 
 bool DrivenProgram::Begin() {
-  if (!Until([this] { return Windows().splash.frmInitSplash.Visible.Get(); })) return false;
-  Click("picIcon");
-  return test::Until([this] { return IsReady() || !Box().empty(); }, 20s);
+  forms::SplashForm& splash = Windows().splash;
+  if (!Until([&] { return !splash.lblVersion.Value.Get().empty(); })) return false;
+  // A hand might come when the splash has gone by itself, and click whatever stands there then.
+  QMetaObject::invokeMethod(
+      qApp,
+      [&splash] {
+        if (splash.frmInitSplash.Visible) splash.picIcon.Click();
+      },
+      Qt::QueuedConnection);
+  return test::Until([this] { return IsReady() || !Box().empty(); });
 }
 
 QWidget* DrivenProgram::Widget(const char* name) {
@@ -129,11 +146,25 @@ QPoint DrivenProgram::Rest(const std::function<Spot()>& spot) {
   const auto look = [&] { return PlaceOf(spot()); };
   QPoint last(-1, -1);
   QPoint now = Ask(look);
-  for (int turn = 0; turn < 50 && (now.isNull() || now != last); ++turn) {
-    std::this_thread::sleep_for(60ms);
+  test::Until([&] {
+    Settle();
     last = std::exchange(now, Ask(look));
-  }
+    return !now.isNull() && now == last;
+  });
   return now;
+}
+
+void DrivenProgram::Follow() {
+  try {
+    Settle();
+  } catch (const ProgramEnded&) {
+    // Whoever asks the program anything from here on is told.
+  }
+}
+
+void DrivenProgram::Keys(std::initializer_list<std::uint32_t> symbols) {
+  hands_.Keys(symbols);
+  Follow();
 }
 
 void DrivenProgram::Click(const char* control) {
@@ -143,6 +174,7 @@ void DrivenProgram::Click(const char* control) {
   });
   if (place.isNull()) ADD_FAILURE() << control << " does not show";
   hands_.ClickAt(place.x(), place.y());
+  Follow();
 }
 
 void DrivenProgram::ClickRow(int row) {
@@ -155,6 +187,7 @@ void DrivenProgram::ClickRow(int row) {
   });
   if (place.isNull()) ADD_FAILURE() << "row " << row << " does not show";
   hands_.ClickAt(place.x(), place.y());
+  Follow();
 }
 
 void DrivenProgram::Drag(const char* slider, int percent) {
@@ -167,20 +200,26 @@ void DrivenProgram::Drag(const char* slider, int percent) {
   const int aside = percent > 50 ? -5 : 5;
   hands_.MoveTo(place.x() + aside, place.y());
   hands_.Press();
-  std::this_thread::sleep_for(60ms);
+  Settle();
   hands_.MoveTo(place.x(), place.y());
-  std::this_thread::sleep_for(60ms);
+  Settle();
   hands_.Release();
+  Follow();
 }
 
 std::string DrivenProgram::AnswerBox() {
   std::string said;
   EXPECT_TRUE(test::Until([&] { return !(said = Box()).empty(); })) << "no box came";
   EXPECT_TRUE(test::Until([&] {
-    if (Box() != said) return true;
-    if (Ask([] { return QApplication::activeWindow() != nullptr; })) hands_.Keys({kReturn});
-    std::this_thread::sleep_for(60ms);
-    return over_.load();
+    try {
+      if (Box() != said) return true;
+      if (Ask([] { return QApplication::activeWindow() != nullptr; })) hands_.Keys({kReturn});
+      Settle();
+      return false;
+    } catch (const ProgramEnded&) {
+      // That was the answer.
+      return true;
+    }
   })) << said;
   return said;
 }

@@ -2,13 +2,13 @@
 
 #include <QPoint>
 #include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <string>
 
 #include "platform/desktop/program.h"
+#include "support/display_mark.h"
 #include "support/hands.h"
 #include "support/home.h"
 
@@ -27,7 +27,7 @@ class DrivenProgram {
 
   /// Runs the program and the script to the end of both; returns the program's exit status. A
   /// program that does not end by what the script did fails the test and is ended. One whose loop
-  /// does not answer for ten seconds aborts it.
+  /// does not answer aborts it.
   int Run(const std::function<void()>& script);
 
   shell::Windows& Windows() { return program_.Deck().windows; }
@@ -46,19 +46,24 @@ class DrivenProgram {
     return answer;
   }
   /// Asks again and again; false when the answer was never yes.
-  bool Until(const std::function<bool()>& condition,
-             std::chrono::milliseconds patience = std::chrono::seconds{10});
+  bool Until(const std::function<bool()>& condition);
+  /// Returns when what the hands did has reached the program, and what the program made of its
+  /// windows then stands on the screen.
+  void Settle();
   /// The list stands, and nothing is under way.
   bool IsReady();
   /// Title and text of the open message box with a colon between them; empty when none is open.
   std::string Box();
   int RowOf(const std::string& fileName);
 
+  // The hands. Each of these returns when the program has what they did, and has ended it or is at
+  // it.
+
   /// Clicks the splash away and waits for the list.
   bool Begin();
   void Click(const char* control);
   void ClickRow(int row);
-  void Keys(std::initializer_list<std::uint32_t> symbols) { hands_.Keys(symbols); }
+  void Keys(std::initializer_list<std::uint32_t> symbols);
   /// Drags a slider's handle to so many hundredths of its width.
   void Drag(const char* slider, int percent);
   /// Waits for a box, which Return then closes; returns what `Box` said.
@@ -75,6 +80,8 @@ class DrivenProgram {
   static QWidget* Widget(const char* name);
   /// Where the screen really has a spot, in pixels.
   QPoint PlaceOf(const Spot& spot) const;
+  /// Settles, unless what the hands did was to end the program.
+  void Follow();
   /// Where a spot is on the screen once it stands still, in pixels.
   QPoint Rest(const std::function<Spot()>& spot);
 
@@ -83,6 +90,7 @@ class DrivenProgram {
   char* arguments_[2] = {name_, nullptr};
   platform::desktop::Program program_;
   Hands hands_;
+  DisplayMark mark_;
   std::atomic<bool> over_ = false;
 };
 

@@ -8,7 +8,15 @@
 #include <iterator>
 #include <memory>
 
+#include "support/screen.h"
+
 namespace tavlo::test {
+namespace {
+
+/// What a window that is to come asks of its manager, who answers in a property of that window.
+constexpr const char* kFrameQuestion = "_NET_REQUEST_FRAME_EXTENTS";
+
+}  // namespace
 
 Hands::Hands()
     : connection_(xcb_connect(nullptr, nullptr)),
@@ -65,6 +73,20 @@ void Hands::LetGo(std::uint32_t symbol) {
   Flush();
 }
 
+void Hands::KeyInto(xcb_window_t window, std::uint32_t symbol) {
+  xcb_key_press_event_t key{};
+  key.detail = KeyCode(symbol);
+  key.root = root_;
+  key.event = window;
+  key.same_screen = 1;
+  for (const int type : {XCB_KEY_PRESS, XCB_KEY_RELEASE}) {
+    key.response_type = static_cast<std::uint8_t>(type);
+    xcb_send_event(connection_, 0, window, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char*>(&key));
+  }
+  Flush();
+}
+
 std::uint8_t Hands::KeyCode(std::uint32_t symbol) const {
   const xcb_setup_t* const setup = xcb_get_setup(connection_);
   const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
@@ -108,6 +130,53 @@ void Hands::BringForward(xcb_window_t window) {
 void Hands::PressClose(xcb_window_t window) {
   constexpr std::uint32_t kTaskBar = 2;
   Ask(window, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, kTaskBar});
+}
+
+std::vector<std::uint32_t> Hands::Numbers(xcb_window_t window, const std::string& property) const {
+  constexpr std::uint32_t kMostNumbers = 1024;
+  const std::unique_ptr<xcb_get_property_reply_t, void (*)(void*)> reply(
+      xcb_get_property_reply(connection_,
+                             xcb_get_property(connection_, 0, window, Atom(property),
+                                              XCB_GET_PROPERTY_TYPE_ANY, 0, kMostNumbers),
+                             nullptr),
+      std::free);
+  if (!reply || reply->format != 32) return {};
+  const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  return {first, first + reply->value_len};
+}
+
+bool Hands::ManagerListens() const {
+  constexpr const char* kCheck = "_NET_SUPPORTING_WM_CHECK";
+  const auto manager = Numbers(root_, kCheck);
+  const auto offers = Numbers(root_, "_NET_SUPPORTED");
+  // The window that the property names goes with a manager that dies.
+  return !manager.empty() && Numbers(manager.front(), kCheck) == manager &&
+         std::ranges::find(offers, Atom(kFrameQuestion)) != offers.end();
+}
+
+void Hands::AwaitManager() {
+  if (!ManagerListens()) return;
+  const xcb_window_t asker = xcb_generate_id(connection_);
+  const std::uint32_t wanted = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  xcb_create_window(connection_, XCB_COPY_FROM_PARENT, asker, root_, 0, 0, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                    &wanted);
+  // Managers do what they are asked in the order in which it reaches them.
+  Ask(asker, kFrameQuestion, {});
+  EXPECT_TRUE(Until(
+      [&] {
+        while (const std::unique_ptr<xcb_generic_event_t, void (*)(void*)> event{
+            xcb_poll_for_event(connection_), std::free}) {
+          const auto* const change =
+              reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
+          if (event->response_type == XCB_PROPERTY_NOTIFY && change->window == asker) return true;
+        }
+        return false;
+      },
+      kManyLooks * 20, std::chrono::milliseconds(1)))
+      << "the window manager does not answer";
+  xcb_destroy_window(connection_, asker);
+  xcb_flush(connection_);
 }
 
 void Hands::Ask(xcb_window_t window, const std::string& wish,

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 namespace tavlo::test {
 
@@ -28,6 +29,9 @@ class Hands {
   /// One key, for who must see each go down before the next.
   void Hold(std::uint32_t symbol);
   void LetGo(std::uint32_t symbol);
+  /// Presses a key so that it reaches this window and no other, whoever has the keyboard; nothing
+  /// when there is no such window any more.
+  void KeyInto(xcb_window_t window, std::uint32_t symbol);
 
   /// The connection to the display, for who looks at it as well.
   xcb_connection_t* Connection() const { return connection_; }
@@ -39,12 +43,19 @@ class Hands {
   void BringForward(xcb_window_t window);
   /// Presses the close button of a window's frame.
   void PressClose(xcb_window_t window);
+  /// Returns when the window manager has dealt with everything that had reached it before; at once
+  /// where there is none.
+  void AwaitManager();
 
  private:
   void Ask(xcb_window_t window, const std::string& wish, const std::array<std::uint32_t, 2>& data);
   void Fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
   void Flush();
   std::uint8_t KeyCode(std::uint32_t symbol) const;
+  /// The numbers of a property; none when the window does not have it, or does not exist.
+  std::vector<std::uint32_t> Numbers(xcb_window_t window, const std::string& property) const;
+  /// True where somebody would answer the question of AwaitManager.
+  bool ManagerListens() const;
 
   xcb_connection_t* connection_;
   xcb_window_t root_;

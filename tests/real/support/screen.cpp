@@ -8,8 +8,6 @@
 namespace tavlo::test {
 namespace {
 
-using namespace std::chrono_literals;
-
 template <typename Reply>
 using Owned = std::unique_ptr<Reply, void (*)(void*)>;
 
@@ -81,6 +79,18 @@ SeenWindow Screen::Splash() const {
   return Find(Windows(), [](const SeenWindow& seen) { return seen.splash; });
 }
 
+bool Screen::HadSplash() const {
+  xcb_connection_t* const display = hands.Connection();
+  const Owned<xcb_query_tree_reply_t> tree(
+      xcb_query_tree_reply(display, xcb_query_tree(display, hands.Root()), nullptr), std::free);
+  if (!tree) return false;
+  // One that no longer shows has no frame around it, and is none of the manager's any more.
+  const xcb_window_t* const first = xcb_query_tree_children(tree.get());
+  return Splash().id != XCB_NONE ||
+         std::any_of(first, first + xcb_query_tree_children_length(tree.get()),
+                     [this](xcb_window_t window) { return Look(window).splash; });
+}
+
 SeenWindow Screen::Deck() const {
   return Find(Windows(), [](const SeenWindow& seen) {
     return !seen.box && !seen.splash && seen.title == "Tavlo Deck";
@@ -92,11 +102,10 @@ bool Screen::HasState(xcb_window_t window, const char* state) const {
   return std::find(states.begin(), states.end(), hands.Atom(state)) != states.end();
 }
 
-bool Until(const std::function<bool()>& condition, std::chrono::milliseconds patience) {
-  const auto end = std::chrono::steady_clock::now() + patience;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(20ms);
+bool Until(const std::function<bool()>& condition, int looks, std::chrono::milliseconds rest) {
+  for (int look = 1; !condition(); ++look) {
+    if (look >= looks) return false;
+    std::this_thread::sleep_for(rest);
   }
   return true;
 }

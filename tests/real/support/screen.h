@@ -31,6 +31,8 @@ class Screen {
   /// The message box of that title; its `id` is XCB_NONE when none shows.
   SeenWindow Box(std::string_view title) const;
   SeenWindow Splash() const;
+  /// True if a splash shows, or has shown and its program still stands.
+  bool HadSplash() const;
   /// The deck's main window.
   SeenWindow Deck() const;
   /// True while the window manager has the window in that state ("_NET_WM_STATE_HIDDEN", ...).
@@ -45,8 +47,13 @@ class Screen {
   std::string Text(xcb_window_t window, const char* property) const;
 };
 
-/// Looks again and again until the condition holds; false when it never did.
-bool Until(const std::function<bool()>& condition,
-           std::chrono::milliseconds patience = std::chrono::seconds{15});
+/// How often a wait looks before it gives up: for more than a minute on a machine that has nothing
+/// else to do, and for longer the busier it is.
+inline constexpr int kManyLooks = 4000;
+
+/// Looks again and again, with a short rest in between, until the condition holds; false when it
+/// did not at the last look.
+bool Until(const std::function<bool()>& condition, int looks = kManyLooks,
+           std::chrono::milliseconds rest = std::chrono::milliseconds{20});
 
 }  // namespace tavlo::test

@@ -5,8 +5,6 @@
 namespace tavlo::test {
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr std::uint32_t kReturn = 0xFF0D;
 constexpr std::uint32_t kEscape = 0xFF1B;
 
@@ -22,21 +20,19 @@ void ScreenUser::Answer(const std::string& title) {
 }
 
 void ScreenUser::PassSplash() {
-  ASSERT_TRUE(Until([&] { return screen.Splash().id != XCB_NONE; }));
   EXPECT_TRUE(Until([&] {
     const SeenWindow splash = screen.Splash();
-    if (splash.id != XCB_NONE) {
-      screen.hands.BringForward(splash.id);
-      screen.hands.Keys({kEscape});
-    }
+    if (splash.id != XCB_NONE) screen.hands.KeyInto(splash.id, kEscape);
     return screen.Deck().id != XCB_NONE;
   }));
+  EXPECT_TRUE(screen.HadSplash());
 }
 
 void ScreenUser::Exit() {
+  constexpr int kFewLooks = 15;
   ASSERT_TRUE(Until([&] {
     screen.hands.PressClose(screen.Deck().id);
-    return Until([&] { return screen.Box("Tavlo Deck - Exit").id != XCB_NONE; }, 300ms);
+    return Until([&] { return screen.Box("Tavlo Deck - Exit").id != XCB_NONE; }, kFewLooks);
   }));
   Answer("Tavlo Deck - Exit");
 }

@@ -10,7 +10,8 @@ namespace tavlo::test {
 struct ScreenUser {
   /// Answers the box of that title with Return; it must come.
   void Answer(const std::string& title);
-  /// Ends the splash by the keyboard and waits for the deck.
+  /// Waits for the deck, and ends the splash by the keyboard that must come before it. On a busy
+  /// machine that may have gone by itself before anybody looked.
   void PassSplash();
   /// Presses the close button until the deck has time to listen to it, and agrees.
   void Exit();

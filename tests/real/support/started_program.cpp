@@ -50,8 +50,8 @@ bool StartedProgram::Running() {
   return !status_;
 }
 
-std::optional<int> StartedProgram::ExitStatus(std::chrono::milliseconds patience) {
-  Until([this] { return !Running(); }, patience);
+std::optional<int> StartedProgram::ExitStatus() {
+  Until([this] { return !Running(); });
   return status_;
 }
 

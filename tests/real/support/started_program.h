@@ -2,7 +2,6 @@
 
 #include <sys/types.h>
 
-#include <chrono>
 #include <functional>
 #include <map>
 #include <optional>
@@ -35,8 +34,8 @@ class StartedProgram {
 
   bool Running();
   /// Waits for the end: the exit status, 128 and the signal's number when one ended it, nothing
-  /// when it still runs after the patience.
-  std::optional<int> ExitStatus(std::chrono::milliseconds patience = std::chrono::seconds{15});
+  /// when it never ends.
+  std::optional<int> ExitStatus();
   void Kill();
 
  private:

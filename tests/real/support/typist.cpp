@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "support/screen.h"
+
 namespace tavlo::test {
 
 using base::operator""ms;
@@ -118,14 +120,24 @@ bool Typist::HasState(const QWidget& window, const std::string& state) const {
 }
 
 bool Typist::Until(const std::function<bool()>& condition) {
-  for (int look = 0; look < 150; ++look) {
+  for (int look = 0; look < kManyLooks; ++look) {
     if (condition()) return true;
     loop_.Wait(20ms);
   }
   return condition();
 }
 
-void Typist::Rest(int milliseconds) { loop_.Wait(std::chrono::milliseconds(milliseconds)); }
+void Typist::Rest(int milliseconds) {
+  // What one of them does may give the next one something to do.
+  constexpr int kRounds = 3;
+  loop_.Wait(std::chrono::milliseconds(milliseconds));
+  for (int round = 0; round < kRounds; ++round) {
+    mark_.Send();
+    for (int look = 0; look < kManyLooks && !mark_.CameBack(); ++look) loop_.Wait(1ms);
+    hands_.AwaitManager();
+  }
+  loop_.Yield();
+}
 
 void Typist::Picture(const std::string& name) {
   const char* const folder = std::getenv("TAVLO_SCREENSHOTS");

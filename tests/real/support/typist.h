@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/qt/qt_loop.h"
+#include "support/display_mark.h"
 #include "support/hands.h"
 
 class QWidget;
@@ -43,8 +44,10 @@ class Typist {
   /// True while the window manager has the window in that state ("_NET_WM_STATE_ABOVE", ...).
   bool HasState(const QWidget& window, const std::string& state) const;
 
-  /// Turns the loop until the condition holds; false after three seconds.
+  /// Turns the loop until the condition holds; false when it never did.
   bool Until(const std::function<bool()>& condition);
+  /// Turns the loop for so long, and then until display, window manager and toolkit have each dealt
+  /// with all that the others had asked of them.
   void Rest(int milliseconds = 80);
 
   /// Saves a picture of the whole screen in the folder that TAVLO_SCREENSHOTS names, or nowhere.
@@ -53,6 +56,7 @@ class Typist {
  private:
   platform::qt::QtLoop& loop_;
   Hands hands_;
+  DisplayMark mark_;
 };
 
 }  // namespace tavlo::test
