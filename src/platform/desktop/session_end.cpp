@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
 
-/// What the toolkit says on its own thread just before it ends the process.
+/// What the toolkit says just before it ends the process.
 constexpr std::array kScreenIsGone{"The X11 connection broke", "The Wayland connection "};
 
 /// A signal handler is handed nothing but its signal, so this stands beside it. Below 0 while
@@ -115,9 +115,9 @@ class SessionEnd::Watch : public QObject {
 
  private:
   static void HearMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    const QtMessageHandler before = present ? present->messagesBefore_ : nullptr;
-    if (before) {
-      before(type, context, text);
+    const Watch* const watch = present;
+    if (watch && watch->messagesBefore_) {
+      watch->messagesBefore_(type, context, text);
     } else {
       std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, text)));
     }
@@ -127,14 +127,21 @@ class SessionEnd::Watch : public QObject {
   }
 
   static void LoseScreen() {
-    if (!present || QThread::currentThread() != present->thread()) return;
-    const Watch& watch = *std::exchange(present, nullptr);
-    Run(watch.calls_.screenGone);
+    Watch* const watch = present;
+    if (!watch) return;
+    // Under Wayland a thread of the toolkit's may be the first to notice. It is about to end the
+    // process, so it is kept here while the loop does what there is to do.
+    if (QThread::currentThread() != watch->thread()) {
+      Wake(0);
+      for (;;) ::pause();
+    }
+    present = nullptr;
+    Run(watch->calls_.screenGone);
     std::_Exit(EXIT_SUCCESS);
   }
 
   /// Neither a message nor the end of the process tells to whom it matters.
-  static inline Watch* present = nullptr;
+  static inline std::atomic<Watch*> present = nullptr;
 
   const Calls calls_;
   Signals signals_;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 
 namespace tavlo::platform {
 namespace {
@@ -38,8 +39,11 @@ FileHandle OpenPlainFile(const std::string& path, Links links) {
 
 std::optional<std::string> ReadPlainFile(const std::string& path, std::size_t mostBytes) {
   const FileHandle file = OpenPlainFile(path, Links::Followed);
-  if (!file) return std::nullopt;
+  struct stat facts;
+  if (!file || ::fstat(file.Get(), &facts) != 0) return std::nullopt;
+  if (static_cast<std::uintmax_t>(facts.st_size) > mostBytes) return std::nullopt;
   std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(facts.st_size));
   for (;;) {
     // One byte more than is allowed tells a file that is too long.
     const std::size_t held = bytes.size();
