@@ -25,7 +25,7 @@ Pass Measure(tavlo::playback::AudioFile& file, const std::vector<std::string>& p
   Pass pass;
   const auto begin = std::chrono::steady_clock::now();
   for (const std::string& path : paths) {
-    if (!file.OpenFile(path)) continue;
+    if (file.OpenFile(path) != tavlo::playback::OpenResult::Opened) continue;
     ++pass.playable;
     pass.milliseconds += file.LengthMilliseconds();
   }

@@ -92,7 +92,7 @@ platform::BandGains Choose(base::Loop& loop, playback::AudioPlayer& player,
 
 int Play(const std::string& document, float percent) {
   platform::FfmpegAudioFile file;
-  if (!file.OpenFile(document)) {
+  if (file.OpenFile(document) != playback::OpenResult::Opened) {
     std::fprintf(stderr, "%s cannot be played\n", document.c_str());
     return 1;
   }

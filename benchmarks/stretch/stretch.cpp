@@ -126,7 +126,7 @@ int main(int count, char** arguments) {
     return 2;
   }
   tavlo::platform::FfmpegAudioFile file;
-  if (!file.OpenFile(arguments[4])) {
+  if (file.OpenFile(arguments[4]) != tavlo::playback::OpenResult::Opened) {
     std::fprintf(stderr, "%s cannot be played\n", arguments[4]);
     return 1;
   }

@@ -62,11 +62,11 @@ TEST_F(UntrustedSoundTest, LinkIsFollowedAndAFileBeyondTheBoundIsAFaultWhereThat
   std::filesystem::create_symlink("/dev/zero", folder / "endless.wav");
   ASSERT_EQ(::mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
   FfmpegAudioFile accepting({}, {}, {.links = platform::Links::Followed, .mostBytes = 4096});
-  ASSERT_TRUE(accepting.OpenFile(folder / "link.wav"));
+  ASSERT_TRUE(Opens(accepting, folder / "link.wav"));
   EXPECT_EQ(accepting.ReadArray(2000).Samples(), 1000);
-  EXPECT_FALSE(accepting.OpenFile(folder / "endless.wav"));
-  EXPECT_FALSE(accepting.OpenFile(folder / "pipe.wav"));
-  EXPECT_FALSE(accepting.OpenFile(File("long.wav", WaveBytes(std::vector<std::int16_t>(3000, 7)))));
+  EXPECT_FALSE(Opens(accepting, folder / "endless.wav"));
+  EXPECT_FALSE(Opens(accepting, folder / "pipe.wav"));
+  EXPECT_FALSE(Opens(accepting, File("long.wav", WaveBytes(std::vector<std::int16_t>(3000, 7)))));
 }
 
 TEST_F(UntrustedSoundTest, WhatIsNoPlainFileIsAFault) {
