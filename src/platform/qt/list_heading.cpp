@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <cmath>
 
 #include "platform/qt/colours.h"
 
@@ -10,8 +11,10 @@ namespace {
 
 constexpr int kPadding = 7;
 constexpr int kHeightPadding = 13;
-constexpr int kArrow = 16;  ///< What the arrow takes, with the air around it.
-constexpr QSizeF kArrowSize{7, 4};
+constexpr double kArrowShare = 0.42;  ///< Of the letters' height in the width of the arrow.
+/// Letters end between two pixels, and at a scale that is no whole number they are drawn a little
+/// wider than they are measured.
+constexpr int kRounding = 2;
 constexpr double kLineShare = 0.2;  ///< Of the letters' colour in the lines between the titles.
 
 }  // namespace
@@ -20,22 +23,43 @@ ListHeading::ListHeading(QWidget* list) : QHeaderView(Qt::Horizontal, list) {
   setHighlightSections(false);
   setSectionsClickable(true);
   setMinimumSectionSize(20);
-  TakeFont();
+  setFont(Letters());
+}
+
+QFont ListHeading::Letters() const {
+  QFont letters = parentWidget()->font();
+  letters.setWeight(QFont::DemiBold);
+  return letters;
+}
+
+int ListHeading::ArrowWidth() const {
+  // Odd, so that its tip stands on a pixel.
+  return static_cast<int>(QFontMetricsF(Letters(), this).height() * kArrowShare) / 2 * 2 + 1;
 }
 
 int ListHeading::WidthFor(const QString& title) const {
-  return fontMetrics().horizontalAdvance(title) + kPadding + kArrow;
+  const double letters = QFontMetricsF(Letters(), this).horizontalAdvance(title);
+  return static_cast<int>(std::ceil(letters)) + kRounding + kPadding + ArrowRoom();
 }
 
-void ListHeading::TakeFont() {
-  QFont letters = parentWidget()->font();
-  letters.setWeight(QFont::DemiBold);
-  if (letters != font()) setFont(letters);
+bool ListHeading::StandsAtTheRight(int column) const {
+  return model()->headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt() &
+         Qt::AlignRight;
+}
+
+QRect ListHeading::TitlePlace(int column, const QRect& heading) const {
+  return StandsAtTheRight(column) ? heading.adjusted(ArrowRoom(), 0, -kPadding, 0)
+                                  : heading.adjusted(kPadding, 0, -ArrowRoom(), 0);
+}
+
+QRect ListHeading::TitlePlace(int column) const {
+  return TitlePlace(
+      column, QRect(sectionViewportPosition(column), 0, sectionSize(column), viewport()->height()));
 }
 
 void ListHeading::changeEvent(QEvent* event) {
   QHeaderView::changeEvent(event);
-  if (event->type() == QEvent::FontChange) TakeFont();
+  if (event->type() == QEvent::FontChange && Letters() != font()) setFont(Letters());
 }
 
 QSize ListHeading::sectionSizeFromContents(int column) const {
@@ -52,19 +76,26 @@ void ListHeading::paintSection(QPainter* painter, const QRect& place, int column
   painter->setPen(palette().color(QPalette::ButtonText));
   painter->setFont(font());
   const bool sorted = isSortIndicatorShown() && sortIndicatorSection() == column;
-  const QRect letters = place.adjusted(kPadding, 0, sorted ? -kArrow : -kPadding, 0);
+  const QRect letters = TitlePlace(column, place);
   const int side = model()->headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
   const QString title = model()->headerData(column, Qt::Horizontal).toString();
   painter->drawText(letters, side | Qt::TextSingleLine,
                     fontMetrics().elidedText(title, Qt::ElideRight, letters.width()));
-  if (sorted) PaintArrow(*painter, place);
+  if (!sorted) return;
+  QRect room = place;
+  if (StandsAtTheRight(column)) {
+    room.setWidth(ArrowRoom());
+  } else {
+    room.setLeft(place.right() + 1 - ArrowRoom());
+  }
+  PaintArrow(*painter, room);
 }
 
-void ListHeading::PaintArrow(QPainter& painter, const QRect& place) const {
-  const QPointF middle(place.right() - kArrow / 2.0, place.center().y() + 0.5);
-  const double half = kArrowSize.width() / 2;
-  const double reach = sortIndicatorOrder() == Qt::AscendingOrder ? kArrowSize.height() / 2
-                                                                  : -kArrowSize.height() / 2;
+void ListHeading::PaintArrow(QPainter& painter, const QRect& room) const {
+  const QPointF middle(room.center().x() + 0.5, room.center().y() + 0.5);
+  const double half = ArrowWidth() / 2.0;
+  const double up = half * 0.57;
+  const double reach = sortIndicatorOrder() == Qt::AscendingOrder ? up : -up;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);

@@ -80,7 +80,7 @@ class Judge {
   void JudgeText(const ShownText& text) {
     if (text.text.trimmed().isEmpty()) return;
     const std::string said = Said(text.of, text.text);
-    const bool wide = text.needs.width() > text.place.width() + kRounding;
+    const bool wide = text.elided || text.needs.width() > text.place.width() + kRounding;
     if (wide && !text.scrolls && !TooltipOf(text).contains(text.text)) {
       Complain(said + " is cut off and no tooltip tells the rest: it needs " +
                std::to_string(text.needs.width()) + " of " + std::to_string(text.place.width()));

@@ -4,8 +4,11 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
+#include <QStandardItemModel>
+#include <QTableView>
 #include <algorithm>
 #include <optional>
 #include <string_view>
@@ -15,6 +18,8 @@
 
 namespace tavlo::test {
 namespace {
+
+constexpr int kHeadingPadding = 14;  ///< Both sides of a heading's title together.
 
 /// A window that no display shows, painted into a picture and judged by it.
 class JudgedWindow : public testing::Test {
@@ -36,6 +41,13 @@ class JudgedWindow : public testing::Test {
     label->setObjectName(text);
     label->setGeometry(place);
     return *label;
+  }
+
+  QTableView& Table(QAbstractItemModel& model) {
+    auto* const table = new QTableView(&*window_);
+    table->setModel(&model);
+    table->setGeometry(window_->rect());
+    return *table;
   }
 
   std::vector<std::string> Faults() {
@@ -111,6 +123,22 @@ TEST_F(JudgedWindow, IsFaultedForABoxWhoseEdgeNobodySees) {
 TEST_F(JudgedWindow, IsFaultedForATextThatIsCutOff) {
   Label("The steady hand", {10, 10, 50, 30});
   EXPECT_TRUE(Complains("\"The steady hand\" is cut off and no tooltip tells the rest"));
+}
+
+TEST_F(JudgedWindow, IsFaultedForAHeadingThatLacksAPixel) {
+  QStandardItemModel columns;
+  columns.setHorizontalHeaderLabels({"System"});
+  QTableView& list = Table(columns);
+  const QHeaderView& heading = *list.horizontalHeader();
+  const auto whole = [&](int width) {
+    return heading.fontMetrics().elidedText("System", Qt::ElideRight, width) == "System";
+  };
+  int width = 1;
+  while (!whole(width + 1)) ++width;
+  list.setColumnWidth(0, width + 1 + kHeadingPadding);
+  EXPECT_FALSE(Complains("\"System\" is cut off"));
+  list.setColumnWidth(0, width + kHeadingPadding);
+  EXPECT_TRUE(Complains("\"System\" is cut off"));
 }
 
 TEST_F(JudgedWindow, MayCutATextOffThatItsTooltipTells) {

@@ -23,6 +23,7 @@
 
 #include "platform/qt/deck_key.h"
 #include "platform/qt/deck_slider.h"
+#include "platform/qt/list_heading.h"
 #include "platform/qt/table_list.h"
 
 namespace tavlo::test {
@@ -30,6 +31,7 @@ namespace {
 
 using platform::qt::DeckKey;
 using platform::qt::DeckSlider;
+using platform::qt::ListHeading;
 using platform::qt::TableList;
 
 constexpr double kLarge = 24;
@@ -227,8 +229,11 @@ class Walk {
       if (head.isSectionHidden(section) || !head.viewport()->rect().contains(whole)) continue;
       const QString title = head.model()->headerData(section, Qt::Horizontal).toString();
       if (title.isEmpty()) continue;
-      AddText(*head.viewport(), title, whole.adjusted(kCellPadding, 0, -kCellPadding, 0),
-              head.font());
+      const auto* const own = dynamic_cast<const ListHeading*>(&head);
+      const QRect place =
+          own ? own->TitlePlace(section) : whole.adjusted(kCellPadding, 0, -kCellPadding, 0);
+      AddText(*head.viewport(), title, place, head.font()).elided =
+          head.fontMetrics().elidedText(title, Qt::ElideRight, place.width()) != title;
     }
   }
 

@@ -11,10 +11,11 @@ namespace tavlo::test {
 
 /// A text that a window shows. Places are logical pixels from the window's upper left corner.
 struct ShownText {
-  QString of;    ///< The control that it stands on.
-  QString text;  ///< Whole, also where only its beginning shows.
-  QRect place;   ///< The room that it has.
-  QSize needs;   ///< The room that the whole of it takes.
+  QString of;           ///< The control that it stands on.
+  QString text;         ///< Whole, also where only its beginning shows.
+  QRect place;          ///< The room that it has.
+  QSize needs;          ///< The room that the whole of it takes.
+  bool elided = false;  ///< It is drawn with an ellipsis in place of its end.
   bool enabled = true;
   bool large = false;         ///< At least 24 pixels high, or bold and at least 18.7.
   bool scrolls = false;       ///< A text that is longer than its box can be moved in it.
