@@ -82,25 +82,33 @@ bool RowsModel::Refresh() {
   beginResetModel();
   shownRows_ = table_.RowsVersion();
   rows_ = static_cast<int>(table_.Rows().size());
-  columns_ = static_cast<int>(table_.Columns().size());
+  columns_.clear();
+  for (std::size_t column = 0; column < table_.Columns().size(); ++column) {
+    if (table_.Columns()[column].width > 0) columns_.push_back(static_cast<int>(column));
+  }
   endResetModel();
   return true;
+}
+
+int RowsModel::PlaceOf(int tableColumn) const {
+  const auto found = std::find(columns_.begin(), columns_.end(), tableColumn);
+  return found == columns_.end() ? -1 : static_cast<int>(found - columns_.begin());
 }
 
 int RowsModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
 
 int RowsModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : columns_;
+  return parent.isValid() ? 0 : static_cast<int>(columns_.size());
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
-  if (role == Qt::DisplayRole) return ToOneLine(table_.TextAt(index.row(), index.column()));
-  if (role == Qt::TextAlignmentRole) {
-    return static_cast<int>(SideOf(table_.Columns()[static_cast<std::size_t>(index.column())]));
-  }
+  const int tableColumn = TableColumn(index.column());
+  if (role == Qt::DisplayRole) return ToOneLine(table_.TextAt(index.row(), tableColumn));
+  const auto column = static_cast<std::size_t>(tableColumn);
+  if (column >= table_.Columns().size()) return {};
+  if (role == Qt::TextAlignmentRole) return static_cast<int>(SideOf(table_.Columns()[column]));
   if (role != Qt::ForegroundRole) return {};
   const auto row = static_cast<std::size_t>(index.row());
-  const auto column = static_cast<std::size_t>(index.column());
   if (row >= table_.Rows().size() || column >= table_.Rows()[row].cells.size()) return {};
   const forms::Colour colour = table_.Rows()[row].cells[column].colour;
   // Black is the desktop's own text colour, which is light on a dark desktop.
@@ -109,10 +117,10 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || section >= static_cast<int>(table_.Columns().size())) {
-    return {};
-  }
-  const forms::Column& column = table_.Columns()[static_cast<std::size_t>(section)];
+  if (orientation != Qt::Horizontal || section >= columnCount()) return {};
+  const auto place = static_cast<std::size_t>(TableColumn(section));
+  if (place >= table_.Columns().size()) return {};
+  const forms::Column& column = table_.Columns()[place];
   if (role == Qt::TextAlignmentRole) return static_cast<int>(SideOf(column));
   if (role != Qt::DisplayRole) return {};
   return ToOneLine(column.title);
@@ -141,7 +149,7 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   FitRowsToFont();
   ChooseColours();
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
-          [this](int column) { binder_.ByHand(table_, [&] { table_.HeaderClick(column); }); });
+          [this](int column) { SortByHand(column); });
   connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
     if (!sharing_) widthsByHand_ = true;
   });
@@ -167,7 +175,7 @@ void TableList::Show() {
   }
   horizontalHeader()->setSortIndicatorShown(true);
   horizontalHeader()->setSortIndicator(
-      table_.SortColumn(),
+      model_->PlaceOf(table_.SortColumn()),
       table_.Order() == forms::SortOrder::Ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
@@ -178,16 +186,15 @@ void TableList::ShowChosen() {
     setCurrentIndex({});
     return;
   }
-  // The first column may have no width, and a current cell that is hidden cannot be scrolled to.
-  int column = 0;
-  while (column + 1 < model_->columnCount() && isColumnHidden(column)) ++column;
-  setCurrentIndex(model_->index(shownIndex_, column));
+  setCurrentIndex(model_->index(shownIndex_, 0));
   selectRow(shownIndex_);
 }
 
 void TableList::ShowColumns() {
   std::vector<forms::Twips> widths;
-  for (const forms::Column& column : table_.Columns()) widths.push_back(column.width);
+  for (const forms::Column& column : table_.Columns()) {
+    if (column.width > 0) widths.push_back(column.width);
+  }
   if (widths != shownWidths_) widthsByHand_ = false;
   shownWidths_ = std::move(widths);
   ShareWidth();
@@ -213,14 +220,12 @@ void TableList::ShareWidth() {
   const QScopedValueRollback sharing(sharing_, true);
   std::vector<int> least;
   for (int column = 0; column < static_cast<int>(shownWidths_.size()); ++column) {
-    least.push_back(shownWidths_[static_cast<std::size_t>(column)] > 0 ? LeastWidth(column) : 0);
+    least.push_back(LeastWidth(column));
   }
   const int space = std::max(viewport()->width(), ToPixels(total));
   const std::vector<int> widths = SharedWidths(shownWidths_, least, space);
   for (int column = 0; column < static_cast<int>(widths.size()); ++column) {
-    const int width = widths[static_cast<std::size_t>(column)];
-    setColumnHidden(column, width == 0);
-    if (width > 0) setColumnWidth(column, width);
+    setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
   }
 }
 
@@ -303,6 +308,10 @@ void TableList::ChooseColours() {
   model_->SetBackground(colours.color(QPalette::Active, QPalette::Highlight));
 }
 
+void TableList::SortByHand(int column) {
+  binder_.ByHand(table_, [&] { table_.HeaderClick(model_->TableColumn(column)); });
+}
+
 void TableList::ChooseByKey(int row) {
   binder_.ByHand(table_, [&] { table_.RowClick(row); });
 }
@@ -334,11 +343,9 @@ void TableList::contextMenuEvent(QContextMenuEvent* event) {
   auto* const menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   for (int column = 0; column < model_->columnCount(); ++column) {
-    if (isColumnHidden(column)) continue;
     const QString title = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
     const QAction* const entry = menu->addAction("Sort by " + QString(title).replace("&", "&&"));
-    connect(entry, &QAction::triggered, this,
-            [this, column] { binder_.ByHand(table_, [&] { table_.HeaderClick(column); }); });
+    connect(entry, &QAction::triggered, this, [this, column] { SortByHand(column); });
   }
   const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
   menu->popup(byKey ? viewport()->mapToGlobal(QPoint(0, 0)) : event->globalPos());

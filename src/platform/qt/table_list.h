@@ -5,6 +5,7 @@
 #include <QFont>
 #include <QTableView>
 #include <functional>
+#include <vector>
 
 #include "forms/controls.h"
 
@@ -14,13 +15,18 @@ class Binder;
 class ListHeading;
 
 /// The rows of a form's table as the toolkit wants them. It keeps no copy: it is reset whenever
-/// rows or columns changed, and until then answers empty for rows that are gone.
+/// rows or columns changed, and until then answers empty for rows that are gone. Columns without a
+/// width are not in it: a screen reader is told of all that a model has, hidden or not.
 class RowsModel : public QAbstractTableModel {
  public:
   explicit RowsModel(const forms::Table& table, QObject* parent);
 
   /// Brings the model up to the table; true when there was anything new.
   bool Refresh();
+  /// The table's column that stands at that place.
+  int TableColumn(int column) const { return columns_.at(static_cast<std::size_t>(column)); }
+  /// Where the table's column stands, -1 for one that does not show.
+  int PlaceOf(int tableColumn) const;
   /// The colour against which texts must be readable.
   void SetBackground(const QColor& background) { background_ = background; }
 
@@ -33,7 +39,7 @@ class RowsModel : public QAbstractTableModel {
   const forms::Table& table_;
   unsigned shownRows_ = 0;
   int rows_ = 0;
-  int columns_ = 0;
+  std::vector<int> columns_;  ///< The table's columns that show, from left to right.
   QColor background_ = Qt::white;
 };
 
@@ -73,6 +79,7 @@ class TableList : public QTableView {
   int LeastWidth(int column) const;
   void ChooseColours();
   void PaintWhenEmpty();
+  void SortByHand(int column);
   void ChooseByKey(int row);
 
   forms::Table& table_;

@@ -106,6 +106,21 @@ std::vector<std::vector<std::string>> ScreenReader::Table(const std::string& nam
   return rows;
 }
 
+std::vector<HeardCell> ScreenReader::Grid(const std::string& name) {
+  std::vector<HeardCell> cells;
+  for (const std::string& line : Ask("grid " + name)) {
+    std::vector<std::string> part = Split(line, '|');
+    part.resize(6);
+    cells.push_back({.asked = part[0],
+                     .found = part[1],
+                     .named = part[2],
+                     .header = part[3],
+                     .text = part[4],
+                     .child = part[5]});
+  }
+  return cells;
+}
+
 void ScreenReader::Set(const std::string& name, int value) {
   for (const std::string& fault : Ask("set " + name + " " + std::to_string(value))) {
     ADD_FAILURE() << name << ": " << fault;

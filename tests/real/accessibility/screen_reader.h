@@ -22,6 +22,16 @@ struct HeardNode {
   bool Is(const std::string& state) const { return states.find(state) != states.npos; }
 };
 
+/// A cell of a table, by each of the ways that lead to it. Places are "row,column".
+struct HeardCell {
+  std::string asked;  ///< The place that was asked for.
+  std::string found;  ///< The place that the table gives for its number.
+  std::string named;  ///< The same for the number that the cell itself names.
+  std::string header;
+  std::string text;
+  std::string child;  ///< The text of the child that has its number.
+};
+
 /// A screen reader in a process of its own. It sees of the program what the desktop's accessibility
 /// bus gives it and nothing else.
 class ScreenReader {
@@ -36,6 +46,8 @@ class ScreenReader {
   HeardNode Find(const std::string& role, const std::string& name);
   /// The headers of a table, and then each row.
   std::vector<std::vector<std::string>> Table(const std::string& name);
+  /// Every cell of a table, row by row.
+  std::vector<HeardCell> Grid(const std::string& name);
   /// Moves a slider, and presses a button; fails the test when there is none of that name.
   void Set(const std::string& name, int value);
   void Press(const std::string& name);

@@ -5,6 +5,10 @@ Reads one command a line and answers in lines, the last of which is a single dot
 
     tree              every node that shows: depth, role, name, description, states, value, bounds
     table NAME        column headers, then each row of that table, cells between tabs
+    grid NAME         each cell as the keys of a screen reader find it: its place in the table, the
+                      place that the table gives for its number, the one that it gives for the
+                      number that the cell itself names, the header over it, its text, and the text
+                      of the child with that number
     set NAME VALUE    moves the slider of that name
     press NAME        does what the button of that name does
     heard             what was told since the last time: event, role, name
@@ -22,6 +26,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, Gio, GLib  # noqa: E402
 
 APPLICATION = "Tavlo Deck"
+PATIENCE = 30000  # In milliseconds.
 EVENTS = (
     "object:property-change:accessible-name",
     "object:property-change:accessible-value",
@@ -115,6 +120,24 @@ def table(name):
     return lines
 
 
+def grid(name):
+    node = find(name, lambda found: found.get_role() == Atspi.Role.TABLE)
+    if node is None:
+        return ["no table"]
+    cells = node.get_table_iface()
+    lines = []
+    for row in range(cells.get_n_rows()):
+        for column in range(cells.get_n_columns()):
+            met = cells.get_accessible_at(row, column)
+            index = cells.get_index_at(row, column)
+            places = [f"{cells.get_row_at_index(number)},{cells.get_column_at_index(number)}"
+                      for number in (index, met.get_index_in_parent())]
+            texts = [plain(part.get_name()) for part in (
+                cells.get_column_header(column), met, node.get_child_at_index(index))]
+            lines.append("|".join((f"{row},{column}", *places, *texts)))
+    return lines
+
+
 def set_value(name, number):
     node = find(name, lambda found: found.get_value_iface() is not None)
     if node is None:
@@ -153,10 +176,15 @@ def take_heard():
 def answer(line):
     command, _, rest = line.partition(" ")
     try:
+        found = program()
+        if found is not None:
+            found.set_cache_mask(Atspi.Cache.NONE)
         if command == "tree":
             return tree()
         if command == "table":
             return table(rest)
+        if command == "grid":
+            return grid(rest)
         if command == "set":
             return set_value(*rest.rsplit(" ", 1))
         if command == "press":
@@ -169,9 +197,6 @@ def answer(line):
 
 
 def reply(line):
-    found = program()
-    if found is not None:
-        found.set_cache_mask(Atspi.Cache.NONE)
     for answered in answer(line):
         print(answered)
     print(".", flush=True)
@@ -187,6 +212,8 @@ def read_commands():
 def main():
     announce_screen_reader()
     Atspi.init()
+    # The usual patience, less than a second, is too short on a busy machine.
+    Atspi.set_timeout(PATIENCE, PATIENCE)
     listener = Atspi.EventListener.new(on_event)
     for event in EVENTS:
         listener.register(event)

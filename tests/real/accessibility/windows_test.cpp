@@ -39,6 +39,26 @@ class Windows : public ListeningDesk {
     static const std::set<std::string> kUnits{"percent", "seconds", "dB", "percent to the right"};
     EXPECT_TRUE(kUnits.contains(node.description)) << who << " in " << node.description;
   }
+  /// The table has exactly these columns, and whichever way leads to a cell, it is the same cell
+  /// under the same heading.
+  static void ExpectGrid(const std::string& table, const std::vector<std::string>& headings) {
+    const auto lines = reader->Table(table);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines[0], headings) << table;
+    const std::vector<HeardCell> cells = reader->Grid(table);
+    ASSERT_EQ(cells.size(), headings.size() * (lines.size() - 1)) << table;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const std::size_t row = i / headings.size();
+      const std::size_t column = i % headings.size();
+      const std::string place = std::to_string(row) + "," + std::to_string(column);
+      EXPECT_EQ(cells[i].asked, place) << table;
+      EXPECT_EQ(cells[i].named, place) << table;
+      EXPECT_EQ(cells[i].found, place) << table;
+      EXPECT_EQ(cells[i].header, headings[column]) << table << " at " << place;
+      EXPECT_EQ(cells[i].text, lines[row + 1][column]) << table << " at " << place;
+      EXPECT_EQ(cells[i].child, cells[i].text) << table << " at " << place;
+    }
+  }
   static HeardNode Slider(const std::string& name) { return reader->Find("slider", name); }
 };
 
@@ -121,6 +141,26 @@ TEST_F(Windows, TheQueueIsATableWithHeadingsAndCells) {
   EXPECT_EQ(rows[1][2], "Brown");
   EXPECT_EQ(rows[2][2], "Okafor");
   EXPECT_EQ(rows[2][7], "00:00:01");
+}
+
+TEST_F(Windows, TheQueueHasTheColumnsThatShowAndNoOthers) {
+  ExpectGrid("Queue", {"Pri", "Saved", "Author", "Id", "Dept", "Work", "Subject", "Length", "Date",
+                       "Time", "System"});
+}
+
+TEST_F(Windows, TheCompletedListHasNoColumnForASavedPosition) {
+  Keys({kAlt, 'v'});
+  Keys({'c'});
+  ASSERT_TRUE(Meets("table", "Completed"));
+  ASSERT_TRUE(program->Until([] { return Main().mnuView.Enabled.Get(); }));
+  ExpectGrid("Completed", {"Pri", "Author", "Id", "Dept", "Work", "Subject", "Length", "Date",
+                           "Time", "System"});
+  const auto rows = reader->Table("Completed");
+  ASSERT_EQ(rows.size(), 2u);
+  EXPECT_EQ(rows[1][1], "Done");
+  Keys({kAlt, 'v'});
+  Keys({'q'});
+  EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
 }
 
 TEST_F(Windows, ASliderThatIsSetHasTheEffectOfAHand) {
