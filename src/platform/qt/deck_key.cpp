@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QShortcutEvent>
 
+#include "platform/qt/deck_scale.h"
 #include "platform/qt/theme.h"
 
 namespace tavlo::platform::qt {
@@ -34,8 +35,8 @@ QRectF Inside(const QRectF& box, double inset) {
 
 }  // namespace
 
-DeckKey::DeckKey(Glyph glyph, QSize size, QWidget* parent) : QPushButton(parent), glyph_(glyph) {
-  setFixedSize(size);
+DeckKey::DeckKey(Glyph glyph, const DeckScale& scale, QWidget* parent)
+    : QPushButton(parent), scale_(scale), glyph_(glyph) {
   setAttribute(Qt::WA_Hover);
 }
 
@@ -53,11 +54,12 @@ QColor DeckKey::InkColour() const {
 
 void DeckKey::PaintFace(QPainter& painter) const {
   const QRectF edge = Inside(rect(), 0.5);
+  const double round = scale_(kRound);
   if (!isEnabled()) {
     // The fascia shines through a key that has nothing to do.
     painter.setBrush(theme::kDisabledKey);
     painter.setPen(QPen(theme::kDisabledKey, 1));
-    painter.drawRoundedRect(edge, kRound, kRound);
+    painter.drawRoundedRect(edge, round, round);
     return;
   }
   QColor face = FaceColour(tone_);
@@ -71,21 +73,22 @@ void DeckKey::PaintFace(QPainter& painter) const {
   shade.setColorAt(1, face.darker(isDown() ? 104 : 118));
   painter.setBrush(shade);
   painter.setPen(QPen(theme::kKeyEdge, 1));
-  painter.drawRoundedRect(edge, kRound, kRound);
+  painter.drawRoundedRect(edge, round, round);
   if (!isDown()) {
     painter.setPen(QPen(theme::kKeyShine, 1));
-    painter.drawLine(QPointF(kRound, 1.5), QPointF(width() - kRound, 1.5));
+    painter.drawLine(QPointF(round, 1.5), QPointF(width() - round, 1.5));
   }
 }
 
 void DeckKey::PaintRing(QPainter& painter) const {
   // White beside black stands out from every face and every key.
   painter.setBrush(Qt::NoBrush);
-  painter.setPen(QPen(theme::kKeyEdge, kRingWidth));
-  painter.drawRoundedRect(Inside(rect(), 1.5 * kRingWidth), kRound - kRingWidth,
-                          kRound - kRingWidth);
-  painter.setPen(QPen(Qt::white, kRingWidth));
-  painter.drawRoundedRect(Inside(rect(), kRingWidth / 2), kRound, kRound);
+  const double round = scale_(kRound);
+  const double width = scale_(kRingWidth);
+  painter.setPen(QPen(theme::kKeyEdge, width));
+  painter.drawRoundedRect(Inside(rect(), 1.5 * width), round - width, round - width);
+  painter.setPen(QPen(Qt::white, width));
+  painter.drawRoundedRect(Inside(rect(), width / 2), round, round);
 }
 
 bool DeckKey::event(QEvent* event) {
@@ -108,10 +111,11 @@ void DeckKey::paintEvent(QPaintEvent*) {
   const QFontMetrics metrics(font());
   const int captionWidth = metrics.size(Qt::TextShowMnemonic, text()).width();
   // A narrow key has room for its glyph alone; its caption still reaches it by the keyboard.
-  const bool captionFits = captionWidth + kCaptionedGlyph + kGap <= width();
+  const bool captionFits = captionWidth + scale_(kCaptionedGlyph) + scale_(kGap) <= width();
   const bool captioned = !text().isEmpty() && (glyph_ == Glyph::None || captionFits);
-  const int glyphSize = glyph_ == Glyph::None ? 0 : captioned ? kCaptionedGlyph : kLoneGlyph;
-  const int gap = glyphSize > 0 && captioned ? kGap : 0;
+  const int drawn = glyph_ == Glyph::None ? 0 : captioned ? kCaptionedGlyph : kLoneGlyph;
+  const int glyphSize = scale_(drawn);
+  const int gap = glyphSize > 0 && captioned ? scale_(kGap) : 0;
   const int left = (width() - glyphSize - gap - (captioned ? captionWidth : 0)) / 2;
   if (glyphSize > 0) {
     painter.drawPixmap(left, (height() - glyphSize) / 2,

@@ -6,12 +6,16 @@
 
 namespace tavlo::platform::qt {
 
+class DeckScale;
+
 /// A key of the deck: a drawn glyph, a caption, or both.
 class DeckKey : public QPushButton {
  public:
   enum class Tone { Quiet, Teal, Amber };
 
-  DeckKey(Glyph glyph, QSize size, QWidget* parent = nullptr);
+  /// The scale, which must outlive the key, sizes what is painted; size and letters are the
+  /// owner's to set.
+  DeckKey(Glyph glyph, const DeckScale& scale, QWidget* parent);
 
   void SetLook(Glyph glyph, Tone tone);
 
@@ -24,6 +28,7 @@ class DeckKey : public QPushButton {
   void PaintFace(QPainter& painter) const;
   void PaintRing(QPainter& painter) const;
 
+  const DeckScale& scale_;
   Glyph glyph_;
   Tone tone_ = Tone::Quiet;
 };

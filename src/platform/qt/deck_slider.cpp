@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <QWheelEvent>
+#include <cmath>
 
 #include "platform/qt/theme.h"
 
@@ -25,13 +26,24 @@ DeckSlider::DeckSlider(Look look, QWidget* parent)
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_Hover);
   if (Upright()) {
-    setMinimumWidth(kThickness);
     setInvertedAppearance(true);
     setInvertedControls(true);
-  } else {
-    setMinimumHeight(look == Look::Main ? kMainThickness : kThickness);
   }
+  GrowTo(1);
 }
+
+void DeckSlider::GrowTo(double factor) {
+  growth_ = factor;
+  const int thickness = Grown(look_ == Look::Main ? kMainThickness : kThickness);
+  if (Upright()) {
+    setMinimumWidth(thickness);
+  } else {
+    setMinimumHeight(thickness);
+  }
+  update();
+}
+
+int DeckSlider::Grown(int drawn) const { return static_cast<int>(std::lround(drawn * growth_)); }
 
 void DeckSlider::SetSpan(const forms::Span& span) {
   span_ = span;
@@ -48,13 +60,14 @@ void DeckSlider::SetNought(int value) {
 int DeckSlider::Reach() { return kReach; }
 
 int DeckSlider::PlaceOf(int value) const {
-  return kReach +
-         QStyle::sliderPositionFromValue(minimum(), maximum(), value, Length() - 2 * kReach);
+  const int reach = Grown(kReach);
+  return reach + QStyle::sliderPositionFromValue(minimum(), maximum(), value, Length() - 2 * reach);
 }
 
 int DeckSlider::ValueAt(double place) const {
-  return QStyle::sliderValueFromPosition(minimum(), maximum(), static_cast<int>(place) - kReach,
-                                         Length() - 2 * kReach);
+  const int reach = Grown(kReach);
+  return QStyle::sliderValueFromPosition(minimum(), maximum(), static_cast<int>(place) - reach,
+                                         Length() - 2 * reach);
 }
 
 void DeckSlider::MoveTo(int value) {
@@ -72,7 +85,7 @@ void DeckSlider::mousePressEvent(QMouseEvent* event) {
   if (OnPress) OnPress();
   const double place = Along(event->position());
   // A press on the handle itself takes it without moving it.
-  if (isSliderDown() && qAbs(place - HandlePlace()) > kReach) MoveTo(ValueAt(place));
+  if (isSliderDown() && qAbs(place - HandlePlace()) > Grown(kReach)) MoveTo(ValueAt(place));
   update();
 }
 
@@ -113,7 +126,7 @@ void DeckSlider::changeEvent(QEvent* event) {
 /// it, else at the end that means nothing.
 int DeckSlider::FillFrom() const {
   if (nought_) return PlaceOf(*nought_);
-  const int end = kReach - kGrooveEnd;
+  const int end = Grown(kReach - kGrooveEnd);
   return Upright() ? Length() - end : end;
 }
 
@@ -126,8 +139,8 @@ QColor DeckSlider::Accent() const {
 void DeckSlider::PaintGroove(QPainter& painter) const {
   const bool main = look_ == Look::Main;
   const double middle = Middle();
-  const double thickness = main ? 5 : 3;
-  const double begin = kReach - kGrooveEnd;
+  const double thickness = (main ? 5 : 3) * growth_;
+  const double begin = Grown(kReach - kGrooveEnd);
   const QRectF groove(begin, middle - thickness / 2, Length() - 2 * begin, thickness);
   painter.setPen(Qt::NoPen);
   painter.setBrush(OnDeck() ? theme::kWell : palette().color(QPalette::Mid));
@@ -165,13 +178,16 @@ void DeckSlider::paintEvent(QPaintEvent*) {
   PaintGroove(painter);
 
   const QPointF middle(HandlePlace(), Middle());
-  const auto paintHandle = [&](double growth) {
+  const auto paintHandle = [&](double rim) {
+    const double longHalf = (8 + rim) * growth_;
+    const double shortHalf = (4.5 + rim) * growth_;
+    const double corner = (3 + rim) * growth_;
     if (look_ == Look::Main) {
-      painter.drawEllipse(middle, 8 + growth, 8 + growth);
+      painter.drawEllipse(middle, longHalf, longHalf);
     } else {
       painter.drawRoundedRect(
-          QRectF(-4.5 - growth, -8 - growth, 9 + 2 * growth, 16 + 2 * growth).translated(middle),
-          3 + growth, 3 + growth);
+          QRectF(-shortHalf, -longHalf, 2 * shortHalf, 2 * longHalf).translated(middle), corner,
+          corner);
     }
   };
   if (hasFocus()) {

@@ -26,8 +26,11 @@ class DeckSlider : public QSlider {
 
   /// From this value the slider runs both ways: it is marked, and the groove is lit from there.
   void SetNought(int value);
-  /// How far from the end of the slider its handle's first and last places are, in pixels.
+  /// How far from the end of a slider that has not grown its handle's first and last places are, in
+  /// pixels.
   static int Reach();
+  /// Thickness and handle become so many times what they were drawn.
+  void GrowTo(double factor);
 
   std::function<void()> OnPress;
   std::function<void(int value)> OnMove;
@@ -52,6 +55,8 @@ class DeckSlider : public QSlider {
   int Length() const { return Upright() ? height() : width(); }
   double Middle() const { return (Upright() ? width() : height()) / 2.0; }
   double Along(const QPointF& position) const { return Upright() ? position.y() : position.x(); }
+  /// Pixels of the slider as it was drawn.
+  int Grown(int drawn) const;
   int PlaceOf(int value) const;
   int HandlePlace() const { return PlaceOf(value()); }
   int ValueAt(double place) const;
@@ -63,6 +68,7 @@ class DeckSlider : public QSlider {
   void MoveTo(int value);
 
   Look look_;
+  double growth_ = 1;
   std::optional<int> nought_;
   forms::Span span_;
 };

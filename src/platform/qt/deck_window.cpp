@@ -1,11 +1,13 @@
 #include "platform/qt/deck_window.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
+#include <algorithm>
 
 #include "forms/accessible_name.h"
 #include "platform/qt/binder.h"
@@ -21,7 +23,9 @@ namespace {
 
 /// The least outer height of the full shape: above it a window cannot be the mini-player's.
 constexpr forms::Twips kLeastFullHeight = 6001;
-constexpr int kLeastWidth = 860;
+constexpr int kFrameSides = 12;  ///< Room for a window's frame, left and right together.
+constexpr double kMostOfHeight =
+    0.4;  ///< Of the screen's, for a deck that grows: lists need room too.
 
 int PixelsToHold(forms::Twips length) { return (length + kTwipsInPixel - 1) / kTwipsInPixel; }
 
@@ -31,7 +35,8 @@ DeckWindow::DeckWindow(forms::MainForm& form, QtLoop& loop, Binder& binder)
     : TopWindow(form.frmMain, loop, binder),
       form_(form),
       menus_(new QMenuBar(this)),
-      player_(new PlayerPanel(form, binder, this)) {
+      player_(new PlayerPanel(form, binder, this)),
+      drawnHeight_(form.framePlayer.Height) {
   menus_->setNativeMenuBar(false);
   AddMenus(binder);
   auto* const rows = new QVBoxLayout(this);
@@ -48,10 +53,35 @@ DeckWindow::DeckWindow(forms::MainForm& form, QtLoop& loop, Binder& binder)
   new StateSpeaker(form, binder, this);
   binder.Watch(form.frameFiles, [this] { KeepLeastSize(); });
   OnSettled = [this] {
+    FitDeck();
     KeepLeastSize();
     MeasureFrame();
   };
+  FitDeck();
   Bind();
+}
+
+void DeckWindow::changeEvent(QEvent* event) {
+  TopWindow::changeEvent(event);
+  if (event->type() != QEvent::FontChange) return;
+  FitDeck();
+  KeepLeastSize();
+}
+
+void DeckWindow::FitDeck() {
+  const QSize space = screen()->availableSize();
+  const forms::Twips before = form_.framePlayer.Height;
+  player_->FitInto({space.width() - kFrameSides, static_cast<int>(space.height() * kMostOfHeight)});
+  const forms::Twips growth = form_.framePlayer.Height - before;
+  if (growth == 0) return;
+  form_.frmMain.Height = form_.frmMain.Height + growth;
+  const QMargins frame = Frame();
+  const int least = player_->LeastWidth() + frame.left() + frame.right();
+  form_.frmMain.Width = std::max(form_.frmMain.Width.Get(), ToTwips(least));
+}
+
+QMargins DeckWindow::Frame() const {
+  return windowHandle() ? windowHandle()->frameMargins() : QMargins();
 }
 
 void DeckWindow::AddMenus(Binder& binder) {
@@ -81,16 +111,24 @@ void DeckWindow::AddFocusKeeper(Binder& binder) {
 }
 
 void DeckWindow::KeepLeastSize() {
-  const QMargins margins = windowHandle() ? windowHandle()->frameMargins() : QMargins();
-  const int least = form_.frameFiles.Visible
-                        ? PixelsToHold(kLeastFullHeight) - margins.top() - margins.bottom()
-                        : 1;
-  const QSize size = QSize(kLeastWidth, least).boundedTo(screen()->availableSize());
-  if (minimumSize() != size) setMinimumSize(size);
+  const QSize least =
+      QSize(player_->LeastWidth(), LeastHeight()).boundedTo(screen()->availableSize());
+  if (minimumSize() != least) setMinimumSize(least);
+}
+
+int DeckWindow::LeastHeight() const {
+  const forms::Twips deck = form_.framePlayer.Height;
+  if (form_.frameFiles.Visible) {
+    const QMargins margins = Frame();
+    const forms::Twips grown = deck - drawnHeight_;
+    return PixelsToHold(kLeastFullHeight + grown) - margins.top() - margins.bottom();
+  }
+  // The height that is stored for the mini-player may come from a time of smaller letters.
+  return player_->Scale().Grown() ? menus_->height() + ToPixels(deck) : 1;
 }
 
 void DeckWindow::MeasureFrame() {
-  const QMargins margins = windowHandle()->frameMargins();
+  const QMargins margins = Frame();
   form_.frmMain.AboveContent = ToTwips(margins.top() + menus_->height() + margins.bottom());
 }
 

@@ -18,13 +18,20 @@ class DeckWindow : public TopWindow {
  private:
   void AddMenus(Binder& binder);
   void AddFocusKeeper(Binder& binder);
+  void changeEvent(QEvent* event) override;
+
+  /// The window is higher by what the deck has grown.
+  void FitDeck();
+  QMargins Frame() const;
   void KeepLeastSize();
+  int LeastHeight() const;
   /// The frame's lower edge counts too, so that the deck fits under what was measured.
   void MeasureFrame();
 
   forms::MainForm& form_;
   QMenuBar* menus_;
   PlayerPanel* player_;
+  const forms::Twips drawnHeight_;  ///< Of the deck.
 };
 
 }  // namespace tavlo::platform::qt

@@ -10,8 +10,6 @@
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kPitch = 5;  ///< A lamp and the gap behind it.
-constexpr int kLamp = 4;
 constexpr double kUnlit = 0.16;  ///< Share of its colour in a lamp that is off.
 
 /// A level is 100 plus decibels below full scale: clear speech stays in the first zone, the last
@@ -23,12 +21,17 @@ QColor ZoneColour(int level) {
 
 }  // namespace
 
-MeterBar::MeterBar(QWidget* parent) : QWidget(parent) {
-  setFixedHeight(9);
-  setAttribute(Qt::WA_OpaquePaintEvent);
+MeterBar::MeterBar(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_OpaquePaintEvent); }
+
+void MeterBar::SetLamps(int height, int width) {
+  setFixedHeight(height);
+  lamp_ = width;
+  update();
 }
 
-int MeterBar::EndOf(int level) const { return 1 + (width() - 2) / kPitch * level / 100 * kPitch; }
+int MeterBar::Pitch() const { return lamp_ + std::max(1, lamp_ / 4); }
+
+int MeterBar::EndOf(int level) const { return 1 + (width() - 2) / Pitch() * level / 100 * Pitch(); }
 
 void MeterBar::SetLevel(int level) {
   const int before = EndOf(level_);
@@ -41,8 +44,8 @@ void MeterBar::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.fillRect(event->rect(), theme::kWell);
   const int end = EndOf(level_);
-  for (int x = 1; x + kLamp < width(); x += kPitch) {
-    const QRect lamp(x, 1, kLamp, height() - 2);
+  for (int x = 1; x + lamp_ < width(); x += Pitch()) {
+    const QRect lamp(x, 1, lamp_, height() - 2);
     if (!lamp.intersects(event->rect())) continue;
     const QColor colour = ZoneColour(100 * x / width());
     painter.fillRect(lamp, x < end ? colour : Mixed(theme::kWell, colour, kUnlit));

@@ -11,6 +11,8 @@ class MeterBar : public QWidget {
   explicit MeterBar(QWidget* parent = nullptr);
 
   void SetLevel(int level);
+  /// Height of the row and width of a lamp; the gap behind each is a quarter of it.
+  void SetLamps(int height, int width);
   int Level() const { return level_; }
 
  protected:
@@ -19,7 +21,10 @@ class MeterBar : public QWidget {
  private:
   int EndOf(int level) const;
 
+  int Pitch() const;
+
   int level_ = 0;
+  int lamp_ = 4;
 };
 
 }  // namespace tavlo::platform::qt

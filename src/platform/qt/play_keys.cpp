@@ -5,6 +5,7 @@
 #include "platform/qt/accessible_parts.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/deck_key.h"
+#include "platform/qt/deck_scale.h"
 #include "platform/qt/focus_keeper.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
@@ -14,15 +15,19 @@ namespace {
 
 constexpr QSize kPlace{104, 40};
 constexpr int kGap = 8;
+constexpr int kLetters = 15;
 
 }  // namespace
 
-PlayKeys::PlayKeys(forms::MainForm& form, Binder& binder, QWidget* parent)
-    : QWidget(parent), form_(form), binder_(binder), play_(MakeKey()), stop_(MakeKey()) {
-  setFixedSize(kPlace);
+PlayKeys::PlayKeys(forms::MainForm& form, Binder& binder, DeckScale& scale, QWidget* parent)
+    : QWidget(parent),
+      form_(form),
+      binder_(binder),
+      scale_(scale),
+      play_(MakeKey()),
+      stop_(MakeKey()) {
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(kGap);
   row->addWidget(play_);
   row->addWidget(stop_);
   play_->SetLook(Glyph::Play, DeckKey::Tone::Teal);
@@ -43,29 +48,41 @@ PlayKeys::PlayKeys(forms::MainForm& form, Binder& binder, QWidget* parent)
   for (const forms::Control* const control : shown) {
     binder_.Watch(*control, [this] { Show(); });
   }
+  scale_.Fit([this, row] {
+    setFixedSize(scale_(kPlace));
+    row->setSpacing(scale_(kGap));
+    for (DeckKey* const key : {play_, stop_}) {
+      key->setFont(DeckFont(scale_(kLetters), QFont::Bold));
+      key->setFixedHeight(height());
+    }
+    ShareWidth();
+  });
 }
 
-DeckKey* PlayKeys::MakeKey() {
-  auto* const key = new DeckKey(Glyph::None, kPlace, this);
-  key->setFont(DeckFont(15, QFont::Bold));
-  return key;
-}
+DeckKey* PlayKeys::MakeKey() { return new DeckKey(Glyph::None, scale_, this); }
 
 forms::Command& PlayKeys::StopCommand() {
   return form_.cmdStop.Visible ? form_.cmdStop : form_.cmdImportCompleteSnipetStop;
 }
 
+bool PlayKeys::ShowsBoth() const {
+  const bool previews = form_.DeckRuns && !form_.cmdStop.Visible;
+  return previews && form_.cmdPlay.Enabled;
+}
+
+void PlayKeys::ShareWidth() {
+  const int half = (width() - scale_(kGap)) / 2;
+  for (DeckKey* const key : {play_, stop_}) key->setFixedWidth(ShowsBoth() ? half : width());
+}
+
 void PlayKeys::Show() {
   const bool runs = form_.DeckRuns;
-  const bool previews = runs && !form_.cmdStop.Visible;
-  const bool both = previews && form_.cmdPlay.Enabled;
-  const int width = both ? (kPlace.width() - kGap) / 2 : kPlace.width();
+  const bool both = ShowsBoth();
   if (runs && !both) FocusKeeper::TakeFrom(*play_);
   if (!runs) FocusKeeper::TakeFrom(*stop_);
   ShowCommand(*play_, form_.cmdPlay);
   ShowCommand(*stop_, StopCommand());
-  play_->setFixedWidth(width);
-  stop_->setFixedWidth(width);
+  ShareWidth();
   play_->setVisible(!runs || both);
   stop_->setVisible(runs);
 }

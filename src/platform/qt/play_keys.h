@@ -7,6 +7,7 @@
 namespace tavlo::platform::qt {
 
 class Binder;
+class DeckScale;
 class DeckKey;
 
 /// The place of Play and Stop. A document in work has one key there, which is what can be done
@@ -14,16 +15,19 @@ class DeckKey;
 /// place.
 class PlayKeys : public QWidget {
  public:
-  PlayKeys(forms::MainForm& form, Binder& binder, QWidget* parent);
+  PlayKeys(forms::MainForm& form, Binder& binder, DeckScale& scale, QWidget* parent);
 
  private:
   DeckKey* MakeKey();
   forms::Command& StopCommand();
+  bool ShowsBoth() const;
+  void ShareWidth();
   void Show();
   void ShowCommand(DeckKey& key, const forms::Command& command);
 
   forms::MainForm& form_;
   Binder& binder_;
+  DeckScale& scale_;
   DeckKey* play_;
   DeckKey* stop_;
 };

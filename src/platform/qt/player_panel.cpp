@@ -23,11 +23,17 @@
 namespace tavlo::platform::qt {
 namespace {
 
+// All measures are those of the deck as it was drawn.
+constexpr int kLeastWidth = 860;
 constexpr QSize kDisplaySize{290, 62};
+constexpr QRect kPositionPlace{14, 6, 174, 50};
+constexpr QRect kLengthPlace{190, 8, 86, 46};
 constexpr QSize kSmallKey{44, 40};
 constexpr QSize kWordKey{82, 40};
 constexpr QSize kSideKey{46, 28};
 constexpr int kMeterWidth = 170;
+constexpr int kMeterHeight = 9;
+constexpr int kLamp = 4;
 constexpr int kSoundSliderWidth = 126;
 constexpr int kLeastSoundSliderWidth = 64;  ///< On a screen that the deck hardly fits.
 constexpr int kLogoHeight = 40;
@@ -67,36 +73,48 @@ std::pair<QString, QString> SplitAtWideGap(const QString& text) {
 }  // namespace
 
 PlayerPanel::PlayerPanel(forms::MainForm& form, Binder& binder, QWidget* parent)
-    : QWidget(parent), form_(form), binder_(binder) {
+    : QWidget(parent),
+      form_(form),
+      binder_(binder),
+      drawnHeight_(ToPixels(form.framePlayer.Height)) {
   setPalette(DeckPalette(palette()));
   auto* const rows = new QVBoxLayout(this);
-  rows->setContentsMargins(0, 14, 0, 0);
   rows->setSpacing(0);
   rows->addLayout(DisplayRow());
-  rows->addSpacing(8);
 
   auto* const position = new DeckSlider(DeckSlider::Look::Main, this);
   binder.Slide(form.slPosition, *position);
   auto* const positionRow = new QHBoxLayout;
-  positionRow->setContentsMargins(kSide - 2, 0, kSide - 2, 0);
   positionRow->addWidget(position);
+  scale_.Fit([this, rows, position, positionRow] {
+    rows->setContentsMargins(0, scale_(14), 0, 0);
+    position->GrowTo(scale_.Factor());
+    positionRow->setContentsMargins(scale_(QMargins(kSide - 2, 8, kSide - 2, 0)));
+  });
   rows->addLayout(positionRow);
 
   rows->addStretch(1);
   rows->addLayout(KeysRow());
   rows->addStretch(1);
-  rows->addWidget(new StatusStrip(form.StatusBar1, binder, this));
+  rows->addWidget(new StatusStrip(form.StatusBar1, binder, scale_, this));
 
   fascia_ = new Fascia(form, binder, this);
   binder.Frame(form.framePlayer, *this);
   binder.Watch(form.framePlayer, [this] { setFixedHeight(ToPixels(form_.framePlayer.Height)); });
 }
 
+void PlayerPanel::FitInto(QSize room) {
+  scale_.Follow({kLeastWidth, drawnHeight_}, room);
+  form_.framePlayer.Height = ToTwips(scale_(drawnHeight_));
+}
+
+int PlayerPanel::LeastWidth() const { return scale_(kLeastWidth); }
+
 void PlayerPanel::resizeEvent(QResizeEvent*) { fascia_->setGeometry(rect()); }
 
-QLabel* PlayerPanel::Label(forms::Text& text, const QFont& font, const QColor& colour) {
+QLabel* PlayerPanel::Label(forms::Text& text, int letters, const QColor& colour) {
   auto* const label = new ElidingLabel(this);
-  label->setFont(font);
+  scale_.Fit([this, label, letters] { label->setFont(DeckFont(scale_(letters))); });
   QPalette colours = palette();
   colours.setColor(QPalette::WindowText, colour);
   label->setPalette(colours);
@@ -106,18 +124,11 @@ QLabel* PlayerPanel::Label(forms::Text& text, const QFont& font, const QColor& c
 
 QWidget* PlayerPanel::Display() {
   auto* const well = new Well(this);
-  well->setFixedSize(kDisplaySize);
-
-  // Labels of a fixed size repaint alone: a second that ticks lays nothing out again.
   auto* const position = new FiguresLabel(well);
-  position->setFont(FiguresFont(32));
-  position->setGeometry(14, 6, 174, 50);
   auto* const length = new FiguresLabel(well);
-  length->setFont(FiguresFont(16));
-  length->setGeometry(190, 8, 86, 46);
   length->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  scale_.Fit([this, well, position, length] { FitDisplay(*well, *position, *length); });
   for (FiguresLabel* const label : {position, length}) {
-    label->setFixedSize(label->size());
     QPalette colours = palette();
     colours.setColor(QPalette::WindowText, label == position ? theme::kAmber : theme::kDimAmber);
     label->setPalette(colours);
@@ -129,17 +140,27 @@ QWidget* PlayerPanel::Display() {
   return well;
 }
 
-QBoxLayout* PlayerPanel::DisplayRow() {
-  auto* const row = new QHBoxLayout;
-  row->setContentsMargins(kSide, 0, kSide, 0);
-  row->setSpacing(12);
-  row->addWidget(Display());
+void PlayerPanel::FitDisplay(QWidget& well, QLabel& position, QLabel& length) {
+  well.setFixedSize(scale_(kDisplaySize));
+  position.setFont(FiguresFont(scale_(32)));
+  length.setFont(FiguresFont(scale_(16)));
+  // Labels of a fixed size repaint alone: a second that ticks lays nothing out again.
+  position.setFixedSize(scale_(kPositionPlace.size()));
+  position.move(scale_(kPositionPlace).topLeft());
+  length.setFixedSize(scale_(kLengthPlace.size()));
+  length.move(scale_(kLengthPlace).topLeft());
+}
+
+QBoxLayout* PlayerPanel::Meters() {
   auto* const meters = new QVBoxLayout;
-  meters->setSpacing(8);
+  scale_.Fit([this, meters] { meters->setSpacing(scale_(8)); });
   meters->addStretch(1);
   for (forms::Range* const range : {&form_.MeterLeft, &form_.MeterRight}) {
     auto* const meter = new MeterBar(this);
-    meter->setFixedWidth(kMeterWidth);
+    scale_.Fit([this, meter] {
+      meter->setFixedWidth(scale_(kMeterWidth));
+      meter->SetLamps(scale_(kMeterHeight), scale_(kLamp));
+    });
     meters->addWidget(meter);
     binder_.Bind(*range, *meter, [range, meter] {
       meter->SetLevel(range->Value);
@@ -147,7 +168,17 @@ QBoxLayout* PlayerPanel::DisplayRow() {
     });
   }
   meters->addStretch(1);
-  row->addLayout(meters);
+  return meters;
+}
+
+QBoxLayout* PlayerPanel::DisplayRow() {
+  auto* const row = new QHBoxLayout;
+  scale_.Fit([this, row] {
+    row->setContentsMargins(scale_(QMargins(kSide, 0, kSide, 0)));
+    row->setSpacing(scale_(12));
+  });
+  row->addWidget(Display());
+  row->addLayout(Meters());
   row->addStretch(1);
   row->addLayout(BrandColumn());
   return row;
@@ -155,21 +186,29 @@ QBoxLayout* PlayerPanel::DisplayRow() {
 
 QLabel* PlayerPanel::Logo(forms::Pane& picture) {
   auto* const logo = new QLabel(this);
-  binder_.Bind(picture, *logo, [&picture, logo, shown = std::make_shared<std::string>()] {
+  const auto whole = std::make_shared<QPixmap>();
+  const auto show = [this, logo, whole] {
+    const int height = scale_(kLogoHeight);
+    logo->setPixmap(whole->isNull() ? *whole
+                                    : whole->scaledToHeight(height, Qt::SmoothTransformation));
+  };
+  binder_.Bind(picture, *logo, [&picture, whole, show, shown = std::make_shared<std::string>()] {
     if (*shown == picture.Picture.Get()) return;
     *shown = picture.Picture;
-    const QPixmap pixmap(ToQt(*shown));
-    logo->setPixmap(pixmap.isNull() ? pixmap
-                                    : pixmap.scaledToHeight(kLogoHeight, Qt::SmoothTransformation));
+    *whole = QPixmap(ToQt(*shown));
+    show();
   });
+  scale_.Fit(show);
   return logo;
 }
 
 void PlayerPanel::ShowCustomDisplay(QBoxLayout& words) {
   auto* const heading = new ElidingLabel(this);
-  heading->setFont(DeckFont(17, QFont::Bold));
   auto* const line = new ElidingLabel(this);
-  line->setFont(DeckFont(13));
+  scale_.Fit([this, heading, line] {
+    heading->setFont(DeckFont(scale_(17), QFont::Bold));
+    line->setFont(DeckFont(scale_(13)));
+  });
   QPalette quiet = palette();
   quiet.setColor(QPalette::WindowText, theme::kQuietText);
   line->setPalette(quiet);
@@ -187,16 +226,18 @@ void PlayerPanel::ShowCustomDisplay(QBoxLayout& words) {
 
 QBoxLayout* PlayerPanel::BrandColumn() {
   auto* const words = new QVBoxLayout;
-  words->setSpacing(2);
   words->addStretch(1);
-  QLabel* const brand = Label(form_.lblBriselName, DeckFont(13), theme::kQuietText);
+  QLabel* const brand = Label(form_.lblBriselName, 13, theme::kQuietText);
   brand->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   words->addWidget(brand);
   ShowCustomDisplay(*words);
   words->addStretch(1);
 
   auto* const column = new QHBoxLayout;
-  column->setSpacing(12);
+  scale_.Fit([this, words, column] {
+    words->setSpacing(scale_(2));
+    column->setSpacing(scale_(12));
+  });
   column->addWidget(Logo(form_.picBriselBitMap));
   column->addWidget(Logo(form_.picSorelLogo));
   column->addLayout(words);
@@ -204,16 +245,21 @@ QBoxLayout* PlayerPanel::BrandColumn() {
 }
 
 DeckKey* PlayerPanel::Key(forms::Command& command, Glyph glyph, QSize size) {
-  auto* const key = new DeckKey(glyph, size, this);
-  key->setFont(DeckFont(14, QFont::Medium));
+  auto* const key = new DeckKey(glyph, scale_, this);
+  scale_.Fit([this, key, size] {
+    key->setFixedSize(scale_(size));
+    key->setFont(DeckFont(scale_(14), QFont::Medium));
+  });
   binder_.Press(command, *key);
   return key;
 }
 
 QBoxLayout* PlayerPanel::SoundColumn() {
   auto* const grid = new QGridLayout;
-  grid->setHorizontalSpacing(6);
-  grid->setVerticalSpacing(2);
+  scale_.Fit([this, grid] {
+    grid->setHorizontalSpacing(scale_(6));
+    grid->setVerticalSpacing(scale_(2));
+  });
   const struct {
     forms::Text& label;
     forms::Range& range;
@@ -222,11 +268,14 @@ QBoxLayout* PlayerPanel::SoundColumn() {
                {form_.lblVolume, form_.sldVol, form_.cmdEQ}};
   int row = 0;
   for (const auto& line : lines) {
-    QLabel* const label = Label(line.label, DeckFont(12), theme::kQuietText);
-    label->setMinimumWidth(30);
+    QLabel* const label = Label(line.label, 12, theme::kQuietText);
     auto* const slider = new DeckSlider(DeckSlider::Look::Small, this);
-    slider->setMinimumWidth(kLeastSoundSliderWidth);
-    slider->setMaximumWidth(kSoundSliderWidth);
+    scale_.Fit([this, label, slider] {
+      label->setMinimumWidth(scale_(30));
+      slider->GrowTo(scale_.Factor());
+      slider->setMinimumWidth(scale_(kLeastSoundSliderWidth));
+      slider->setMaximumWidth(scale_(kSoundSliderWidth));
+    });
     binder_.Slide(line.range, *slider);
     grid->addWidget(label, row, 1);
     grid->addWidget(slider, row, 2);
@@ -243,14 +292,19 @@ QBoxLayout* PlayerPanel::SoundColumn() {
 
 QBoxLayout* PlayerPanel::KeysRow() {
   auto* const row = new QHBoxLayout;
-  row->setContentsMargins(kSide, 0, kSide, 0);
-  row->setSpacing(8);
   row->addWidget(Key(form_.cmdSkipBeg, Glyph::SkipBegin, kSmallKey));
   row->addWidget(Key(form_.cmdRewind, Glyph::Rewind, kSmallKey));
-  row->addWidget(new PlayKeys(form_, binder_, this));
+  row->addWidget(new PlayKeys(form_, binder_, scale_, this));
   row->addWidget(Key(form_.cmdForward, Glyph::Forward, kSmallKey));
   row->addWidget(Key(form_.cmdSkipEnd, Glyph::SkipEnd, kSmallKey));
-  row->addSpacing(14);
+  auto* const gap = new QSpacerItem(0, 0);
+  row->addItem(gap);
+  scale_.Fit([this, row, gap] {
+    row->setContentsMargins(scale_(QMargins(kSide, 0, kSide, 0)));
+    row->setSpacing(scale_(8));
+    gap->changeSize(scale_(14), 0, QSizePolicy::Fixed, QSizePolicy::Minimum);
+    row->invalidate();
+  });
   for (forms::Command* const command : {&form_.cmdSkip, &form_.cmdSave, &form_.cmdComplete}) {
     row->addWidget(Key(*command, Glyph::None, kWordKey));
   }

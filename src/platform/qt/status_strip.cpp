@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/deck_scale.h"
 #include "platform/qt/eliding_label.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
@@ -13,13 +14,13 @@ namespace {
 
 constexpr int kPad = 12;
 constexpr int kHeight = 28;
+constexpr int kLetters = 13;
 constexpr int kWholePanel = 130;  ///< A long author must not squeeze department and date away.
 
 }  // namespace
 
-StatusStrip::StatusStrip(forms::Pane& bar, Binder& binder, QWidget* parent)
+StatusStrip::StatusStrip(forms::Pane& bar, Binder& binder, DeckScale& scale, QWidget* parent)
     : QFrame(parent), bar_(bar), binder_(binder) {
-  setFixedHeight(kHeight);
   setAccessibleName("Document");
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
@@ -27,9 +28,6 @@ StatusStrip::StatusStrip(forms::Pane& bar, Binder& binder, QWidget* parent)
   for (std::size_t i = 0; i < bar.Panels.Get().size(); ++i) {
     auto* const panel = new ElidingLabel(this);
     panel->setTextFormat(Qt::PlainText);
-    panel->setFont(DeckFont(13, i == 0 ? QFont::Bold : QFont::Normal));
-    panel->setContentsMargins(kPad, 0, kPad, 0);
-    panel->KeepWhole(kWholePanel);
     QPalette colours = palette();
     colours.setColor(QPalette::WindowText, i == 0 ? theme::kRed : QColor(0xC3, 0xCA, 0xD3));
     panel->setPalette(colours);
@@ -37,7 +35,18 @@ StatusStrip::StatusStrip(forms::Pane& bar, Binder& binder, QWidget* parent)
     panels_.push_back(panel);
   }
   row->addStretch(1);
+  scale.Fit([this, &scale] { FitPanels(scale); });
   binder.Bind(bar, *this, [this] { Show(); });
+}
+
+void StatusStrip::FitPanels(const DeckScale& scale) {
+  setFixedHeight(scale(kHeight));
+  for (ElidingLabel* const panel : panels_) {
+    const bool first = panel == panels_.front();
+    panel->setFont(DeckFont(scale(kLetters), first ? QFont::Bold : QFont::Normal));
+    panel->setContentsMargins(scale(kPad), 0, scale(kPad), 0);
+    panel->KeepWhole(scale(kWholePanel));
+  }
 }
 
 void StatusStrip::Show() {
@@ -56,7 +65,7 @@ void StatusStrip::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), theme::kStrip);
   painter.fillRect(0, 0, width(), 1, QColor(0x07, 0x0A, 0x0D));
-  for (const QLabel* const panel : panels_) {
+  for (const ElidingLabel* const panel : panels_) {
     if (panel->text().isEmpty()) continue;
     painter.fillRect(panel->geometry().right(), 1, 1, height() - 1, QColor(0x2A, 0x31, 0x3A));
   }

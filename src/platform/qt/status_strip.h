@@ -5,16 +5,16 @@
 
 #include "forms/controls.h"
 
-class QLabel;
-
 namespace tavlo::platform::qt {
 
 class Binder;
+class DeckScale;
+class ElidingLabel;
 
 /// The status bar under the keys: the details of the document, a panel each.
 class StatusStrip : public QFrame {
  public:
-  StatusStrip(forms::Pane& bar, Binder& binder, QWidget* parent);
+  StatusStrip(forms::Pane& bar, Binder& binder, DeckScale& scale, QWidget* parent);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -22,10 +22,11 @@ class StatusStrip : public QFrame {
 
  private:
   void Show();
+  void FitPanels(const DeckScale& scale);
 
   forms::Pane& bar_;
   Binder& binder_;
-  std::vector<QLabel*> panels_;
+  std::vector<ElidingLabel*> panels_;
 };
 
 }  // namespace tavlo::platform::qt

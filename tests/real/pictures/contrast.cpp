@@ -1,6 +1,7 @@
 #include "contrast.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -41,12 +42,22 @@ std::size_t StepOf(QRgb colour) {
   return static_cast<std::size_t>((red * kSteps + green) * kSteps + blue);
 }
 
+/// The light of each step of a colour's part. A picture has millions of pixels, and the program
+/// stands still while it is measured.
+std::array<double, 256> MakeLights() {
+  std::array<double, 256> lights{};
+  for (std::size_t step = 0; step < lights.size(); ++step) {
+    const double part = static_cast<double>(step) / 255;
+    lights[step] = part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  }
+  return lights;
+}
+
 double Luminance(const QColor& colour) {
-  const auto linear = [](double part) {
-    return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-         0.0722 * linear(colour.blueF());
+  static const std::array<double, 256> lights = MakeLights();
+  const auto light = [](int part) { return lights[static_cast<std::size_t>(part)]; };
+  return 0.2126 * light(colour.red()) + 0.7152 * light(colour.green()) +
+         0.0722 * light(colour.blue());
 }
 
 QColor CommonestOf(const std::vector<QRgb>& pixels) {

@@ -330,8 +330,11 @@ void TakeTroublesomeDay(Sitting& desk) {
   desk.TakeBox();
 }
 
-TEST(PicturesOfTrouble, AHugeFontLeavesDeckListsAndBoxesLegibleAndWhole) {
-  Sitting desk("huge-font", "1280x1024");
+class PicturesWithAHugeFont : public testing::TestWithParam<Scale> {};
+
+TEST_P(PicturesWithAHugeFont, ShowDeckListsAndBoxesLegibleAndWhole) {
+  const auto [percent, factor, screen] = GetParam();
+  Sitting desk(std::string("huge-font-") + percent + "-" + screen, screen, factor);
   desk.home.MakeRoot(kAsShipped);
   FillQueueWithTrouble(desk.home);
   desk.Run([&] {
@@ -345,6 +348,15 @@ TEST(PicturesOfTrouble, AHugeFontLeavesDeckListsAndBoxesLegibleAndWhole) {
     desk.TakeAbout();
   });
 }
+
+INSTANTIATE_TEST_SUITE_P(EachScreen, PicturesWithAHugeFont,
+                         testing::Values(Scale{"100", "1", "1280x1024"},
+                                         Scale{"100", "1", "1024x768"},
+                                         Scale{"200", "2", "2048x1536"}),
+                         [](const auto& test) {
+                           return "At" + std::string(test.param.percent) + "PercentOf" +
+                                  test.param.screen;
+                         });
 
 TEST(PicturesOfTrouble, ASmallScreenLeavesEverythingLegibleAndWhole) {
   Sitting desk("1024x768", "1024x768");
