@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <ostream>
 #include <string>
+#include <thread>
 
 #include "support/desktop.h"
 #include "support/driven_program.h"
@@ -12,6 +14,8 @@
 
 namespace tavlo::test {
 namespace {
+
+using namespace std::chrono_literals;
 
 constexpr int kScreenWidth = 1280;
 constexpr int kScreenHeight = 1024;
@@ -78,6 +82,7 @@ struct TwoScreens : testing::Test {
     Place place;
     int still = 0;
     EXPECT_TRUE(Until([&] {
+      std::this_thread::sleep_for(30ms);
       program->Settle();
       const Place now = Outer();
       still = now == place ? still + 1 : 0;

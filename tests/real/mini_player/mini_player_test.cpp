@@ -2,11 +2,13 @@
 
 #include <QApplication>
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
+#include <thread>
 
 #include "support/driven_program.h"
 #include "support/place.h"
@@ -16,6 +18,8 @@
 
 namespace tavlo::test {
 namespace {
+
+using namespace std::chrono_literals;
 
 constexpr std::uint32_t kAlt = 0xFFE9;
 constexpr std::uint32_t kEscape = 0xFF1B;
@@ -181,6 +185,7 @@ struct MiniPlayer : testing::Test {
     Place place;
     int still = 0;
     EXPECT_TRUE(Until([&] {
+      std::this_thread::sleep_for(30ms);
       program->Settle();
       const Place now = Outer();
       still = now == place && now == Wanted() ? still + 1 : 0;

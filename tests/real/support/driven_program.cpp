@@ -147,6 +147,8 @@ QPoint DrivenProgram::Rest(const std::function<Spot()>& spot) {
   QPoint last(-1, -1);
   QPoint now = Ask(look);
   test::Until([&] {
+    // A window looks a moment after its last move where it has come to rest, and may move again.
+    std::this_thread::sleep_for(100ms);
     Settle();
     last = std::exchange(now, Ask(look));
     return !now.isNull() && now == last;

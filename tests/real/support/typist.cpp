@@ -130,8 +130,12 @@ bool Typist::Until(const std::function<bool()>& condition) {
 void Typist::Rest(int milliseconds) {
   // What one of them does may give the next one something to do.
   constexpr int kRounds = 3;
+  // A window looks so long after its last move where it has come to rest. Who rests for longer than
+  // that wants to see it there.
+  constexpr int kWindowSettles = 100;
   loop_.Wait(std::chrono::milliseconds(milliseconds));
   for (int round = 0; round < kRounds; ++round) {
+    if (milliseconds > kWindowSettles) loop_.Wait(std::chrono::milliseconds(kWindowSettles));
     mark_.Send();
     for (int look = 0; look < kManyLooks && !mark_.CameBack(); ++look) loop_.Wait(1ms);
     hands_.AwaitManager();
