@@ -165,6 +165,8 @@ void DrivenProgram::Follow() {
 }
 
 void DrivenProgram::Keys(std::initializer_list<std::uint32_t> symbols) {
+  // A window that has just come does not have the keyboard yet.
+  EXPECT_TRUE(Until([] { return QApplication::activeWindow() != nullptr; })) << Box();
   hands_.Keys(symbols);
   Follow();
 }
