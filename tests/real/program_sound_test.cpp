@@ -201,13 +201,15 @@ TEST_F(ProgramSound, PlaysAWaveOfTheHighestRateAtAnySpeed) {
     for (const int percent : {50, 100, 150}) {
       SCOPED_TRACE(percent);
       SetSpeed(percent);
-      const Sound heard = HeardOf(0.005, [&] {
-        program->Click("cmdSkipBeg");
-        Play();
-        ASSERT_TRUE(Until([&] { return !Playing(); }));
+      Retake([&] {
+        const Sound heard = HeardOf(0.005, [&] {
+          program->Click("cmdSkipBeg");
+          Play();
+          ASSERT_TRUE(Until([&] { return !Playing(); }));
+        });
+        EXPECT_NEAR(Cents(PitchOf(heard), 440), 0, 3);
+        EXPECT_NEAR(AudibleSeconds(heard) * percent / 100, 3, 0.03);
       });
-      EXPECT_NEAR(Cents(PitchOf(heard), 440), 0, 3);
-      EXPECT_NEAR(AudibleSeconds(heard) * percent / 100, 3, 0.03);
     }
     EXPECT_EQ(Notice(), "");
     LeaveDocument();

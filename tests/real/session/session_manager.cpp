@@ -4,7 +4,6 @@
 #include <stdlib.h>
 
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <functional>
 
@@ -128,15 +127,13 @@ Status SessionManager::Desk::TakeClient(SmsConn client, SmPointer self, unsigned
 }
 
 bool SessionManager::Desk::Turn(const std::function<bool()>& until) {
-  return Until(
-      [&] {
-        if (!connection_) Accept();
-        while (connection_ && HasNews(IceConnectionNumber(connection_))) {
-          if (IceProcessMessages(connection_, nullptr, nullptr) != IceProcessMessagesSuccess) break;
-        }
-        return until();
-      },
-      std::chrono::seconds{60});
+  return Until([&] {
+    if (!connection_) Accept();
+    while (connection_ && HasNews(IceConnectionNumber(connection_))) {
+      if (IceProcessMessages(connection_, nullptr, nullptr) != IceProcessMessagesSuccess) break;
+    }
+    return until();
+  });
 }
 
 void SessionManager::Desk::Accept() {

@@ -9,7 +9,6 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/sqlite/sqlite_settings.h"
@@ -24,7 +23,6 @@ namespace tavlo::test {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
 
 constexpr int kRate = 16'000;
 
@@ -46,19 +44,12 @@ struct SessionProgram : testing::Test {
                    {"AutoBackspace", "0"}});
     home.AddToQueue(name, LongTone());
   }
-  /// Passes the splash, without the hands of a screen.
-  static void PassSplash(DrivenProgram& program) {
-    ASSERT_TRUE(
-        program.Until([&] { return program.Windows().splash.frmInitSplash.Visible.Get(); }));
-    program.Do([&] { program.Windows().splash.picIcon.Click(); });
-    ASSERT_TRUE(Until([&] { return program.IsReady(); }, 30s));
-  }
   static void Play(DrivenProgram& program) {
-    PassSplash(program);
+    ASSERT_TRUE(program.Begin());
     program.Do([&] { program.Main().listViewInQueue.RowClick(0); });
     program.Do([&] { program.Main().cmdPlay.Press(); });
-    ASSERT_TRUE(program.Until(
-        [&] { return program.Rooms().engine.CurrentSamplePosition > 2.0 * kRate; }, 30s));
+    ASSERT_TRUE(
+        program.Until([&] { return program.Rooms().engine.CurrentSamplePosition > 2.0 * kRate; }));
   }
   /// The position that the name of the only document carries, in seconds.
   double StoredSeconds() const {
@@ -79,7 +70,7 @@ struct SessionProgram : testing::Test {
   }
   /// What was heard of the document, once the recording has all of it.
   double HeardSeconds() const {
-    std::this_thread::sleep_for(600ms);
+    EXPECT_TRUE(recorder.Pass(0.6));
     const Sound sound = recorder.Since(0);
     double heard = AudibleSeconds(sound);
     // A machine that is busy makes gaps, in which nothing of the document is heard.
@@ -144,7 +135,7 @@ TEST_F(SessionProgram, LogoutStoresAndEndsAndTheFirstQuestionOfTheManagerDoesNot
 
 TEST_F(SessionProgram, OpenConfigurationIsSaved) {
   WorkingProgram program(home, [](DrivenProgram& driven) {
-    PassSplash(driven);
+    ASSERT_TRUE(driven.Begin());
     driven.Do([&] {
       driven.Main().mnuConfiguration.Press();
       driven.Windows().configuration.txtSubjectHeading.Value = "Case";

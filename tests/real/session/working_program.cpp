@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int kPatienceMilliseconds = 60'000;
+constexpr int kPatienceMilliseconds = kManyLooks * 20;
 
 }  // namespace
 
@@ -54,7 +54,7 @@ void WorkingProgram::Send(int signal) { ::kill(process_, signal); }
 
 std::optional<int> WorkingProgram::ExitStatus() {
   int status = 0;
-  if (!Until([&] { return ::waitpid(process_, &status, WNOHANG) == process_; }, 30s)) return {};
+  if (!Until([&] { return ::waitpid(process_, &status, WNOHANG) == process_; })) return {};
   process_ = -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }

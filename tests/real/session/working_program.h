@@ -3,7 +3,6 @@
 #include <sys/types.h>
 
 #include <array>
-#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -25,7 +24,7 @@ class WorkingProgram {
   bool Await();
   void Send(int signal);
   /// Waits for the end: the exit status, 128 and the signal's number when one ended it, nothing
-  /// when it still runs after half a minute.
+  /// when it never ends.
   std::optional<int> ExitStatus();
 
  private:
