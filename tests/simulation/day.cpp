@@ -22,6 +22,7 @@ Day::Day(std::uint64_t seed, bool aloud)
       world_(desk_, ledger_, conditions_, Chance(seed).Child("world"), trace_),
       typist_(desk_, ledger_, conditions_, Chance(seed).Child("typist"), trace_) {
   typist_.OnMeanwhile = [this] { world_.Act(); };
+  typist_.OnRival = [this](const std::string& path) { world_.DropAt(path); };
 }
 
 std::string Day::Run(int steps) {
@@ -100,6 +101,7 @@ void Day::Restart() {
 std::string Day::Look() {
   std::string wrong = ledger_.Check(desk_.disk, world_.TakeStruck());
   if (wrong.empty() && desk_.AtWork()) wrong = BrokenInvariant(desk_);
+  if (wrong.empty()) wrong = desk_.hearing.TakeFault();
   if (wrong.empty()) wrong = typist_.DisobeyedPedal();
   if (wrong.empty()) wrong = typist_.DisobeyedMixer();
   if (!wrong.empty()) trace_.Note(Described(desk_));

@@ -1,9 +1,10 @@
 #include "simulation/desk.h"
 
-#include "simulation/ledger.h"
-
 namespace tavlo::simulation {
 namespace {
+
+using playback::OpenResult;
+using store::DiskResult;
 
 constexpr const char* kShare = "/usr/share/tavlodeck";
 /// Height of title and menu bar, as a desktop would measure it.
@@ -31,19 +32,40 @@ base::Reply WatchedLoop::ShowBox(const base::MessageBox& box) {
   return reply;
 }
 
-playback::OpenResult SoundsOnDisk::OpenFile(const std::string& path) {
+DiskResult WatchedDisk::Rename(const std::string& from, const std::string& to) {
+  const DiskResult renamed = SimulatedDisk::Rename(from, to);
+  if (renamed == DiskResult::Done && OnGone) OnGone(from, to);
+  return renamed;
+}
+
+DiskResult WatchedDisk::Delete(const std::string& path) {
+  const DiskResult deleted = SimulatedDisk::Delete(path);
+  if (deleted == DiskResult::Done && OnGone) OnGone(path, "");
+  return deleted;
+}
+
+OpenResult SoundsOnDisk::OpenFile(const std::string& path) {
   CloseFile();
   Sounds.clear();
+  OutOfReach.clear();
   const std::string contents = disk_.Contents(path);
+  if (!disk_.Has(path) || Barred.contains(contents)) OutOfReach.insert(path);
   const auto recording = Recording::Of(contents);
-  if (recording && !Barred.contains(contents)) {
-    Sounds[path] = {recording->samples, recording->rate, recording->channels};
-  }
-  return SimulatedAudioFile::OpenFile(path);
+  if (recording) Sounds[path] = {recording->samples, recording->rate, recording->channels};
+  const OpenResult opened = SimulatedAudioFile::OpenFile(path);
+  const bool told = OpenStatus() >= 0 && opened != OpenResult::OutOfReach;
+  if (told && OnOpened) OnOpened(path, recording);
+  return opened;
 }
 
 Desk::Desk(const Conditions& conditions) {
   ProvideShare();
+  file.OnOpened = [this](const std::string& path, const std::optional<Recording>& sound) {
+    hearing.Opened(path, sound);
+  };
+  disk.OnGone = [this](const std::string& from, const std::string& to) {
+    hearing.Renamed(from, to);
+  };
   mixer.Devices = {{{.name = "Output"}, {.name = "Tavlo Deck"}, {.name = "Microphone"}},
                    {{.name = "Headset", .volume = 20'000}}};
   if (conditions.freshRoot) {
@@ -53,6 +75,8 @@ Desk::Desk(const Conditions& conditions) {
   for (const char* folder : {"/Files/InQueue", "/Files/Completed", "/Prompts", "/Fascia"}) {
     disk.WithFolder(Path(folder));
   }
+  disk.WithFile(Path("/Files/ImportQueue/short.wav"), Recording{.samples = 4000}.Contents());
+  disk.WithFile(Path("/Files/ImportQueue/long.wav"), Recording{.samples = 80'000}.Contents());
   for (const std::string& folder : conditions.fileSystems) disk.WithFileSystemAt(Path(folder));
   test::SettingsTables tables = databases.Shipped();
   store::Record& row = tables.at(store::Table::GeneralSettings).at(0);
@@ -75,6 +99,7 @@ void Desk::Start() {
   player.Gains.clear();
   player.Devices = soundDevices;
   player.SelectDevice(0);
+  hearing.Forget();
   deck_.emplace(shell::Platform{.loop = loop,
                                 .disk = disk,
                                 .databases = databases,
@@ -92,6 +117,27 @@ void Desk::Start() {
                                 .endProcess = [this](int status) { ended = status; }});
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();
+  if (Rooms()) WatchFeetAndWinds();
+}
+
+void Desk::WatchFeetAndWinds() {
+  for (base::Timer* timer :
+       {&Rooms()->transport.tmrRewindForward, &Rooms()->serialPedal.tmrSerialFootPedal,
+        &Rooms()->usbPedal.TmrHIDRead}) {
+    timer->OnTick = [this, tick = timer->OnTick] { Choose(tick); };
+  }
+}
+
+void Desk::Choose(const std::function<void()>& act) {
+  if (!Rooms()) return act();
+  const playback::AudioEngine& engine = Rooms()->engine;
+  const forms::Command& complete = Main().cmdComplete;
+  const double before = engine.CurrentSamplePosition;
+  const bool wasAtItsEnd = complete.Enabled;
+  act();
+  if (engine.CurrentSamplePosition != before) hearing.Chosen(engine.CurrentSamplePosition);
+  // A foot may have gone to the end and on from there before anybody looked.
+  if (!wasAtItsEnd && complete.Enabled) hearing.Chosen(engine.FileLength);
 }
 
 void Desk::Kill() {

@@ -7,6 +7,7 @@
 
 #include "shell/deck.h"
 #include "simulation/conditions.h"
+#include "simulation/hearing.h"
 #include "support/simulated_audio.h"
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
@@ -41,6 +42,18 @@ class WatchedLoop : public test::SimulatedLoop {
   base::MonotonicTime moment_;
 };
 
+/// Tells of everything that the program moves, renames or deletes.
+class WatchedDisk : public test::SimulatedDisk {
+ public:
+  using SimulatedDisk::SimulatedDisk;
+
+  /// `to` is empty where something was deleted.
+  std::function<void(const std::string& from, const std::string& to)> OnGone;
+
+  store::DiskResult Rename(const std::string& from, const std::string& to) override;
+  store::DiskResult Delete(const std::string& path) override;
+};
+
 /// Decodes what stands on the disk, wherever it was moved to.
 class SoundsOnDisk : public test::SimulatedAudioFile {
  public:
@@ -48,6 +61,8 @@ class SoundsOnDisk : public test::SimulatedAudioFile {
 
   /// Contents of files that may not be opened.
   std::set<std::string> Barred;
+  /// The program could look into a file; what can be heard of it, if anything.
+  std::function<void(const std::string& path, const std::optional<Recording>& sound)> OnOpened;
 
   playback::OpenResult OpenFile(const std::string& path) override;
 
@@ -63,11 +78,12 @@ class Desk {
   explicit Desk(const Conditions& conditions);
 
   WatchedLoop loop;
-  test::SimulatedDisk disk{loop};
+  WatchedDisk disk{loop};
   test::SimulatedDatabases databases{disk, {.root = kRoot, .revision = "1.2.3"}};
   SoundsOnDisk file{disk};
   test::SimulatedTransform transform;
   test::SimulatedPlayer player{loop};
+  Hearing hearing{loop, player};
   test::SimulatedPromptControl promptControl;
   test::SimulatedMixer mixer;
   /// The desktop's mixer has changed and has not told it yet.
@@ -80,6 +96,8 @@ class Desk {
   /// The user deleted all documents where no wave was to be found: the hourglass then stays until
   /// the pointer next becomes the arrow.
   bool nothingToDelete = false;
+  /// The walk over the Completed folder breaks off, or does not begin.
+  bool completedOutOfReach = false;
   /// When a hand last let a slider of the main window go.
   base::MonotonicTime sliderLetGo;
   std::optional<int> ended;
@@ -98,11 +116,14 @@ class Desk {
   shell::Rooms* Rooms() { return deck_->Built(); }
   /// The open settings, or null.
   test::SimulatedDatabase* Settings();
+  /// Lets a hand or a foot act; where that puts the position, it was chosen.
+  void Choose(const std::function<void()>& act);
   /// The first refresh is done and nothing has ended the program.
   bool AtWork();
 
  private:
   void ProvideShare();
+  void WatchFeetAndWinds();
 
   std::optional<shell::Deck> deck_;
 };

@@ -194,6 +194,10 @@ bool UsbPedalIsReadWhileWatched(Desk& desk) {
   return !usb.InReadHIDBuffer && usb.TmrHIDRead.Enabled() == (usb.MyMonitor != 0);
 }
 
+bool CompleteIsForWhatCameToItsEnd(Desk& desk) {
+  return !InWork(desk) || !desk.Main().cmdComplete.Enabled || desk.hearing.CameToItsEnd();
+}
+
 bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->refresh.tmrWorkWaitingAlert.Enabled(); }
 
 struct Invariant {
@@ -229,6 +233,8 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The device that was chosen plays.", &ChosenDevicePlays},
     Invariant{"What a closed page of the sound says is stored.", &ClosedPagesAreStored},
     Invariant{"A watched USB pedal is read.", &UsbPedalIsReadWhileWatched},
+    Invariant{"Complete is for what was brought to its end or can not be played.",
+              &CompleteIsForWhatCameToItsEnd},
     Invariant{"The alert timer runs.", &AlertTimerRuns},
 };
 

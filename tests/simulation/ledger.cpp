@@ -30,12 +30,14 @@ std::optional<Recording> Recording::Of(std::string_view contents) {
 
 bool Ledger::IsHalfCopy(std::string_view name) { return name.starts_with(kHalfCopy); }
 
+void Ledger::MayBeDeleted(const test::SimulatedDisk& disk, const std::string& path) {
+  const auto known = dictations_.find(disk.Contents(path));
+  if (known != dictations_.end()) known->second.mayBeGone = true;
+}
+
 void Ledger::AgreedToDelete(const test::SimulatedDisk& disk, const std::string& path) {
-  const std::string contents = disk.Contents(path);
-  if (const auto known = dictations_.find(contents); known != dictations_.end()) {
-    known->second.mayBeGone = true;
-  }
-  if (disk.Has(path)) deletions_.push_back({path, contents});
+  MayBeDeleted(disk, path);
+  if (disk.Has(path)) deletions_.push_back({path, disk.Contents(path)});
 }
 
 std::string Ledger::CheckDeletions(const test::SimulatedDisk& disk, bool faultStruck) {

@@ -39,8 +39,9 @@ class Ledger {
   /// Somebody outside took it away.
   void Forget(const std::string& contents) { dictations_.erase(contents); }
   bool Knows(const std::string& contents) const { return dictations_.contains(contents); }
-  /// The user has just agreed that this file be deleted: from now on it must be gone, and nothing
-  /// else may be.
+  /// The user has just agreed that this file be deleted: it may be gone, and nothing else.
+  void MayBeDeleted(const test::SimulatedDisk& disk, const std::string& path);
+  /// The same, and it must be gone from now on.
   void AgreedToDelete(const test::SimulatedDisk& disk, const std::string& path);
   /// Another program is writing these first bytes of a dictation.
   void Grows(const std::string& contents) { growing_.insert(contents); }

@@ -61,6 +61,9 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"change the view", 6, &Typist::ChangeView},
       {"click a completed row", 6, &Typist::ClickCompletedRow},
       {"work on the completed", 6, &Typist::WorkOnCompleted},
+      {"click an import row", 3, &Typist::ClickImportRow},
+      {"finish after something else", 6, &Typist::FinishAfterSomethingElse},
+      {"finish beside a rival", 4, &Typist::FinishBesideRival},
       {"look at the about box", 1, &Typist::LookAtAbout},
   };
   return habits;
@@ -118,7 +121,11 @@ C& Typist::Some(const std::vector<C*>& controls) {
 
 void Typist::Press(forms::Command& command) {
   Note("presses " + command.Name + (command.Reachable() ? "" : " out of reach"));
-  command.Press(By::Hand);
+  const forms::MainForm& main = desk_.Main();
+  const auto press = [&] { command.Press(By::Hand); };
+  const bool moves = &command == &main.cmdRewind || &command == &main.cmdForward ||
+                     &command == &main.cmdSkipBeg || &command == &main.cmdSkipEnd;
+  moves ? desk_.Choose(press) : press();
 }
 
 void Typist::PressCommand() {
@@ -213,7 +220,7 @@ void Typist::Drag(forms::Range& slider) {
     slider.Change(slider.Bounds.minimum + chance_.Below(width));
     if (chance_.OneIn(3)) desk_.loop.Advance(std::chrono::milliseconds{chance_.Below(2000)});
   }
-  slider.Release();
+  desk_.Choose([&] { slider.Release(); });
   desk_.sliderLetGo = desk_.loop.Now();
 }
 

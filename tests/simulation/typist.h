@@ -25,6 +25,9 @@ class Typist {
   /// What somebody else does while a box stands or a command waits.
   std::function<void()> OnMeanwhile;
 
+  /// Somebody puts another dictation there.
+  std::function<void(const std::string& path)> OnRival;
+
   /// One act of a typist who sits down in front of whatever shows.
   void Act();
   /// Lets some time pass, from nothing to hours.
@@ -66,6 +69,11 @@ class Typist {
   void ChangeView();
   void ClickCompletedRow();
   void WorkOnCompleted();
+  void ClickImportRow();
+  /// Chooses a document, does something else, and asks for Complete as if nothing had been.
+  void FinishAfterSomethingElse();
+  /// Finishes a document while the name that it would get is taken.
+  void FinishBesideRival();
   void LookAtAbout();
   void ChooseAndPlay();
   void PlayToTheEnd();

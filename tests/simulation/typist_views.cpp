@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include "simulation/typist.h"
+#include "store/saved_position.h"
 
 namespace tavlo::simulation {
 namespace {
@@ -59,6 +60,70 @@ void Typist::WorkOnCompleted() {
   }
 }
 
+void Typist::ClickImportRow() {
+  forms::MainForm& main = desk_.Main();
+  forms::Table& list = main.listViewImport;
+  if (!list.Reachable()) Press(main.mnuViewImport);
+  if (list.Rows().empty()) {
+    // No room fills this list yet, so its rows are laid out here.
+    for (const char* name : {"short.wav", "long.wav"}) {
+      list.Add(forms::Row{{forms::Cell{}, forms::Cell{name}, forms::Cell{"00:00:01"}}});
+    }
+  }
+  const int row = chance_.Below(static_cast<int>(list.Rows().size()));
+  Note("clicks import row " + std::to_string(row));
+  list.RowClick(row);
+}
+
+void Typist::FinishAfterSomethingElse() {
+  forms::MainForm& main = desk_.Main();
+  ClickRow();
+  switch (chance_.Below(5)) {
+    case 0:
+      Press(main.cmdUpdateFileList);
+      break;
+    case 1:
+      Press(main.mnuViewCompleted);
+      Press(main.mnuViewQueue);
+      break;
+    case 2:
+      ClickImportRow();
+      break;
+    default:
+      Press(main.mnuViewCompleted);
+      ClickCompletedRow();
+      break;
+  }
+  WaitAWhile();
+  if (chance_.OneIn(3)) {
+    Press(main.cmdPlay);
+    WaitAWhile();
+  }
+  Press(main.cmdComplete);
+}
+
+void Typist::FinishBesideRival() {
+  forms::MainForm& main = desk_.Main();
+  if (!main.cmdSkip.Reachable()) ChooseAndPlay();
+  Press(main.cmdStop);
+  if (!main.cmdSkip.Reachable()) return;
+  if (chance_.OneIn(2)) Press(main.cmdSkipEnd);
+  const std::string path = desk_.hearing.Path();
+  const std::string name = path.substr(path.rfind('/') + 1);
+  const std::string saved =
+      store::WithSavedPosition(name, desk_.Rooms()->engine.CurrentSamplePosition);
+  const std::string unsaved = store::WithSavedPosition(name, 0);
+  const std::string inQueue = Desk::Path("/Files/InQueue/");
+  const std::string completed = Desk::Path(kCompleted);
+  if (OnRival) {
+    for (const std::string& taken :
+         {inQueue + saved, inQueue + unsaved, completed + name, completed + unsaved}) {
+      if (chance_.OneIn(2)) OnRival(taken);
+    }
+  }
+  Press(chance_.OneIn(2) ? main.cmdSave : main.cmdComplete);
+}
+
 void Typist::LookAtAbout() {
   shell::Windows& windows = desk_.Windows();
   Press(windows.main.mnuAbout);
@@ -82,9 +147,12 @@ void Typist::NoteConsent(const base::MessageBox& box, base::Reply reply) {
   std::vector<std::string> names = desk_.disk.NamesIn(folder);
   std::erase_if(names,
                 [](const std::string& name) { return name.starts_with('.') || !IsWave(name); });
-  for (const std::string& name : names) ledger_.AgreedToDelete(desk_.disk, folder + name);
+  for (const std::string& name : names) {
+    desk_.completedOutOfReach ? ledger_.MayBeDeleted(desk_.disk, folder + name)
+                              : ledger_.AgreedToDelete(desk_.disk, folder + name);
+  }
   // A folder that cannot be listed shows no wave either.
-  desk_.nothingToDelete = names.empty() || desk_.disk.FaultPending();
+  desk_.nothingToDelete = names.empty() || desk_.completedOutOfReach || desk_.disk.FaultPending();
 }
 
 }  // namespace tavlo::simulation

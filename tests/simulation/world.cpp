@@ -22,6 +22,7 @@ constexpr std::array<playback::SampleCount, 8> kLengths{0,      1,      7,      
                                                         80'000, 80'000, 400'000, 20'000'000};
 constexpr std::array kRates{8000, 11'025, 16'000, 44'100};
 constexpr std::uint64_t kPlentyOfSpace = 1'000'000'000;
+constexpr std::size_t kLongestName = 255;
 /// Files in a folder from which somebody begins to clear it.
 constexpr std::size_t kFullFolder = 40;
 
@@ -86,11 +87,17 @@ void World::DropDictation() {
   // Somebody who tidies up may put one where it does not belong.
   const std::string folder = chance_.OneIn(10) ? kCompleted : kInQueue;
   const std::string name = FreeName(folder);
-  if (name.empty() || !desk_.disk.Has(Desk::Path(folder.substr(0, folder.size() - 1)))) return;
+  if (!name.empty()) DropAt(Desk::Path(folder) + name);
+}
+
+void World::DropAt(const std::string& path) {
+  const auto slash = path.rfind('/');
+  if (desk_.disk.Crashed() || desk_.disk.Has(path)) return;
+  if (!desk_.disk.Has(path.substr(0, slash)) || path.size() - slash - 1 > kLongestName) return;
   const std::string contents = NewContents();
-  desk_.disk.WithFile(Desk::Path(folder) + name, contents);
+  desk_.disk.WithFile(path, contents);
   ledger_.Came(contents);
-  trace_.Fold(name);
+  trace_.Fold(path.substr(slash + 1));
 }
 
 void World::DropMany() {
@@ -234,10 +241,13 @@ void World::MendDisk() {
 void World::KillSoon() { desk_.disk.CrashAtOperation(1 + chance_.Below(25)); }
 
 void World::BreakListing() {
+  const bool ofCompleted = chance_.OneIn(4);
+  const std::string folder = Desk::Path(ofCompleted ? kCompleted : kInQueue);
+  desk_.completedOutOfReach = desk_.completedOutOfReach || ofCompleted;
   if (chance_.OneIn(2)) {
-    desk_.disk.BreakListing(Desk::Path(kInQueue));
+    desk_.disk.BreakListing(folder);
   } else {
-    desk_.disk.BreakListingAfter(Desk::Path(kInQueue), static_cast<std::size_t>(chance_.Below(5)));
+    desk_.disk.BreakListingAfter(folder, static_cast<std::size_t>(chance_.Below(5)));
   }
 }
 
@@ -247,7 +257,8 @@ void World::RemoveEmptyFolder() {
 }
 
 void World::MendFolders() {
-  desk_.disk.MendListing(Desk::Path(kInQueue));
+  for (const char* folder : kFolders) desk_.disk.MendListing(Desk::Path(folder));
+  desk_.completedOutOfReach = false;
   for (const char* folder : {"/Files/InQueue", "/Files/Completed"}) {
     desk_.disk.WithFolder(Desk::Path(folder));
   }

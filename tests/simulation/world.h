@@ -20,6 +20,8 @@ class World {
   /// One thing happens.
   void Act();
   void DropDictation();
+  /// A dictation comes under this very name, if it is free.
+  void DropAt(const std::string& path);
   /// The disk's faults end; a disk that crashed works again.
   void MendDisk();
   /// All that was broken is mended, every program has closed its files.

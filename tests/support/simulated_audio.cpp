@@ -171,6 +171,7 @@ void SimulatedPlayer::TakeHeard() {
       heard_ += (next.block.sourceEnd - next.block.sourceBegin) * played / samples;
     }
     next.played += played;
+    FurthestHeard = std::max(FurthestHeard, next.EarAt());
     passed -= played;
     if (passed <= 0) return;
   }

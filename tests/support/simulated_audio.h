@@ -95,6 +95,8 @@ class SimulatedPlayer : public playback::AudioPlayer {
   double Level = 70;
   /// The next block throws instead of being queued.
   bool QueueThrows = false;
+  /// The furthest sample of any document that was heard; a test sets it back.
+  double FurthestHeard = 0;
   std::vector<SampleArray> Queued;  ///< Every block ever queued.
   std::vector<int> Volumes;
   std::vector<playback::EqualizerGains> Gains;
@@ -141,6 +143,12 @@ class SimulatedPlayer : public playback::AudioPlayer {
   struct Playing {
     SampleArray block;
     double played = 0;  ///< Output samples of the block that were heard.
+
+    /// The sample of the document that was heard last.
+    double EarAt() const {
+      const double part = block.values.empty() ? 0 : played / static_cast<double>(block.Samples());
+      return block.sourceBegin + (block.sourceEnd - block.sourceBegin) * part;
+    }
   };
   std::deque<Playing> queue_;
   double heard_ = 0;
