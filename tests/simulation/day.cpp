@@ -102,6 +102,7 @@ std::string Day::Look() {
   std::string wrong = ledger_.Check(desk_.disk, world_.TakeStruck());
   if (wrong.empty() && desk_.AtWork()) wrong = BrokenInvariant(desk_);
   if (wrong.empty()) wrong = desk_.hearing.TakeFault();
+  if (wrong.empty()) wrong = typist_.TookWrongly();
   if (wrong.empty()) wrong = typist_.DisobeyedPedal();
   if (wrong.empty()) wrong = typist_.DisobeyedMixer();
   if (!wrong.empty()) trace_.Note(Described(desk_));

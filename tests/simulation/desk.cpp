@@ -52,6 +52,9 @@ OpenResult SoundsOnDisk::OpenFile(const std::string& path) {
   if (!disk_.Has(path) || Barred.contains(contents)) OutOfReach.insert(path);
   const auto recording = Recording::Of(contents);
   if (recording) Sounds[path] = {recording->samples, recording->rate, recording->channels};
+  if (const auto hole = Readable.find(contents); recording && hole != Readable.end()) {
+    Sounds[path].readable = hole->second;
+  }
   const OpenResult opened = SimulatedAudioFile::OpenFile(path);
   const bool told = OpenStatus() >= 0 && opened != OpenResult::OutOfReach;
   if (told && OnOpened) OnOpened(path, recording);
@@ -65,6 +68,7 @@ Desk::Desk(const Conditions& conditions) {
   };
   disk.OnGone = [this](const std::string& from, const std::string& to) {
     hearing.Renamed(from, to);
+    if (OnGone) OnGone(from, to);
   };
   mixer.Devices = {{{.name = "Output"}, {.name = "Tavlo Deck"}, {.name = "Microphone"}},
                    {{.name = "Headset", .volume = 20'000}}};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -61,10 +62,14 @@ class SoundsOnDisk : public test::SimulatedAudioFile {
 
   /// Contents of files that may not be opened.
   std::set<std::string> Barred;
+  /// Contents of files that can be read up to this sample and no further.
+  std::map<std::string, playback::SampleCount> Readable;
   /// The program could look into a file; what can be heard of it, if anything.
   std::function<void(const std::string& path, const std::optional<Recording>& sound)> OnOpened;
 
   playback::OpenResult OpenFile(const std::string& path) override;
+  /// The sound that is open, or null.
+  test::SimulatedSound* Open() { return IsOpen() ? &Sounds.begin()->second : nullptr; }
 
  private:
   const test::SimulatedDisk& disk_;
@@ -101,6 +106,8 @@ class Desk {
   /// When a hand last let a slider of the main window go.
   base::MonotonicTime sliderLetGo;
   std::optional<int> ended;
+  /// The program has moved, renamed or (`to` is empty) deleted something.
+  std::function<void(const std::string& from, const std::string& to)> OnGone;
 
   static std::string Path(const std::string& below) { return kRoot + below; }
   static std::string SettingsPath() { return Path("/Lyrane_Tavlo_Deck.mdb"); }

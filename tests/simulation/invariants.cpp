@@ -194,8 +194,15 @@ bool UsbPedalIsReadWhileWatched(Desk& desk) {
   return !usb.InReadHIDBuffer && usb.TmrHIDRead.Enabled() == (usb.MyMonitor != 0);
 }
 
+/// A key acts only on what the window shows.
+bool CompleteIsForWhatShows(Desk& desk) {
+  const MainForm& main = desk.Main();
+  return !main.cmdComplete.Enabled || InWork(desk) ||
+         (main.frameInQueue.Visible && main.listViewInQueue.ListIndex >= 0);
+}
+
 bool CompleteIsForWhatCameToItsEnd(Desk& desk) {
-  return !InWork(desk) || !desk.Main().cmdComplete.Enabled || desk.hearing.CameToItsEnd();
+  return !desk.Main().cmdComplete.Enabled || desk.hearing.CameToItsEnd();
 }
 
 bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->refresh.tmrWorkWaitingAlert.Enabled(); }
@@ -233,6 +240,8 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The device that was chosen plays.", &ChosenDevicePlays},
     Invariant{"What a closed page of the sound says is stored.", &ClosedPagesAreStored},
     Invariant{"A watched USB pedal is read.", &UsbPedalIsReadWhileWatched},
+    Invariant{"Complete is for the document in work or the row that is highlighted.",
+              &CompleteIsForWhatShows},
     Invariant{"Complete is for what was brought to its end or can not be played.",
               &CompleteIsForWhatCameToItsEnd},
     Invariant{"The alert timer runs.", &AlertTimerRuns},

@@ -26,6 +26,7 @@ Typist::Typist(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance 
       trace_(trace),
       foot_(desk, conditions, chance.Child("foot"), trace),
       mixerHand_(desk, chance.Child("mixer"), trace),
+      takings_(desk),
       hand_(desk.loop, "hand", 1000ms) {
   hand_.OnTick = [this] { Interrupt(); };
   mixerHand_.OnMeanwhile = [this] {
@@ -122,7 +123,7 @@ C& Typist::Some(const std::vector<C*>& controls) {
 void Typist::Press(forms::Command& command) {
   Note("presses " + command.Name + (command.Reachable() ? "" : " out of reach"));
   const forms::MainForm& main = desk_.Main();
-  const auto press = [&] { command.Press(By::Hand); };
+  const auto press = [&] { takings_.Press(command); };
   const bool moves = &command == &main.cmdRewind || &command == &main.cmdForward ||
                      &command == &main.cmdSkipBeg || &command == &main.cmdSkipEnd;
   moves ? desk_.Choose(press) : press();

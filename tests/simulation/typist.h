@@ -11,6 +11,7 @@
 #include "simulation/foot.h"
 #include "simulation/ledger.h"
 #include "simulation/mixer_hand.h"
+#include "simulation/takings.h"
 #include "simulation/trace.h"
 
 namespace tavlo::simulation {
@@ -52,6 +53,8 @@ class Typist {
   std::string DisobeyedPedal() { return foot_.Disobeyed(); }
   /// The same against the hand on the mixer page.
   std::string DisobeyedMixer() { return mixerHand_.Disobeyed(); }
+  /// The same of what keys have taken that they may not take.
+  std::string TookWrongly() { return takings_.TakeFault(); }
   /// Whether boxes are answered at once and nothing happens meanwhile.
   void StayCalm(bool calm);
 
@@ -113,6 +116,7 @@ class Typist {
   Trace& trace_;
   Foot foot_;
   MixerHand mixerHand_;
+  Takings takings_;
   /// Acts in the middle of a command that waits.
   base::Timer hand_;
   int actsUnderWay_ = 0;

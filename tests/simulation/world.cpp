@@ -52,6 +52,10 @@ const std::vector<World::Event>& World::Events() {
       {"kill soon", 6, &Conditions::programIsKilled, &World::KillSoon},
       {"sound breaks", 8, &Conditions::soundFails, &World::BreakSound},
       {"sound is mended", 10, &Conditions::soundFails, &World::MendSound},
+      {"reading breaks", 5, &Conditions::soundFails, &World::BreakReading},
+      {"reading is mended", 5, &Conditions::soundFails, &World::MendReading},
+      {"a block is lost", 5, &Conditions::soundFails, &World::LoseBlock},
+      {"cut off", 4, &Conditions::othersInterfere, &World::CutOff},
       {"a source is turned", 4, &Conditions::othersMix, &World::TurnSource},
       {"a source comes", 2, &Conditions::othersMix, &World::AddSource},
       {"a source goes", 2, &Conditions::othersMix, &World::RemoveSource},
@@ -339,6 +343,7 @@ void World::ForgetAllCopies(const std::string& contents) {
   for (const std::string& path : desk_.disk.FilesHolding(contents)) desk_.disk.Remove(path);
   ledger_.Forget(contents);
   desk_.file.Barred.erase(contents);
+  desk_.file.Readable.erase(contents);
 }
 
 }  // namespace tavlo::simulation

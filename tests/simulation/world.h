@@ -62,6 +62,10 @@ class World {
   void RemoveEmptyFolder();
   void BarFile();
   void BreakSound();
+  void BreakReading();
+  void MendReading();
+  void LoseBlock();
+  void CutOff();
   void MendSound();
   // Somebody works on the desktop's mixer.
   void TurnSource();

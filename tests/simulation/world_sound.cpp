@@ -1,4 +1,5 @@
 #include <array>
+#include <limits>
 
 #include "simulation/world.h"
 
@@ -28,6 +29,46 @@ void World::MendSound() {
   desk_.player.StatusAfterStart = 0;
   desk_.player.Connected = true;
   desk_.file.InTrouble = false;
+  MendReading();
+}
+
+void World::BreakReading() {
+  test::SimulatedSound* const open = desk_.file.Open();
+  const std::string contents = desk_.disk.Contents(desk_.hearing.Path());
+  if (!open || !Recording::Of(contents)) return;
+  open->readable = chance_.Below(static_cast<int>(open->samples) + 1);
+  desk_.file.Readable[contents] = open->readable;
+}
+
+void World::MendReading() {
+  desk_.file.Readable.clear();
+  desk_.file.ReadThrows = false;
+  desk_.transform.Throws = false;
+  desk_.player.QueueThrows = false;
+  if (test::SimulatedSound* const open = desk_.file.Open()) {
+    open->readable = std::numeric_limits<playback::SampleCount>::max();
+  }
+}
+
+void World::LoseBlock() {
+  const int kind = chance_.Below(3);
+  if (kind == 0) desk_.file.ReadThrows = true;
+  if (kind == 1) desk_.transform.Throws = true;
+  if (kind == 2) desk_.player.QueueThrows = true;
+}
+
+void World::CutOff() {
+  const std::string path = desk_.hearing.Path();
+  const std::string before = desk_.disk.Contents(path);
+  auto cut = Recording::Of(before);
+  const bool alone = desk_.disk.FilesHolding(before).size() == 1;
+  if (!cut || !alone || !ledger_.Knows(before) || desk_.file.Barred.contains(before)) return;
+  cut->number = ledger_.NewNumber();
+  cut->samples = chance_.Below(static_cast<int>(cut->samples) + 1);
+  desk_.disk.Write(path, cut->Contents());
+  ledger_.Forget(before);
+  ledger_.Came(cut->Contents());
+  if (test::SimulatedSound* const open = desk_.file.Open()) open->readable = cut->samples;
 }
 
 test::SimulatedSource* World::SomeSource() {

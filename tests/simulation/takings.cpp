@@ -1,0 +1,101 @@
+#include "simulation/takings.h"
+
+#include <utility>
+
+#include "simulation/trace.h"
+
+namespace tavlo::simulation {
+namespace {
+
+const std::string kInQueue = Desk::Path("/Files/InQueue/");
+const std::string kCompleted = Desk::Path("/Files/Completed/");
+const std::string kRescued = Desk::Path("/Files/Rescued/");
+constexpr const char* kSetAside = ".Rescued ";
+
+std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
+/// Half copies and what was set aside stand behind a dot; they are no documents of a list.
+bool IsDocument(const std::string& path) {
+  const std::string folder = FolderOf(path);
+  return (folder == kInQueue || folder == kCompleted) && path[folder.size()] != '.';
+}
+
+bool IsSetAside(const std::string& from, const std::string& to) {
+  return to.starts_with(kRescued) || to.starts_with(FolderOf(from) + kSetAside);
+}
+
+}  // namespace
+
+Takings::Takings(Desk& desk) : desk_(desk) {
+  desk_.OnGone = [this](const std::string& from, const std::string& to) { LookAt(from, to); };
+}
+
+void Takings::Press(forms::Command& command) {
+  Wish wish = WishOf(command);
+  During(std::move(wish), [&] { command.Press(forms::By::Hand); });
+}
+
+void Takings::WhileTheSessionEnds(const std::function<void()>& end) {
+  During({.name = "The end of the session", .mayTake = InWork()}, end);
+}
+
+Takings::Wish Takings::WishOf(const forms::Command& command) const {
+  const forms::MainForm& main = desk_.Main();
+  Wish wish{.name = command.Name};
+  if (!command.Reachable() || !desk_.Rooms()) return wish;
+  if (&command == &main.cmdComplete || &command == &main.cmdSave) {
+    wish.mayTake = InWork();
+    if (wish.mayTake.empty()) {
+      wish.mayTake = Highlighted(main.listViewInQueue, main.frameInQueue, kInQueue);
+    }
+    if (&command == &main.cmdComplete) wish.givesWay = kCompleted;
+  } else if (&command == &main.cmdMoveToQueue || &command == &main.cmdDeleteOneCompleted) {
+    wish.mayTake = Highlighted(main.listViewCompleted, main.frameCompleted, kCompleted);
+    if (&command == &main.cmdMoveToQueue) wish.givesWay = kInQueue;
+  } else if (&command == &main.cmdDeleteAllCompleted) {
+    wish.mayClear = true;
+  }
+  return wish;
+}
+
+std::set<std::string> Takings::InWork() const {
+  const bool inWork = desk_.Rooms() && desk_.Rooms()->mainWindow.MiniPlayerShows();
+  if (!inWork || desk_.hearing.Path().empty()) return {};
+  return {desk_.hearing.Path()};
+}
+
+std::set<std::string> Takings::Highlighted(const forms::Table& list, const forms::Pane& frame,
+                                           const std::string& folder) {
+  if (!frame.Visible || list.ListIndex < 0) return {};
+  return {folder + list.TextAt(list.ListIndex, forms::document_column::FileName)};
+}
+
+void Takings::During(Wish wish, const std::function<void()>& act) {
+  wishes_.push_back(std::move(wish));
+  act();
+  wishes_.pop_back();
+}
+
+void Takings::LookAt(const std::string& from, const std::string& to) {
+  if (!IsDocument(from)) return;
+  if (wishes_.empty()) return Note("Nobody asked, and away goes " + Readable(from));
+  Wish& wish = wishes_.back();
+  if (wish.mayClear && FolderOf(from) == kCompleted) return;
+  if (!wish.mayTake.contains(from)) {
+    const bool givesWay = FolderOf(from) == wish.givesWay && IsSetAside(from, to);
+    if (!givesWay) {
+      Note(wish.name + " takes what was neither in work nor highlighted: " + Readable(from) +
+           " becomes " + Readable(to));
+    }
+    return;
+  }
+  wish.mayTake.insert(to);
+}
+
+void Takings::Note(const std::string& fault) {
+  if (fault_.empty()) fault_ = fault;
+}
+
+std::string Takings::TakeFault() { return std::exchange(fault_, ""); }
+
+}  // namespace tavlo::simulation

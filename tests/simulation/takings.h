@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "simulation/desk.h"
+
+namespace tavlo::simulation {
+
+/// Holds what the program moves, renames and deletes against what stood in front of the typist when
+/// a key was pressed: a key may take the document in work, or the highlighted row of the list that
+/// shows, and nothing else.
+class Takings {
+ public:
+  explicit Takings(Desk& desk);
+
+  /// A hand presses the command. What the program does until that is over, it does for it.
+  void Press(forms::Command& command);
+  /// The desktop session ends, which may store the position of the document in work.
+  void WhileTheSessionEnds(const std::function<void()>& end);
+
+  /// The empty text, or what was wrong first since the last call.
+  std::string TakeFault();
+
+ private:
+  /// One thing that somebody asked for.
+  struct Wish {
+    std::string name;
+    /// Full paths of documents.
+    std::set<std::string> mayTake;
+    /// Folder in which a document that stands in the way is set aside; empty for none.
+    std::string givesWay;
+    /// Any document of the Completed folder, because the user has agreed.
+    bool mayClear = false;
+  };
+
+  Wish WishOf(const forms::Command& command) const;
+  std::set<std::string> InWork() const;
+  static std::set<std::string> Highlighted(const forms::Table& list, const forms::Pane& frame,
+                                           const std::string& folder);
+  void During(Wish wish, const std::function<void()>& act);
+  void LookAt(const std::string& from, const std::string& to);
+  void Note(const std::string& fault);
+
+  Desk& desk_;
+  /// The last one is under way, those before it wait for it.
+  std::vector<Wish> wishes_;
+  std::string fault_;
+};
+
+}  // namespace tavlo::simulation
