@@ -133,6 +133,7 @@ void SimulatedPlayer::StopOutput() {
 void SimulatedPlayer::QueueArray(SampleArray block) {
   FaultIf(QueueThrows);
   Queued.push_back(block);
+  freshQueue_ = false;
   endRaised_ = false;
   if (queue_.empty()) playedUpTo_ = loop_.Now();
   queue_.push_back({std::move(block)});
