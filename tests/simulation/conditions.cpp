@@ -18,6 +18,7 @@ constexpr std::array kTroubles{
     Trouble{"others", &Conditions::othersInterfere}, Trouble{"hands", &Conditions::handsInterrupt},
     Trouble{"sleep", &Conditions::machineSleeps},    Trouble{"cables", &Conditions::cablesGo},
     Trouble{"watcher", &Conditions::watcherFalters}, Trouble{"mixer", &Conditions::othersMix},
+    Trouble{"session", &Conditions::sessionEnds},
 };
 
 struct Setting {

@@ -25,6 +25,7 @@ struct Conditions {
   bool cablesGo = false;
   bool watcherFalters = false;
   bool othersMix = false;
+  bool sessionEnds = false;
 
   /// Folders below the root that lie on file systems of their own.
   std::vector<std::string> fileSystems;

@@ -53,12 +53,21 @@ std::string Day::Step() {
   } else if (conditions_.programIsKilled) {
     Perish();
   }
+  if (desk_.SessionEnds()) return FollowTheEndOfTheSession();
   if (desk_.disk.Crashed()) Perish();
   if (desk_.ended) {
     const std::string wrong = LookAtTheEnd();
     if (!wrong.empty()) return wrong;
     Restart();
   }
+  return Look();
+}
+
+std::string Day::FollowTheEndOfTheSession() {
+  if (!desk_.ended) return "The session has ended, and the program goes on.";
+  trace_.Note("  the session has ended");
+  desk_.disk.Heal();
+  Restart();
   return Look();
 }
 

@@ -29,6 +29,7 @@ class Day {
   std::string Step();
   std::string Settle();
   std::string SettleCalmly();
+  std::string FollowTheEndOfTheSession();
   void Restart();
   void Perish();
   std::string Look();

@@ -118,7 +118,7 @@ void Desk::Start() {
                                 .shareFolder = kShare,
                                 .anotherCopyRuns = [this] { return anotherCopy; },
                                 .showSystemInformation = [] { return false; },
-                                .endProcess = [this](int status) { ended = status; }});
+                                .endProcess = [this](int status) { TakeEnd(status); }});
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();
   if (Rooms()) WatchFeetAndWinds();
@@ -144,7 +144,19 @@ void Desk::Choose(const std::function<void()>& act) {
   if (!wasAtItsEnd && complete.Enabled) hearing.Chosen(engine.FileLength);
 }
 
+void Desk::EndSession(bool now) {
+  sessionEnds_ = true;
+  now ? deck_->EndSessionNow() : deck_->EndSession();
+}
+
+void Desk::TakeEnd(int status) {
+  ended = status;
+  // The process is gone at once, whatever command was under way.
+  if (sessionEnds_) disk.CrashAtOperation(0);
+}
+
 void Desk::Kill() {
+  sessionEnds_ = false;
   deck_.reset();
   nothingToDelete = false;
   // The machine takes back what a process held.

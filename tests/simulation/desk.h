@@ -114,6 +114,10 @@ class Desk {
 
   /// Starts the program and returns at once; the splash stands.
   void Start();
+  /// The desktop's session ends; `now` where the loop would never turn again. Once the program has
+  /// ended nothing that it still does reaches the disk.
+  void EndSession(bool now);
+  bool SessionEnds() const { return sessionEnds_; }
   /// The process is gone, in the middle of whatever it did.
   void Kill();
 
@@ -132,6 +136,9 @@ class Desk {
   void ProvideShare();
   void WatchFeetAndWinds();
 
+  void TakeEnd(int status);
+
+  bool sessionEnds_ = false;
   std::optional<shell::Deck> deck_;
 };
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "simulation/trace.h"
+#include "store/saved_position.h"
 
 namespace tavlo::simulation {
 namespace {
@@ -10,6 +11,7 @@ namespace {
 const std::string kInQueue = Desk::Path("/Files/InQueue/");
 const std::string kCompleted = Desk::Path("/Files/Completed/");
 const std::string kRescued = Desk::Path("/Files/Rescued/");
+constexpr std::size_t kLongestName = 255;
 constexpr const char* kSetAside = ".Rescued ";
 
 std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
@@ -35,8 +37,35 @@ void Takings::Press(forms::Command& command) {
   During(std::move(wish), [&] { command.Press(forms::By::Hand); });
 }
 
-void Takings::WhileTheSessionEnds(const std::function<void()>& end) {
-  During({.name = "The end of the session", .mayTake = InWork()}, end);
+void Takings::EndSession(bool now) {
+  if (!desk_.Rooms() || desk_.ended || desk_.disk.Crashed()) return;
+  Wish wish{.name = "The end of the session", .mayTake = InWork()};
+  const bool alone = wishes_.empty() && wish.mayTake.size() == 1 && !desk_.disk.FaultPending();
+  const std::string path = alone ? desk_.hearing.Path() : "";
+  const std::string contents = desk_.disk.Contents(path);
+  // What a key has asked for and not done yet is done now.
+  for (const Wish& waiting : wishes_) {
+    wish.mayTake.insert(waiting.mayTake.begin(), waiting.mayTake.end());
+    wish.givesWay = waiting.givesWay;
+  }
+  const std::size_t boxes = desk_.loop.Shown.size();
+  During(std::move(wish), [&] { desk_.EndSession(now); });
+  if (desk_.loop.Shown.size() != boxes) Note("The end of the session asks.");
+  if (now && !desk_.ended) Note("The session has ended, and the program goes on.");
+  if (alone) LookWhetherItIsStored(path, contents);
+}
+
+void Takings::LookWhetherItIsStored(const std::string& path, const std::string& contents) {
+  const std::string folder = FolderOf(path);
+  const std::string stored =
+      folder + store::WithSavedPosition(path.substr(folder.size()),
+                                        desk_.Rooms()->engine.CurrentSamplePosition);
+  const bool isThere = desk_.disk.Contents(stored) == contents;
+  const bool keptItsName = desk_.disk.Contents(path) == contents;
+  const bool couldNot = desk_.disk.Has(stored) || stored.size() - folder.size() > kLongestName;
+  if (!isThere && !(keptItsName && couldNot)) {
+    Note("The end of the session has not stored " + Readable(stored));
+  }
 }
 
 Takings::Wish Takings::WishOf(const forms::Command& command) const {

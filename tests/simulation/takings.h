@@ -18,8 +18,8 @@ class Takings {
 
   /// A hand presses the command. What the program does until that is over, it does for it.
   void Press(forms::Command& command);
-  /// The desktop session ends, which may store the position of the document in work.
-  void WhileTheSessionEnds(const std::function<void()>& end);
+  /// The desktop's session ends, which stores the position of a document in work.
+  void EndSession(bool now);
 
   /// The empty text, or what was wrong first since the last call.
   std::string TakeFault();
@@ -42,6 +42,7 @@ class Takings {
                                            const std::string& folder);
   void During(Wish wish, const std::function<void()>& act);
   void LookAt(const std::string& from, const std::string& to);
+  void LookWhetherItIsStored(const std::string& path, const std::string& contents);
   void Note(const std::string& fault);
 
   Desk& desk_;

@@ -65,6 +65,7 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"click an import row", 3, &Typist::ClickImportRow},
       {"finish after something else", 6, &Typist::FinishAfterSomethingElse},
       {"finish beside a rival", 4, &Typist::FinishBesideRival},
+      {"end the session", 1, &Typist::EndSession},
       {"look at the about box", 1, &Typist::LookAtAbout},
   };
   return habits;

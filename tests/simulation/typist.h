@@ -77,6 +77,7 @@ class Typist {
   void FinishAfterSomethingElse();
   /// Finishes a document while the name that it would get is taken.
   void FinishBesideRival();
+  void EndSession();
   void LookAtAbout();
   void ChooseAndPlay();
   void PlayToTheEnd();

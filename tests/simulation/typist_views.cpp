@@ -124,6 +124,10 @@ void Typist::FinishBesideRival() {
   Press(chance_.OneIn(2) ? main.cmdSave : main.cmdComplete);
 }
 
+void Typist::EndSession() {
+  if (conditions_.sessionEnds) takings_.EndSession(/*now=*/chance_.OneIn(2));
+}
+
 void Typist::LookAtAbout() {
   shell::Windows& windows = desk_.Windows();
   Press(windows.main.mnuAbout);
