@@ -44,10 +44,10 @@ constexpr ControlRule kEnabled[] = {
     {&The<&MainForm::cmdForward>, {off, off, off, off, on}},
     {&The<&MainForm::cmdSkipEnd>, {off, off, off, off, on}},
     {&The<&MainForm::cmdStop>, {off, off, off, off, on}},
-    // Complete can be pressed from another view after a document that cannot be played, and Auto
-    // Queue then selects the next one there.
-    {&The<&MainForm::cmdPlay>, {any, any, any, any, on}},
-    {&The<&MainForm::slPosition>, {any, any, any, any, on}},
+    // A view without a document of the Queue has none to play, to place or to complete.
+    {&The<&MainForm::cmdPlay>, {any, off, off, off, on}},
+    {&The<&MainForm::cmdComplete>, {any, off, off, off, any}},
+    {&The<&MainForm::slPosition>, {any, off, off, off, on}},
     {&The<&MainForm::Slider1>, {any, any, any, any, on}},
     {&The<&MainForm::sldVol>, {on, on, on, any, any}},
     {&The<&MainForm::cmdEQ>, {any, any, any, any, on}},

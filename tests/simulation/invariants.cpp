@@ -201,6 +201,15 @@ bool CompleteIsForWhatShows(Desk& desk) {
          (main.frameInQueue.Visible && main.listViewInQueue.ListIndex >= 0);
 }
 
+bool StripTellsOfWhatShows(Desk& desk) {
+  const MainForm& main = desk.Main();
+  if (InWork(desk) || (main.frameInQueue.Visible && main.listViewInQueue.ListIndex >= 0)) {
+    return true;
+  }
+  return std::ranges::all_of(main.StatusBar1.Panels.Get(),
+                             [](const std::string& text) { return text.empty(); });
+}
+
 bool CompleteIsForWhatCameToItsEnd(Desk& desk) {
   return !desk.Main().cmdComplete.Enabled || desk.hearing.CameToItsEnd();
 }
@@ -242,6 +251,8 @@ constexpr Invariant kInvariants[] = {
     Invariant{"A watched USB pedal is read.", &UsbPedalIsReadWhileWatched},
     Invariant{"Complete is for the document in work or the row that is highlighted.",
               &CompleteIsForWhatShows},
+    Invariant{"The strip tells of the document in work or the row that is highlighted.",
+              &StripTellsOfWhatShows},
     Invariant{"Complete is for what was brought to its end or can not be played.",
               &CompleteIsForWhatCameToItsEnd},
     Invariant{"The alert timer runs.", &AlertTimerRuns},

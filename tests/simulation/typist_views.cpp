@@ -141,7 +141,8 @@ void Typist::LookAtAbout() {
 }
 
 void Typist::NoteConsent(const base::MessageBox& box, base::Reply reply) {
-  if (reply != base::Reply::Yes) return;
+  // What is agreed to under a session that has ended, nobody hears.
+  if (reply != base::Reply::Yes || desk_.ended) return;
   if (box.text == kExitQuestion) agreedToExit_ = true;
   const std::string folder = Desk::Path(kCompleted);
   if (box.text == kDeleteOneQuestion && !clickedCompleted_.empty()) {
