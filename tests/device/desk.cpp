@@ -45,7 +45,7 @@ bool Desk::LayOut() {
                  {"WindIncrement", "10"},
                  {"AutoBackspace", "0"}});
   home.AddToQueue(document, ThreeTones());
-  return server.Start() && recorder.Start();
+  return server.StartWithPrecedence() && recorder.Start();
 }
 
 bool Desk::RunTests() {

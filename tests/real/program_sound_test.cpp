@@ -71,7 +71,7 @@ Sound Sweep(double seconds) {
 /// The program with a sound card, and a tone and a sweep in the Queue.
 struct ProgramSound : testing::Test {
   void SetUp() override {
-    ASSERT_TRUE(server.Start());
+    ASSERT_TRUE(server.StartWithPrecedence());
     Record();
     home.MakeRoot({{"AutoPreview", "0"},
                    {"AudioPromptsFlag", "N"},
@@ -324,7 +324,7 @@ TEST_F(ProgramSound, LosesItsServerKeepsThePlaceAndPlaysWhenTheServerIsBack) {
     Stop();
     EXPECT_EQ(Position(), reached);
 
-    ASSERT_TRUE(server.Start());
+    ASSERT_TRUE(server.StartWithPrecedence());
     Record();
     Play();
     ASSERT_TRUE(Until([&] { return Position() > reached + 0.7; }));

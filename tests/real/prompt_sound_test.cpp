@@ -34,7 +34,7 @@ struct PromptSoundTest : testing::Test {
   static void SetUpTestSuite() {
     server = std::make_unique<SoundServer>();
     recorder = std::make_unique<SoundRecorder>();
-    ready = server->Start() && recorder->Start();
+    ready = server->StartWithPrecedence() && recorder->Start();
   }
   static void TearDownTestSuite() {
     recorder.reset();

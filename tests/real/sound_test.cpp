@@ -33,7 +33,7 @@ struct SoundTest : testing::Test {
   static void SetUpTestSuite() {
     server = std::make_unique<SoundServer>();
     recorder = std::make_unique<SoundRecorder>();
-    ready = server->Start() && recorder->Start();
+    ready = server->StartWithPrecedence() && recorder->Start();
   }
   static void TearDownTestSuite() {
     recorder.reset();
@@ -250,7 +250,7 @@ TEST(SoundWithoutAServer, SaysSoAtTheStartWithoutAFaultAndStaysCalm) {
 
 TEST(SoundOfADyingServer, EndsAndKeepsThePositionAndComesBackWithIt) {
   SoundServer server;
-  ASSERT_TRUE(server.Start());
+  ASSERT_TRUE(server.StartWithPrecedence());
   auto recorder = std::make_unique<SoundRecorder>();
   ASSERT_TRUE(recorder->Start());
   PlainLoop loop;
@@ -280,7 +280,7 @@ TEST(SoundOfADyingServer, EndsAndKeepsThePositionAndComesBackWithIt) {
     EXPECT_LT(player.OpenStatus(), 0);
   }));
 
-  ASSERT_TRUE(server.Start());
+  ASSERT_TRUE(server.StartWithPrecedence());
   recorder = std::make_unique<SoundRecorder>();
   ASSERT_TRUE(recorder->Start());
   Retake([&] {

@@ -17,7 +17,7 @@ void Render(platform::CubebDevice& device, int milliseconds) {
 
 TEST(CubebDevice, KeepsMoreAheadAfterEachDroughtUpToItsLimit) {
   SoundServer server;
-  ASSERT_TRUE(server.Start());
+  ASSERT_TRUE(server.StartWithPrecedence());
   platform::RtMixer mixer;
   platform::CubebDevice device;
   mixer.SetRate(kRate);

@@ -33,7 +33,7 @@ std::string LongTone() {
 /// The real program plays a document; beside the output that is recorded there is a second one.
 struct DisturbedProgram : testing::Test {
   void SetUp() override {
-    ASSERT_TRUE(server.Start());
+    ASSERT_TRUE(server.StartWithPrecedence());
     second = PlugInOutput("Second");
     ASSERT_TRUE(recorder.Start());
     home.MakeRoot({{"AutoPreview", "0"},

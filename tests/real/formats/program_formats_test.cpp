@@ -44,7 +44,7 @@ double PlaceAtEndOf(const Sound& heard) {
 
 struct ProgramFormats : testing::Test {
   void SetUp() override {
-    ASSERT_TRUE(server.Start());
+    ASSERT_TRUE(server.StartWithPrecedence());
     ASSERT_TRUE(recorder.Start());
     home.MakeRoot({{"AutoPreview", "3"},
                    {"AudioPromptsFlag", "N"},

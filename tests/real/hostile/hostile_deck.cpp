@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sched.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -252,9 +251,6 @@ class Run {
 
 int RunHostileDeck(const std::string& originals, const std::string& script,
                    const std::string& report) {
-  // No sound is measured here, so this goes before nobody.
-  const sched_param ordinary{.sched_priority = 0};
-  ::sched_setscheduler(0, SCHED_OTHER, &ordinary);
   const Home home;
   home.MakeRoot({{"AutoPreview", "5"}});
   Run run(home, Mutations(ReadOriginals(originals), ReadFile(script), kSeed));

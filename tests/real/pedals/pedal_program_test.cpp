@@ -36,7 +36,7 @@ std::string LongTone() {
 /// The real program with a document selected, and a foot on the stand-in for the watcher library.
 struct PedalProgram : testing::Test {
   void SetUp() override {
-    ASSERT_TRUE(server.Start());
+    ASSERT_TRUE(server.StartWithPrecedence());
     ASSERT_TRUE(recorder.Start());
     home.MakeRoot({{"AutoPreview", "0"},
                    {"AudioPromptsFlag", "N"},

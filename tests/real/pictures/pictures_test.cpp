@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sched.h>
 
 #include <QApplication>
 #include <QTabBar>
@@ -274,9 +273,6 @@ TEST_P(PicturesAt, EveryStateIsLegibleAndWhole) {
   Sitting desk(percent, screen, factor);
   SoundServer server;
   ASSERT_TRUE(server.Start());
-  // Pictures can wait; whoever measures sound cannot.
-  const sched_param asOthers{};
-  sched_setscheduler(0, SCHED_OTHER, &asOthers);
   desk.home.MakeRoot(kAsShipped);
   FillQueue(desk.home);
   if (std::string_view(factor) == "1") {

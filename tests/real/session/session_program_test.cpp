@@ -37,7 +37,7 @@ std::string LongTone() {
 /// A typist in the middle of a document when the session ends.
 struct SessionProgram : testing::Test {
   void SetUp() override {
-    ASSERT_TRUE(server.Start());
+    ASSERT_TRUE(server.StartWithPrecedence());
     home.MakeRoot({{"AutoPreview", "0"},
                    {"AudioPromptsFlag", "N"},
                    {"AutoQueueDocumentFlag", "N"},

@@ -39,13 +39,6 @@ void ReachServersAt(const std::filesystem::path& folder) {
   setenv("PULSE_SERVER", ("unix:" + (folder / "native").string()).c_str(), 1);
 }
 
-/// Sound that is measured must not stutter because other programs are busy. Where the machine
-/// allows it, this process and what it starts go before them.
-void TakePrecedence() {
-  const sched_param first{.sched_priority = 1};
-  sched_setscheduler(0, SCHED_RR, &first);
-}
-
 }  // namespace
 
 bool ChildProcess::Start(const std::vector<std::string>& command, int outputTo) {
@@ -83,7 +76,6 @@ SoundServer::~SoundServer() {
 
 bool SoundServer::Start() {
   if (folder_.empty()) return false;
-  TakePrecedence();
   ReachServersAt(folder_);
   const std::filesystem::path socketPath = folder_ / "native";
   std::filesystem::remove(socketPath);
@@ -98,6 +90,12 @@ bool SoundServer::Start() {
     Sleep(50ms);
   }
   return false;
+}
+
+bool SoundServer::StartWithPrecedence() {
+  const sched_param first{.sched_priority = 1};
+  sched_setscheduler(0, SCHED_RR, &first);
+  return Start();
 }
 
 void SoundServer::HideServers() { ReachServersAt("/nonexistent-deck-sound"); }

@@ -36,6 +36,10 @@ class SoundServer {
 
   /// False when the server does not come up.
   bool Start();
+  /// The same for sound that is recorded, which must not stutter because other programs are busy:
+  /// where the machine allows it, this thread and all that it starts go before them from here on.
+  /// No test may do so that does not listen, for whoever goes before others can also starve them.
+  bool StartWithPrecedence();
   /// Kills it under whoever plays.
   void Kill() { server_.Kill(); }
 
