@@ -110,7 +110,7 @@ void TopWindow::Show() {
   }
   ShowShape();
   ShowPlace();
-  if (isVisible() != form_.Visible) setVisible(form_.Visible);
+  ShowVisible();
   ShowFocus();
 }
 
@@ -123,8 +123,30 @@ void TopWindow::ShowShape() {
   }
   shownMinimized_ = WantsMinimized();
   wentAway_ = false;
-  setWindowState(shownMinimized_ ? Qt::WindowMinimized : Qt::WindowNoState);
-  if (!shownMinimized_) raise();
+  comesBack_ = !shownMinimized_;
+  if (comesBack_) {
+    ComeBack();
+  } else {
+    setWindowState(Qt::WindowMinimized);
+  }
+}
+
+void TopWindow::ComeBack() {
+  // The toolkit asks for a window by mapping it. A manager that keeps what is minimized mapped
+  // would never hear of that, so the window is taken from it and given to it anew. Asked to
+  // activate it instead, it refuses while another window is being typed in.
+  if (isVisible() && IsMapped(*windowHandle())) hide();
+  setWindowState(Qt::WindowNoState);
+  raise();
+}
+
+void TopWindow::ShowVisible() {
+  if (isVisible() == form_.Visible) return;
+  // What comes back by itself must not take the keyboard from whom is typing. The toolkit would
+  // remember that for each later show.
+  setAttribute(Qt::WA_ShowWithoutActivating, comesBack_);
+  windowHandle()->setProperty("_q_showWithoutActivating", comesBack_);
+  setVisible(form_.Visible);
 }
 
 void TopWindow::ShowPlace() {
@@ -156,6 +178,7 @@ void TopWindow::Settled() {
   TellActivated();
   ReturnToAScreen();
   StayUnminimized();
+  ComeForward();
   if (!isVisible() || isMinimized() || WantsMinimized()) return;
   // A wish of the form that is not on the screen yet goes before what the user did.
   if (Wanted() != shownPlace_ || windowHandle()->frameMargins() != shownMargins_) {
@@ -173,6 +196,18 @@ void TopWindow::Settled() {
   if (OnSettled) OnSettled();
 }
 
+void TopWindow::ComeForward() {
+  // Before the window manager has mapped it, it would forget what it is asked.
+  if (!comesBack_ || !isVisible() || !IsMapped(*windowHandle())) return;
+  comesBack_ = false;
+  if (shownTopMost_) {
+    // A window that was given to the manager anew may have lost this on its way.
+    windowHandle()->setFlag(Qt::WindowStaysOnTopHint, false);
+    windowHandle()->setFlag(Qt::WindowStaysOnTopHint, true);
+  }
+  StandInFront(*windowHandle());
+}
+
 void TopWindow::ShapeChanged() {
   if (isMinimized() == shownMinimized_ || loop_.Breathing()) return;
   shownMinimized_ = isMinimized();
@@ -186,6 +221,7 @@ void TopWindow::StayUnminimized() {
 }
 
 void TopWindow::NoticeReturn() {
+  if (comesBack_) settle_.start();
   if (!windowHandle()->isExposed()) {
     wentAway_ = true;
   } else if (wentAway_ && isMinimized()) {

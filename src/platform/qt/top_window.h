@@ -45,8 +45,13 @@ class TopWindow : public QWidget {
   void Show();
   void ShowPlace();
   void ShowShape();
+  /// Ends being minimized.
+  void ComeBack();
+  void ShowVisible();
   void ShowFocus();
   void Settled();
+  /// Shows a window that came back by itself, and so without the keyboard, in front of the others.
+  void ComeForward();
   void ShapeChanged();
   void NoticeReturn();
   /// Takes the form's wish to be minimized as one that was called back at once.
@@ -72,6 +77,7 @@ class TopWindow : public QWidget {
   bool shownMinimized_ = false;
   const bool placed_;  ///< The desktop lets a window say where it stands, and tells it.
   bool screensChanged_ = false;
+  bool comesBack_ = false;     ///< It is no longer minimized, and not yet in front.
   bool wentAway_ = false;      ///< The screen has lost the window since it was minimized.
   bool notMinimized_ = false;  ///< The form wants to be, and nobody here could call it back.
   bool shownTopMost_ = false;
