@@ -142,11 +142,16 @@ void TopWindow::ComeBack() {
 
 void TopWindow::ShowVisible() {
   if (isVisible() == form_.Visible) return;
+  if (form_.Visible) PlaceHidden();
   // What comes back by itself must not take the keyboard from whom is typing. The toolkit would
   // remember that for each later show.
   setAttribute(Qt::WA_ShowWithoutActivating, comesBack_);
   windowHandle()->setProperty("_q_showWithoutActivating", comesBack_);
+  const bool keyboardIsOurs = QGuiApplication::focusWindow() != nullptr;
   setVisible(form_.Visible);
+  // Left to themselves, some window managers give the keyboard to nobody when one window takes the
+  // place of another.
+  if (form_.Visible && keyboardIsOurs && !comesBack_) activateWindow();
 }
 
 void TopWindow::ShowPlace() {
@@ -196,6 +201,16 @@ void TopWindow::Settled() {
   if (OnSettled) OnSettled();
 }
 
+void TopWindow::PlaceHidden() {
+  // Some window managers leave a window that they let go where its frame began, and so it would
+  // wander at each show. Whether the toolkit has heard of that is not sure, and it does not ask for
+  // a place that it takes for the present one.
+  if (!placed_ || isMaximized()) return;
+  const QRect place = WithinReach().marginsRemoved(windowHandle()->frameMargins());
+  setGeometry(place.translated(1, 0));
+  setGeometry(place);
+}
+
 void TopWindow::ComeForward() {
   // Before the window manager has mapped it, it would forget what it is asked.
   if (!comesBack_ || !isVisible() || !IsMapped(*windowHandle())) return;
@@ -221,14 +236,15 @@ void TopWindow::StayUnminimized() {
 }
 
 void TopWindow::NoticeReturn() {
-  if (comesBack_) settle_.start();
   if (!windowHandle()->isExposed()) {
     wentAway_ = true;
-  } else if (wentAway_ && isMinimized()) {
-    // Called back before the toolkit had heard that it was gone, it would stay minimized to the
-    // toolkit for good.
-    setWindowState(windowState() & ~Qt::WindowMinimized);
+    return;
   }
+  // Its frame has come with it, and where that does not move the window nobody tells.
+  settle_.start();
+  // Called back before the toolkit had heard that it was gone, it would stay minimized to the
+  // toolkit for good.
+  if (wentAway_ && isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
 }
 
 void TopWindow::TellActivated() {

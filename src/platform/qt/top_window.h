@@ -48,6 +48,7 @@ class TopWindow : public QWidget {
   /// Ends being minimized.
   void ComeBack();
   void ShowVisible();
+  void PlaceHidden();
   void ShowFocus();
   void Settled();
   /// Shows a window that came back by itself, and so without the keyboard, in front of the others.
