@@ -4,13 +4,16 @@
 
 #include <string>
 
+#include "support/temporary_folder.h"
+
 namespace tavlo::test {
 
-enum class WindowManager { Openbox, None };
+enum class WindowManager { Openbox, Mutter, Kwin, Metacity, Xfwm4, None };
 
-/// A desktop of its own for one test program: a virtual screen and a small window manager, both
-/// ended with it. Must stand before the QApplication is made; afterwards the program's windows show
-/// there.
+/// A desktop of its own for one test program: a virtual screen and a window manager, both ended
+/// with it. Must stand before the QApplication is made; afterwards the program's windows show
+/// there. Nothing that the user has set up for a window manager counts, and those that need a
+/// session bus have one that nobody else is on.
 class Desktop {
  public:
   explicit Desktop(const std::string& size = "1280x1024",
@@ -26,9 +29,13 @@ class Desktop {
 
  private:
   bool StartScreen(const std::string& size);
-  bool StartWindowManager();
+  bool StartWindowManager(WindowManager manager);
+  /// The address of a new session bus; empty when none comes up.
+  std::string StartBus();
 
+  TemporaryFolder folder_;
   pid_t screen_ = -1;
+  pid_t bus_ = -1;
   pid_t manager_ = -1;
   std::string fault_;
 };
