@@ -133,7 +133,7 @@ TEST_P(HighRates, StretchAPairAsOne) {
   SoundTouchTransform transform;
   transform.Reset(rate);
   const Sound tone = Tone(440, 2, rate);
-  for (SampleCount at = 0; at < 2 * rate; at += rate / 2) {
+  for (SampleCount at = 0; at + rate / 2 <= 2 * rate; at += rate / 2) {
     SampleArray block = Block(tone, at, rate / 2);
     std::vector<float> both;
     for (const float value : block.values) both.insert(both.end(), {value, -0.5F * value});

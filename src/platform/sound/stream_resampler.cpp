@@ -26,6 +26,8 @@ StreamResampler::StreamResampler(int fromRate, int toRate, int channels)
 StreamResampler::~StreamResampler() = default;
 
 std::vector<float> StreamResampler::Convert(std::span<const float> in) {
+  // Nothing at all would mean to the library that the stream has ended.
+  if (in.empty()) return {};
   return Run(in.data(), static_cast<int>(in.size()) / channels_);
 }
 
