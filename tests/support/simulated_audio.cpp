@@ -43,13 +43,14 @@ SampleArray SimulatedAudioFile::ReadArray(SampleCount samples) {
   SampleArray block;
   readFailed_ = false;
   if (!open_) return block;
-  const SampleCount wanted = std::min(position_ + samples, open_->samples);
+  const SampleCount total = std::min(open_->samples, open_->sounding);
+  const SampleCount wanted = std::max(position_, std::min(position_ + samples, total));
   const SampleCount end = std::max(position_, std::min(wanted, open_->readable));
   readFailed_ = end < wanted;
   block.channels = open_->channels;
   block.sourceBegin = static_cast<double>(position_);
   block.sourceEnd = static_cast<double>(end);
-  block.last = end == open_->samples || readFailed_;
+  block.last = end == total || readFailed_;
   for (; position_ < end; ++position_) {
     block.values.insert(block.values.end(), open_->channels, static_cast<float>(position_));
   }

@@ -23,6 +23,8 @@ struct SimulatedSound {
   int channels = 1;
   /// From this sample on the file cannot be read: the disk fails there, or the file was cut off.
   SampleCount readable = std::numeric_limits<SampleCount>::max();
+  /// Here the sound ends, without a failure, whatever was measured.
+  SampleCount sounding = std::numeric_limits<SampleCount>::max();
 };
 
 /// Decodes what the test laid out by path. A path that nobody laid out cannot be played. What is
