@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <limits>
+#include <random>
 
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
 #include "support/sound_files.h"
@@ -37,7 +38,16 @@ using playback::SampleArray;
 using playback::SampleCount;
 
 constexpr int kRate = 16'000;
-constexpr SampleCount kSamples = SampleCount{40} * kRate;
+constexpr SampleCount kSamples = SampleCount{30} * kRate;
+
+/// Noise, which no coding makes small: what is read ahead must be little against the whole.
+std::vector<std::int16_t> Noise() {
+  std::minstd_rand random(1);
+  std::uniform_int_distribution<int> value(-8000, 8000);
+  std::vector<std::int16_t> values(kSamples);
+  std::ranges::generate(values, [&] { return static_cast<std::int16_t>(value(random)); });
+  return values;
+}
 
 /// A kind of file, encoded by FFmpeg's tool with these options; without any it is plain bytes.
 struct Kind {
@@ -50,11 +60,11 @@ void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
 struct BrokenSound : testing::TestWithParam<Kind> {
   ~BrokenSound() override { MakeWhole(); }
 
-  /// A sound of 40 seconds, in a file of its own.
+  /// A sound of half a minute, in a file of its own.
   std::string Lay() {
     const Kind kind = GetParam();
     const std::string path = folder / kind.name;
-    const std::vector<std::int16_t> values = Chirp(static_cast<int>(kSamples), kRate);
+    const std::vector<std::int16_t> values = Noise();
     if (path.ends_with(".vox")) {
       WriteFile(path, std::string(kSamples / 2, '\x18'));
     } else if (*kind.options == '\0') {
@@ -172,24 +182,31 @@ TEST_P(BrokenSound, WhatCannotBeReadWhileItIsMeasuredIsNotTakenForTheWhole) {
 TEST_P(BrokenSound, FileOfWhichNothingCanBeReadIsOutOfReach) {
   const std::string path = Lay();
   BreakFrom(0);
-  EXPECT_EQ(file.OpenFile(path), OpenResult::OutOfReach);
+  const OpenResult result = file.OpenFile(path);
   EXPECT_EQ(file.OpenStatus(), 0);
+  if (path.ends_with(".vox")) {
+    // This kind is measured by its size alone.
+    EXPECT_EQ(result, OpenResult::Opened);
+    EXPECT_EQ(ReadOn(), 0);
+    EXPECT_TRUE(file.ReadFailed());
+  } else {
+    EXPECT_EQ(result, OpenResult::OutOfReach);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, BrokenSound,
-                         testing::Values(Kind{"plain.wav", ""},
-                                         Kind{"adpcm.wav", "-c:a adpcm_ima_wav"},
-                                         Kind{"constant.mp3", "-c:a libmp3lame -b:a 32k"},
-                                         Kind{"untold.mp3", "-c:a libmp3lame -write_xing 0"},
-                                         Kind{"plain.vox", ""}, Kind{"a.flac", "-c:a flac"},
-                                         Kind{"a.ogg", "-c:a libvorbis"}, Kind{"a.m4a", "-c:a aac"},
-                                         Kind{"front.m4a", "-c:a aac -movflags +faststart"},
-                                         Kind{"a.wma", "-c:a wmav2"}),
-                         [](const auto& kind) {
-                           std::string name = kind.param.name;
-                           std::ranges::replace(name, '.', '_');
-                           return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, BrokenSound,
+    testing::Values(Kind{"plain.wav", ""}, Kind{"adpcm.wav", "-c:a adpcm_ima_wav"},
+                    Kind{"constant.mp3", "-c:a libmp3lame -b:a 32k"},
+                    Kind{"untold.mp3", "-c:a libmp3lame -write_xing 0"}, Kind{"plain.vox", ""},
+                    Kind{"a.flac", "-c:a flac"}, Kind{"a.ogg", "-c:a libvorbis -q 10"},
+                    Kind{"a.m4a", "-c:a aac"}, Kind{"front.m4a", "-c:a aac -movflags +faststart"},
+                    Kind{"a.wma", "-c:a wmav2"}),
+    [](const auto& kind) {
+      std::string name = kind.param.name;
+      std::ranges::replace(name, '.', '_');
+      return name;
+    });
 
 }  // namespace
 }  // namespace tavlo::test

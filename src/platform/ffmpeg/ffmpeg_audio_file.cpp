@@ -78,6 +78,7 @@ void FfmpegAudioFile::CloseFile() {
   refused_ = false;
   whole_ = true;
   ended_ = false;
+  seekFailed_ = false;
   readFailed_ = false;
   position_ = 0;
   decoded_.clear();
@@ -98,7 +99,7 @@ SampleArray FfmpegAudioFile::ReadArray(SampleCount samples) {
   bool complete = false;
   try {
     ReadInto(block, samples);
-    complete = whole_ && !refused_ && !file_.HasHole();
+    complete = whole_ && !refused_ && !seekFailed_ && !file_.HasHole();
   } catch (const std::bad_alloc&) {
     block.values.clear();
   }
@@ -125,12 +126,13 @@ SampleCount FfmpegAudioFile::SeekSample(SampleCount target) {
   file_.ForgetHole();
   decoded_.clear();
   ended_ = false;
+  seekFailed_ = false;
   position_ = std::clamp<SampleCount>(target, 0, figures_.totalSamples);
   try {
     if (HaveDecoder()) position_ = decoder_->Seek(position_);
   } catch (const std::bad_alloc&) {
     ended_ = true;
-    whole_ = false;
+    seekFailed_ = true;
   }
   return position_;
 }

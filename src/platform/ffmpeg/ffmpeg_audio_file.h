@@ -56,7 +56,8 @@ class FfmpegAudioFile : public playback::AudioFile {
   bool refused_ = false;  ///< The decoder could not be made.
   /// The whole of what was measured can be read, as far as anybody knows before it is.
   bool whole_ = true;
-  bool ended_ = false;  ///< The decoder has nothing behind `decoded_`.
+  bool ended_ = false;       ///< The decoder has nothing behind `decoded_`.
+  bool seekFailed_ = false;  ///< The decoder does not stand where it should.
   bool readFailed_ = false;
   playback::SampleCount position_ = 0;
   std::vector<float> decoded_;  ///< From the read position on.
