@@ -79,7 +79,10 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
     // While the window manager still hands the keyboard over a key may be nobody's.
     ASSERT_TRUE(Until([&] {
       program->Keys({kAlt, 'f'});
-      return program->Until([] { return QApplication::activePopupWidget() != nullptr; }, 1s);
+      constexpr int kLooksForAMenu = 50;
+      return Until(
+          [&] { return program->Ask([] { return QApplication::activePopupWidget() != nullptr; }); },
+          kLooksForAMenu);
     }));
     program->Keys({letter});
   }
