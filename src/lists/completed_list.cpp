@@ -1,10 +1,10 @@
 #include "lists/completed_list.h"
 
 #include <string_view>
-#include <tuple>
 #include <vector>
 
 #include "lists/document_rows.h"
+#include "lists/outcome_in_words.h"
 
 namespace tavlo::lists {
 namespace {
@@ -68,14 +68,15 @@ void CompletedList::RefreshCompletedList() {
   form_.listViewCompleted.WhenEmpty = kNothingCompleted;
   const ScanEnd end =
       scan_.Run(form_.listViewCompleted, folders_.CompletedPath(), [this](const std::string& name) {
-        if (folders_.FileIsLocked(folders_.CompletedPath() + name)) return false;
-        names_.ParseDocumentName(name);
-        return true;
+        const store::Locked locked = folders_.FileIsLocked(folders_.CompletedPath() + name);
+        if (locked == store::Locked::No) names_.ParseDocumentName(name);
+        return locked;
       });
   CompletedCount = static_cast<int>(form_.listViewCompleted.Rows().size());
   CompletedTotalLength = scan_.TotalLength;
   if (end == ScanEnd::OutOfReach) loop_.Show(folders_.CompletedPathFault());
   if (end == ScanEnd::Whole) WriteCaption(CompletedTotalLength);
+  window_.SayWhile(end == ScanEnd::CutShort, CutShortInWords("Completed"));
 }
 
 void CompletedList::SetCompletedButtons() {
@@ -100,14 +101,15 @@ void CompletedList::ReturnToQueue() {
   }
   {
     const forms::Hourglass hourglass(form_.frmMain);
-    // The document leaves this folder in every case, as settled; what a failed copy would destroy
-    // is kept in the rescue folder. The scan shows the truth, so the result needs no look here.
-    std::ignore =
-        moves_.MoveOrRescue(folders_.CompletedPath() + chosen, folders_.InQueuePath + chosen);
+    // The document leaves this folder, as settled, though a copy failed: then it is kept in the
+    // rescue folder. But nothing that waits in the Queue makes room for it.
+    const store::Moved moved = moves_.MoveOrRescue(
+        folders_.CompletedPath() + chosen, folders_.InQueuePath + chosen, store::InTheWay::Stays);
+    window_.Say(MoveInWords(Trip::ToQueue, moved, chosen, folders_));
     RefreshCompletedList();
     WriteCaption(0);
     SetCompletedButtons();
-    sound_.PlayPrompt("MovedToQueue");
+    if (moved.result == store::DiskResult::Done) sound_.PlayPrompt("MovedToQueue");
   }
   window_.FocusAway();
 }
@@ -138,11 +140,13 @@ void CompletedList::DeleteOne() {
   engine_.tmrPlaySnipet.Stop();
   {
     const forms::Hourglass hourglass(form_.frmMain);
-    std::ignore = moves_.DeleteForGood(folders_.CompletedPath() + chosen);
+    const store::DiskResult deleted = moves_.DeleteForGood(folders_.CompletedPath() + chosen);
+    const bool done = deleted == store::DiskResult::Done;
+    if (!done) window_.Say(DeleteFailureInWords(deleted, chosen));
     RefreshCompletedList();
     SetCompletedButtons();
     opening_.SelectedCompletedFile.clear();
-    sound_.PlayPrompt("DeleteOne");
+    if (done) sound_.PlayPrompt("DeleteOne");
   }
   window_.FocusAway();
 }
@@ -163,28 +167,37 @@ void CompletedList::DeleteAll() {
   form_.listViewCompleted.Clear();
   WriteCaption(0);
   SetCompletedButtons();
+  const Deletion deletion = DeleteWaves();
+  const bool done = deletion.result == store::DiskResult::Done;
+  if (!done) window_.Say(DeleteAllFailureInWords(deletion.result));
   // Where there was nothing to delete the hourglass stays, as settled, until the next list is
   // built.
-  if (!DeleteWaves()) return;
+  if (!deletion.any) return;
   opening_.SelectedCompletedFile.clear();
-  sound_.PlayPrompt("DeleteAllComp");
+  if (done) sound_.PlayPrompt("DeleteAllComp");
   form_.frmMain.MousePointer = forms::Pointer::Arrow;
   window_.FocusAway();
 }
 
-bool CompletedList::DeleteWaves() {
+CompletedList::Deletion CompletedList::DeleteWaves() {
+  using store::DiskResult;
   const std::string folder = folders_.CompletedPath();
-  bool any = false;
-  for (const std::string& name : disk_.ListPlainFiles(folder).names) {
+  const store::Listing walk = disk_.ListPlainFiles(folder);
+  Deletion deletion;
+  for (const std::string& name : walk.names) {
     if (!IsWave(name)) {
       form_.listViewCompleted.WhenEmpty = kOthersStay;
       continue;
     }
-    any = true;
+    deletion.any = true;
     loop_.Breathe();
-    std::ignore = moves_.DeleteForGood(folder + name);
+    const DiskResult deleted = moves_.DeleteForGood(folder + name);
+    if (deletion.result == DiskResult::Done) deletion.result = deleted;
   }
-  return any;
+  if (!walk.finished && deletion.result == DiskResult::Done) {
+    deletion.result = walk.processInTrouble ? DiskResult::ProcessInTrouble : DiskResult::Failed;
+  }
+  return deletion;
 }
 
 void CompletedList::WriteCaption(double totalMilliseconds) {

@@ -43,8 +43,12 @@ class CompletedList {
   void DeleteOne();
   void DeleteAll();
   void LetPendingEventsPass();
-  /// Deletes all waves of the folder, listed or not; false when there is none.
-  bool DeleteWaves();
+  struct Deletion {
+    bool any = false;                                    ///< There was something to delete.
+    store::DiskResult result = store::DiskResult::Done;  ///< The first one that is not Done.
+  };
+  /// Deletes all waves of the folder, listed or not.
+  Deletion DeleteWaves();
   void WriteCaption(double totalMilliseconds);
   bool UserAgrees(const char* title, const char* question);
   /// File name of the highlighted row; empty when there is none. A name that was clicked before the

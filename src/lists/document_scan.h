@@ -8,6 +8,7 @@
 #include "playback/audio_engine.h"
 #include "store/disk.h"
 #include "store/document_name.h"
+#include "store/work_folders.h"
 
 namespace tavlo::lists {
 
@@ -15,7 +16,7 @@ namespace tavlo::lists {
 enum class ScanEnd {
   Whole,
   OutOfReach,  ///< The walk could not start, or not go on: the caller says so.
-  CutShort,    ///< The process is in trouble; nobody says so.
+  CutShort,    ///< The process has no handles or memory left: the caller says so quietly.
 };
 
 /// The walk that the Queue and the Completed list have in common: it empties a list and makes a row
@@ -31,13 +32,17 @@ class DocumentScan {
   /// rows, as they were; none of them is chosen any more.
   double TotalLength = 0;
 
-  /// `parseIfReady` is asked for each name; what it refuses gets no row. When it accepts, the
-  /// parsed name stands in the names' record. `folder` ends in a separator. The list is sorted, and
-  /// the audio file closed, only by a walk that came to the end of the folder.
-  ScanEnd Run(forms::Table& list, const std::string& folder,
-              const std::function<bool(const std::string& scanFileName)>& parseIfReady);
+  /// Whether a file is locked. When it is not, its parsed name stands in the names' record.
+  using ParseIfFree = std::function<store::Locked(const std::string& scanFileName)>;
+
+  /// `parseIfFree` is asked for each name; what is locked gets no row. `folder` ends in a
+  /// separator. The list is sorted only by a walk that came to the end of the folder. No audio file
+  /// stays open.
+  ScanEnd Run(forms::Table& list, const std::string& folder, const ParseIfFree& parseIfFree);
 
  private:
+  ScanEnd AddRows(forms::Table& list, const std::string& folder, const store::Listing& walk,
+                  const ParseIfFree& parseIfFree);
   /// False when the whole walk must end.
   bool AddRow(forms::Table& list, const std::string& folder, const std::string& scanFileName);
 

@@ -1,8 +1,8 @@
 #include "lists/finishing.h"
 
 #include <initializer_list>
-#include <tuple>
 
+#include "lists/outcome_in_words.h"
 #include "store/saved_position.h"
 
 namespace tavlo::lists {
@@ -133,22 +133,43 @@ void Finishing::LeaveDocument() {
 }
 
 void Finishing::StoreOutcome(Way way) {
+  storedAsAsked_ = true;
   if (way == Way::Skip) return;
   form_.slPosition.Value = 0;
   // Without a name the paths below are those of whole folders.
-  if (opening_.SelectedQueueFile.empty()) return;
+  storedAsAsked_ = !opening_.SelectedQueueFile.empty();
+  if (!storedAsAsked_) return;
   if (way == Way::Complete) return MoveToCompleted();
-  std::ignore = store::WriteSavedPosition(engine_.CurrentSamplePosition, opening_.SelectedQueueFile,
-                                          folders_, moves_);
+  SavePosition();
+}
+
+void Finishing::SavePosition() {
+  const double position = engine_.CurrentSamplePosition;
+  const store::DiskResult stored =
+      store::WriteSavedPosition(position, opening_.SelectedQueueFile, folders_, moves_);
+  const std::string& name = opening_.SelectedQueueFile;
+  if (stored != store::DiskResult::Done) return StoredOtherwise(SaveFailureInWords(stored, name));
+  // Some names take a position that no opening of the document finds again, or none at all.
+  store::DocumentNames names(loop_);
+  names.ParseDocumentName(name);
+  const bool lost = position >= 1 && names.Record.SavedPosition == 0;
+  if (lost) StoredOtherwise(NamelessPositionInWords(name));
 }
 
 void Finishing::MoveToCompleted() {
+  const std::string& name = opening_.SelectedQueueFile;
   // The document leaves the Queue in every case, as settled; what a failed copy would destroy is
   // kept in the rescue folder. It takes its name at position 0 on the way: under that name another
   // document may wait in the Queue.
-  std::ignore = moves_.MoveOrRescue(
-      folders_.InQueuePath + opening_.SelectedQueueFile,
-      folders_.CompletedPath() + store::CompletedName(opening_.SelectedQueueFile));
+  const store::Moved moved = moves_.MoveOrRescue(
+      folders_.InQueuePath + name, folders_.CompletedPath() + store::CompletedName(name));
+  window_.Say(MoveInWords(Trip::ToCompleted, moved, name, folders_));
+  storedAsAsked_ = moved.result == store::DiskResult::Done;
+}
+
+void Finishing::StoredOtherwise(const std::string& words) {
+  storedAsAsked_ = false;
+  window_.Say(words);
 }
 
 void Finishing::ReturnToList() {
@@ -171,7 +192,7 @@ bool Finishing::RebuildList(Way way) {
   const forms::Hourglass hourglass(form_.frmMain);
   form_.frameInQueue.Caption = "Queue";
   const bool staysInList = !QueuesByItself();
-  if (staysInList) {
+  if (staysInList && storedAsAsked_) {
     sound_.PlayPrompt(way == Way::Complete ? PromptName("Complete")
                       : way == Way::Save   ? PromptName("Save")
                                            : PromptName("Return"));
@@ -185,7 +206,7 @@ bool Finishing::RebuildList(Way way) {
   const bool listIsWhole = queue_.RefreshQueueList();
   form_.listViewInQueue.Visible = true;
   SetEnabled(frozen, true);
-  const bool allDone = listIsWhole && queue_.QueueCount == 0;
+  const bool allDone = storedAsAsked_ && listIsWhole && queue_.QueueCount == 0;
   if (way == Way::Complete && staysInList && allDone) sound_.PlayPrompt("AllDone");
   return listIsWhole;
 }

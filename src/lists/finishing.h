@@ -1,7 +1,7 @@
 #pragma once
 
 #include <optional>
-#include <string_view>
+#include <string>
 
 #include "base/loop.h"
 #include "forms/configuration_form.h"
@@ -43,7 +43,10 @@ class Finishing {
   void LeaveAndStore(Way way);
   void LeaveDocument();
   void StoreOutcome(Way way);
+  void SavePosition();
   void MoveToCompleted();
+  /// Says why the files did not become what the key asked for.
+  void StoredOtherwise(const std::string& words);
   void ReturnToList();
   /// True when the list is whole.
   bool RebuildList(Way way);
@@ -65,6 +68,8 @@ class Finishing {
   const playback::Hooks& sound_;
   const Hooks& hooks_;
   std::optional<Way> due_;  ///< What a key asked for, until it is stored.
+  /// What the key that was pressed last asked for has happened, so that it may be spoken of.
+  bool storedAsAsked_ = true;
 };
 
 }  // namespace tavlo::lists

@@ -10,6 +10,7 @@
 #include "store/disk.h"
 #include "store/document_name.h"
 #include "store/work_folders.h"
+#include "window/main_window.h"
 
 namespace tavlo::lists {
 
@@ -17,8 +18,9 @@ namespace tavlo::lists {
 /// the files of the InQueue folder.
 class QueueList {
  public:
-  QueueList(base::Loop& loop, forms::MainForm& form, store::Disk& disk, store::WorkFolders& folders,
-            store::DocumentNames& names, playback::AudioEngine& engine);
+  QueueList(base::Loop& loop, forms::MainForm& form, window::MainWindow& window, store::Disk& disk,
+            store::WorkFolders& folders, store::DocumentNames& names,
+            playback::AudioEngine& engine);
 
   /// Rows in the list.
   int QueueCount = 0;
@@ -31,10 +33,11 @@ class QueueList {
   bool RefreshQueueList();
 
  private:
-  bool ParseIfReady(const std::string& scanFileName);
+  store::Locked ParseIfFree(const std::string& scanFileName);
 
   base::Loop& loop_;
   forms::MainForm& form_;
+  window::MainWindow& window_;
   store::WorkFolders& folders_;
   store::DocumentNames& names_;
   DocumentScan scan_;

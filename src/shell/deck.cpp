@@ -52,7 +52,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       equalizer(platform.loop, windows.configuration, platform.audioPlayer),
       mixerPage(windows.configuration, platform.audioPlayer, platform.sourceMixer),
       preview(windows.main, windows.configuration, mainWindow, engine, transport, sound),
-      queue(platform.loop, windows.main, platform.disk, workFolders, names, engine),
+      queue(platform.loop, windows.main, mainWindow, platform.disk, workFolders, names, engine),
       refresh(platform.loop, windows.main, mainWindow, engine, transport, queue, sound, listHooks),
       opening(platform.loop, windows.main, windows.configuration, workFolders, names, engine,
               transport, preview, sound, listHooks),

@@ -9,8 +9,15 @@
 namespace tavlo::store {
 
 /// How a file operation ended. The caller must look.
-enum class [[nodiscard]] DiskResult{Done,     NotFound, AlreadyThere, NoSpace, OtherFileSystem,
-                                    NoAccess, Failed};
+enum class [[nodiscard]] DiskResult{
+    Done,
+    NotFound,
+    AlreadyThere,
+    NoSpace,
+    OtherFileSystem,
+    NoAccess,
+    ProcessInTrouble,  ///< No handles or no memory left: nothing is known of the file.
+    Failed};
 
 struct FileFacts {
   std::uint64_t size = 0;
@@ -23,14 +30,17 @@ struct FileFacts {
 struct Listing {
   bool started = false;
   bool finished = false;
+  /// The walk did not start, or not go on, because the process has no handles or memory left.
+  bool processInTrouble = false;
   std::vector<std::string> names;
 };
 
 enum class Readiness {
-  Free,          ///< Nobody writes into it and it may be opened.
-  FreeReadOnly,  ///< As Free, and its attributes are not the normal ones.
-  InUse,         ///< Somebody has it open for writing, or it still grows.
-  Unusable,      ///< It cannot be opened, or it is no plain file (any more).
+  Free,              ///< Nobody writes into it and it may be opened.
+  FreeReadOnly,      ///< As Free, and its attributes are not the normal ones.
+  InUse,             ///< Somebody has it open for writing, or it still grows.
+  Unusable,          ///< It cannot be opened, or it is no plain file (any more).
+  ProcessInTrouble,  ///< The process has no handles or memory left to ask.
 };
 
 /// What stands at a path. A link counts as what it leads to, and as Other when it leads nowhere.

@@ -40,19 +40,21 @@ std::string NumberedName(std::string_view name, int number) {
 Moved FileMoves::Move(const std::string& source, const std::string& target, InTheWay inTheWay) {
   if (source == target) return {.result = DiskResult::Done, .arrived = true};
   const Moved renamed = RenameOver(source, target, inTheWay);
-  return renamed.result == DiskResult::OtherFileSystem ? MoveAcross(source, target, inTheWay)
-                                                       : renamed;
+  if (renamed.result != DiskResult::OtherFileSystem) return renamed;
+  Moved across = MoveAcross(source, target, inTheWay);
+  if (across.displaced.empty()) across.displaced = renamed.displaced;
+  return across;
 }
 
-Moved FileMoves::MoveOrRescue(const std::string& source, const std::string& target) {
-  Moved moved = Move(source, target);
-  if (moved.result == DiskResult::Done) return moved;
-  const Place aside = SetAside(source);
+Moved FileMoves::MoveOrRescue(const std::string& source, const std::string& target,
+                              InTheWay inTheWay) {
+  Moved moved = Move(source, target, inTheWay);
+  const bool mustStay = inTheWay == InTheWay::Stays && moved.result == DiskResult::AlreadyThere;
+  if (moved.result == DiskResult::Done || mustStay) return moved;
+  const Place aside = Rescue(source);
   if (aside.result == DiskResult::Done) moved.rescued = aside.path;
   return moved;
 }
-
-DiskResult FileMoves::Rescue(const std::string& path) { return SetAside(path).result; }
 
 DiskResult FileMoves::DeleteForGood(const std::string& path) { return disk_.Delete(path); }
 
@@ -64,7 +66,7 @@ Moved FileMoves::RenameOver(const std::string& source, const std::string& target
   const bool documentGivesWay = renamed == DiskResult::AlreadyThere &&
                                 inTheWay == InTheWay::GoesToRescue && disk_.Facts(target);
   if (!documentGivesWay) return {.result = renamed, .arrived = renamed == DiskResult::Done};
-  const Place aside = SetAside(target);
+  const Place aside = Rescue(target);
   if (aside.result != DiskResult::Done) return {.result = aside.result};
   const DiskResult again = disk_.Rename(source, target);
   if (again == DiskResult::Done) {
@@ -114,7 +116,7 @@ FileMoves::Place FileMoves::CopyBeside(const std::string& source, const std::str
   return {copied == DiskResult::Done ? DiskResult::Failed : copied, {}};
 }
 
-FileMoves::Place FileMoves::SetAside(const std::string& path) {
+FileMoves::Place FileMoves::Rescue(const std::string& path) {
   const std::string rescued = folders_.RescuedPath();
   std::ignore = disk_.MakeFolder(rescued.substr(0, rescued.size() - 1));
   const Place place = RenameToFreeName(path, rescued, "");

@@ -45,24 +45,24 @@ class FileMoves {
              InTheWay inTheWay = InTheWay::GoesToRescue);
 
   /// The same for the rules by which the source goes even when its copy failed: then it is rescued.
-  Moved MoveOrRescue(const std::string& source, const std::string& target);
+  /// It stays where a document is in its way that stays.
+  Moved MoveOrRescue(const std::string& source, const std::string& target,
+                     InTheWay inTheWay = InTheWay::GoesToRescue);
 
-  /// Moves a document into the rescue folder.
-  DiskResult Rescue(const std::string& path);
+  struct Place {
+    DiskResult result = DiskResult::Done;
+    std::string path;
+  };
+  /// Moves a document into the rescue folder and says where it is then.
+  Place Rescue(const std::string& path);
 
   /// For what the user deletes, and the purge.
   DiskResult DeleteForGood(const std::string& path);
 
  private:
-  struct Place {
-    DiskResult result;
-    std::string path;
-  };
-
   Moved RenameOver(const std::string& source, const std::string& target, InTheWay inTheWay);
   Moved MoveAcross(const std::string& source, const std::string& target, InTheWay inTheWay);
   Place CopyBeside(const std::string& source, const std::string& target);
-  Place SetAside(const std::string& path);
   Place RenameToFreeName(const std::string& path, const std::string& folder,
                          std::string_view prefix);
   bool IsInOurTree(const std::string& folder) const;

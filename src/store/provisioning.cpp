@@ -3,33 +3,14 @@
 #include <tuple>
 #include <vector>
 
+#include "store/disk_words.h"
 #include "store/work_folders.h"
 
 namespace tavlo::store {
 namespace {
 
-/// Why an operation failed, to end a sentence with.
-std::string Reason(DiskResult result) {
-  switch (result) {
-    case DiskResult::NotFound:
-      return "there is no such file or folder";
-    case DiskResult::AlreadyThere:
-      return "something of that name stands there already";
-    case DiskResult::NoSpace:
-      return "the disk is full";
-    case DiskResult::OtherFileSystem:
-      return "it lies on another disk";
-    case DiskResult::NoAccess:
-      return "access is denied";
-    case DiskResult::Done:
-    case DiskResult::Failed:
-      break;
-  }
-  return "the disk reported an error";
-}
-
 std::string Failure(const std::string& path, DiskResult result) {
-  return path + " can not be made: " + Reason(result) + ".";
+  return path + " can not be made: " + std::string(WhyNot(result)) + ".";
 }
 
 std::string WithoutSeparator(const std::string& folder) {

@@ -129,10 +129,20 @@ std::string WorkFolders::MapStoredPath(std::string_view stored) const {
   return InstallRoot + below;
 }
 
-bool WorkFolders::FileIsLocked(const std::string& path) {
-  const Readiness readiness = disk_.TestReadiness(path);
-  if (readiness == Readiness::FreeReadOnly) std::ignore = disk_.SetAttributesNormal(path);
-  return readiness != Readiness::Free && readiness != Readiness::FreeReadOnly;
+Locked WorkFolders::FileIsLocked(const std::string& path) {
+  switch (disk_.TestReadiness(path)) {
+    case Readiness::FreeReadOnly:
+      std::ignore = disk_.SetAttributesNormal(path);
+      return Locked::No;
+    case Readiness::Free:
+      return Locked::No;
+    case Readiness::ProcessInTrouble:
+      return Locked::NotKnown;
+    case Readiness::InUse:
+    case Readiness::Unusable:
+      break;
+  }
+  return Locked::Yes;
 }
 
 base::MessageBox WorkFolders::QueueNetworkFault() const {

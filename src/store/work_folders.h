@@ -16,6 +16,12 @@ inline constexpr std::array<std::string_view, 6> kDssCodecRates{"8", "11", "12",
 /// The four paths that the configuration may set.
 enum class QueuePath { Ew2, Ds2, Wav, Eu2 };
 
+enum class Locked {
+  No,
+  Yes,
+  NotKnown,  ///< The process has no handles or memory left to ask.
+};
+
 /// The settings that `ReloadQueuePaths` reads, as the settings store holds them.
 struct QueuePathSettings {
   std::string ew2QueuePath;
@@ -81,9 +87,9 @@ class WorkFolders {
   /// spells them. Any other path is returned as it is.
   std::string MapStoredPath(std::string_view stored) const;
 
-  /// True while another program writes the file, or when it cannot be opened at all. A file that is
+  /// Yes while another program writes the file, or when it cannot be opened at all. A file that is
   /// free is given its normal attributes: a document stops being read-only by being looked at.
-  bool FileIsLocked(const std::string& path);
+  Locked FileIsLocked(const std::string& path);
 
   /// What a scan shows that cannot reach the InQueue folder.
   base::MessageBox QueueNetworkFault() const;

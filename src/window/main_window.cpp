@@ -40,8 +40,27 @@ void MainWindow::OfferComplete() {
 }
 
 void MainWindow::Say(const std::string& text) {
-  form_.lblNotice.Value = text;
-  form_.lblNotice.Visible = !text.empty();
+  if (text.empty() || std::find(notices_.begin(), notices_.end(), text) != notices_.end()) return;
+  notices_.push_back(text);
+  ShowNotices();
+}
+
+void MainWindow::SayWhile(bool so, const std::string& text) {
+  if (so) return Say(text);
+  std::erase(notices_, text);
+  ShowNotices();
+}
+
+void MainWindow::ForgetNotice() {
+  notices_.clear();
+  ShowNotices();
+}
+
+void MainWindow::ShowNotices() {
+  std::string all;
+  for (const std::string& notice : notices_) all += (all.empty() ? "" : " ") + notice;
+  form_.lblNotice.Value = all;
+  form_.lblNotice.Visible = !all.empty();
 }
 
 void MainWindow::SetWindowControlsEnabled(bool enabled) {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
@@ -59,9 +60,12 @@ class MainWindow {
   /// Lights Complete for the document of the Queue that shows; without one it stays as it is.
   void OfferComplete();
 
-  /// Says in the quiet line what the last command could not do. It stands until the next command.
+  /// Says in the quiet line what the last command could not do, behind what it says already. It
+  /// stands until the next command. What is said already, and the empty text, is not said again.
   void Say(const std::string& text);
-  void ForgetNotice() { Say(""); }
+  /// Says it when it is so, and takes it back when it is so no more.
+  void SayWhile(bool so, const std::string& text);
+  void ForgetNotice();
 
   /// Gives the keyboard to nobody.
   void FocusAway() { form_.frmMain.FocusOn(form_.txtFocus); }
@@ -82,6 +86,7 @@ class MainWindow {
 
  private:
   void SetWindowControlsEnabled(bool enabled);
+  void ShowNotices();
   /// A fresh installation does not know how high title and menu bar are here. It learns it when the
   /// mini-player is first needed: a window that has just appeared may not have its frame yet.
   void MeasureTitleBar();
@@ -94,6 +99,7 @@ class MainWindow {
   forms::MainForm& form_;
   forms::ConfigurationForm& config_;
   std::function<void()> storePlayerPosition_;
+  std::vector<std::string> notices_;
   bool resizing_ = false;
 };
 

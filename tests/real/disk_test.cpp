@@ -1,5 +1,4 @@
 #include <fcntl.h>
-#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -31,12 +30,6 @@ using store::Entry;
 using store::Readiness;
 
 constexpr std::int64_t kSecond = 1'000'000'000;
-
-struct stat StatusOf(const std::string& path) {
-  struct stat status = {};
-  EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
-  return status;
-}
 
 struct DiskTest : testing::Test {
   std::vector<std::string> Names(const std::string& path) {
@@ -161,6 +154,28 @@ TEST_F(DiskTest, ReadOnlyFileIsToldApartAndMadeWritable) {
   EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0644));
 }
 
+TEST_F(DiskTest, ProcessWithoutHandlesIsNotTakenForATroubleOfTheFile) {
+  const auto path = folder.Write("a.wav", "sound");
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  rlimit none = before;
+  none.rlim_cur = 0;
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  const store::Listing walk = disk.ListPlainFiles(folder.Path());
+  const Readiness readiness = disk.TestReadiness(path);
+  const DiskResult copied = disk.Copy(path, folder / "b.wav");
+  const DiskResult flushed = disk.FlushFolder(folder.Path());
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  EXPECT_FALSE(walk.started);
+  EXPECT_TRUE(walk.processInTrouble);
+  EXPECT_EQ(readiness, Readiness::ProcessInTrouble);
+  EXPECT_EQ(copied, DiskResult::ProcessInTrouble);
+  EXPECT_EQ(flushed, DiskResult::ProcessInTrouble);
+  EXPECT_FALSE(disk.ListPlainFiles(folder / "nothing").processInTrouble);
+  EXPECT_EQ(Names(folder.Path()), std::vector<std::string>{"a.wav"});
+  EXPECT_EQ(disk.TestReadiness(path), Readiness::Free);
+}
+
 TEST_F(DiskTest, FactsAreSizeAndStampInNanoseconds) {
   const auto path = folder.Write("a.wav", "12345");
   const timespec times[2] = {{.tv_sec = 1000, .tv_nsec = 1}, {.tv_sec = 1000, .tv_nsec = 7}};
@@ -190,59 +205,6 @@ TEST_F(DiskTest, CopyKeepsContentsAndStamp) {
   EXPECT_EQ(disk.Copy(path, folder / "b.wav"), DiskResult::Done);
   EXPECT_EQ(folder.Read("b.wav"), contents);
   EXPECT_EQ(disk.Facts(folder / "b.wav"), disk.Facts(path));
-}
-
-TEST_F(DiskTest, CopyKeepsTheModeOfItsSource) {
-  int copies = 0;
-  for (const mode_t mode : {0600u, 0640u, 0644u, 0444u, 0666u}) {
-    const auto path = folder.Write("a.wav", "sound");
-    ASSERT_EQ(::chmod(path.c_str(), mode), 0);
-    const std::string copy = folder / (std::to_string(++copies) + ".wav");
-    EXPECT_EQ(disk.Copy(path, copy), DiskResult::Done);
-    EXPECT_EQ(StatusOf(copy).st_mode & 07777, mode);
-    ASSERT_EQ(::unlink(path.c_str()), 0);
-  }
-}
-
-TEST_F(DiskTest, NobodyElseCanReadACopyBeforeItIsWhole) {
-  const std::string path = folder.Write("a.wav", std::string(600'000, 's'));
-  ASSERT_EQ(::chmod(path.c_str(), 0666), 0);
-  std::vector<mode_t> modes;
-  PosixDisk breathing(PosixDisk::SystemClock, PosixDisk::TrustsLeasesOf,
-                      [&] { modes.push_back(StatusOf(folder / "b.wav").st_mode & 07777); });
-  EXPECT_EQ(breathing.Copy(path, folder / "b.wav"), DiskResult::Done);
-  ASSERT_FALSE(modes.empty());
-  EXPECT_EQ(modes, std::vector<mode_t>(modes.size(), 0600));
-}
-
-TEST_F(DiskTest, CopyBelongsToTheOwnerOfItsSourceWhereThatMayBe) {
-  if (::geteuid() != 0) GTEST_SKIP() << "only root may give a file away";
-  const auto path = folder.Write("a.wav", "sound");
-  ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
-  ASSERT_EQ(::chown(path.c_str(), 12'345, 23'456), 0);
-  EXPECT_EQ(disk.Copy(path, folder / "b.wav"), DiskResult::Done);
-  const struct stat copy = StatusOf(folder / "b.wav");
-  EXPECT_EQ(copy.st_uid, 12'345u);
-  EXPECT_EQ(copy.st_gid, 23'456u);
-  EXPECT_EQ(copy.st_mode & 07777, 0640u);
-}
-
-TEST_F(DiskTest, CopyThatCannotHaveTheGroupOpensNothingToAnother) {
-  if (::geteuid() != 0) GTEST_SKIP() << "only root may become somebody else";
-  const auto path = folder.Write("a.wav", "sound");
-  ASSERT_EQ(::chmod(path.c_str(), 0664), 0);
-  ASSERT_EQ(::chmod(folder.Path().c_str(), 0777), 0);
-  const pid_t other = ::fork();
-  if (other == 0) {
-    constexpr unsigned kNobody = 65'534;
-    const bool left =
-        ::setgroups(0, nullptr) == 0 && ::setgid(kNobody) == 0 && ::setuid(kNobody) == 0;
-    ::_exit(left && disk.Copy(path, folder / "b.wav") == DiskResult::Done ? 0 : 1);
-  }
-  int status = -1;
-  ASSERT_EQ(::waitpid(other, &status, 0), other);
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(StatusOf(folder / "b.wav").st_mode & 07777, 0644u);
 }
 
 TEST_F(DiskTest, CopyOfALongRecordingBreathesAllTheWay) {

@@ -26,7 +26,7 @@ struct ListsBench : PlaybackBench {
   int waitingWorkSeen = 0;
   int actions = 0;
   lists::Hooks listHooks;
-  lists::QueueList queue{loop, form, disk, folders, names, engine};
+  lists::QueueList queue{loop, form, window, disk, folders, names, engine};
   lists::Refresh refresh{loop, form, window, engine, transport, queue, hooks, listHooks};
   lists::Opening opening{loop,   form,      config,  folders, names,
                          engine, transport, preview, hooks,   listHooks};

@@ -133,7 +133,9 @@ std::vector<std::string> SimulatedDisk::Changes() const {
 
 store::Listing SimulatedDisk::ListPlainFiles(const std::string& folder) {
   const auto absolute = Absolute(folder);
-  if (Begin("List " + absolute) || !Is(absolute, Kind::Folder)) return {};
+  const auto fault = BeginToOpen("List " + absolute, absolute);
+  if (fault) return {.processInTrouble = fault == DiskResult::ProcessInTrouble};
+  if (!Is(absolute, Kind::Folder)) return {};
   const auto broken = brokenListings_.find(absolute);
   if (broken != brokenListings_.end() && broken->second == 0) return {};
   std::vector<std::pair<int, std::string>> found;
@@ -149,6 +151,7 @@ store::Listing SimulatedDisk::ListPlainFiles(const std::string& folder) {
     listing.names.push_back(std::move(name));
   }
   listing.finished = broken == brokenListings_.end();
+  listing.processInTrouble = !listing.finished && ListingBreaksForWantOfMemory;
   return listing;
 }
 
@@ -169,7 +172,9 @@ store::Entry SimulatedDisk::Look(const std::string& path) {
 
 store::Readiness SimulatedDisk::TestReadiness(const std::string& path) {
   const auto absolute = Absolute(path);
-  if (Begin("Test " + absolute) || !Is(absolute, Kind::File)) return store::Readiness::Unusable;
+  const auto fault = BeginToOpen("Test " + absolute, absolute);
+  if (fault == DiskResult::ProcessInTrouble) return store::Readiness::ProcessInTrouble;
+  if (fault || !Is(absolute, Kind::File)) return store::Readiness::Unusable;
   const Node& node = entries_.at(absolute);
   if (node.unreadable) return store::Readiness::Unusable;
   if (node.writers > 0) return store::Readiness::InUse;
@@ -178,7 +183,7 @@ store::Readiness SimulatedDisk::TestReadiness(const std::string& path) {
 
 DiskResult SimulatedDisk::SetAttributesNormal(const std::string& path) {
   const auto absolute = Absolute(path);
-  if (const auto fault = Begin("SetAttributesNormal " + absolute)) return *fault;
+  if (const auto fault = BeginToOpen("SetAttributesNormal " + absolute, absolute)) return *fault;
   if (!Is(absolute, Kind::File)) return DiskResult::NotFound;
   entries_.at(absolute).readOnly = false;
   return DiskResult::Done;
@@ -187,14 +192,15 @@ DiskResult SimulatedDisk::SetAttributesNormal(const std::string& path) {
 DiskResult SimulatedDisk::Copy(const std::string& from, const std::string& to) {
   const auto source = Absolute(from);
   const auto target = Absolute(to);
-  const auto fault = Begin("Copy " + source + " -> " + target);
+  const auto fault = BeginToOpen("Copy " + source + " -> " + target, source);
   const bool alreadyLost = Crashed() && operationCount_ > *crashAt_;
   if (!Is(source, Kind::File)) return DiskResult::NotFound;
   if (entries_.at(source).unreadable) return DiskResult::NoAccess;
   const DiskResult held = CanHold(target);
   if (held != DiskResult::Done) return held;
   if (entries_.contains(target)) return DiskResult::AlreadyThere;
-  const bool leavesNothing = fault == DiskResult::AlreadyThere || fault == DiskResult::NotFound;
+  const bool leavesNothing = fault == DiskResult::AlreadyThere || fault == DiskResult::NotFound ||
+                             fault == DiskResult::ProcessInTrouble;
   if (alreadyLost || leavesNothing) return *fault;
   const Node original = entries_.at(source);
   const bool fits = TakeSpace(target, original.contents.size());
@@ -231,7 +237,7 @@ DiskResult SimulatedDisk::Delete(const std::string& path) {
 
 DiskResult SimulatedDisk::Append(const std::string& path, std::string_view text) {
   const auto absolute = Absolute(path);
-  if (const auto fault = Begin("Append " + absolute)) return *fault;
+  if (const auto fault = BeginToOpen("Append " + absolute, absolute)) return *fault;
   const DiskResult held = CanHold(absolute);
   if (held != DiskResult::Done) return held;
   if (!entries_.contains(absolute)) Make(absolute, Kind::File, "");
@@ -274,7 +280,7 @@ DiskResult SimulatedDisk::RemoveFolder(const std::string& path) {
 
 DiskResult SimulatedDisk::FlushFolder(const std::string& folder) {
   const auto absolute = Absolute(folder);
-  if (const auto fault = Begin("FlushFolder " + absolute)) return *fault;
+  if (const auto fault = BeginToOpen("FlushFolder " + absolute, absolute)) return *fault;
   if (!Is(absolute, Kind::Folder)) return DiskResult::NotFound;
   std::erase_if(unflushedRenames_,
                 [&](const auto& rename) { return FolderOf(rename.to) == absolute; });
@@ -349,6 +355,12 @@ void SimulatedDisk::MoveEntries(const std::string& from, const std::string& to) 
     return entry.first == from || IsBelow(entry.first, from);
   });
   entries_.merge(moved);
+}
+
+std::optional<DiskResult> SimulatedDisk::BeginToOpen(const std::string& record,
+                                                     const std::string& absolute) {
+  const auto fault = Begin(record);
+  return !fault && FindsNoHandle(absolute) ? DiskResult::ProcessInTrouble : fault;
 }
 
 std::optional<DiskResult> SimulatedDisk::Begin(const std::string& record) {

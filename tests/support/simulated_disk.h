@@ -16,7 +16,7 @@ namespace tavlo::test {
 
 /// A disk in memory that refuses what the real one refuses. Folders must be made before files; a
 /// folder may be another file system; other programs may hold files open. It records every
-/// operation and can fail any of them, lose all from one on, or cut the power.
+/// operation and can fail any of them, lose all from one on, run out of handles, or cut the power.
 class SimulatedDisk : public store::Disk {
  public:
   /// Stamps come from the loop's wall clock.
@@ -61,7 +61,13 @@ class SimulatedDisk : public store::Disk {
   void BreakListingAfter(const std::string& folder, std::size_t names) {
     brokenListings_[Absolute(folder)] = names;
   }
+  /// Such a walk fails because the process has no memory left.
+  bool ListingBreaksForWantOfMemory = false;
   void MendListing(const std::string& folder) { brokenListings_.erase(Absolute(folder)); }
+  /// The process has no handles left: whatever must open a file or a folder is refused.
+  bool OutOfHandles = false;
+  /// The same for the plain file at this path only.
+  std::string OutOfHandlesAt;
   /// Bytes left on the file system that holds `path`; without end until this is called.
   void SetFreeSpace(const std::string& path, std::uint64_t bytes);
 
@@ -125,6 +131,12 @@ class SimulatedDisk : public store::Disk {
   store::DiskResult CanHold(const std::string& absolute) const;
   bool TakeSpace(const std::string& absolute, std::uint64_t bytes);
   void MoveEntries(const std::string& from, const std::string& to);
+  bool FindsNoHandle(const std::string& absolute) const {
+    return OutOfHandles || absolute == OutOfHandlesAt;
+  }
+  /// Counts and records an operation that opens what is at the path.
+  std::optional<store::DiskResult> BeginToOpen(const std::string& record,
+                                               const std::string& absolute);
   /// Counts and records an operation; gives the fault that befalls it.
   std::optional<store::DiskResult> Begin(const std::string& record);
 

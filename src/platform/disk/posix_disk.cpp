@@ -52,10 +52,17 @@ DiskResult ResultOf(int error) {
     case EPERM:
     case EROFS:
       return DiskResult::NoAccess;
+    case EMFILE:
+    case ENFILE:
+    case ENOMEM:
+      return DiskResult::ProcessInTrouble;
     default:
       return DiskResult::Failed;
   }
 }
+
+/// Whether an errno tells of the process and not of a file: it has no handles or memory left.
+bool IsOfTheProcess(int error) { return ResultOf(error) == DiskResult::ProcessInTrouble; }
 
 /// The result of a call that gives 0 or -1 and errno.
 DiskResult ResultOfCall(int returned) { return ResultOf(returned == 0 ? 0 : errno); }
@@ -183,7 +190,7 @@ PosixDisk::PosixDisk(Clock clock, LeaseTrust leaseTrust, std::function<void()> b
 store::Listing PosixDisk::ListPlainFiles(const std::string& folder) {
   lastDevice_.reset();
   const std::unique_ptr<DIR, CloseFolder> open(::opendir(FolderPath(folder)));
-  if (!open) return {};
+  if (!open) return {.processInTrouble = IsOfTheProcess(errno)};
   store::Listing listing{.started = true};
   errno = 0;
   while (const dirent* const entry = ::readdir(open.get())) {
@@ -193,6 +200,7 @@ store::Listing PosixDisk::ListPlainFiles(const std::string& folder) {
     errno = 0;
   }
   listing.finished = errno == 0;
+  listing.processInTrouble = IsOfTheProcess(errno);
   return listing;
 }
 
@@ -214,10 +222,12 @@ store::Entry PosixDisk::Look(const std::string& path) {
 
 store::Readiness PosixDisk::TestReadiness(const std::string& path) {
   const FileHandle file = OpenForReading(path);
+  if (!file && IsOfTheProcess(errno)) return store::Readiness::ProcessInTrouble;
   const auto status = PlainStatus(file);
   if (!status) return store::Readiness::Unusable;
   const int lease = TryLease(file.Get());
   if (lease == EAGAIN) return store::Readiness::InUse;
+  if (IsOfTheProcess(lease)) return store::Readiness::ProcessInTrouble;
   const bool believed = lease == 0 && TrustsLeaseOn(file.Get(), status->st_dev);
   if (!believed && !StandsStill(path, FactsOf(*status))) return store::Readiness::InUse;
   testedPath_ = path;

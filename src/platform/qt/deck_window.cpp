@@ -17,6 +17,7 @@
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
 #include "platform/qt/work_frames.h"
+#include "window/deck_in_words.h"
 
 namespace tavlo::platform::qt {
 namespace {
@@ -50,7 +51,7 @@ DeckWindow::DeckWindow(forms::MainForm& form, QtLoop& loop, Binder& binder)
   rows->addWidget(new WorkFrames(form, binder, this), 1);
   rows->addStretch();
   AddFocusKeeper(binder);
-  new StateSpeaker(form, binder, this);
+  AddSpeakers(binder);
   binder.Watch(form.frameFiles, [this] { KeepLeastSize(); });
   OnSettled = [this] {
     FitDeck();
@@ -108,6 +109,16 @@ void DeckWindow::AddFocusKeeper(Binder& binder) {
   auto* const keeper = new FocusKeeper(this);
   keeper->setAccessibleName(ToQt(forms::AccessibleName(form_.txtFocus)));
   binder.Bind(form_.txtFocus, *keeper, {});
+}
+
+void DeckWindow::AddSpeakers(Binder& binder) {
+  new StateSpeaker(
+      [this] { return window::DeckInWords(form_); },
+      {&form_.frmMain, &form_.slPosition, &form_.StatusBar1, &form_.cmdPlay, &form_.cmdSkip,
+       &form_.cmdComplete, &form_.lblFilePositionHMS, &form_.lblFileLengthHMS},
+      binder, this);
+  new StateSpeaker([this] { return form_.lblNotice.Value.Get(); }, {&form_.lblNotice}, binder,
+                   this);
 }
 
 void DeckWindow::KeepLeastSize() {

@@ -18,6 +18,7 @@ class DeckWindow : public TopWindow {
  private:
   void AddMenus(Binder& binder);
   void AddFocusKeeper(Binder& binder);
+  void AddSpeakers(Binder& binder);
   void changeEvent(QEvent* event) override;
 
   /// The window is higher by what the deck has grown.

@@ -96,7 +96,7 @@ PlayerPanel::PlayerPanel(forms::MainForm& form, Binder& binder, QWidget* parent)
   rows->addStretch(1);
   rows->addLayout(KeysRow());
   rows->addStretch(1);
-  rows->addWidget(new StatusStrip(form.StatusBar1, binder, scale_, this));
+  rows->addWidget(new StatusStrip(form.StatusBar1, form.lblNotice, binder, scale_, this));
 
   fascia_ = new Fascia(form, binder, this);
   binder.Frame(form.framePlayer, *this);

@@ -2,26 +2,33 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <functional>
+#include <initializer_list>
+#include <string>
 
-#include "forms/main_form.h"
+#include "forms/controls.h"
 
 namespace tavlo::platform::qt {
 
 class Binder;
 
-/// Tells a screen reader what the deck does whenever that changes. It is a notification of no size:
-/// its name is the words, and with each change it counts as newly shown, which is when screen
-/// readers speak a notification. What passes within a blink, as while a command is under way, is
-/// not said.
+/// Tells a screen reader some words whenever they change. It is a notification of no size: its name
+/// is the words, and with each change it counts as newly shown, which is when screen readers speak
+/// a notification. What passes within a blink, as while a command is under way, is not said, and
+/// neither is that there are no words any more.
 class StateSpeaker : public QWidget {
  public:
-  StateSpeaker(const forms::MainForm& form, Binder& binder, QWidget* window);
+  using Words = std::function<std::string()>;
+
+  /// The words depend on these controls and no others.
+  StateSpeaker(Words words, std::initializer_list<const forms::Control*> telling, Binder& binder,
+               QWidget* window);
 
  private:
   void Look();
   void Say();
 
-  const forms::MainForm& form_;
+  const Words wordsNow_;
   QTimer stands_;
   QString words_;
 };

@@ -71,6 +71,20 @@ TEST_F(Announcements, ADictationThatPlaysToItsEndIsSaidToBeThere) {
   SkipDocument();
 }
 
+TEST_F(Announcements, AQuietRemarkIsToldOnceAndNotThatItGoes) {
+  const std::string remark = "Not deleted: access is denied. Document: a.wav";
+  program->Do([&] { program->Rooms().mainWindow.Say(remark); });
+  EXPECT_TRUE(Told(remark));
+  EXPECT_TRUE(Meets("label", remark));
+  Select("Brown");
+  EXPECT_TRUE(Told("Selected: Brown, Subject: cardio"));
+  EXPECT_EQ(program->Ask([] { return Main().lblNotice.Value.Get(); }), "");
+  for (const std::string& event : reader->Heard()) {
+    EXPECT_EQ(event.find(remark), event.npos) << event;
+    EXPECT_NE(event, "state-changed:showing|notification|");
+  }
+}
+
 TEST_F(Announcements, AKeyThatGoesOutOfUseNamesNoneOfItsNeighbours) {
   Select("Brown");
   Play();

@@ -107,6 +107,8 @@ class Sitting {
   }
   void TakeListening();
   void TakeFaces();
+  void Remark(const std::string& words);
+  void TakeRemarks(const std::string& shape);
   void TakeViews();
   void TakeFrozen();
   void TakeMenu();
@@ -145,6 +147,7 @@ void Sitting::TakeListening() {
   program->Click("cmdStop");
   ASSERT_TRUE(Runs(false));
   album->Take("stopped");
+  TakeRemarks("mini-player");
   TakeFaces();
   program->Click("cmdSkipEnd");
   ASSERT_TRUE(program->Until([&] { return Main().cmdComplete.Enabled.Get(); }));
@@ -165,7 +168,29 @@ void Sitting::TakeFaces() {
     ASSERT_TRUE(program->Until([&] { return chosen() != before; }));
     const fs::path file = program->Ask([&] { return faces.TextAt(chosen(), 0); });
     album->TakeLight("face-" + file.stem().string());
+    Remark("The position was not saved: the disk is full. Document: dictation.wav");
+    album->TakeLight("face-" + file.stem().string() + "-remark");
+    Remark("");
   }
+}
+
+/// Has the quiet line say this, or nothing.
+void Sitting::Remark(const std::string& words) {
+  program->Do([&] {
+    program->Rooms().mainWindow.ForgetNotice();
+    program->Rooms().mainWindow.Say(words);
+  });
+}
+
+/// Words that the line has room for, and more than it has room for.
+void Sitting::TakeRemarks(const std::string& shape) {
+  const std::string reason = "Not moved to Completed: the disk is full. ";
+  Remark(reason + "It stays in the Queue.");
+  album->Take(shape + "-remark");
+  Remark(reason + "The document is in the rescue folder: " + home.Root() + "/Files/Rescued/" +
+         "0007 0 Brown 1234 3 9 2004 14 5 12 2 0 17 cardio 0 P_.wav " + std::string(200, 'W'));
+  album->Take(shape + "-long-remark");
+  Remark("");
 }
 
 void Sitting::TakeViews() {
@@ -285,6 +310,7 @@ TEST_P(PicturesAt, EveryStateIsLegibleAndWhole) {
     ASSERT_TRUE(desk.program->Begin());
     ASSERT_TRUE(desk.Ready());
     desk.album->Take("queue");
+    desk.TakeRemarks("queue");
     desk.TakeListening();
     desk.TakeViews();
     desk.TakeFrozen();

@@ -15,8 +15,9 @@ using forms::By;
 using store::DiskResult;
 using Names = std::vector<std::string>;
 
-constexpr std::array kFaults{DiskResult::NoSpace, DiskResult::NoAccess, DiskResult::NotFound,
-                             DiskResult::OtherFileSystem, DiskResult::Failed};
+constexpr std::array kFaults{DiskResult::NoSpace,          DiskResult::NoAccess,
+                             DiskResult::NotFound,         DiskResult::OtherFileSystem,
+                             DiskResult::ProcessInTrouble, DiskResult::Failed};
 constexpr std::array kFailings{SimulatedDisk::Failing::Once, SimulatedDisk::Failing::ForGood};
 
 struct Scene {
@@ -115,17 +116,51 @@ void ExpectNothingLost(const Trial& trial, const Scene& scene) {
   }
 }
 
+bool IsKey(const Key& a, const Key& b) { return a.command == b.command; }
+
+/// What the key asked for stands on the disk, just so.
+bool Happened(const Trial& trial, const Key& key) {
+  if (IsKey(key, kSkip)) return true;
+  const std::string place = IsKey(key, kSave) ? trial.folders.InQueuePath + trial.savedName
+                                              : trial.folders.CompletedPath() + trial.completedName;
+  return trial.PlacesOfDocument() == Names{place};
+}
+
 /// The caption counts only a list that is whole.
 bool ListIsWhole(const Trial& trial) { return trial.form.frameInQueue.Caption.Get() != "Queue"; }
 
-void ExpectWords(const Trial& trial, const Key& key, const Scene& scene, int rows) {
+/// Nothing is spoken of that did not happen.
+void ExpectWords(Trial& trial, const Key& key, const Scene& scene) {
   Names words;
-  if (!scene.queuesByItself) words.push_back(key.word);
-  const bool allDone = ListIsWhole(trial) && rows == 0;
-  if (key.command == kComplete.command && !scene.queuesByItself && allDone) {
-    words.push_back("AllDone");
+  if (!scene.queuesByItself && Happened(trial, key)) {
+    words.push_back(key.word);
+    const bool allDone = trial.Rows() == 0 && ListIsWhole(trial);
+    if (IsKey(key, kComplete) && allDone) words.push_back("AllDone");
   }
   EXPECT_EQ(trial.prompts, words);
+}
+
+/// The quiet line speaks of what went otherwise, and of nothing else: where the document is, where
+/// the one is that it displaced, and that the list is not whole.
+void ExpectQuietLine(const Trial& trial, const Key& key, const Scene& scene, DiskResult fault) {
+  const std::string& line = trial.form.lblNotice.Value;
+  const bool cutShort = !ListIsWhole(trial) && fault == DiskResult::ProcessInTrouble;
+  const Names earlier = trial.disk.FilesHolding("the earlier one");
+  const bool displaced =
+      scene.nameTaken && earlier != Names{trial.folders.CompletedPath() + trial.completedName};
+  EXPECT_EQ(!line.empty(), !Happened(trial, key) || displaced || cutShort) << line;
+  EXPECT_EQ(line.find("The Queue list is not whole") != line.npos, cutShort) << line;
+  if (displaced) {
+    EXPECT_NE(line.find("; another document of that name is "), line.npos) << line;
+    EXPECT_TRUE(line.ends_with(": " + earlier[0]) || line.ends_with(" is kept as " + earlier[0]) ||
+                cutShort)
+        << line;
+  }
+  for (const std::string& place : trial.PlacesOfDocument()) {
+    const bool rescued =
+        place.find(".Rescued ") != place.npos || place.starts_with(trial.folders.RescuedPath());
+    EXPECT_EQ(line.find(place) != line.npos, rescued) << place << " | " << line;
+  }
 }
 
 /// The first row that is not Saved is selected by itself, and no other; none of a list that could
@@ -188,7 +223,8 @@ void FailAtEachOperation(const Key& key, const Look& look) {
           fault.fired = static_cast<int>(trial.disk.Operations.size()) >= nth;
           ExpectNothingLost(trial, scene);
           ExpectListIsBack(trial);
-          ExpectWords(trial, key, scene, trial.Rows());
+          ExpectWords(trial, key, scene);
+          ExpectQuietLine(trial, key, scene, result);
           if (scene.queuesByItself) ExpectNextDocument(trial);
           look(trial, scene, fault);
           ExpectNextScanShowsTheTruth(trial);

@@ -89,6 +89,68 @@ TEST_F(FinishingTest, SaveLeavesADocumentAloneThatWaitsUnderTheNewName) {
   EXPECT_EQ(disk.Contents(folders.InQueuePath + waiting), "sound of " + waiting);
   EXPECT_EQ(disk.Contents(folders.InQueuePath + name), "sound of " + name);
   EXPECT_EQ(opening.SelectedQueueFile, name);
+  EXPECT_TRUE(prompts.empty());
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "The position was not saved: another document of that name waits. Document: " + name);
+}
+
+TEST_F(FinishingTest, CompleteThatTookThePlaceOfAnotherDocumentTellsWhereThatIs) {
+  disk.WithFile(folders.CompletedPath() + name, "the earlier one");
+  WorkOn(name, 0);
+  form.cmdComplete.Enabled = true;
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(prompts, (Prompts{"Complete", "AllDone"}));
+  EXPECT_EQ(disk.Contents(folders.RescuedPath() + name), "the earlier one");
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "Completed; another document of that name is in the rescue folder: " +
+                folders.RescuedPath() + name);
+}
+
+TEST_F(FinishingTest, SaveOfANameThatCanNotGiveAPositionBackIsNoSave) {
+  const std::string tailed = Document().Tail("Jones 901 12 31 2009 23 59 58").Name();
+  for (const std::string& foreign : {std::string("song.wav"), tailed}) {
+    Drop(foreign);
+    queue.RefreshQueueList();
+    WorkOn(foreign, 40'000);
+    form.cmdSave.Press(By::Hand);
+    EXPECT_TRUE(prompts.empty());
+    EXPECT_EQ(form.lblNotice.Value.Get(),
+              "The position was not saved: the name of this document can not hold one. Document: " +
+                  opening.SelectedQueueFile);
+    file.Sounds[folders.InQueuePath + opening.SelectedQueueFile] = {.samples = 80'000};
+    WorkOn(opening.SelectedQueueFile, 0);
+    form.cmdSave.Press(By::Hand);
+    EXPECT_EQ(prompts, Prompts{"Save"});
+  }
+}
+
+TEST_F(FinishingTest, QuietLineOutlivesTheNextDocumentThatComesByItself) {
+  Drop(Document().By("Next").At("1 1 2010 8 0 0").Name());
+  config.txtAutoQueueJob.Value = "Y";
+  queue.RefreshQueueList();
+  WorkOn(name, 40'000);
+  config.txtAutoPreview.Value = "5";
+  disk.FailOperation(1, store::DiskResult::NoSpace);
+  form.cmdSave.Press(By::Hand);
+  ASSERT_TRUE(engine.IsPlaying);
+  loop.Advance(3s);
+  EXPECT_TRUE(prompts.empty());
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "The position was not saved: the disk is full. Document: " + name);
+  ClickRowOf(name);
+  EXPECT_FALSE(form.lblNotice.Visible);
+}
+
+TEST_F(FinishingTest, AllDoneIsNotSaidOfAQueueThatWasNotReadToItsEnd) {
+  const std::string other = Drop(Document().By("Other"));
+  queue.RefreshQueueList();
+  WorkOn(name, 0);
+  form.cmdComplete.Enabled = true;
+  disk.OutOfHandlesAt = other;
+  form.cmdComplete.Press(By::Hand);
+  ASSERT_EQ(Rows(), 0);
+  EXPECT_EQ(prompts, Prompts{"Complete"});
+  EXPECT_TRUE(form.lblNotice.Visible);
 }
 
 TEST_F(FinishingTest, CompletedDocumentIsNotChosenAnyMoreThoughTheNetworkIsDown) {
@@ -123,6 +185,10 @@ TEST_F(FinishingTest, FailedCopyStillTakesTheDocumentOutOfTheQueueAndLosesNothin
   form.cmdComplete.Press(By::Hand);
   EXPECT_EQ(Rows(), 0);
   EXPECT_EQ(disk.FilesHolding("sound of " + name), Prompts{folders.RescuedPath() + name});
+  EXPECT_TRUE(prompts.empty());
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "Not moved to Completed: the disk is full. The document is in the rescue folder: " +
+                folders.RescuedPath() + name);
 }
 
 TEST_F(FinishingTest, SaveMarksTheRowAndTheNextPlayStartsThere) {
@@ -297,13 +363,14 @@ TEST_F(FinishingTest, AutoQueueWithOnlySavedRowsLeftSelectsNothing) {
   EXPECT_FALSE(form.cmdPlay.Enabled);
 }
 
-TEST_F(FinishingTest, CompleteWithNothingSelectedTouchesNoFile) {
+TEST_F(FinishingTest, CompleteWithNothingSelectedTouchesNoFileAndClaimsNothing) {
   form.cmdComplete.Enabled = true;
   const auto changes = disk.Changes();
   form.cmdComplete.Press(By::Hand);
   EXPECT_EQ(disk.Changes(), changes);
   EXPECT_EQ(disk.NamesIn(folders.InQueuePath), Prompts{name});
   EXPECT_EQ(Rows(), 1);
+  EXPECT_TRUE(prompts.empty());
 }
 
 TEST_F(FinishingTest, ClickInTheMomentOfLeavingDoesNotChangeWhichDocumentIsCompleted) {

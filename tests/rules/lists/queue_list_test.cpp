@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "support/lists_bench.h"
 
 namespace tavlo::test {
@@ -159,6 +161,53 @@ TEST_F(QueueListTest, NegativeStatusEndsTheScanWithTheRowsMadeSoFar) {
   EXPECT_EQ(Cell(0, column::Author), "A");
   EXPECT_EQ(Caption(), "Queue");
   EXPECT_TRUE(loop.Shown.empty());
+}
+
+/// Where a scan may find no handle.
+const std::function<void(ListsBench&, const std::string&)> kTroubles[] = {
+    [](ListsBench& bench, const std::string& path) { bench.disk.OutOfHandlesAt = path; },
+    [](ListsBench& bench, const std::string& path) { bench.file.TroubleWith = path; },
+    [](ListsBench& bench, const std::string&) {
+      bench.disk.BreakListingAfter(bench.folders.InQueuePath, 1);
+      bench.disk.ListingBreaksForWantOfMemory = true;
+    },
+};
+
+TEST(QueueListWithoutHandles, ScanEndsWithTheRowsMadeSoFarAndTheNextOneListsAll) {
+  for (const auto& trouble : kTroubles) {
+    ListsBench bench;
+    bench.Drop(Document().By("A"));
+    const std::string second = bench.Drop(Document().By("B"));
+    bench.Drop(Document().By("C"));
+    bench.form.frameInQueue.Caption = "Queue";
+    trouble(bench, second);
+    EXPECT_FALSE(bench.queue.RefreshQueueList());
+    ASSERT_EQ(bench.Rows(), 1);
+    EXPECT_EQ(bench.form.frameInQueue.Caption.Get(), "Queue");
+    EXPECT_TRUE(bench.loop.Shown.empty());
+    EXPECT_FALSE(bench.file.IsOpen());
+    EXPECT_EQ(bench.form.lblNotice.Value.Get(),
+              "The Queue list is not whole: the program has no file handles or memory left. The "
+              "next list shows the rest.");
+    bench.disk.OutOfHandlesAt.clear();
+    bench.file.TroubleWith.clear();
+    bench.disk.MendListing(bench.folders.InQueuePath);
+    EXPECT_TRUE(bench.queue.RefreshQueueList());
+    EXPECT_EQ(bench.Rows(), 3);
+    EXPECT_FALSE(bench.form.lblNotice.Visible);
+  }
+}
+
+TEST_F(QueueListTest, ScanThatFindsNoHandleForTheFolderKeepsTheListAndHighlightsNothing) {
+  Drop(Document());
+  queue.RefreshQueueList();
+  form.listViewInQueue.ListIndex = 0;
+  disk.OutOfHandles = true;
+  EXPECT_FALSE(queue.RefreshQueueList());
+  EXPECT_EQ(Rows(), 1);
+  EXPECT_EQ(form.listViewInQueue.ListIndex, -1);
+  EXPECT_TRUE(loop.Shown.empty());
+  EXPECT_TRUE(form.lblNotice.Visible);
 }
 
 TEST_F(QueueListTest, FolderThatCanNotBeReachedShowsTheBoxAndKeepsTheList) {

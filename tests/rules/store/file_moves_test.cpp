@@ -85,7 +85,7 @@ TEST_F(FileMovesTest, DocumentThatIsToStayStopsTheMove) {
 TEST_F(FileMovesTest, RescuedDocumentsOfOneNameAreNumberedBeforeTheExtension) {
   for (const char* contents : {"first", "second", "third"}) {
     disk.WithFile(Queued("a b.wav"), contents);
-    EXPECT_EQ(moves.Rescue(Queued("a b.wav")), DiskResult::Done);
+    EXPECT_EQ(moves.Rescue(Queued("a b.wav")).result, DiskResult::Done);
   }
   EXPECT_EQ(disk.Contents(Rescued("a b.wav")), "first");
   EXPECT_EQ(disk.Contents(Rescued("a b (2).wav")), "second");
@@ -94,7 +94,7 @@ TEST_F(FileMovesTest, RescuedDocumentsOfOneNameAreNumberedBeforeTheExtension) {
 
 TEST_F(FileMovesTest, RescueFromAnotherFileSystemGoesBehindADotInItsOwnFolder) {
   disk.WithFile("/share/a.wav", "A").WithFile("/share/.Rescued a.wav", "B");
-  EXPECT_EQ(moves.Rescue("/share/a.wav"), DiskResult::Done);
+  EXPECT_EQ(moves.Rescue("/share/a.wav").result, DiskResult::Done);
   EXPECT_EQ(disk.Contents("/share/.Rescued a (2).wav"), "A");
   EXPECT_EQ(disk.Contents("/share/.Rescued a.wav"), "B");
 }
@@ -211,10 +211,10 @@ TEST_F(FileMovesTest, DeleteForGoodDeletes) {
 TEST_F(FileMovesTest, NameOf255BytesIsRescuedUnderAShorterStem) {
   const std::string name = std::string(251, 'n') + ".wav";
   disk.WithFile(Queued(name), "A").WithFile(Rescued(name), "B");
-  EXPECT_EQ(moves.Rescue(Queued(name)), DiskResult::Done);
+  EXPECT_EQ(moves.Rescue(Queued(name)).result, DiskResult::Done);
   EXPECT_EQ(disk.Contents(Rescued(std::string(247, 'n') + " (2).wav")), "A");
   disk.WithFile("/share/" + name, "C");
-  EXPECT_EQ(moves.Rescue("/share/" + name), DiskResult::Done);
+  EXPECT_EQ(moves.Rescue("/share/" + name).result, DiskResult::Done);
   EXPECT_EQ(disk.FilesHolding("C").size(), 1u);
 }
 

@@ -11,6 +11,7 @@
 namespace tavlo::test {
 namespace {
 
+using store::Locked;
 using store::QueuePath;
 
 const std::string kRoot = "/home/typist/Lyrane/TavloDeck";
@@ -150,39 +151,47 @@ TEST_F(WorkFoldersTest, FileThatAnotherProgramWritesIsLockedAndStaysUntouched) {
   disk.WithFile("/drop/a.dS2");
   disk.SetReadOnly("/drop/a.dS2");
   disk.OpenWriter("/drop/a.dS2");
-  EXPECT_TRUE(folders.FileIsLocked("/drop/a.dS2"));
+  EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::Yes);
   EXPECT_TRUE(disk.IsReadOnly("/drop/a.dS2"));
   disk.CloseWriter("/drop/a.dS2");
-  EXPECT_FALSE(folders.FileIsLocked("/drop/a.dS2"));
+  EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::No);
 }
 
 TEST_F(WorkFoldersTest, ReadOnlyDocumentIsWritableOnceItWasFoundFree) {
   disk.WithFile("/drop/a.dS2");
   disk.SetReadOnly("/drop/a.dS2");
-  EXPECT_FALSE(folders.FileIsLocked("/drop/a.dS2"));
+  EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::No);
   EXPECT_FALSE(disk.IsReadOnly("/drop/a.dS2"));
 }
 
 TEST_F(WorkFoldersTest, TestOfAnOrdinaryFileIsOneLookAndNoChange) {
   disk.WithFile("/drop/a.dS2");
-  EXPECT_FALSE(folders.FileIsLocked("/drop/a.dS2"));
+  EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::No);
   EXPECT_EQ(disk.Operations, std::vector<std::string>{"Test /drop/a.dS2"});
 }
 
 TEST_F(WorkFoldersTest, FileThatCannotBeOpenedIsLocked) {
   disk.WithFile("/drop/a.dS2").WithFolder("/drop/folder").WithFifo("/drop/fifo");
   disk.SetUnreadable("/drop/a.dS2");
-  EXPECT_TRUE(folders.FileIsLocked("/drop/a.dS2"));
-  EXPECT_TRUE(folders.FileIsLocked("/drop/folder"));
-  EXPECT_TRUE(folders.FileIsLocked("/drop/fifo"));
-  EXPECT_TRUE(folders.FileIsLocked("/drop/vanished"));
+  EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::Yes);
+  EXPECT_EQ(folders.FileIsLocked("/drop/folder"), Locked::Yes);
+  EXPECT_EQ(folders.FileIsLocked("/drop/fifo"), Locked::Yes);
+  EXPECT_EQ(folders.FileIsLocked("/drop/vanished"), Locked::Yes);
+}
+
+TEST_F(WorkFoldersTest, FileThatAProcessWithoutHandlesCanNotAskAboutIsNotKnown) {
+  disk.WithFile("/drop/a.dS2");
+  disk.OutOfHandles = true;
+  EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::NotKnown);
+  disk.OutOfHandles = false;
+  EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::No);
 }
 
 TEST_F(WorkFoldersTest, FreeFileWhoseAttributesCannotBeSetIsFree) {
   disk.WithFile("/drop/a.dS2");
   disk.SetReadOnly("/drop/a.dS2");
   disk.FailOperation(2, store::DiskResult::NoAccess);
-  EXPECT_FALSE(folders.FileIsLocked("/drop/a.dS2"));
+  EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::No);
 }
 
 TEST_F(WorkFoldersTest, NetworkFaultNamesTheQueuePath) {

@@ -25,6 +25,18 @@ TEST_F(MainWindowTest, QuietLineStandsUntilTheNextCommandOfAHand) {
   EXPECT_EQ(form.lblNotice.Value.Get(), "");
 }
 
+TEST_F(MainWindowTest, QuietLineSaysEverythingOfOneCommandAndNothingTwice) {
+  window.Say("Nothing was stored.");
+  window.SayWhile(true, "The list is not whole.");
+  window.Say("Nothing was stored.");
+  window.Say("");
+  EXPECT_EQ(form.lblNotice.Value.Get(), "Nothing was stored. The list is not whole.");
+  window.SayWhile(false, "The list is not whole.");
+  EXPECT_EQ(form.lblNotice.Value.Get(), "Nothing was stored.");
+  window.SayWhile(false, "Nothing was stored.");
+  EXPECT_FALSE(form.lblNotice.Visible);
+}
+
 TEST_F(MainWindowTest, QueueDocumentShowsInWorkOrAsTheHighlightedRowOfTheQueueInFront) {
   form.listViewInQueue.ListIndex = -1;
   EXPECT_FALSE(window.QueueDocumentShows());

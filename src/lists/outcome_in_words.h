@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "store/disk.h"
+#include "store/file_moves.h"
+#include "store/work_folders.h"
+
+/// What the quiet line says when the files did not become what a key asked for. `name` is the bare
+/// file name of the document that the key was for.
+namespace tavlo::lists {
+
+std::string SaveFailureInWords(store::DiskResult result, const std::string& name);
+/// For a name whose position can not be read back.
+std::string NamelessPositionInWords(const std::string& name);
+
+/// Where a document was to be moved: what Complete and Return to Queue do.
+enum class Trip { ToCompleted, ToQueue };
+/// Empty when the move did just what was asked for.
+std::string MoveInWords(Trip trip, const store::Moved& moved, const std::string& name,
+                        const store::WorkFolders& folders);
+
+std::string DeleteFailureInWords(store::DiskResult result, const std::string& name);
+std::string DeleteAllFailureInWords(store::DiskResult result);
+
+/// `list` is "Queue" or "Completed".
+std::string CutShortInWords(std::string_view list);
+
+}  // namespace tavlo::lists
