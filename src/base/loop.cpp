@@ -28,9 +28,12 @@ void Loop::RunEvent(std::string_view what, const std::function<void()>& body) {
 }
 
 void Loop::RunPass() {
-  std::deque<std::function<void()>> calls;
-  calls.swap(posts_);
-  for (auto& call : calls) RunEvent("A posted call", call);
+  // One by one, because a call may open a box, and the passes under it run what waits behind.
+  for (std::size_t waiting = posts_.size(); waiting > 0 && !posts_.empty(); --waiting) {
+    const std::function<void()> call = std::move(posts_.front());
+    posts_.pop_front();
+    RunEvent("A posted call", call);
+  }
   RunDueTimers({});
 }
 

@@ -230,7 +230,8 @@ void Table::RowClick(int row) {
 }
 
 void Table::DoubleClick(int row) {
-  if (row < 0 || static_cast<std::size_t>(row) >= rows_.size()) return;
+  // The click before it chose the row; a list that was built anew in between holds another one.
+  if (row < 0 || row != ListIndex) return;
   RunByHand(OnDoubleClick);
 }
 

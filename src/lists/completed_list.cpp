@@ -5,6 +5,7 @@
 
 #include "lists/document_rows.h"
 #include "lists/outcome_in_words.h"
+#include "window/no_document.h"
 
 namespace tavlo::lists {
 namespace {
@@ -12,12 +13,11 @@ namespace {
 /// A completed document is never marked Saved, so the column is not shown.
 constexpr forms::Twips kSavedWidth = 0;
 
-constexpr const char* kNothingCompleted =
+constexpr std::string_view kNothingCompleted =
     "Nothing completed yet\nA dictation comes here when you press Complete.";
 /// What the folder still holds is not in the list until it is built anew.
-constexpr const char* kOthersStay =
-    "The wave files are deleted\nFiles of other kinds stay; the list shows them when you come "
-    "back.";
+constexpr std::string_view kSomeStay =
+    "Some files stay in the folder\nThe list shows them when you come back.";
 
 /// File names here may come from systems that know no case.
 bool IsWave(std::string_view name) {
@@ -60,12 +60,11 @@ CompletedList::CompletedList(base::Loop& loop, forms::MainForm& form, window::Ma
 
 void CompletedList::MakeColumns(const std::string& subjectHeading) {
   form_.listViewCompleted.SetColumns(DocumentColumns(subjectHeading, kSavedWidth));
-  form_.listViewCompleted.WhenEmpty = kNothingCompleted;
+  form_.listViewCompleted.WhenEmpty = std::string(kNothingCompleted);
 }
 
 void CompletedList::RefreshCompletedList() {
   const forms::Hourglass hourglass(form_.frmMain);
-  form_.listViewCompleted.WhenEmpty = kNothingCompleted;
   const ScanEnd end =
       scan_.Run(form_.listViewCompleted, folders_.CompletedPath(), [this](const std::string& name) {
         const store::Locked locked = folders_.FileIsLocked(folders_.CompletedPath() + name);
@@ -74,6 +73,8 @@ void CompletedList::RefreshCompletedList() {
       });
   CompletedCount = static_cast<int>(form_.listViewCompleted.Rows().size());
   CompletedTotalLength = scan_.TotalLength;
+  form_.listViewCompleted.WhenEmpty =
+      std::string(end == ScanEnd::Whole ? kNothingCompleted : kListIsNotWhole);
   if (end == ScanEnd::OutOfReach) loop_.Show(folders_.CompletedPathFault());
   if (end == ScanEnd::Whole) WriteCaption(CompletedTotalLength);
   window_.SayWhile(end == ScanEnd::CutShort, CutShortInWords("Completed"));
@@ -165,10 +166,13 @@ void CompletedList::DeleteAll() {
   form_.frmMain.MousePointer = forms::Pointer::Hourglass;
   CompletedCount = 0;
   form_.listViewCompleted.Clear();
+  window::ShowNoDocument(form_);
   WriteCaption(0);
   SetCompletedButtons();
   const Deletion deletion = DeleteWaves();
   const bool done = deletion.result == store::DiskResult::Done;
+  form_.listViewCompleted.WhenEmpty =
+      std::string(done && !deletion.othersStay ? kNothingCompleted : kSomeStay);
   if (!done) window_.Say(DeleteAllFailureInWords(deletion.result));
   // Where there was nothing to delete the hourglass stays, as settled, until the next list is
   // built.
@@ -186,7 +190,7 @@ CompletedList::Deletion CompletedList::DeleteWaves() {
   Deletion deletion;
   for (const std::string& name : walk.names) {
     if (!IsWave(name)) {
-      form_.listViewCompleted.WhenEmpty = kOthersStay;
+      deletion.othersStay = true;
       continue;
     }
     deletion.any = true;

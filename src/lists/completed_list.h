@@ -45,6 +45,7 @@ class CompletedList {
   void LetPendingEventsPass();
   struct Deletion {
     bool any = false;                                    ///< There was something to delete.
+    bool othersStay = false;                             ///< Files that are no waves.
     store::DiskResult result = store::DiskResult::Done;  ///< The first one that is not Done.
   };
   /// Deletes all waves of the folder, listed or not.

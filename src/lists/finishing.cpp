@@ -112,14 +112,15 @@ void Finishing::LeaveAndStore(Way way) {
 
 void Finishing::StoreAtOnce() {
   if (!due_ && !form_.cmdSkip.Enabled) return;
-  const bool placeIsShown = form_.frmMain.WindowShape == forms::Shape::Normal;
-  if (!due_ && placeIsShown) window_.SavePlayerPosition();
+  const bool keepsPlace = !due_ && form_.frmMain.WindowShape == forms::Shape::Normal;
   transport_.StopWindAndPreview();
   engine_.StopPlay();
   engine_.CloseFile();
+  // The document first: the settings may lie on a disk that gives trouble.
   StoreOutcome(due_.value_or(Way::Save));
   due_.reset();
   form_.cmdSkip.Enabled = false;
+  if (keepsPlace) window_.SavePlayerPosition();
 }
 
 void Finishing::LeaveDocument() {

@@ -26,9 +26,12 @@ QueueList::QueueList(base::Loop& loop, forms::MainForm& form, window::MainWindow
 
 void QueueList::MakeColumns(const std::string& subjectHeading) {
   form_.listViewInQueue.SetColumns(DocumentColumns(subjectHeading, kSavedWidth));
+  form_.listViewInQueue.WhenEmpty = NothingWaits();
+}
+
+std::string QueueList::NothingWaits() const {
   const std::string& folder = folders_.InQueuePath;
-  form_.listViewInQueue.WhenEmpty =
-      "Nothing waits to be typed\nDrop dictations into " + folder.substr(0, folder.size() - 1);
+  return "Nothing waits to be typed\nDrop dictations into " + folder.substr(0, folder.size() - 1);
 }
 
 bool QueueList::RefreshQueueList() {
@@ -37,6 +40,8 @@ bool QueueList::RefreshQueueList() {
                 [this](const std::string& scanFileName) { return ParseIfFree(scanFileName); });
   QueueCount = static_cast<int>(form_.listViewInQueue.Rows().size());
   QueueTotalLength = scan_.TotalLength;
+  form_.listViewInQueue.WhenEmpty =
+      end == ScanEnd::Whole ? NothingWaits() : std::string(kListIsNotWhole);
   if (end == ScanEnd::OutOfReach) loop_.Show(folders_.QueueNetworkFault());
   if (end == ScanEnd::Whole) {
     form_.frameInQueue.Caption = ListCaption("Queue", QueueCount, QueueTotalLength);

@@ -33,6 +33,7 @@ class QueueList {
   bool RefreshQueueList();
 
  private:
+  std::string NothingWaits() const;
   store::Locked ParseIfFree(const std::string& scanFileName);
 
   base::Loop& loop_;

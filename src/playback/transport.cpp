@@ -140,7 +140,8 @@ void Transport::Explain(Primed primed) {
       ExplainOutOfReach();
       return;
   }
-  window_.OfferComplete();
+  // A pedal works under the box, too, and may have begun what can be played by now.
+  if (!engine_.HoldsDocument()) window_.OfferComplete();
 }
 
 void Transport::ExplainOutOfReach() {
@@ -197,13 +198,15 @@ void Transport::RewindCommand() {
   engine_.tmrPlaySnipet.Stop();
   engine_.StopPlay();
   WindTickCount = 0;
+  const bool wasAtTheEnd = engine_.CurrentSamplePosition == engine_.FileLength;
   Jump(-WindSeconds());
   engine_.CurrentSamplePosition =
       std::clamp(engine_.CurrentSamplePosition, 0.0, engine_.FileLength);
   ShowPosition();
   if (form_.slPosition.Value == 100) {
     form_.cmdSkip.Enabled = true;
-    window_.OfferComplete();
+    // The slider rounds: half a percent of a long document may be minutes that nobody heard.
+    if (wasAtTheEnd) window_.OfferComplete();
     form_.cmdSave.Enabled = true;
   }
   if (engine_.CurrentSamplePosition == 0) {

@@ -49,7 +49,8 @@ void Exit::ExitByMenu() {
 }
 
 void Exit::EndSession() {
-  if (hooks_.outcomeIsDue && hooks_.outcomeIsDue()) {
+  // A box in that pass would keep the key from ever getting there.
+  if (hooks_.outcomeIsDue && hooks_.outcomeIsDue() && !loop_.MessageBoxOpen()) {
     loop_.Post([this] { EndSession(); });
     return;
   }

@@ -80,7 +80,6 @@ Takings::Wish Takings::WishOf(const forms::Command& command) const {
     if (&command == &main.cmdComplete) wish.givesWay = kCompleted;
   } else if (&command == &main.cmdMoveToQueue || &command == &main.cmdDeleteOneCompleted) {
     wish.mayTake = Highlighted(main.listViewCompleted, main.frameCompleted, kCompleted);
-    if (&command == &main.cmdMoveToQueue) wish.givesWay = kInQueue;
   } else if (&command == &main.cmdDeleteAllCompleted) {
     wish.mayClear = true;
   }

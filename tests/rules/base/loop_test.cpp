@@ -29,6 +29,19 @@ TEST(Loop, PostedCallsRunInOrderOnTheNextPass) {
   EXPECT_EQ(ran, "123");
 }
 
+TEST(Loop, PassUnderABoxRunsTheCallsThatWaitBehindTheOneThatOpenedIt) {
+  SimulatedLoop loop;
+  std::string ran;
+  loop.Expect({.delay = 10ms, .meanwhile = [&] {
+                 loop.Yield();
+                 EXPECT_EQ(ran, "2");
+               }});
+  loop.Post([&] { loop.Show({.text = "1"}); });
+  loop.Post([&] { ran += "2"; });
+  loop.Yield();
+  EXPECT_EQ(ran, "2");
+}
+
 TEST(Loop, WaitLetsTimersTickInsideIt) {
   SimulatedLoop loop;
   int ticks = 0;

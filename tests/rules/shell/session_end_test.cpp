@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <stdexcept>
+
 #include "store/saved_position.h"
 #include "support/deck_bench.h"
 
@@ -144,6 +147,20 @@ TEST_F(SessionEndTest, EndsUnderAMessageBoxWithTheDocumentStored) {
   form.frmMain.CloseRequest();
   EXPECT_EQ(endedUnderTheBox, 0);
   EXPECT_EQ(Queue(), StoredAt(position));
+}
+
+TEST_F(SessionEndTest, EndsUnderABoxInTheMomentOfSavingWithTheDocumentStored) {
+  Play();
+  loop.Post([] { throw std::runtime_error("no"); });
+  std::optional<int> endedUnderTheBox;
+  loop.Expect({.meanwhile = [&] {
+    deck.EndSession();
+    endedUnderTheBox = ended;
+  }});
+  form.cmdSave.Press(forms::By::Hand);
+  ASSERT_FALSE(loop.Shown.empty());
+  EXPECT_EQ(endedUnderTheBox, 0);
+  EXPECT_EQ(Queue(), StoredAt(Engine().CurrentSamplePosition));
 }
 
 TEST_F(SessionEndTest, EndsDuringTheSplashWithNothingChanged) {

@@ -250,6 +250,59 @@ TEST_F(ShownDocument, ListAfterASkippedDocumentTellsOfNone) {
   EXPECT_TRUE(TellsOfNoDocument());
 }
 
+TEST_F(ShownDocument, ListThatCouldNotBeReadDoesNotSayThatNothingWaits) {
+  disk.Remove(InQueue() + waits);
+  disk.OpenWriter(InQueue() + Drop(Document().By("Third").Name()));
+  disk.BreakListingAfter(InQueue(), 1);
+  form.cmdUpdateFileList.Press(By::Hand);
+  ASSERT_TRUE(form.listViewInQueue.Rows().empty());
+  EXPECT_EQ(form.listViewInQueue.WhenEmpty.Get(),
+            "This list is not whole\nIt shows what is there once it can be read again.");
+  disk.MendListing(InQueue());
+  form.cmdUpdateFileList.Press(By::Hand);
+  EXPECT_TRUE(form.listViewInQueue.WhenEmpty.Get().starts_with("Nothing waits to be typed"));
+}
+
+TEST_F(ShownDocument, DeleteAllThatFailsDoesNotSayThatNothingIsCompleted) {
+  form.mnuViewCompleted.Press(By::Hand);
+  loop.Expect({.reply = base::Reply::Yes});
+  loop.Expect({.reply = base::Reply::Yes});
+  // The listing is the first operation, the delete the second.
+  disk.FailOperation(2, store::DiskResult::NoAccess);
+  form.cmdDeleteAllCompleted.Press(By::Hand);
+  ASSERT_TRUE(disk.Has(Completed() + typed));
+  EXPECT_EQ(form.listViewCompleted.WhenEmpty.Get(),
+            "Some files stay in the folder\nThe list shows them when you come back.");
+}
+
+TEST_F(ShownDocument, RewindNearTheEndDoesNotTakeWhatTheSliderRoundsForAnEnd) {
+  file.Sounds[InQueue() + waits] = {.samples = 8000 * 10'800};
+  ClickRow(0);
+  form.cmdPlay.Press(By::Hand);
+  form.cmdStop.Press(By::Hand);
+  deck.Built()->engine.CurrentSamplePosition = 8000 * 10'750;
+  form.cmdRewind.Press(By::Hand);
+  ASSERT_EQ(form.slPosition.Value, 100);
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+}
+
+TEST_F(ShownDocument, PlayUnderTheBoxOfAFileThatCouldNotBePlayedIsNotOfferedToComplete) {
+  config.txtAutoPreview.Value = "0";
+  const SimulatedSound sound = file.Sounds.at(InQueue() + waits);
+  file.Sounds.erase(InQueue() + waits);
+  ClickRow(0);
+  loop.Expect({.meanwhile = [&] {
+    // It was still being copied, and is whole now.
+    file.Sounds[InQueue() + waits] = sound;
+    deck.Built()->footPedal.Take(false, true, false);
+    deck.Built()->footPedal.DispatchPedalEvent();
+    ASSERT_TRUE(deck.Built()->engine.IsPlaying);
+  }});
+  form.cmdPlay.Press(By::Hand);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_FALSE(form.cmdComplete.Enabled);
+}
+
 TEST_F(ShownDocument, ListEmptiedByDeleteAllSpeaksOfTheFilesThatStay) {
   Keep("Memo.mp3");
   form.mnuViewCompleted.Press(By::Hand);
@@ -258,8 +311,8 @@ TEST_F(ShownDocument, ListEmptiedByDeleteAllSpeaksOfTheFilesThatStay) {
   form.cmdDeleteAllCompleted.Press(By::Hand);
   ASSERT_TRUE(form.listViewCompleted.Rows().empty());
   EXPECT_EQ(form.listViewCompleted.WhenEmpty.Get(),
-            "The wave files are deleted\n"
-            "Files of other kinds stay; the list shows them when you come back.");
+            "Some files stay in the folder\nThe list shows them when you come back.");
+  EXPECT_TRUE(TellsOfNoDocument());
   form.mnuViewCompleted.Press(By::Hand);
   EXPECT_EQ(form.listViewCompleted.Rows().size(), 1u);
   EXPECT_EQ(form.listViewCompleted.WhenEmpty.Get(),
