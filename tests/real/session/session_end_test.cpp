@@ -30,6 +30,11 @@ struct SessionEndTest : testing::Test {
     static char* arguments[] = {name, nullptr};
     static QApplication application(count, arguments);
   }
+  /// Whoever started the tests may have had signals ignored, as a shell does for what it does not
+  /// wait for.
+  void SetUp() override {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_DFL);
+  }
 
   SessionEnd::Calls Calls() {
     return {.ends = [this] { ++ends; }, .screenGone = [this] { ++screensGone; }};
