@@ -43,7 +43,7 @@ int main(int argc, char** argv) {
   playback::AudioEngine engine(loop, form, config, window, file, transform, player, hooks);
   store::WorkFolders folders(disk, std::string(argv[1]) + "/Lyrane/TavloDeck");
   store::DocumentNames names(loop);
-  lists::QueueList queue(loop, form, disk, folders, names, engine);
+  lists::QueueList queue(loop, form, window, disk, folders, names, engine);
 
   const double first = SecondsOf(queue);
   const double again = SecondsOf(queue);
