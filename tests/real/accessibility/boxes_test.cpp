@@ -59,7 +59,7 @@ TEST_F(Boxes, TheQuestionOfADeletionIsReadAndEscapeIsNo) {
   ASSERT_TRUE(program->Until([] { return Main().cmdDeleteOneCompleted.Enabled.Get(); }));
   reader->Press("Delete One");
   ExpectABoxIsHeard("Tavlo Deck - Delete",
-                    "Are you sure you want to delete the selected Completed document?", "Yes");
+                    "Are you sure you want to delete the selected Completed document?", "No");
   ExpectEscapeCloses();
   EXPECT_EQ(program->Ask([] { return Main().listViewCompleted.Rows().size(); }), 1u);
   Keys({kAlt, 'v'});
