@@ -1,5 +1,6 @@
 #include "simulation/takings.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "simulation/trace.h"
@@ -34,7 +35,18 @@ Takings::Takings(Desk& desk) : desk_(desk) {
 
 void Takings::Press(forms::Command& command) {
   Wish wish = WishOf(command);
+  const forms::MainForm& main = desk_.Main();
+  const bool finishes = &command == &main.cmdComplete || &command == &main.cmdSave;
+  const std::string path = finishes && !wish.mayTake.empty() ? *wish.mayTake.begin() : "";
+  const std::string contents = desk_.disk.Contents(path);
+  const std::size_t before = desk_.promptControl.Sounded.size();
   During(std::move(wish), [&] { command.Press(forms::By::Hand); });
+  // Nobody hears a program that has ended.
+  if (path.empty() || desk_.ended) return;
+  const std::vector<std::string>& sounded = desk_.promptControl.Sounded;
+  for (std::size_t at = before; at < sounded.size(); ++at) {
+    LookWhetherItIsTrue(sounded[at], path, contents);
+  }
 }
 
 void Takings::EndSession(bool now) {
@@ -53,6 +65,26 @@ void Takings::EndSession(bool now) {
   if (desk_.loop.Shown.size() != boxes) Note("The end of the session asks.");
   if (now && !desk_.ended) Note("The session has ended, and the program goes on.");
   if (alone) LookWhetherItIsStored(path, contents);
+}
+
+void Takings::LookWhetherItIsTrue(const std::string& said, const std::string& path,
+                                  const std::string& contents) {
+  const std::string folder = FolderOf(path);
+  const auto places = desk_.disk.FilesHolding(contents);
+  // Somebody else has changed it or taken it away meanwhile.
+  if (places.empty()) return;
+  const auto stands = [&](const std::string& where) {
+    return std::any_of(places.begin(), places.end(),
+                       [&](const std::string& place) { return place.starts_with(where); });
+  };
+  if (said.find("/Prompts/Complete.") != said.npos && !stands(kCompleted)) {
+    Note("Said to be completed: " + Readable(places.front()));
+  }
+  const double position = desk_.Rooms()->engine.CurrentSamplePosition;
+  if (said.find("/Prompts/Save.") != said.npos &&
+      !stands(folder + store::WithSavedPosition(path.substr(folder.size()), position))) {
+    Note("Said to be saved at " + std::to_string(position) + ": " + Readable(places.front()));
+  }
 }
 
 void Takings::LookWhetherItIsStored(const std::string& path, const std::string& contents) {

@@ -16,7 +16,8 @@ class Takings {
  public:
   explicit Takings(Desk& desk);
 
-  /// A hand presses the command. What the program does until that is over, it does for it.
+  /// A hand presses the command. What the program does until that is over, it does for it, and it
+  /// may only speak of what it did.
   void Press(forms::Command& command);
   /// The desktop's session ends, which stores the position of a document in work.
   void EndSession(bool now);
@@ -30,7 +31,8 @@ class Takings {
     std::string name;
     /// Full paths of documents.
     std::set<std::string> mayTake;
-    /// Folder in which a document that stands in the way is set aside; empty for none.
+    /// Folder in which a document that stands in the way is set aside; empty for none, because
+    /// nothing that waits in the Queue gives way.
     std::string givesWay;
     /// Any document of the Completed folder, because the user has agreed.
     bool mayClear = false;
@@ -42,6 +44,8 @@ class Takings {
                                            const std::string& folder);
   void During(Wish wish, const std::function<void()>& act);
   void LookAt(const std::string& from, const std::string& to);
+  void LookWhetherItIsTrue(const std::string& said, const std::string& path,
+                           const std::string& contents);
   void LookWhetherItIsStored(const std::string& path, const std::string& contents);
   void Note(const std::string& fault);
 
