@@ -182,8 +182,8 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
         << place << ", wanted " << Wanted();
     return place;
   }
-  /// Takes the title bar and drags the window. It lets go when the window has followed, which a
-  /// busy window manager does late.
+  /// Takes the title bar and drags the window. It lets go when the window has followed all the way,
+  /// which a busy window manager does late.
   void Drag(int right, int down) {
     const Place from = Outer();
     const SeenWindow deck = screen.Deck();
@@ -192,13 +192,19 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
     screen.hands.MoveTo(x, y);
     screen.hands.Press();
     // A busy window manager takes several moves for one, with which the drag only begins.
+    constexpr int kLastStep = 2 * kGrip;
+    const int near = right - kLastStep;
     int trembling = 0;
     EXPECT_TRUE(Until([&] {
-      screen.hands.MoveTo(x + right + ++trembling % 2, y + down);
+      screen.hands.MoveTo(x + near + ++trembling % 2, y + down);
       const Place now = Outer();
-      return std::abs(now.x - from.x - right) <= kGrip && std::abs(now.y - from.y - down) <= kGrip;
+      return std::abs(now.x - from.x - near) <= kGrip && std::abs(now.y - from.y - down) <= kGrip;
     })) << "dragged to "
         << Outer();
+    // Once the window has done a last, longer step, no move before it is still to come.
+    const int before = Outer().x;
+    screen.hands.MoveTo(x + right, y + down);
+    EXPECT_TRUE(Until([&] { return Outer().x >= before + kLastStep - 1; })) << Outer();
     screen.hands.Release();
   }
 
