@@ -79,7 +79,7 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
     // While the window manager still hands the keyboard over a key may be nobody's.
     ASSERT_TRUE(Until([&] {
       program->Keys({kAlt, 'f'});
-      constexpr int kLooksForAMenu = 50;
+      constexpr int kLooksForAMenu = 250;
       return Until(
           [&] { return program->Ask([] { return QApplication::activePopupWidget() != nullptr; }); },
           kLooksForAMenu);
