@@ -108,6 +108,7 @@ void Day::Restart() {
 }
 
 std::string Day::Look() {
+  if (!desk_.Rooms()) return "The program does not start.";
   std::string wrong = ledger_.Check(desk_.disk, world_.TakeStruck());
   if (wrong.empty() && desk_.AtWork()) wrong = BrokenInvariant(desk_);
   if (wrong.empty()) wrong = desk_.hearing.TakeFault();

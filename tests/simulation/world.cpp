@@ -263,8 +263,11 @@ void World::RemoveEmptyFolder() {
 void World::MendFolders() {
   for (const char* folder : kFolders) desk_.disk.MendListing(Desk::Path(folder));
   desk_.completedOutOfReach = false;
-  for (const char* folder : {"/Files/InQueue", "/Files/Completed"}) {
-    desk_.disk.WithFolder(Desk::Path(folder));
+  // Before its first start there is no tree that anybody could mend.
+  if (desk_.disk.Has(Desk::SettingsPath())) {
+    for (const char* folder : {"/Files/InQueue", "/Files/Completed"}) {
+      desk_.disk.WithFolder(Desk::Path(folder));
+    }
   }
   for (const std::string& contents : desk_.file.Barred) {
     for (const std::string& path : desk_.disk.FilesHolding(contents)) {

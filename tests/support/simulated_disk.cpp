@@ -65,7 +65,8 @@ SimulatedDisk& SimulatedDisk::WithFileSystemAt(const std::string& folder) {
 void SimulatedDisk::Write(const std::string& path, const std::string& contents) {
   Node& node = entries_.at(Absolute(path));
   node.contents = contents;
-  node.stamp = Stamp();
+  // Virtual time stands still while a rule runs, and two changes have two stamps.
+  node.stamp = std::max(Stamp(), node.stamp + 1);
 }
 
 void SimulatedDisk::FailOperation(int nth, DiskResult result, Failing failing) {

@@ -127,6 +127,13 @@ TEST_F(SimulatedDiskTest, StampIsTheMomentOfTheLastChange) {
   EXPECT_EQ(after->size, 2u);
 }
 
+TEST_F(SimulatedDiskTest, TwoChangesInOneMomentHaveTwoStamps) {
+  disk.WithFile("/d/a", "A");
+  const auto before = disk.Facts("/d/a");
+  disk.Write("/d/a", "B");
+  EXPECT_NE(disk.Facts("/d/a"), before);
+}
+
 TEST_F(SimulatedDiskTest, NameOfOver255BytesIsRefused) {
   disk.WithFile("/d/a");
   EXPECT_EQ(disk.Rename("/d/a", "/d/" + std::string(255, 'n')), DiskResult::Done);
