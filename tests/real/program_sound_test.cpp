@@ -174,6 +174,7 @@ struct ProgramSound : testing::Test {
 };
 
 TEST_F(ProgramSound, KeepsPitchAndLengthAtAnySpeedAndDoesNotClick) {
+  const AmpleSupply supply;
   Run([&] {
     Open(tone);
     for (const int percent : {50, 100, 150}) {
@@ -194,6 +195,7 @@ TEST_F(ProgramSound, KeepsPitchAndLengthAtAnySpeedAndDoesNotClick) {
 }
 
 TEST_F(ProgramSound, PlaysAWaveOfTheHighestRateAtAnySpeed) {
+  const AmpleSupply supply;
   const std::string high = DocumentName("High", 3);
   home.AddToQueue(high, WaveOf(Tone(440, 3, 384'000)));
   Run([&] {

@@ -88,6 +88,7 @@ struct SpokenSpeeds : SoundTest, testing::WithParamInterface<int> {};
 
 TEST_P(SpokenSpeeds, KeepPitchAndLengthAndDoNotClick) {
   constexpr double kSeconds = 4.2;
+  const AmpleSupply supply;
   Retake([&] {
     Listen();
     PlayToTheEnd(Tone(440, kSeconds, kRate), static_cast<float>(GetParam()));
@@ -202,6 +203,7 @@ TEST_F(SoundTest, PrimedDeviceSoundsAtOnceAndStopsAtOnce) {
 }
 
 TEST_F(SoundTest, LoopThatIsBusyForThreeSecondsMakesAGapAndNoEnd) {
+  const AmpleSupply supply;
   Retake([&] {
     Listen();
     pump->Load(Tone(440, 3, kRate));
@@ -250,46 +252,52 @@ TEST(SoundWithoutAServer, SaysSoAtTheStartWithoutAFaultAndStaysCalm) {
 
 TEST(SoundOfADyingServer, EndsAndKeepsThePositionAndComesBackWithIt) {
   SoundServer server;
-  ASSERT_TRUE(server.StartWithPrecedence());
-  auto recorder = std::make_unique<SoundRecorder>();
-  ASSERT_TRUE(recorder->Start());
+  std::unique_ptr<SoundRecorder> recorder;
+  const auto start = [&] {
+    recorder = std::make_unique<SoundRecorder>();
+    return server.StartWithPrecedence() && recorder->Start();
+  };
   PlainLoop loop;
-  platform::CubebPlayer player(loop);
   platform::SoundTouchTransform transform;
-  SoundPump pump(player, transform);
-  pump.Load(Tone(440, 30, kRate));
-  pump.Play();
+  std::unique_ptr<platform::CubebPlayer> player;
+  std::unique_ptr<SoundPump> pump;
+  playback::SampleCount reached = 0;
+  Retake([&] {
+    ASSERT_TRUE(start());
+    player = std::make_unique<platform::CubebPlayer>(loop);
+    pump = std::make_unique<SoundPump>(*player, transform);
+    pump->Load(Tone(440, 30, kRate));
+    pump->Play();
+    loop.Wait(1500ms);
+    server.Kill();
+    reached = player->PlayedSamples();
+    ASSERT_TRUE(loop.WaitUntil(
+        [&] {
+          loop.Wait(300ms);
+          return std::exchange(reached, player->PlayedSamples()) == player->PlayedSamples();
+        },
+        kPatience));
+    // What the server had for the recorder when it was killed went with it.
+    EXPECT_NEAR(static_cast<double>(reached) / kRate, AudibleSeconds(recorder->Since(0)), 0.1);
+    EXPECT_GT(reached, kRate);
+  });
   loop.Wait(1500ms);
-  server.Kill();
-  auto reached = player.PlayedSamples();
-  EXPECT_TRUE(loop.WaitUntil(
-      [&] {
-        loop.Wait(300ms);
-        return std::exchange(reached, player.PlayedSamples()) == player.PlayedSamples();
-      },
-      kPatience));
-  // What the server had for the recorder when it was killed went with it.
-  EXPECT_NEAR(static_cast<double>(reached) / kRate, AudibleSeconds(recorder->Since(0)), 0.1);
-  EXPECT_GT(reached, kRate);
-  loop.Wait(1500ms);
-  EXPECT_EQ(player.PlayedSamples(), reached);
-  EXPECT_EQ(pump.Ends, 0);
-  EXPECT_EQ(pump.Stop(), static_cast<double>(reached));
+  EXPECT_EQ(player->PlayedSamples(), reached);
+  EXPECT_EQ(pump->Ends, 0);
+  EXPECT_EQ(pump->Stop(), static_cast<double>(reached));
   EXPECT_TRUE(IsQuick(1s, [&] {
-    EXPECT_FALSE(player.StartOutput());
-    EXPECT_LT(player.OpenStatus(), 0);
+    EXPECT_FALSE(player->StartOutput());
+    EXPECT_LT(player->OpenStatus(), 0);
   }));
 
-  ASSERT_TRUE(server.StartWithPrecedence());
-  recorder = std::make_unique<SoundRecorder>();
-  ASSERT_TRUE(recorder->Start());
+  ASSERT_TRUE(start());
   Retake([&] {
     const double from = recorder->Seconds();
-    pump.Play();
-    EXPECT_EQ(player.OpenStatus(), 0);
+    pump->Play();
+    EXPECT_EQ(player->OpenStatus(), 0);
     loop.Wait(1s);
-    pump.Stop();
-    const auto played = static_cast<double>(player.PlayedSamples()) / kRate;
+    pump->Stop();
+    const auto played = static_cast<double>(player->PlayedSamples()) / kRate;
     EXPECT_GT(played, 0.9);
     EXPECT_TRUE(recorder->Pass(kTail));
     EXPECT_NEAR(AudibleSeconds(recorder->Since(from)), played, 0.1);

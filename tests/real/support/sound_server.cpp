@@ -20,6 +20,8 @@ namespace {
 using base::operator""ms;
 
 constexpr int kStartTries = 2400;
+/// The client's library takes its word over that of the program.
+constexpr const char* kStreamLatency = "PULSE_LATENCY_MSEC";
 
 bool Answers(const std::filesystem::path& socketPath) {
   sockaddr_un address{};
@@ -99,5 +101,9 @@ bool SoundServer::StartWithPrecedence() {
 }
 
 void SoundServer::HideServers() { ReachServersAt("/nonexistent-deck-sound"); }
+
+AmpleSupply::AmpleSupply() { setenv(kStreamLatency, "500", 1); }
+
+AmpleSupply::~AmpleSupply() { unsetenv(kStreamLatency); }
 
 }  // namespace tavlo::test

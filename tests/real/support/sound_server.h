@@ -51,4 +51,13 @@ class SoundServer {
   ChildProcess server_;
 };
 
+/// While it lives, a stream that is opened is rendered so far ahead that a machine which is busy
+/// elsewhere makes no gap. For tests of what is heard; how soon it is heard is not true meanwhile.
+class AmpleSupply {
+ public:
+  AmpleSupply();
+  ~AmpleSupply();
+  AmpleSupply(const AmpleSupply&) = delete;
+};
+
 }  // namespace tavlo::test
