@@ -54,7 +54,7 @@ int main(int argc, char** argv) {
   driven.OnReady = [&] {
     base::Loop& loop = driven.program.Loop();
     shell::Rooms& rooms = *driven.program.Deck().Built();
-    rooms.engine.CurrentDocumentPath = document;
+    rooms.documentInWork.CurrentDocumentPath = document;
     rooms.engine.PlaySpeedPercent = speed;
     rooms.transport.PlayCommand();
     loop.Wait(kSettle);

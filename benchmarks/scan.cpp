@@ -16,6 +16,28 @@ namespace {
 
 using namespace tavlo;
 
+class Silence : public playback::Voice {
+  void PlayPrompt(playback::PromptName) override {}
+  void StopPrompt() override {}
+};
+
+class NoSources : public playback::SourceMixer {
+  void SelectDevice(int, const std::string&) override {}
+  int SourceCount() const override { return 0; }
+  void SelectSource(int) override {}
+  std::string SourceName() const override { return ""; }
+  bool SourceHasVolume() const override { return false; }
+  int SourceVolume() const override { return 0; }
+  bool SourceHasBalance() const override { return false; }
+  int SourceBalance() const override { return 0; }
+  bool SourceHasMute() const override { return false; }
+  bool SourceMute() const override { return false; }
+  int SourceHasAdvanced() const override { return -1; }
+  void SetSourceVolume(int) override {}
+  void SetSourceBalance(int) override {}
+  void SetSourceMute(bool) override {}
+};
+
 double SecondsOf(lists::QueueList& queue) {
   const auto begin = std::chrono::steady_clock::now();
   queue.RefreshQueueList();
@@ -34,16 +56,22 @@ int main(int argc, char** argv) {
   platform::qt::QtLoop loop;
   forms::MainForm form(loop);
   forms::ConfigurationForm config(loop);
-  window::MainWindow window(form, config, {});
+  window::MainWindow window(form, config, [] {});
   platform::PosixDisk disk;
   platform::FfmpegAudioFile file(platform::desktop::JustTestedBy(disk));
   platform::SoundTouchTransform transform;
   platform::CubebPlayer player(loop);
-  const playback::Hooks hooks;
-  playback::AudioEngine engine(loop, form, config, window, file, transform, player, hooks);
+  Silence voice;
+  NoSources sources;
+  playback::Equalizer equalizer(loop, config, player);
+  playback::MixerPage mixerPage(config, player, sources);
+  playback::DocumentInWork document(form.cmdSkip);
+  playback::AudioEngine engine(loop, window, document, {file, transform, player}, voice, equalizer,
+                               mixerPage);
   store::WorkFolders folders(disk, std::string(argv[1]) + "/Lyrane/TavloDeck");
   store::DocumentNames names(loop);
-  lists::QueueList queue(loop, form, window, disk, folders, names, engine);
+  store::FileMoves moves(disk, folders);
+  lists::QueueList queue(loop, window, {disk, folders, names, moves}, engine);
 
   const double first = SecondsOf(queue);
   const double again = SecondsOf(queue);

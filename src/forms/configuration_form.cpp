@@ -1,5 +1,7 @@
 #include "forms/configuration_form.h"
 
+#include <algorithm>
+
 namespace tavlo::forms {
 namespace {
 
@@ -21,6 +23,11 @@ ConfigurationForm::ConfigurationForm(base::Loop& loop)
     tabConfiguration.Add(caption);
   }
   tabConfiguration.ListIndex = 0;
+}
+
+int ConfigurationForm::TabOf(const Pane& page) {
+  const auto pages = Pages();
+  return static_cast<int>(std::ranges::find(pages, &page) - pages.begin());
 }
 
 }  // namespace tavlo::forms

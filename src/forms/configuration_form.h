@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "forms/controls.h"
 #include "forms/files_pages.h"
 #include "forms/settings_page.h"
@@ -32,6 +34,14 @@ struct ConfigurationForm : ConfigurationFrame,
                            PathsPage,
                            FtpPage {
   explicit ConfigurationForm(base::Loop& loop);
+
+  /// The pages in the order of their tabs.
+  std::array<Pane*, 5> Pages() {
+    return {&frameSettings, &frameConfigEqualizer, &frameConfigMixer, &frameConfigAlternatePath,
+            &frameFtp};
+  }
+  /// The row of the tab strip that shows a page.
+  int TabOf(const Pane& page);
 };
 
 }  // namespace tavlo::forms

@@ -33,23 +33,21 @@ bool IsWave(std::string_view name) {
 
 }  // namespace
 
-CompletedList::CompletedList(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
-                             store::Disk& disk, store::WorkFolders& folders,
-                             store::DocumentNames& names, store::FileMoves& moves,
-                             playback::AudioEngine& engine, playback::Transport& transport,
-                             Opening& opening, const playback::Hooks& sound)
+CompletedList::CompletedList(base::Loop& loop, window::MainWindow& window,
+                             const store::DocumentFiles& files, const playback::Playback& playback,
+                             Opening& opening)
     : loop_(loop),
-      form_(form),
+      form_(window.Form()),
       window_(window),
-      disk_(disk),
-      folders_(folders),
-      names_(names),
-      moves_(moves),
-      engine_(engine),
-      transport_(transport),
+      disk_(files.disk),
+      folders_(files.folders),
+      names_(files.names),
+      moves_(files.moves),
+      engine_(playback.engine),
+      transport_(playback.transport),
       opening_(opening),
-      sound_(sound),
-      scan_(loop, form, disk, names, engine) {
+      voice_(playback.voice),
+      scan_(loop, form_, disk_, names_, engine_) {
   form_.cmdMoveToQueue.OnPress = [this] { ReturnToQueue(); };
   form_.cmdDeleteOneCompleted.OnPress = [this] { DeleteOne(); };
   form_.cmdDeleteAllCompleted.OnPress = [this] { DeleteAll(); };
@@ -96,7 +94,7 @@ void CompletedList::ReturnToQueue() {
   engine_.CloseFile();
   const std::string chosen = HighlightedFile();
   if (chosen.empty()) {
-    sound_.PlayPrompt("MoveErrQueue");
+    voice_.PlayPrompt("MoveErrQueue");
     window_.FocusAway();
     return;
   }
@@ -110,7 +108,7 @@ void CompletedList::ReturnToQueue() {
     RefreshCompletedList();
     WriteCaption(0);
     SetCompletedButtons();
-    if (moved.result == store::DiskResult::Done) sound_.PlayPrompt("MovedToQueue");
+    if (moved.result == store::DiskResult::Done) voice_.PlayPrompt("MovedToQueue");
   }
   window_.FocusAway();
 }
@@ -130,7 +128,7 @@ void CompletedList::DeleteOne() {
   engine_.CloseFile();
   const std::string chosen = HighlightedFile();
   if (chosen.empty()) {
-    sound_.PlayPrompt("DeleteError");
+    voice_.PlayPrompt("DeleteError");
     window_.FocusAway();
     return;
   }
@@ -147,7 +145,7 @@ void CompletedList::DeleteOne() {
     RefreshCompletedList();
     SetCompletedButtons();
     opening_.SelectedCompletedFile.clear();
-    if (done) sound_.PlayPrompt("DeleteOne");
+    if (done) voice_.PlayPrompt("DeleteOne");
   }
   window_.FocusAway();
 }
@@ -178,7 +176,7 @@ void CompletedList::DeleteAll() {
   // built.
   if (!deletion.any) return;
   opening_.SelectedCompletedFile.clear();
-  if (done) sound_.PlayPrompt("DeleteAllComp");
+  if (done) voice_.PlayPrompt("DeleteAllComp");
   form_.frmMain.MousePointer = forms::Pointer::Arrow;
   window_.FocusAway();
 }

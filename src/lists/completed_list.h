@@ -7,13 +7,8 @@
 #include "forms/main_form.h"
 #include "lists/document_scan.h"
 #include "lists/opening.h"
-#include "playback/audio_engine.h"
-#include "playback/hooks.h"
-#include "playback/transport.h"
-#include "store/disk.h"
-#include "store/document_name.h"
-#include "store/file_moves.h"
-#include "store/work_folders.h"
+#include "playback/playback.h"
+#include "store/document_files.h"
 #include "window/main_window.h"
 
 namespace tavlo::lists {
@@ -22,10 +17,8 @@ namespace tavlo::lists {
 /// back to the Queue, or deleted. Like the Queue the list holds no data of its own.
 class CompletedList {
  public:
-  CompletedList(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
-                store::Disk& disk, store::WorkFolders& folders, store::DocumentNames& names,
-                store::FileMoves& moves, playback::AudioEngine& engine,
-                playback::Transport& transport, Opening& opening, const playback::Hooks& sound);
+  CompletedList(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
+                const playback::Playback& playback, Opening& opening);
 
   /// Rows in the list.
   int CompletedCount = 0;
@@ -66,7 +59,7 @@ class CompletedList {
   playback::AudioEngine& engine_;
   playback::Transport& transport_;
   Opening& opening_;
-  const playback::Hooks& sound_;
+  playback::Voice& voice_;
   DocumentScan scan_;
 };
 

@@ -45,24 +45,24 @@ class Due {
 
 }  // namespace
 
-Finishing::Finishing(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-                     window::MainWindow& window, store::WorkFolders& folders,
-                     store::FileMoves& moves, playback::AudioEngine& engine,
-                     playback::Transport& transport, QueueList& queue, Opening& opening,
-                     Refresh& refresh, const playback::Hooks& sound, const Hooks& hooks)
+Finishing::Finishing(base::Loop& loop, window::MainWindow& window,
+                     const store::DocumentFiles& files, const playback::Playback& playback,
+                     QueueList& queue, Opening& opening, WaitingWork& waitingWork,
+                     intake::Retrieval& retrieval)
     : loop_(loop),
-      form_(form),
-      config_(config),
+      form_(window.Form()),
+      config_(window.Config()),
       window_(window),
-      folders_(folders),
-      moves_(moves),
-      engine_(engine),
-      transport_(transport),
+      folders_(files.folders),
+      moves_(files.moves),
+      document_(playback.document),
+      engine_(playback.engine),
+      transport_(playback.transport),
       queue_(queue),
       opening_(opening),
-      refresh_(refresh),
-      sound_(sound),
-      hooks_(hooks) {
+      voice_(playback.voice),
+      waitingWork_(waitingWork),
+      retrieval_(retrieval) {
   form_.cmdComplete.OnPress = [this] { Finish(Way::Complete); };
   form_.cmdSave.OnPress = [this] { Finish(Way::Save); };
   form_.cmdSkip.OnPress = [this] { Finish(Way::Skip); };
@@ -85,13 +85,13 @@ void Finishing::Finish(Way way) {
     ReturnToList();
     const bool listIsWhole = RebuildList(way);
     if (way == Way::Complete) opening_.SelectedQueueFile.clear();
-    engine_.CurrentDocumentPath.clear();
+    document_.CurrentDocumentPath.clear();
     // Of a list that could not be read nobody knows which document is next.
     if (listIsWhole) AutoQueueNextDocument();
   }
-  hooks_.TakeWaitingWorkAsSeen();
-  hooks_.UserActed();
-  refresh_.tmrWorkWaitingAlert.Start();
+  waitingWork_.TakeAsSeen();
+  waitingWork_.UserActed();
+  waitingWork_.GoOn();
   window_.FocusAway();
 }
 
@@ -111,7 +111,7 @@ void Finishing::LeaveAndStore(Way way) {
 }
 
 void Finishing::StoreAtOnce() {
-  if (!due_ && !form_.cmdSkip.Enabled) return;
+  if (!due_ && !document_.IsInWork()) return;
   const bool keepsPlace = !due_ && form_.frmMain.WindowShape == forms::Shape::Normal;
   transport_.StopWindAndPreview();
   engine_.StopPlay();
@@ -124,7 +124,7 @@ void Finishing::StoreAtOnce() {
 }
 
 void Finishing::LeaveDocument() {
-  transport_.DocumentPrimed = false;
+  document_.DocumentPrimed = false;
   transport_.StopWindAndPreview();
   engine_.StopPlay();
   window_.guards.ListPauseActive = true;
@@ -145,7 +145,7 @@ void Finishing::StoreOutcome(Way way) {
 }
 
 void Finishing::SavePosition() {
-  const double position = engine_.CurrentSamplePosition;
+  const double position = document_.CurrentSamplePosition;
   const store::DiskResult stored =
       store::WriteSavedPosition(position, opening_.SelectedQueueFile, folders_, moves_);
   const std::string& name = opening_.SelectedQueueFile;
@@ -194,7 +194,7 @@ bool Finishing::RebuildList(Way way) {
   form_.frameInQueue.Caption = "Queue";
   const bool staysInList = !QueuesByItself();
   if (staysInList && storedAsAsked_) {
-    sound_.PlayPrompt(way == Way::Complete ? PromptName("Complete")
+    voice_.PlayPrompt(way == Way::Complete ? PromptName("Complete")
                       : way == Way::Save   ? PromptName("Save")
                                            : PromptName("Return"));
   }
@@ -203,12 +203,12 @@ bool Finishing::RebuildList(Way way) {
   form_.listViewInQueue.Visible = false;
   SetEnabled(frozen, false);
   loop_.Wait(500ms);
-  hooks_.RunRetrievalPasses();
+  retrieval_.RunRetrievalPasses();
   const bool listIsWhole = queue_.RefreshQueueList();
   form_.listViewInQueue.Visible = true;
   SetEnabled(frozen, true);
   const bool allDone = storedAsAsked_ && listIsWhole && queue_.QueueCount == 0;
-  if (way == Way::Complete && staysInList && allDone) sound_.PlayPrompt("AllDone");
+  if (way == Way::Complete && staysInList && allDone) voice_.PlayPrompt("AllDone");
   return listIsWhole;
 }
 

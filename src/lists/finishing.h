@@ -6,14 +6,12 @@
 #include "base/loop.h"
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
-#include "lists/hooks.h"
+#include "intake/retrieval.h"
 #include "lists/opening.h"
 #include "lists/queue_list.h"
-#include "lists/refresh.h"
-#include "playback/audio_engine.h"
-#include "playback/transport.h"
-#include "store/file_moves.h"
-#include "store/work_folders.h"
+#include "lists/waiting_work.h"
+#include "playback/playback.h"
+#include "store/document_files.h"
 #include "window/main_window.h"
 
 namespace tavlo::lists {
@@ -23,10 +21,9 @@ namespace tavlo::lists {
 /// new work and may open the next document by themselves.
 class Finishing {
  public:
-  Finishing(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-            window::MainWindow& window, store::WorkFolders& folders, store::FileMoves& moves,
-            playback::AudioEngine& engine, playback::Transport& transport, QueueList& queue,
-            Opening& opening, Refresh& refresh, const playback::Hooks& sound, const Hooks& hooks);
+  Finishing(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
+            const playback::Playback& playback, QueueList& queue, Opening& opening,
+            WaitingWork& waitingWork, intake::Retrieval& retrieval);
 
   /// A key was pressed, and what it asked for is not stored yet.
   bool OutcomeIsDue() const { return due_.has_value(); }
@@ -60,13 +57,14 @@ class Finishing {
   window::MainWindow& window_;
   store::WorkFolders& folders_;
   store::FileMoves& moves_;
+  playback::DocumentInWork& document_;
   playback::AudioEngine& engine_;
   playback::Transport& transport_;
   QueueList& queue_;
   Opening& opening_;
-  Refresh& refresh_;
-  const playback::Hooks& sound_;
-  const Hooks& hooks_;
+  playback::Voice& voice_;
+  WaitingWork& waitingWork_;
+  intake::Retrieval& retrieval_;
   std::optional<Way> due_;  ///< What a key asked for, until it is stored.
   /// What the key that was pressed last asked for has happened, so that it may be spoken of.
   bool storedAsAsked_ = true;

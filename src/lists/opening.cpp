@@ -4,20 +4,19 @@
 
 namespace tavlo::lists {
 
-Opening::Opening(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-                 store::WorkFolders& folders, store::DocumentNames& names,
-                 playback::AudioEngine& engine, playback::Transport& transport,
-                 playback::Preview& preview, const playback::Hooks& sound, const Hooks& hooks)
+Opening::Opening(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
+                 const playback::Playback& playback, WaitingWork& waitingWork)
     : loop_(loop),
-      form_(form),
-      config_(config),
-      folders_(folders),
-      names_(names),
-      engine_(engine),
-      transport_(transport),
-      preview_(preview),
-      sound_(sound),
-      hooks_(hooks) {
+      form_(window.Form()),
+      config_(window.Config()),
+      folders_(files.folders),
+      names_(files.names),
+      document_(playback.document),
+      engine_(playback.engine),
+      transport_(playback.transport),
+      preview_(playback.preview),
+      voice_(playback.voice),
+      waitingWork_(waitingWork) {
   WireQueue();
   WireCompleted();
   WireImport();
@@ -30,7 +29,7 @@ void Opening::WireQueue() {
   };
   // A double click does no more than a click: what opens a document for work is Play.
   list.OnClick = list.OnDoubleClick = [this] {
-    hooks_.UserActed();
+    waitingWork_.UserActed();
     GetSelectedJob();
   };
 }
@@ -41,7 +40,7 @@ void Opening::WireCompleted() {
     SelectedCompletedFile = list.TextAt(list.ListIndex, forms::document_column::FileName);
   };
   list.OnClick = [this] {
-    hooks_.UserActed();
+    waitingWork_.UserActed();
     PreviewCompletedDocument();
   };
 }
@@ -52,7 +51,7 @@ void Opening::WireImport() {
     SelectedImportFile = list.TextAt(list.ListIndex, forms::import_column::FileName);
   };
   list.OnClick = list.OnDoubleClick = [this] {
-    hooks_.UserActed();
+    waitingWork_.UserActed();
     PreviewImportDocument(form_.txtWavImportSubdirectory.Value);
   };
   list.OnHeaderClick = [&list](int column) { list.SortByHeader(column); };
@@ -67,7 +66,7 @@ void Opening::GetSelectedJob() {
   form_.cmdComplete.Enabled = false;
   form_.slPosition.Value = 0;
   names_.ParseDocumentName(SelectedQueueFile);
-  transport_.SavedPosition = names_.Record.SavedPosition;
+  document_.SavedPosition = names_.Record.SavedPosition;
   FillStatusBar();
   const playback::Primed primed = preview_.Start();
   transport_.Explain(primed);
@@ -107,7 +106,7 @@ void Opening::SoundBeginning(const std::string& documentPath) {
       transport_.SayOutOfReach();
       break;
     case playback::Primed::Empty:
-      sound_.PlayPrompt("EmptyDocErr");
+      voice_.PlayPrompt("EmptyDocErr");
       break;
   }
 }

@@ -5,11 +5,10 @@
 #include "base/loop.h"
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
-#include "lists/hooks.h"
-#include "playback/preview.h"
-#include "playback/transport.h"
-#include "store/document_name.h"
-#include "store/work_folders.h"
+#include "lists/waiting_work.h"
+#include "playback/playback.h"
+#include "store/document_files.h"
+#include "window/main_window.h"
 
 namespace tavlo::lists {
 
@@ -17,10 +16,8 @@ namespace tavlo::lists {
 /// locked nor marked.
 class Opening {
  public:
-  Opening(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-          store::WorkFolders& folders, store::DocumentNames& names, playback::AudioEngine& engine,
-          playback::Transport& transport, playback::Preview& preview, const playback::Hooks& sound,
-          const Hooks& hooks);
+  Opening(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
+          const playback::Playback& playback, WaitingWork& waitingWork);
 
   /// Bare file name of the row last clicked in each list; empty until then.
   std::string SelectedQueueFile;
@@ -46,11 +43,12 @@ class Opening {
   forms::ConfigurationForm& config_;
   store::WorkFolders& folders_;
   store::DocumentNames& names_;
+  playback::DocumentInWork& document_;
   playback::AudioEngine& engine_;
   playback::Transport& transport_;
   playback::Preview& preview_;
-  const playback::Hooks& sound_;
-  const Hooks& hooks_;
+  playback::Voice& voice_;
+  WaitingWork& waitingWork_;
 };
 
 }  // namespace tavlo::lists

@@ -10,15 +10,14 @@ constexpr forms::Twips kSavedWidth = 650;
 
 }  // namespace
 
-QueueList::QueueList(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
-                     store::Disk& disk, store::WorkFolders& folders, store::DocumentNames& names,
-                     playback::AudioEngine& engine)
+QueueList::QueueList(base::Loop& loop, window::MainWindow& window,
+                     const store::DocumentFiles& files, playback::AudioEngine& engine)
     : loop_(loop),
-      form_(form),
+      form_(window.Form()),
       window_(window),
-      folders_(folders),
-      names_(names),
-      scan_(loop, form, disk, names, engine) {
+      folders_(files.folders),
+      names_(files.names),
+      scan_(loop, form_, files.disk, files.names, engine) {
   form_.listViewInQueue.OnHeaderClick = [this](int column) {
     form_.listViewInQueue.SortByHeader(column);
   };

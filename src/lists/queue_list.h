@@ -7,9 +7,7 @@
 #include "forms/main_form.h"
 #include "lists/document_scan.h"
 #include "playback/audio_engine.h"
-#include "store/disk.h"
-#include "store/document_name.h"
-#include "store/work_folders.h"
+#include "store/document_files.h"
 #include "window/main_window.h"
 
 namespace tavlo::lists {
@@ -18,8 +16,7 @@ namespace tavlo::lists {
 /// the files of the InQueue folder.
 class QueueList {
  public:
-  QueueList(base::Loop& loop, forms::MainForm& form, window::MainWindow& window, store::Disk& disk,
-            store::WorkFolders& folders, store::DocumentNames& names,
+  QueueList(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
             playback::AudioEngine& engine);
 
   /// Rows in the list.

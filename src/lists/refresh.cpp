@@ -7,19 +7,18 @@ using base::operator""ms;
 
 }  // namespace
 
-Refresh::Refresh(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
-                 playback::AudioEngine& engine, playback::Transport& transport, QueueList& queue,
-                 const playback::Hooks& sound, const Hooks& hooks)
-    : tmrWorkWaitingAlert(loop, "tmrWorkWaitingAlert", 5000ms),
-      tmrGetAllJobs(loop, "tmrGetAllJobs", 100ms),
+Refresh::Refresh(base::Loop& loop, window::MainWindow& window, const playback::Playback& playback,
+                 QueueList& queue, WaitingWork& waitingWork, intake::Retrieval& retrieval)
+    : tmrGetAllJobs(loop, "tmrGetAllJobs", 100ms),
       loop_(loop),
-      form_(form),
+      form_(window.Form()),
       window_(window),
-      engine_(engine),
-      transport_(transport),
+      engine_(playback.engine),
+      transport_(playback.transport),
       queue_(queue),
-      sound_(sound),
-      hooks_(hooks) {
+      voice_(playback.voice),
+      waitingWork_(waitingWork),
+      retrieval_(retrieval) {
   form_.cmdUpdateFileList.OnPress = [this] { UpdateFileList(); };
   tmrGetAllJobs.OnTick = [this] { GetAllJobs(); };
 }
@@ -27,7 +26,7 @@ Refresh::Refresh(base::Loop& loop, forms::MainForm& form, window::MainWindow& wi
 void Refresh::UpdateFileList() {
   // A selection is inside its wait: it would go on with a row that is no longer there.
   if (window_.guards.ListPauseActive) return;
-  tmrWorkWaitingAlert.Stop();
+  waitingWork_.Pause();
   transport_.StopWindAndPreview();
   engine_.StopPlay();
   engine_.CloseFile();
@@ -41,7 +40,7 @@ void Refresh::UpdateFileList() {
     form_.cmdUpdateFileList.Visible = false;
     SetMenusEnabled(false);
     loop_.Wait(500ms);
-    hooks_.RunRetrievalPasses();
+    retrieval_.RunRetrievalPasses();
     queue_.RefreshQueueList();
     form_.listViewInQueue.Visible = true;
     loop_.Wait(500ms);
@@ -50,11 +49,11 @@ void Refresh::UpdateFileList() {
     SetMenusEnabled(true);
     form_.cmdPlay.Enabled = false;
     form_.lblFilePositionHMS.Value = "00:00:00";
-    if (!window_.guards.QuietRefresh) sound_.PlayPrompt("RefreshQueue");
+    if (!window_.guards.QuietRefresh) voice_.PlayPrompt("RefreshQueue");
   }
   if (!window_.guards.QuietRefresh) window_.FocusAway();
-  hooks_.TakeWaitingWorkAsSeen();
-  tmrWorkWaitingAlert.Start();
+  waitingWork_.TakeAsSeen();
+  waitingWork_.GoOn();
 }
 
 void Refresh::GetAllJobs() {
@@ -63,7 +62,7 @@ void Refresh::GetAllJobs() {
   // A document that a click and Play put in work here would find the menus freed around it.
   const window::Raised pause(window_.guards.ListPauseActive);
   form_.listViewInQueue.Enabled = false;
-  hooks_.RunRetrievalPasses();
+  retrieval_.RunRetrievalPasses();
   loop_.Wait(1000ms);
   queue_.RefreshQueueList();
   form_.listViewInQueue.Visible = true;

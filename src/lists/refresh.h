@@ -2,10 +2,10 @@
 
 #include "base/loop.h"
 #include "forms/main_form.h"
-#include "lists/hooks.h"
+#include "intake/retrieval.h"
 #include "lists/queue_list.h"
-#include "playback/audio_engine.h"
-#include "playback/transport.h"
+#include "lists/waiting_work.h"
+#include "playback/playback.h"
 #include "window/main_window.h"
 
 namespace tavlo::lists {
@@ -13,12 +13,9 @@ namespace tavlo::lists {
 /// The refresh of the Queue, by button and at start-up.
 class Refresh {
  public:
-  Refresh(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
-          playback::AudioEngine& engine, playback::Transport& transport, QueueList& queue,
-          const playback::Hooks& sound, const Hooks& hooks);
+  Refresh(base::Loop& loop, window::MainWindow& window, const playback::Playback& playback,
+          QueueList& queue, WaitingWork& waitingWork, intake::Retrieval& retrieval);
 
-  /// Looks for new work while nobody does anything.
-  base::Timer tmrWorkWaitingAlert;
   /// Brings the first work in, once, after the window is on the screen.
   base::Timer tmrGetAllJobs;
 
@@ -33,8 +30,9 @@ class Refresh {
   playback::AudioEngine& engine_;
   playback::Transport& transport_;
   QueueList& queue_;
-  const playback::Hooks& sound_;
-  const Hooks& hooks_;
+  playback::Voice& voice_;
+  WaitingWork& waitingWork_;
+  intake::Retrieval& retrieval_;
 };
 
 }  // namespace tavlo::lists

@@ -16,9 +16,12 @@ void Light(forms::PedalShape& shape, bool down) {
 
 }  // namespace
 
-FootPedal::FootPedal(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-                     window::MainWindow& window, playback::Transport& transport)
-    : loop_(loop), form_(form), config_(config), window_(window), transport_(transport) {}
+FootPedal::FootPedal(base::Loop& loop, window::MainWindow& window, playback::Transport& transport)
+    : loop_(loop),
+      form_(window.Form()),
+      config_(window.Config()),
+      window_(window),
+      transport_(transport) {}
 
 void FootPedal::Take(bool left, bool center, bool right) {
   LeftPedalDown = left;

@@ -16,8 +16,7 @@ enum class Pedal : std::uint8_t { None, Left, Center, Right };
 /// winding last only while the foot is down: every release stops.
 class FootPedal {
  public:
-  FootPedal(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-            window::MainWindow& window, playback::Transport& transport);
+  FootPedal(base::Loop& loop, window::MainWindow& window, playback::Transport& transport);
 
   /// What the pedals say now. Of several that are down it is the last one in the order left,
   /// center, right.

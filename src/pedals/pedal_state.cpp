@@ -2,8 +2,11 @@
 
 namespace tavlo::pedals {
 
-PedalState::PedalState(forms::ConfigurationForm& config, const SerialPedal& serial, UsbPedal& usb)
-    : config_(config), serial_(serial), usb_(usb) {}
+PedalState::PedalState(forms::ConfigurationForm& config, SerialPedal& serial, UsbPedal& usb)
+    : config_(config), serial_(serial), usb_(usb) {
+  serial.OnChange = [this] { Show(); };
+  usb.OnLook = [this] { Show(); };
+}
 
 void PedalState::Show() {
   config_.lblPedalState.Value = serial_.IsChosen() ? SerialText() : UsbText();

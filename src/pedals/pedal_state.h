@@ -12,7 +12,8 @@ namespace tavlo::pedals {
 /// is dead.
 class PedalState {
  public:
-  PedalState(forms::ConfigurationForm& config, const SerialPedal& serial, UsbPedal& usb);
+  /// Follows both pedals from here on.
+  PedalState(forms::ConfigurationForm& config, SerialPedal& serial, UsbPedal& usb);
 
   void Show();
 

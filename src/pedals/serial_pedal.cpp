@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "base/text.h"
 #include "pedals/poll.h"
@@ -16,12 +15,11 @@ constexpr std::int64_t kHighestPort = 9999;
 }  // namespace
 
 SerialPedal::SerialPedal(base::Loop& loop, forms::ConfigurationForm& config, FootPedal& pedal,
-                         SerialPort& port, std::function<void()> onChange)
+                         SerialPort& port)
     : tmrSerialFootPedal(loop, "tmrSerialFootPedal", kPollInterval),
       config_(config),
       pedal_(pedal),
-      port_(port),
-      onChange_(std::move(onChange)) {
+      port_(port) {
   tmrSerialFootPedal.OnTick = [this] { Poll(); };
   config_.txtSerialFootPedalComPort.OnChange = [this] { TakePort(); };
 }
@@ -52,7 +50,7 @@ void SerialPedal::OpenPort() {
   } else {
     Release();
   }
-  onChange_();
+  OnChange();
 }
 
 void SerialPedal::FollowChoice() {
@@ -62,7 +60,7 @@ void SerialPedal::FollowChoice() {
   }
   Stop();
   Release();
-  onChange_();
+  OnChange();
 }
 
 void SerialPedal::Stop() {
@@ -85,7 +83,7 @@ void SerialPedal::Release() {
 void SerialPedal::Poll() {
   const OneShot tick(tmrSerialFootPedal, polls_);
   const std::optional<SerialLines> lines = port_.ReadLines();
-  if (std::exchange(reads_, lines.has_value()) != reads_) onChange_();
+  if (std::exchange(reads_, lines.has_value()) != reads_) OnChange();
   held_ = lines.value_or(SerialLines{});
   pedal_.Take(held_.CDHolding, held_.DSRHolding, held_.CTSHolding);
   pedal_.DispatchNews();

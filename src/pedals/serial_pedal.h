@@ -6,16 +6,19 @@
 #include "forms/configuration_form.h"
 #include "pedals/foot_pedal.h"
 #include "pedals/serial_port.h"
+#include "window/settings_choices.h"
 
 namespace tavlo::pedals {
 
 /// The pedal on a serial port: a switch box of which each pedal closes one status line. It is
 /// polled, and only a change is dispatched; one that comes while nobody would listen stays pending.
-class SerialPedal {
+class SerialPedal : public window::PedalChoice {
  public:
-  /// `onChange` runs when the port was opened, not opened, or lost.
   SerialPedal(base::Loop& loop, forms::ConfigurationForm& config, FootPedal& pedal,
-              SerialPort& port, std::function<void()> onChange);
+              SerialPort& port);
+
+  /// The port was opened, not opened, or lost.
+  std::function<void()> OnChange = [] {};
 
   base::Timer tmrSerialFootPedal;
 
@@ -24,7 +27,7 @@ class SerialPedal {
   void OpenPort();
   /// A user has chosen the kind of pedal: the serial port is opened, or given back. A pedal that is
   /// held on a port that goes out of use counts as released.
-  void FollowChoice();
+  void FollowChoice() override;
   /// Ends the poll and gives the port back.
   void Stop();
 
@@ -40,7 +43,6 @@ class SerialPedal {
   forms::ConfigurationForm& config_;
   FootPedal& pedal_;
   SerialPort& port_;
-  std::function<void()> onChange_;
   SerialLines held_;
   bool polls_ = false;
   bool reads_ = false;

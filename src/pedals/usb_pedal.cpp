@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "pedals/poll.h"
 
@@ -26,13 +25,8 @@ constexpr base::Duration kLongestWaitForRead = 2000ms;
 
 }  // namespace
 
-UsbPedal::UsbPedal(base::Loop& loop, FootPedal& pedal, UsbWatcher& watcher,
-                   std::function<void()> onLook)
-    : TmrHIDRead(loop, "TmrHIDRead", kPollInterval),
-      loop_(loop),
-      pedal_(pedal),
-      watcher_(watcher),
-      onLook_(std::move(onLook)) {
+UsbPedal::UsbPedal(base::Loop& loop, FootPedal& pedal, UsbWatcher& watcher)
+    : TmrHIDRead(loop, "TmrHIDRead", kPollInterval), loop_(loop), pedal_(pedal), watcher_(watcher) {
   TmrHIDRead.OnTick = [this] { ReadReports(); };
 }
 
@@ -45,7 +39,7 @@ void UsbPedal::StartWatch() {
   InReadHIDBuffer = false;
   polls_ = watcher_.StartWatch(kProduct, kUsagePage, kUsage, MyMonitor);
   if (polls_) TmrHIDRead.Start();
-  onLook_();
+  OnLook();
 }
 
 void UsbPedal::ReadReports() {
@@ -55,7 +49,7 @@ void UsbPedal::ReadReports() {
   std::int32_t count = 0;
   const bool read =
       watcher_.GetData(MyMonitor, std::span(buffer).first<kMostBytesOfARead>(), count);
-  onLook_();
+  OnLook();
   if (read && count > 0) HandleReports(buffer, count);
 }
 

@@ -19,11 +19,13 @@ class UsbPedal {
   /// The bytes of a report that matter: its number, which must be 0, and the pedals' bits.
   using ReportPair = std::array<std::uint8_t, 2>;
 
-  /// `onLook` runs after each look at the watch, and when the watch began or did not begin.
-  UsbPedal(base::Loop& loop, FootPedal& pedal, UsbWatcher& watcher, std::function<void()> onLook);
+  UsbPedal(base::Loop& loop, FootPedal& pedal, UsbWatcher& watcher);
   /// Ends a watch that still runs.
   ~UsbPedal();
   UsbPedal(const UsbPedal&) = delete;
+
+  /// The watch was looked at, began, or did not begin.
+  std::function<void()> OnLook = [] {};
 
   MonitorHandle MyMonitor = 0;
   /// True from just before a read until every report of it has been handled.
@@ -57,7 +59,6 @@ class UsbPedal {
   base::Loop& loop_;
   FootPedal& pedal_;
   UsbWatcher& watcher_;
-  std::function<void()> onLook_;
   bool polls_ = false;
 };
 

@@ -25,18 +25,21 @@ int MeterValue(double level) {
 
 }  // namespace
 
-AudioEngine::AudioEngine(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-                         window::MainWindow& window, AudioFile& file, AudioTransform& transform,
-                         AudioPlayer& player, const Hooks& hooks)
+AudioEngine::AudioEngine(base::Loop& loop, window::MainWindow& window, DocumentInWork& document,
+                         const AudioObjects& objects, Voice& voice, Equalizer& equalizer,
+                         MixerPage& mixerPage)
     : tmrPlaySnipet(loop, "tmrPlaySnipet", 5000ms),
       loop_(loop),
-      form_(form),
-      config_(config),
+      form_(window.Form()),
+      config_(window.Config()),
       window_(window),
-      file_(file),
-      transform_(transform),
-      player_(player),
-      hooks_(hooks) {
+      document_(document),
+      file_(objects.file),
+      transform_(objects.transform),
+      player_(objects.player),
+      voice_(voice),
+      equalizer_(equalizer),
+      mixerPage_(mixerPage) {
   player_.OnEndArrayPlay = [this] { LoadPlayBuffer(); };
   player_.OnRequestOnLoadArray = [this] { LoadPlayBuffer(); };
   player_.OnEndPlay = [this] { HandleEndPlay(); };
@@ -62,7 +65,7 @@ void AudioEngine::InitializeNCTcontrol() {
     return;
   }
   ListDevices();
-  hooks_.ListSources();
+  mixerPage_.SetSrcDevice();
   IsPlaying = false;
   IsPaused = false;
   config_.chkEqEnable.Value = player_.EqualizerEnabled();
@@ -90,21 +93,21 @@ void AudioEngine::CloseFile() {
 
 Primed AudioEngine::Prime() {
   holdsDocument_ = false;
-  const OpenResult result = file_.OpenFile(CurrentDocumentPath);
+  const OpenResult result = file_.OpenFile(document_.CurrentDocumentPath);
   if (file_.OpenStatus() < 0) return Primed::Refused;
   if (result != OpenResult::Opened) {
     form_.lblFileLengthHMS.Value = "00:00:00";
     return result == OpenResult::OutOfReach ? Primed::OutOfReach : Primed::Unplayable;
   }
   const std::int64_t milliseconds = file_.LengthMilliseconds();
-  FileLength = static_cast<double>(milliseconds);
+  document_.FileLength = static_cast<double>(milliseconds);
   FilePositionText = base::FormatHMS(static_cast<double>(milliseconds));
   form_.lblFileLengthHMS.Value = FilePositionText;
   form_.slPosition.Value = 0;
   if (milliseconds <= 0) return Primed::Empty;
   // The division is cut before it is scaled, so that distances count whole samples a millisecond.
-  SamplesPerSecond = static_cast<double>(file_.TotalSamples() / milliseconds) * 1000.0;
-  FileLength = static_cast<double>(file_.TotalSamples());
+  document_.SamplesPerSecond = static_cast<double>(file_.TotalSamples() / milliseconds) * 1000.0;
+  document_.FileLength = static_cast<double>(file_.TotalSamples());
   player_.SetOutputFormat(file_.SampleRate(), file_.ChannelCount());
   BufferSampleCount = player_.MillisecondsToSamples(kBlockMilliseconds);
   holdsDocument_ = true;
@@ -123,7 +126,7 @@ void AudioEngine::StartPlay() {
   form_.cmdNormalSpeed.Enabled = true;
   if (file_.TotalSamples() == 0) return;
   PlayStartSample =
-      static_cast<double>(BeginRunAt(static_cast<SampleCount>(CurrentSamplePosition)));
+      static_cast<double>(BeginRunAt(static_cast<SampleCount>(document_.CurrentSamplePosition)));
   if (!player_.StartOutput()) {
     ShowHardwareFault();
     return;
@@ -136,7 +139,7 @@ void AudioEngine::StartPlay() {
   form_.DeckRuns = true;
   LoadPlayBuffer();
   LoadPlayBuffer();
-  hooks_.ApplyEqualizer();
+  equalizer_.ApplyStored();
 }
 
 void AudioEngine::StopPlay() {
@@ -203,7 +206,7 @@ void AudioEngine::ContinueFrom(SampleCount target) {
   PlayStartSample = static_cast<double>(BeginRunAt(target));
   LoadPlayBuffer();
   LoadPlayBuffer();
-  CurrentSamplePosition = PlayStartSample;
+  document_.CurrentSamplePosition = PlayStartSample;
 }
 
 void AudioEngine::HandleTimer(SampleCount currentSamples, double levelLeft, double levelRight) {
@@ -221,7 +224,7 @@ void AudioEngine::HandleTimer(SampleCount currentSamples, double levelLeft, doub
   if (!SliderDragging && measured) {
     const double percent = reached / static_cast<double>(file_.LengthMilliseconds()) * 100.0;
     form_.slPosition.Value = static_cast<int>(std::nearbyint(std::clamp(percent, 0.0, 100.0)));
-    CurrentSamplePosition = current + PlayStartSample;
+    document_.CurrentSamplePosition = current + PlayStartSample;
   }
   const auto shown =
       static_cast<double>(player_.SamplesToMilliseconds(speed * current + PlayStartSample));
@@ -231,7 +234,7 @@ void AudioEngine::HandleTimer(SampleCount currentSamples, double levelLeft, doub
 bool AudioEngine::HeardToItsEnd() const {
   const double heard = PlayStartSample + static_cast<double>(player_.PlayedSamples());
   const auto allowed = static_cast<double>(player_.MillisecondsToSamples(kMostUnheardMilliseconds));
-  return !runIsBroken_ && FileLength - heard <= allowed;
+  return !runIsBroken_ && document_.FileLength - heard <= allowed;
 }
 
 void AudioEngine::HandleEndPlay() {
@@ -244,10 +247,10 @@ void AudioEngine::HandleEndPlay() {
     return;
   }
   window_.OfferComplete();
-  CurrentSamplePosition = FileLength;
+  document_.CurrentSamplePosition = document_.FileLength;
   form_.slPosition.Value = 100;
   form_.lblFilePositionHMS.Value = base::FormatHMS(static_cast<double>(file_.LengthMilliseconds()));
-  hooks_.PlayPrompt("ForwardEnd");
+  voice_.PlayPrompt("ForwardEnd");
 }
 
 void AudioEngine::ShowHardwareFault() {
@@ -257,8 +260,7 @@ void AudioEngine::ShowHardwareFault() {
                       "Please choose a different Audio Hardware selection from the Mixer tab of "
                       "the Configuration menu and then try again",
               .icon = base::Icon::Warning});
-  form_.frmMain.Visible = false;
-  hooks_.ShowConfiguration();
+  window_.ShowConfiguration();
 }
 
 }  // namespace tavlo::playback

@@ -7,7 +7,10 @@
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
 #include "playback/audio_objects.h"
-#include "playback/hooks.h"
+#include "playback/document_in_work.h"
+#include "playback/equalizer.h"
+#include "playback/mixer_page.h"
+#include "playback/voice.h"
 #include "window/main_window.h"
 
 namespace tavlo::playback {
@@ -25,9 +28,9 @@ enum class Primed {
 /// from the file, stretched to the playback speed and queued; the player asks for the next one.
 class AudioEngine {
  public:
-  AudioEngine(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-              window::MainWindow& window, AudioFile& file, AudioTransform& transform,
-              AudioPlayer& player, const Hooks& hooks);
+  AudioEngine(base::Loop& loop, window::MainWindow& window, DocumentInWork& document,
+              const AudioObjects& objects, Voice& voice, Equalizer& equalizer,
+              MixerPage& mixerPage);
   ~AudioEngine();
 
   bool IsPlaying = false;
@@ -35,20 +38,11 @@ class AudioEngine {
   int PlaySpeedPercent = 100;
   /// Sample of the file at which the current run of blocks began.
   double PlayStartSample = 0;
-  /// The transport's position, in samples.
-  double CurrentSamplePosition = 0;
-  /// Length of the primed document, in samples.
-  double FileLength = 0;
-  /// Samples in one second as winds and backspace see it: whole thousands, so that an 11,025 Hz
-  /// document counts as 11,000.
-  double SamplesPerSecond = 0;
   SampleCount BufferSampleCount = 0;
   /// A slider is held down; the position display stands still.
   bool SliderDragging = false;
   /// Milliseconds as decimal text.
   std::string FilePositionText;
-  /// Full path of the document that Play opens.
-  std::string CurrentDocumentPath;
 
   /// Ends a preview.
   base::Timer tmrPlaySnipet;
@@ -56,7 +50,7 @@ class AudioEngine {
   /// Once, at start-up: the device list, the selected device. Without a sound card it says so, and
   /// all but the sound goes on.
   void InitializeNCTcontrol();
-  /// Opens and measures CurrentDocumentPath and shows its length.
+  /// Opens and measures the document's CurrentDocumentPath and shows its length.
   Primed Prime();
   void CloseFile();
   /// True from a good Prime to the next CloseFile. A scan closes the file under a primed document.
@@ -92,10 +86,13 @@ class AudioEngine {
   forms::MainForm& form_;
   forms::ConfigurationForm& config_;
   window::MainWindow& window_;
+  DocumentInWork& document_;
   AudioFile& file_;
   AudioTransform& transform_;
   AudioPlayer& player_;
-  const Hooks& hooks_;
+  Voice& voice_;
+  Equalizer& equalizer_;
+  MixerPage& mixerPage_;
   bool holdsDocument_ = false;
   /// A block of this run was lost, or could not be read to its end. What is behind it may not
   /// sound, for the ear would pass over the hole.

@@ -149,6 +149,13 @@ class AudioPlayer {
   std::function<void(SampleCount currentSamples, double levelLeft, double levelRight)> OnTimer;
 };
 
+/// The three that make a document sound.
+struct AudioObjects {
+  AudioFile& file;
+  AudioTransform& transform;
+  AudioPlayer& player;
+};
+
 /// Plays one short sound file at a time beside the document and under the player's master volume. A
 /// stop of the document does not touch it. Failures are told and disturb nothing.
 class PromptMediaControl {

@@ -5,13 +5,13 @@
 #include "base/loop.h"
 #include "forms/configuration_form.h"
 #include "playback/audio_objects.h"
-#include "window/main_window.h"
+#include "window/configuration_page.h"
 
 namespace tavlo::playback {
 
 /// The equalizer page: twelve bands, five curves, on and off. The sliders are the truth of what
 /// sounds; a curve only sets them.
-class Equalizer {
+class Equalizer : public window::ConfigurationPage {
  public:
   Equalizer(base::Loop& loop, forms::ConfigurationForm& config, AudioPlayer& player);
 
@@ -21,6 +21,9 @@ class Equalizer {
   /// Shows the stored switch and which curve is chosen, as the page comes to the front. The sliders
   /// stay: they may hold bands that a hand has dragged.
   void ShowStored();
+
+  forms::Pane& Frame() override { return config_.frameConfigEqualizer; }
+  void WindowOpens() override { ShowStored(); }
 
  private:
   struct Preset;

@@ -28,6 +28,11 @@ void MixerPage::SetSrcDevice() {
   for (int source = 0; source < forms::kMixerSources; ++source) ShowSource(source);
 }
 
+void MixerPage::ComesToFront() {
+  config_.DeviceCombo.ListIndex = static_cast<int>(config_.txtMixerSelection.WholeNumber());
+  SetSrcDevice();
+}
+
 void MixerPage::BindStrip(int source) {
   const auto strip = static_cast<std::size_t>(source);
   forms::Range& volume = config_.slVolume[strip];

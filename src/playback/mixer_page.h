@@ -3,18 +3,22 @@
 #include "forms/configuration_form.h"
 #include "playback/audio_objects.h"
 #include "playback/source_mixer.h"
+#include "window/configuration_page.h"
 
 namespace tavlo::playback {
 
 /// The mixer page: which sound device plays, and what its sources are set to.
-class MixerPage {
+class MixerPage : public window::ConfigurationPage {
  public:
   MixerPage(forms::ConfigurationForm& config, AudioPlayer& player, SourceMixer& mixer);
-  ~MixerPage();
+  ~MixerPage() override;
   MixerPage(const MixerPage&) = delete;
 
   /// Shows the sources of the player's device as they are now.
   void SetSrcDevice();
+
+  forms::Pane& Frame() override { return config_.frameConfigMixer; }
+  void ComesToFront() override;
 
  private:
   void BindStrip(int source);

@@ -30,9 +30,13 @@ int NextTitleBarHeight(int height) {
   return 500;
 }
 
-PositionDisplay::PositionDisplay(forms::MainForm& form, window::MainWindow& window,
+PositionDisplay::PositionDisplay(window::MainWindow& window, DocumentInWork& document,
                                  AudioEngine& engine, Transport& transport)
-    : form_(form), window_(window), engine_(engine), transport_(transport) {
+    : form_(window.Form()),
+      window_(window),
+      document_(document),
+      engine_(engine),
+      transport_(transport) {
   form_.slPosition.OnPress = [this] { PressPosition(); };
   form_.slPosition.OnRelease = [this] { ReleasePosition(); };
   form_.StatusBar1.OnDoubleClick = [this] { CalibrateHeight(); };
@@ -59,8 +63,8 @@ void PositionDisplay::ReleasePosition() {
     engine_.ContinueFrom(static_cast<SampleCount>(target));
   } else {
     engine_.SliderDragging = false;
-    engine_.PlayStartSample = value / 100.0 * engine_.FileLength;
-    engine_.CurrentSamplePosition = engine_.PlayStartSample;
+    engine_.PlayStartSample = value / 100.0 * document_.FileLength;
+    document_.CurrentSamplePosition = engine_.PlayStartSample;
   }
 }
 

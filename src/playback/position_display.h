@@ -8,7 +8,7 @@ namespace tavlo::playback {
 /// The position slider, and the hand calibration of the mini-player's height.
 class PositionDisplay {
  public:
-  PositionDisplay(forms::MainForm& form, window::MainWindow& window, AudioEngine& engine,
+  PositionDisplay(window::MainWindow& window, DocumentInWork& document, AudioEngine& engine,
                   Transport& transport);
 
  private:
@@ -18,6 +18,7 @@ class PositionDisplay {
 
   forms::MainForm& form_;
   window::MainWindow& window_;
+  DocumentInWork& document_;
   AudioEngine& engine_;
   Transport& transport_;
 };

@@ -12,15 +12,14 @@ constexpr double kLongestPreview = 86'400;
 
 }  // namespace
 
-Preview::Preview(forms::MainForm& form, forms::ConfigurationForm& config,
-                 window::MainWindow& window, AudioEngine& engine, Transport& transport,
-                 const Hooks& hooks)
-    : form_(form),
-      config_(config),
+Preview::Preview(window::MainWindow& window, DocumentInWork& document, AudioEngine& engine,
+                 Voice& voice)
+    : form_(window.Form()),
+      config_(window.Config()),
       window_(window),
+      document_(document),
       engine_(engine),
-      transport_(transport),
-      hooks_(hooks) {
+      voice_(voice) {
   engine_.tmrPlaySnipet.OnTick = [this] { EndByTimer(); };
   form_.cmdImportCompleteSnipetStop.OnPress = [this] { EndByHand(); };
 }
@@ -36,9 +35,9 @@ bool Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
   if (selection != lastSelection_) return false;
   engine_.CloseFile();
   form_.cmdImportCompleteSnipetStop.Enabled = true;
-  engine_.CurrentDocumentPath = documentPath;
+  document_.CurrentDocumentPath = documentPath;
   form_.lblFilePositionHMS.Value = "00:00:00";
-  engine_.CurrentSamplePosition = 0;
+  document_.CurrentSamplePosition = 0;
   return true;
 }
 
@@ -51,9 +50,9 @@ Primed Preview::Start() {
   engine_.tmrPlaySnipet.SetInterval(
       std::chrono::milliseconds{static_cast<std::int64_t>(std::nearbyint(milliseconds))});
   engine_.tmrPlaySnipet.Start();
-  hooks_.StopPrompt();
+  voice_.StopPrompt();
   engine_.ApplyDocumentVolume();
-  transport_.DocumentPrimed = true;
+  document_.DocumentPrimed = true;
   form_.slPosition.Enabled = false;
   if (engine_.IsPlaying) engine_.StopPlay();
   engine_.CloseFile();

@@ -3,15 +3,14 @@
 #include <cstdint>
 #include <string>
 
-#include "playback/transport.h"
+#include "playback/audio_engine.h"
 
 namespace tavlo::playback {
 
 /// The first seconds of a document that was selected in a list.
 class Preview {
  public:
-  Preview(forms::MainForm& form, forms::ConfigurationForm& config, window::MainWindow& window,
-          AudioEngine& engine, Transport& transport, const Hooks& hooks);
+  Preview(window::MainWindow& window, DocumentInWork& document, AudioEngine& engine, Voice& voice);
 
   /// What a selection does before anything sounds: playback stops, the file is closed, the position
   /// goes to the beginning. Yields to the loop once, with Play refused meanwhile. False when
@@ -30,9 +29,9 @@ class Preview {
   forms::MainForm& form_;
   forms::ConfigurationForm& config_;
   window::MainWindow& window_;
+  DocumentInWork& document_;
   AudioEngine& engine_;
-  Transport& transport_;
-  const Hooks& hooks_;
+  Voice& voice_;
   /// Counts the selections, so that one that was overtaken can tell.
   std::uint64_t lastSelection_ = 0;
 };

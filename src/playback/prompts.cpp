@@ -21,7 +21,7 @@ Prompts::Prompts(const forms::ConfigurationForm& config, const window::SettingsB
                  PromptMediaControl& control)
     : config_(config), settings_(settings), folders_(folders), player_(player), control_(control) {}
 
-void Prompts::PlayPrompt(std::string_view name) {
+void Prompts::PlayPrompt(PromptName name) {
   if (!settings_.AudioPromptsOn) return;
   control_.Close();
   control_.SetDeviceType("WaveAudio");

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <string_view>
-
 #include "forms/configuration_form.h"
 #include "playback/audio_objects.h"
+#include "playback/voice.h"
 #include "store/work_folders.h"
 #include "window/settings_binding.h"
 
@@ -11,7 +10,7 @@ namespace tavlo::playback {
 
 /// The deck's voice: spoken prompts that confirm what was done, and the tones of a wind. A prompt
 /// is one-shot and the last one wins. One that cannot be played is passed over in silence.
-class Prompts {
+class Prompts : public Voice {
  public:
   Prompts(const forms::ConfigurationForm& config, const window::SettingsBinding& settings,
           const store::WorkFolders& folders, AudioPlayer& player, PromptMediaControl& control);
@@ -21,8 +20,8 @@ class Prompts {
 
   /// Speaks the recording of that name, at the prompts' volume; does not wait for its end. The
   /// player's master volume is the prompts' until somebody sets it again.
-  void PlayPrompt(std::string_view name);
-  void StopPrompt();
+  void PlayPrompt(PromptName name) override;
+  void StopPrompt() override;
   /// Lets go of the recording that was played last.
   void Close();
 

@@ -9,8 +9,8 @@ constexpr int kNormalSpeed = 100;
 
 }  // namespace
 
-SoundShaping::SoundShaping(forms::MainForm& form, window::MainWindow& window, AudioEngine& engine)
-    : form_(form), window_(window), engine_(engine) {
+SoundShaping::SoundShaping(window::MainWindow& window, AudioEngine& engine)
+    : form_(window.Form()), window_(window), engine_(engine) {
   form_.Slider1.OnPress = [this] { engine_.SliderDragging = true; };
   form_.Slider1.OnRelease = [this] { ReleaseSpeed(); };
   form_.cmdNormalSpeed.OnPress = [this] { SetNormalSpeed(); };

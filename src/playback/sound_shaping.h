@@ -7,7 +7,7 @@ namespace tavlo::playback {
 /// The speed and volume sliders of the player.
 class SoundShaping {
  public:
-  SoundShaping(forms::MainForm& form, window::MainWindow& window, AudioEngine& engine);
+  SoundShaping(window::MainWindow& window, AudioEngine& engine);
 
   /// Puts the stored speed and volume on the sliders and into the engine, at start-up.
   void ApplyStored();

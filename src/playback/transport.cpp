@@ -36,15 +36,16 @@ Duration WindInterval(int tick) {
 
 }  // namespace
 
-Transport::Transport(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-                     window::MainWindow& window, AudioEngine& engine, const Hooks& hooks)
+Transport::Transport(base::Loop& loop, window::MainWindow& window, DocumentInWork& document,
+                     AudioEngine& engine, Voice& voice)
     : tmrRewindForward(loop, "tmrRewindForward", kFirstWindInterval),
       loop_(loop),
-      form_(form),
-      config_(config),
+      form_(window.Form()),
+      config_(window.Config()),
       window_(window),
+      document_(document),
       engine_(engine),
-      hooks_(hooks) {
+      voice_(voice) {
   tmrRewindForward.OnTick = [this] { WindTick(); };
   WireButtons();
 }
@@ -78,8 +79,8 @@ void Transport::PlayCommand() {
   form_.cmdEQ.Enabled = true;
   form_.cmdNormalSpeed.Enabled = true;
   form_.lblFilePositionHMS.Enabled = true;
-  const bool inWork = DocumentPrimed && form_.cmdSkip.Enabled;
-  if (DocumentPrimed && engine_.HoldsDocument()) {
+  const bool inWork = document_.DocumentPrimed && document_.IsInWork();
+  if (document_.DocumentPrimed && engine_.HoldsDocument()) {
     ContinueFromWhereTheEarWas();
   } else if (inWork) {
     // A device that failed took the file with it; the place in the document is still known.
@@ -88,7 +89,7 @@ void Transport::PlayCommand() {
   } else if (!PrimeAtTheBeginning()) {
     return;
   }
-  hooks_.StopPrompt();
+  voice_.StopPrompt();
   engine_.ApplyDocumentVolume();
   if (engine_.IsPlaying) engine_.StopPlay();
   engine_.StartPlay();
@@ -99,20 +100,20 @@ void Transport::PlayCommand() {
 void Transport::ContinueFromWhereTheEarWas() {
   // With Skip disabled the document is not in work yet: this is its first Play, and a preview
   // before it does not cancel the saved position.
-  if (SavedPosition != 0 && !form_.cmdSkip.Enabled) {
-    engine_.CurrentSamplePosition = SavedPositionInFile();
+  if (document_.SavedPosition != 0 && !document_.IsInWork()) {
+    document_.CurrentSamplePosition = SavedPositionInFile();
   }
   const double seconds = config_.sliderABS.Value / 10.0;
-  engine_.CurrentSamplePosition =
-      std::max(engine_.CurrentSamplePosition - seconds * engine_.SamplesPerSecond, 0.0);
+  document_.CurrentSamplePosition =
+      std::max(document_.CurrentSamplePosition - seconds * document_.SamplesPerSecond, 0.0);
 }
 
 bool Transport::PrimeAtTheBeginning() {
   form_.slPosition.Value = 0;
   form_.cmdImportCompleteSnipetStop.Visible = false;
   if (!PrimeOrExplain()) return false;
-  DocumentPrimed = true;
-  engine_.CurrentSamplePosition = SavedPositionInFile();
+  document_.DocumentPrimed = true;
+  document_.CurrentSamplePosition = SavedPositionInFile();
   return true;
 }
 
@@ -134,7 +135,7 @@ void Transport::Explain(Primed primed) {
                   .icon = base::Icon::Information});
       break;
     case Primed::Empty:
-      hooks_.PlayPrompt("EmptyDocErrMayComplete");
+      voice_.PlayPrompt("EmptyDocErrMayComplete");
       break;
     case Primed::OutOfReach:
       ExplainOutOfReach();
@@ -146,7 +147,7 @@ void Transport::Explain(Primed primed) {
 
 void Transport::ExplainOutOfReach() {
   // A document in work keeps its keys: its share may be back at the next Play.
-  if (!form_.cmdSkip.Enabled) {
+  if (!document_.IsInWork()) {
     form_.cmdPlay.Enabled = false;
     form_.cmdComplete.Enabled = false;
   }
@@ -161,7 +162,7 @@ void Transport::SayOutOfReach() {
 }
 
 double Transport::SavedPositionInFile() const {
-  return std::min(static_cast<double>(SavedPosition), engine_.FileLength);
+  return std::min(static_cast<double>(document_.SavedPosition), document_.FileLength);
 }
 
 void Transport::ShowAsPlaying() {
@@ -191,17 +192,17 @@ void Transport::StopWindAndPreview() {
 double Transport::WindSeconds() const { return config_.txtWindIncrement.Number(); }
 
 void Transport::Jump(double seconds) {
-  engine_.CurrentSamplePosition += engine_.SamplesPerSecond * seconds;
+  document_.CurrentSamplePosition += document_.SamplesPerSecond * seconds;
 }
 
 void Transport::RewindCommand() {
   engine_.tmrPlaySnipet.Stop();
   engine_.StopPlay();
   WindTickCount = 0;
-  const bool wasAtTheEnd = engine_.CurrentSamplePosition == engine_.FileLength;
+  const bool wasAtTheEnd = document_.CurrentSamplePosition == document_.FileLength;
   Jump(-WindSeconds());
-  engine_.CurrentSamplePosition =
-      std::clamp(engine_.CurrentSamplePosition, 0.0, engine_.FileLength);
+  document_.CurrentSamplePosition =
+      std::clamp(document_.CurrentSamplePosition, 0.0, document_.FileLength);
   ShowPosition();
   if (form_.slPosition.Value == 100) {
     form_.cmdSkip.Enabled = true;
@@ -209,11 +210,11 @@ void Transport::RewindCommand() {
     if (wasAtTheEnd) window_.OfferComplete();
     form_.cmdSave.Enabled = true;
   }
-  if (engine_.CurrentSamplePosition == 0) {
+  if (document_.CurrentSamplePosition == 0) {
     StopWind();
     ReachBeginning();
   } else {
-    hooks_.PlayPrompt("RewindTone");
+    voice_.PlayPrompt("RewindTone");
     StartWind(Wind::Rewind);
   }
 }
@@ -223,14 +224,14 @@ void Transport::ForwardCommand() {
   engine_.StopPlay();
   WindTickCount = 0;
   Jump(WindSeconds());
-  engine_.CurrentSamplePosition =
-      std::clamp(engine_.CurrentSamplePosition, 0.0, engine_.FileLength);
+  document_.CurrentSamplePosition =
+      std::clamp(document_.CurrentSamplePosition, 0.0, document_.FileLength);
   ShowPosition();
-  if (engine_.CurrentSamplePosition == engine_.FileLength) {
+  if (document_.CurrentSamplePosition == document_.FileLength) {
     StopWind();
     ReachEnd();
   } else {
-    hooks_.PlayPrompt("ForwardTone");
+    voice_.PlayPrompt("ForwardTone");
     StartWind(Wind::Forward);
   }
 }
@@ -264,26 +265,26 @@ void Transport::WindTick() {
 bool Transport::WindBack() {
   Jump(-WindSeconds());
   // A jump that lands exactly on an end is not there yet: the next jump declares it.
-  if (engine_.CurrentSamplePosition < 0) {
+  if (document_.CurrentSamplePosition < 0) {
     StopWind();
     ReachBeginning();
     return true;
   }
   // A stored distance may be negative, and then the other end is the one to stay within.
-  engine_.CurrentSamplePosition = std::min(engine_.CurrentSamplePosition, engine_.FileLength);
-  if (tmrRewindForward.Interval() != kFastestWindInterval) hooks_.PlayPrompt("RewindTone");
+  document_.CurrentSamplePosition = std::min(document_.CurrentSamplePosition, document_.FileLength);
+  if (tmrRewindForward.Interval() != kFastestWindInterval) voice_.PlayPrompt("RewindTone");
   return false;
 }
 
 bool Transport::WindOn() {
   Jump(WindSeconds());
-  if (engine_.CurrentSamplePosition > engine_.FileLength) {
+  if (document_.CurrentSamplePosition > document_.FileLength) {
     StopWind();
     ReachEnd();
     return true;
   }
-  engine_.CurrentSamplePosition = std::max(engine_.CurrentSamplePosition, 0.0);
-  if (tmrRewindForward.Interval() != kFastestWindInterval) hooks_.PlayPrompt("ForwardTone");
+  document_.CurrentSamplePosition = std::max(document_.CurrentSamplePosition, 0.0);
+  if (tmrRewindForward.Interval() != kFastestWindInterval) voice_.PlayPrompt("ForwardTone");
   return false;
 }
 
@@ -304,26 +305,26 @@ void Transport::SkipToEndCommand() {
 }
 
 void Transport::ReachBeginning() {
-  engine_.CurrentSamplePosition = 0;
+  document_.CurrentSamplePosition = 0;
   form_.lblFilePositionHMS.Value = "00:00:00";
   form_.slPosition.Value = 0;
-  hooks_.PlayPrompt("RewindEnd");
+  voice_.PlayPrompt("RewindEnd");
 }
 
 void Transport::ReachEnd() {
-  engine_.CurrentSamplePosition = engine_.FileLength;
+  document_.CurrentSamplePosition = document_.FileLength;
   form_.lblFilePositionHMS.Value = form_.lblFileLengthHMS.Value;
   form_.slPosition.Value = 100;
-  hooks_.PlayPrompt("ForwardEnd");
+  voice_.PlayPrompt("ForwardEnd");
   window_.OfferComplete();
   window_.RestoreMinimized(/*atStoredPlace=*/true);
 }
 
 void Transport::ShowPosition() {
-  const double position = engine_.CurrentSamplePosition;
-  if (engine_.FileLength > 0) {
+  const double position = document_.CurrentSamplePosition;
+  if (document_.FileLength > 0) {
     form_.slPosition.Value =
-        static_cast<int>(std::nearbyint(position * 100.0 / engine_.FileLength));
+        static_cast<int>(std::nearbyint(position * 100.0 / document_.FileLength));
   }
   form_.lblFilePositionHMS.Value =
       base::FormatHMS(static_cast<double>(engine_.Player().SamplesToMilliseconds(position)));

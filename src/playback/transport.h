@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "playback/audio_engine.h"
 
 namespace tavlo::playback {
@@ -13,15 +11,11 @@ enum class Wind { None, Rewind, Forward };
 /// sounds while it winds; Play picks up from where it stands, less the auto-backspace.
 class Transport {
  public:
-  Transport(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-            window::MainWindow& window, AudioEngine& engine, const Hooks& hooks);
+  Transport(base::Loop& loop, window::MainWindow& window, DocumentInWork& document,
+            AudioEngine& engine, Voice& voice);
 
   Wind WindDirection = Wind::None;
   int WindTickCount = 0;
-  /// The document's audio file is open and measured.
-  bool DocumentPrimed = false;
-  /// The saved position in the name of the document that was opened last, in samples.
-  std::int32_t SavedPosition = 0;
   /// Seconds since midnight of the last presses of the left and the right pedal. A skip makes both
   /// 0, so that a press from before it is no first of two. The press that skipped is recorded
   /// behind its skip, as every press is: one more of that pedal in time skips again.
@@ -72,8 +66,9 @@ class Transport {
   forms::MainForm& form_;
   forms::ConfigurationForm& config_;
   window::MainWindow& window_;
+  DocumentInWork& document_;
   AudioEngine& engine_;
-  const Hooks& hooks_;
+  Voice& voice_;
 };
 
 }  // namespace tavlo::playback

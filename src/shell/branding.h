@@ -5,16 +5,17 @@
 #include "forms/main_form.h"
 #include "store/document_name.h"
 #include "store/settings_store.h"
+#include "window/settings_choices.h"
 
 namespace tavlo::shell {
 
 /// One build serves several resellers: a setting picks the logo row and, with it, the date order.
-class Branding {
+class Branding : public window::Brand {
  public:
   Branding(forms::MainForm& form, forms::ConfigurationForm& config, forms::AboutForm& about,
            store::SettingsStore& settings, store::DocumentNames& names);
 
-  void ApplyBranding();
+  void ApplyBranding() override;
 
  private:
   forms::MainForm& form_;

@@ -7,25 +7,11 @@ namespace {
 
 using base::operator""ms;
 
-void Call(const std::function<void()>& hook) {
-  if (hook) hook();
-}
-
 }  // namespace
 
-Exit::Exit(base::Loop& loop, forms::MainForm& form, window::MainWindow& window,
-           playback::AudioEngine& engine, playback::Transport& transport, lists::Refresh& refresh,
-           const playback::Hooks& sound, ExitHooks hooks,
+Exit::Exit(base::Loop& loop, Windows& windows, Rooms& rooms,
            std::function<void(int status)> endProcess)
-    : loop_(loop),
-      form_(form),
-      window_(window),
-      engine_(engine),
-      transport_(transport),
-      refresh_(refresh),
-      sound_(sound),
-      hooks_(std::move(hooks)),
-      endProcess_(std::move(endProcess)) {
+    : loop_(loop), form_(windows.main), rooms_(rooms), endProcess_(std::move(endProcess)) {
   form_.mnuExit.OnPress = [this] { ExitByMenu(); };
   form_.frmMain.OnCloseRequest = [this] { ExitByFrame(); };
 }
@@ -50,7 +36,7 @@ void Exit::ExitByMenu() {
 
 void Exit::EndSession() {
   // A box in that pass would keep the key from ever getting there.
-  if (hooks_.outcomeIsDue && hooks_.outcomeIsDue() && !loop_.MessageBoxOpen()) {
+  if (rooms_.finishing.OutcomeIsDue() && !loop_.MessageBoxOpen()) {
     loop_.Post([this] { EndSession(); });
     return;
   }
@@ -60,22 +46,22 @@ void Exit::EndSession() {
 void Exit::EndSessionNow() {
   if (std::exchange(sessionEnded_, true)) return;
   StopSound();
-  Call(hooks_.storeOutcome);
-  engine_.CloseFile();
-  Call(hooks_.closePrompts);
-  Call(hooks_.saveOpenSettings);
-  Call(hooks_.releaseFtp);
-  Call(hooks_.dropPedals);
+  rooms_.finishing.StoreAtOnce();
+  rooms_.engine.CloseFile();
+  rooms_.prompts.Close();
+  rooms_.configuration.SaveAtOnce();
+  rooms_.annex.ReleaseFtp();
+  rooms_.usbPedal.Drop();
   endProcess_(0);
 }
 
 void Exit::StopSound() {
-  engine_.StopPlay();
-  sound_.StopPrompt();
-  engine_.tmrPlaySnipet.Stop();
+  rooms_.engine.StopPlay();
+  rooms_.prompts.StopPrompt();
+  rooms_.engine.tmrPlaySnipet.Stop();
 }
 
-bool Exit::DocumentIsBeingMoved() const { return window_.guards.ListTransitionBusy; }
+bool Exit::DocumentIsBeingMoved() const { return rooms_.mainWindow.guards.ListTransitionBusy; }
 
 bool Exit::FtpIsConnected() {
   if (form_.bConnect.Caption.Get() != "Disconnect") return false;
@@ -85,7 +71,7 @@ bool Exit::FtpIsConnected() {
 }
 
 bool Exit::DocumentIsOpen() {
-  if (!form_.cmdSkip.Enabled) return false;
+  if (!rooms_.documentInWork.IsInWork()) return false;
   ShowExitBox("You must Skip, Save, or Complete this dictation before you may exit the Tavlo Deck",
               base::Icon::Warning, base::Buttons::Ok);
   return true;
@@ -103,10 +89,11 @@ void Exit::EndUnlessADocumentIsOpen() {
 }
 
 void Exit::End() {
-  Call(hooks_.stopPedals);
-  refresh_.tmrWorkWaitingAlert.Stop();
-  transport_.StopWindAndPreview();
-  window_.DisableWindowControls();
+  rooms_.usbPedal.StopReading();
+  rooms_.serialPedal.Stop();
+  rooms_.waitingWork.Pause();
+  rooms_.transport.StopWindAndPreview();
+  rooms_.mainWindow.DisableWindowControls();
   form_.cmdStop.Enabled = false;
   form_.cmdPlay.Enabled = false;
   form_.cmdImportCompleteSnipetStop.Enabled = false;
@@ -116,12 +103,12 @@ void Exit::End() {
   // The hourglass drops a second close request in the waits.
   form_.frmMain.MousePointer = forms::Pointer::Hourglass;
   loop_.Wait(1000ms);
-  engine_.CloseFile();
-  Call(hooks_.closePrompts);
-  Call(hooks_.saveSettings);
-  Call(hooks_.releaseFtp);
+  rooms_.engine.CloseFile();
+  rooms_.prompts.Close();
+  rooms_.binding.Flush();
+  rooms_.annex.ReleaseFtp();
   loop_.Wait(1000ms);
-  Call(hooks_.stopUsbWatch);
+  rooms_.usbPedal.StopWatch();
   endProcess_(0);
 }
 

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <string>
-#include <utility>
 
 namespace tavlo::shell {
 namespace {
@@ -14,110 +13,94 @@ constexpr std::array kFtpFileTypes = {
     "mp3 files", "wma files",    "avi files", "dss files", "vox files",
 };
 
-void Call(const std::function<void()>& hook) {
-  if (hook) hook();
-}
-
 }  // namespace
 
-Load::Load(base::Loop& loop, forms::MainForm& form, forms::ConfigurationForm& config,
-           window::MainWindow& window, window::ConfigurationWindow& configuration,
-           window::SettingsBinding& settings, store::WorkFolders& folders,
-           playback::AudioEngine& engine, playback::SoundShaping& shaping, lists::QueueList& queue,
-           lists::CompletedList& completed, lists::Refresh& refresh, Branding& branding,
-           Fascia& fascia, const playback::Hooks& sound, const lists::Hooks& listHooks,
-           LoadHooks hooks)
-    : loop_(loop),
-      form_(form),
-      config_(config),
-      window_(window),
-      configuration_(configuration),
-      settings_(settings),
-      folders_(folders),
-      engine_(engine),
-      shaping_(shaping),
-      queue_(queue),
-      completed_(completed),
-      refresh_(refresh),
-      branding_(branding),
-      fascia_(fascia),
-      sound_(sound),
-      listHooks_(listHooks),
-      hooks_(std::move(hooks)) {
-  form_.frmMain.OnActivate = [this] { HandleActivate(); };
+Load::Load(base::Loop& loop, Windows& windows, Rooms& rooms)
+    : loop_(loop), windows_(windows), rooms_(rooms) {
+  windows_.main.frmMain.OnActivate = [this] { HandleActivate(); };
 }
 
 void Load::LoadMainWindow() {
-  form_.frmMain.MousePointer = forms::Pointer::Hourglass;
-  Call(hooks_.attachFtp);
-  form_.frmMain.Centre();
-  form_.frmMain.Visible = true;
+  forms::MainForm& form = windows_.main;
+  form.frmMain.MousePointer = forms::Pointer::Hourglass;
+  rooms_.annex.AttachFtp();
+  form.frmMain.Centre();
+  form.frmMain.Visible = true;
   TakeWindowShape();
-  form_.mnuFile.Enabled = false;
-  form_.mnuView.Enabled = false;
-  form_.mnuReport.Enabled = false;
+  form.mnuFile.Enabled = false;
+  form.mnuView.Enabled = false;
+  form.mnuReport.Enabled = false;
   loop_.Wait(1000ms);
-  Call(hooks_.upgradeDatabase);
-  settings_.Load();
-  engine_.InitializeNCTcontrol();
-  settings_.TakeDeleteCompletedFiles();
-  if (settings_.DeleteCompletedFiles > 0) Call(hooks_.purgeCompletedFiles);
+  rooms_.annex.UpgradeDatabase();
+  window::SettingsBinding& settings = rooms_.binding;
+  settings.Load();
+  rooms_.engine.InitializeNCTcontrol();
+  settings.TakeDeleteCompletedFiles();
+  if (settings.DeleteCompletedFiles > 0) rooms_.annex.PurgeCompletedFiles();
   InitializeWorkAreas();
-  settings_.FillEmptySettings();
-  form_.chkImportSynchronize.Value = form_.txtImportSynchronize.Value.Get() == "Y";
-  Call(hooks_.startUsbPedal);
-  settings_.TakeAudioPrompts();
-  shaping_.ApplyStored();
-  sound_.ApplyEqualizer();
+  settings.FillEmptySettings();
+  form.chkImportSynchronize.Value = form.txtImportSynchronize.Value.Get() == "Y";
+  rooms_.usbPedal.StartWatch();
+  settings.TakeAudioPrompts();
+  rooms_.soundShaping.ApplyStored();
+  rooms_.equalizer.ApplyStored();
   HandleActivate();
-  sound_.PlayPrompt("Welcome");
-  listHooks_.TakeWaitingWorkAsSeen();
+  rooms_.prompts.PlayPrompt("Welcome");
+  rooms_.waitingWork.TakeAsSeen();
   StartAlertTimer();
   FillChoices();
-  refresh_.tmrGetAllJobs.Start();
+  rooms_.refresh.tmrGetAllJobs.Start();
 }
 
 void Load::TakeWindowShape() {
-  window_.WindowHeight = form_.frmMain.Height;
-  window_.WindowWidth = form_.frmMain.Width;
-  window_.PlayerFrameTop = form_.framePlayer.Top;
+  rooms_.mainWindow.WindowHeight = windows_.main.frmMain.Height;
+  rooms_.mainWindow.WindowWidth = windows_.main.frmMain.Width;
+  rooms_.mainWindow.PlayerFrameTop = windows_.main.framePlayer.Top;
 }
 
 void Load::InitializeWorkAreas() {
-  folders_.MakeTree();
-  configuration_.ReloadQueuePaths();
-  queue_.MakeColumns(config_.txtSubjectHeading.Value);
-  completed_.MakeColumns(config_.txtSubjectHeading.Value);
-  Call(hooks_.resetPedals);
-  window_.guards = {};
-  window_.CurrentView = "Queue";
-  branding_.ApplyBranding();
-  window_.PlayerLeftText = form_.txtPlayerLeft.Value;
-  window_.PlayerTopText = form_.txtPlayerTop.Value;
+  const forms::MainForm& form = windows_.main;
+  window::MainWindow& window = rooms_.mainWindow;
+  rooms_.folders.MakeTree();
+  rooms_.configuration.ReloadQueuePaths();
+  rooms_.queue.MakeColumns(windows_.configuration.txtSubjectHeading.Value);
+  rooms_.completed.MakeColumns(windows_.configuration.txtSubjectHeading.Value);
+  ResetPedals();
+  window.guards = {};
+  window.CurrentView = "Queue";
+  rooms_.branding.ApplyBranding();
+  window.PlayerLeftText = form.txtPlayerLeft.Value;
+  window.PlayerTopText = form.txtPlayerTop.Value;
+}
+
+void Load::ResetPedals() {
+  rooms_.footPedal.Reset();
+  rooms_.transport.WindTickCount = 0;
 }
 
 void Load::StartAlertTimer() {
-  const std::string& mode = config_.txtWorkWaitingAlertMode.Value;
-  const forms::Text& interval = mode == "P" || mode == "A" ? config_.txtNewDictationAlertInterval
-                                                           : config_.txtAutoQueueRefreshInterval;
-  refresh_.tmrWorkWaitingAlert.SetInterval(window::AlertOptions::IntervalOf(interval));
-  refresh_.tmrWorkWaitingAlert.Start();
+  const forms::ConfigurationForm& config = windows_.configuration;
+  const std::string& mode = config.txtWorkWaitingAlertMode.Value;
+  const forms::Text& interval = mode == "P" || mode == "A" ? config.txtNewDictationAlertInterval
+                                                           : config.txtAutoQueueRefreshInterval;
+  rooms_.waitingWork.RestartWith(window::AlertOptions::IntervalOf(interval));
 }
 
 void Load::FillChoices() {
-  fascia_.ListFasciaImages();
-  fascia_.LoadFasciaPictures();
-  form_.comboFtpFileTypesToList.Clear();
-  for (const char* type : kFtpFileTypes) form_.comboFtpFileTypesToList.Add(type);
-  form_.comboFtpFileTypesToList.ListIndex = 0;
+  rooms_.fascia.ListFasciaImages();
+  rooms_.fascia.LoadFasciaPictures();
+  forms::Table& types = windows_.main.comboFtpFileTypesToList;
+  types.Clear();
+  for (const char* type : kFtpFileTypes) types.Add(type);
+  types.ListIndex = 0;
 }
 
 void Load::HandleActivate() {
-  if (config_.txtAutoBackspace.Value.Get().empty()) config_.txtAutoBackspace.Value = "0";
-  config_.sliderABS.Value =
-      config_.sliderABS.Bounds.Nearest(config_.txtAutoBackspace.WholeNumber());
-  window_.ApplyAlwaysOnTop();
-  fascia_.LoadFasciaPictures();
+  forms::ConfigurationForm& config = windows_.configuration;
+  if (config.txtAutoBackspace.Value.Get().empty()) config.txtAutoBackspace.Value = "0";
+  config.sliderABS.Value = config.sliderABS.Bounds.Nearest(config.txtAutoBackspace.WholeNumber());
+  rooms_.mainWindow.ApplyAlwaysOnTop();
+  rooms_.fascia.LoadFasciaPictures();
 }
 
 }  // namespace tavlo::shell

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <utility>
 
 #include "base/text.h"
 
@@ -20,8 +19,8 @@ constexpr double kLongestSeconds = 10'000'000;
 }  // namespace
 
 AlertOptions::AlertOptions(forms::ConfigurationForm& config, const SettingsBinding& settings,
-                           std::function<void(base::Duration)> restartTimer)
-    : config_(config), settings_(settings), restartTimer_(std::move(restartTimer)) {
+                           AlertTimer& timer)
+    : config_(config), settings_(settings), timer_(timer) {
   config_.chkAutoRefreshMode.OnClick = [this] { ClickAutoRefresh(); };
   config_.chkWorkWaitingAlertMode.OnClick = [this] { ClickAlert(); };
   config_.optNewWorkWaitingAllJobs.OnClick = [this] {
@@ -71,7 +70,7 @@ void AlertOptions::ClickAutoRefresh() {
     SetOptionsEnabled(false);
     config_.txtNewDictationAlertInterval.Enabled = false;
     SetModeOff();
-    restartTimer_(IntervalOf(config_.txtAutoQueueRefreshInterval));
+    timer_.RestartWith(IntervalOf(config_.txtAutoQueueRefreshInterval));
     config_.txtAutoQueueRefreshInterval.Enabled = true;
   } else {
     config_.chkWorkWaitingAlertMode.Enabled = true;
@@ -88,7 +87,7 @@ void AlertOptions::ClickAlert() {
     config_.chkAutoRefreshMode.Value = false;
     config_.chkAutoRefreshMode.Enabled = false;
     config_.txtAutoQueueRefreshInterval.Enabled = false;
-    restartTimer_(IntervalOf(config_.txtNewDictationAlertInterval));
+    timer_.RestartWith(IntervalOf(config_.txtNewDictationAlertInterval));
     config_.txtNewDictationAlertInterval.Enabled = true;
   } else {
     SetOptionsEnabled(false);
@@ -108,7 +107,7 @@ void AlertOptions::ChangeInterval(forms::Text& seconds, const forms::Choice& inU
     seconds.Value = kept;
     return;
   }
-  if (inUse.Value && !Idle()) restartTimer_(IntervalOf(seconds));
+  if (inUse.Value && !Idle()) timer_.RestartWith(IntervalOf(seconds));
 }
 
 void AlertOptions::Choose(const char* mode, forms::Choice& chosen, forms::Choice& other) {

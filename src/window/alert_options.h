@@ -1,20 +1,26 @@
 #pragma once
 
-#include <functional>
-
 #include "base/time.h"
 #include "forms/configuration_form.h"
 #include "window/settings_binding.h"
 
 namespace tavlo::window {
 
+/// The timer of automatic refreshes and alerts.
+class AlertTimer {
+ public:
+  virtual ~AlertTimer() = default;
+
+  /// Stops the timer, sets its interval and starts it.
+  virtual void RestartWith(base::Duration interval) = 0;
+};
+
 /// The options for automatic refresh and for the alert on new dictation, which exclude each other.
 /// Both use one timer, whose interval is their seconds times 50 milliseconds.
 class AlertOptions {
  public:
-  /// `restartTimer` stops that timer, sets its interval and starts it.
   AlertOptions(forms::ConfigurationForm& config, const SettingsBinding& settings,
-               std::function<void(base::Duration)> restartTimer);
+               AlertTimer& timer);
 
   /// Sets the controls from the mode and the check box, without acting on them.
   void Open();
@@ -32,7 +38,7 @@ class AlertOptions {
 
   forms::ConfigurationForm& config_;
   const SettingsBinding& settings_;
-  std::function<void(base::Duration)> restartTimer_;
+  AlertTimer& timer_;
   bool configLoading_ = false;
 };
 

@@ -141,6 +141,12 @@ void MainWindow::RestoreMinimized(bool atStoredPlace) {
   if (atStoredPlace) TakeStoredPlace();
 }
 
+void MainWindow::ShowConfiguration() {
+  form_.frmMain.Visible = false;
+  config_.frmConfiguration.Centre();
+  config_.frmConfiguration.Visible = true;
+}
+
 void MainWindow::ApplyAlwaysOnTop() {
   form_.frmMain.TopMost = config_.txtAlwaysOnTop.Value.Get() == "Y";
 }

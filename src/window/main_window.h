@@ -39,6 +39,9 @@ class MainWindow {
   MainWindow(forms::MainForm& form, forms::ConfigurationForm& config,
              std::function<void()> storePlayerPosition);
 
+  forms::MainForm& Form() const { return form_; }
+  forms::ConfigurationForm& Config() const { return config_; }
+
   Guards guards;
   /// "Queue", "Complete" or the word of another view.
   std::string CurrentView = "Queue";
@@ -81,6 +84,8 @@ class MainWindow {
   /// A document that reached its end brings a minimized window back. `atStoredPlace` also puts it
   /// where the mini-player last stood.
   void RestoreMinimized(bool atStoredPlace);
+  /// The configuration window takes this one's place.
+  void ShowConfiguration();
   /// Pins the window above others when the setting says so.
   void ApplyAlwaysOnTop();
 

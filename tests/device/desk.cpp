@@ -80,7 +80,8 @@ bool Desk::InWork() {
 }
 
 double Desk::Position() {
-  return program->Ask([this] { return program->Rooms().engine.CurrentSamplePosition / kRate; });
+  return program->Ask(
+      [this] { return program->Rooms().documentInWork.CurrentSamplePosition / kRate; });
 }
 
 bool Desk::Select() {

@@ -105,7 +105,7 @@ TEST_F(ProgramFiles, SaveThatFindsItsNameTakenSaysSoUntilTheNextCommand) {
   Run([&] {
     PutInWork(name);
     const double position =
-        program->Ask([&] { return program->Rooms().engine.CurrentSamplePosition; });
+        program->Ask([&] { return program->Rooms().documentInWork.CurrentSamplePosition; });
     const std::string taken = store::WithSavedPosition(name, position);
     ASSERT_NE(taken, name);
     home.AddToQueue(taken, "another dictation");

@@ -91,7 +91,8 @@ struct ProgramSound : testing::Test {
     return program->Ask([&] { return program->Rooms().engine.IsPlaying; });
   }
   double Position() {
-    return program->Ask([&] { return program->Rooms().engine.CurrentSamplePosition; }) / kRate;
+    return program->Ask([&] { return program->Rooms().documentInWork.CurrentSamplePosition; }) /
+           kRate;
   }
 
   /// Puts a document in work, stopped at its beginning.

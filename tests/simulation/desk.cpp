@@ -118,7 +118,8 @@ void Desk::Start() {
                                 .shareFolder = kShare,
                                 .anotherCopyRuns = [this] { return anotherCopy; },
                                 .showSystemInformation = [] { return false; },
-                                .endProcess = [this](int status) { TakeEnd(status); }});
+                                .endProcess = [this](int status) { TakeEnd(status); }},
+                annex_);
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();
   if (Rooms()) WatchFeetAndWinds();
@@ -134,14 +135,15 @@ void Desk::WatchFeetAndWinds() {
 
 void Desk::Choose(const std::function<void()>& act) {
   if (!Rooms()) return act();
-  const playback::AudioEngine& engine = Rooms()->engine;
+  const playback::DocumentInWork& documentInWork = Rooms()->documentInWork;
   const forms::Command& complete = Main().cmdComplete;
-  const double before = engine.CurrentSamplePosition;
+  const double before = documentInWork.CurrentSamplePosition;
   const bool wasAtItsEnd = complete.Enabled;
   act();
-  if (engine.CurrentSamplePosition != before) hearing.Chosen(engine.CurrentSamplePosition);
+  if (documentInWork.CurrentSamplePosition != before)
+    hearing.Chosen(documentInWork.CurrentSamplePosition);
   // A foot may have gone to the end and on from there before anybody looked.
-  if (!wasAtItsEnd && complete.Enabled) hearing.Chosen(engine.FileLength);
+  if (!wasAtItsEnd && complete.Enabled) hearing.Chosen(documentInWork.FileLength);
 }
 
 void Desk::EndSession(bool now) {

@@ -139,6 +139,7 @@ class Desk {
   void TakeEnd(int status);
 
   bool sessionEnds_ = false;
+  shell::Annex annex_;
   std::optional<shell::Deck> deck_;
 };
 

@@ -251,8 +251,8 @@ std::string Foot::Disobeyed() {
   const shell::Rooms& rooms = *desk_.Rooms();
   const bool plays = rooms.engine.IsPlaying;
   const bool winds = rooms.transport.WindDirection != Wind::None;
-  const double position = rooms.engine.CurrentSamplePosition;
-  const bool atAnEnd = position == 0 || position == rooms.engine.FileLength;
+  const double position = rooms.documentInWork.CurrentSamplePosition;
+  const bool atAnEnd = position == 0 || position == rooms.documentInWork.FileLength;
   switch (expects_) {
     case Expects::Stillness:
       if (plays) return "It plays though the foot is up.";

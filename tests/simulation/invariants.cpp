@@ -91,7 +91,7 @@ bool PlayHasADocument(Desk& desk) {
 bool PlayIsOfTheSelectedDocument(Desk& desk) {
   const Rooms& rooms = *desk.Rooms();
   return !desk.Main().cmdPlay.Enabled ||
-         rooms.engine.CurrentDocumentPath ==
+         rooms.documentInWork.CurrentDocumentPath ==
              Desk::Path("/Files/InQueue/") + rooms.opening.SelectedQueueFile;
 }
 
@@ -111,7 +111,9 @@ bool WindowIsOnTopAsWished(Desk& desk) {
 bool PositionIsInTheDocument(Desk& desk) {
   const playback::AudioEngine& engine = desk.Rooms()->engine;
   if (!engine.HoldsDocument()) return true;
-  return engine.CurrentSamplePosition >= 0 && engine.CurrentSamplePosition <= engine.FileLength;
+  return desk.Rooms()->documentInWork.CurrentSamplePosition >= 0 &&
+         desk.Rooms()->documentInWork.CurrentSamplePosition <=
+             desk.Rooms()->documentInWork.FileLength;
 }
 
 bool RowsAreCounted(Desk& desk) {
@@ -171,7 +173,7 @@ bool PositionIsWhereTheEarIs(Desk& desk) {
   const double heard = engine.PlayStartSample + static_cast<double>(desk.player.PlayedSamples());
   const double fastest = desk.player.Rate() * std::max(engine.PlaySpeedPercent / 100.0, 1.0);
   const double mostBehind = fastest * std::chrono::duration<double>(mostLate).count() + 1;
-  const double behind = heard - engine.CurrentSamplePosition;
+  const double behind = heard - desk.Rooms()->documentInWork.CurrentSamplePosition;
   // A start seeks to a whole sample.
   return behind > -1 && behind <= mostBehind;
 }
@@ -214,7 +216,7 @@ bool CompleteIsForWhatCameToItsEnd(Desk& desk) {
   return !desk.Main().cmdComplete.Enabled || desk.hearing.CameToItsEnd();
 }
 
-bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->refresh.tmrWorkWaitingAlert.Enabled(); }
+bool AlertTimerRuns(Desk& desk) { return desk.Rooms()->waitingWork.tmrWorkWaitingAlert.Enabled(); }
 
 struct Invariant {
   const char* sentence;
@@ -282,7 +284,7 @@ std::string Described(Desk& desk) {
     if (holds) text += std::string("; ") + name;
   };
   add("plays", rooms.engine.IsPlaying);
-  add("primed", rooms.transport.DocumentPrimed);
+  add("primed", rooms.documentInWork.DocumentPrimed);
   add("holds a document", rooms.engine.HoldsDocument());
   add("winds", rooms.transport.tmrRewindForward.Enabled());
   add("preview timer", rooms.engine.tmrPlaySnipet.Enabled());
@@ -291,8 +293,8 @@ std::string Described(Desk& desk) {
   add("configuration", desk.Config().frmConfiguration.Visible);
   add(rooms.mainWindow.CurrentView.c_str(), true);
   add("hourglass", main.frmMain.MousePointer == forms::Pointer::Hourglass);
-  return text + "; at " + std::to_string(rooms.engine.CurrentSamplePosition) + " of " +
-         std::to_string(rooms.engine.FileLength) + ", begun at " +
+  return text + "; at " + std::to_string(rooms.documentInWork.CurrentSamplePosition) + " of " +
+         std::to_string(rooms.documentInWork.FileLength) + ", begun at " +
          std::to_string(rooms.engine.PlayStartSample) + " and heard " +
          std::to_string(desk.player.PlayedSamples());
 }

@@ -106,8 +106,8 @@ MixerHand::Sound MixerHand::SoundNow() const {
   return {.plays = rooms->engine.IsPlaying,
           .runs = desk_.player.IsRunning(),
           .winds = rooms->transport.WindDirection != playback::Wind::None,
-          .position = rooms->engine.CurrentSamplePosition,
-          .document = rooms->engine.CurrentDocumentPath};
+          .position = rooms->documentInWork.CurrentSamplePosition,
+          .document = rooms->documentInWork.CurrentDocumentPath};
 }
 
 void MixerHand::Do(const std::function<void()>& act) {

@@ -80,7 +80,7 @@ void Takings::LookWhetherItIsTrue(const std::string& said, const std::string& pa
   if (said.find("/Prompts/Complete.") != said.npos && !stands(kCompleted)) {
     Note("Said to be completed: " + Readable(places.front()));
   }
-  const double position = desk_.Rooms()->engine.CurrentSamplePosition;
+  const double position = desk_.Rooms()->documentInWork.CurrentSamplePosition;
   if (said.find("/Prompts/Save.") != said.npos &&
       !stands(folder + store::WithSavedPosition(path.substr(folder.size()), position))) {
     Note("Said to be saved at " + std::to_string(position) + ": " + Readable(places.front()));
@@ -91,7 +91,7 @@ void Takings::LookWhetherItIsStored(const std::string& path, const std::string& 
   const std::string folder = FolderOf(path);
   const std::string stored =
       folder + store::WithSavedPosition(path.substr(folder.size()),
-                                        desk_.Rooms()->engine.CurrentSamplePosition);
+                                        desk_.Rooms()->documentInWork.CurrentSamplePosition);
   const bool isThere = desk_.disk.Contents(stored) == contents;
   const bool keptItsName = desk_.disk.Contents(path) == contents;
   const bool couldNot = desk_.disk.Has(stored) || stored.size() - folder.size() > kLongestName;

@@ -111,7 +111,7 @@ void Typist::FinishBesideRival() {
   const std::string path = desk_.hearing.Path();
   const std::string name = path.substr(path.rfind('/') + 1);
   const std::string saved =
-      store::WithSavedPosition(name, desk_.Rooms()->engine.CurrentSamplePosition);
+      store::WithSavedPosition(name, desk_.Rooms()->documentInWork.CurrentSamplePosition);
   const std::string unsaved = store::WithSavedPosition(name, 0);
   const std::string inQueue = Desk::Path("/Files/InQueue/");
   const std::string completed = Desk::Path(kCompleted);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "shell/deck.h"
+#include "support/annex_twin.h"
 #include "support/documents.h"
 #include "support/simulated_audio.h"
 #include "support/simulated_database.h"
@@ -34,6 +35,7 @@ struct DeckBench {
   /// The desktop has a program that shows what the machine is made of.
   bool hasInformationTool = true;
   int informationShown = 0;
+  AnnexTwin annex;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
                     .databases = databases,
@@ -52,7 +54,8 @@ struct DeckBench {
                           informationShown += hasInformationTool;
                           return hasInformationTool;
                         },
-                    .endProcess = [this](int status) { ended = status; }}};
+                    .endProcess = [this](int status) { ended = status; }},
+                   annex};
   forms::MainForm& form = deck.windows.main;
   forms::ConfigurationForm& config = deck.windows.configuration;
 

@@ -2,19 +2,30 @@
 
 #include <string>
 
+#include "intake/retrieval.h"
 #include "lists/completed_list.h"
 #include "lists/finishing.h"
 #include "lists/opening.h"
 #include "lists/queue_list.h"
 #include "lists/refresh.h"
-#include "store/document_name.h"
-#include "store/file_moves.h"
-#include "store/work_folders.h"
+#include "lists/waiting_work.h"
+#include "playback/playback.h"
+#include "store/document_files.h"
 #include "support/documents.h"
 #include "support/playback_bench.h"
 #include "support/simulated_disk.h"
 
 namespace tavlo::test {
+
+/// Counts what the lists ask of the rooms that bring work in.
+class IntakeTwin : public intake::Retrieval, public lists::WorkFigures {
+ public:
+  int retrievals = 0;
+  int waitingWorkSeen = 0;
+
+  void RunRetrievalPasses() override { ++retrievals; }
+  void TakeWaitingWorkAsSeen() override { ++waitingWorkSeen; }
+};
 
 /// The playback bench with a disk and the lists on it.
 struct ListsBench : PlaybackBench {
@@ -22,23 +33,19 @@ struct ListsBench : PlaybackBench {
   store::WorkFolders folders{disk, "/root"};
   store::DocumentNames names{loop};
   store::FileMoves moves{disk, folders};
-  int retrievals = 0;
-  int waitingWorkSeen = 0;
-  int actions = 0;
-  lists::Hooks listHooks;
-  lists::QueueList queue{loop, form, window, disk, folders, names, engine};
-  lists::Refresh refresh{loop, form, window, engine, transport, queue, hooks, listHooks};
-  lists::Opening opening{loop,   form,      config,  folders, names,
-                         engine, transport, preview, hooks,   listHooks};
-  lists::CompletedList completed{loop,  form,   window,    disk,    folders, names,
-                                 moves, engine, transport, opening, hooks};
-  lists::Finishing finishing{loop,      form,  config,  window,  folders, moves,    engine,
-                             transport, queue, opening, refresh, hooks,   listHooks};
+  IntakeTwin intake;
+  int& retrievals = intake.retrievals;
+  int& waitingWorkSeen = intake.waitingWorkSeen;
+  const store::DocumentFiles files{disk, folders, names, moves};
+  const playback::Playback playback{documentInWork, engine, transport, preview, voice};
+  lists::WaitingWork waitingWork{loop, intake};
+  lists::QueueList queue{loop, window, files, engine};
+  lists::Refresh refresh{loop, window, playback, queue, waitingWork, intake};
+  lists::Opening opening{loop, window, files, playback, waitingWork};
+  lists::CompletedList completed{loop, window, files, playback, opening};
+  lists::Finishing finishing{loop, window, files, playback, queue, opening, waitingWork, intake};
 
   ListsBench() {
-    listHooks.runRetrievalPasses = [this] { ++retrievals; };
-    listHooks.countWaitingWork = [this] { ++waitingWorkSeen; };
-    listHooks.userActed = [this] { ++actions; };
     disk.WithFolder("/root");
     folders.MakeTree();
     queue.MakeColumns("Subject");

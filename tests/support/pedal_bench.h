@@ -14,12 +14,13 @@ namespace tavlo::test {
 struct PedalBench : PlaybackBench {
   SimulatedSerialPort port;
   SimulatedUsbWatcher watcher;
-  pedals::FootPedal pedal{loop, form, config, window, transport};
+  pedals::FootPedal pedal{loop, window, transport};
+  pedals::SerialPedal serial{loop, config, pedal, port};
+  pedals::UsbPedal usb{loop, pedal, watcher};
   int stateShown = 0;
-  pedals::SerialPedal serial{loop, config, pedal, port, [this] { ++stateShown; }};
-  pedals::UsbPedal usb{loop, pedal, watcher, [this] { ++stateShown; }};
 
   PedalBench() {
+    serial.OnChange = usb.OnLook = [this] { ++stateShown; };
     form.cmdPlay.Enabled = true;
     config.txtSwapRewFwdPedals.Value = "N";
     config.txtSkipBegEnd.Value = "Y";
@@ -30,10 +31,10 @@ struct PedalBench : PlaybackBench {
   void WorkAt(double second) {
     Play();
     transport.StopCommand();
-    engine.CurrentSamplePosition = second * 8000;
+    documentInWork.CurrentSamplePosition = second * 8000;
     prompts.clear();
   }
-  double Second() const { return engine.CurrentSamplePosition / 8000; }
+  double Second() const { return documentInWork.CurrentSamplePosition / 8000; }
   bool Winds() const { return transport.tmrRewindForward.Enabled(); }
   bool Still() const { return !engine.IsPlaying && !player.IsRunning() && !Winds(); }
 

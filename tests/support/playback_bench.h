@@ -6,13 +6,17 @@
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
 #include "playback/audio_engine.h"
+#include "playback/document_in_work.h"
 #include "playback/equalizer.h"
+#include "playback/mixer_page.h"
 #include "playback/position_display.h"
 #include "playback/preview.h"
 #include "playback/sound_shaping.h"
 #include "playback/transport.h"
+#include "support/recording_voice.h"
 #include "support/simulated_audio.h"
 #include "support/simulated_loop.h"
+#include "support/simulated_mixer.h"
 #include "window/main_window.h"
 
 namespace tavlo::test {
@@ -28,20 +32,21 @@ struct PlaybackBench {
   SimulatedAudioFile file;
   SimulatedTransform transform;
   SimulatedPlayer player{loop};
-  std::vector<std::string> prompts;
-  bool configurationShown = false;
-  playback::Hooks hooks;
-  playback::AudioEngine engine{loop, form, config, window, file, transform, player, hooks};
-  playback::Transport transport{loop, form, config, window, engine, hooks};
-  playback::PositionDisplay position{form, window, engine, transport};
-  playback::SoundShaping shaping{form, window, engine};
+  SimulatedMixer mixer;
+  RecordingVoice voice;
+  /// What was spoken, by the names of the recordings.
+  std::vector<std::string>& prompts = voice.spoken;
   playback::Equalizer equalizer{loop, config, player};
-  playback::Preview preview{form, config, window, engine, transport, hooks};
+  playback::MixerPage mixerPage{config, player, mixer};
+  playback::DocumentInWork documentInWork{form.cmdSkip};
+  playback::AudioEngine engine{loop,  window,    documentInWork, {file, transform, player},
+                               voice, equalizer, mixerPage};
+  playback::Transport transport{loop, window, documentInWork, engine, voice};
+  playback::PositionDisplay position{window, documentInWork, engine, transport};
+  playback::SoundShaping shaping{window, engine};
+  playback::Preview preview{window, documentInWork, engine, voice};
 
   PlaybackBench() {
-    hooks.playPrompt = [this](std::string_view name) { prompts.emplace_back(name); };
-    hooks.applyEqualizer = [this] { equalizer.ApplyStored(); };
-    hooks.showConfiguration = [this] { configurationShown = true; };
     form.frmMain.Visible = true;
     window.WindowHeight = form.frmMain.Height;
     window.WindowWidth = form.frmMain.Width;
@@ -60,7 +65,7 @@ struct PlaybackBench {
 
   /// Puts that sound under the path that Play opens.
   void Lay(const SimulatedSound& sound) {
-    engine.CurrentDocumentPath = "/doc.wav";
+    documentInWork.CurrentDocumentPath = "/doc.wav";
     file.Sounds["/doc.wav"] = sound;
   }
 

@@ -39,6 +39,7 @@ bool SimulatedUsbWatcher::StartWatch(int product, int usagePage, int usage,
   monitor = 0;
   if (!CanStart) return false;
   ++Starts;
+  OnStart();
   readBefore_ = false;
   running_ = monitor = ++lastHandle_;
   return true;
@@ -80,6 +81,7 @@ bool SimulatedUsbWatcher::StopWatch(pedals::MonitorHandle& monitor) {
   monitor = 0;
   if (!known) return false;
   ++Stops;
+  OnStop();
   running_ = 0;
   return CanStop;
 }

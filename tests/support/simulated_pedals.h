@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <set>
@@ -43,6 +44,8 @@ class SimulatedUsbWatcher : public pedals::UsbWatcher {
   std::vector<int> Picked;  ///< The figures that the last watch was started with.
   int Starts = 0;
   int Stops = 0;
+  std::function<void()> OnStart = [] {};
+  std::function<void()> OnStop = [] {};
   int Reads = 0;
 
   /// The pedal reports these bits: 1 left, 2 center, 4 right.

@@ -338,7 +338,7 @@ bool Day::Playing() { return Rooms() && Rooms()->engine.IsPlaying; }
 
 double Day::Seconds() {
   const double rate = Rooms()->engine.File().SampleRate();
-  return rate > 0 ? Rooms()->engine.CurrentSamplePosition / rate : 0;
+  return rate > 0 ? Rooms()->documentInWork.CurrentSamplePosition / rate : 0;
 }
 
 }  // namespace tavlo::tour

@@ -105,7 +105,7 @@ std::vector<Step> Day::NextMorning() {
       [this] {
         const forms::Window& window = Main().frmMain;
         const double back = program_.Deck().windows.configuration.sliderABS.Value / 10.0;
-        const double saved = static_cast<double>(Rooms()->transport.SavedPosition) /
+        const double saved = static_cast<double>(Rooms()->documentInWork.SavedPosition) /
                              Rooms()->engine.File().SampleRate();
         return Playing() && saved > 0 && Seconds() > saved - back && Seconds() < saved - back + 4 &&
                window.Left == left_.playerLeft && window.Top == left_.playerTop;

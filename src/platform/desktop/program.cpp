@@ -68,6 +68,7 @@ struct Program::Parts {
   PulseMixer sourceMixer{loop};
   const std::unique_ptr<pedals::SerialPort> serialPort;
   PluginUsbWatcher usbWatcher{store::WorkFolders(disk, root).PedalWatchPath()};
+  shell::Annex annex;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
                     .databases = databases,
@@ -82,7 +83,8 @@ struct Program::Parts {
                     .shareFolder = ShareFolder(),
                     .anotherCopyRuns = [this] { return AnotherCopyRuns(); },
                     .showSystemInformation = ShowSystemInformation,
-                    .endProcess = [this](int status) { End(status); }}};
+                    .endProcess = [this](int status) { End(status); }},
+                   annex};
   qt::QtWindows windows{loop, deck.windows.main, deck.windows.splash, deck.windows.about,
                         deck.windows.configuration};
   DecoderLibraries decoderLibraries;

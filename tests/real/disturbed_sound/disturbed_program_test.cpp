@@ -72,7 +72,8 @@ struct DisturbedProgram : testing::Test {
   }
   /// Seconds.
   double Position() {
-    return program->Ask([&] { return program->Rooms().engine.CurrentSamplePosition; }) / kRate;
+    return program->Ask([&] { return program->Rooms().documentInWork.CurrentSamplePosition; }) /
+           kRate;
   }
   /// The document goes on by half a second from where it is, and does not jump on the way.
   void ExpectGoesOn() {

@@ -79,7 +79,7 @@ struct ProgramFormats : testing::Test {
   double Position() {
     return program->Ask([&] {
       playback::AudioEngine& engine = program->Rooms().engine;
-      return engine.CurrentSamplePosition / engine.File().SampleRate();
+      return program->Rooms().documentInWork.CurrentSamplePosition / engine.File().SampleRate();
     });
   }
 

@@ -148,10 +148,11 @@ class Run {
       const long before = ComputedMilliseconds();
       engine.StopPlay();
       engine.CloseFile();
-      engine.CurrentDocumentPath = home_.QueuePath() + "/" + name;
+      program.Rooms().documentInWork.CurrentDocumentPath = home_.QueuePath() + "/" + name;
       Count(engine.Prime());
       if (engine.HoldsDocument()) {
-        engine.CurrentSamplePosition = engine.FileLength / 2;
+        program.Rooms().documentInWork.CurrentSamplePosition =
+            program.Rooms().documentInWork.FileLength / 2;
         engine.StartPlay();
         Seen["played"] += engine.IsPlaying ? 1 : 0;
       }

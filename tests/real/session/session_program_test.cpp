@@ -48,8 +48,8 @@ struct SessionProgram : testing::Test {
     ASSERT_TRUE(program.Begin());
     program.Do([&] { program.Main().listViewInQueue.RowClick(0); });
     program.Do([&] { program.Main().cmdPlay.Press(); });
-    ASSERT_TRUE(
-        program.Until([&] { return program.Rooms().engine.CurrentSamplePosition > 2.0 * kRate; }));
+    ASSERT_TRUE(program.Until(
+        [&] { return program.Rooms().documentInWork.CurrentSamplePosition > 2.0 * kRate; }));
   }
   /// The position that the name of the only document carries, in seconds.
   double StoredSeconds() const {

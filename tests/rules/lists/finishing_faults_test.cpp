@@ -79,7 +79,7 @@ struct Trial : ListsBench {
     ClickRowOf(document);
     form.cmdPlay.Press(By::Hand);
     form.cmdStop.Press(By::Hand);
-    engine.CurrentSamplePosition = 40'000;
+    documentInWork.CurrentSamplePosition = 40'000;
     form.cmdComplete.Enabled = true;
     disk.Operations.clear();
     prompts.clear();

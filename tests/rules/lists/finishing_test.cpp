@@ -28,7 +28,7 @@ struct FinishingTest : testing::Test, ListsBench {
     ClickRowOf(document);
     form.cmdPlay.Press(By::Hand);
     form.cmdStop.Press(By::Hand);
-    engine.CurrentSamplePosition = sample;
+    documentInWork.CurrentSamplePosition = sample;
     prompts.clear();
   }
 };
@@ -281,7 +281,7 @@ TEST_F(FinishingTest, SaveInMidPlayStoresWhereTheEarWas) {
   ClickRowOf(name);
   form.cmdPlay.Press(By::Hand);
   loop.Advance(3s);
-  const double ear = engine.CurrentSamplePosition;
+  const double ear = documentInWork.CurrentSamplePosition;
   ASSERT_NEAR(ear, 24'000, 160);
   form.cmdSave.Press(By::Hand);
   EXPECT_EQ(disk.NamesIn(folders.InQueuePath),
@@ -305,7 +305,7 @@ TEST_F(FinishingTest, HandsAndWaitsOfTheTransitionDoNotChangeThePositionThatIsSt
   form.cmdSave.Press(By::Hand);
   EXPECT_EQ(disk.NamesIn(folders.InQueuePath),
             Prompts{Document().By("Brown").Saved(40'000).Name()});
-  EXPECT_EQ(engine.CurrentSamplePosition, 40'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 40'000);
   EXPECT_TRUE(std::ranges::find(prompts, "RewindTone") == prompts.end());
 }
 
@@ -401,12 +401,12 @@ TEST_F(FinishingTest, CompletePressedInTheMomentOfSelectingIsDropped) {
 
 TEST_F(FinishingTest, FinishingCountsAsTheUsersActAndAsALookAtTheWork) {
   WorkOn(name, 0);
-  actions = 0;
+  waitingWork.AlertTicks = 7;
   form.cmdSkip.Press(By::Hand);
-  EXPECT_EQ(actions, 1);
+  EXPECT_EQ(waitingWork.AlertTicks, 0);
   EXPECT_EQ(waitingWorkSeen, 1);
   EXPECT_EQ(retrievals, 1);
-  EXPECT_TRUE(refresh.tmrWorkWaitingAlert.Enabled());
+  EXPECT_TRUE(waitingWork.tmrWorkWaitingAlert.Enabled());
 }
 
 }  // namespace

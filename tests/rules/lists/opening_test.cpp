@@ -22,13 +22,14 @@ struct OpeningTest : testing::Test, ListsBench {
 };
 
 TEST_F(OpeningTest, ClickSelectsTheRowsFileAndFillsTheStatusBar) {
+  waitingWork.AlertTicks = 7;
   ClickRowOf(name);
   EXPECT_EQ(opening.SelectedQueueFile, name);
-  EXPECT_EQ(engine.CurrentDocumentPath, folders.InQueuePath + name);
+  EXPECT_EQ(documentInWork.CurrentDocumentPath, folders.InQueuePath + name);
   const std::vector<std::string> expected{
       "Pri", "1234", "Brown", "Dept: 2", "Work: 17", "Subject: cardio", "03/09/2004"};
   EXPECT_EQ(form.StatusBar1.Panels.Get(), expected);
-  EXPECT_EQ(actions, 1);
+  EXPECT_EQ(waitingWork.AlertTicks, 0);
 }
 
 TEST_F(OpeningTest, SubjectPanelCarriesTheUsersOwnWord) {
@@ -152,7 +153,7 @@ TEST_F(OpeningTest, LastOfTwoClicksInOneMomentIsWhatOpens) {
   loop.Post([&] { ClickRowOf(last); });
   ClickRowOf(name);
   EXPECT_EQ(opening.SelectedQueueFile, last);
-  EXPECT_EQ(engine.CurrentDocumentPath, folders.InQueuePath + last);
+  EXPECT_EQ(documentInWork.CurrentDocumentPath, folders.InQueuePath + last);
   EXPECT_EQ(form.StatusBar1.Panels.Get()[2], "Last");
   EXPECT_EQ(file.Seeks.size(), 1u);
   EXPECT_TRUE(engine.IsPlaying);
@@ -189,16 +190,17 @@ struct CompletedPreviewTest : testing::Test, ListsBench {
 };
 
 TEST_F(CompletedPreviewTest, ClickSelectsTheRowsFileAndSoundsItsBeginning) {
-  engine.CurrentSamplePosition = 500;
+  documentInWork.CurrentSamplePosition = 500;
   form.lblFilePositionHMS.Value = "00:00:09";
+  waitingWork.AlertTicks = 7;
   form.listViewCompleted.RowClick(0);
   EXPECT_EQ(opening.SelectedCompletedFile, name);
-  EXPECT_EQ(engine.CurrentDocumentPath, path);
+  EXPECT_EQ(documentInWork.CurrentDocumentPath, path);
   EXPECT_TRUE(engine.IsPlaying);
   EXPECT_EQ(file.Seeks.back(), 0);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:00");
   EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Enabled);
-  EXPECT_EQ(actions, 1);
+  EXPECT_EQ(waitingWork.AlertTicks, 0);
 }
 
 TEST_F(CompletedPreviewTest, ClickOffersNeitherPlayNorTheWaysToFinish) {
@@ -279,7 +281,7 @@ TEST_F(CompletedPreviewTest, LastOfTwoClicksInOneMomentIsWhatSounds) {
   loop.Post([&] { form.listViewCompleted.RowClick(1); });
   form.listViewCompleted.RowClick(0);
   EXPECT_EQ(opening.SelectedCompletedFile, last);
-  EXPECT_EQ(engine.CurrentDocumentPath, folders.CompletedPath() + last);
+  EXPECT_EQ(documentInWork.CurrentDocumentPath, folders.CompletedPath() + last);
   EXPECT_EQ(file.Seeks.size(), 1u);
 }
 
@@ -297,18 +299,19 @@ struct ImportPreviewTest : testing::Test, ListsBench {
 };
 
 TEST_F(ImportPreviewTest, DirectoryNoughtIsTheImportFolderItself) {
+  waitingWork.AlertTicks = 7;
   form.listViewImport.RowClick(0);
   EXPECT_EQ(opening.SelectedImportFile, "memo.wav");
-  EXPECT_EQ(engine.CurrentDocumentPath, "/drop/memo.wav");
+  EXPECT_EQ(documentInWork.CurrentDocumentPath, "/drop/memo.wav");
   EXPECT_TRUE(engine.IsPlaying);
   EXPECT_FALSE(form.cmdPlay.Enabled);
-  EXPECT_EQ(actions, 1);
+  EXPECT_EQ(waitingWork.AlertTicks, 0);
 }
 
 TEST_F(ImportPreviewTest, AnyOtherDirectoryIsAFolderBelowIt) {
   form.txtWavImportSubdirectory.Value = "7";
   form.listViewImport.RowClick(0);
-  EXPECT_EQ(engine.CurrentDocumentPath, "/drop/7/memo.wav");
+  EXPECT_EQ(documentInWork.CurrentDocumentPath, "/drop/7/memo.wav");
   EXPECT_TRUE(engine.IsPlaying);
 }
 

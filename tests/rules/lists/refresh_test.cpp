@@ -29,7 +29,7 @@ TEST_F(RefreshTest, RefreshWaitsTwiceAndShowsTheListAgain) {
   EXPECT_EQ(prompts, std::vector<std::string>{"RefreshQueue"});
   EXPECT_EQ(form.frmMain.Focused(), &form.txtFocus);
   EXPECT_EQ(waitingWorkSeen, 1);
-  EXPECT_TRUE(refresh.tmrWorkWaitingAlert.Enabled());
+  EXPECT_TRUE(waitingWork.tmrWorkWaitingAlert.Enabled());
 }
 
 TEST_F(RefreshTest, WindowIsFrozenWhileItWaits) {
@@ -45,7 +45,7 @@ TEST_F(RefreshTest, WindowIsFrozenWhileItWaits) {
     EXPECT_FALSE(form.mnuReport.Enabled);
     EXPECT_EQ(form.frameInQueue.Caption.Get(), "Queue");
     EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Hourglass);
-    EXPECT_FALSE(refresh.tmrWorkWaitingAlert.Enabled());
+    EXPECT_FALSE(waitingWork.tmrWorkWaitingAlert.Enabled());
   };
   look.Start();
   form.cmdUpdateFileList.Press(By::Hand);

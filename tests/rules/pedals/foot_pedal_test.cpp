@@ -102,9 +102,7 @@ TEST_F(FootPedalTest, ReleaseStillStopsWhileADocumentIsMoved) {
 
 TEST_F(FootPedalTest, PressForgetsTheNoticeBeforeItActs) {
   std::vector<std::string> stood;
-  const auto look = [&] { stood.push_back(form.lblNotice.Value); };
-  hooks.stopPrompt = look;
-  hooks.playPrompt = [&](std::string_view) { look(); };
+  voice.OnUse = [&] { stood.push_back(form.lblNotice.Value); };
   WorkAt(5);
   for (const Pedal press : {Pedal::Left, Pedal::Center, Pedal::Right}) {
     stood.clear();

@@ -34,6 +34,7 @@ struct PedalWiringTest : testing::Test, DeckBench {
     loop.Advance(100ms);
   }
   playback::AudioEngine& Engine() { return deck.Built()->engine; }
+  playback::DocumentInWork& InWork() { return deck.Built()->documentInWork; }
 };
 
 TEST_F(PedalWiringTest, UsbPedalPlaysTheSelectedDocument) {
@@ -61,7 +62,7 @@ TEST_F(PedalWiringTest, SidePedalInTheMomentOfSavingChangesNeitherThePositionNor
   StartWithADocument();
   Report(2);
   Report(0);
-  Engine().CurrentSamplePosition = 40'000;
+  InWork().CurrentSamplePosition = 40'000;
   loop.Post([this] {
     pedals::FootPedal& pedal = deck.Built()->footPedal;
     pedal.Take(true, false, false);
@@ -73,7 +74,7 @@ TEST_F(PedalWiringTest, SidePedalInTheMomentOfSavingChangesNeitherThePositionNor
   EXPECT_EQ(deck.Built()->transport.WindDirection, playback::Wind::None);
   EXPECT_FALSE(deck.Built()->transport.tmrRewindForward.Enabled());
   loop.Advance(5s);
-  EXPECT_EQ(Engine().CurrentSamplePosition, 40'000);
+  EXPECT_EQ(InWork().CurrentSamplePosition, 40'000);
 }
 
 TEST_F(PedalWiringTest, SerialPedalLiftedAfterCompletePlaysTheNextDocumentAtItsNextPress) {

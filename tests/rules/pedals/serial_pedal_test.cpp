@@ -22,7 +22,7 @@ struct SerialPedalTest : testing::Test, PedalBench {
   /// A hand finishes the document that is in work, as Complete, Save and Skip do.
   void LeaveDocument() {
     transport.StopCommand();
-    transport.DocumentPrimed = false;
+    documentInWork.DocumentPrimed = false;
     for (forms::Command* key : {&form.cmdPlay, &form.cmdStop, &form.cmdSkip}) key->Enabled = false;
   }
   /// A hand selects the next one.

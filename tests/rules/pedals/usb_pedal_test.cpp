@@ -315,7 +315,7 @@ TEST_F(UsbPedalTest, WatchThatCannotBeEndedIsTold) {
 
 TEST_F(UsbPedalTest, WatchEndsWithItsOwner) {
   {
-    pedals::UsbPedal another(loop, pedal, watcher, [] {});
+    pedals::UsbPedal another(loop, pedal, watcher);
     another.StartWatch();
     ASSERT_TRUE(watcher.Watching());
   }

@@ -62,18 +62,18 @@ TEST_F(AudioEngineTest, StoredDeviceBelowTheListGivesTheFirst) {
 TEST_F(AudioEngineTest, PrimingShowsTheLengthAndMeasuresTheDocument) {
   EXPECT_EQ(engine.Prime(), Primed::Yes);
   EXPECT_EQ(form.lblFileLengthHMS.Value.Get(), "00:00:10");
-  EXPECT_EQ(engine.FileLength, 80'000);
-  EXPECT_EQ(engine.SamplesPerSecond, 8000);
+  EXPECT_EQ(documentInWork.FileLength, 80'000);
+  EXPECT_EQ(documentInWork.SamplesPerSecond, 8000);
   EXPECT_EQ(engine.BufferSampleCount, 4000);
 }
 
 TEST_F(AudioEngineTest, SecondOfAnOddRateCountsWholeThousands) {
   Lay({.samples = 110'250, .rate = 11'025});
   EXPECT_EQ(engine.Prime(), Primed::Yes);
-  EXPECT_EQ(engine.SamplesPerSecond, 11'000);
+  EXPECT_EQ(documentInWork.SamplesPerSecond, 11'000);
   Lay({.samples = 220'500, .rate = 22'050});
   EXPECT_EQ(engine.Prime(), Primed::Yes);
-  EXPECT_EQ(engine.SamplesPerSecond, 22'000);
+  EXPECT_EQ(documentInWork.SamplesPerSecond, 22'000);
 }
 
 TEST_F(AudioEngineTest, DocumentOfLessThanAMillisecondIsEmpty) {
@@ -85,10 +85,10 @@ TEST_F(AudioEngineTest, DocumentOfLessThanAMillisecondIsEmpty) {
 
 TEST_F(AudioEngineTest, NegativeStatusChangesNeitherPositionNorLength) {
   file.InTrouble = true;
-  engine.CurrentSamplePosition = 123;
+  documentInWork.CurrentSamplePosition = 123;
   form.lblFileLengthHMS.Value = "00:00:07";
   EXPECT_EQ(engine.Prime(), Primed::Refused);
-  EXPECT_EQ(engine.CurrentSamplePosition, 123);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 123);
   EXPECT_EQ(form.lblFileLengthHMS.Value.Get(), "00:00:07");
 }
 
@@ -173,7 +173,7 @@ TEST_F(AudioEngineTest, DeviceThatRefusesTheFormatLeadsToTheConfiguration) {
             "this document\n\n\rPlease choose a different Audio Hardware selection from the Mixer "
             "tab of the Configuration menu and then try again");
   EXPECT_FALSE(form.frmMain.Visible);
-  EXPECT_TRUE(configurationShown);
+  EXPECT_TRUE(config.frmConfiguration.Visible);
 }
 
 TEST_F(AudioEngineTest, NegativePlayerStatusClosesTheFileQuietly) {
@@ -193,7 +193,7 @@ TEST_F(AudioEngineTest, EndOfTheDocumentStopsOnceAndOffersComplete) {
   EXPECT_TRUE(prompts.empty());
   loop.Advance(5s);
   EXPECT_FALSE(engine.IsPlaying);
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
   EXPECT_EQ(form.slPosition.Value, 100);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:10");
   EXPECT_TRUE(form.cmdComplete.Enabled);
@@ -225,13 +225,13 @@ TEST_F(AudioEngineTest, BusyLoopOfThreeSecondsMakesAGapAndNoEnd) {
 TEST_F(AudioEngineTest, StopLeavesThePositionWhereTheEarWas) {
   for (const int speed : {50, 100, 150}) {
     engine.PlaySpeedPercent = speed;
-    engine.CurrentSamplePosition = 8000;
+    documentInWork.CurrentSamplePosition = 8000;
     ASSERT_EQ(engine.Prime(), Primed::Yes);
     engine.StartPlay();
     loop.Advance(1234ms);
     engine.StopPlay();
     const double expected = 8000 + 1.234 * 8000 * speed / 100;
-    EXPECT_NEAR(engine.CurrentSamplePosition, expected, 0.02 * 8000) << speed;
+    EXPECT_NEAR(documentInWork.CurrentSamplePosition, expected, 0.02 * 8000) << speed;
   }
 }
 
@@ -284,7 +284,7 @@ TEST_F(AudioEngineTest, TimerScalesTheTextWholeTheLabelInPartAndThePositionNotAt
     player.OnTimer(c.played, 70, 70);
     EXPECT_EQ(engine.FilePositionText, c.text);
     EXPECT_EQ(form.slPosition.Value, c.slider);
-    EXPECT_EQ(engine.CurrentSamplePosition, c.position);
+    EXPECT_EQ(documentInWork.CurrentSamplePosition, c.position);
     EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), c.label);
   }
 }
@@ -294,11 +294,11 @@ TEST_F(AudioEngineTest, HeldSliderFreezesThePositionWhileTheTimeLabelGoesOn) {
   engine.StartPlay();
   loop.Advance(1s);
   const int slider = form.slPosition.Value;
-  const double before = engine.CurrentSamplePosition;
+  const double before = documentInWork.CurrentSamplePosition;
   engine.SliderDragging = true;
   loop.Advance(3s);
   EXPECT_EQ(form.slPosition.Value, slider);
-  EXPECT_EQ(engine.CurrentSamplePosition, before);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, before);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:03");
 }
 
@@ -307,7 +307,7 @@ TEST_F(AudioEngineTest, PauseLeavesThePositionWhereTheEarWas) {
   engine.StartPlay();
   loop.Advance(2s);
   engine.PausePlay();
-  EXPECT_NEAR(engine.CurrentSamplePosition, 16'000, 160);
+  EXPECT_NEAR(documentInWork.CurrentSamplePosition, 16'000, 160);
 }
 
 TEST_F(AudioEngineTest, StopOfAPausedDocumentLeavesNothingPaused) {

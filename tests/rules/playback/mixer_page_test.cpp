@@ -15,11 +15,9 @@ namespace {
 using Texts = std::vector<std::string>;
 
 struct MixerPageTest : testing::Test, PlaybackBench {
-  SimulatedMixer mixer;
-  playback::MixerPage page{config, player, mixer};
+  playback::MixerPage& page = mixerPage;
 
   MixerPageTest() {
-    hooks.listSources = [this] { page.SetSrcDevice(); };
     config.frmConfiguration.Visible = true;
     config.frameConfigMixer.Visible = true;
     player.Devices = 2;
@@ -51,6 +49,15 @@ struct MixerPageTest : testing::Test, PlaybackBench {
     slider.Release();
   }
 };
+
+TEST_F(MixerPageTest, ComingToTheFrontTakesTheStoredDevice) {
+  config.DeviceCombo.Add("built in");
+  config.DeviceCombo.Add("headset");
+  config.txtMixerSelection.Value = "1";
+  page.ComesToFront();
+  EXPECT_EQ(config.DeviceCombo.ListIndex, 1);
+  EXPECT_EQ(Names(), Texts{"Headset"});
+}
 
 TEST_F(MixerPageTest, EachControlIsHeardUnderTheNameOfItsSource) {
   const auto heard = [this](std::size_t strip) {
@@ -163,7 +170,7 @@ TEST_F(MixerPageTest, DocumentPlaysOnWhereItIsWhileTheMixerIsWorked) {
   engine.InitializeNCTcontrol();
   Play();
   loop.Advance(base::Duration{2'000'000});
-  const double heard = engine.CurrentSamplePosition;
+  const double heard = documentInWork.CurrentSamplePosition;
   ASSERT_GT(heard, 0);
   config.DeviceCombo.RowClick(1);
   Drag(config.slVolume[0], 0);
@@ -171,9 +178,9 @@ TEST_F(MixerPageTest, DocumentPlaysOnWhereItIsWhileTheMixerIsWorked) {
   config.chMute[0].Click();
   EXPECT_TRUE(engine.IsPlaying);
   EXPECT_TRUE(player.IsRunning());
-  EXPECT_EQ(engine.CurrentSamplePosition, heard);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, heard);
   loop.Advance(base::Duration{1'000'000});
-  EXPECT_NEAR(engine.CurrentSamplePosition, heard + 8000, 500);
+  EXPECT_NEAR(documentInWork.CurrentSamplePosition, heard + 8000, 500);
 }
 
 TEST_F(MixerPageTest, StoredDeviceStaysStoredWhileTheListIsFilled) {

@@ -25,11 +25,11 @@ TEST_F(PositionDisplayTest, ReleaseWhilePlayingSeeksAndPlaysOn) {
   DragTo(50);
   EXPECT_EQ(player.Clears, 1);
   EXPECT_EQ(file.Seeks.back(), 40'000);
-  EXPECT_EQ(engine.CurrentSamplePosition, 40'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 40'000);
   EXPECT_TRUE(engine.IsPlaying);
   EXPECT_EQ(player.BlocksInFlight(), 2);
   loop.Advance(1s);
-  EXPECT_NEAR(engine.CurrentSamplePosition, 48'000, 500);
+  EXPECT_NEAR(documentInWork.CurrentSamplePosition, 48'000, 500);
 }
 
 TEST_F(PositionDisplayTest, SeekStartsTheStretcherAnew) {
@@ -54,7 +54,7 @@ TEST_F(PositionDisplayTest, ReleaseAtZeroWhenStoppedStaysAtZeroOnTheNextPlay) {
   loop.Advance(5s);
   form.cmdStop.Press(By::Hand);
   DragTo(0);
-  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 0);
   Play();
   EXPECT_EQ(file.Seeks.back(), 0);
 }
@@ -65,7 +65,7 @@ TEST_F(PositionDisplayTest, ReleaseWhenStoppedLeavesTheTimeLabelUntilTheNextRun)
   form.cmdStop.Press(By::Hand);
   const std::string shown = form.lblFilePositionHMS.Value;
   DragTo(80);
-  EXPECT_EQ(engine.CurrentSamplePosition, 64'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 64'000);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), shown);
 }
 
@@ -79,7 +79,7 @@ TEST_F(PositionDisplayTest, SeekInADocumentOfManyHoursDoesNotWrap) {
 TEST_F(PositionDisplayTest, PressEndsAWind) {
   Play();
   form.cmdStop.Press(By::Hand);
-  engine.CurrentSamplePosition = 40'000;
+  documentInWork.CurrentSamplePosition = 40'000;
   form.cmdForward.Press(By::Hand);
   ASSERT_TRUE(transport.tmrRewindForward.Enabled());
   form.slPosition.Press();

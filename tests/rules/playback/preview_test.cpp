@@ -29,7 +29,7 @@ TEST_F(PreviewTest, SelectionSoundsTheBeginningForASecondMoreThanAsked) {
   loop.Advance(1ms);
   EXPECT_FALSE(engine.IsPlaying);
   EXPECT_TRUE(file.IsOpen());
-  EXPECT_TRUE(transport.DocumentPrimed);
+  EXPECT_TRUE(documentInWork.DocumentPrimed);
 }
 
 TEST_F(PreviewTest, SlowerSpeedLengthensIt) {
@@ -63,7 +63,7 @@ TEST_F(PreviewTest, SecondSelectionStartsFromTheBeginning) {
   loop.Advance(3s);
   std::ignore = Select();
   EXPECT_EQ(file.Seeks.back(), 0);
-  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 0);
   EXPECT_TRUE(engine.IsPlaying);
 }
 
@@ -92,7 +92,7 @@ TEST_F(PreviewTest, PlayGoesOnFromWhereItStoppedWithoutOpeningAgain) {
   std::ignore = Select();
   loop.Advance(2s);
   form.cmdImportCompleteSnipetStop.Press(By::Hand);
-  const double stopped = engine.CurrentSamplePosition;
+  const double stopped = documentInWork.CurrentSamplePosition;
   EXPECT_NEAR(stopped, 16'000, 160);
   Play();
   EXPECT_EQ(file.OpenCount, 1);

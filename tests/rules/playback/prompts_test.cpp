@@ -44,11 +44,12 @@ TEST_F(PromptsTest, SpokenPromptSoundsWholeAtThePromptVolume) {
   EXPECT_EQ(player.Volumes, std::vector<int>{20'000});
 }
 
-struct Tones : PromptsTest, testing::WithParamInterface<const char*> {};
+struct Tones : PromptsTest, testing::WithParamInterface<playback::PromptName> {};
 
 TEST_P(Tones, SoundForTheFirst50MillisecondsAtHalfThePromptVolume) {
   prompts.PlayPrompt(GetParam());
-  const std::string path = std::string("/root/Prompts/") + GetParam() + ".wav";
+  const std::string path =
+      std::string("/root/Prompts/") + std::string(std::string_view(GetParam())) + ".wav";
   EXPECT_EQ(control.Told,
             (Lines{"Close", "type WaveAudio", "file " + path, "Open", "from 0", "to 50", "Play"}));
   EXPECT_EQ(control.Sounded, Lines{path + " 0-50"});
@@ -56,7 +57,9 @@ TEST_P(Tones, SoundForTheFirst50MillisecondsAtHalfThePromptVolume) {
   EXPECT_EQ(prompts.PromptVolumeHalf, 10'000.0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, Tones, testing::Values("RewindTone", "ForwardTone"));
+INSTANTIATE_TEST_SUITE_P(Names, Tones,
+                         testing::Values(playback::PromptName("RewindTone"),
+                                         playback::PromptName("ForwardTone")));
 
 TEST_F(PromptsTest, EndsOfADocumentAreSpokenAndNoTones) {
   prompts.PlayPrompt("RewindEnd");

@@ -19,7 +19,7 @@ struct TransportTest : testing::Test, PlaybackBench {
   void StoppedAt(double sample) {
     Play();
     form.cmdStop.Press(By::Hand);
-    engine.CurrentSamplePosition = sample;
+    documentInWork.CurrentSamplePosition = sample;
     prompts.clear();
   }
 };
@@ -27,7 +27,7 @@ struct TransportTest : testing::Test, PlaybackBench {
 TEST_F(TransportTest, FirstPlayOpensTheDocumentAndSounds) {
   Play();
   EXPECT_TRUE(engine.IsPlaying);
-  EXPECT_TRUE(transport.DocumentPrimed);
+  EXPECT_TRUE(documentInWork.DocumentPrimed);
   EXPECT_TRUE(window.guards.PlayRequested);
   EXPECT_EQ(file.Seeks.back(), 0);
   EXPECT_EQ(player.Volumes.back(), 50'000);
@@ -53,7 +53,7 @@ TEST_F(TransportTest, PlayAfterStopGoesOnWhereTheEarWas) {
   Play();
   loop.Advance(3s);
   form.cmdStop.Press(By::Hand);
-  const double stopped = engine.CurrentSamplePosition;
+  const double stopped = documentInWork.CurrentSamplePosition;
   EXPECT_NEAR(stopped, 24'000, 160);
   loop.Advance(60s);
   Play();
@@ -85,19 +85,19 @@ TEST_F(TransportTest, BackspaceOfZeroStillRestartsThroughASeek) {
 
 TEST_F(TransportTest, FirstPlayTakesNoBackspace) {
   config.sliderABS.Value = 20;
-  transport.SavedPosition = 40'000;
+  documentInWork.SavedPosition = 40'000;
   Play();
   EXPECT_EQ(file.Seeks.back(), 40'000);
 }
 
 TEST_F(TransportTest, SavedPositionBeyondTheEndIsCutToIt) {
-  transport.SavedPosition = 1'000'000;
+  documentInWork.SavedPosition = 1'000'000;
   Play();
   EXPECT_EQ(file.Seeks.back(), 80'000);
 }
 
 TEST_F(TransportTest, PreviewBeforeItDoesNotCancelTheSavedPosition) {
-  transport.SavedPosition = 40'000;
+  documentInWork.SavedPosition = 40'000;
   ASSERT_TRUE(preview.Prepare(loop, "/doc.wav"));
   ASSERT_EQ(preview.Start(), playback::Primed::Yes);
   loop.Advance(2s);
@@ -106,10 +106,10 @@ TEST_F(TransportTest, PreviewBeforeItDoesNotCancelTheSavedPosition) {
 }
 
 TEST_F(TransportTest, SavedPositionCountsForTheFirstPlayOnly) {
-  transport.SavedPosition = 40'000;
+  documentInWork.SavedPosition = 40'000;
   Play();
   form.cmdStop.Press(By::Hand);
-  engine.CurrentSamplePosition = 8000;
+  documentInWork.CurrentSamplePosition = 8000;
   Play();
   EXPECT_EQ(file.Seeks.back(), 8000);
 }
@@ -132,7 +132,7 @@ TEST_F(TransportTest, ButtonsDoNothingWhileADocumentIsBeingMoved) {
        {&form.cmdRewind, &form.cmdForward, &form.cmdSkipBeg, &form.cmdSkipEnd, &form.cmdStop}) {
     button->Press(By::Hand);
   }
-  EXPECT_EQ(engine.CurrentSamplePosition, 40'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 40'000);
   EXPECT_TRUE(prompts.empty());
 }
 
@@ -140,7 +140,7 @@ TEST_F(TransportTest, NegativeStatusLeavesPlaySilently) {
   file.InTrouble = true;
   Play();
   EXPECT_FALSE(engine.IsPlaying);
-  EXPECT_FALSE(transport.DocumentPrimed);
+  EXPECT_FALSE(documentInWork.DocumentPrimed);
   EXPECT_TRUE(loop.Shown.empty());
   EXPECT_FALSE(form.cmdSkip.Enabled);
 }
@@ -182,7 +182,7 @@ TEST_F(TransportTest, DocumentInWorkThatIsOutOfReachCanBePlayedOnceItIsBack) {
   ASSERT_EQ(loop.Shown.size(), 1u);
   EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - File Not Found");
   EXPECT_TRUE(form.cmdComplete.Enabled);
-  EXPECT_EQ(engine.CurrentSamplePosition, 40'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 40'000);
 
   file.OutOfReach.clear();
   form.cmdPlay.Press(By::Hand);
@@ -200,7 +200,7 @@ TEST_F(TransportTest, PlayOpensTheDocumentAgainWhenAScanClosedIt) {
 }
 
 TEST_F(TransportTest, DocumentInWorkThatWasClosedGoesOnWhereTheEarWas) {
-  transport.SavedPosition = 8000;
+  documentInWork.SavedPosition = 8000;
   StoppedAt(40'000);
   player.StatusAfterStart = -1;
   Play();
@@ -225,7 +225,7 @@ TEST_F(TransportTest, WindBeyondAllMeasureStaysInTheDocument) {
   StoppedAt(40'000);
   form.cmdRewind.Press(By::Hand);
   EXPECT_EQ(form.slPosition.Value, 100);
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
 }
 
 TEST_F(TransportTest, WindOfANegativeDistanceStaysInTheDocumentToo) {
@@ -233,10 +233,10 @@ TEST_F(TransportTest, WindOfANegativeDistanceStaysInTheDocumentToo) {
   StoppedAt(40'000);
   form.cmdForward.Press(By::Hand);
   loop.Advance(5s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 0);
   form.cmdRewind.Press(By::Hand);
   loop.Advance(5s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
 }
 
 TEST_F(TransportTest, PlayShrinksTheWindowToThePlayerWhereItLastStood) {
@@ -269,21 +269,21 @@ TEST_F(TransportTest, PlayMinimizesTheWindowWhenToldTo) {
 TEST_F(TransportTest, RewindJumpsBackWithAToneAndGoesOnAfterASecond) {
   StoppedAt(60'000);
   form.cmdRewind.Press(By::Hand);
-  EXPECT_EQ(engine.CurrentSamplePosition, 36'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 36'000);
   EXPECT_EQ(form.slPosition.Value, 45);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:04");
   EXPECT_EQ(prompts, Prompts{"RewindTone"});
   loop.Advance(999ms);
-  EXPECT_EQ(engine.CurrentSamplePosition, 36'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 36'000);
   loop.Advance(1ms);
-  EXPECT_EQ(engine.CurrentSamplePosition, 12'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 12'000);
   EXPECT_EQ(prompts.size(), 2u);
 }
 
 TEST_F(TransportTest, RewindNearTheStartStopsAtZeroAndSaysRewindEnd) {
   StoppedAt(10'000);
   form.cmdRewind.Press(By::Hand);
-  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 0);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:00");
   EXPECT_EQ(form.slPosition.Value, 0);
   EXPECT_EQ(prompts, Prompts{"RewindEnd"});
@@ -294,7 +294,7 @@ TEST_F(TransportTest, WindJumpThatLandsExactlyOnAnEndIsNotThereYet) {
   StoppedAt(48'000);
   form.cmdRewind.Press(By::Hand);
   loop.Advance(1s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 0);
   EXPECT_TRUE(transport.tmrRewindForward.Enabled());
   EXPECT_EQ(prompts.back(), "RewindTone");
   loop.Advance(1s);
@@ -307,13 +307,13 @@ TEST_F(TransportTest, ForwardTickThatLandsExactlyOnTheEndIsNotThereYet) {
   form.cmdComplete.Enabled = false;
   form.cmdForward.Press(By::Hand);
   loop.Advance(1s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
   EXPECT_EQ(form.slPosition.Value, 100);
   EXPECT_TRUE(transport.tmrRewindForward.Enabled());
   EXPECT_EQ(prompts, (Prompts{"ForwardTone", "ForwardTone"}));
   EXPECT_FALSE(form.cmdComplete.Enabled);
   loop.Advance(1s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
   EXPECT_EQ(prompts.back(), "ForwardEnd");
   EXPECT_TRUE(form.cmdComplete.Enabled);
   EXPECT_FALSE(transport.tmrRewindForward.Enabled());
@@ -327,7 +327,7 @@ TEST_F(TransportTest, RewindThatTheSliderDoesNotShowFreesTheWaysOutOfADocument) 
   for (forms::Command* way : waysOut) way->Enabled = false;
   form.cmdRewind.Press(By::Hand);
   ASSERT_EQ(form.slPosition.Value, 100);
-  EXPECT_EQ(engine.CurrentSamplePosition, 7'976'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 7'976'000);
   for (const forms::Command* way : waysOut) EXPECT_TRUE(way->Enabled) << way->Name;
 }
 
@@ -343,7 +343,7 @@ TEST_F(TransportTest, RewindThatTheSliderShowsLeavesTheWaysOutAsTheyAre) {
 TEST_F(TransportTest, ForwardOneJumpShortOfTheEndReportsTheEndAtOnce) {
   StoppedAt(56'000);
   form.cmdForward.Press(By::Hand);
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:10");
   EXPECT_EQ(form.slPosition.Value, 100);
   EXPECT_TRUE(form.cmdComplete.Enabled);
@@ -396,7 +396,7 @@ TEST_F(TransportTest, WindOfNoDistanceStillTicks) {
   StoppedAt(40'000);
   form.cmdForward.Press(By::Hand);
   loop.Advance(3s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 40'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 40'000);
   EXPECT_EQ(transport.WindTickCount, 3);
 }
 
@@ -405,7 +405,7 @@ TEST_F(TransportTest, StopEndsAWindAndKeepsThePosition) {
   form.cmdRewind.Press(By::Hand);
   form.cmdStop.Press(By::Hand);
   loop.Advance(10s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 36'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 36'000);
   EXPECT_EQ(transport.WindDirection, Wind::None);
 }
 
@@ -415,7 +415,7 @@ TEST_F(TransportTest, PlayKeyShowsStopWhileTheDocumentSoundsOrWinds) {
   EXPECT_TRUE(form.DeckRuns);
   form.cmdStop.Press(By::Hand);
   EXPECT_FALSE(form.DeckRuns);
-  engine.CurrentSamplePosition = 40'000;
+  documentInWork.CurrentSamplePosition = 40'000;
   form.cmdRewind.Press(By::Hand);
   EXPECT_TRUE(form.DeckRuns);
   form.cmdStop.Press(By::Hand);
@@ -427,7 +427,7 @@ TEST_F(TransportTest, SkipToBeginningForgetsThePedalsPresses) {
   transport.LastRewindPressTime = 5;
   transport.LastForwardPressTime = 6;
   form.cmdSkipBeg.Press(By::Hand);
-  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 0);
   EXPECT_EQ(prompts, Prompts{"RewindEnd"});
   EXPECT_EQ(transport.LastRewindPressTime, 0);
   EXPECT_EQ(transport.LastForwardPressTime, 0);
@@ -437,13 +437,13 @@ TEST_F(TransportTest, SkipToBeginningEndsAWindAndSaysRewindEnd) {
   StoppedAt(40'000);
   form.cmdForward.Press(By::Hand);
   form.cmdSkipBeg.Press(By::Hand);
-  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 0);
   EXPECT_EQ(form.slPosition.Value, 0);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:00");
   EXPECT_EQ(transport.WindDirection, Wind::None);
   EXPECT_FALSE(form.DeckRuns);
   loop.Advance(5s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 0);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 0);
   EXPECT_EQ(prompts, (Prompts{"ForwardTone", "RewindEnd"}));
 }
 
@@ -451,13 +451,13 @@ TEST_F(TransportTest, SkipToEndEndsAWindAndSaysForwardEnd) {
   StoppedAt(40'000);
   form.cmdRewind.Press(By::Hand);
   form.cmdSkipEnd.Press(By::Hand);
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
   EXPECT_EQ(form.slPosition.Value, 100);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:10");
   EXPECT_EQ(transport.WindDirection, Wind::None);
   EXPECT_FALSE(form.DeckRuns);
   loop.Advance(5s);
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
   EXPECT_EQ(prompts, (Prompts{"RewindTone", "ForwardEnd"}));
 }
 
@@ -465,7 +465,7 @@ TEST_F(TransportTest, SkipToEndRestoresAMinimizedWindowAndOffersComplete) {
   StoppedAt(0);
   form.frmMain.WindowShape = Shape::Minimized;
   form.cmdSkipEnd.Press();
-  EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
   EXPECT_EQ(form.lblFilePositionHMS.Value.Get(), "00:00:10");
   EXPECT_TRUE(form.cmdComplete.Enabled);
   EXPECT_EQ(form.frmMain.WindowShape, Shape::Normal);

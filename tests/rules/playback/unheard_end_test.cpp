@@ -19,14 +19,14 @@ struct UnheardEndTest : testing::Test, PlaybackBench {
     // The hand that presses Play lets the window forget what it said.
     window.ForgetNotice();
     ASSERT_EQ(engine.Prime(), Primed::Yes);
-    engine.CurrentSamplePosition = sample;
+    documentInWork.CurrentSamplePosition = sample;
     engine.StartPlay();
   }
   SimulatedSound& Sound() { return file.Sounds["/doc.wav"]; }
 
   void ExpectStoppedWhereTheEarWas(double sample) {
     EXPECT_FALSE(engine.IsPlaying);
-    EXPECT_NEAR(engine.CurrentSamplePosition, sample, 1);
+    EXPECT_NEAR(documentInWork.CurrentSamplePosition, sample, 1);
     EXPECT_EQ(form.slPosition.Value, static_cast<int>(std::nearbyint(sample / 800)));
     EXPECT_EQ(form.lblFilePositionHMS.Value.Get(),
               base::FormatHMS(std::max(sample / 8 - 500, 0.0)));
@@ -37,7 +37,7 @@ struct UnheardEndTest : testing::Test, PlaybackBench {
   }
   void ExpectHeardToItsEnd() {
     EXPECT_FALSE(engine.IsPlaying);
-    EXPECT_EQ(engine.CurrentSamplePosition, 80'000);
+    EXPECT_EQ(documentInWork.CurrentSamplePosition, 80'000);
     EXPECT_TRUE(form.cmdComplete.Enabled);
     EXPECT_EQ(form.lblNotice.Value.Get(), "");
   }
@@ -86,7 +86,7 @@ TEST_F(UnheardEndTest, IsToldAlikeAtAnySpeed) {
     Sound().readable = 42'500;
     Start();
     loop.Advance(30s);
-    EXPECT_NEAR(engine.CurrentSamplePosition, 42'500, 1);
+    EXPECT_NEAR(documentInWork.CurrentSamplePosition, 42'500, 1);
     EXPECT_FALSE(form.cmdComplete.Enabled);
     Sound().readable = 80'000;
     Start();
@@ -121,9 +121,9 @@ TEST_F(UnheardEndTest, HeldSliderKeepsThePlaceItWasPressedAtAndATrueEndIsHeardUn
   Start();
   loop.Advance(2s);
   engine.SliderDragging = true;
-  const double pressedAt = engine.CurrentSamplePosition;
+  const double pressedAt = documentInWork.CurrentSamplePosition;
   loop.Advance(12s);
-  EXPECT_EQ(engine.CurrentSamplePosition, pressedAt);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, pressedAt);
   EXPECT_FALSE(form.cmdComplete.Enabled);
 
   Sound().readable = 80'000;
@@ -183,7 +183,7 @@ TEST_F(UnheardEndTest, FirstBlockThatIsLostStartsNothingAndSaysSo) {
   EXPECT_TRUE(player.Queued.empty());
   loop.Advance(1s);
   EXPECT_FALSE(engine.IsPlaying);
-  EXPECT_EQ(engine.CurrentSamplePosition, 8000);
+  EXPECT_EQ(documentInWork.CurrentSamplePosition, 8000);
   EXPECT_FALSE(form.cmdComplete.Enabled);
   EXPECT_EQ(form.lblNotice.Value.Get(), "The rest of this document can not be read.");
 }

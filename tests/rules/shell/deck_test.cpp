@@ -194,10 +194,10 @@ TEST_F(DeckTest, CheckBoxOfThePromptsActsAtOnce) {
   form.mnuConfiguration.Press(By::Hand);
   config.frmConfiguration.Activate();
   config.chkAudioPrompts.Click();
-  deck.Built()->sound.PlayPrompt("RefreshQueue");
+  deck.Built()->prompts.PlayPrompt("RefreshQueue");
   EXPECT_TRUE(promptControl.Sounded.empty());
   config.chkAudioPrompts.Click();
-  deck.Built()->sound.PlayPrompt("RefreshQueue");
+  deck.Built()->prompts.PlayPrompt("RefreshQueue");
   EXPECT_EQ(promptControl.Sounded.size(), 1u);
 }
 
@@ -231,7 +231,7 @@ TEST_F(DeckTest, AlertTimerTakesTheIntervalOfItsMode) {
   row["NewDictationAlertInterval"] = "60";
   databases.Place(SettingsPath(), tables);
   StartUntilReady();
-  EXPECT_EQ(deck.Built()->refresh.tmrWorkWaitingAlert.Interval(), 3000ms);
+  EXPECT_EQ(deck.Built()->waitingWork.tmrWorkWaitingAlert.Interval(), 3000ms);
 }
 
 TEST_F(DeckTest, FtpFileTypesAreListedAndTheFirstIsChosen) {

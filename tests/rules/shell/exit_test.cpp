@@ -36,6 +36,14 @@ TEST_F(ExitTest, ClosingTheWindowAsksAndEndsTheProcess) {
   EXPECT_FALSE(file.IsOpen());
 }
 
+TEST_F(ExitTest, ServersAreLetGoBeforeThePedals) {
+  annex.ran.clear();
+  usbWatcher.OnStop = [this] { annex.ran += "usb "; };
+  loop.Expect({.reply = Reply::Yes});
+  form.mnuExit.Press(By::Hand);
+  EXPECT_EQ(annex.ran, "release usb ");
+}
+
 TEST_F(ExitTest, MenuAsksAndEndsTheProcess) {
   loop.Expect({.reply = Reply::Yes});
   form.mnuExit.Press(By::Hand);
@@ -165,7 +173,7 @@ TEST_F(ExitTest, SecondCloseWhileTheProgramEndsIsDropped) {
 TEST_F(ExitTest, NothingTicksWhileTheProgramEnds) {
   loop.Expect({.reply = Reply::Yes});
   form.frmMain.CloseRequest();
-  EXPECT_FALSE(deck.Built()->refresh.tmrWorkWaitingAlert.Enabled());
+  EXPECT_FALSE(deck.Built()->waitingWork.tmrWorkWaitingAlert.Enabled());
   EXPECT_FALSE(deck.Built()->transport.tmrRewindForward.Enabled());
   EXPECT_FALSE(deck.Built()->engine.tmrPlaySnipet.Enabled());
   EXPECT_FALSE(form.cmdPlay.Enabled);

@@ -10,43 +10,34 @@ namespace {
 using base::operator""ms;
 using base::operator""s;
 
-/// Loads the main window with every hook of the rooms beside it filled.
 struct LoadTest : testing::Test, DeckBench {
-  std::string ran;
-
   void LoadWith(const std::string& field, const std::string& value) {
     auto tables = databases.Shipped();
     tables[store::Table::GeneralSettings][0][field] = value;
     databases.Place(SettingsPath(), tables);
+    usbWatcher.OnStart = [this] { annex.ran += "usb "; };
     deck.Start();
-    shell::Rooms& rooms = *deck.Built();
-    shell::Load load(loop, form, config, rooms.mainWindow, rooms.configuration, rooms.binding,
-                     deckFolders, rooms.engine, rooms.soundShaping, rooms.queue, rooms.completed,
-                     rooms.refresh, rooms.branding, rooms.fascia, rooms.sound, rooms.listHooks,
-                     {.attachFtp = [this] { ran += "ftp "; },
-                      .upgradeDatabase = [this] { ran += "upgrade "; },
-                      .purgeCompletedFiles = [this] { ran += "purge "; },
-                      .startUsbPedal = [this] { ran += "usb "; }});
+    shell::Load load(loop, deck.windows, *deck.Built());
     load.LoadMainWindow();
     form.frmMain.OnActivate = nullptr;
   }
-
-  store::WorkFolders deckFolders{disk, kRoot};
 };
 
-TEST_F(LoadTest, RoomsBesideItAreStartedInTheirOrder) {
+TEST_F(LoadTest, StepsOfOtherRoomsComeInTheirOrder) {
   LoadWith("DeleteCompletedFiles", "30");
-  EXPECT_EQ(ran, "ftp upgrade purge usb ");
+  EXPECT_EQ(annex.ran, "attach upgrade purge usb count ");
+  loop.Advance(2s);
+  EXPECT_EQ(annex.ran, "attach upgrade purge usb count retrieve ");
 }
 
 TEST_F(LoadTest, NoDaysToKeepRunNoPurge) {
   LoadWith("DeleteCompletedFiles", "0");
-  EXPECT_EQ(ran, "ftp upgrade usb ");
+  EXPECT_EQ(annex.ran, "attach upgrade usb count ");
 }
 
 TEST_F(LoadTest, DaysThatAreNoByteRunNoPurge) {
   LoadWith("DeleteCompletedFiles", "300");
-  EXPECT_EQ(ran, "ftp upgrade usb ");
+  EXPECT_EQ(annex.ran, "attach upgrade usb count ");
 }
 
 TEST_F(LoadTest, BothListsOfDocumentsGetTheirColumnsUnderTheUsersOwnWord) {
@@ -79,8 +70,8 @@ TEST_F(LoadTest, TitleBarThatIsNotStoredStaysToBeMeasured) {
 
 TEST_F(LoadTest, AlertTimerOfNoAlertTakesTheIntervalOfTheRefresh) {
   LoadWith("AutoQueueRefreshInterval", "60");
-  EXPECT_EQ(deck.Built()->refresh.tmrWorkWaitingAlert.Interval(), 3000ms);
-  EXPECT_TRUE(deck.Built()->refresh.tmrWorkWaitingAlert.Enabled());
+  EXPECT_EQ(deck.Built()->waitingWork.tmrWorkWaitingAlert.Interval(), 3000ms);
+  EXPECT_TRUE(deck.Built()->waitingWork.tmrWorkWaitingAlert.Enabled());
   EXPECT_TRUE(deck.Built()->refresh.tmrGetAllJobs.Enabled());
 }
 

@@ -27,6 +27,7 @@ struct SessionEndTest : testing::Test, DeckBench {
     loop.Advance(2s);
   }
   playback::AudioEngine& Engine() { return deck.Built()->engine; }
+  playback::DocumentInWork& InWork() { return deck.Built()->documentInWork; }
   /// Where the ear is, in samples of the document.
   double Heard() { return Engine().PlayStartSample + static_cast<double>(player.PlayedSamples()); }
   Names Queue() const { return disk.NamesIn(InQueue()); }
@@ -75,7 +76,7 @@ TEST_F(SessionEndTest, StoresThePositionOfADocumentThatIsStopped) {
   Play();
   form.cmdStop.Press(By::Hand);
   loop.Advance(60s);
-  const double position = Engine().CurrentSamplePosition;
+  const double position = InWork().CurrentSamplePosition;
   deck.EndSession();
   ExpectEndWithoutAWord();
   EXPECT_EQ(Queue(), StoredAt(position));
@@ -84,7 +85,7 @@ TEST_F(SessionEndTest, StoresThePositionOfADocumentThatIsStopped) {
 TEST_F(SessionEndTest, StoresThePositionThatAWindHasReached) {
   Play();
   form.cmdForward.Press(By::Hand);
-  const double position = Engine().CurrentSamplePosition;
+  const double position = InWork().CurrentSamplePosition;
   deck.EndSession();
   EXPECT_EQ(Queue(), StoredAt(position));
   EXPECT_EQ(deck.Built()->transport.WindDirection, playback::Wind::None);
@@ -140,7 +141,7 @@ TEST_F(SessionEndTest, EndsUnderAMessageBoxWithTheDocumentStored) {
   std::optional<int> endedUnderTheBox;
   double position = 0;
   loop.Expect({.meanwhile = [&] {
-    position = Engine().CurrentSamplePosition;
+    position = InWork().CurrentSamplePosition;
     deck.EndSession();
     endedUnderTheBox = ended;
   }});
@@ -160,7 +161,7 @@ TEST_F(SessionEndTest, EndsUnderABoxInTheMomentOfSavingWithTheDocumentStored) {
   form.cmdSave.Press(forms::By::Hand);
   ASSERT_FALSE(loop.Shown.empty());
   EXPECT_EQ(endedUnderTheBox, 0);
-  EXPECT_EQ(Queue(), StoredAt(Engine().CurrentSamplePosition));
+  EXPECT_EQ(Queue(), StoredAt(InWork().CurrentSamplePosition));
 }
 
 TEST_F(SessionEndTest, EndsDuringTheSplashWithNothingChanged) {
@@ -202,7 +203,7 @@ TEST_F(SessionEndTest, StoresASaveFirstThatHasNotStoredYet) {
   Play();
   double position = 0;
   loop.Post([&] {
-    position = Engine().CurrentSamplePosition;
+    position = InWork().CurrentSamplePosition;
     deck.EndSession();
     EXPECT_FALSE(ended.has_value());
   });
@@ -232,7 +233,7 @@ TEST_F(SessionEndTest, LeavesASkippedDocumentAsItIs) {
 TEST_F(SessionEndTest, StoresNothingASecondTimeInTheWaitBehindASave) {
   Play();
   form.cmdStop.Press(By::Hand);
-  const double position = Engine().CurrentSamplePosition;
+  const double position = InWork().CurrentSamplePosition;
   EndIn(250ms);
   form.cmdSave.Press(By::Hand);
   ExpectEndWithoutAWord();
@@ -315,7 +316,7 @@ TEST_F(SessionEndTest, SecondWordOfItStoresNothingMore) {
   Play();
   deck.EndSession();
   const Names once = Queue();
-  Engine().CurrentSamplePosition += 8000;
+  InWork().CurrentSamplePosition += 8000;
   deck.EndSession();
   deck.EndSessionNow();
   EXPECT_EQ(Queue(), once);

@@ -280,7 +280,7 @@ TEST_F(ShownDocument, RewindNearTheEndDoesNotTakeWhatTheSliderRoundsForAnEnd) {
   ClickRow(0);
   form.cmdPlay.Press(By::Hand);
   form.cmdStop.Press(By::Hand);
-  deck.Built()->engine.CurrentSamplePosition = 8000 * 10'750;
+  deck.Built()->documentInWork.CurrentSamplePosition = 8000 * 10'750;
   form.cmdRewind.Press(By::Hand);
   ASSERT_EQ(form.slPosition.Value, 100);
   EXPECT_FALSE(form.cmdComplete.Enabled);

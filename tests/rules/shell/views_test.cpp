@@ -52,9 +52,9 @@ TEST_F(ViewsTest, ViewDoesNotChangeInTheMomentOfSelecting) {
 }
 
 TEST_F(ViewsTest, QueueViewStartsTheAlertTimerAnew) {
-  deck.Built()->refresh.tmrWorkWaitingAlert.Stop();
+  deck.Built()->waitingWork.tmrWorkWaitingAlert.Stop();
   form.mnuViewQueue.Press(By::Hand);
-  EXPECT_TRUE(deck.Built()->refresh.tmrWorkWaitingAlert.Enabled());
+  EXPECT_TRUE(deck.Built()->waitingWork.tmrWorkWaitingAlert.Enabled());
 }
 
 TEST_F(ViewsTest, ExactlyOneFrameIsVisible) {
@@ -215,29 +215,20 @@ TEST_F(ViewsTest, WhatNoRoomAnswersToIsNotOfferedInItsView) {
   EXPECT_FALSE(form.comboFtpFileTypesToList.Enabled);
 }
 
-/// Views whose rooms stand beside it.
+/// Views whose rooms stand beside them.
 struct HookedViewsTest : ViewsTest {
   bool listHiddenMeanwhile = false;
-  int serverLists = 0;
-  std::optional<shell::Views> views;
+  bool filesToImport = true;
 
   HookedViewsTest() {
-    shell::Rooms& rooms = *deck.Built();
-    views.emplace(
-        loop, form, deck.windows.about, rooms.mainWindow, rooms.configuration, rooms.engine,
-        rooms.transport, rooms.queue, rooms.completed, rooms.refresh, rooms.sound, rooms.listHooks,
-        "", [] { return false; },
-        shell::ViewHooks{.buildImportList =
-                             [this] {
-                               listHiddenMeanwhile = !form.cmdRefreshImportList.Visible;
-                               form.listViewImport.Clear();
-                               if (filesToImport) form.listViewImport.Add("");
-                             },
-                         .buildFtpServers = [this] { ++serverLists; }});
+    annex.OnBuildImportList = [this] {
+      listHiddenMeanwhile = !form.cmdRefreshImportList.Visible;
+      form.listViewImport.Clear();
+      if (filesToImport) form.listViewImport.Add("");
+    };
     form.cmdRefreshImportList.OnPress = [] {};
+    annex.ran.clear();
   }
-
-  bool filesToImport = true;
 };
 
 TEST_F(HookedViewsTest, ImportViewBuildsItsListAndOffersItsButtons) {
@@ -271,7 +262,7 @@ TEST_F(HookedViewsTest, FtpViewHasNothingToPlayAndNothingToPrint) {
   ClickRow(0);
   form.mnuViewFtp.Press(By::Hand);
   EXPECT_TRUE(form.frameFtp.Visible);
-  EXPECT_EQ(serverLists, 1);
+  EXPECT_EQ(annex.ran, "servers ");
   EXPECT_EQ(form.frameFtp.Caption.Get(), caption);
   EXPECT_FALSE(deck.Built()->engine.tmrPlaySnipet.Enabled());
   EXPECT_FALSE(file.IsOpen());

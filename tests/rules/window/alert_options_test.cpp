@@ -14,6 +14,11 @@ namespace {
 
 using base::operator""ms;
 
+struct TimerTwin : window::AlertTimer {
+  std::vector<base::Duration> restarts;
+  void RestartWith(base::Duration interval) override { restarts.push_back(interval); }
+};
+
 struct AlertOptionsTest : testing::Test {
   AlertOptionsTest() { config.frmConfiguration.Visible = true; }
 
@@ -32,9 +37,9 @@ struct AlertOptionsTest : testing::Test {
   forms::MainForm main{loop};
   forms::ConfigurationForm config{loop};
   window::SettingsBinding binding{loop, main, config, settings, folders};
-  std::vector<base::Duration> restarts;
-  window::AlertOptions alerts{config, binding,
-                              [this](base::Duration interval) { restarts.push_back(interval); }};
+  TimerTwin timer;
+  std::vector<base::Duration>& restarts = timer.restarts;
+  window::AlertOptions alerts{config, binding, timer};
 };
 
 TEST_F(AlertOptionsTest, ModeOneLoadsSwitchedOffWithAnySelected) {

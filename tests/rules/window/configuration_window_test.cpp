@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
+#include "window/path_choices.h"
+#include "window/settings_choices.h"
 
 namespace tavlo::test {
 namespace {
@@ -15,30 +19,45 @@ namespace {
 using forms::By;
 using store::Table;
 
+/// A page on which nothing is but what the test sees of it.
+struct PageTwin : window::ConfigurationPage {
+  explicit PageTwin(forms::Pane& shown) : frame(shown) {}
+
+  forms::Pane& Frame() override { return frame; }
+  void WindowCloses(window::ConfigurationExit exit) override { OnClose(exit); }
+
+  forms::Pane& frame;
+  std::function<void(window::ConfigurationExit)> OnClose = [](auto) {};
+};
+
+struct BrandTwin : window::Brand {
+  int drawn = 0;
+  void ApplyBranding() override { ++drawn; }
+};
+
+struct PedalChoiceTwin : window::PedalChoice {
+  int followed = 0;
+  void FollowChoice() override { ++followed; }
+};
+
+struct AlertTimerTwin : window::AlertTimer {
+  void RestartWith(base::Duration) override {}
+};
+
 struct ConfigurationWindowTest : testing::Test {
   ConfigurationWindowTest() {
+    for (window::ConfigurationPage* page : std::initializer_list<window::ConfigurationPage*>{
+             &choices, &equalizer, &mixer, &paths, &servers}) {
+      window.Register(*page);
+    }
     main.frmMain.Visible = true;
     binding.Load();
     window.ReloadQueuePaths();
   }
 
   void Open() {
-    window.Show();
+    mainWindow.ShowConfiguration();
     config.frmConfiguration.Activate();
-  }
-  window::ConfigurationHooks Hooks() {
-    return {.applyBranding = [this] { ran += "branding "; },
-            .centerMiniPlayer = [this] { ran += "centre "; },
-            .openEqualizer = [this] { ran += "equalizer "; },
-            .fillAuthors = [this] { ran += "authors "; },
-            .showMixer = [this] { ran += "mixer "; },
-            .saveFtpConfigSettings =
-                [this] {
-                  ran += "ftp ";
-                  pathWhenFtpWasSaved = folders.Ew2QueuePath;
-                  eu2WhenFtpWasSaved = folders.Eu2QueuePath;
-                  visibleWhenFtpWasSaved = config.frmConfiguration.Visible;
-                }};
   }
 
   SimulatedLoop loop;
@@ -49,11 +68,16 @@ struct ConfigurationWindowTest : testing::Test {
   forms::MainForm main{loop};
   forms::ConfigurationForm config{loop};
   window::SettingsBinding binding{loop, main, config, settings, folders};
-  std::string ran;
-  std::string pathWhenFtpWasSaved;
-  std::string eu2WhenFtpWasSaved;
-  bool visibleWhenFtpWasSaved = false;
-  window::ConfigurationWindow window{main, config, binding, folders, Hooks()};
+  window::MainWindow mainWindow{main, config, [] {}};
+  window::ConfigurationWindow window{mainWindow, binding, folders};
+  AlertTimerTwin timer;
+  BrandTwin brand;
+  PedalChoiceTwin pedal;
+  window::SettingsChoices choices{mainWindow, binding, timer, brand, pedal};
+  PageTwin equalizer{config.frameConfigEqualizer};
+  PageTwin mixer{config.frameConfigMixer};
+  window::PathChoices paths{config, folders};
+  PageTwin servers{config.frameFtp};
 };
 
 TEST_F(ConfigurationWindowTest, SubjectHeadingStandsOverBothListsAtOnce) {
@@ -83,13 +107,20 @@ TEST_F(ConfigurationWindowTest, ClosingLeavesTheKeyboardOfTheMainWindowToNobody)
   EXPECT_EQ(main.frmMain.Focused(), &main.txtFocus);
 }
 
-TEST_F(ConfigurationWindowTest, ClosingByTheMenuSavesTheFtpPageToo) {
-  Open();
+TEST_F(ConfigurationWindowTest, ClosingTellsEachPageByWhichWayOnceAllIsSaved) {
+  using window::ConfigurationExit;
+  std::vector<ConfigurationExit> exits;
+  servers.OnClose = [&](ConfigurationExit exit) {
+    exits.push_back(exit);
+    EXPECT_EQ(database.Value("SubjectHeading"), "Client");
+    EXPECT_TRUE(config.frmConfiguration.Visible);
+  };
   config.txtSubjectHeading.Value = "Client";
-  ran.clear();
+  Open();
   config.mnuClose.Press(By::Hand);
-  EXPECT_EQ(ran, "ftp ");
-  EXPECT_EQ(database.Value("SubjectHeading"), "Client");
+  Open();
+  config.frmConfiguration.CloseRequest();
+  EXPECT_EQ(exits, (std::vector{ConfigurationExit::ByMenu, ConfigurationExit::ByFrame}));
   EXPECT_FALSE(config.frmConfiguration.Visible);
   EXPECT_TRUE(main.frmMain.Visible);
 }
@@ -98,9 +129,7 @@ TEST_F(ConfigurationWindowTest, ClosingByTheFrameSavesAllButTheFtpPage) {
   Open();
   config.txtSubjectHeading.Value = "Client";
   config.eUser.Value = "typist";
-  ran.clear();
   config.frmConfiguration.CloseRequest();
-  EXPECT_EQ(ran, "");
   EXPECT_EQ(database.Value("SubjectHeading"), "Client");
   EXPECT_EQ(database.Value(Table::FtpSettings, 0, "FtpServerUserID"), "");
   EXPECT_FALSE(config.frmConfiguration.Visible);
@@ -111,11 +140,27 @@ TEST_F(ConfigurationWindowTest, FourthPathTakesEffectLaterThanTheOthers) {
   Open();
   config.txtEw2QueuePath.Value = "/new/ew2";
   config.txtEu2QueuePath.Value = "/new/eu2";
+  int closed = 0;
+  servers.OnClose = [&](auto) {
+    ++closed;
+    EXPECT_EQ(folders.Ew2QueuePath, "/new/ew2/");
+    EXPECT_EQ(folders.Eu2QueuePath, "/root/Files/eU2Queue/");
+    EXPECT_TRUE(config.frmConfiguration.Visible);
+  };
   config.mnuClose.Press();
-  EXPECT_EQ(pathWhenFtpWasSaved, "/new/ew2/");
-  EXPECT_EQ(eu2WhenFtpWasSaved, "/root/Files/eU2Queue/");
-  EXPECT_TRUE(visibleWhenFtpWasSaved);
+  EXPECT_EQ(closed, 1);
   EXPECT_EQ(folders.Eu2QueuePath, "/new/eu2/");
+}
+
+TEST_F(ConfigurationWindowTest, PageThatIsNotRegisteredIsNotOffered) {
+  forms::ConfigurationForm other{loop};
+  window::MainWindow otherMain{main, other, [] {}};
+  window::ConfigurationWindow bare{otherMain, binding, folders};
+  for (const forms::Pane* page : other.Pages()) EXPECT_FALSE(page->Enabled) << page->Name;
+  PageTwin mixerPage{other.frameConfigMixer};
+  bare.Register(mixerPage);
+  EXPECT_TRUE(other.frameConfigMixer.Enabled);
+  EXPECT_FALSE(other.frameFtp.Enabled);
 }
 
 TEST_F(ConfigurationWindowTest, ClosingTakesTheDelayAndForgetsTheEqualizersRequest) {
@@ -211,17 +256,18 @@ TEST_F(ConfigurationWindowTest, PromptsAndTheTopmostStateFollowTheirBoxesAtOnce)
 
 TEST_F(ConfigurationWindowTest, ClickOnTheCustomDisplayDrawsTheBrandAgain) {
   Open();
-  ran.clear();
+  brand.drawn = 0;
   config.chkShowCustomDisplay.Click();
-  EXPECT_EQ(ran, "branding ");
+  EXPECT_EQ(brand.drawn, 1);
 }
 
 TEST_F(ConfigurationWindowTest, ClickOnCenterCentersTheMiniPlayerAndGivesTheKeyboardAway) {
   Open();
-  ran.clear();
+  main.frmMain.Left = 0;
   config.frmConfiguration.FocusOn(config.txtSubjectHeading);
   config.cmdCenterMiniPlayer.Press(By::Hand);
-  EXPECT_EQ(ran, "centre ");
+  EXPECT_EQ(main.frmMain.Left, (main.frmMain.ScreenWidth - main.frmMain.Width) / 2);
+  EXPECT_EQ(main.txtPlayerLeft.Value.Get(), std::to_string(main.frmMain.Left.Get()));
   EXPECT_EQ(config.frmConfiguration.Focused(), &config.txtFocus);
 }
 
@@ -234,15 +280,6 @@ TEST_F(ConfigurationWindowTest, TabShowsItsPageAndNoOther) {
     config.tabConfiguration.RowClick(tab);
     for (int page = 0; page < 5; ++page) EXPECT_EQ(pages[page]->Visible, page == tab) << page;
   }
-}
-
-TEST_F(ConfigurationWindowTest, MixerPageTakesTheStoredDevice) {
-  Open();
-  config.DeviceCombo.Add("built in");
-  config.DeviceCombo.Add("headset");
-  config.txtMixerSelection.Value = "1";
-  config.tabConfiguration.RowClick(2);
-  EXPECT_EQ(config.DeviceCombo.ListIndex, 1);
 }
 
 TEST_F(ConfigurationWindowTest, EqualizerButtonOpensTheWindowOnItsPage) {
@@ -258,6 +295,7 @@ TEST_F(ConfigurationWindowTest, KindOfPedalMirrorsTheText) {
   EXPECT_FALSE(config.txtSerialFootPedalComPort.Enabled);
   config.optionSerial.Click();
   EXPECT_EQ(config.txtUSBorSerialFootPedal.Value.Get(), "S");
+  EXPECT_EQ(pedal.followed, 1);
   EXPECT_FALSE(config.optionUSB.Value);
   EXPECT_TRUE(config.txtSerialFootPedalComPort.Enabled);
   config.optionUSB.Click();

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/loop.h"
+#include "window/alert_options.h"
+
+namespace tavlo::lists {
+
+/// The figures of what waits in the folders.
+class WorkFigures {
+ public:
+  virtual ~WorkFigures() = default;
+
+  /// Counts what waits and takes it as seen, so that only later work raises an alert.
+  virtual void TakeWaitingWorkAsSeen() = 0;
+};
+
+/// The watch for new work while nobody does anything: it is paused while a list changes, and goes
+/// on with what waits then taken as seen.
+class WaitingWork : public window::AlertTimer {
+ public:
+  WaitingWork(base::Loop& loop, WorkFigures& figures);
+
+  /// Looks for new work. Its interval comes from the settings.
+  base::Timer tmrWorkWaitingAlert;
+  /// Ticks since the last check.
+  std::uint8_t AlertTicks = 0;
+
+  void Pause() { tmrWorkWaitingAlert.Stop(); }
+  void GoOn() { tmrWorkWaitingAlert.Start(); }
+  void RestartWith(base::Duration interval) override;
+  /// Somebody is at the desk: the next check comes a full period later.
+  void UserActed() { AlertTicks = 0; }
+  /// A list was just built, so what waits now is no news.
+  void TakeAsSeen() { figures_.TakeWaitingWorkAsSeen(); }
+
+ private:
+  WorkFigures& figures_;
+};
+
+}  // namespace tavlo::lists

@@ -1,0 +1,63 @@
+#include "shell/rooms.h"
+
+#include <utility>
+
+namespace tavlo::shell {
+
+Rooms::Rooms(const Platform& platform, Annex& builtLater, Windows& windows,
+             store::WorkFolders& workFolders, std::unique_ptr<store::SettingsDatabase> openDatabase)
+    : annex(builtLater),
+      database(std::move(openDatabase)),
+      settings(*database),
+      folders(workFolders),
+      names(platform.loop),
+      moves(platform.disk, folders),
+      files{platform.disk, folders, names, moves},
+      binding(platform.loop, windows.main, windows.configuration, settings, folders),
+      mainWindow(windows.main, windows.configuration, [this] { binding.SavePlayerPlace(); }),
+      configuration(mainWindow, binding, folders),
+      prompts(windows.configuration, binding, folders, platform.audioPlayer,
+              platform.promptMediaControl),
+      equalizer(platform.loop, windows.configuration, platform.audioPlayer),
+      mixerPage(windows.configuration, platform.audioPlayer, platform.sourceMixer),
+      documentInWork(windows.main.cmdSkip),
+      engine(platform.loop, mainWindow, documentInWork,
+             {platform.audioFile, platform.audioTransform, platform.audioPlayer}, prompts,
+             equalizer, mixerPage),
+      transport(platform.loop, mainWindow, documentInWork, engine, prompts),
+      positionDisplay(mainWindow, documentInWork, engine, transport),
+      soundShaping(mainWindow, engine),
+      preview(mainWindow, documentInWork, engine, prompts),
+      playback{documentInWork, engine, transport, preview, prompts},
+      waitingWork(platform.loop, annex),
+      queue(platform.loop, mainWindow, files, engine),
+      refresh(platform.loop, mainWindow, playback, queue, waitingWork, annex),
+      opening(platform.loop, mainWindow, files, playback, waitingWork),
+      completed(platform.loop, mainWindow, files, playback, opening),
+      finishing(platform.loop, mainWindow, files, playback, queue, opening, waitingWork, annex),
+      footPedal(platform.loop, mainWindow, transport),
+      serialPedal(platform.loop, windows.configuration, footPedal, platform.serialPort),
+      usbPedal(platform.loop, footPedal, platform.usbWatcher),
+      pedalState(windows.configuration, serialPedal, usbPedal),
+      branding(windows.main, windows.configuration, windows.about, settings, names),
+      fascia(windows.main, platform.disk, folders),
+      settingsChoices(mainWindow, binding, waitingWork, branding, serialPedal),
+      pathChoices(windows.configuration, folders),
+      views(platform.loop, mainWindow, playback),
+      queueView(mainWindow, queue, waitingWork, annex),
+      completedView(windows.main, completed),
+      importView(windows.main, waitingWork, annex),
+      ftpView(windows.main, engine, annex),
+      menus(platform, windows.about, mainWindow, configuration, playback,
+            settings.ProgramVersionText()) {
+  configuration.Register(settingsChoices);
+  configuration.Register(equalizer);
+  configuration.Register(mixerPage);
+  configuration.Register(pathChoices);
+  views.Register(queueView);
+  views.Register(completedView);
+  views.Register(importView);
+  views.Register(ftpView);
+}
+
+}  // namespace tavlo::shell

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <memory>
+
+#include "forms/about_form.h"
+#include "forms/configuration_form.h"
+#include "forms/main_form.h"
+#include "forms/splash_form.h"
+#include "lists/completed_list.h"
+#include "lists/finishing.h"
+#include "lists/opening.h"
+#include "lists/queue_list.h"
+#include "lists/refresh.h"
+#include "lists/waiting_work.h"
+#include "pedals/foot_pedal.h"
+#include "pedals/pedal_state.h"
+#include "pedals/serial_pedal.h"
+#include "pedals/usb_pedal.h"
+#include "playback/equalizer.h"
+#include "playback/mixer_page.h"
+#include "playback/playback.h"
+#include "playback/position_display.h"
+#include "playback/prompts.h"
+#include "playback/sound_shaping.h"
+#include "shell/annex.h"
+#include "shell/branding.h"
+#include "shell/fascia.h"
+#include "shell/menus.h"
+#include "shell/platform.h"
+#include "shell/views.h"
+#include "shell/work_views.h"
+#include "store/document_files.h"
+#include "store/settings_store.h"
+#include "window/configuration_window.h"
+#include "window/main_window.h"
+#include "window/path_choices.h"
+#include "window/settings_binding.h"
+#include "window/settings_choices.h"
+
+namespace tavlo::shell {
+
+/// Every window, as state. They stand before the settings are open, so that a binding can be made.
+struct Windows {
+  explicit Windows(base::Loop& loop) : splash(loop), main(loop), configuration(loop), about(loop) {}
+
+  forms::SplashForm splash;
+  forms::MainForm main;
+  forms::ConfigurationForm configuration;
+  forms::AboutForm about;
+};
+
+/// All the rooms, in the order in which they build on each other: each is handed those above it.
+/// Made once the settings are open.
+struct Rooms {
+  Rooms(const Platform& platform, Annex& annex, Windows& windows, store::WorkFolders& workFolders,
+        std::unique_ptr<store::SettingsDatabase> openDatabase);
+
+  Annex& annex;
+  std::unique_ptr<store::SettingsDatabase> database;
+  store::SettingsStore settings;
+  store::WorkFolders& folders;
+  store::DocumentNames names;
+  store::FileMoves moves;
+  const store::DocumentFiles files;
+  window::SettingsBinding binding;
+  window::MainWindow mainWindow;
+  window::ConfigurationWindow configuration;
+  playback::Prompts prompts;
+  playback::Equalizer equalizer;
+  playback::MixerPage mixerPage;
+  playback::DocumentInWork documentInWork;
+  playback::AudioEngine engine;
+  playback::Transport transport;
+  playback::PositionDisplay positionDisplay;
+  playback::SoundShaping soundShaping;
+  playback::Preview preview;
+  const playback::Playback playback;
+  lists::WaitingWork waitingWork;
+  lists::QueueList queue;
+  lists::Refresh refresh;
+  lists::Opening opening;
+  lists::CompletedList completed;
+  lists::Finishing finishing;
+  pedals::FootPedal footPedal;
+  pedals::SerialPedal serialPedal;
+  pedals::UsbPedal usbPedal;
+  pedals::PedalState pedalState;
+  Branding branding;
+  Fascia fascia;
+  window::SettingsChoices settingsChoices;
+  window::PathChoices pathChoices;
+  Views views;
+  QueueView queueView;
+  CompletedView completedView;
+  ImportView importView;
+  FtpView ftpView;
+  Menus menus;
+};
+
+}  // namespace tavlo::shell

@@ -1,0 +1,35 @@
+#include "window/path_choices.h"
+
+namespace tavlo::window {
+
+PathChoices::PathChoices(forms::ConfigurationForm& config, const store::WorkFolders& folders)
+    : config_(config), folders_(folders) {
+  struct PathRow {
+    store::QueuePath path;
+    forms::Text& text;
+    forms::Command& set;
+    forms::Command& putBack;
+  };
+  const PathRow rows[] = {
+      {store::QueuePath::Ew2, config_.txtEw2QueuePath, config_.cmdSetEw2QueuePath,
+       config_.cmdEw2QueuePathDefault},
+      {store::QueuePath::Ds2, config_.txtDs2QueuePath, config_.cmdSetDs2QueuePath,
+       config_.cmdDs2QueuePathDefault},
+      {store::QueuePath::Wav, config_.txtWavQueuePath, config_.cmdSetWavQueuePath,
+       config_.cmdWavQueuePathDefault},
+      {store::QueuePath::Eu2, config_.txtEu2QueuePath, config_.cmdSetEu2QueuePath,
+       config_.cmdEu2QueuePathDefault},
+  };
+  for (const PathRow& row : rows) {
+    row.set.OnPress = [this, &text = row.text] {
+      text.Value = config_.lblBrowsedFolder.Value;
+      FocusAway();
+    };
+    row.putBack.OnPress = [this, &text = row.text, path = row.path] {
+      text.Value = folders_.DefaultQueuePath(path);
+      FocusAway();
+    };
+  }
+}
+
+}  // namespace tavlo::window

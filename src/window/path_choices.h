@@ -1,0 +1,23 @@
+#pragma once
+
+#include "forms/configuration_form.h"
+#include "store/work_folders.h"
+#include "window/configuration_page.h"
+
+namespace tavlo::window {
+
+/// The page of the folders that work comes from.
+class PathChoices : public ConfigurationPage {
+ public:
+  PathChoices(forms::ConfigurationForm& config, const store::WorkFolders& folders);
+
+  forms::Pane& Frame() override { return config_.frameConfigAlternatePath; }
+
+ private:
+  void FocusAway() { config_.frmConfiguration.FocusOn(config_.txtFocus); }
+
+  forms::ConfigurationForm& config_;
+  const store::WorkFolders& folders_;
+};
+
+}  // namespace tavlo::window

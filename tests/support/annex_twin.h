@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "shell/annex.h"
+
+namespace tavlo::test {
+
+/// Writes down which steps of the rooms beside the deck came, in their order.
+class AnnexTwin : public shell::Annex {
+ public:
+  std::string ran;
+  /// What the Import view is built from.
+  std::function<void()> OnBuildImportList = [] {};
+
+  void RunRetrievalPasses() override { ran += "retrieve "; }
+  void TakeWaitingWorkAsSeen() override { ran += "count "; }
+  void AttachFtp() override { ran += "attach "; }
+  void ReleaseFtp() override { ran += "release "; }
+  void UpgradeDatabase() override { ran += "upgrade "; }
+  void PurgeCompletedFiles() override { ran += "purge "; }
+  void BuildImportList() override {
+    ran += "import ";
+    OnBuildImportList();
+  }
+  void BuildFtpServers() override { ran += "servers "; }
+};
+
+}  // namespace tavlo::test
