@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -106,6 +107,33 @@ TEST_F(UntrustedSoundTest, NoHandlesLeftIsTroubleOfTheProcessAndPasses) {
   EXPECT_LT(file.OpenStatus(), 0);
   EXPECT_TRUE(Opens(file, sound));
   EXPECT_EQ(file.OpenStatus(), 0);
+}
+
+/// Opens a document with one handle left, which the document itself takes, and again with enough of
+/// them. The status says where it went otherwise than it must.
+[[noreturn]] void OpenWithoutAHandleForTheDecoders(const std::string& sound) {
+  FfmpegAudioFile file;
+  const int next = ::dup(STDIN_FILENO);
+  ::close(next);
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  rlimit one = before;
+  one.rlim_cur = static_cast<rlim_t>(next) + 1;
+  ::setrlimit(RLIMIT_NOFILE, &one);
+  const bool openedWithout = Opens(file, sound);
+  const int status = file.OpenStatus();
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  if (openedWithout || status >= 0) std::_Exit(1);
+  std::_Exit(Opens(file, sound) ? 0 : 2);
+}
+
+TEST_F(UntrustedSoundTest, NoHandleForTheDecodersIsTroubleOfTheProcessAndPasses) {
+  // A process of its own, for one that has the decoders keeps them.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const std::string sound = folder / "sound.flac";
+  WriteFile(folder / "sound.wav", WaveBytes(Chirp(8000, 8000)));
+  ASSERT_TRUE(RunFfmpeg("-i " + (folder / "sound.wav") + " " + sound));
+  EXPECT_EXIT(OpenWithoutAHandleForTheDecoders(sound), testing::ExitedWithCode(0), "");
 }
 
 /// A file and a server that a hostile document names. Nobody may touch them.

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -63,6 +64,13 @@ void AppendAs(const AVFrame& frame, bool planar, int played, std::vector<float>&
   }
 }
 
+/// What the library gives only when it has memory for it.
+template <typename T>
+Owned<T> Had(Owned<T> given) {
+  if (!given) throw std::bad_alloc();
+  return given;
+}
+
 }  // namespace
 
 void FreeFfmpeg::operator()(AVCodecContext* context) const {
@@ -75,11 +83,12 @@ void FreeFfmpeg::operator()(AVFrame* frame) const { av_frame_free(&frame); }
 void FreeFfmpeg::operator()(AVPacket* packet) const { Libav().av_packet_free(&packet); }
 
 Owned<AVCodecParameters> NewParameters() {
-  return Owned<AVCodecParameters>(Libav().loaded ? Libav().avcodec_parameters_alloc() : nullptr);
+  return Libav().loaded ? Had(Owned<AVCodecParameters>(Libav().avcodec_parameters_alloc()))
+                        : nullptr;
 }
 
 Owned<AVPacket> NewPacket() {
-  return Owned<AVPacket>(Libav().loaded ? Libav().av_packet_alloc() : nullptr);
+  return Libav().loaded ? Had(Owned<AVPacket>(Libav().av_packet_alloc())) : nullptr;
 }
 
 void QuietFfmpeg() { av_log_set_level(AV_LOG_QUIET); }
@@ -123,10 +132,9 @@ std::unique_ptr<Codec> Codec::Open(const AVCodecParameters& parameters,
   const AVCodec* decoder = libav.avcodec_find_decoder(parameters.codec_id);
   if (decoder == nullptr || decoder->type != AVMEDIA_TYPE_AUDIO || !IsListed(decoder->name))
     return nullptr;
-  Owned<AVCodecContext> context(libav.avcodec_alloc_context3(decoder));
-  Owned<AVFrame> frame(av_frame_alloc());
+  Owned<AVCodecContext> context = Had(Owned<AVCodecContext>(libav.avcodec_alloc_context3(decoder)));
+  Owned<AVFrame> frame = Had(Owned<AVFrame>(av_frame_alloc()));
   Owned<AVPacket> packet = NewPacket();
-  if (!context || !frame || !packet) return nullptr;
   if (libav.avcodec_parameters_to_context(context.get(), &parameters) < 0) return nullptr;
   context->thread_count = 1;
   if (timeBase != nullptr) context->pkt_timebase = *timeBase;

@@ -1,6 +1,7 @@
 #include "platform/ffmpeg/guarded_input.h"
 
 #include <algorithm>
+#include <new>
 
 #include "platform/ffmpeg/codec.h"
 #include "platform/ffmpeg/libav_calls.h"
@@ -43,13 +44,13 @@ bool GuardedInput::Open(const ContainerFormat& format) {
   const AVInputFormat* reader = libav.av_find_input_format(format.name);
   context_ = libav.avformat_alloc_context();
   auto* buffer = static_cast<std::uint8_t*>(av_malloc(kBufferSize));
-  if (reader == nullptr || context_ == nullptr || buffer == nullptr) {
-    av_free(buffer);
-    return false;
+  const bool inMemory = context_ != nullptr && buffer != nullptr;
+  if (reader != nullptr && inMemory) {
+    input_ = libav.avio_alloc_context(buffer, kBufferSize, 0, this, &Read, nullptr, &Seek);
   }
-  input_ = libav.avio_alloc_context(buffer, kBufferSize, 0, this, &Read, nullptr, &Seek);
   if (input_ == nullptr) {
     av_free(buffer);
+    if (reader != nullptr) throw std::bad_alloc();
     return false;
   }
   context_->pb = input_;

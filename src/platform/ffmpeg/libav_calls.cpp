@@ -1,6 +1,12 @@
 #include "platform/ffmpeg/libav_calls.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <mutex>
+#include <new>
+#include <optional>
 
 namespace tavlo::platform {
 namespace {
@@ -65,11 +71,26 @@ LibavCalls Load() {
   return calls;
 }
 
+/// A process without a handle to spare can load no library, and may have one later.
+bool HandleCanBeHad() {
+  const int handle = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  if (handle < 0) return false;
+  ::close(handle);
+  return true;
+}
+
 }  // namespace
 
 const LibavCalls& Libav() {
-  static const LibavCalls calls = Load();
-  return calls;
+  static std::mutex loading;
+  static std::optional<LibavCalls> kept;
+  const std::lock_guard hold(loading);
+  if (!kept) {
+    const LibavCalls calls = Load();
+    if (!calls.loaded && !HandleCanBeHad()) throw std::bad_alloc();
+    kept = calls;
+  }
+  return *kept;
 }
 
 }  // namespace tavlo::platform

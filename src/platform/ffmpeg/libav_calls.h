@@ -35,7 +35,8 @@ struct LibavCalls {
 };
 
 /// The calls; the first one to ask waits until the libraries are loaded (some 30 ms). For any
-/// thread. Where a library is missing, only waves of plain samples can be decoded.
+/// thread. Where a library is missing, only waves of plain samples can be decoded. Throws
+/// std::bad_alloc when the process has no handle left to load them with; a later call tries again.
 const LibavCalls& Libav();
 
 }  // namespace tavlo::platform

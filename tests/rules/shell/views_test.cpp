@@ -105,7 +105,7 @@ TEST_F(ViewsTest, ChangeOfViewEndsThePreviewAndLetsAPromptSpeakOn) {
   deck.Built()->prompts.PlayPrompt("RefreshQueue");
   form.mnuViewCompleted.Press(By::Hand);
   EXPECT_FALSE(deck.Built()->engine.IsPlaying);
-  EXPECT_TRUE(promptControl.IsOpen());
+  EXPECT_TRUE(promptControl.Sounds);
   EXPECT_FALSE(form.cmdImportCompleteSnipetStop.Enabled);
   EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);
 }
@@ -301,7 +301,7 @@ TEST_F(ViewsTest, EqualizerButtonOpensTheConfigurationOnItsPage) {
 
 TEST_F(ViewsTest, EqualizerButtonIsRefusedWhileADocumentIsBeingMoved) {
   form.cmdEQ.Enabled = true;
-  deck.Built()->mainWindow.guards.ListTransitionBusy = true;
+  const window::ListTransition moving(deck.Built()->mainWindow.guards);
   form.cmdEQ.Press(By::Hand);
   EXPECT_TRUE(form.frmMain.Visible);
   EXPECT_EQ(form.frmMain.Focused(), &form.txtFocus);
