@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <new>
 #include <string>
 
 #include "platform/sound/soundtouch_transform.h"
+#include "platform/sound/stream_resampler.h"
 #include "support/sound_analysis.h"
 
 namespace tavlo::test {
@@ -153,6 +155,12 @@ TEST_P(HighRates, StretchAPairAsOne) {
 
 INSTANTIATE_TEST_SUITE_P(Hertz, HighRates, testing::Values(192'000, 192'001, 200'000, 384'000),
                          testing::PrintToStringParamName());
+
+TEST(StreamResampler, FormatThatTheLibraryRefusesIsAFaultAndNoSilence) {
+  const std::vector<float> samples(800, 0.5F);
+  platform::StreamResampler resampler(8000, 0, 1);
+  EXPECT_THROW(resampler.Convert(samples), std::bad_alloc);
+}
 
 TEST(SoundTouchTransform, AtNormalSpeedTheSamplesPassUnchangedToTheBit) {
   const Sound tone = Tone(440, 3, kRate);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <new>
 #include <utility>
 
 namespace tavlo::platform {
@@ -146,7 +147,11 @@ bool QueuePlayer::PlayPrompt(SampleArray prompt, int samplesPerSecond) {
   prompt.last = true;
   auto block = std::make_unique<RtBlock>();
   block->channels = prompt.channels;
-  block->values = BlockResampler(samplesPerSecond, deviceRate_).Convert(prompt);
+  try {
+    block->values = BlockResampler(samplesPerSecond, deviceRate_).Convert(prompt);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
   return mixer_.PlayPrompt(std::move(block));
 }
 

@@ -7,6 +7,7 @@ extern "C" {
 }
 
 #include <cstdint>
+#include <new>
 
 namespace tavlo::platform {
 
@@ -38,7 +39,9 @@ double StreamResampler::HeldBack() const {
 }
 
 std::vector<float> StreamResampler::Run(const float* in, int frames) {
-  const int room = context_ ? swr_get_out_samples(context_.get(), frames) : 0;
+  // A block that stayed empty would count as heard.
+  if (!context_) throw std::bad_alloc();
+  const int room = swr_get_out_samples(context_.get(), frames);
   if (room <= 0) return {};
   const auto channels = static_cast<std::size_t>(channels_);
   std::vector<float> out(static_cast<std::size_t>(room) * channels);
@@ -46,7 +49,8 @@ std::vector<float> StreamResampler::Run(const float* in, int frames) {
   const auto* inBytes = reinterpret_cast<const std::uint8_t*>(in);
   const int made =
       swr_convert(context_.get(), &outBytes, room, in == nullptr ? nullptr : &inBytes, frames);
-  out.resize(static_cast<std::size_t>(made > 0 ? made : 0) * channels);
+  if (made < 0) throw std::bad_alloc();
+  out.resize(static_cast<std::size_t>(made) * channels);
   return out;
 }
 

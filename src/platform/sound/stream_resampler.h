@@ -12,13 +12,13 @@ namespace tavlo::platform {
 /// for the next join. A frame is one moment of all channels.
 class StreamResampler {
  public:
-  /// The library may refuse the format; then nothing ever comes out.
+  /// The library may refuse the format or have no memory for it; then each conversion throws.
   StreamResampler(int fromRate, int toRate, int channels);
   ~StreamResampler();
 
   int Channels() const { return channels_; }
 
-  /// Takes frames in and returns all that are ready.
+  /// Takes frames in and returns all that are ready. Throws std::bad_alloc when the library fails.
   std::vector<float> Convert(std::span<const float> in);
   /// Returns the rest. Nothing may be converted after it.
   std::vector<float> Finish();
