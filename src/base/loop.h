@@ -28,8 +28,8 @@ class Loop {
   virtual void Yield() = 0;
   /// Yields until `length` has passed. Zero or less is one pass.
   virtual void Wait(Duration length) = 0;
-  /// Lets painting and the feed timers through and nothing else, for work that nothing may
-  /// interleave. Cheap enough to be called once a file.
+  /// Lets painting and the feed timers through, and the end of the desktop's session, and nothing
+  /// else, for work that nothing may interleave. Cheap enough to be called once a file.
   virtual void Breathe() = 0;
 
   /// Runs `call` on the next pass, after what is posted already.

@@ -57,7 +57,10 @@ struct Program::Parts {
   const std::string root = InstallRoot();
   std::optional<InstanceLock> lock;
   qt::QtLoop loop;
-  PosixDisk disk{PosixDisk::SystemClock, PosixDisk::TrustsLeasesOf, [this] { loop.Breathe(); }};
+  /// No breath any more once the session ends: the screen may be gone, and with it the toolkit.
+  PosixDisk disk{PosixDisk::SystemClock, PosixDisk::TrustsLeasesOf, [this] {
+                   if (!sessionEnds) loop.Breathe();
+                 }};
   SqliteSettingsDatabases databases{
       store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
   FfmpegAudioFile audioFile{JustTestedBy(disk), [this] { loop.Breathe(); }};
