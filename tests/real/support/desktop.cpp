@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <sstream>
+#include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -53,6 +55,15 @@ const Manager* Find(WindowManager which) {
     if (manager.which == which) return &manager;
   }
   return nullptr;
+}
+
+bool IsInstalled(const Manager& manager) {
+  std::istringstream folders(std::getenv("PATH"));
+  std::string folder;
+  while (std::getline(folders, folder, ':')) {
+    if (access((folder + "/" + manager.words.front()).c_str(), X_OK) == 0) return true;
+  }
+  return false;
 }
 
 /// Starts a program that ends with this one. `keep` stays open in it.
@@ -131,8 +142,11 @@ bool WindowManagerAnswers() {
 Desktop::Desktop(const std::string& size, WindowManager manager) {
   if (!StartScreen(size)) {
     fault_ = "Xvfb does not start";
+  } else if (manager != WindowManager::None && !IsInstalled(*Find(manager))) {
+    lacksManager_ = true;
+    fault_ = std::string(Find(manager)->package) + " is not installed";
   } else if (manager != WindowManager::None && !StartWindowManager(manager)) {
-    fault_ = std::string(Find(manager)->package) + " is not installed or does not start";
+    fault_ = std::string(Find(manager)->package) + " does not start";
   }
 }
 

@@ -23,6 +23,8 @@ class Desktop {
 
   /// Empty when the desktop stands, else what is missing.
   const std::string& Fault() const { return fault_; }
+  /// What is at fault is a window manager that is not installed.
+  bool LacksManager() const { return lacksManager_; }
 
   /// The screen's server dies, without a farewell to whoever shows there.
   void KillScreen();
@@ -38,6 +40,7 @@ class Desktop {
   pid_t bus_ = -1;
   pid_t manager_ = -1;
   std::string fault_;
+  bool lacksManager_ = false;
 };
 
 }  // namespace tavlo::test
