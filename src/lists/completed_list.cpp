@@ -87,7 +87,7 @@ void CompletedList::SetCompletedButtons() {
 
 void CompletedList::ReturnToQueue() {
   // A selection is inside its wait: it would go on with a file that is no longer there.
-  if (window_.guards.ListPauseActive) return;
+  if (!window_.guards.ListsMayChange()) return;
   transport_.StopWindAndPreview();
   engine_.StopPlay();
   LetPendingEventsPass();
@@ -114,7 +114,7 @@ void CompletedList::ReturnToQueue() {
 }
 
 void CompletedList::LetPendingEventsPass() {
-  const window::Raised pause(window_.guards.ListPauseActive);
+  const window::ListPause pause(window_.guards);
   // A click that waits would choose another document, and a second press would move one that is
   // gone.
   form_.frameCompleted.Enabled = false;
@@ -123,7 +123,7 @@ void CompletedList::LetPendingEventsPass() {
 }
 
 void CompletedList::DeleteOne() {
-  if (window_.guards.ListPauseActive) return;
+  if (!window_.guards.ListsMayChange()) return;
   engine_.StopPlay();
   engine_.CloseFile();
   const std::string chosen = HighlightedFile();
@@ -151,7 +151,7 @@ void CompletedList::DeleteOne() {
 }
 
 void CompletedList::DeleteAll() {
-  if (window_.guards.ListPauseActive) return;
+  if (!window_.guards.ListsMayChange()) return;
   engine_.StopPlay();
   engine_.CloseFile();
   if (!UserAgrees("Delete all Completed documents",

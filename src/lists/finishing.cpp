@@ -15,22 +15,6 @@ void SetEnabled(std::initializer_list<forms::Control*> controls, bool enabled) {
   for (forms::Control* control : controls) control->Enabled = enabled;
 }
 
-/// Holds the transport off while a document is being moved, however that ends.
-class Transition {
- public:
-  explicit Transition(window::Guards& guards) : guards_(guards) {
-    guards_.ListTransitionBusy = true;
-  }
-  ~Transition() {
-    guards_.ListTransitionBusy = false;
-    guards_.ListPauseActive = false;
-  }
-  Transition(const Transition&) = delete;
-
- private:
-  window::Guards& guards_;
-};
-
 /// Holds what a key asked for while it is due, however that ends.
 template <typename Way>
 class Due {
@@ -70,16 +54,16 @@ Finishing::Finishing(base::Loop& loop, window::MainWindow& window,
 
 void Finishing::Finish(Way way) {
   // Another list change is inside a wait: it may be about to select something else.
-  if (window_.guards.ListPauseActive) return;
+  if (!window_.guards.ListsMayChange()) return;
   if (form_.frmMain.WindowShape == forms::Shape::Normal) window_.SavePlayerPosition();
   // A name that was clicked earlier and does not show any more is no document to take.
   if (!ChosenDocumentShows()) opening_.SelectedQueueFile.clear();
-  window_.guards.PlayRequested = false;
+  window_.PlayRequested = false;
   DisableTransportButtons();
   // A click in the yield below would change which document is stored.
   form_.listViewInQueue.Enabled = false;
   {
-    const Transition transition(window_.guards);
+    const window::ListTransition transition(window_.guards);
     form_.frmMain.WindowShape = forms::Shape::Normal;
     LeaveAndStore(way);
     ReturnToList();
@@ -127,7 +111,6 @@ void Finishing::LeaveDocument() {
   document_.DocumentPrimed = false;
   transport_.StopWindAndPreview();
   engine_.StopPlay();
-  window_.guards.ListPauseActive = true;
   loop_.Yield();
   // The file is closed first, because what follows renames or moves it.
   engine_.CloseFile();

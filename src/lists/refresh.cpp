@@ -25,7 +25,7 @@ Refresh::Refresh(base::Loop& loop, window::MainWindow& window, const playback::P
 
 void Refresh::UpdateFileList() {
   // A selection is inside its wait: it would go on with a row that is no longer there.
-  if (window_.guards.ListPauseActive) return;
+  if (!window_.guards.ListsMayChange()) return;
   waitingWork_.Pause();
   transport_.StopWindAndPreview();
   engine_.StopPlay();
@@ -33,7 +33,7 @@ void Refresh::UpdateFileList() {
   {
     const forms::Hourglass hourglass(form_.frmMain);
     // What Play or a click would begin in the waits, the rest of the refresh would cut short.
-    const window::Raised pause(window_.guards.ListPauseActive);
+    const window::ListPause pause(window_.guards);
     form_.listViewInQueue.Enabled = false;
     form_.frameInQueue.Caption = "Queue";
     form_.listViewInQueue.Visible = false;
@@ -49,9 +49,9 @@ void Refresh::UpdateFileList() {
     SetMenusEnabled(true);
     form_.cmdPlay.Enabled = false;
     form_.lblFilePositionHMS.Value = "00:00:00";
-    if (!window_.guards.QuietRefresh) voice_.PlayPrompt("RefreshQueue");
+    if (!window_.guards.RefreshIsQuiet()) voice_.PlayPrompt("RefreshQueue");
   }
-  if (!window_.guards.QuietRefresh) window_.FocusAway();
+  if (!window_.guards.RefreshIsQuiet()) window_.FocusAway();
   waitingWork_.TakeAsSeen();
   waitingWork_.GoOn();
 }
@@ -60,7 +60,7 @@ void Refresh::GetAllJobs() {
   tmrGetAllJobs.Stop();
   const forms::Hourglass hourglass(form_.frmMain);
   // A document that a click and Play put in work here would find the menus freed around it.
-  const window::Raised pause(window_.guards.ListPauseActive);
+  const window::ListPause pause(window_.guards);
   form_.listViewInQueue.Enabled = false;
   retrieval_.RunRetrievalPasses();
   loop_.Wait(1000ms);

@@ -46,9 +46,9 @@ void FootPedal::DispatchPedalEvent() {
       transport_.StopCommand();
       break;
     case Pedal::Center:
-      if (window_.guards.ListTransitionBusy || window_.guards.ListPauseActive) break;
+      if (!window_.guards.MayPlay()) break;
       window_.ForgetNotice();
-      window_.guards.PlayRequested = true;
+      window_.PlayRequested = true;
       transport_.PlayCommand();
       break;
     case Pedal::Left:
@@ -97,7 +97,7 @@ void FootPedal::Reset() {
 
 void FootPedal::PressSide(bool isLeft) {
   // A wind would change the position that is being stored.
-  if (window_.guards.ListTransitionBusy) return;
+  if (!window_.guards.TransportMayAct()) return;
   window_.ForgetNotice();
   const bool swapped = config_.txtSwapRewFwdPedals.Value.Get() != "N";
   const bool backwards = isLeft != swapped;

@@ -48,7 +48,7 @@ void PositionDisplay::PressPosition() {
 }
 
 void PositionDisplay::ReleasePosition() {
-  if (window_.guards.ListTransitionBusy) {
+  if (!window_.guards.TransportMayAct()) {
     // The display stays frozen until the next press and release.
     window_.FocusAway();
     return;

@@ -29,7 +29,7 @@ bool Preview::Prepare(base::Loop& loop, const std::string& documentPath) {
   engine_.StopPlay();
   form_.cmdPlay.Enabled = false;
   {
-    const window::Raised pause(window_.guards.ListPauseActive);
+    const window::ListPause pause(window_.guards);
     loop.Yield();
   }
   if (selection != lastSelection_) return false;

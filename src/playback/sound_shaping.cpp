@@ -25,7 +25,7 @@ void SoundShaping::ApplyStored() {
 }
 
 void SoundShaping::ReleaseSpeed() {
-  if (window_.guards.ListTransitionBusy) {
+  if (!window_.guards.TransportMayAct()) {
     window_.FocusAway();
     return;
   }
@@ -35,7 +35,7 @@ void SoundShaping::ReleaseSpeed() {
 }
 
 void SoundShaping::SetNormalSpeed() {
-  if (!window_.guards.ListTransitionBusy) {
+  if (window_.guards.TransportMayAct()) {
     form_.Slider1.Value = 0;
     engine_.PlaySpeedPercent = kNormalSpeed;
     form_.txtSpeed.Value = std::to_string(kNormalSpeed);
@@ -44,7 +44,7 @@ void SoundShaping::SetNormalSpeed() {
 }
 
 void SoundShaping::ReleaseVolume() {
-  if (window_.guards.ListTransitionBusy) return;
+  if (!window_.guards.TransportMayAct()) return;
   engine_.Player().SetVolume(form_.sldVol.Value);
   form_.txtVolume.Value = std::to_string(form_.sldVol.Value.Get());
 }

@@ -54,13 +54,13 @@ void Transport::WireButtons() {
   // The keyboard always goes away, so that neither a pedal nor a key acts on a button left behind.
   form_.cmdPlay.OnPress = [this] {
     window_.FocusAway();
-    if (window_.guards.ListTransitionBusy || window_.guards.ListPauseActive) return;
-    window_.guards.PlayRequested = true;
+    if (!window_.guards.MayPlay()) return;
+    window_.PlayRequested = true;
     PlayCommand();
   };
   const auto wire = [this](forms::Command& button, void (Transport::*command)()) {
     button.OnPress = [this, command] {
-      if (!window_.guards.ListTransitionBusy) (this->*command)();
+      if (window_.guards.TransportMayAct()) (this->*command)();
       window_.FocusAway();
     };
   };

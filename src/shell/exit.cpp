@@ -61,7 +61,7 @@ void Exit::StopSound() {
   rooms_.engine.tmrPlaySnipet.Stop();
 }
 
-bool Exit::DocumentIsBeingMoved() const { return rooms_.mainWindow.guards.ListTransitionBusy; }
+bool Exit::DocumentIsBeingMoved() const { return !rooms_.mainWindow.guards.TransportMayAct(); }
 
 bool Exit::FtpIsConnected() {
   if (form_.bConnect.Caption.Get() != "Disconnect") return false;

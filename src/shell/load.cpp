@@ -67,6 +67,7 @@ void Load::InitializeWorkAreas() {
   rooms_.completed.MakeColumns(windows_.configuration.txtSubjectHeading.Value);
   ResetPedals();
   window.guards = {};
+  window.PlayRequested = false;
   window.CurrentView = "Queue";
   rooms_.branding.ApplyBranding();
   window.PlayerLeftText = form.txtPlayerLeft.Value;

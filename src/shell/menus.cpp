@@ -42,7 +42,7 @@ void Menus::ShowSystemInformation() {
 }
 
 void Menus::ShowEqualizer() {
-  if (!window_.guards.ListTransitionBusy) {
+  if (window_.guards.TransportMayAct()) {
     form_.txtPlayerTop.Value = std::to_string(form_.frmMain.Top.Get());
     form_.txtPlayerLeft.Value = std::to_string(form_.frmMain.Left.Get());
     configuration_.ConfigOpenOnEqualizer = true;

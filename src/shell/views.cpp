@@ -18,7 +18,7 @@ void Views::Register(View& view) {
 
 void Views::Show(View& view) {
   // Another list change is inside a wait: it would go on in a view that is no longer its own.
-  if (window_.guards.ListPauseActive) return;
+  if (!window_.guards.ListsMayChange()) return;
   LeaveView();
   for (View* other : views_) other->Frame().Visible = other == &view;
   const forms::Hourglass hourglass(form_.frmMain);
@@ -34,7 +34,7 @@ void Views::LeaveView() {
   engine_.StopPlay();
   window_.DisableWindowControls();
   {
-    const window::Raised pause(window_.guards.ListPauseActive);
+    const window::ListPause pause(window_.guards);
     loop_.Yield();
   }
   window_.EnableWindowControls();

@@ -28,7 +28,7 @@ QueueView::QueueView(window::MainWindow& window, lists::QueueList& queue,
 void QueueView::Enter() {
   {
     // A pedal works under the box of a list that can not be reached, too.
-    const window::Raised pause(window_.guards.ListPauseActive);
+    const window::ListPause pause(window_.guards);
     form_.cmdUpdateFileList.Visible = false;
     retrieval_.RunRetrievalPasses();
     queue_.RefreshQueueList();

@@ -172,7 +172,7 @@ void MainWindow::HandleResize() {
   if (resizing_ || form_.frmMain.WindowShape != Shape::Normal) return;
   resizing_ = true;
   if (MiniPlayerShows()) {
-    if (guards.PlayRequested) {
+    if (PlayRequested) {
       TakePlayerHeight();
       TakeStoredPlace();
     }

@@ -2,36 +2,14 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
+#include "window/guards.h"
 
 /// What all rooms share of the main window.
 namespace tavlo::window {
-
-/// Plain flags that keep events from interleaving where a rule yields to the loop. There are no
-/// locks: everything runs on one thread.
-struct Guards {
-  bool ListTransitionBusy = false;  ///< A document is being moved; the transport refuses.
-  bool ListPauseActive = false;     ///< A list change is inside a wait; Play is refused.
-  bool QuietRefresh = false;   ///< A refresh that nobody asked for: no prompt, no focus change.
-  bool PlayRequested = false;  ///< Play came from the user and the document is still in work.
-};
-
-/// Raises a flag for as long as it lives, so that a command that fails on its way leaves it behind
-/// like one that ends.
-class Raised {
- public:
-  explicit Raised(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
-  ~Raised() { flag_ = before_; }
-  Raised(const Raised&) = delete;
-
- private:
-  bool& flag_;
-  const bool before_;
-};
 
 class MainWindow {
  public:
@@ -43,6 +21,8 @@ class MainWindow {
   forms::ConfigurationForm& Config() const { return config_; }
 
   Guards guards;
+  /// Play came from the user and the document is still in work.
+  bool PlayRequested = false;
   /// "Queue", "Complete" or the word of another view.
   std::string CurrentView = "Queue";
   /// The full shape, taken when the window loads and when the user resizes it by hand.

@@ -173,7 +173,7 @@ Answer AnswerTo(DrivenProgram& program, const std::string& name) {
   // The click yields once while the pause is up; what it gives stands when that is over.
   const auto answered = [&] {
     shell::Rooms& rooms = program.Rooms();
-    return rooms.opening.SelectedQueueFile == name && !rooms.mainWindow.guards.ListPauseActive;
+    return rooms.opening.SelectedQueueFile == name && rooms.mainWindow.guards.ListsMayChange();
   };
   EXPECT_TRUE(Until([&] { return program.Box() != "" || program.Ask(answered); }));
   const bool sounded =

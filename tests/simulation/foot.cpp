@@ -226,7 +226,7 @@ void Foot::LetItBeSeen(bool told, Expects wanted) {
 Foot::Expects Foot::Wanted(int said, int other) const {
   if (!desk_.AtWork() || !desk_.Main().cmdStop.Enabled) return Expects::Nothing;
   const window::Guards& guards = desk_.Rooms()->mainWindow.guards;
-  if (guards.ListTransitionBusy || guards.ListPauseActive) return Expects::Nothing;
+  if (!guards.MayPlay()) return Expects::Nothing;
   // What the other pedal holds may be news as soon as this one has been heard.
   if (other != 0) return Expects::Nothing;
   switch (CodeOf(said)) {

@@ -23,7 +23,7 @@ bool InWork(Desk& desk) { return desk.Main().cmdSkip.Enabled; }
 
 bool GuardsAreDown(Desk& desk) {
   const window::Guards& guards = desk.Rooms()->mainWindow.guards;
-  return !guards.ListTransitionBusy && !guards.ListPauseActive && !guards.QuietRefresh;
+  return guards.MayPlay() && !guards.RefreshIsQuiet();
 }
 
 bool PointerIsTheArrow(Desk& desk) {

@@ -181,8 +181,8 @@ void ExpectNextDocument(Trial& trial) {
 }
 
 void ExpectListIsBack(Trial& trial) {
-  EXPECT_FALSE(trial.window.guards.ListTransitionBusy);
-  EXPECT_FALSE(trial.window.guards.ListPauseActive);
+  EXPECT_TRUE(trial.window.guards.TransportMayAct());
+  EXPECT_TRUE(trial.window.guards.ListsMayChange());
   EXPECT_FALSE(trial.window.MiniPlayerShows());
   EXPECT_EQ(trial.form.frmMain.MousePointer, forms::Pointer::Arrow);
   EXPECT_TRUE(trial.form.listViewInQueue.Reachable());

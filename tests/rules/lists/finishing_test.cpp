@@ -251,9 +251,9 @@ TEST_F(FinishingTest, WindowReturnsFromThePlayerToTheList) {
   EXPECT_FALSE(form.cmdStop.Visible);
   EXPECT_TRUE(form.cmdImportCompleteSnipetStop.Visible);
   EXPECT_FALSE(form.lblFilePositionHMS.Visible);
-  EXPECT_FALSE(window.guards.PlayRequested);
-  EXPECT_FALSE(window.guards.ListTransitionBusy);
-  EXPECT_FALSE(window.guards.ListPauseActive);
+  EXPECT_FALSE(window.PlayRequested);
+  EXPECT_TRUE(window.guards.TransportMayAct());
+  EXPECT_TRUE(window.guards.ListsMayChange());
   EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
 }
 
@@ -291,7 +291,7 @@ TEST_F(FinishingTest, SaveInMidPlayStoresWhereTheEarWas) {
 TEST_F(FinishingTest, HandsAndWaitsOfTheTransitionDoNotChangeThePositionThatIsStored) {
   WorkOn(name, 40'000);
   const auto disturb = [this] {
-    ASSERT_TRUE(window.guards.ListTransitionBusy);
+    ASSERT_FALSE(window.guards.TransportMayAct());
     for (forms::Command* key :
          {&form.cmdRewind, &form.cmdForward, &form.cmdSkipBeg, &form.cmdSkipEnd}) {
       key->Enabled = true;
@@ -324,7 +324,7 @@ TEST_F(FinishingTest, TransportIsRefusedUntilTheListIsRebuilt) {
   press.OnTick = [&] {
     press.Stop();
     pressed = true;
-    EXPECT_TRUE(window.guards.ListTransitionBusy);
+    EXPECT_FALSE(window.guards.TransportMayAct());
     form.cmdPlay.Enabled = true;
     form.cmdPlay.Press(By::Hand);
     EXPECT_FALSE(engine.IsPlaying);

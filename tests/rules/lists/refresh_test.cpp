@@ -85,11 +85,11 @@ TEST_F(RefreshTest, NeitherPlayNorARowIsToBeHadWhileARefreshWaits) {
     EXPECT_EQ(form.listViewInQueue.ListIndex, -1);
   }
   EXPECT_TRUE(form.listViewInQueue.Enabled);
-  EXPECT_FALSE(window.guards.ListPauseActive);
+  EXPECT_TRUE(window.guards.ListsMayChange());
 }
 
 TEST_F(RefreshTest, QuietRefreshNeitherSpeaksNorTakesTheFocus) {
-  window.guards.QuietRefresh = true;
+  const window::QuietRefreshing quiet(window.guards);
   form.cmdUpdateFileList.Press();
   EXPECT_TRUE(prompts.empty());
   EXPECT_EQ(form.frmMain.Focused(), nullptr);

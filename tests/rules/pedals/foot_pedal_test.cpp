@@ -49,7 +49,7 @@ TEST_F(FootPedalTest, PedalsThatAreDownAreLit) {
 TEST_F(FootPedalTest, CenterPedalPlaysWhileItIsDown) {
   Dispatch(Pedal::Center);
   EXPECT_TRUE(engine.IsPlaying);
-  EXPECT_TRUE(window.guards.PlayRequested);
+  EXPECT_TRUE(window.PlayRequested);
   loop.Advance(3000ms);
   EXPECT_TRUE(engine.IsPlaying);
   Dispatch(Pedal::None);
@@ -58,24 +58,24 @@ TEST_F(FootPedalTest, CenterPedalPlaysWhileItIsDown) {
 }
 
 TEST_F(FootPedalTest, CenterPedalIsRefusedWhileADocumentIsMoved) {
-  window.guards.ListTransitionBusy = true;
+  const window::ListTransition moving(window.guards);
   Dispatch(Pedal::Center);
   EXPECT_TRUE(Still());
-  EXPECT_FALSE(window.guards.PlayRequested);
+  EXPECT_FALSE(window.PlayRequested);
 }
 
 TEST_F(FootPedalTest, CenterPedalIsRefusedWhileAListChangeWaits) {
-  window.guards.ListPauseActive = true;
+  const window::ListPause waiting(window.guards);
   Dispatch(Pedal::Center);
   EXPECT_TRUE(Still());
-  EXPECT_FALSE(window.guards.PlayRequested);
+  EXPECT_FALSE(window.PlayRequested);
 }
 
 TEST_F(FootPedalTest, SidePedalsAreRefusedWhileADocumentIsMovedAndNoTimeIsRecorded) {
   for (const char* doublePress : {"Y", "N"}) {
     config.txtSkipBegEnd.Value = doublePress;
     WorkAt(5);
-    window.guards.ListTransitionBusy = true;
+    const window::ListTransition moving(window.guards);
     for (const Pedal side : {Pedal::Left, Pedal::Right}) {
       Tap(side);
       loop.Advance(200ms);
@@ -87,7 +87,6 @@ TEST_F(FootPedalTest, SidePedalsAreRefusedWhileADocumentIsMovedAndNoTimeIsRecord
     EXPECT_TRUE(prompts.empty());
     EXPECT_EQ(transport.LastRewindPressTime, 0);
     EXPECT_EQ(transport.LastForwardPressTime, 0);
-    window.guards.ListTransitionBusy = false;
   }
 }
 
@@ -95,7 +94,7 @@ TEST_F(FootPedalTest, ReleaseStillStopsWhileADocumentIsMoved) {
   WorkAt(5);
   Dispatch(Pedal::Left);
   ASSERT_TRUE(Winds());
-  window.guards.ListTransitionBusy = true;
+  const window::ListTransition moving(window.guards);
   Dispatch(Pedal::None);
   EXPECT_TRUE(Still());
 }
@@ -118,10 +117,11 @@ TEST_F(FootPedalTest, ReleaseAndRefusedPressLeaveTheNotice) {
   WorkAt(5);
   window.Say("It was not stored.");
   Dispatch(Pedal::None);
-  window.guards.ListTransitionBusy = true;
-  for (const Pedal press : {Pedal::Left, Pedal::Center, Pedal::Right}) Dispatch(press);
-  window.guards.ListTransitionBusy = false;
-  window.guards.ListPauseActive = true;
+  {
+    const window::ListTransition moving(window.guards);
+    for (const Pedal press : {Pedal::Left, Pedal::Center, Pedal::Right}) Dispatch(press);
+  }
+  const window::ListPause waiting(window.guards);
   Dispatch(Pedal::Center);
   EXPECT_EQ(form.lblNotice.Value.Get(), "It was not stored.");
 }

@@ -89,11 +89,12 @@ TEST_F(PositionDisplayTest, PressEndsAWind) {
 TEST_F(PositionDisplayTest, ReleaseWhileADocumentIsBeingMovedLeavesTheDisplayFrozen) {
   Play();
   form.slPosition.Press();
-  window.guards.ListTransitionBusy = true;
-  form.slPosition.Release();
-  EXPECT_TRUE(engine.SliderDragging);
-  EXPECT_EQ(player.Clears, 0);
-  window.guards.ListTransitionBusy = false;
+  {
+    const window::ListTransition moving(window.guards);
+    form.slPosition.Release();
+    EXPECT_TRUE(engine.SliderDragging);
+    EXPECT_EQ(player.Clears, 0);
+  }
   form.slPosition.Press();
   form.slPosition.Release();
   EXPECT_FALSE(engine.SliderDragging);

@@ -47,7 +47,7 @@ TEST_F(SoundShapingTest, NormalSpeedPutsEverythingBack) {
 
 TEST_F(SoundShapingTest, NothingChangesWhileADocumentIsBeingMoved) {
   SpeedTo(-30);
-  window.guards.ListTransitionBusy = true;
+  const window::ListTransition moving(window.guards);
   form.cmdNormalSpeed.Press(By::Hand);
   SpeedTo(20);
   EXPECT_EQ(engine.PlaySpeedPercent, 70);

@@ -28,7 +28,7 @@ TEST_F(TransportTest, FirstPlayOpensTheDocumentAndSounds) {
   Play();
   EXPECT_TRUE(engine.IsPlaying);
   EXPECT_TRUE(documentInWork.DocumentPrimed);
-  EXPECT_TRUE(window.guards.PlayRequested);
+  EXPECT_TRUE(window.PlayRequested);
   EXPECT_EQ(file.Seeks.back(), 0);
   EXPECT_EQ(player.Volumes.back(), 50'000);
 }
@@ -115,11 +115,12 @@ TEST_F(TransportTest, SavedPositionCountsForTheFirstPlayOnly) {
 }
 
 TEST_F(TransportTest, PlayIsRefusedWhileAListChangeWaits) {
-  window.guards.ListPauseActive = true;
-  Play();
-  EXPECT_FALSE(engine.IsPlaying);
-  window.guards.ListPauseActive = false;
-  window.guards.ListTransitionBusy = true;
+  {
+    const window::ListPause waiting(window.guards);
+    Play();
+    EXPECT_FALSE(engine.IsPlaying);
+  }
+  const window::ListTransition moving(window.guards);
   Play();
   EXPECT_FALSE(engine.IsPlaying);
   EXPECT_EQ(form.frmMain.Focused(), &form.txtFocus);
@@ -127,7 +128,7 @@ TEST_F(TransportTest, PlayIsRefusedWhileAListChangeWaits) {
 
 TEST_F(TransportTest, ButtonsDoNothingWhileADocumentIsBeingMoved) {
   StoppedAt(40'000);
-  window.guards.ListTransitionBusy = true;
+  const window::ListTransition moving(window.guards);
   for (forms::Command* button :
        {&form.cmdRewind, &form.cmdForward, &form.cmdSkipBeg, &form.cmdSkipEnd, &form.cmdStop}) {
     button->Press(By::Hand);

@@ -92,7 +92,7 @@ struct ViewControls : testing::TestWithParam<std::tuple<int, int>>, DeckBench {
     }
     EXPECT_TRUE(form.cmdUpdateFileList.Visible);
     EXPECT_EQ(form.frmMain.MousePointer, forms::Pointer::Arrow);
-    EXPECT_FALSE(deck.Built()->mainWindow.guards.ListPauseActive);
+    EXPECT_TRUE(deck.Built()->mainWindow.guards.ListsMayChange());
   }
 };
 
