@@ -41,7 +41,7 @@ void Refresh::UpdateFileList() {
     SetMenusEnabled(false);
     loop_.Wait(500ms);
     retrieval_.RunRetrievalPasses();
-    queue_.RefreshQueueList();
+    const bool listIsWhole = queue_.RefreshQueueList();
     form_.listViewInQueue.Visible = true;
     loop_.Wait(500ms);
     form_.listViewInQueue.Enabled = true;
@@ -49,7 +49,8 @@ void Refresh::UpdateFileList() {
     SetMenusEnabled(true);
     form_.cmdPlay.Enabled = false;
     form_.lblFilePositionHMS.Value = "00:00:00";
-    if (!window_.guards.RefreshIsQuiet()) voice_.PlayPrompt("RefreshQueue");
+    // A list that could not be read is not said to be up to date.
+    if (listIsWhole && !window_.guards.RefreshIsQuiet()) voice_.PlayPrompt("RefreshQueue");
   }
   if (!window_.guards.RefreshIsQuiet()) window_.FocusAway();
   waitingWork_.TakeAsSeen();

@@ -32,6 +32,22 @@ TEST_F(RefreshTest, RefreshWaitsTwiceAndShowsTheListAgain) {
   EXPECT_TRUE(waitingWork.tmrWorkWaitingAlert.Enabled());
 }
 
+TEST_F(RefreshTest, ListThatCanNotBeReadIsNotSaidToBeUpToDate) {
+  disk.BreakListing(folders.InQueuePath);
+  form.cmdUpdateFileList.Press(By::Hand);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_TRUE(prompts.empty());
+}
+
+TEST_F(RefreshTest, ListThatIsNotWholeIsNotSaidToBeUpToDate) {
+  Drop("second.wav");
+  disk.BreakListingAfter(folders.InQueuePath, 1);
+  disk.ListingBreaksForWantOfMemory = true;
+  form.cmdUpdateFileList.Press(By::Hand);
+  EXPECT_TRUE(loop.Shown.empty());
+  EXPECT_TRUE(prompts.empty());
+}
+
 TEST_F(RefreshTest, WindowIsFrozenWhileItWaits) {
   base::Timer look(loop, "look", 250ms);
   bool looked = false;
