@@ -12,7 +12,7 @@
 #include "platform/qt/deck_key.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/eliding_label.h"
-#include "platform/qt/fascia.h"
+#include "platform/qt/fascia_panel.h"
 #include "platform/qt/figures_label.h"
 #include "platform/qt/meter_bar.h"
 #include "platform/qt/play_keys.h"
@@ -98,7 +98,7 @@ PlayerPanel::PlayerPanel(forms::MainForm& form, Binder& binder, QWidget* parent)
   rows->addStretch(1);
   rows->addWidget(new StatusStrip(form.StatusBar1, form.lblNotice, binder, scale_, this));
 
-  fascia_ = new Fascia(form, binder, this);
+  fascia_ = new FasciaPanel(form, binder, this);
   binder.Frame(form.framePlayer, *this);
   binder.Watch(form.framePlayer, [this] { setFixedHeight(ToPixels(form_.framePlayer.Height)); });
 }

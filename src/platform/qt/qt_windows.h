@@ -8,7 +8,7 @@
 #include "forms/splash_form.h"
 #include "platform/qt/about_window.h"
 #include "platform/qt/binder.h"
-#include "platform/qt/configuration_window.h"
+#include "platform/qt/configuration_pages.h"
 #include "platform/qt/deck_window.h"
 #include "platform/qt/splash_window.h"
 #include "platform/qt/unmanaged_keyboard.h"
@@ -39,7 +39,7 @@ class QtWindows {
   DeckWindow deck_;
   SplashWindow splash_;
   AboutWindow about_;
-  ConfigurationWindow configuration_;
+  ConfigurationPages configuration_;
   /// Who owns a message box: the first of these that shows.
   std::array<TopWindow*, 4> order_;
 };

@@ -1,4 +1,4 @@
-#include "platform/qt/settings_page.h"
+#include "platform/qt/settings_cards.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -21,7 +21,7 @@ constexpr int kBetweenParts = 2;  ///< More room between parts of a card that be
 
 }  // namespace
 
-SettingsPage::SettingsPage(forms::ConfigurationForm& form, Binder& binder, QWidget* parent)
+SettingsCards::SettingsCards(forms::ConfigurationForm& form, Binder& binder, QWidget* parent)
     : QWidget(parent), form_(form), binder_(binder) {
   auto* const columns = new QHBoxLayout(this);
   columns->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -42,20 +42,20 @@ SettingsPage::SettingsPage(forms::ConfigurationForm& form, Binder& binder, QWidg
   binder.Frame(form.frameSettings, *this);
 }
 
-QVBoxLayout& SettingsPage::AddCard(QVBoxLayout& column) {
+QVBoxLayout& SettingsCards::AddCard(QVBoxLayout& column) {
   auto* const card = new Card(this);
   column.addWidget(card);
   return card->Lines();
 }
 
-void SettingsPage::AddPlaying(QVBoxLayout& lines) {
+void SettingsCards::AddPlaying(QVBoxLayout& lines) {
   AddSlider(lines, form_.frameAutoBackspace, form_.sliderABS);
   AddSlider(lines, form_.frameAutoPreview, form_.sliderAutoPreview);
   AddSlider(lines, form_.frameWindIncrement, form_.sliderWindIncrement,
             &form_.chkAccelerateWindIncrement);
 }
 
-void SettingsPage::AddWindow(QVBoxLayout& lines) {
+void SettingsCards::AddWindow(QVBoxLayout& lines) {
   auto* const line = new QHBoxLayout;
   auto* const boxes = new QVBoxLayout;
   boxes->setSpacing(lines.spacing());
@@ -67,7 +67,7 @@ void SettingsPage::AddWindow(QVBoxLayout& lines) {
   lines.addLayout(line);
 }
 
-void SettingsPage::AddSpeaking(QVBoxLayout& lines) {
+void SettingsCards::AddSpeaking(QVBoxLayout& lines) {
   AddBoxes(lines, {&form_.chkAudioPrompts});
   lines.addSpacing(kBetweenParts);
   auto* const volumeLabel = new QLabel(this);
@@ -78,7 +78,7 @@ void SettingsPage::AddSpeaking(QVBoxLayout& lines) {
   binder_.Slide(form_.sldPromptVol, *volume);
 }
 
-void SettingsPage::AddShowing(QVBoxLayout& lines) {
+void SettingsCards::AddShowing(QVBoxLayout& lines) {
   auto* const heading = new QLabel(this);
   lines.addWidget(heading);
   binder_.Show(form_.lblSubjectHeading, *heading);
@@ -89,8 +89,8 @@ void SettingsPage::AddShowing(QVBoxLayout& lines) {
   lines.addStretch(1);
 }
 
-void SettingsPage::AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Range& range,
-                             forms::Choice* box) {
+void SettingsCards::AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Range& range,
+                              forms::Choice* box) {
   auto* const group = new QWidget(this);
   auto* const lines = new QVBoxLayout(group);
   lines->setContentsMargins(0, 0, 0, 0);
@@ -111,7 +111,7 @@ void SettingsPage::AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Ran
   binder_.Frame(frame, *group, caption);
 }
 
-void SettingsPage::AddBoxes(QVBoxLayout& column, std::initializer_list<forms::Choice*> boxes) {
+void SettingsCards::AddBoxes(QVBoxLayout& column, std::initializer_list<forms::Choice*> boxes) {
   for (forms::Choice* const box : boxes) {
     auto* const tick = new QCheckBox(this);
     column.addWidget(tick, 0, Qt::AlignLeft);
@@ -119,7 +119,7 @@ void SettingsPage::AddBoxes(QVBoxLayout& column, std::initializer_list<forms::Ch
   }
 }
 
-void SettingsPage::AddEdit(QVBoxLayout& column, forms::Text& text) {
+void SettingsCards::AddEdit(QVBoxLayout& column, forms::Text& text) {
   auto* const box = new QLineEdit(this);
   column.addWidget(box);
   binder_.Edit(text, *box);

@@ -13,9 +13,9 @@ class Binder;
 /// The deck's background, as wide as its parent: the fascia picture (or the plain dark face when
 /// there is none), in two halves that a click changes. Stands behind everything on the deck, and is
 /// darkened where the deck's lettering would not be readable on it.
-class Fascia : public QWidget {
+class FasciaPanel : public QWidget {
  public:
-  Fascia(forms::MainForm& form, Binder& binder, QWidget* deck);
+  FasciaPanel(forms::MainForm& form, Binder& binder, QWidget* deck);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -8,9 +8,9 @@ class QVBoxLayout;
 namespace tavlo::platform::qt {
 
 /// The configuration window.
-class ConfigurationWindow : public TopWindow {
+class ConfigurationPages : public TopWindow {
  public:
-  ConfigurationWindow(forms::ConfigurationForm& form, QtLoop& loop, Binder& binder);
+  ConfigurationPages(forms::ConfigurationForm& form, QtLoop& loop, Binder& binder);
 
  private:
   QWidget* ScrolledPages(forms::ConfigurationForm& form, Binder& binder);

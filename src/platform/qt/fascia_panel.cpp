@@ -1,4 +1,4 @@
-#include "platform/qt/fascia.h"
+#include "platform/qt/fascia_panel.h"
 
 #include <QBuffer>
 #include <QFileInfo>
@@ -100,7 +100,7 @@ QPixmap Cover(const QPixmap& picture, QSize size) {
 }  // namespace
 
 /// One of the two pictures; it shows nothing of its own and takes the clicks.
-class Fascia::Half : public QWidget {
+class FasciaPanel::Half : public QWidget {
  public:
   Half(forms::Pane& pane, Binder& binder, QWidget* parent)
       : QWidget(parent), pane_(pane), binder_(binder) {}
@@ -117,7 +117,7 @@ class Fascia::Half : public QWidget {
   Binder& binder_;
 };
 
-Fascia::Fascia(forms::MainForm& form, Binder& binder, QWidget* deck)
+FasciaPanel::FasciaPanel(forms::MainForm& form, Binder& binder, QWidget* deck)
     : QWidget(deck),
       form_(form),
       left_(new Half(form.imageFaciaA, binder, this)),
@@ -130,7 +130,7 @@ Fascia::Fascia(forms::MainForm& form, Binder& binder, QWidget* deck)
   lower();
 }
 
-void Fascia::Show() {
+void FasciaPanel::Show() {
   const QString path = ToQt(form_.imageFaciaA.Picture.Get());
   const QDateTime stamp = QFileInfo(path).lastModified();
   if (path == path_ && stamp == stamp_) return;
@@ -144,12 +144,12 @@ void Fascia::Show() {
   update();
 }
 
-void Fascia::resizeEvent(QResizeEvent*) {
+void FasciaPanel::resizeEvent(QResizeEvent*) {
   left_->setGeometry(0, 0, width() / 2, height());
   right_->setGeometry(width() / 2, 0, width() - width() / 2, height());
 }
 
-void Fascia::paintEvent(QPaintEvent* event) {
+void FasciaPanel::paintEvent(QPaintEvent* event) {
   const QSize size = this->size() * devicePixelRatioF();
   if (face_.size() != size) {
     face_ = picture_.isNull() ? PlainFace(size) : Cover(picture_, size);

@@ -13,9 +13,9 @@ class Binder;
 
 /// The settings that have an effect, on cards in two columns: playing, the window and what it shows
 /// on the left, what the deck says and the foot pedal on the right.
-class SettingsPage : public QWidget {
+class SettingsCards : public QWidget {
  public:
-  SettingsPage(forms::ConfigurationForm& form, Binder& binder, QWidget* parent);
+  SettingsCards(forms::ConfigurationForm& form, Binder& binder, QWidget* parent);
 
  private:
   QVBoxLayout& AddCard(QVBoxLayout& column);

@@ -1,4 +1,4 @@
-#include "platform/qt/mixer_page.h"
+#include "platform/qt/mixer_strips.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -25,7 +25,7 @@ constexpr int kVolumeHeight = 160;
 
 }  // namespace
 
-MixerPage::MixerPage(forms::MixerPage& form, Binder& binder, QWidget* parent)
+MixerStrips::MixerStrips(forms::MixerPage& form, Binder& binder, QWidget* parent)
     : QWidget(parent), form_(form), binder_(binder) {
   auto* const lines = new QVBoxLayout(this);
   lines->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -51,7 +51,7 @@ MixerPage::MixerPage(forms::MixerPage& form, Binder& binder, QWidget* parent)
   binder.Frame(form.frameConfigMixer, *this);
 }
 
-void MixerPage::AddDevice(QBoxLayout& lines) {
+void MixerStrips::AddDevice(QBoxLayout& lines) {
   auto* const card = new Card(this);
   auto* const row = new QHBoxLayout;
   auto* const caption = new QLabel(this);
@@ -67,7 +67,7 @@ void MixerPage::AddDevice(QBoxLayout& lines) {
   lines.addWidget(card);
 }
 
-QWidget* MixerPage::AddStrip(std::size_t source) {
+QWidget* MixerStrips::AddStrip(std::size_t source) {
   auto* const strip = new Card(this);
   strip->setMaximumWidth(kStripWidth);
   QVBoxLayout* const parts = &strip->Lines();

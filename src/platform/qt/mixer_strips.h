@@ -13,9 +13,9 @@ class Binder;
 
 /// The device that plays, and under it a strip for each of its sources: name, volume, balance,
 /// mute.
-class MixerPage : public QWidget {
+class MixerStrips : public QWidget {
  public:
-  MixerPage(forms::MixerPage& form, Binder& binder, QWidget* parent);
+  MixerStrips(forms::MixerPage& form, Binder& binder, QWidget* parent);
 
  private:
   void AddDevice(QBoxLayout& lines);

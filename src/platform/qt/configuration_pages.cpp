@@ -1,4 +1,4 @@
-#include "platform/qt/configuration_window.h"
+#include "platform/qt/configuration_pages.h"
 
 #include <QMenuBar>
 #include <QScrollArea>
@@ -12,8 +12,8 @@
 #include "platform/qt/binder.h"
 #include "platform/qt/equalizer_page.h"
 #include "platform/qt/focus_keeper.h"
-#include "platform/qt/mixer_page.h"
-#include "platform/qt/settings_page.h"
+#include "platform/qt/mixer_strips.h"
+#include "platform/qt/settings_cards.h"
 #include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
@@ -23,8 +23,7 @@ enum Tab { kSettingsTab, kEqualizerTab, kMixerTab };
 
 }  // namespace
 
-ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop& loop,
-                                         Binder& binder)
+ConfigurationPages::ConfigurationPages(forms::ConfigurationForm& form, QtLoop& loop, Binder& binder)
     : TopWindow(form.frmConfiguration, loop, binder) {
   auto* const menus = new QMenuBar(this);
   menus->setNativeMenuBar(false);
@@ -48,7 +47,7 @@ ConfigurationWindow::ConfigurationWindow(forms::ConfigurationForm& form, QtLoop&
 }
 
 /// Large letters make a page larger than a screen may be, and then it scrolls.
-QWidget* ConfigurationWindow::ScrolledPages(forms::ConfigurationForm& form, Binder& binder) {
+QWidget* ConfigurationPages::ScrolledPages(forms::ConfigurationForm& form, Binder& binder) {
   auto* const area = new QScrollArea(this);
   area->setFrameShape(QFrame::NoFrame);
   area->setWidgetResizable(true);
@@ -56,9 +55,9 @@ QWidget* ConfigurationWindow::ScrolledPages(forms::ConfigurationForm& form, Bind
   auto* const pages = new QWidget(area);
   auto* const rows = new QVBoxLayout(pages);
   rows->setContentsMargins(0, 0, 0, 0);
-  for (QWidget* const page : std::initializer_list<QWidget*>{new SettingsPage(form, binder, pages),
-                                                             new EqualizerPage(form, binder, pages),
-                                                             new MixerPage(form, binder, pages)}) {
+  for (QWidget* const page : std::initializer_list<QWidget*>{
+           new SettingsCards(form, binder, pages), new EqualizerPage(form, binder, pages),
+           new MixerStrips(form, binder, pages)}) {
     rows->addWidget(page, 1);
   }
   area->setWidget(pages);
@@ -66,12 +65,12 @@ QWidget* ConfigurationWindow::ScrolledPages(forms::ConfigurationForm& form, Bind
 }
 
 /// The tabs whose pages have something on them.
-bool ConfigurationWindow::HasPage(int tab) {
+bool ConfigurationPages::HasPage(int tab) {
   return tab == kSettingsTab || tab == kEqualizerTab || tab == kMixerTab;
 }
 
-void ConfigurationWindow::AddTabs(forms::ConfigurationForm& form, Binder& binder,
-                                  QVBoxLayout& rows) {
+void ConfigurationPages::AddTabs(forms::ConfigurationForm& form, Binder& binder,
+                                 QVBoxLayout& rows) {
   auto* const tabs = new QTabBar(this);
   tabs->setDrawBase(true);
   tabs->setAccessibleName(ToQt(forms::AccessibleName(form.tabConfiguration)));
