@@ -3,6 +3,7 @@
 #include <string_view>
 #include <vector>
 
+#include "forms/control_groups.h"
 #include "lists/document_rows.h"
 #include "lists/outcome_in_words.h"
 #include "window/no_document.h"
@@ -79,10 +80,7 @@ void CompletedList::RefreshCompletedList() {
 }
 
 void CompletedList::SetCompletedButtons() {
-  for (forms::Command* button :
-       {&form_.cmdMoveToQueue, &form_.cmdDeleteOneCompleted, &form_.cmdDeleteAllCompleted}) {
-    button->Enabled = CompletedCount > 0;
-  }
+  SetEnabled(forms::CompletedKeys(form_), CompletedCount > 0);
 }
 
 void CompletedList::ReturnToQueue() {

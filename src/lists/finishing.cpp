@@ -1,7 +1,6 @@
 #include "lists/finishing.h"
 
-#include <initializer_list>
-
+#include "forms/control_groups.h"
 #include "lists/outcome_in_words.h"
 #include "store/saved_position.h"
 
@@ -10,10 +9,6 @@ namespace {
 
 using base::operator""ms;
 using playback::PromptName;
-
-void SetEnabled(std::initializer_list<forms::Control*> controls, bool enabled) {
-  for (forms::Control* control : controls) control->Enabled = enabled;
-}
 
 /// Holds what a key asked for while it is due, however that ends.
 template <typename Way>
@@ -158,14 +153,14 @@ void Finishing::StoredOtherwise(const std::string& words) {
 
 void Finishing::ReturnToList() {
   form_.lblFilePositionHMS.Value = "00:00:00";
-  SetEnabled({&form_.cmdSkip, &form_.cmdComplete, &form_.cmdSave}, false);
+  SetEnabled(forms::FinishingKeys(form_), false);
   form_.listViewInQueue.Visible = true;
-  SetEnabled({&form_.cmdUpdateFileList, &form_.listViewInQueue}, true);
+  form_.cmdUpdateFileList.Enabled = true;
+  form_.listViewInQueue.Enabled = true;
   window_.LeaveMiniPlayer();
-  SetEnabled(
-      {&form_.cmdSkipBeg, &form_.cmdRewind, &form_.cmdStop, &form_.cmdPlay, &form_.cmdForward,
-       &form_.cmdSkipEnd, &form_.Slider1, &form_.cmdEQ, &form_.cmdNormalSpeed},
-      false);
+  SetEnabled(forms::TransportKeys(form_), false);
+  SetEnabled(forms::SoundShapingKeys(form_), false);
+  form_.Slider1.Enabled = false;
   form_.cmdImportCompleteSnipetStop.Visible = true;
   form_.cmdStop.Visible = false;
   form_.Slider1.Value = engine_.PlaySpeedPercent - 100;
@@ -181,15 +176,15 @@ bool Finishing::RebuildList(Way way) {
                       : way == Way::Save   ? PromptName("Save")
                                            : PromptName("Return"));
   }
-  const std::initializer_list<forms::Control*> frozen = {&form_.cmdUpdateFileList, &form_.mnuFile,
-                                                         &form_.mnuView, &form_.mnuReport};
   form_.listViewInQueue.Visible = false;
-  SetEnabled(frozen, false);
+  form_.cmdUpdateFileList.Enabled = false;
+  SetEnabled(forms::Menus(form_), false);
   loop_.Wait(500ms);
   retrieval_.RunRetrievalPasses();
   const bool listIsWhole = queue_.RefreshQueueList();
   form_.listViewInQueue.Visible = true;
-  SetEnabled(frozen, true);
+  form_.cmdUpdateFileList.Enabled = true;
+  SetEnabled(forms::Menus(form_), true);
   const bool allDone = storedAsAsked_ && listIsWhole && queue_.QueueCount == 0;
   if (way == Way::Complete && staysInList && allDone) voice_.PlayPrompt("AllDone");
   return listIsWhole;
@@ -210,10 +205,10 @@ void Finishing::AutoQueueNextDocument() {
 }
 
 void Finishing::DisableTransportButtons() {
-  SetEnabled(
-      {&form_.cmdSkip, &form_.cmdSave, &form_.cmdComplete, &form_.cmdSkipBeg, &form_.cmdRewind,
-       &form_.cmdPlay, &form_.cmdForward, &form_.cmdSkipEnd, &form_.cmdEQ, &form_.cmdNormalSpeed},
-      false);
+  SetEnabled(forms::FinishingKeys(form_), false);
+  SetEnabled(forms::MovingKeys(form_), false);
+  form_.cmdPlay.Enabled = false;
+  SetEnabled(forms::SoundShapingKeys(form_), false);
 }
 
 }  // namespace tavlo::lists

@@ -1,5 +1,7 @@
 #include "lists/refresh.h"
 
+#include "forms/control_groups.h"
+
 namespace tavlo::lists {
 namespace {
 
@@ -38,7 +40,7 @@ void Refresh::UpdateFileList() {
     form_.frameInQueue.Caption = "Queue";
     form_.listViewInQueue.Visible = false;
     form_.cmdUpdateFileList.Visible = false;
-    SetMenusEnabled(false);
+    SetEnabled(forms::Menus(form_), false);
     loop_.Wait(500ms);
     retrieval_.RunRetrievalPasses();
     const bool listIsWhole = queue_.RefreshQueueList();
@@ -46,7 +48,7 @@ void Refresh::UpdateFileList() {
     loop_.Wait(500ms);
     form_.listViewInQueue.Enabled = true;
     form_.cmdUpdateFileList.Visible = true;
-    SetMenusEnabled(true);
+    SetEnabled(forms::Menus(form_), true);
     form_.cmdPlay.Enabled = false;
     form_.lblFilePositionHMS.Value = "00:00:00";
     // A list that could not be read is not said to be up to date.
@@ -73,12 +75,6 @@ void Refresh::GetAllJobs() {
   form_.mnuFile.Enabled = true;
   form_.mnuView.Enabled = true;
   if (!form_.frameFtp.Visible) form_.mnuReport.Enabled = true;
-}
-
-void Refresh::SetMenusEnabled(bool enabled) {
-  form_.mnuFile.Enabled = enabled;
-  form_.mnuView.Enabled = enabled;
-  form_.mnuReport.Enabled = enabled;
 }
 
 }  // namespace tavlo::lists

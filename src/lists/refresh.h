@@ -22,7 +22,6 @@ class Refresh {
  private:
   void UpdateFileList();
   void GetAllJobs();
-  void SetMenusEnabled(bool enabled);
 
   base::Loop& loop_;
   forms::MainForm& form_;

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/text.h"
+#include "forms/control_groups.h"
 
 namespace tavlo::playback {
 namespace {
@@ -166,15 +167,13 @@ double Transport::SavedPositionInFile() const {
 }
 
 void Transport::ShowAsPlaying() {
-  for (forms::Control* locked :
-       std::initializer_list<forms::Control*>{&form_.listViewInQueue, &form_.cmdUpdateFileList,
-                                              &form_.mnuFile, &form_.mnuView, &form_.mnuReport}) {
-    locked->Enabled = false;
-  }
-  for (forms::Command* ready : {&form_.cmdSkip, &form_.cmdSave, &form_.cmdSkipBeg, &form_.cmdRewind,
-                                &form_.cmdStop, &form_.cmdForward, &form_.cmdSkipEnd}) {
-    ready->Enabled = true;
-  }
+  form_.listViewInQueue.Enabled = false;
+  form_.cmdUpdateFileList.Enabled = false;
+  SetEnabled(forms::Menus(form_), false);
+  form_.cmdSkip.Enabled = true;
+  form_.cmdSave.Enabled = true;
+  SetEnabled(forms::MovingKeys(form_), true);
+  form_.cmdStop.Enabled = true;
   form_.cmdImportCompleteSnipetStop.Visible = false;
   form_.cmdStop.Visible = true;
 }

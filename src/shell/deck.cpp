@@ -7,6 +7,7 @@
 #include "store/provisioning.h"
 
 namespace tavlo::shell {
+
 Deck::Deck(Platform platform, Annex& annex)
     : windows(platform.loop),
       platform_(std::move(platform)),

@@ -1,21 +1,8 @@
 #include "shell/work_views.h"
 
+#include "forms/control_groups.h"
+
 namespace tavlo::shell {
-namespace {
-
-void SetSoundShapingEnabled(forms::MainForm& form, bool enabled) {
-  form.cmdEQ.Enabled = enabled;
-  form.cmdNormalSpeed.Enabled = enabled;
-}
-
-void DisableTransportKeys(forms::MainForm& form) {
-  for (forms::Command* key : {&form.cmdSkipBeg, &form.cmdRewind, &form.cmdStop, &form.cmdPlay,
-                              &form.cmdForward, &form.cmdSkipEnd}) {
-    key->Enabled = false;
-  }
-}
-
-}  // namespace
 
 QueueView::QueueView(window::MainWindow& window, lists::QueueList& queue,
                      lists::WaitingWork& waitingWork, intake::Retrieval& retrieval)
@@ -34,7 +21,7 @@ void QueueView::Enter() {
     queue_.RefreshQueueList();
     form_.cmdUpdateFileList.Visible = true;
   }
-  SetSoundShapingEnabled(form_, true);
+  SetEnabled(forms::SoundShapingKeys(form_), true);
   form_.cmdPlay.Enabled = form_.listViewInQueue.ListIndex >= 0;
   waitingWork_.TakeAsSeen();
   waitingWork_.GoOn();
@@ -44,8 +31,8 @@ CompletedView::CompletedView(forms::MainForm& form, lists::CompletedList& comple
     : form_(form), completed_(completed) {}
 
 void CompletedView::Enter() {
-  SetSoundShapingEnabled(form_, true);
-  DisableTransportKeys(form_);
+  SetEnabled(forms::SoundShapingKeys(form_), true);
+  SetEnabled(forms::TransportKeys(form_), false);
   completed_.RefreshCompletedList();
   completed_.SetCompletedButtons();
 }
@@ -57,16 +44,12 @@ ImportView::ImportView(forms::MainForm& form, lists::WaitingWork& waitingWork, A
 }
 
 void ImportView::Enter() {
-  SetSoundShapingEnabled(form_, true);
-  DisableTransportKeys(form_);
+  SetEnabled(forms::SoundShapingKeys(form_), true);
+  SetEnabled(forms::TransportKeys(form_), false);
   form_.cmdRefreshImportList.Visible = false;
   annex_.BuildImportList();
   OfferRefresh();
-  for (forms::Command* button :
-       {&form_.cmdSendImportFileToQueue, &form_.cmdSendAllImportFilesToQueue,
-        &form_.cmdDeleteOneImportFile, &form_.cmdDeleteAllImportFile}) {
-    button->Enabled = !form_.listViewImport.Rows().empty();
-  }
+  SetEnabled(forms::ImportKeys(form_), !form_.listViewImport.Rows().empty());
   waitingWork_.TakeAsSeen();
   waitingWork_.GoOn();
 }
@@ -86,7 +69,7 @@ void FtpView::Enter() {
   engine_.CloseFile();
   annex_.BuildFtpServers();
   // Nothing is to be played or printed here.
-  SetSoundShapingEnabled(form_, false);
+  SetEnabled(forms::SoundShapingKeys(form_), false);
   form_.sldVol.Enabled = false;
   form_.Slider1.Enabled = false;
   form_.mnuReport.Enabled = false;
