@@ -184,6 +184,8 @@ TEST_F(PulseMixerTest, ProgramsOwnStreamIsListedWhileItSoundsAndNobodyElses) {
   loop.Wait(300ms);
   EXPECT_EQ(page->Sources(), Names({"Output", "Microphone"}));
   {
+    // A stream that ran dry is opened anew, and at its full volume where nobody remembers another.
+    const AmpleSupply supply;
     platform::CubebPlayer player(loop);
     platform::SoundTouchTransform transform;
     SoundPump pump(player, transform);
