@@ -20,8 +20,9 @@ class OutputDevice {
 
   /// Frames a second at which the default device is at ease.
   virtual int PreferredRate() = 0;
-  /// Opens the device of that index of the last FindDevices and plays what `mixer` renders, silence
-  /// included; closes what was open. False when the device cannot be had.
+  /// Opens the device of that index of the last FindDevices, or the default one when that device is
+  /// gone, and plays what `mixer` renders, silence included; closes what was open. False when the
+  /// device cannot be had.
   [[nodiscard]] virtual bool Open(int index, int framesPerSecond, RtMixer& mixer) = 0;
   /// After it nothing renders any more.
   virtual void Close() = 0;

@@ -19,9 +19,9 @@ namespace tavlo::platform {
 ///
 /// The device is opened when a format is set, so that the first sound is not swallowed, and stays
 /// open on silence until it has been idle for kIdleSeconds, or for kIdleSecondsAfterPrompt when
-/// nothing but a prompt has sounded. A device that dies ends the sound and
-/// leaves the position where it was; while output is on, it is tried again every second, and the
-/// queue goes on where it stopped.
+/// nothing but a prompt has sounded. When it dies while output is on, there is silence, the
+/// position stands where it was, and the device is opened again at once and then every second; the
+/// queue goes on where it stopped. OutputDevice decides what stands in for a device that has gone.
 ///
 /// Prompts sound beside the document and know nothing of it: no start and no stop of it reaches
 /// them. They end with the device and are not taken up again.
