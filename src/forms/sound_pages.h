@@ -43,6 +43,7 @@ struct EqualizerPage {
       &frameConfigEqualizer,
       "cmdEqMid",
       {.caption = "Mid", .tooltip = "Emphasize midrange frequencies", .enabled = false}};
+  // The misspelling in these two tooltips is kept as users know it.
   PresetCommand cmdEqHi{
       &frameConfigEqualizer,
       "cmdEqHi",

@@ -254,6 +254,7 @@ void AudioEngine::HandleEndPlay() {
 }
 
 void AudioEngine::ShowHardwareFault() {
+  // The wording is kept as users know it, the carriage return included.
   loop_.Show({.title = "Tavlo Deck - Audio Hardware",
               .text = "The audio hardware currently selected does not support speed adjusted "
                       "playback of this document\n\n\r"

@@ -49,6 +49,7 @@ void Deck::EndSessionNow() {
 
 bool Deck::RefuseSecondCopy() {
   if (!platform_.anotherCopyRuns()) return false;
+  // The wording is kept as users know it, though it speaks of another system's keys.
   platform_.loop.Show(
       {.title = "Tavlo Deck - Running",
        .text = "The Tavlo Deck can not be started because Windows reports that it is already "

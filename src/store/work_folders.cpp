@@ -146,6 +146,7 @@ Locked WorkFolders::FileIsLocked(const std::string& path) {
 }
 
 base::MessageBox WorkFolders::QueueNetworkFault() const {
+  // The wording is kept as users know it, the carriage return included.
   return {.title = "Tavlo Deck - Network Fault",
           .text = "The .wav file's path " + InQueuePath +
                   " can not be found.\n\n\r"
