@@ -29,8 +29,9 @@ class FieldReader {
 
 namespace {
 
-constexpr std::size_t kLongestName = 255;
-constexpr std::size_t kLongestSubject = 15;
+/// The fields of a longer name are not read.
+constexpr std::size_t kLongestNameInCharacters = 255;
+constexpr std::size_t kLongestSubjectInCharacters = 15;
 
 /// base::NumberValue, with a short cut for the plain whole numbers that nearly all fields are.
 double Number(std::string_view text) {
@@ -126,7 +127,9 @@ bool HasDocumentBlanks(std::string_view name) {
 }
 
 void DocumentNames::ParseDocumentName(std::string_view name) {
-  if (name.size() > kLongestName && base::CharacterCount(name) > kLongestName) return FallBack();
+  if (name.size() > kLongestNameInCharacters &&
+      base::CharacterCount(name) > kLongestNameInCharacters)
+    return FallBack();
   Record.Extension = ExtensionOf(name);
   if (!HasDocumentBlanks(name)) return FallBack();
   const auto headEnd = name.find('_');
@@ -179,8 +182,8 @@ bool DocumentNames::ReadDemographics(FieldReader& fields) {
   const auto workType = fields.Next();
   if (!AtMost(workType, 99) || !Store(workType, Record.WorkType)) return false;
   Record.Subject = fields.Next();
-  const bool longSubject = Record.Subject.size() > kLongestSubject &&
-                           base::CharacterCount(Record.Subject) > kLongestSubject;
+  const bool longSubject = Record.Subject.size() > kLongestSubjectInCharacters &&
+                           base::CharacterCount(Record.Subject) > kLongestSubjectInCharacters;
   if (longSubject || !Store(fields.Next(), Record.SavedPosition)) return false;
   Record.Priority = fields.Next();
   return Record.Priority == "P" || Record.Priority == "0";

@@ -25,10 +25,11 @@ bool ContinuesACharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0)
 std::string NumberedName(std::string_view name, int number) {
   const std::string mark = number > 1 ? " (" + std::to_string(number) + ")" : "";
   const auto dot = name.rfind('.');
-  const bool hasExtension = dot != name.npos && dot > 0 && name.size() - dot < kLongestFileName / 2;
+  const bool hasExtension =
+      dot != name.npos && dot > 0 && name.size() - dot < kMostBytesOfAName / 2;
   const auto extension = hasExtension ? name.substr(dot) : std::string_view();
   auto stem = name.substr(0, name.size() - extension.size());
-  const std::size_t room = kLongestFileName - mark.size() - extension.size();
+  const std::size_t room = kMostBytesOfAName - mark.size() - extension.size();
   if (stem.size() > room) {
     std::size_t end = room;
     while (end > 0 && room - end < 3 && ContinuesACharacter(stem[end])) --end;

@@ -9,8 +9,8 @@
 
 namespace tavlo::store {
 
-/// Bytes that a file's name may have.
-inline constexpr std::size_t kLongestFileName = 255;
+/// What a file system takes. Documents' names are bounded in characters, see document_name.
+inline constexpr std::size_t kMostBytesOfAName = 255;
 
 /// What became of a move.
 struct [[nodiscard]] Moved {

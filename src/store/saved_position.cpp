@@ -36,7 +36,7 @@ std::string WithSavedPosition(const std::string& name, double position) {
 
 std::string CompletedName(const std::string& name) {
   const std::string newName = WithSavedPosition(name, 0);
-  return newName.size() > kLongestFileName ? name : newName;
+  return newName.size() > kMostBytesOfAName ? name : newName;
 }
 
 DiskResult WriteSavedPosition(double position, std::string& selectedQueueFile,

@@ -16,7 +16,7 @@ namespace {
 
 using store::DocumentRecord;
 
-constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kMostBytesOfAName = 255;
 
 /// Hands out what an input is made of, up to one line end after the other.
 class Lines {
@@ -82,7 +82,7 @@ class NameCheck {
     const std::string saved = store::WithSavedPosition(name, position);
     Promise(!IsPath(saved), "a saved position makes no path");
     if (!store::HasDocumentBlanks(name)) Promise(saved == name, "other names stay as they are");
-    if (!valid || !HoldsPositionsWhole(name) || saved.size() > kLongestName) return;
+    if (!valid || !HoldsPositionsWhole(name) || saved.size() > kMostBytesOfAName) return;
     Promise(Parse(saved), "a name with a saved position is a document's");
     Promise(names_.Record.SavedPosition == static_cast<std::int32_t>(position),
             "the position is read as it was written");

@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 namespace column = forms::document_column;
 
 constexpr std::uint32_t kF5 = 0xFFC2;
-constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kMostBytesOfAName = 255;
 
 /// A file and a port of this machine that a document may name and nobody may touch for it.
 class Bait {
@@ -105,7 +105,7 @@ std::map<std::string, Answer> FillQueue(const Home& home, const Bait& bait) {
   const std::string good = WaveBytes(Chirp(16000, 8000));
   const std::string head = good.substr(0, 44);
   std::string longest = DocumentName("Brown");
-  longest.insert(longest.find(" 0 0_.wav"), std::string(kLongestName - longest.size(), 'x'));
+  longest.insert(longest.find(" 0 0_.wav"), std::string(kMostBytesOfAName - longest.size(), 'x'));
   std::string claim = head + std::string(100, '\0');
   claim.replace(4, 4, 4, '\xFF').replace(40, 4, 4, '\xFF');
   const std::map<std::string, std::pair<std::string, Answer>> documents{

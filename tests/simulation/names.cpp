@@ -8,7 +8,7 @@
 namespace tavlo::simulation {
 namespace {
 
-constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kMostBytesOfAName = 255;
 
 constexpr std::array kAuthors{"Brown", "Okafor", "O'Neill", "", "Ångström", "\xFF\xFE", "a\nb"};
 constexpr std::array kMoments{"3 9 2004 14 5 12", "2 29 2004 23 59 59", "12 31 1999 0 0 0",
@@ -51,7 +51,7 @@ std::string Composed(Chance& chance) {
 std::string LongestComposed(Chance& chance) {
   test::Document document;
   document.Id(chance.Below(3000)).About("");
-  const std::size_t room = kLongestName - document.Name().size();
+  const std::size_t room = kMostBytesOfAName - document.Name().size();
   return document.About(std::string(room, 'x')).Name();
 }
 
@@ -60,7 +60,7 @@ std::string LongestComposed(Chance& chance) {
 std::string DrawName(Chance& chance) {
   const int kind = chance.Below(12);
   if (kind == 0) return LongestComposed(chance);
-  if (kind == 1) return std::string(kLongestName, static_cast<char>('a' + chance.Below(26)));
+  if (kind == 1) return std::string(kMostBytesOfAName, static_cast<char>('a' + chance.Below(26)));
   if (kind < 4) return chance.Pick(kForeign);
   return Composed(chance);
 }
@@ -85,7 +85,7 @@ std::string DrawLookAlike(const std::string& name, Chance& chance) {
     default:
       break;
   }
-  return alike.size() > kLongestName ? "" : alike;
+  return alike.size() > kMostBytesOfAName ? "" : alike;
 }
 
 }  // namespace tavlo::simulation

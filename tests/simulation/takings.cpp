@@ -12,7 +12,7 @@ namespace {
 const std::string kInQueue = Desk::Path("/Files/InQueue/");
 const std::string kCompleted = Desk::Path("/Files/Completed/");
 const std::string kRescued = Desk::Path("/Files/Rescued/");
-constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kMostBytesOfAName = 255;
 constexpr const char* kSetAside = ".Rescued ";
 
 std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
@@ -94,7 +94,7 @@ void Takings::LookWhetherItIsStored(const std::string& path, const std::string& 
                                         desk_.Rooms()->documentInWork.CurrentSamplePosition);
   const bool isThere = desk_.disk.Contents(stored) == contents;
   const bool keptItsName = desk_.disk.Contents(path) == contents;
-  const bool couldNot = desk_.disk.Has(stored) || stored.size() - folder.size() > kLongestName;
+  const bool couldNot = desk_.disk.Has(stored) || stored.size() - folder.size() > kMostBytesOfAName;
   if (!isThere && !(keptItsName && couldNot)) {
     Note("The end of the session has not stored " + Readable(stored));
   }

@@ -22,7 +22,7 @@ constexpr std::array<playback::SampleCount, 8> kLengths{0,      1,      7,      
                                                         80'000, 80'000, 400'000, 20'000'000};
 constexpr std::array kRates{8000, 11'025, 16'000, 44'100};
 constexpr std::uint64_t kPlentyOfSpace = 1'000'000'000;
-constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kMostBytesOfAName = 255;
 /// Files in a folder from which somebody begins to clear it.
 constexpr std::size_t kFullFolder = 40;
 
@@ -97,7 +97,7 @@ void World::DropDictation() {
 void World::DropAt(const std::string& path) {
   const auto slash = path.rfind('/');
   if (desk_.disk.Crashed() || desk_.disk.Has(path)) return;
-  if (!desk_.disk.Has(path.substr(0, slash)) || path.size() - slash - 1 > kLongestName) return;
+  if (!desk_.disk.Has(path.substr(0, slash)) || path.size() - slash - 1 > kMostBytesOfAName) return;
   const std::string contents = NewContents();
   desk_.disk.WithFile(path, contents);
   ledger_.Came(contents);

@@ -10,7 +10,7 @@ namespace {
 
 using store::DiskResult;
 
-constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kMostBytesOfAName = 255;
 constexpr std::chrono::seconds kKernelWritesAfter{30};
 
 std::string FolderOf(const std::string& absolute) {
@@ -336,7 +336,7 @@ bool SimulatedDisk::Is(const std::string& absolute, Kind kind) const {
 
 DiskResult SimulatedDisk::CanHold(const std::string& absolute) const {
   if (!Is(FolderOf(absolute), Kind::Folder)) return DiskResult::NotFound;
-  return NameOf(absolute).size() > kLongestName ? DiskResult::Failed : DiskResult::Done;
+  return NameOf(absolute).size() > kMostBytesOfAName ? DiskResult::Failed : DiskResult::Done;
 }
 
 bool SimulatedDisk::TakeSpace(const std::string& absolute, std::uint64_t bytes) {
