@@ -52,7 +52,7 @@ double NumberValue(std::string_view text) {
   const auto read =
       std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
   if (read.ec == std::errc::result_out_of_range) {
-    // What has only zeros in front of its point is too small, and not too large.
+    // A number with only zeros in front of its point is out of range because it is too small.
     if (text.find_first_of("123456789") > text.find('.')) return 0;
     return text.starts_with('-') ? -std::numeric_limits<double>::max()
                                  : std::numeric_limits<double>::max();

@@ -19,7 +19,8 @@ class Timer;
 enum class TimerKind { Rule, Feed };
 
 /// The running timers of one loop, ordered by (due, start number): timers that are due together run
-/// in the order in which they were started. Somebody else moves the time; the queue is told.
+/// in the order in which they were started. The queue reads no clock: its caller says what time it
+/// is.
 class TimerQueue {
  public:
   /// When the next timer of that kind is due; nothing when none runs.

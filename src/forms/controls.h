@@ -21,8 +21,7 @@
 ///   of a hidden frame. A hand needs the control and every pane around it visible and enabled, and
 ///   no message box open; otherwise what it does is dropped.
 /// - Writing an equal value does nothing. A rule's write of another value runs the change handler
-/// of
-///   texts, choices, tables' list index and ranges, never a range's release.
+///   of texts, choices, tables' list index and ranges, never a range's release.
 /// - A change handler may write its own control again and is then run again for that write.
 /// - A table sorts by the text of a column, stably.
 namespace tavlo::forms {
@@ -164,8 +163,8 @@ class Choice : public Control {
   void Click();
 };
 
-/// How a range's value is said to somebody who hears it: the numbers that its bounds stand for,
-/// what they are rounded to, and their unit.
+/// How a screen reader says a range's value: the numbers that its bounds stand for, what they are
+/// rounded to, and their unit.
 struct Scale {
   double atMinimum = 0;
   double atMaximum = 0;
@@ -208,13 +207,13 @@ class Range : public Control {
   std::function<void()> OnChange;
   std::function<void()> OnRelease;
 
-  /// A hand takes the slider, moves it, lets it go. What a hand took it also lets go, though a rule
-  /// or a message box has put the slider out of reach since.
+  /// A hand takes the slider, moves it, lets it go. Release also works when a rule or a message box
+  /// has put the slider out of reach since Press.
   void Press();
   void Change(int value);
   void Release();
-  /// A key on the slider: all three at once. The keyboard stays on the slider, though its rule
-  /// gives it away after a click, or a typist could never take a second step.
+  /// A key on the slider: all three at once. The keyboard stays on the slider, although its rule
+  /// gives the keyboard away after a click; otherwise the next key would not reach the slider.
   void Step(int value);
 
  private:
@@ -358,7 +357,8 @@ class Window : public Pane {
 
   void Activate();
   void CloseRequest();
-  /// The user moved or resized the window, or the window manager did. A mere move is no resize.
+  /// The user moved or resized the window, or the window manager did. OnResize does not run when
+  /// the window only moved.
   void Place(Twips left, Twips top, Twips width, Twips height, Shape shape);
 
   base::Loop& EventLoop() const { return loop_; }

@@ -10,7 +10,7 @@ double HeardValue(const Span& span, int value) {
   const Scale& scale = span.heard;
   const double share = 1.0 * (value - span.minimum) / (span.maximum - span.minimum);
   const double heard = scale.atMinimum + share * (scale.atMaximum - scale.atMinimum);
-  // Adding nought turns a negative one into a plain one.
+  // Adding zero turns a negative zero into one without a sign.
   return std::round(heard / scale.step) * scale.step + 0.0;
 }
 

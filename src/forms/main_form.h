@@ -223,7 +223,7 @@ struct MainForm {
                                 "comboFtpFileTypesToList",
                                 {.tooltip = "Choose the type of files to list", .enabled = false}};
 
-  // Texts that nobody sees: each holds the stored value of something that is shown otherwise.
+  // Texts that are never visible: each holds the stored value of something that is shown otherwise.
   Text txtSpeed{&frmMain, "txtSpeed", {.visible = false}};
   Text txtVolume{&frmMain, "txtVolume", {.visible = false}};
   Text txtPlayerTop{&frmMain, "txtPlayerTop", {.visible = false}};

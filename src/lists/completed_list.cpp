@@ -98,8 +98,8 @@ void CompletedList::ReturnToQueue() {
   }
   {
     const forms::Hourglass hourglass(form_.frmMain);
-    // The document leaves this folder, as settled, though a copy failed: then it is kept in the
-    // rescue folder. But nothing that waits in the Queue makes room for it.
+    // This is intended: the document leaves this folder even when its copy failed, and is then kept
+    // in the rescue folder. A document of the same name that waits in the Queue stays where it is.
     const store::Moved moved = moves_.MoveOrRescue(
         folders_.CompletedPath() + chosen, folders_.InQueuePath + chosen, store::InTheWay::Stays);
     window_.Say(MoveInWords(Trip::ToQueue, moved, chosen, folders_));
@@ -170,7 +170,7 @@ void CompletedList::DeleteAll() {
   form_.listViewCompleted.WhenEmpty =
       std::string(done && !deletion.othersStay ? kNothingCompleted : kSomeStay);
   if (!done) window_.Say(DeleteAllFailureInWords(deletion.result));
-  // Where there was nothing to delete the hourglass stays, as settled, until the next list is
+  // This is intended: where there was nothing to delete the hourglass stays until the next list is
   // built.
   if (!deletion.any) return;
   opening_.SelectedCompletedFile.clear();

@@ -38,7 +38,7 @@ class CompletedList {
   void LetPendingEventsPass();
   struct Deletion {
     bool any = false;                                    ///< There was something to delete.
-    bool othersStay = false;                             ///< Files that are no waves.
+    bool othersStay = false;                             ///< Files that are not waves.
     store::DiskResult result = store::DiskResult::Done;  ///< The first one that is not Done.
   };
   /// Deletes all waves of the folder, listed or not.
@@ -46,7 +46,7 @@ class CompletedList {
   void WriteCaption(double totalMilliseconds);
   bool UserAgrees(const char* title, const char* question);
   /// File name of the highlighted row; empty when there is none. A name that was clicked before the
-  /// list was built anew is no choice any more.
+  /// list was built anew does not count.
   std::string HighlightedFile() const;
 
   base::Loop& loop_;

@@ -51,7 +51,7 @@ void Finishing::Finish(Way way) {
   // Another list change is inside a wait: it may be about to select something else.
   if (!window_.guards.ListsMayChange()) return;
   if (form_.frmMain.WindowShape == forms::Shape::Normal) window_.SavePlayerPosition();
-  // A name that was clicked earlier and does not show any more is no document to take.
+  // A document that was clicked earlier and does not show any more must not be taken.
   if (!ChosenDocumentShows()) opening_.SelectedQueueFile.clear();
   window_.PlayRequested = false;
   DisableTransportButtons();
@@ -65,7 +65,7 @@ void Finishing::Finish(Way way) {
     const bool listIsWhole = RebuildList(way);
     if (way == Way::Complete) opening_.SelectedQueueFile.clear();
     document_.CurrentDocumentPath.clear();
-    // Of a list that could not be read nobody knows which document is next.
+    // When the list could not be read it is not known which document is next.
     if (listIsWhole) AutoQueueNextDocument();
   }
   waitingWork_.TakeAsSeen();
@@ -137,9 +137,9 @@ void Finishing::SavePosition() {
 
 void Finishing::MoveToCompleted() {
   const std::string& name = opening_.SelectedQueueFile;
-  // The document leaves the Queue in every case, as settled; what a failed copy would destroy is
-  // kept in the rescue folder. It takes its name at position 0 on the way: under that name another
-  // document may wait in the Queue.
+  // This is intended: the document leaves the Queue even when its copy failed, and is then kept in
+  // the rescue folder. It takes its name at position 0 on the way: under that name another document
+  // may wait in the Queue.
   const store::Moved moved = moves_.MoveOrRescue(
       folders_.InQueuePath + name, folders_.CompletedPath() + store::CompletedName(name));
   window_.Say(MoveInWords(Trip::ToCompleted, moved, name, folders_));

@@ -28,7 +28,7 @@ std::string Kept(const std::string& path, const store::WorkFolders& folders) {
   return std::string(inRescueFolder ? " is in the rescue folder: " : " is kept as ") + path;
 }
 
-/// Documents that wait under a name are what a person knows of what stands in a folder.
+/// The general words for AlreadyThere speak of a file; here it is a document that waits.
 std::string Because(DiskResult result) {
   if (result == DiskResult::AlreadyThere) return "another document of that name waits.";
   return std::string(store::WhyNot(result)) + ".";

@@ -24,7 +24,7 @@ std::string MoveInWords(Trip trip, const store::Moved& moved, const std::string&
 std::string DeleteFailureInWords(store::DiskResult result, const std::string& name);
 std::string DeleteAllFailureInWords(store::DiskResult result);
 
-/// What stands in a list without rows when nobody knows what its folder holds.
+/// What stands in a list without rows when it is not known what its folder holds.
 inline constexpr std::string_view kListIsNotWhole =
     "This list is not whole\nIt shows what is there once it can be read again.";
 /// `list` is "Queue" or "Completed".

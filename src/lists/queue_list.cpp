@@ -51,7 +51,8 @@ bool QueueList::RefreshQueueList() {
 
 store::Locked QueueList::ParseIfFree(const std::string& scanFileName) {
   names_.ParseDocumentName(scanFileName);
-  // A file with a saved position was opened and saved by this program: nobody else is writing it.
+  // A file with a saved position was opened and saved by this program, so no other one is writing
+  // it.
   if (names_.Record.SavedPosition != 0) return store::Locked::No;
   return folders_.FileIsLocked(folders_.InQueuePath + scanFileName);
 }

@@ -16,7 +16,7 @@ class WorkFigures {
   virtual void TakeWaitingWorkAsSeen() = 0;
 };
 
-/// The watch for new work while nobody does anything: it is paused while a list changes, and goes
+/// The watch for new work while the deck is not used: it is paused while a list changes, and goes
 /// on with what waits then taken as seen.
 class WaitingWork : public window::AlertTimer {
  public:
@@ -30,9 +30,9 @@ class WaitingWork : public window::AlertTimer {
   void Pause() { tmrWorkWaitingAlert.Stop(); }
   void GoOn() { tmrWorkWaitingAlert.Start(); }
   void RestartWith(base::Duration interval) override;
-  /// Somebody is at the desk: the next check comes a full period later.
+  /// The user did something: the next check comes a full period later.
   void UserActed() { AlertTicks = 0; }
-  /// A list was just built, so what waits now is no news.
+  /// A list was just built: only work that comes later raises an alert.
   void TakeAsSeen() { figures_.TakeWaitingWorkAsSeen(); }
 
  private:

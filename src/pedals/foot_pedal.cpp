@@ -102,7 +102,7 @@ void FootPedal::PressSide(bool isLeft) {
   const bool swapped = config_.txtSwapRewFwdPedals.Value.Get() != "N";
   const bool backwards = isLeft != swapped;
   const bool mayBeDouble = config_.txtSkipBegEnd.Value.Get() != "N";
-  // The time belongs to the pedal under the foot, not to what it does.
+  // Each pedal has its own time of the last press, whichever direction it winds in.
   double& lastPress = isLeft ? transport_.LastRewindPressTime : transport_.LastForwardPressTime;
   const double now = loop_.WallClock().SecondsSinceMidnight();
   if (mayBeDouble && IsDoublePress(now, lastPress)) {

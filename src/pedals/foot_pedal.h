@@ -23,8 +23,8 @@ class FootPedal {
   Pedal PedalEvent = Pedal::None;
   /// What a pedal that is polled dispatched last.
   Pedal LastPedalEvent = Pedal::None;
-  /// The pedal of `LastPedalEvent` has gone up while nobody listened: the next event is news,
-  /// though it were the same, and there is nothing left to release.
+  /// The pedal of `LastPedalEvent` went up while `MayDispatch` was false: the next event is
+  /// dispatched even when it is the same, and no release is.
   bool ReleaseWentUnheard = false;
   bool LeftPedalDown = false;
   bool CenterPedalDown = false;
@@ -32,14 +32,14 @@ class FootPedal {
 
   /// Takes the physical state and lights the pedals of the configuration. Dispatches nothing.
   void Take(bool left, bool center, bool right);
-  /// True when the player would listen: a document is in work, or the center pedal may begin one.
+  /// True when a pedal may act: a document is in work, or the center pedal may begin one.
   bool MayDispatch() const;
   /// Acts on `PedalEvent`.
   void DispatchPedalEvent();
   /// The pedal that the player believes to be down, as far as a pedal that is polled has told it.
   Pedal HeldLast() const { return ReleaseWentUnheard ? Pedal::None : LastPedalEvent; }
-  /// For a pedal that is polled: dispatches an event that is news, and keeps in mind a release that
-  /// nobody listens to.
+  /// For a pedal that is polled: dispatches an event that differs from the last one, and remembers
+  /// a release that may not be dispatched.
   void DispatchNews();
   /// Forgets every press, as a start does.
   void Reset();

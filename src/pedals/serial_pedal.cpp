@@ -70,7 +70,7 @@ void SerialPedal::Stop() {
   port_.Close();
 }
 
-/// Nobody will see the foot go up any more.
+/// The port is not read any more, so a pedal that is down counts as released.
 void SerialPedal::Release() {
   const bool held = std::exchange(held_, {}) != SerialLines{};
   const bool heard = pedal_.HeldLast() != Pedal::None;

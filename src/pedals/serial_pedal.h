@@ -11,7 +11,7 @@
 namespace tavlo::pedals {
 
 /// The pedal on a serial port: a switch box of which each pedal closes one status line. It is
-/// polled, and only a change is dispatched; one that comes while nobody would listen stays pending.
+/// polled, and only a change is dispatched; one that comes while a pedal may not act stays pending.
 class SerialPedal : public window::PedalChoice {
  public:
   SerialPedal(base::Loop& loop, forms::ConfigurationForm& config, FootPedal& pedal,

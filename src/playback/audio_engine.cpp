@@ -14,8 +14,8 @@ using base::operator""ms;
 constexpr std::int64_t kBlockMilliseconds = 500;
 /// The time label trails by the half second that is queued ahead of the ear.
 constexpr double kQueuedAheadMilliseconds = 500.0;
-/// An end that comes earlier before the measured one is none. Measuring and decoding may differ by
-/// some frames of the coding, which are far shorter.
+/// A document counts as heard to its end when no more than this is missing of its measured length.
+/// Measuring and decoding may differ by some frames of the coding, which are far shorter.
 constexpr std::int64_t kMostUnheardMilliseconds = 500;
 
 /// The lowest 40 units of the meter scale are cut off and the rest widened to the bar's 0 to 100.
@@ -144,7 +144,7 @@ void AudioEngine::StartPlay() {
 
 void AudioEngine::StopPlay() {
   player_.StopOutput();
-  // A wind runs the deck too, and a stop of what does not play leaves it winding.
+  // A wind runs the deck too, and goes on when a document is stopped that does not play.
   if (std::exchange(IsPlaying, false)) form_.DeckRuns = false;
   IsPaused = false;
   form_.MeterLeft.Value = 0;
@@ -215,8 +215,8 @@ void AudioEngine::HandleTimer(SampleCount currentSamples, double levelLeft, doub
   form_.MeterLeft.Value = MeterValue(levelLeft);
   form_.MeterRight.Value = MeterValue(levelRight);
 
-  // The three sums below treat the speed differently. They are kept as they stand: the stored
-  // position is the truth, the label trails by what is queued, the text feeds nobody's arithmetic.
+  // The three sums below treat the speed differently. This is intended: the position is exact, the
+  // label trails by what is queued, and no rule calculates with the text.
   const auto reached =
       static_cast<double>(player_.SamplesToMilliseconds(current + PlayStartSample));
   FilePositionText = base::NumberText(reached * speed);

@@ -27,7 +27,7 @@ struct SampleArray {
   int channels = 1;
   Side side = Side::Whole;
   /// The part of the document, in its own samples, that the block plays. Stretching changes the
-  /// values and keeps the truth of the range, so that the player can tell where the ear is.
+  /// values and leaves the range as it is, so that the player can tell where the ear is.
   double sourceBegin = 0;
   double sourceEnd = 0;
   /// Nothing comes after this block: what holds samples back must let them go.
@@ -100,8 +100,8 @@ class AudioPlayer {
   /// The format of the arrays to come.
   virtual void SetOutputFormat(int samplesPerSecond, int channels) = 0;
   /// Begins to play what is queued from now on. False (a fault) when the device cannot be had for
-  /// the format, so that another may be chosen. A machine without any device has nothing to choose:
-  /// that is no fault but a negative OpenStatus.
+  /// the format, so that another may be chosen. On a machine without any device there is none to
+  /// choose: it returns true, and OpenStatus is negative.
   [[nodiscard]] virtual bool StartOutput() = 0;
   /// Silence within a few milliseconds, without a click; drops the queue. Raises OnTimer once more,
   /// so that the position is where the ear was, before it returns.

@@ -9,8 +9,8 @@
 
 namespace tavlo::playback {
 
-/// The equalizer page: twelve bands, five curves, on and off. The sliders are the truth of what
-/// sounds; a curve only sets them.
+/// The equalizer page: twelve bands, five curves, on and off. What sounds is what the sliders are
+/// set to; a curve only sets them.
 class Equalizer : public window::ConfigurationPage {
  public:
   Equalizer(base::Loop& loop, forms::ConfigurationForm& config, AudioPlayer& player);

@@ -30,8 +30,8 @@ class MixerPage : public window::ConfigurationPage {
   forms::ConfigurationForm& config_;
   AudioPlayer& player_;
   SourceMixer& mixer_;
-  /// A hand holds a slider. The page stands still under it, lest the slider jump away or its strip
-  /// become another source's.
+  /// A hand holds a slider. The page stands still meanwhile, so that the slider does not jump and
+  /// its strip keeps its source.
   bool held_ = false;
   bool changedWhileHeld_ = false;
 };

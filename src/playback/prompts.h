@@ -19,7 +19,7 @@ class Prompts : public Voice {
   double PromptVolumeHalf = 15000.0;
 
   /// Speaks the recording of that name, at the prompts' volume; does not wait for its end. The
-  /// player's master volume is the prompts' until somebody sets it again.
+  /// player's master volume is the prompts' until it is set again.
   void PlayPrompt(PromptName name) override;
   void StopPrompt() override;
   /// Lets go of the recording that was played last.

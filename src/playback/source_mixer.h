@@ -34,13 +34,13 @@ class SourceMixer {
   /// Negative: the source has no panel of its own.
   virtual int SourceHasAdvanced() const = 0;
 
-  /// Each is told at once by its question and reaches the device soon after. A source that has gone
-  /// meanwhile takes no harm; a value that the source has already changes nothing.
+  /// Each is told at once by its question and reaches the device soon after. A write to a source
+  /// that has gone meanwhile does nothing; a value that the source has already changes nothing.
   virtual void SetSourceVolume(int volume) = 0;
   virtual void SetSourceBalance(int balance) = 0;
   virtual void SetSourceMute(bool mute) = 0;
 
-  /// Sources came, went, or were changed by somebody else: SelectDevice lists them anew.
+  /// Sources came, went, or were changed by another program: SelectDevice lists them anew.
   std::function<void()> OnChange;
 };
 

@@ -205,7 +205,7 @@ void Transport::RewindCommand() {
   ShowPosition();
   if (form_.slPosition.Value == 100) {
     form_.cmdSkip.Enabled = true;
-    // The slider rounds: half a percent of a long document may be minutes that nobody heard.
+    // The slider rounds: half a percent of a long document may be minutes that were not heard.
     if (wasAtTheEnd) window_.OfferComplete();
     form_.cmdSave.Enabled = true;
   }

@@ -6,8 +6,8 @@ namespace tavlo::playback {
 
 enum class Wind { None, Rewind, Forward };
 
-/// Moves the dictation under the typist's foot. Rewind and forward are no scrub: they are jumps of
-/// a set distance, each marked by a tone, at a cadence that can accelerate. Nothing of the document
+/// Moves the dictation under the typist's foot. Rewind and forward do not scrub: they jump by a set
+/// distance, each jump marked by a tone, at a cadence that can accelerate. Nothing of the document
 /// sounds while it winds; Play picks up from where it stands, less the auto-backspace.
 class Transport {
  public:
@@ -17,8 +17,8 @@ class Transport {
   Wind WindDirection = Wind::None;
   int WindTickCount = 0;
   /// Seconds since midnight of the last presses of the left and the right pedal. A skip makes both
-  /// 0, so that a press from before it is no first of two. The press that skipped is recorded
-  /// behind its skip, as every press is: one more of that pedal in time skips again.
+  /// 0, so that a press from before it does not count as the first of two. The press that skipped
+  /// is recorded behind its skip, as every press is: one more of that pedal in time skips again.
   double LastRewindPressTime = 0;
   double LastForwardPressTime = 0;
 
@@ -37,7 +37,7 @@ class Transport {
   void StopWindAndPreview();
   /// Tells the user about a document of the Queue that cannot be played, and lets Complete take it
   /// out of the Queue. One that can be played, or whose measuring was refused, needs no word. One
-  /// that is out of reach is not offered to Complete: nobody knows what it holds.
+  /// that is out of reach is not offered to Complete, since it may hold sound that was not heard.
   void Explain(Primed primed);
   /// Tells the user about a document of any list that is gone or whose folder cannot be reached.
   void SayOutOfReach();

@@ -35,7 +35,7 @@ void Exit::ExitByMenu() {
 }
 
 void Exit::EndSession() {
-  // A box in that pass would keep the key from ever getting there.
+  // A box in that pass would keep the pressed key from being carried out.
   if (rooms_.finishing.OutcomeIsDue() && !loop_.MessageBoxOpen()) {
     loop_.Post([this] { EndSession(); });
     return;

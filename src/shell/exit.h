@@ -8,8 +8,9 @@
 namespace tavlo::shell {
 
 /// The exit rules. A close request never closes the window by itself: the process ends when every
-/// test has passed, and a refusal leaves all as it was, except that playback has stopped. Only the
-/// end of the desktop's session asks nobody: it stores what there is to store and ends.
+/// test has passed, and a refusal leaves all as it was, except that playback has stopped. At the
+/// end of the desktop's session nothing is asked or refused: what there is to store is stored, and
+/// the process ends.
 class Exit {
  public:
   /// `endProcess` ends the process once the loop is back at its top, or at once when the session

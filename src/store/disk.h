@@ -36,9 +36,9 @@ struct Listing {
 };
 
 enum class Readiness {
-  Free,              ///< Nobody writes into it and it may be opened.
+  Free,              ///< No program writes into it and it may be opened.
   FreeReadOnly,      ///< As Free, and its attributes are not the normal ones.
-  InUse,             ///< Somebody has it open for writing, or it still grows.
+  InUse,             ///< A program has it open for writing, or it still grows.
   Unusable,          ///< It cannot be opened, or it is no plain file (any more).
   ProcessInTrouble,  ///< The process has no handles or memory left to ask.
 };

@@ -103,7 +103,7 @@ FileMoves::Place FileMoves::CopyBeside(const std::string& source, const std::str
   for (int number = 1; copied == DiskResult::AlreadyThere && number <= kMostOfOneName; ++number) {
     path = folder + NumberedName(kHalfCopyName, number);
     copied = disk_.Copy(source, path);
-    // In our own tree nobody else moves, so what stands there is left from a crash.
+    // Only this program moves files in its own tree, so what stands there is left from a crash.
     if (copied == DiskResult::AlreadyThere && IsInOurTree(folder) &&
         disk_.Delete(path) == DiskResult::Done) {
       copied = disk_.Copy(source, path);

@@ -16,7 +16,7 @@ void CopyMissing(Disk& disk, const std::string& installed, const std::string& fo
   }
   for (const std::string& name : listing.names) {
     if (disk.Look(folder + name) != Entry::Nothing) continue;
-    // A dot file is no file to any list, so a copy that a crash cut short is never taken for one.
+    // No listing gives dot files, so a copy that a crash cut short is never taken for a whole one.
     const std::string beside = folder + "." + name + ".new";
     if (disk.Look(beside) == Entry::PlainFile) std::ignore = disk.Delete(beside);
     const bool copied = disk.Copy(installed + name, beside) == DiskResult::Done;

@@ -30,7 +30,7 @@ std::string Running(const forms::MainForm& form) {
       break;
   }
   if (InWork(form)) return "Playing";
-  // Nobody may have chosen it: after Complete the next one comes by itself.
+  // The user may not have chosen it: after Complete the next one comes by itself.
   const std::string document = Document(form);
   return document.empty() ? "Previewing" : "Previewing: " + document;
 }

@@ -6,9 +6,9 @@
 
 namespace tavlo::window {
 
-/// What the deck does, in a few words for somebody who hears the window instead of seeing it: no
-/// document, selected, previewing, playing, winding, stopped and where, at an end. It changes with
-/// the state and never with the running time.
+/// What the deck does, in a few words for a screen reader: no document, selected, previewing,
+/// playing, winding, stopped and where, at an end. It changes with the state and never with the
+/// running time.
 std::string DeckInWords(const forms::MainForm& form);
 
 }  // namespace tavlo::window

@@ -25,7 +25,8 @@ class Guards {
   /// The keys, pedals and sliders of the player may move or change what sounds.
   bool TransportMayAct() const { return !ListTransitionBusy; }
   bool ListsMayChange() const { return !ListPauseActive; }
-  /// The refresh under way is one that nobody asked for: no prompt, no change of the keyboard.
+  /// The refresh under way is one that the user did not ask for: no prompt, no change of the
+  /// keyboard.
   bool RefreshIsQuiet() const { return QuietRefresh; }
 
  private:
@@ -58,7 +59,7 @@ class ListTransition {
   Raised pause_;
 };
 
-/// A refresh that nobody asked for.
+/// A refresh that the user did not ask for.
 class QuietRefreshing {
  public:
   explicit QuietRefreshing(Guards& guards) : quiet_(guards.QuietRefresh) {}

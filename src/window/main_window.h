@@ -50,7 +50,7 @@ class MainWindow {
   void SayWhile(bool so, const std::string& text);
   void ForgetNotice();
 
-  /// Gives the keyboard to nobody.
+  /// Takes the keyboard away from every key and list.
   void FocusAway() { form_.frmMain.FocusOn(form_.txtFocus); }
 
   /// True while only the player shows.

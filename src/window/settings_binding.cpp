@@ -246,7 +246,8 @@ bool SettingsBinding::Write(Table table, int row, const store::Assignments& fiel
 }
 
 void SettingsBinding::TellFailure() {
-  // Told from the loop's top, since a box must not interleave the rule that made the change.
+  // Told from the loop's top: a box turns the loop, which must not happen inside the rule that made
+  // the change.
   loop_.Post([&loop = loop_, reason = settings_.LastFailure()] {
     loop.Show({.title = "Tavlo Deck - Settings",
                .text = "The settings can not be saved. " + reason +

@@ -187,7 +187,7 @@ void SimulatedPlayer::Feed() {
   while (running_ && !queue_.empty() && finished(queue_.front())) FinishBlock();
   if (!running_) return;
   if (queue_.empty()) {
-    // Whoever emptied the queue may be about to fill it.
+    // The rule that emptied the queue may be about to fill it.
     if (!std::exchange(freshQueue_, false) && !endRaised_) {
       endRaised_ = true;
       if (OnEndPlay) OnEndPlay();

@@ -27,7 +27,7 @@ struct SimulatedSound {
   SampleCount sounding = std::numeric_limits<SampleCount>::max();
 };
 
-/// Decodes what the test laid out by path. A path that nobody laid out cannot be played. What is
+/// Decodes what the test laid out by path. A path that was not laid out cannot be played. What is
 /// laid out may be changed while it is open.
 class SimulatedAudioFile : public playback::AudioFile {
  public:

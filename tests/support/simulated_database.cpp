@@ -71,7 +71,7 @@ std::string FileText(const SettingsTables& tables) {
   return text.str();
 }
 
-/// Nothing when the text is no whole database.
+/// Nothing when the text is not a whole database.
 std::optional<SettingsTables> TablesOf(const std::string& text) {
   std::istringstream lines(text);
   std::string line;

@@ -39,7 +39,7 @@ class SimulatedDisk : public store::Disk {
   void SetUnreadable(const std::string& path) { entries_.at(Absolute(path)).unreadable = true; }
   void Write(const std::string& path, const std::string& contents);
   void Remove(const std::string& path) { entries_.erase(Absolute(path)); }
-  /// Runs once, at the end of the next copy: somebody interferes.
+  /// Runs once, at the end of the next copy: another program interferes.
   std::function<void()> OnNextCopy;
 
   // Faults. Operations are counted from the call, the next one being 1.
@@ -71,7 +71,7 @@ class SimulatedDisk : public store::Disk {
   /// Bytes left on the file system that holds `path`; without end until this is called.
   void SetFreeSpace(const std::string& path, std::uint64_t bytes);
 
-  // What stands on the disk now. Looking is no operation.
+  // What stands on the disk now. Looking is neither counted nor recorded.
   bool Has(const std::string& path) const { return entries_.contains(Absolute(path)); }
   bool IsReadOnly(const std::string& path) const { return entries_.at(Absolute(path)).readOnly; }
   std::string Contents(const std::string& path) const;

@@ -32,8 +32,8 @@ class SimulatedLoop : public base::Loop {
   void SetWallClock(base::CalendarTime moment);
 
   /// What the person in front of the boxes will do: the reply, after `delay` of looking at it, with
-  /// `meanwhile` run while the box stands. A box that nobody expected is answered Ok (or No) at
-  /// once and stands in `Shown` like all others.
+  /// `meanwhile` run while the box stands. A box that the test did not expect is answered Ok (or
+  /// No) at once and stands in `Shown` like all others.
   struct Answer {
     base::Reply reply = base::Reply::Ok;
     base::Duration delay{0};

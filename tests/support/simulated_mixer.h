@@ -31,7 +31,7 @@ class SimulatedMixer : public playback::SourceMixer {
   std::string DeviceName;
   int Looks = 0;
 
-  /// Somebody else has changed what stands in Devices.
+  /// Another program has changed what stands in Devices.
   void TellChange() {
     if (OnChange) OnChange();
   }

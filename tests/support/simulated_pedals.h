@@ -38,7 +38,7 @@ class SimulatedUsbWatcher : public pedals::UsbWatcher {
  public:
   bool CanStart = true;
   bool CanStop = true;
-  /// False: reads fail and leave a press of the center pedal in the buffer, which nobody made.
+  /// False: reads fail and leave a press of the center pedal in the buffer that was never made.
   bool CanRead = true;
   pedals::UsbPresence Pedal = pedals::UsbPresence::Ready;
   std::vector<int> Picked;  ///< The figures that the last watch was started with.

@@ -46,7 +46,8 @@ struct Program::Parts {
     return lock->AnotherCopyRuns();
   }
 
-  /// A session that ends waits for nobody, and a screen that is gone cannot be taken leave of.
+  /// When the session ends the process ends here: the session does not wait, and the toolkit could
+  /// not close its windows on a screen that is gone.
   void End(int status) {
     if (sessionEnds) std::_Exit(status);
     loop.Quit(status);

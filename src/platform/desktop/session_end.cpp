@@ -26,13 +26,13 @@ constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
 /// What the toolkit says just before it ends the process.
 constexpr std::array kScreenIsGone{"The X11 connection broke", "The Wayland connection "};
 
-/// A signal handler is handed nothing but its signal, so this stands beside it. Below 0 while
-/// nobody listens.
+/// The pipe that wakes the watch. A signal handler is given nothing but its signal, so it must find
+/// this by itself. Below 0 while there is no watch.
 std::atomic<int> wakeEnd = -1;
 
 void Wake(int) {
   const int before = errno;
-  // A pipe that is full has been told already.
+  // A write into a full pipe fails, and then the watch is being woken anyway.
   [[maybe_unused]] const ssize_t written = ::write(wakeEnd, "!", 1);
   errno = before;
 }

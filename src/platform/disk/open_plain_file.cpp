@@ -29,7 +29,7 @@ FileHandle OpenInSpiteOfSignals(const std::string& path, int flags) {
 FileHandle OpenPlainFile(const std::string& path, Links links) {
   // A path with a NUL in it would open another file than the one that was named.
   if (path.find('\0') != path.npos) return Refuse();
-  // Without O_NONBLOCK a pipe that nobody writes into would hold the whole program.
+  // Without O_NONBLOCK a pipe without a writer would hold the whole program.
   const int follow = links == Links::Refused ? O_NOFOLLOW : 0;
   FileHandle file = OpenInSpiteOfSignals(path, O_RDONLY | O_NONBLOCK | follow);
   struct stat facts;

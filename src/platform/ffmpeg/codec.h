@@ -27,7 +27,7 @@ using Owned = std::unique_ptr<T, FreeFfmpeg>;
 Owned<AVCodecParameters> NewParameters();
 Owned<AVPacket> NewPacket();
 
-/// Silences the library's own messages: a broken document is no news for a terminal.
+/// Silences the library's own messages, which would tell of broken documents on the standard error.
 void QuietFfmpeg();
 
 /// One of the audio decoders that we list, and no other.

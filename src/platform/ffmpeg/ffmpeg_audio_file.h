@@ -54,7 +54,7 @@ class FfmpegAudioFile : public playback::AudioFile {
   bool measuring_ = false;
   std::unique_ptr<Decoder> decoder_;
   bool refused_ = false;  ///< The decoder could not be made.
-  /// The whole of what was measured can be read, as far as anybody knows before it is.
+  /// False once a part of what was measured could not be read.
   bool whole_ = true;
   bool ended_ = false;       ///< The decoder has nothing behind `decoded_`.
   bool seekFailed_ = false;  ///< The decoder does not stand where it should.

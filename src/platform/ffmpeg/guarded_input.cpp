@@ -61,7 +61,7 @@ bool GuardedInput::Open(const ContainerFormat& format) {
   context_->max_analyze_duration = kProbeTime;
   context_->format_whitelist = av_strdup(format.name);
   context_->codec_whitelist = av_strdup(Codec::Listed());
-  // The list of allowed protocols has one name, and it is nobody's.
+  // The only name in the list of allowed protocols is one that no protocol has.
   context_->protocol_whitelist = av_strdup("none");
   budget_ = kMostBytes;
   return libav.avformat_open_input(&context_, nullptr, reader, nullptr) >= 0;

@@ -23,8 +23,8 @@ struct SoundFigures {
 /// twice as many at most (some 20 MB).
 class MeasuredFiles {
  public:
-  /// What somebody saw of the file a moment ago, which spares asking the disk again; nothing when
-  /// nobody did.
+  /// What was seen of the file a moment ago, which spares asking the disk again; nothing when it
+  /// was not looked at.
   using JustSeen = std::function<std::optional<FileIdentity>(const std::string& path)>;
   explicit MeasuredFiles(JustSeen justSeen = {}) : justSeen_(std::move(justSeen)) {}
 

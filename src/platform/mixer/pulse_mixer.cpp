@@ -11,7 +11,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr const char* kProgramName = "Tavlo Deck";
-/// More than any burst of news takes; the rest waits for the next look.
+/// More than any burst of messages takes; the rest waits for the next look.
 constexpr int kTurnsOfALook = 64;
 
 bool IsWanted(const pa_sink_info&) { return true; }

@@ -15,7 +15,7 @@ namespace tavlo::platform {
 
 /// The mixer of PulseAudio, which PipeWire's server speaks too. It keeps its own picture of what
 /// the server has and brings it up to date as the server tells of changes, so every question is
-/// answered at once; a server that does not answer, or is not there, delays nobody. It has no
+/// answered at once; a server that does not answer, or is not there, delays nothing. It has no
 /// thread: the loop looks at the connection every kPumpMilliseconds.
 class PulseMixer : public playback::SourceMixer {
  public:

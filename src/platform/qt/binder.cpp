@@ -36,7 +36,8 @@ void NameAs(QWidget& widget, const ControlType& control) {
 }  // namespace
 
 Binder::Binder(const QtLoop& loop) : loop_(loop) {
-  // Before the first widget: what a screen reader gets of one is settled when it is first named.
+  // Before the first widget: what a screen reader gets of a widget is decided when that is first
+  // named.
   InstallAccessibleParts();
 }
 

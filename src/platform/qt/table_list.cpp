@@ -317,7 +317,7 @@ void TableList::ChooseByKey(int row) {
 }
 
 void TableList::mouseMoveEvent(QMouseEvent* event) {
-  // A drag over the rows would mark rows that nobody clicked.
+  // A drag over the rows would mark rows that were not clicked.
   if (event->buttons() == Qt::NoButton) QTableView::mouseMoveEvent(event);
 }
 

@@ -58,7 +58,8 @@ QRect TopWindow::WithinReach() const {
 QRect TopWindow::Outer() const {
   QRect place = geometry();
   if (windowHandle()) place = place.marginsAdded(windowHandle()->frameMargins());
-  // What the toolkit makes up where nobody tells it must not become the place that is remembered.
+  // Where the desktop does not tell the place the toolkit makes one up, which must not be
+  // remembered.
   if (!placed_) place.moveTopLeft(Wanted().topLeft());
   return place;
 }
@@ -149,7 +150,7 @@ void TopWindow::ShowVisible() {
   windowHandle()->setProperty("_q_showWithoutActivating", comesBack_);
   const bool keyboardIsOurs = QGuiApplication::focusWindow() != nullptr;
   setVisible(form_.Visible);
-  // Left to themselves, some window managers give the keyboard to nobody when one window takes the
+  // Left to themselves, some window managers give the keyboard to no window when one takes the
   // place of another.
   if (form_.Visible && keyboardIsOurs && !comesBack_) activateWindow();
 }
@@ -240,7 +241,7 @@ void TopWindow::NoticeReturn() {
     wentAway_ = true;
     return;
   }
-  // Its frame has come with it, and where that does not move the window nobody tells.
+  // The window has its frame now, and where that does not move the window no event tells.
   settle_.start();
   // Called back before the toolkit had heard that it was gone, it would stay minimized to the
   // toolkit for good.

@@ -80,7 +80,7 @@ class TopWindow : public QWidget {
   bool screensChanged_ = false;
   bool comesBack_ = false;     ///< It is no longer minimized, and not yet in front.
   bool wentAway_ = false;      ///< The screen has lost the window since it was minimized.
-  bool notMinimized_ = false;  ///< The form wants to be, and nobody here could call it back.
+  bool notMinimized_ = false;  ///< The form wants to be, and this desktop could not bring it back.
   bool shownTopMost_ = false;
   unsigned shownFocus_ = 0;
   bool told_ = false;

@@ -154,7 +154,8 @@ long CubebDevice::RtData(cubeb_stream* /*stream*/, void* self, const void* /*inp
   return frames;
 }
 
-/// The sound goes before other work where the user may ask for that; where not, nothing changes.
+/// Asks the kernel to run this thread before others. Where the user may not ask that, it changes
+/// nothing.
 void CubebDevice::RtGoFirst() {
   const sched_param first{.sched_priority = 1};
   ::sched_setscheduler(0, SCHED_RR | SCHED_RESET_ON_FORK, &first);

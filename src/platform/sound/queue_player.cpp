@@ -53,7 +53,7 @@ bool QueuePlayer::StartOutput() {
   if (!open) return deviceNames_.empty();
   BeginRun();
   outputOn_ = true;
-  // What ran dry while nothing sounded was heard by nobody.
+  // It does not matter whether the device ran dry while nothing sounded.
   device_.TakeRanDry();
   mixer_.TakePeaks();
   nextReport_ = loop_.Now() + milliseconds(kReportMilliseconds);
@@ -196,8 +196,8 @@ void QueuePlayer::CloseDevice() {
   Settle();
 }
 
-/// A device that has gone is looked for again while somebody listens, and one that made a gap is
-/// opened with more ahead of it.
+/// While output is on, a device that has gone is opened again (OutputDevice says what stands in for
+/// it), and one that made a gap is opened with more ahead of it.
 void QueuePlayer::FollowDevice() {
   const bool lives = device_.IsOpen() && !device_.HasFailed();
   if (lives ? !device_.TakeRanDry() : loop_.Now() < nextRetry_) return;
@@ -218,7 +218,7 @@ void QueuePlayer::BeginRun() {
 }
 
 /// Waits until the ramp of what was dropped is rendered. Without a living device the loop renders
-/// it itself, into nothing, lest the next device begin with it.
+/// it itself and drops it, so that the next device does not begin with it.
 void QueuePlayer::Settle() {
   if (device_.HasFailed()) device_.Close();
   for (int waited = 0; waited < kSettleMilliseconds && !mixer_.Settled(); ++waited) {

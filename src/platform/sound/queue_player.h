@@ -30,7 +30,7 @@ class QueuePlayer : public playback::AudioPlayer {
   /// Silence after which the device is given back. Longer keeps the first sound after a pause
   /// prompt and costs the device's wake-ups meanwhile. No prompt may be longer.
   static constexpr int kIdleSeconds = 60;
-  /// Who only hears a prompt does not wait for a first sound.
+  /// Shorter, because no document is about to sound.
   static constexpr int kIdleSecondsAfterPrompt = 1;
   static constexpr int kFeedMilliseconds = 10;
   static constexpr int kReportMilliseconds = 50;

@@ -49,8 +49,8 @@ bool IsAccessFile(const std::string& path) {
   return whole && std::string_view(first.data(), first.size()) == kAccessMark;
 }
 
-/// A folder without its settings is never filled up again, so moving the file alone away helps
-/// nobody.
+/// A folder without its settings is never filled up again, so it does not help to move the file
+/// alone away.
 constexpr std::string_view kRemedy =
     " Put a copy of it back, or rename its folder to begin with a new installation.";
 

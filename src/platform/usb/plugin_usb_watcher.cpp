@@ -25,8 +25,9 @@ PluginUsbWatcher::PluginUsbWatcher(std::string libraryPath)
     : libraryPath_(std::move(libraryPath)) {}
 
 void PluginUsbWatcher::Load() {
-  // A pipe would keep the loader waiting for good. Should one take the file's place after this look
-  // the loader does wait, but nobody swaps a library in that very moment by mistake.
+  // A pipe would keep the loader waiting for good. One that takes the file's place between this
+  // look and the load would still do that; it is not guarded against, since it does not happen by
+  // mistake.
   if (!OpenPlainFile(libraryPath_, Links::Followed)) return;
   void* const library = ::dlopen(libraryPath_.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return;
