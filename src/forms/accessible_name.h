@@ -7,8 +7,8 @@
 namespace tavlo::forms {
 
 /// What a screen reader calls a control: the name that the form gives it for this, else its caption
-/// without the ampersand, else its tooltip. A caption without a letter, such as an arrow, is no
-/// name.
+/// without the ampersand, else its tooltip. A caption without a letter, such as an arrow, does not
+/// count as a name.
 std::string AccessibleName(const Command& command);
 std::string AccessibleName(const Choice& choice);
 std::string AccessibleName(const Range& range);

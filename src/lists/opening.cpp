@@ -62,7 +62,7 @@ void Opening::GetSelectedJob() {
   if (SelectedQueueFile.empty()) return;
   if (!preview_.Prepare(loop_, folders_.InQueuePath + SelectedQueueFile)) return;
   form_.cmdImportCompleteSnipetStop.Visible = true;
-  // The row that was highlighted before may have been one to complete.
+  // Complete may have been offered for the row that was highlighted before.
   form_.cmdComplete.Enabled = false;
   form_.slPosition.Value = 0;
   names_.ParseDocumentName(SelectedQueueFile);

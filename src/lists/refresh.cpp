@@ -34,7 +34,7 @@ void Refresh::UpdateFileList() {
   engine_.CloseFile();
   {
     const forms::Hourglass hourglass(form_.frmMain);
-    // What Play or a click would begin in the waits, the rest of the refresh would cut short.
+    // Play or a click in the waits would begin something that the rest of the refresh cuts short.
     const window::ListPause pause(window_.guards);
     form_.listViewInQueue.Enabled = false;
     form_.frameInQueue.Caption = "Queue";
@@ -62,7 +62,8 @@ void Refresh::UpdateFileList() {
 void Refresh::GetAllJobs() {
   tmrGetAllJobs.Stop();
   const forms::Hourglass hourglass(form_.frmMain);
-  // A document that a click and Play put in work here would find the menus freed around it.
+  // A click and Play could otherwise put a document in work here, and the menus would be enabled
+  // around it.
   const window::ListPause pause(window_.guards);
   form_.listViewInQueue.Enabled = false;
   retrieval_.RunRetrievalPasses();

@@ -20,7 +20,8 @@ constexpr std::uint8_t kCenterBit = 2;
 constexpr std::uint8_t kRightBit = 4;
 
 constexpr base::Duration kLookAgainAtRead = 200ms;
-/// A read that is waited for from within itself cannot end before this wait does.
+/// Bounds the wait for a read: where the rule that waits was called by that read, the read can not
+/// end first.
 constexpr base::Duration kLongestWaitForRead = 2000ms;
 
 }  // namespace

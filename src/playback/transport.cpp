@@ -84,7 +84,7 @@ void Transport::PlayCommand() {
   if (document_.DocumentPrimed && engine_.HoldsDocument()) {
     ContinueFromWhereTheEarWas();
   } else if (inWork) {
-    // A device that failed took the file with it; the place in the document is still known.
+    // A device that failed had the file closed; the place in the document is still known.
     if (!PrimeOrExplain()) return;
     ContinueFromWhereTheEarWas();
   } else if (!PrimeAtTheBeginning()) {
@@ -269,7 +269,8 @@ bool Transport::WindBack() {
     ReachBeginning();
     return true;
   }
-  // A stored distance may be negative, and then the other end is the one to stay within.
+  // A stored distance may be negative; then the jump goes the other way and must stay within that
+  // end.
   document_.CurrentSamplePosition = std::min(document_.CurrentSamplePosition, document_.FileLength);
   if (tmrRewindForward.Interval() != kFastestWindInterval) voice_.PlayPrompt("RewindTone");
   return false;

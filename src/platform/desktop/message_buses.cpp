@@ -120,7 +120,8 @@ Bus Greet(const Socket& socket, Clock::time_point end) {
   for (const char digit : std::to_string(::getuid())) greeting += {'3', digit};
   greeting.insert(0, 1, '\0');
   greeting += "\r\n";
-  // A bus that hangs up is none to wait for either, so that counts as an answer.
+  // A bus that closes the connection does not make the toolkit wait either, so that counts as an
+  // answer.
   if (::send(socket.Handle(), greeting.data(), greeting.size(), MSG_NOSIGNAL) < 0) {
     return Bus::Answers;
   }

@@ -140,7 +140,8 @@ class SessionEnd::Watch : public QObject {
     std::_Exit(EXIT_SUCCESS);
   }
 
-  /// Neither a message nor the end of the process tells to whom it matters.
+  /// The watch that lives. The toolkit's message handler and the end of the process are given no
+  /// object, so they must find it by themselves.
   static inline std::atomic<Watch*> present = nullptr;
 
   const Calls calls_;

@@ -21,7 +21,7 @@ constexpr int kMostSilentPackets = 4096;
 constexpr int kMostFramesWithoutPlace = 16;
 /// A seek that lands before its target decodes up to it, but not for longer than this.
 constexpr std::int64_t kMostSecondsSkipped = 60;
-/// More sound than this behind the told end, and the telling is worth nothing.
+/// When more sound than this stands behind the end that the headers tell, they are not believed.
 constexpr std::int64_t kMostSecondsUntold = 5;
 
 /// Codecs whose frames are all of one length, in containers that tell moments in milliseconds only.
@@ -61,7 +61,7 @@ class ContainerDecoder final : public Decoder {
     // Codecs need some packets to settle, so the jump goes a second further back. Dropping what
     // stands in front then makes the seek exact.
     std::int64_t position = JumpBefore(target - samplesPerSecond_).value_or(target + 1);
-    // Where even the beginning cannot be read, nothing comes, and the target is as good a place.
+    // Where even the beginning cannot be read no sample follows, and the target is returned.
     if (position > target) position = Restart() ? 0 : target;
     const std::int64_t mostSkipped = kMostSecondsSkipped * samplesPerSecond_;
     while (position < target && target - position <= mostSkipped) {

@@ -7,8 +7,8 @@ namespace tavlo::platform {
 
 inline int FoldedChannels(int stored) { return std::min(stored, 2); }
 
-/// A sample as the rest of the program may rely on it: within -1 to 1, and a number. One value that
-/// is none would stay in every filter behind it for good.
+/// A sample as the rest of the program may rely on it: within -1 to 1, and a number. A value that
+/// is not a number would stay in every filter behind it for good.
 inline float Tamed(float value) {
   if (!(value >= -1.0F)) return value < -1.0F ? -1.0F : 0.0F;
   return std::min(value, 1.0F);

@@ -81,7 +81,7 @@ bool OnlyChunksFollow(const Source& source, std::uint64_t offset) {
 }
 
 /// Takes the coding from the contents of the format chunk. The widths decide how many bytes a
-/// sample has; the block size in the header is a mere repetition that some writers get wrong.
+/// sample has; the block size in the header only repeats that, and some writers get it wrong.
 WaveVerdict ReadFormat(Bytes format, WaveHeader& header) {
   constexpr unsigned kPcm = 1, kMs = 2, kFloat = 3, kALaw = 6, kMuLaw = 7, kIma = 0x11;
   constexpr unsigned kExtensible = 0xFFFE;

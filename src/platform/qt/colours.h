@@ -4,7 +4,7 @@
 
 namespace tavlo::platform::qt {
 
-/// Of one, as the eye weighs it.
+/// Luminance of a colour: its red, green and blue weighted as the eye does.
 double Luminance(const QColor& colour);
 
 /// From 1 for equal colours to 21 for black on white.

@@ -122,8 +122,8 @@ void DeckSlider::changeEvent(QEvent* event) {
   if (wasDown && !isSliderDown() && OnRelease) OnRelease();
 }
 
-/// Where the coloured part of the groove begins: at nought on a slider that runs both ways from
-/// it, else at the end that means nothing.
+/// Where the coloured part of the groove begins: at `nought_` on a slider that runs both ways from
+/// there, else at the left or lower end.
 int DeckSlider::FillFrom() const {
   if (nought_) return PlaceOf(*nought_);
   const int end = Grown(kReach - kGrooveEnd);

@@ -15,7 +15,7 @@ namespace {
 template <typename Reply>
 using Owned = std::unique_ptr<Reply, void (*)(void*)>;
 
-/// The connection to the display; null where the desktop is none of X.
+/// The connection to the display; null where the desktop is not one of X.
 xcb_connection_t* Display() {
   const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   return x11 ? x11->connection() : nullptr;

@@ -139,7 +139,8 @@ void EqualizerPage::AddScale(QGridLayout& desk) {
                         {form_.lblScaleBottom, Qt::AlignBottom}};
   for (const Mark& mark : marks) {
     auto* const label = new QLabel(this);
-    // As high as the way from the slider's end to its handle and once more, it stands at its line.
+    // The handle's last place is this far from the slider's end. A label twice as high as that has
+    // its middle on the same line.
     label->setMinimumHeight(2 * DeckSlider::Reach());
     desk.addWidget(label, kSliderRow, 0, mark.where | Qt::AlignRight);
     binder_.Show(mark.text, *label);

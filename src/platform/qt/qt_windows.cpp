@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kMostMegabytesOfPicture = 128;
 
-/// A box that says so could not be read either.
+/// Told on the standard error, since a message box could not be read either.
 void TellOfMissingFonts() {
   if (QFontMetrics(QApplication::font()).inFont(QChar('A'))) return;
   std::fputs("tavlodeck: There are no fonts, so nothing that the deck writes can be read.\n",

@@ -29,8 +29,8 @@ namespace {
 constexpr int kRowPadding = 10;
 constexpr int kCellPadding = 7;
 constexpr int kMarkWidth = 3;  ///< Of the bar at the head of the chosen row.
-/// What is no longer than this, which is more than a date, is never cut off, as far as so many rows
-/// tell.
+/// A text that is no wider than this one, which is wider than a date, is never cut off. So many
+/// rows are measured for it.
 constexpr const char* kShortText = "00/00/00000";
 constexpr int kRowsMeasured = 50;
 constexpr int kRounding = 2;  ///< At a scale that is no whole number, letters are not either.
@@ -304,7 +304,8 @@ void TableList::ChooseColours() {
   colours.setColor(QPalette::Active, QPalette::Highlight, Mixed(base, theme::kTeal, 0.22));
   colours.setColor(QPalette::Inactive, QPalette::Highlight, Mixed(base, theme::kTeal, 0.16));
   setPalette(colours);
-  // Between the page and the letters; what is readable on it is so on the page.
+  // The marked row's colour lies between the page and the letters, so what is readable on it is
+  // readable on the page too.
   model_->SetBackground(colours.color(QPalette::Active, QPalette::Highlight));
 }
 

@@ -65,7 +65,7 @@ class QueuePlayer : public playback::AudioPlayer {
   void SetEqualizerEnabled(bool enabled) override { mixer_.SetEqualizerEnabled(enabled); }
 
   /// Sounds a whole prompt beside the document; the one that sounds fades out first. Opens the
-  /// device when nothing else has. False when there is none, and for a sound that is none.
+  /// device when nothing else has. False when there is none, and for an empty sound.
   [[nodiscard]] bool PlayPrompt(playback::SampleArray prompt, int samplesPerSecond);
   /// Fades out the prompt that sounds.
   void StopPrompt();

@@ -6,7 +6,7 @@
 namespace tavlo::platform {
 namespace {
 
-/// Below this a state is nothing any more, and slow to reckon with.
+/// A filter's state below this can not be heard, and numbers that small are slow to calculate with.
 constexpr float kNothing = 1e-18F;
 
 /// One frame of one ear through a filter, whose factors stand for its damping.
@@ -65,7 +65,7 @@ void RtEqualizer::RtShape(float* inOut, FrameCount frames, bool silent) {
 void RtEqualizer::RtAim(bool silent) {
   RtAimFilters();
   const float wet = Enabled() ? 1 : 0;
-  // What is not heard need not walk.
+  // While nothing is heard a change takes effect at once, without a walk.
   if (RtUnheard()) {
     RtArrive();
     rtWet_ = RtRamp(wet);

@@ -134,7 +134,8 @@ std::string FailureText(const std::string& path, StepResult result, const std::s
   }
 }
 
-/// The columns that a table has; none when there is no such table (a view of that name is none).
+/// The columns that a table has; none when there is no such table (a view of that name does not
+/// count).
 std::vector<std::string> ColumnsOf(SqliteConnection& connection, const TableShape& shape) {
   const std::string name(shape.name);
   const bool exists =
