@@ -5,6 +5,7 @@
 #include <array>
 #include <numeric>
 
+#include "rules/playback/equalizer_curves.h"
 #include "support/playback_bench.h"
 
 namespace tavlo::test {
@@ -12,11 +13,6 @@ namespace {
 
 using base::operator""ms;
 using forms::By;
-using Values = std::array<int, forms::kEqualizerBands>;
-
-constexpr Values kLo{-18, -16, -14, -12, -8, -4, -2, 0, 4, 0, -4, -10};
-constexpr Values kMid{0, 0, 0, -2, -6, -10, -10, -6, -2, 0, 0, 0};
-constexpr Values kHi{-10, -4, 0, 4, 0, -2, -4, -8, -12, -14, -16, -18};
 
 struct EqualizerTest : testing::Test, PlaybackBench {
   EqualizerTest() {

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "rules/playback/equalizer_curves.h"
 #include "support/deck_bench.h"
 
 namespace tavlo::test {
@@ -9,9 +10,6 @@ namespace {
 
 using base::operator""s;
 using forms::By;
-using Values = std::array<int, forms::kEqualizerBands>;
-
-constexpr Values kLo{-18, -16, -14, -12, -8, -4, -2, 0, 4, 0, -4, -10};
 
 /// The equalizer page in the whole program.
 struct EqualizerWiringTest : testing::Test, DeckBench {

@@ -8,6 +8,7 @@
 #include <tuple>
 #include <vector>
 
+#include "support/install.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
 
@@ -16,8 +17,6 @@ namespace {
 
 using store::DiskResult;
 using Failing = SimulatedDisk::Failing;
-
-const std::string kRoot = "/home/typist/Lyrane/TavloDeck";
 
 /// A disk with a Queue, a Completed folder and a share on another file system.
 struct Place {

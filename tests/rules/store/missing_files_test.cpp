@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/install.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
 
@@ -14,9 +15,8 @@ namespace {
 
 using store::DiskResult;
 
-const std::string kRoot = "/home/typist/Lyrane/TavloDeck";
 const std::string kPrompts = kRoot + "/Prompts";
-const std::string kInstalled = "/usr/share/tavlodeck/Prompts";
+const std::string kInstalled = kShare + "/Prompts";
 
 struct OlderRoot {
   OlderRoot() {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "support/install.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
 
@@ -13,8 +14,6 @@ namespace {
 
 using store::DiskResult;
 
-const std::string kRoot = "/home/typist/Lyrane/TavloDeck";
-const std::string kShare = "/usr/share/tavlodeck";
 const std::string kWatch = kRoot + "/PedalWatch.so";
 
 struct RootWithoutLibraries {

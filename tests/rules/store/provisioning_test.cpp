@@ -7,6 +7,7 @@
 #include <tuple>
 #include <vector>
 
+#include "support/install.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
 
@@ -15,9 +16,7 @@ namespace {
 
 using store::DiskResult;
 
-const std::string kRoot = "/home/typist/Lyrane/TavloDeck";
 const std::string kHalfMade = "/home/typist/Lyrane/.TavloDeck.new";
-const std::string kShare = "/usr/share/tavlo-deck";
 
 /// Makes a database that is one file on the simulated disk.
 class DatabaseMaker : public store::SettingsDatabases {

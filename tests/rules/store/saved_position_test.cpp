@@ -6,6 +6,7 @@
 
 #include "store/document_name.h"
 #include "support/documents.h"
+#include "support/install.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
 
@@ -26,7 +27,7 @@ struct SavedPositionTest : testing::Test {
   store::DiskResult result = store::DiskResult::Done;
   SimulatedLoop loop;
   SimulatedDisk disk{loop};
-  store::WorkFolders folders{disk, "/home/typist/Lyrane/TavloDeck"};
+  store::WorkFolders folders{disk, kRoot};
   store::FileMoves moves{disk, folders};
 };
 

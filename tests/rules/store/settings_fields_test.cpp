@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "store/work_folders.h"
+#include "support/install.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
 
@@ -18,7 +19,7 @@ using store::FindField;
 using store::ShippedValue;
 using store::Table;
 
-const store::ShippedDatabase kShipped{.root = "/home/typist/Lyrane/TavloDeck", .revision = "1.2.3"};
+const store::ShippedDatabase kShipped{.root = kRoot, .revision = "1.2.3"};
 
 std::string Shipped(Table table, std::string_view field, int row = 0) {
   return ShippedValue(*FindField(table, field), row, kShipped);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/install.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
 
@@ -13,8 +14,6 @@ namespace {
 
 using store::Locked;
 using store::QueuePath;
-
-const std::string kRoot = "/home/typist/Lyrane/TavloDeck";
 
 struct WorkFoldersTest : testing::Test {
   SimulatedLoop loop;
