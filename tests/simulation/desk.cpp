@@ -6,7 +6,6 @@ namespace {
 using playback::OpenResult;
 using store::DiskResult;
 
-constexpr const char* kShare = "/usr/share/tavlodeck";
 /// Height of title and menu bar, as a desktop would measure it.
 constexpr forms::Twips kAboveContent = 840;
 /// No rule needs as much within one moment.
@@ -62,6 +61,7 @@ OpenResult SoundsOnDisk::OpenFile(const std::string& path) {
 }
 
 Desk::Desk(const Conditions& conditions) {
+  hasInformationTool = false;
   ProvideShare();
   file.OnOpened = [this](const std::string& path, const std::optional<Recording>& sound) {
     hearing.Opened(path, sound);
@@ -82,10 +82,7 @@ Desk::Desk(const Conditions& conditions) {
   disk.WithFile(Path("/Files/ImportQueue/short.wav"), Recording{.samples = 4000}.Contents());
   disk.WithFile(Path("/Files/ImportQueue/long.wav"), Recording{.samples = 80'000}.Contents());
   for (const std::string& folder : conditions.fileSystems) disk.WithFileSystemAt(Path(folder));
-  test::SettingsTables tables = databases.Shipped();
-  store::Record& row = tables.at(store::Table::GeneralSettings).at(0);
-  for (const auto& [field, value] : conditions.settings) row.at(field) = value;
-  databases.Place(SettingsPath(), tables);
+  PlaceSettings(conditions.settings);
 }
 
 void Desk::ProvideShare() {
@@ -104,22 +101,7 @@ void Desk::Start() {
   player.Devices = soundDevices;
   player.SelectDevice(0);
   hearing.Forget();
-  deck_.emplace(shell::Platform{.loop = loop,
-                                .disk = disk,
-                                .databases = databases,
-                                .audioFile = file,
-                                .audioTransform = transform,
-                                .audioPlayer = player,
-                                .promptMediaControl = promptControl,
-                                .sourceMixer = mixer,
-                                .serialPort = serialPort,
-                                .usbWatcher = usbWatcher,
-                                .installRoot = kRoot,
-                                .shareFolder = kShare,
-                                .anotherCopyRuns = [this] { return anotherCopy; },
-                                .showSystemInformation = [] { return false; },
-                                .endProcess = [this](int status) { TakeEnd(status); }},
-                annex_);
+  deck_.emplace(Edges(), annex_);
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();
   if (Rooms()) WatchFeetAndWinds();
@@ -151,8 +133,8 @@ void Desk::EndSession(bool now) {
   now ? deck_->EndSessionNow() : deck_->EndSession();
 }
 
-void Desk::TakeEnd(int status) {
-  ended = status;
+void Desk::EndProcess(int status) {
+  SimulatedPlatformOf::EndProcess(status);
   // The process is gone at once, whatever command was under way.
   if (sessionEnds_) disk.CrashAtOperation(0);
 }

@@ -9,13 +9,7 @@
 #include "shell/deck.h"
 #include "simulation/conditions.h"
 #include "simulation/hearing.h"
-#include "support/simulated_audio.h"
-#include "support/simulated_database.h"
-#include "support/simulated_disk.h"
-#include "support/simulated_loop.h"
-#include "support/simulated_mixer.h"
-#include "support/simulated_pedals.h"
-#include "support/simulated_prompts.h"
+#include "support/simulated_platform.h"
 
 namespace tavlo::simulation {
 
@@ -76,28 +70,15 @@ class SoundsOnDisk : public test::SimulatedAudioFile {
 };
 
 /// The machine with the program on it, which ends and starts again while the disk stays.
-class Desk {
+class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOnDisk> {
  public:
-  static constexpr const char* kRoot = "/home/typist/Lyrane/TavloDeck";
-
   explicit Desk(const Conditions& conditions);
 
-  WatchedLoop loop;
-  WatchedDisk disk{loop};
-  test::SimulatedDatabases databases{disk, {.root = kRoot, .revision = "1.2.3"}};
-  SoundsOnDisk file{disk};
-  test::SimulatedTransform transform;
-  test::SimulatedPlayer player{loop};
   Hearing hearing{loop, player};
-  test::SimulatedPromptControl promptControl;
-  test::SimulatedMixer mixer;
   /// The desktop's mixer has changed and has not told it yet.
   bool mixerNewsDue = false;
   /// Sound devices in the machine. A program finds those that are there when it starts.
   int soundDevices = 2;
-  test::SimulatedSerialPort serialPort;
-  test::SimulatedUsbWatcher usbWatcher;
-  bool anotherCopy = false;
   /// The user deleted all documents where no wave was to be found: the hourglass then stays until
   /// the pointer next becomes the arrow.
   bool nothingToDelete = false;
@@ -105,12 +86,8 @@ class Desk {
   bool completedOutOfReach = false;
   /// When a hand last let a slider of the main window go.
   base::MonotonicTime sliderLetGo;
-  std::optional<int> ended;
   /// The program has moved, renamed or (`to` is empty) deleted something.
   std::function<void(const std::string& from, const std::string& to)> OnGone;
-
-  static std::string Path(const std::string& below) { return kRoot + below; }
-  static std::string SettingsPath() { return Path("/Lyrane_Tavlo_Deck.mdb"); }
 
   /// Starts the program and returns at once; the splash stands.
   void Start();
@@ -132,11 +109,12 @@ class Desk {
   /// The first refresh is done and nothing has ended the program.
   bool AtWork();
 
+ protected:
+  void EndProcess(int status) override;
+
  private:
   void ProvideShare();
   void WatchFeetAndWinds();
-
-  void TakeEnd(int status);
 
   bool sessionEnds_ = false;
   shell::Annex annex_;

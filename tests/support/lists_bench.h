@@ -13,7 +13,6 @@
 #include "store/document_files.h"
 #include "support/documents.h"
 #include "support/playback_bench.h"
-#include "support/simulated_disk.h"
 
 namespace tavlo::test {
 
@@ -27,9 +26,8 @@ class IntakeTwin : public intake::Retrieval, public lists::WorkFigures {
   void TakeWaitingWorkAsSeen() override { ++waitingWorkSeen; }
 };
 
-/// The playback bench with a disk and the lists on it.
+/// The playback bench with the lists on its disk.
 struct ListsBench : PlaybackBench {
-  SimulatedDisk disk{loop};
   store::WorkFolders folders{disk, "/root"};
   store::DocumentNames names{loop};
   store::FileMoves moves{disk, folders};

@@ -5,15 +5,14 @@
 #include "pedals/serial_pedal.h"
 #include "pedals/usb_pedal.h"
 #include "support/playback_bench.h"
-#include "support/simulated_pedals.h"
 
 namespace tavlo::test {
 
 /// The pedals under the player, with one document of ten seconds selected: Play may begin it, and
 /// nothing is in work yet.
 struct PedalBench : PlaybackBench {
-  SimulatedSerialPort port;
-  SimulatedUsbWatcher watcher;
+  SimulatedSerialPort& port = serialPort;
+  SimulatedUsbWatcher& watcher = usbWatcher;
   pedals::FootPedal pedal{loop, window, transport};
   pedals::SerialPedal serial{loop, config, pedal, port};
   pedals::UsbPedal usb{loop, pedal, watcher};

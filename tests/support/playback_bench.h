@@ -14,25 +14,18 @@
 #include "playback/sound_shaping.h"
 #include "playback/transport.h"
 #include "support/recording_voice.h"
-#include "support/simulated_audio.h"
-#include "support/simulated_loop.h"
-#include "support/simulated_mixer.h"
+#include "support/simulated_platform.h"
 #include "window/main_window.h"
 
 namespace tavlo::test {
 
 /// The playback room on simulated edges, with one document of ten seconds at 8000 Hz ready to be
 /// played.
-struct PlaybackBench {
-  SimulatedLoop loop;
+struct PlaybackBench : SimulatedPlatform {
   forms::MainForm form{loop};
   forms::ConfigurationForm config{loop};
   int placesStored = 0;
   window::MainWindow window{form, config, [this] { ++placesStored; }};
-  SimulatedAudioFile file;
-  SimulatedTransform transform;
-  SimulatedPlayer player{loop};
-  SimulatedMixer mixer;
   RecordingVoice voice;
   /// What was spoken, by the names of the recordings.
   std::vector<std::string>& prompts = voice.spoken;

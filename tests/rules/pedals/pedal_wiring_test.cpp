@@ -12,16 +12,8 @@ using forms::By;
 
 /// The pedals in the whole program.
 struct PedalWiringTest : testing::Test, DeckBench {
-  void Set(const std::string& field, const std::string& value) {
-    auto tables = databases.Shipped();
-    tables[store::Table::GeneralSettings][0][field] = value;
-    databases.Place(SettingsPath(), tables);
-  }
   void ChooseSerial() {
-    auto tables = databases.Shipped();
-    tables[store::Table::GeneralSettings][0]["USBorSerialFootPedal"] = "S";
-    tables[store::Table::GeneralSettings][0]["SerialFootPedalComPort"] = "1";
-    databases.Place(SettingsPath(), tables);
+    PlaceSettings({{"USBorSerialFootPedal", "S"}, {"SerialFootPedalComPort", "1"}});
   }
   void StartWithADocument() {
     Drop(Document().Name());
@@ -96,7 +88,7 @@ TEST_F(PedalWiringTest, SerialPedalLiftedAfterCompletePlaysTheNextDocumentAtItsN
 }
 
 TEST_F(PedalWiringTest, ChosenKindOfPedalTakesEffectAtOnce) {
-  Set("SerialFootPedalComPort", "1");
+  PlaceSettings({{"SerialFootPedalComPort", "1"}});
   StartUntilReady();
   EXPECT_TRUE(serialPort.Opened.empty());
   EXPECT_EQ(config.lblPedalState.Value.Get(), "A USB pedal is ready.");

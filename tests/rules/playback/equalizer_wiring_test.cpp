@@ -14,15 +14,11 @@ using forms::By;
 /// The equalizer page in the whole program.
 struct EqualizerWiringTest : testing::Test, DeckBench {
   void StartWith(const std::string& enable, const std::string& choice) {
-    auto tables = databases.Shipped();
-    store::Record& row = tables[store::Table::GeneralSettings][0];
-    row["EqualizerEnableFlag"] = enable;
-    row["EqualizerChoice"] = choice;
-    for (std::size_t band = 1; band <= forms::kEqualizerBands; ++band) {
-      row["CustomEq" + std::to_string(band)] = std::to_string(band);
+    store::Assignments settings{{"EqualizerEnableFlag", enable}, {"EqualizerChoice", choice}};
+    for (int band = 1; band <= forms::kEqualizerBands; ++band) {
+      settings.emplace_back("CustomEq" + std::to_string(band), std::to_string(band));
     }
-    databases.Place(SettingsPath(), tables);
-    StartUntilReady();
+    DeckBench::StartWith(settings);
   }
   /// The page as the equalizer button brings it up.
   void OpenPage() {

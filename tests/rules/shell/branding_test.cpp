@@ -11,11 +11,8 @@ using forms::By;
 
 struct BrandingTest : testing::Test, DeckBench {
   void StartWith(const std::string& field, const std::string& value) {
-    auto tables = databases.Shipped();
-    tables[store::Table::GeneralSettings][0][field] = value;
-    databases.Place(SettingsPath(), tables);
     Drop(Document().At("3 9 2004 14 5 12").Name());
-    StartUntilReady();
+    DeckBench::StartWith({{field, value}});
   }
   std::string ListedDate() { return form.listViewInQueue.TextAt(0, forms::document_column::Date); }
 };

@@ -149,12 +149,7 @@ TEST_F(DeckTest, FreshRootIsProvisionedAndStarts) {
 }
 
 TEST_F(DeckTest, StoredSpeedAndVolumeAreInForce) {
-  auto tables = databases.Shipped();
-  auto& row = tables[store::Table::GeneralSettings][0];
-  row["Speed"] = "80";
-  row["Volume"] = "1234";
-  databases.Place(SettingsPath(), tables);
-  StartUntilReady();
+  StartWith({{"Speed", "80"}, {"Volume", "1234"}});
   EXPECT_EQ(deck.Built()->engine.PlaySpeedPercent, 80);
   // The welcome is spoken at the volume of the prompts, once the document's is in force.
   EXPECT_EQ(player.Volumes, (std::vector<int>{1234, 20'000}));
@@ -163,7 +158,7 @@ TEST_F(DeckTest, StoredSpeedAndVolumeAreInForce) {
 TEST_F(DeckTest, RootOfAnEarlierReleaseGetsTheNewPrompts) {
   disk.WithFile("/usr/share/tavlodeck/Prompts/Welcome.wav", "welcome");
   deck.Start();
-  EXPECT_EQ(disk.Contents(std::string(kRoot) + "/Prompts/Welcome.wav"), "welcome");
+  EXPECT_EQ(disk.Contents(Path("/Prompts/Welcome.wav")), "welcome");
 }
 
 TEST_F(DeckTest, PromptsThatCanNotBeAddedDoNotKeepItFromStarting) {
@@ -171,20 +166,16 @@ TEST_F(DeckTest, PromptsThatCanNotBeAddedDoNotKeepItFromStarting) {
   disk.SetFreeSpace("/", 0);
   StartUntilReady();
   EXPECT_TRUE(form.mnuFile.Enabled);
-  EXPECT_FALSE(disk.Has(std::string(kRoot) + "/Prompts/Welcome.wav"));
+  EXPECT_FALSE(disk.Has(Path("/Prompts/Welcome.wav")));
 }
 
 TEST_F(DeckTest, WelcomesWhoStartsIt) {
   StartUntilReady();
-  EXPECT_EQ(promptControl.Sounded,
-            std::vector<std::string>{std::string(kRoot) + "/Prompts/Welcome.wav"});
+  EXPECT_EQ(promptControl.Sounded, std::vector<std::string>{Path("/Prompts/Welcome.wav")});
 }
 
 TEST_F(DeckTest, StaysSilentWhenPromptsAreSwitchedOff) {
-  auto tables = databases.Shipped();
-  tables[store::Table::GeneralSettings][0]["AudioPromptsFlag"] = "N";
-  databases.Place(SettingsPath(), tables);
-  StartUntilReady();
+  StartWith({{"AudioPromptsFlag", "N"}});
   EXPECT_TRUE(promptControl.Sounded.empty());
 }
 
@@ -214,23 +205,14 @@ TEST_F(DeckTest, PlayGivesTheDocumentItsVolumeBackAndEndsThePrompt) {
 }
 
 TEST_F(DeckTest, EmptySettingsAreFilledWithTheirDefaults) {
-  auto tables = databases.Shipped();
-  auto& row = tables[store::Table::GeneralSettings][0];
-  row["WindIncrement"] = row["AutoPreview"] = row["AutoBackspace"] = "";
-  databases.Place(SettingsPath(), tables);
-  StartUntilReady();
+  StartWith({{"WindIncrement", ""}, {"AutoPreview", ""}, {"AutoBackspace", ""}});
   EXPECT_EQ(config.txtWindIncrement.Value.Get(), "3");
   EXPECT_EQ(config.txtAutoPreview.Value.Get(), "5");
   EXPECT_EQ(config.txtAutoBackspace.Value.Get(), "0");
 }
 
 TEST_F(DeckTest, AlertTimerTakesTheIntervalOfItsMode) {
-  auto tables = databases.Shipped();
-  auto& row = tables[store::Table::GeneralSettings][0];
-  row["WorkWaitingAlertMode"] = "P";
-  row["NewDictationAlertInterval"] = "60";
-  databases.Place(SettingsPath(), tables);
-  StartUntilReady();
+  StartWith({{"WorkWaitingAlertMode", "P"}, {"NewDictationAlertInterval", "60"}});
   EXPECT_EQ(deck.Built()->waitingWork.tmrWorkWaitingAlert.Interval(), 3000ms);
 }
 

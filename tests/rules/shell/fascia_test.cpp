@@ -13,12 +13,9 @@ struct FasciaBench : DeckBench {
   /// Starts on a folder of these pictures with a number stored.
   void StartWith(const std::string& number, std::initializer_list<std::string> pictures) {
     for (const std::string& name : pictures) disk.WithFile(Folder() + name, "picture");
-    auto tables = databases.Shipped();
-    tables[store::Table::GeneralSettings][0]["FaciaImagePointer"] = number;
-    databases.Place(SettingsPath(), tables);
-    StartUntilReady();
+    DeckBench::StartWith({{"FaciaImagePointer", number}});
   }
-  static std::string Folder() { return std::string(kRoot) + "/Fascia/"; }
+  static std::string Folder() { return Path("/Fascia/"); }
   std::string Shown() const {
     EXPECT_EQ(form.imageFaciaA.Picture.Get(), form.imageFaciaB.Picture.Get());
     return form.imageFaciaA.Picture;

@@ -12,9 +12,7 @@ using base::operator""s;
 
 struct LoadTest : testing::Test, DeckBench {
   void LoadWith(const std::string& field, const std::string& value) {
-    auto tables = databases.Shipped();
-    tables[store::Table::GeneralSettings][0][field] = value;
-    databases.Place(SettingsPath(), tables);
+    PlaceSettings({{field, value}});
     usbWatcher.OnStart = [this] { annex.ran += "usb "; };
     deck.Start();
     shell::Load load(loop, deck.windows, *deck.Built());

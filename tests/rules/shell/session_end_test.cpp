@@ -41,9 +41,6 @@ struct SessionEndTest : testing::Test, DeckBench {
     };
     later_->Start();
   }
-  std::string Stored(const std::string& field) const {
-    return databases.Look(SettingsPath()).at(store::Table::GeneralSettings).front().at(field);
-  }
   void ExpectEndWithoutAWord() const {
     EXPECT_EQ(ended, 0);
     EXPECT_TRUE(loop.Shown.empty());

@@ -331,8 +331,7 @@ TEST_F(ViewsTest, ChangedPromptVolumeIsKeptWhenTheConfigurationCloses) {
   config.sldPromptVol.Change(12'000);
   config.sldPromptVol.Release();
   config.frmConfiguration.CloseRequest();
-  EXPECT_EQ(databases.Look(SettingsPath())[store::Table::GeneralSettings][0]["PromptVolume"],
-            "12000");
+  EXPECT_EQ(Stored("PromptVolume"), "12000");
 }
 
 TEST_F(ViewsTest, AboutBoxShowsTheVersion) {

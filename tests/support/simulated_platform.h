@@ -1,0 +1,97 @@
+#pragma once
+
+#include <concepts>
+#include <optional>
+#include <string>
+
+#include "shell/platform.h"
+#include "support/simulated_audio.h"
+#include "support/simulated_database.h"
+#include "support/simulated_disk.h"
+#include "support/simulated_loop.h"
+#include "support/simulated_mixer.h"
+#include "support/simulated_pedals.h"
+#include "support/simulated_prompts.h"
+
+namespace tavlo::test {
+
+/// Every twin of an edge, once, and the only place of the tests that fills a shell::Platform. Who
+/// wants to see more of the loop, the disk or the files than the twins tell puts kinds of his own
+/// in their places; an audio file that reads from the disk is handed it.
+template <std::derived_from<SimulatedLoop> Loop, std::derived_from<SimulatedDisk> Disk,
+          std::derived_from<SimulatedAudioFile> AudioFile>
+class SimulatedPlatformOf {
+ public:
+  static constexpr const char* kRoot = "/home/typist/Lyrane/TavloDeck";
+  static constexpr const char* kShare = "/usr/share/tavlodeck";
+
+  SimulatedPlatformOf() requires std::default_initializable<AudioFile> {}
+  SimulatedPlatformOf() requires std::constructible_from<AudioFile, const Disk&> : file(disk) {}
+  SimulatedPlatformOf(const SimulatedPlatformOf&) = delete;
+  virtual ~SimulatedPlatformOf() = default;
+
+  Loop loop;
+  Disk disk{loop};
+  SimulatedDatabases databases{disk, {.root = kRoot, .revision = "1.2.3"}};
+  AudioFile file;
+  SimulatedTransform transform;
+  SimulatedPlayer player{loop};
+  SimulatedPromptControl promptControl;
+  SimulatedMixer mixer;
+  SimulatedSerialPort serialPort;
+  SimulatedUsbWatcher usbWatcher;
+  /// Another copy runs on the same root.
+  bool anotherCopy = false;
+  /// The desktop has a program that shows what the machine is made of.
+  bool hasInformationTool = true;
+  int informationShown = 0;
+  /// The status with which the deck asked for the end of the process.
+  std::optional<int> ended;
+
+  /// `below` begins with a separator.
+  static std::string Path(const std::string& below) { return kRoot + below; }
+  static std::string SettingsPath() { return Path("/Lyrane_Tavlo_Deck.mdb"); }
+
+  /// Puts the settings on the disk as they are shipped, but for these.
+  void PlaceSettings(const store::Assignments& settings = {}) {
+    SettingsTables tables = databases.Shipped();
+    store::Record& row = tables.at(store::Table::GeneralSettings).at(0);
+    for (const auto& [field, value] : settings) row.at(field) = value;
+    databases.Place(SettingsPath(), tables);
+  }
+
+  /// What stands on the disk in a field of the general settings, whoever has them open.
+  std::string Stored(const std::string& field) const {
+    return databases.Look(SettingsPath()).at(store::Table::GeneralSettings).at(0).at(field);
+  }
+
+  /// What a deck stands on. The twins must outlive it and stay where they are.
+  shell::Platform Edges() {
+    return {.loop = loop,
+            .disk = disk,
+            .databases = databases,
+            .audioFile = file,
+            .audioTransform = transform,
+            .audioPlayer = player,
+            .promptMediaControl = promptControl,
+            .sourceMixer = mixer,
+            .serialPort = serialPort,
+            .usbWatcher = usbWatcher,
+            .installRoot = kRoot,
+            .shareFolder = kShare,
+            .anotherCopyRuns = [this] { return anotherCopy; },
+            .showSystemInformation =
+                [this] {
+                  informationShown += hasInformationTool;
+                  return hasInformationTool;
+                },
+            .endProcess = [this](int status) { EndProcess(status); }};
+  }
+
+ protected:
+  virtual void EndProcess(int status) { ended = status; }
+};
+
+using SimulatedPlatform = SimulatedPlatformOf<SimulatedLoop, SimulatedDisk, SimulatedAudioFile>;
+
+}  // namespace tavlo::test
