@@ -6,10 +6,8 @@
 #include <vector>
 
 #include "playback/prompt_names.h"
+#include "support/settings_bench.h"
 #include "support/simulated_audio.h"
-#include "support/simulated_database.h"
-#include "support/simulated_disk.h"
-#include "support/simulated_loop.h"
 #include "support/simulated_prompts.h"
 
 namespace tavlo::test {
@@ -17,20 +15,12 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-struct PromptsTest : testing::Test {
+struct PromptsTest : testing::Test, SettingsBench {
   PromptsTest() {
     binding.AudioPromptsOn = true;
     config.txtPromptVolume.Value = "20000";
   }
 
-  SimulatedLoop loop;
-  SimulatedDisk disk{loop};
-  SimulatedDatabase database;
-  store::SettingsStore settings{database};
-  store::WorkFolders folders{disk, "/root"};
-  forms::MainForm main{loop};
-  forms::ConfigurationForm config{loop};
-  window::SettingsBinding binding{loop, main, config, settings, folders};
   SimulatedPlayer player{loop};
   SimulatedPromptControl control;
   playback::Prompts prompts{config, binding, folders, player, control};

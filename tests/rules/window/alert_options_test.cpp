@@ -5,9 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "support/simulated_database.h"
-#include "support/simulated_disk.h"
-#include "support/simulated_loop.h"
+#include "support/settings_bench.h"
 
 namespace tavlo::test {
 namespace {
@@ -19,7 +17,7 @@ struct TimerTwin : window::AlertTimer {
   void RestartWith(base::Duration interval) override { restarts.push_back(interval); }
 };
 
-struct AlertOptionsTest : testing::Test {
+struct AlertOptionsTest : testing::Test, SettingsBench {
   AlertOptionsTest() { config.frmConfiguration.Visible = true; }
 
   void OpenWith(const std::string& mode, const std::string& autoRefresh = "0") {
@@ -29,14 +27,6 @@ struct AlertOptionsTest : testing::Test {
   }
   std::string Mode() const { return config.txtWorkWaitingAlertMode.Value; }
 
-  SimulatedLoop loop;
-  SimulatedDisk disk{loop};
-  SimulatedDatabase database;
-  store::SettingsStore settings{database};
-  store::WorkFolders folders{disk, "/root"};
-  forms::MainForm main{loop};
-  forms::ConfigurationForm config{loop};
-  window::SettingsBinding binding{loop, main, config, settings, folders};
   TimerTwin timer;
   std::vector<base::Duration>& restarts = timer.restarts;
   window::AlertOptions alerts{config, binding, timer};

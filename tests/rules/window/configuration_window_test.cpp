@@ -7,9 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/simulated_database.h"
-#include "support/simulated_disk.h"
-#include "support/simulated_loop.h"
+#include "support/settings_bench.h"
 #include "window/path_choices.h"
 #include "window/settings_choices.h"
 
@@ -44,7 +42,7 @@ struct AlertTimerTwin : window::AlertTimer {
   void RestartWith(base::Duration) override {}
 };
 
-struct ConfigurationWindowTest : testing::Test {
+struct ConfigurationWindowTest : testing::Test, SettingsBench {
   ConfigurationWindowTest() {
     for (window::ConfigurationPage* page : std::initializer_list<window::ConfigurationPage*>{
              &choices, &equalizer, &mixer, &paths, &servers}) {
@@ -60,14 +58,6 @@ struct ConfigurationWindowTest : testing::Test {
     config.frmConfiguration.Activate();
   }
 
-  SimulatedLoop loop;
-  SimulatedDisk disk{loop};
-  SimulatedDatabase database;
-  store::SettingsStore settings{database};
-  store::WorkFolders folders{disk, "/root"};
-  forms::MainForm main{loop};
-  forms::ConfigurationForm config{loop};
-  window::SettingsBinding binding{loop, main, config, settings, folders};
   window::MainWindow mainWindow{main, config, [] {}};
   window::ConfigurationWindow window{mainWindow, binding, folders};
   AlertTimerTwin timer;

@@ -6,9 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/simulated_database.h"
-#include "support/simulated_disk.h"
-#include "support/simulated_loop.h"
+#include "support/settings_bench.h"
 
 namespace tavlo::test {
 namespace {
@@ -17,21 +15,12 @@ using store::Table;
 using window::Binding;
 using window::Saving;
 
-struct SettingsBindingTest : testing::Test {
+struct SettingsBindingTest : testing::Test, SettingsBench {
   std::vector<std::string> NamesOfLastSave() const {
     std::vector<std::string> names;
     for (const auto& [name, value] : database.Saves.back().fields) names.push_back(name);
     return names;
   }
-
-  SimulatedLoop loop;
-  SimulatedDisk disk{loop};
-  SimulatedDatabase database;
-  store::SettingsStore settings{database};
-  store::WorkFolders folders{disk, "/root"};
-  forms::MainForm main{loop};
-  forms::ConfigurationForm config{loop};
-  window::SettingsBinding binding{loop, main, config, settings, folders};
 };
 
 TEST_F(SettingsBindingTest, EveryFieldButTheFewWithoutAControlIsBoundOnce) {
