@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "support/hand.h"
 #include "support/lists_bench.h"
 
 namespace tavlo::test {
@@ -297,9 +298,7 @@ TEST_F(FinishingTest, HandsAndWaitsOfTheTransitionDoNotChangeThePositionThatIsSt
       key->Enabled = true;
       key->Press(By::Hand);
     }
-    form.slPosition.Press();
-    form.slPosition.Change(75);
-    form.slPosition.Release();
+    Drag(form.slPosition, 75);
   };
   loop.Post(disturb);
   form.cmdSave.Press(By::Hand);

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <numeric>
 
-#include "rules/playback/equalizer_curves.h"
+#include "support/equalizer_eye.h"
+#include "support/hand.h"
 #include "support/playback_bench.h"
 
 namespace tavlo::test {
@@ -13,6 +13,10 @@ namespace {
 
 using base::operator""ms;
 using forms::By;
+using Values = EqualizerCurve;
+
+constexpr Values kMid{0, 0, 0, -2, -6, -10, -10, -6, -2, 0, 0, 0};
+constexpr Values kHi{-10, -4, 0, 4, 0, -2, -4, -8, -12, -14, -16, -18};
 
 struct EqualizerTest : testing::Test, PlaybackBench {
   EqualizerTest() {
@@ -22,27 +26,11 @@ struct EqualizerTest : testing::Test, PlaybackBench {
 
   void Enable() { config.chkEqEnable.Click(); }
 
-  Values Sliders() const {
-    Values values{};
-    for (std::size_t band = 0; band < values.size(); ++band)
-      values[band] = config.sldEQ[band].Value;
-    return values;
-  }
+  Values Sliders() const { return ShownCurve(config); }
 
-  void Drag(std::size_t band, int value) {
-    config.sldEQ[band].Press();
-    config.sldEQ[band].Change(value);
-    config.sldEQ[band].Release();
-  }
+  void Drag(std::size_t band, int value) { test::Drag(config.sldEQ[band], value); }
 
-  /// What the player was last told, with the sign of the sliders.
-  Values Told() const {
-    Values values{};
-    for (std::size_t band = 0; band < values.size(); ++band) {
-      values[band] = -static_cast<int>(player.Gains.back()[band]);
-    }
-    return values;
-  }
+  Values Told() const { return ToldCurve(player); }
 };
 
 TEST_F(EqualizerTest, IsOffAtFirstAndItsCurvesCannotBePressed) {
@@ -84,7 +72,7 @@ TEST_F(EqualizerTest, EachCurveSetsItsSlidersAndIsRemembered) {
     std::string choice;
   };
   for (const Case& expected :
-       {Case{config.cmdEqLo, kLo, "Lo"}, Case{config.cmdEqMid, kMid, "Mid"},
+       {Case{config.cmdEqLo, kLoCurve, "Lo"}, Case{config.cmdEqMid, kMid, "Mid"},
         Case{config.cmdEqHi, kHi, "Hi"}, Case{config.cmdEqFlat, Values{}, "Flat"}}) {
     expected.key.Press(By::Hand);
     EXPECT_EQ(Sliders(), expected.sliders) << expected.choice;
@@ -161,11 +149,11 @@ TEST_F(EqualizerTest, EachStartClicksTheStoredCurveAgainSoThatItsTableIsWhatPlay
   Play();
   EXPECT_TRUE(config.chkEqEnable.Value);
   EXPECT_TRUE(player.EqualizerOn);
-  EXPECT_EQ(Told(), kLo);
+  EXPECT_EQ(Told(), kLoCurve);
   Drag(0, 0);
   form.cmdStop.Press(By::Hand);
   Play();
-  EXPECT_EQ(Told(), kLo);
+  EXPECT_EQ(Told(), kLoCurve);
 }
 
 TEST_F(EqualizerTest, SwitchedOffItStillReceivesGainsAtAStart) {

@@ -1,15 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <array>
-
-#include "rules/playback/equalizer_curves.h"
 #include "support/deck_bench.h"
+#include "support/equalizer_eye.h"
+#include "support/hand.h"
 
 namespace tavlo::test {
 namespace {
 
 using base::operator""s;
 using forms::By;
+using Values = EqualizerCurve;
 
 /// The equalizer page in the whole program.
 struct EqualizerWiringTest : testing::Test, DeckBench {
@@ -26,25 +26,9 @@ struct EqualizerWiringTest : testing::Test, DeckBench {
     form.cmdEQ.Press(By::Hand);
     config.frmConfiguration.Activate();
   }
-  void Drag(std::size_t band, int value) {
-    config.sldEQ[band].Press();
-    config.sldEQ[band].Change(value);
-    config.sldEQ[band].Release();
-  }
-  Values Sliders() const {
-    Values values{};
-    for (std::size_t band = 0; band < values.size(); ++band)
-      values[band] = config.sldEQ[band].Value;
-    return values;
-  }
-  /// What the player was last told, with the sign of the sliders.
-  Values Told() const {
-    Values values{};
-    for (std::size_t band = 0; band < values.size(); ++band) {
-      values[band] = -static_cast<int>(player.Gains.back()[band]);
-    }
-    return values;
-  }
+  void Drag(std::size_t band, int value) { test::Drag(config.sldEQ[band], value); }
+  Values Sliders() const { return ShownCurve(config); }
+  Values Told() const { return ToldCurve(player); }
 };
 
 TEST_F(EqualizerWiringTest, FirstOpeningAfterAStartShowsTheStoredCurveAndItIsWhatWouldSound) {
@@ -53,9 +37,9 @@ TEST_F(EqualizerWiringTest, FirstOpeningAfterAStartShowsTheStoredCurveAndItIsWha
   EXPECT_TRUE(config.chkEqEnable.Value);
   EXPECT_TRUE(config.cmdEqFlat.Enabled);
   EXPECT_EQ(config.cmdEqLo.BackColour.Get(), forms::PresetCommand::kChosen);
-  EXPECT_EQ(Sliders(), kLo);
+  EXPECT_EQ(Sliders(), kLoCurve);
   ASSERT_FALSE(player.Gains.empty());
-  EXPECT_EQ(Told(), kLo);
+  EXPECT_EQ(Told(), kLoCurve);
   EXPECT_TRUE(player.EqualizerOn);
 }
 
@@ -70,7 +54,7 @@ TEST_F(EqualizerWiringTest, PageOfAMachineWithoutASoundCardShowsWhatIsStoredToo)
   StartWith("Y", "Lo");
   OpenPage();
   EXPECT_TRUE(config.chkEqEnable.Value);
-  EXPECT_EQ(Sliders(), kLo);
+  EXPECT_EQ(Sliders(), kLoCurve);
 }
 
 TEST_F(EqualizerWiringTest, EqualizerThatIsStoredAsOffOpensLocked) {
@@ -89,7 +73,7 @@ TEST_F(EqualizerWiringTest, DraggedBandsStayWhenTheWindowIsCameBackTo) {
   const auto sent = player.Gains.size();
   config.frmConfiguration.Activate();
   EXPECT_EQ(config.sldEQ[3].Value, 9);
-  EXPECT_EQ(config.sldEQ[0].Value, kLo[0]);
+  EXPECT_EQ(config.sldEQ[0].Value, kLoCurve[0]);
   EXPECT_EQ(player.Gains.size(), sent);
   EXPECT_EQ(config.txtEqChoice.Value.Get(), "Lo");
   EXPECT_EQ(config.cmdEqLo.BackColour.Get(), forms::PresetCommand::kChosen);
@@ -125,8 +109,8 @@ TEST_F(EqualizerWiringTest, OnlyAStartOfPlayingPutsTheChosenCurveBack) {
   config.mnuClose.Press(By::Hand);
   ClickRow(0);
   loop.Advance(1s);
-  EXPECT_EQ(Sliders(), kLo);
-  EXPECT_EQ(Told(), kLo);
+  EXPECT_EQ(Sliders(), kLoCurve);
+  EXPECT_EQ(Told(), kLoCurve);
 }
 
 }  // namespace

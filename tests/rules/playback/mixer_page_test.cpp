@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "forms/accessible_name.h"
+#include "support/hand.h"
 #include "support/playback_bench.h"
-#include "support/simulated_mixer.h"
 
 namespace tavlo::test {
 namespace {
@@ -41,12 +41,6 @@ struct MixerPageTest : testing::Test, PlaybackBench {
       if (label.Visible) names.push_back(label.Value);
     }
     return names;
-  }
-
-  static void Drag(forms::Range& slider, int value) {
-    slider.Press();
-    slider.Change(value);
-    slider.Release();
   }
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/hand.h"
 #include "support/playback_bench.h"
 
 namespace tavlo::test {
@@ -12,11 +13,7 @@ using base::operator""s;
 using forms::By;
 
 struct PositionDisplayTest : testing::Test, PlaybackBench {
-  void DragTo(int value) {
-    form.slPosition.Press();
-    form.slPosition.Change(value);
-    form.slPosition.Release();
-  }
+  void DragTo(int value) { Drag(form.slPosition, value); }
 };
 
 TEST_F(PositionDisplayTest, ReleaseWhilePlayingSeeksAndPlaysOn) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/hand.h"
 #include "support/playback_bench.h"
 
 namespace tavlo::test {
@@ -13,11 +14,7 @@ using forms::By;
 
 struct SoundShapingTest : testing::Test, PlaybackBench {
   SoundShapingTest() { Play(); }
-  void SpeedTo(int value) {
-    form.Slider1.Press();
-    form.Slider1.Change(value);
-    form.Slider1.Release();
-  }
+  void SpeedTo(int value) { Drag(form.Slider1, value); }
 };
 
 TEST_F(SoundShapingTest, SpeedRunsFromFiftyToOneHundredAndFifty) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/deck_bench.h"
+#include "support/hand.h"
 
 namespace tavlo::test {
 namespace {
@@ -327,9 +328,7 @@ TEST_F(ViewsTest, ConfigurationTakesTheScreenAndGivesItBack) {
 
 TEST_F(ViewsTest, ChangedPromptVolumeIsKeptWhenTheConfigurationCloses) {
   form.mnuConfiguration.Press(By::Hand);
-  config.sldPromptVol.Press();
-  config.sldPromptVol.Change(12'000);
-  config.sldPromptVol.Release();
+  Drag(config.sldPromptVol, 12'000);
   config.frmConfiguration.CloseRequest();
   EXPECT_EQ(Stored("PromptVolume"), "12000");
 }
