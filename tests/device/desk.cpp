@@ -39,11 +39,8 @@ struct Sitting : testing::Environment {
 }  // namespace
 
 bool Desk::LayOut() {
-  home.MakeRoot({{"AutoPreview", "0"},
-                 {"AutoQueueDocumentFlag", "N"},
-                 {"SkipBegEndFlag", "Y"},
-                 {"WindIncrement", "10"},
-                 {"AutoBackspace", "0"}});
+  home.MakeRoot(
+      QuietSettings({{"AudioPromptsFlag", "Y"}, {"SkipBegEndFlag", "Y"}, {"WindIncrement", "10"}}));
   home.AddToQueue(document, ThreeTones());
   return server.StartWithPrecedence() && recorder.Start();
 }

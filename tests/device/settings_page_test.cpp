@@ -7,25 +7,23 @@
 #include <string>
 
 #include "desk.h"
+#include "support/keys.h"
 #include "support/screen.h"
 
 namespace tavlo::test {
 namespace {
 
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kControl = 0xFFE3;
-
 /// The foot pedal's part of the settings page, as a typist uses it who tries the pedals out.
 struct PedalsOfTheSettingsPage : AtTheDesk {
   void SetUp() override {
     ASSERT_TRUE(program.Until([] { return QApplication::activeWindow() != nullptr; }));
-    program.Keys({kAlt, 'f'});
+    program.Keys({keys::kAlt, 'f'});
     ASSERT_TRUE(program.Until([] { return QApplication::activePopupWidget() != nullptr; }));
     program.Keys({'c'});
     ASSERT_TRUE(Shows(true));
   }
   void TearDown() override {
-    program.Keys({kAlt, 'c'});
+    program.Keys({keys::kAlt, 'c'});
     EXPECT_TRUE(Shows(false));
     AtTheDesk::TearDown();
   }
@@ -91,7 +89,7 @@ TEST_F(PedalsOfTheSettingsPage, SerialPedalAndItsPortAreChosenByHand) {
     const QWidget* const holder = QApplication::focusWidget();
     return holder && holder->objectName() == "txtSerialFootPedalComPort";
   }));
-  program.Keys({kControl, 'a'});
+  program.Keys({keys::kControl, 'a'});
   program.Keys({'5'});
   EXPECT_TRUE(Until([&] { return Said() == "Port 5 is being read."; })) << Said();
   desk->hardware.Wires().closed = TIOCM_CD;

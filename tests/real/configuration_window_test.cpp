@@ -1,13 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "support/keys.h"
 #include "support/shown_windows.h"
 
 namespace tavlo::test {
 namespace {
-
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kF4 = 0xFFC1;
 
 class ConfigurationWindow : public testing::Test {
  protected:
@@ -45,7 +42,7 @@ TEST_F(ConfigurationWindow, ATabLeadsBackFromAPageThatIsEmpty) {
   constexpr int kEqualizer = 1;
   form.tabConfiguration.ListIndex = kEqualizer;
   shown.typist.Rest();
-  shown.typist.Keys({kAlt, 's'});
+  shown.typist.Keys({keys::kAlt, 's'});
   EXPECT_EQ(form.tabConfiguration.ListIndex, 0);
 }
 
@@ -65,7 +62,7 @@ TEST_F(ConfigurationWindow, EveryWidgetOfASettingStandsInsideIt) {
 TEST_F(ConfigurationWindow, TheCloseButtonOnlyAsks) {
   int requests = 0;
   form.frmConfiguration.OnCloseRequest = [&] { ++requests; };
-  shown.typist.Keys({kAlt, kF4});
+  shown.typist.Keys({keys::kAlt, keys::kF4});
   EXPECT_TRUE(shown.typist.Until([&] { return requests == 1; }));
   EXPECT_TRUE(shown.typist.Widget("frmConfiguration")->isVisible());
 }

@@ -13,6 +13,7 @@
 
 #include "store/saved_position.h"
 #include "support/driven_program.h"
+#include "support/keys.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
 #include "support/sound_server.h"
@@ -23,7 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-constexpr std::uint32_t kF5 = 0xFFC2;
 constexpr int kRate = 8000;
 
 unsigned ModeOf(const std::string& path) {
@@ -36,8 +36,7 @@ unsigned ModeOf(const std::string& path) {
 struct ProgramFiles : testing::Test {
   void SetUp() override {
     ASSERT_TRUE(server.Start());
-    home.MakeRoot(
-        {{"AutoPreview", "0"}, {"AudioPromptsFlag", "N"}, {"AutoQueueDocumentFlag", "N"}});
+    home.MakeRoot(QuietSettings());
   }
 
   void Run(const std::function<void()>& script) {
@@ -201,7 +200,7 @@ TEST_F(ProgramFiles, ScanWithoutHandlesSaysThatTheListIsNotWholeAndTheNextOneLis
     };
     std::unique_ptr<FewHandles> few;
     program->Do([&] { few = std::make_unique<FewHandles>(1); });
-    program->Keys({kF5});
+    program->Keys({keys::kF5});
     EXPECT_TRUE(Until([&] { return !Line().empty(); }));
     EXPECT_TRUE(Until([&] { return program->IsReady(); }));
     program->Do([&] { few.reset(); });
@@ -210,7 +209,7 @@ TEST_F(ProgramFiles, ScanWithoutHandlesSaysThatTheListIsNotWholeAndTheNextOneLis
               "The Queue list is not whole: the program has no file handles or memory left. The "
               "next list shows the rest.");
     EXPECT_EQ(program->Box(), "");
-    program->Keys({kF5});
+    program->Keys({keys::kF5});
     EXPECT_TRUE(Until([&] { return rows() == std::size_t{kDocuments}; }));
     EXPECT_TRUE(Until([&] { return program->IsReady(); }));
     EXPECT_EQ(Line(), "");

@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "support/driven_program.h"
+#include "support/keys.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
 #include "support/sound_server.h"
@@ -26,7 +27,6 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 namespace column = forms::document_column;
 
-constexpr std::uint32_t kF5 = 0xFFC2;
 constexpr std::size_t kMostBytesOfAName = 255;
 
 /// A file and a port of this machine that a document may name and nobody may touch for it.
@@ -141,7 +141,7 @@ void AddWhatIsNoFile(const Home& home) {
 void Refresh(DrivenProgram& program) {
   const auto rows = [&] { return program.Main().listViewInQueue.RowsVersion(); };
   const unsigned before = program.Ask(rows);
-  program.Keys({kF5});
+  program.Keys({keys::kF5});
   ASSERT_TRUE(program.Until([&] { return rows() != before; }));
   ASSERT_TRUE(Until([&] { return program.IsReady(); }));
 }

@@ -12,6 +12,7 @@
 
 #include "support/driven_program.h"
 #include "support/effort.h"
+#include "support/keys.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
 
@@ -21,9 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 namespace column = forms::document_column;
-
-constexpr std::uint32_t kF5 = 0xFFC2;
-constexpr std::uint32_t kAlt = 0xFFE9;
 
 /// Starts the program, which must refuse in these words.
 void ExpectRefusal(const Home& home, const std::string& words) {
@@ -76,7 +74,7 @@ TEST(ProgramWithoutSound, SaysSoAndTheQueueWorks) {
     EXPECT_EQ(program.Box(), "");
 
     home.AddToQueue(DocumentName("Haddad", 3), WaveBytes(Chirp(800, 8000)));
-    program.Keys({kF5});
+    program.Keys({keys::kF5});
     EXPECT_TRUE(program.Until([&] { return program.Main().listViewInQueue.Rows().size() == 3; }));
     ASSERT_TRUE(Until([&] { return program.IsReady(); }));
     program.Exit();
@@ -160,7 +158,7 @@ TEST(ProgramWithTenThousandDocuments, PaintsDuringTheScanAndAnswersAfterIt) {
     // and then; what the steps themselves take shows in the best of some scans.
     for (int scans = 1; scans < 5 && attention.LongestStretch > 50ms; ++scans) {
       program.Do([&] { attention.LongestStretch = {}; });
-      program.Keys({kF5});
+      program.Keys({keys::kF5});
       ASSERT_TRUE(Until([&] { return program.IsReady(); }));
     }
     program.ClickRow(0);

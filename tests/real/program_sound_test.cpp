@@ -73,10 +73,7 @@ struct ProgramSound : testing::Test {
   void SetUp() override {
     ASSERT_TRUE(server.StartWithPrecedence());
     Record();
-    home.MakeRoot({{"AutoPreview", "0"},
-                   {"AudioPromptsFlag", "N"},
-                   {"AutoQueueDocumentFlag", "N"},
-                   {"AutoBackspace", "0"}});
+    home.MakeRoot(QuietSettings());
     home.AddToQueue(tone, WaveOf(Tone(440, kToneSeconds, kRate)));
     home.AddToQueue(sweep, WaveOf(Sweep(10)));
     program = std::make_unique<DrivenProgram>(home);

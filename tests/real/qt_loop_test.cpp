@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "support/keys.h"
 #include "support/shown_windows.h"
 
 namespace tavlo::test {
@@ -14,10 +15,6 @@ namespace {
 
 using base::Timer;
 using base::operator""ms;
-
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kReturn = 0xFF0D;
-constexpr std::uint32_t kEscape = 0xFF1B;
 
 /// Counts how often a widget paints itself.
 class PaintCount : public QObject {
@@ -113,7 +110,7 @@ TEST(MessageBox, TimersGoOnUnderItAndHandsAreRefused) {
       shown.typist.Picture("message_box");
       timer.Start();
     }
-    if (ticks == 3) shown.typist.KeysUnseen({kEscape});
+    if (ticks == 3) shown.typist.KeysUnseen({keys::kEscape});
   };
   timer.Start();
   const base::Reply reply =
@@ -134,7 +131,7 @@ TEST(MessageBox, ReturnPressesTheDefaultButton) {
   ShownWindows shown;
   shown.ShowMain();
   Timer timer(shown.loop, "t", 300ms);
-  timer.OnTick = [&] { shown.typist.KeysUnseen({kReturn}); };
+  timer.OnTick = [&] { shown.typist.KeysUnseen({keys::kReturn}); };
   timer.Start();
   EXPECT_EQ(shown.loop.Show({.title = "Tavlo Deck", .text = "?", .buttons = base::Buttons::YesNo}),
             base::Reply::Yes);

@@ -10,20 +10,13 @@
 
 #include "platform/qt/column_widths.h"
 #include "support/effort.h"
+#include "support/keys.h"
 #include "support/shown_windows.h"
 
 namespace tavlo::test {
 namespace {
 
 namespace document_column = forms::document_column;
-
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kTab = 0xFF09;
-constexpr std::uint32_t kDown = 0xFF54;
-constexpr std::uint32_t kRight = 0xFF53;
-constexpr std::uint32_t kF4 = 0xFFC1;
-constexpr std::uint32_t kF5 = 0xFFC2;
 
 TEST(MainWindow, AClickOnAKeyPressesItsCommand) {
   ShownWindows shown;
@@ -76,9 +69,9 @@ TEST(MainWindow, TheUnderlinedLettersAreTheKeyboard) {
   shown.main.cmdPlay.OnPress = [&] { ++plays; };
   shown.main.cmdUpdateFileList.OnPress = [&] { ++refreshes; };
   shown.ShowMain();
-  shown.typist.Keys({kAlt, 'p'});
+  shown.typist.Keys({keys::kAlt, 'p'});
   EXPECT_EQ(plays, 1);
-  shown.typist.Keys({kF5});
+  shown.typist.Keys({keys::kF5});
   EXPECT_TRUE(shown.typist.Until([&] { return refreshes == 1; }));
 }
 
@@ -89,14 +82,14 @@ TEST(MainWindow, AMenuEntryPressesItsCommand) {
   shown.main.mnuAbout.OnPress = [&] { ++abouts; };
   shown.main.mnuReport.OnPress = [&] { ++reports; };
   shown.ShowMain();
-  shown.typist.Keys({kAlt, 'f'});
+  shown.typist.Keys({keys::kAlt, 'f'});
   shown.typist.Keys({'a'});
   EXPECT_EQ(abouts, 1);
-  shown.typist.Keys({kAlt, 'r'});
+  shown.typist.Keys({keys::kAlt, 'r'});
   EXPECT_EQ(reports, 1);
   shown.main.mnuFile.Enabled = false;
   shown.typist.Rest();
-  shown.typist.Keys({kAlt, 'f'});
+  shown.typist.Keys({keys::kAlt, 'f'});
   shown.typist.Keys({'a'});
   EXPECT_EQ(abouts, 1);
 }
@@ -130,7 +123,7 @@ TEST(MainWindow, AKeyOnASliderIsPressChangeAndRelease) {
   shown.ShowMain();
   shown.main.frmMain.FocusOn(shown.main.slPosition);
   shown.typist.Rest();
-  shown.typist.Keys({kRight});
+  shown.typist.Keys({keys::kRight});
   EXPECT_EQ(told, "press change release");
   EXPECT_EQ(shown.main.slPosition.Value, 1);
 }
@@ -157,7 +150,7 @@ TEST(QueueList, AClickOnARowChoosesIt) {
   shown.typist.ClickAt(shown.QueueRow(2));
   EXPECT_EQ(shown.main.listViewInQueue.ListIndex, 2);
   EXPECT_EQ(told, "row click ");
-  shown.typist.Keys({kDown});
+  shown.typist.Keys({keys::kDown});
   EXPECT_EQ(shown.main.listViewInQueue.ListIndex, 3);
 }
 
@@ -251,7 +244,7 @@ TEST(MainWindow, TheCloseButtonOnlyAsks) {
   int requests = 0;
   shown.main.frmMain.OnCloseRequest = [&] { ++requests; };
   shown.ShowMain();
-  shown.typist.Keys({kAlt, kF4});
+  shown.typist.Keys({keys::kAlt, keys::kF4});
   EXPECT_TRUE(shown.typist.Until([&] { return requests == 1; }));
   EXPECT_TRUE(shown.typist.Widget("frmMain")->isVisible());
 }
@@ -290,7 +283,7 @@ TEST(MainWindow, TabLeadsOverTheDeckInReadingOrderAndIntoTheList) {
   shown.typist.Rest();
   std::string order;
   for (int press = 0; press < 12; ++press) {
-    shown.typist.Keys({kTab});
+    shown.typist.Keys({keys::kTab});
     order += QGuiApplication::focusObject()->objectName().toStdString() + " ";
   }
   EXPECT_EQ(order,

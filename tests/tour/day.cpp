@@ -13,13 +13,6 @@ namespace {
 
 namespace column = forms::document_column;
 
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kReturn = 0xFF0D;
-constexpr std::uint32_t kEscape = 0xFF1B;
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kF4 = 0xFFC1;
-constexpr std::uint32_t kF5 = 0xFFC2;
-
 QString WorkFolder(const char* name) {
   return QDir::homePath() + "/Lyrane/TavloDeck/Files/" + name;
 }
@@ -140,7 +133,7 @@ void Day::AddList(std::vector<Step>& steps) {
                          const QString any = queue.entryList({"*Haddad*"}, QDir::Files).value(0);
                          QFile::copy(queue.filePath(any),
                                      queue.filePath(QString(any).replace("Haddad", "Newman")));
-                         typist_.KeysUnseen({kF5});
+                         typist_.KeysUnseen({keys::kF5});
                        },
                    .seen = [this] { return Ready() && RowOf("Newman") >= 0; }});
   steps.push_back(
@@ -158,7 +151,7 @@ void Day::AddList(std::vector<Step>& steps) {
 
 void Day::AddCompleted(std::vector<Step>& steps) {
   const auto menuShows = [] { return QApplication::activePopupWidget() != nullptr; };
-  steps.push_back(Keys({kAlt, 'v'}, "the View menu opens", menuShows, "08-view-menu"));
+  steps.push_back(Keys({keys::kAlt, 'v'}, "the View menu opens", menuShows, "08-view-menu"));
   steps.push_back(Keys({'c'}, "the Completed view shows the finished document", [this] {
     const forms::Table& list = Main().listViewCompleted;
     return Main().frameCompleted.Visible && !Main().frameInQueue.Visible &&
@@ -174,7 +167,7 @@ void Day::AddCompleted(std::vector<Step>& steps) {
            !Main().cmdMoveToQueue.Enabled &&
            QDir(WorkFolder("Completed")).entryList(QDir::Files).empty();
   }));
-  steps.push_back(Keys({kAlt, 'v'}, "the View menu opens again", menuShows));
+  steps.push_back(Keys({keys::kAlt, 'v'}, "the View menu opens again", menuShows));
   steps.push_back(Keys({'q'}, "and the Queue has the document back",
                        [this] { return Ready() && RowOf("Brown") == 0; }));
 }
@@ -182,7 +175,7 @@ void Day::AddCompleted(std::vector<Step>& steps) {
 void Day::AddWindows(std::vector<Step>& steps) {
   const shell::Windows& windows = program_.Deck().windows;
   steps.push_back(Keys(
-      {kAlt, 'f'}, "the File menu opens",
+      {keys::kAlt, 'f'}, "the File menu opens",
       [] { return QApplication::activePopupWidget() != nullptr; }, "13-menu"));
   steps.push_back(Keys(
       {'c'}, "the configuration takes the screen",
@@ -198,15 +191,15 @@ void Day::AddWindows(std::vector<Step>& steps) {
   steps.push_back({.says = "closing it brings the deck back",
                    .act =
                        [this] {
-                         typist_.KeysUnseen({kAlt, 'c'});
+                         typist_.KeysUnseen({keys::kAlt, 'c'});
                        },
                    .seen = [&windows] { return windows.main.frmMain.Visible.Get(); }});
-  steps.push_back(Keys({kAlt, 'f'}, "the File menu opens again",
+  steps.push_back(Keys({keys::kAlt, 'f'}, "the File menu opens again",
                        [] { return QApplication::activePopupWidget() != nullptr; }));
   steps.push_back(Keys(
       {'a'}, "the about box shows", [&windows] { return windows.about.frmAbout.Visible.Get(); },
       "15-about"));
-  steps.push_back(Keys({kAlt, 'c'}, "and closes",
+  steps.push_back(Keys({keys::kAlt, 'c'}, "and closes",
                        [&windows] { return !windows.about.frmAbout.Visible.Get(); }));
   steps.push_back({.says = "a second copy is refused",
                    .act =
@@ -220,7 +213,7 @@ void Day::AddWindows(std::vector<Step>& steps) {
                          if (secondCopy_.state() == QProcess::NotRunning) {
                            return secondCopy_.exitCode() == 1;
                          }
-                         if (!QApplication::activeWindow()) typist_.KeysUnseen({kReturn});
+                         if (!QApplication::activeWindow()) typist_.KeysUnseen({keys::kReturn});
                          return false;
                        }});
 }
@@ -238,9 +231,9 @@ void Day::AddEnd(std::vector<Step>& steps) {
     return left_.speed > 100;
   }));
   steps.push_back(Keys(
-      {kAlt, kF4}, "exit is refused while it is in work", [this] { return BoxOpen(); },
+      {keys::kAlt, keys::kF4}, "exit is refused while it is in work", [this] { return BoxOpen(); },
       "16-must-finish"));
-  steps.push_back(Keys({kReturn}, "the box closes and the sound has stopped",
+  steps.push_back(Keys({keys::kReturn}, "the box closes and the sound has stopped",
                        [this] { return !BoxOpen() && !Playing(); }));
   steps.push_back({.says = "Skip leaves the document as it is and sounds the next one",
                    .act =
@@ -256,10 +249,10 @@ void Day::AddEnd(std::vector<Step>& steps) {
                                 Main().listViewInQueue.ListIndex >= 0 && !Main().cmdSkip.Enabled;
                        }});
   steps.push_back(Keys(
-      {kAlt, kF4}, "exit asks", [this] { return BoxOpen(); }, "17-exit"));
-  steps.push_back(Keys({kEscape}, "no keeps the deck", [this] { return !BoxOpen(); }));
-  steps.push_back(Keys({kAlt, kF4}, "exit asks again", [this] { return BoxOpen(); }));
-  steps.push_back(Keys({kReturn}, "yes ends it", [this] { return !BoxOpen(); }));
+      {keys::kAlt, keys::kF4}, "exit asks", [this] { return BoxOpen(); }, "17-exit"));
+  steps.push_back(Keys({keys::kEscape}, "no keeps the deck", [this] { return !BoxOpen(); }));
+  steps.push_back(Keys({keys::kAlt, keys::kF4}, "exit asks again", [this] { return BoxOpen(); }));
+  steps.push_back(Keys({keys::kReturn}, "yes ends it", [this] { return !BoxOpen(); }));
 }
 
 Step Day::Click(const char* control, std::string says, std::function<bool()> seen,

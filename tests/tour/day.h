@@ -10,10 +10,13 @@
 
 #include "pedals/pedal_pipe.h"
 #include "platform/desktop/program.h"
+#include "support/keys.h"
 #include "support/typist.h"
 #include "tour.h"
 
 namespace tavlo::tour {
+
+namespace keys = test::keys;
 
 /// What the typist left behind at the end of a day and finds the next morning. Plain, for it stands
 /// in memory that the days' processes share.

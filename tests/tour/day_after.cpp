@@ -10,12 +10,6 @@ namespace {
 
 namespace column = forms::document_column;
 
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kReturn = 0xFF0D;
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kF4 = 0xFFC1;
-constexpr std::uint32_t kF5 = 0xFFC2;
-
 QString InQueue(const char* name) {
   return QDir::homePath() + "/Lyrane/TavloDeck/Files/InQueue/" + name;
 }
@@ -39,7 +33,7 @@ void Day::AddOddDocuments(std::vector<Step>& steps) {
   const auto put = [this] {
     Put(InQueue("0001 0 Broken 1 3 9 2005 14 5 12 1 0 1 noise 0 0_.wav"), "this is no sound");
     Put(InQueue("0001 0 Silent 1 3 9 2005 14 6 12 1 0 1 hush 0 0_.wav"), EmptyWave());
-    typist_.KeysUnseen({kF5});
+    typist_.KeysUnseen({keys::kF5});
   };
   steps.push_back(
       {.says = "a file that is no sound and an empty one stand in the list",
@@ -47,7 +41,7 @@ void Day::AddOddDocuments(std::vector<Step>& steps) {
        .seen = [this] { return Ready() && RowOf("Broken") >= 0 && RowOf("Silent") >= 0; }});
   steps.push_back(ClickRowOf(
       "Broken", "what can not be played says so", [this] { return BoxOpen(); }, "12-unplayable"));
-  steps.push_back(Keys({kReturn}, "and may be completed",
+  steps.push_back(Keys({keys::kReturn}, "and may be completed",
                        [this] { return !BoxOpen() && Main().cmdComplete.Enabled; }));
   steps.push_back(Click("cmdComplete", "which takes it away",
                         [this] { return Ready() && RowOf("Broken") < 0; }));
@@ -59,7 +53,7 @@ void Day::AddOddDocuments(std::vector<Step>& steps) {
 
 void Day::AddOtherViews(std::vector<Step>& steps) {
   const auto enter = [this](std::uint32_t letter) {
-    typist_.KeysUnseen({kAlt, 'v'});
+    typist_.KeysUnseen({keys::kAlt, 'v'});
     typist_.KeysUnseen({letter});
   };
   steps.push_back({.says = "the Import view shows its list and plays nothing",
@@ -115,8 +109,8 @@ std::vector<Step> Day::NextMorning() {
   AddEqualizer(steps);
   AddMixer(steps);
   steps.push_back(Click("cmdSkip", "Skip leaves it", [this] { return Ready(); }));
-  steps.push_back(Keys({kAlt, kF4}, "exit asks", [this] { return BoxOpen(); }));
-  steps.push_back(Keys({kReturn}, "yes ends the tour", [this] { return !BoxOpen(); }));
+  steps.push_back(Keys({keys::kAlt, keys::kF4}, "exit asks", [this] { return BoxOpen(); }));
+  steps.push_back(Keys({keys::kReturn}, "yes ends the tour", [this] { return !BoxOpen(); }));
   return steps;
 }
 

@@ -10,10 +10,6 @@ namespace {
 
 using base::operator""s;
 
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kReturn = 0xFF0D;
-constexpr std::uint32_t kAlt = 0xFFE9;
-
 // Bits of a pedal's report.
 constexpr std::uint8_t kUp = 0;
 constexpr std::uint8_t kLeft = 1;
@@ -69,13 +65,13 @@ void Day::AddEqualizer(std::vector<Step>& steps) {
   steps.push_back(Click("cmdSaveCustom", "and kept", [&config, this] {
     return BoxOpen() && config.txtEqCustom[6].WholeNumber() == config.sldEQ[6].Value;
   }));
-  steps.push_back(Keys({kReturn}, "which a box confirms", [this] { return !BoxOpen(); }));
+  steps.push_back(Keys({keys::kReturn}, "which a box confirms", [this] { return !BoxOpen(); }));
 }
 
 void Day::AddMixer(std::vector<Step>& steps) {
   forms::ConfigurationForm& config = program_.Deck().windows.configuration;
   steps.push_back(Keys(
-      {kAlt, 'm'}, "the mixer shows the device and its volumes",
+      {keys::kAlt, 'm'}, "the mixer shows the device and its volumes",
       [&config] {
         return config.frameConfigMixer.Visible && !config.DeviceCombo.Rows().empty() &&
                config.slVolume.front().Visible && config.slVolume.front().Enabled;
@@ -88,10 +84,11 @@ void Day::AddMixer(std::vector<Step>& steps) {
   const auto lit = [&config] {
     return config.ShapeCenterPedal.FillColour == forms::PedalShape::kDown;
   };
-  steps.push_back(Keys({kAlt, 's'}, "the settings light the pedal that is down", lit, "21-pedals"));
+  steps.push_back(
+      Keys({keys::kAlt, 's'}, "the settings light the pedal that is down", lit, "21-pedals"));
   steps.push_back(Foot(kUp, "its release stops the voice here too",
                        [lit, this] { return !Playing() && !lit(); }));
-  steps.push_back(Keys({kAlt, 'c'}, "closing brings the mini-player back",
+  steps.push_back(Keys({keys::kAlt, 'c'}, "closing brings the mini-player back",
                        [this] { return Main().frmMain.Visible && Main().cmdSkip.Enabled; }));
 }
 

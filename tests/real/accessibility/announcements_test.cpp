@@ -34,7 +34,7 @@ TEST_F(Announcements, ASelectedDictationIsNamedWhileItsPreviewSoundsAndAfterIt) 
   SetPreview(15);
   Select("Brown");
   EXPECT_TRUE(Told("Previewing: Brown, Subject: cardio"));
-  Keys({kAlt, 's'});
+  Keys({keys::kAlt, 's'});
   EXPECT_TRUE(Told("Selected: Brown, Subject: cardio"));
   SetPreview(0);
 }
@@ -44,7 +44,7 @@ TEST_F(Announcements, PlayingIsSaidOnceAndTheRunningTimeWhenItIsAskedFor) {
   Play();
   ASSERT_TRUE(HasPlayedTo("00:00:02"));
   EXPECT_EQ(HeardButThePosition(), std::vector<std::string>{});
-  Keys({kAlt, 's'});
+  Keys({keys::kAlt, 's'});
   const std::string position = program->Ask([] { return Main().lblFilePositionHMS.Value.Get(); });
   EXPECT_TRUE(Told("Stopped at " + position));
   EXPECT_TRUE(Meets("label", "Current position in document: " + position));
@@ -90,7 +90,7 @@ TEST_F(Announcements, AKeyThatGoesOutOfUseNamesNoneOfItsNeighbours) {
   Play();
   ASSERT_TRUE(TabTo("cmdForward"));
   reader->Heard();
-  Keys({kAlt, 'k'});
+  Keys({keys::kAlt, 'k'});
   ASSERT_TRUE(Until([] { return program->IsReady(); }));
   int focused = 0;
   for (const std::string& event : reader->Heard()) {

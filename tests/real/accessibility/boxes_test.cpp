@@ -22,18 +22,18 @@ class Boxes : public ListeningDesk {
     EXPECT_TRUE(reader->Find("push button", defaultButton).Is("DEFAULT")) << defaultButton;
   }
   static void ExpectEscapeCloses() {
-    Keys({kEscape});
+    Keys({keys::kEscape});
     EXPECT_TRUE(Until([] { return program->Box().empty(); })) << program->Box();
   }
   static void OpenMenu(std::uint32_t letter, const std::string& name) {
-    Keys({kAlt, letter});
+    Keys({keys::kAlt, letter});
     EXPECT_TRUE(Meets("popup menu", name));
   }
   static void CloseMenu() {
-    Keys({kEscape});
+    Keys({keys::kEscape});
     ASSERT_TRUE(program->Until([] { return !QApplication::activePopupWidget(); }));
     // A menu bar keeps the keyboard until it is told a second time.
-    Keys({kEscape});
+    Keys({keys::kEscape});
     EXPECT_TRUE(Until([] { return !Focus().empty(); }));
   }
   static bool ViewShows(const forms::Pane& frame) {
@@ -42,7 +42,7 @@ class Boxes : public ListeningDesk {
 };
 
 TEST_F(Boxes, TheQuestionOfTheExitIsReadAndEscapeIsNo) {
-  Keys({kAlt, 'f'});
+  Keys({keys::kAlt, 'f'});
   Keys({'e'});
   ExpectABoxIsHeard("Tavlo Deck - Exit", "Are you sure you want to exit the Tavlo Deck?", "Yes");
   EXPECT_TRUE(reader->Find("push button", "No").Is("FOCUSABLE"));
@@ -51,25 +51,25 @@ TEST_F(Boxes, TheQuestionOfTheExitIsReadAndEscapeIsNo) {
 }
 
 TEST_F(Boxes, TheQuestionOfADeletionIsReadAndEscapeIsNo) {
-  Keys({kAlt, 'v'});
+  Keys({keys::kAlt, 'v'});
   Keys({'c'});
   ASSERT_TRUE(ViewShows(Main().frameCompleted));
   ASSERT_TRUE(TabTo("listViewCompleted"));
-  Keys({kDown});
+  Keys({keys::kDown});
   ASSERT_TRUE(program->Until([] { return Main().cmdDeleteOneCompleted.Enabled.Get(); }));
   reader->Press("Delete One");
   ExpectABoxIsHeard("Tavlo Deck - Delete",
                     "Are you sure you want to delete the selected Completed document?", "No");
   ExpectEscapeCloses();
   EXPECT_EQ(program->Ask([] { return Main().listViewCompleted.Rows().size(); }), 1u);
-  Keys({kAlt, 'v'});
+  Keys({keys::kAlt, 'v'});
   Keys({'q'});
   EXPECT_TRUE(ViewShows(Main().frameInQueue));
 }
 
 TEST_F(Boxes, AnErrorIsReadAndEscapeLeavesIt) {
   Select("Wreck");
-  Keys({kAlt, 'p'});
+  Keys({keys::kAlt, 'p'});
   ExpectABoxIsHeard(
       "Tavlo Deck - Unrecognized Audio Format",
       "This file can not be played. You may press Complete to remove it from the queue.", "OK");
@@ -81,7 +81,7 @@ TEST_F(Boxes, AnOpenMenuNamesItsEntriesAndWhereTheKeyboardIs) {
   for (const char* const entry : {"Configuration", "Minimize", "About", "Exit"}) {
     EXPECT_EQ(reader->Find("menu item", entry).role, "menu item") << entry;
   }
-  Keys({kDown});
+  Keys({keys::kDown});
   EXPECT_TRUE(Until([] { return reader->Find("menu item", "Minimize").Is("FOCUSED"); }));
   CloseMenu();
   OpenMenu('v', "View");
@@ -91,10 +91,10 @@ TEST_F(Boxes, AnOpenMenuNamesItsEntriesAndWhereTheKeyboardIs) {
 
 TEST_F(Boxes, TheMenuOfAListNamesTheColumns) {
   ASSERT_TRUE(TabTo("listViewInQueue"));
-  Keys({kMenu});
+  Keys({keys::kMenu});
   ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
   reader->Heard();
-  for (int entry = 0; entry < 3; ++entry) Keys({kDown});
+  for (int entry = 0; entry < 3; ++entry) Keys({keys::kDown});
   EXPECT_TRUE(Heard("state-changed:focused|menu item|Sort by Author"));
   CloseMenu();
 }

@@ -29,13 +29,13 @@ TEST_F(WithoutAMouse, TheMiniPlayerIsReachedByTabAndWorkedByItsKeys) {
   Keys({' '});
   EXPECT_TRUE(Told("Winding forward"));
   EXPECT_TRUE(HasFocus("txtFocus"));
-  EXPECT_EQ(Tab({kShift, kTab}), "cmdForward");
-  Keys({kAlt, 's'});
+  EXPECT_EQ(Tab({keys::kShift, keys::kTab}), "cmdForward");
+  Keys({keys::kAlt, 's'});
   ASSERT_TRUE(program->Until([] { return !Main().DeckRuns; }));
   ASSERT_TRUE(TabTo("Slider1"));
-  Keys({kRight});
+  Keys({keys::kRight});
   EXPECT_TRUE(program->Until([] { return Main().Slider1.Value == 5; }));
-  Keys({kAlt, 'm'});
+  Keys({keys::kAlt, 'm'});
   EXPECT_TRUE(program->Until([] { return Main().Slider1.Value == 0; }));
   SkipDocument();
 }
@@ -46,7 +46,7 @@ TEST_F(WithoutAMouse, TabReachesEveryControlOfEveryPageOfTheConfiguration) {
   for (const std::uint32_t page : {'e', 'm'}) {
     const int before =
         program->Ask([] { return Configuration().tabConfiguration.ListIndex.Get(); });
-    Keys({kAlt, page});
+    Keys({keys::kAlt, page});
     EXPECT_TRUE(
         program->Until([&] { return Configuration().tabConfiguration.ListIndex != before; }));
     ExpectTabReachesEverything();
@@ -62,7 +62,7 @@ TEST_F(WithoutAMouse, ThePedalIsChosenByKeys) {
     return Configuration().optionSerial.Value && Configuration().txtSerialFootPedalComPort.Enabled;
   }));
   ASSERT_TRUE(TabTo("txtSerialFootPedalComPort"));
-  Keys({kEnd});
+  Keys({keys::kEnd});
   Keys({'1'});
   EXPECT_TRUE(program->Until(
       [] { return Configuration().txtSerialFootPedalComPort.Value.Get() == "7001"; }));
@@ -74,7 +74,7 @@ TEST_F(WithoutAMouse, ThePedalIsChosenByKeys) {
   const std::string before = program->Ask(letter);
   Keys({' '});
   EXPECT_TRUE(program->Until([&] { return letter() != before; }));
-  ASSERT_EQ(Tab({kShift, kTab}), "chkSwapRewindForwardPedals");
+  ASSERT_EQ(Tab({keys::kShift, keys::kTab}), "chkSwapRewindForwardPedals");
   Keys({' '});
   EXPECT_TRUE(program->Until([&] { return letter() == before; }));
   CloseConfiguration();
@@ -90,7 +90,7 @@ TEST_F(WithoutAMouse, TabGoesOnFromTheControlThatGaveTheKeyboardAway) {
   ASSERT_TRUE(TabTo("cmdNormalSpeed"));
   Keys({' '});
   EXPECT_TRUE(HasFocus("txtFocus"));
-  EXPECT_EQ(Tab({kShift, kTab}), "cmdNormalSpeed");
+  EXPECT_EQ(Tab({keys::kShift, keys::kTab}), "cmdNormalSpeed");
 }
 
 TEST_F(WithoutAMouse, ArrowsSelectInTheListAndTheMenuKeySortsIt) {
@@ -98,37 +98,37 @@ TEST_F(WithoutAMouse, ArrowsSelectInTheListAndTheMenuKeySortsIt) {
     return program->Until([&] { return Main().StatusBar1.Panels.Get()[2] == author; });
   };
   Select("Brown");
-  Keys({kDown});
+  Keys({keys::kDown});
   EXPECT_TRUE(chosen("Okafor"));
   EXPECT_EQ(Focus(), "listViewInQueue");
   EXPECT_TRUE(program->Until([] { return Main().cmdPlay.Enabled.Get(); }));
 
-  Keys({kMenu});
+  Keys({keys::kMenu});
   EXPECT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
-  for (int entry = 0; entry < 3; ++entry) Keys({kDown});
-  Keys({kReturn});
+  for (int entry = 0; entry < 3; ++entry) Keys({keys::kDown});
+  Keys({keys::kReturn});
   EXPECT_TRUE(program->Until([] { return Main().listViewInQueue.SortColumn() == 2; }));
 }
 
 TEST_F(WithoutAMouse, ASliderTakesStepAfterStep) {
   ASSERT_TRUE(TabTo("sldVol"));
   const int before = program->Ask([] { return Main().sldVol.Value.Get(); });
-  Keys({kLeft});
-  Keys({kLeft});
+  Keys({keys::kLeft});
+  Keys({keys::kLeft});
   EXPECT_TRUE(program->Until([&] { return Main().sldVol.Value == before - 2; }));
-  Keys({kPageUp});
+  Keys({keys::kPageUp});
   EXPECT_TRUE(program->Until([&] { return Main().sldVol.Value > before; }));
 
   OpenConfiguration();
   forms::Range& slider = Configuration().sliderWindIncrement;
   const int first = program->Ask([&] { return slider.Value.Get(); });
   ASSERT_TRUE(TabTo("sliderWindIncrement"));
-  Keys({kRight});
-  Keys({kRight});
+  Keys({keys::kRight});
+  Keys({keys::kRight});
   EXPECT_TRUE(program->Until([&] { return slider.Value == first + 2; }));
   EXPECT_EQ(Focus(), "sliderWindIncrement");
-  Keys({kLeft});
-  Keys({kLeft});
+  Keys({keys::kLeft});
+  Keys({keys::kLeft});
   EXPECT_TRUE(program->Until([&] { return slider.Value == first; }));
   CloseConfiguration();
 }

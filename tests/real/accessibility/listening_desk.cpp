@@ -29,10 +29,7 @@ constexpr int kMostTabs = 60;
 constexpr const char* kNoPort = "700";
 
 void LayOut(const Home& home) {
-  home.MakeRoot({{"AutoPreview", "0"},
-                 {"AutoQueueDocumentFlag", "N"},
-                 {"AudioPromptsFlag", "N"},
-                 {"SerialFootPedalComPort", kNoPort}});
+  home.MakeRoot(QuietSettings({{"SerialFootPedalComPort", kNoPort}}));
   home.AddToQueue(DocumentName("Brown", 1), WaveBytes(Chirp(40 * kRate, kRate)));
   home.AddToQueue(DocumentName("Okafor", 2), WaveBytes(Chirp(kRate, kRate)));
   home.AddToQueue(DocumentName("Wreck", 3), "no sound at all");
@@ -148,7 +145,7 @@ void ListeningDesk::TearDown() {
     return;
   }
   // A test that broke off shall not break those that follow.
-  for (int key = 0; key < 2; ++key) Keys({kEscape});
+  for (int key = 0; key < 2; ++key) Keys({keys::kEscape});
   program->Do([] {
     Configuration().frmConfiguration.CloseRequest();
     if (Main().cmdSkip.Enabled) Main().cmdSkip.Press();
@@ -207,16 +204,16 @@ bool ListeningDesk::Active(const char* window) {
 }
 
 void ListeningDesk::OpenConfiguration() {
-  Keys({kAlt, 'f'});
+  Keys({keys::kAlt, 'f'});
   ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
   Keys({'c'});
   ASSERT_TRUE(Active("frmConfiguration"));
-  Keys({kAlt, 's'});
+  Keys({keys::kAlt, 's'});
   EXPECT_TRUE(program->Until([] { return Configuration().frameSettings.Visible.Get(); }));
 }
 
 void ListeningDesk::CloseConfiguration() {
-  Keys({kEscape});
+  Keys({keys::kEscape});
   EXPECT_TRUE(Active("frmMain"));
 }
 
@@ -230,20 +227,20 @@ void ListeningDesk::Select(const std::string& author) {
   ASSERT_GE(row, 0) << author;
   ASSERT_TRUE(Focus() == "listViewInQueue" || TabTo("listViewInQueue"));
   const int from = program->Ask([] { return Main().listViewInQueue.ListIndex.Get(); });
-  for (int at = from; at < row; ++at) Keys({kDown});
-  for (int at = from; at > row; --at) Keys({kUp});
+  for (int at = from; at < row; ++at) Keys({keys::kDown});
+  for (int at = from; at > row; --at) Keys({keys::kUp});
   if (from == row) Keys({' '});
   EXPECT_TRUE(program->Until([&] { return Main().StatusBar1.Panels.Get()[2] == author; }));
 }
 
 void ListeningDesk::Play() {
   ASSERT_TRUE(program->Until([] { return Main().cmdPlay.Enabled.Get(); }));
-  Keys({kAlt, 'p'});
+  Keys({keys::kAlt, 'p'});
   ASSERT_TRUE(Told("Playing"));
 }
 
 void ListeningDesk::SkipDocument() {
-  Keys({kAlt, 'k'});
+  Keys({keys::kAlt, 'k'});
   EXPECT_TRUE(Told("No dictation selected"));
   EXPECT_TRUE(Until([] { return program->IsReady(); }));
 }

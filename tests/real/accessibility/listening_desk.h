@@ -9,22 +9,9 @@
 
 #include "accessibility/screen_reader.h"
 #include "support/driven_program.h"
+#include "support/keys.h"
 
 namespace tavlo::test {
-
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kTab = 0xFF09;
-constexpr std::uint32_t kReturn = 0xFF0D;
-constexpr std::uint32_t kEscape = 0xFF1B;
-constexpr std::uint32_t kLeft = 0xFF51;
-constexpr std::uint32_t kUp = 0xFF52;
-constexpr std::uint32_t kRight = 0xFF53;
-constexpr std::uint32_t kDown = 0xFF54;
-constexpr std::uint32_t kPageUp = 0xFF55;
-constexpr std::uint32_t kEnd = 0xFF57;
-constexpr std::uint32_t kMenu = 0xFF67;
-constexpr std::uint32_t kShift = 0xFFE1;
-constexpr std::uint32_t kAlt = 0xFFE9;
 
 /// The real program with dictations in its Queue and a screen reader that listens to it. Both are
 /// started once for all tests: each finds the deck at rest with the Queue on show, and leaves it
@@ -59,7 +46,7 @@ class ListeningDesk : public testing::Test {
   /// The name of the widget that has the keyboard.
   static std::string Focus();
   /// Presses Tab, which must take the keyboard elsewhere; returns where.
-  static std::string Tab(std::initializer_list<std::uint32_t> keys = {kTab});
+  static std::string Tab(std::initializer_list<std::uint32_t> keys = {keys::kTab});
   static bool TabTo(const std::string& control);
   /// Tab reaches every enabled control of the active window that the keyboard is meant for.
   static void ExpectTabReachesEverything();

@@ -102,14 +102,14 @@ TEST_F(Windows, EveryControlOfEveryPageOfTheConfigurationHasANameARoleAndAValue)
   EXPECT_EQ(Slider("Select the length of a wind step in seconds").value, "3");
   EXPECT_EQ(reader->Find("filler", "Lights while the left pedal is down").description, "Up");
 
-  Keys({kAlt, 'e'});
+  Keys({keys::kAlt, 'e'});
   EXPECT_TRUE(Meets("push button", "Save Custom"));
   ExpectEveryControlIsNamed("equalizer", 20);
   program->Do([] { Configuration().sldEQ[0].Value = -7; });
   EXPECT_TRUE(Until([] { return Slider("Gain at 31 Hz").value == "7"; }));
   program->Do([] { Configuration().sldEQ[0].Value = 0; });
 
-  Keys({kAlt, 'm'});
+  Keys({keys::kAlt, 'm'});
   // The label beside a box is its name on this desktop; its own is what it shows.
   EXPECT_TRUE(Meets("combo box", "System default"));
   EXPECT_EQ(reader->Find("label", "Audio device").role, "label");
@@ -119,7 +119,7 @@ TEST_F(Windows, EveryControlOfEveryPageOfTheConfigurationHasANameARoleAndAValue)
 }
 
 TEST_F(Windows, TheAboutBoxIsADialogThatIsReadAndLeftByEscape) {
-  Keys({kAlt, 'f'});
+  Keys({keys::kAlt, 'f'});
   Keys({'a'});
   EXPECT_TRUE(Meets("dialog", "About Tavlo Deck"));
   EXPECT_TRUE(Meets("push button", "System Info"));
@@ -128,7 +128,7 @@ TEST_F(Windows, TheAboutBoxIsADialogThatIsReadAndLeftByEscape) {
   const std::string text =
       program->Ask([] { return program->Windows().about.lblAboutDescription.Value.Get(); });
   EXPECT_EQ(reader->Find("label", text.substr(0, text.find('\n'))).role, "label") << text;
-  Keys({kEscape});
+  Keys({keys::kEscape});
   EXPECT_TRUE(program->Until([] { return !program->Windows().about.frmAbout.Visible; }));
   EXPECT_TRUE(Active("frmMain"));
 }
@@ -149,7 +149,7 @@ TEST_F(Windows, TheQueueHasTheColumnsThatShowAndNoOthers) {
 }
 
 TEST_F(Windows, TheCompletedListHasNoColumnForASavedPosition) {
-  Keys({kAlt, 'v'});
+  Keys({keys::kAlt, 'v'});
   Keys({'c'});
   ASSERT_TRUE(Meets("table", "Completed"));
   ASSERT_TRUE(program->Until([] { return Main().mnuView.Enabled.Get(); }));
@@ -158,7 +158,7 @@ TEST_F(Windows, TheCompletedListHasNoColumnForASavedPosition) {
   const auto rows = reader->Table("Completed");
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_EQ(rows[1][1], "Done");
-  Keys({kAlt, 'v'});
+  Keys({keys::kAlt, 'v'});
   Keys({'q'});
   EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
 }

@@ -8,6 +8,7 @@
 
 #include "support/desktop.h"
 #include "support/driven_program.h"
+#include "support/keys.h"
 #include "support/place.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
@@ -16,8 +17,6 @@
 namespace tavlo::test {
 namespace {
 
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kEscape = 0xFF1B;
 constexpr int kWidth = 1280;
 constexpr int kHeight = 1024;
 constexpr int kRate = 8000;
@@ -28,12 +27,8 @@ struct WithoutAManager : testing::Test {
   void Run(store::Assignments settings, const std::function<void()>& script) {
     ASSERT_EQ(desktop.Fault(), "");
     ASSERT_TRUE(server.Start());
-    settings.insert(settings.end(), {{"AutoPreview", "0"},
-                                     {"AudioPromptsFlag", "N"},
-                                     {"AutoQueueDocumentFlag", "N"},
-                                     {"PlayerLeft", "1500"},
-                                     {"PlayerTop", "2250"}});
-    home.MakeRoot(settings);
+    settings.insert(settings.end(), {{"PlayerLeft", "1500"}, {"PlayerTop", "2250"}});
+    home.MakeRoot(QuietSettings(settings));
     home.AddToQueue(document, WaveBytes(Chirp(60 * kRate, kRate)));
     DrivenProgram driven(home);
     program = &driven;
@@ -49,7 +44,7 @@ struct WithoutAManager : testing::Test {
 
   void ChooseInFileMenu(std::uint32_t letter) {
     ASSERT_TRUE(Until([&] { return program->IsReady(); }));
-    program->Keys({kAlt, 'f'});
+    program->Keys({keys::kAlt, 'f'});
     ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
     program->Keys({letter});
   }
@@ -118,7 +113,7 @@ TEST_F(WithoutAManager, TheWholeWindowShowsThePlayerComesAndGoesAndTheKeyboardWo
       const QWidget* const window = QApplication::activeWindow();
       return window && window->objectName() == "frmAbout";
     }));
-    program->Keys({kEscape});
+    program->Keys({keys::kEscape});
     EXPECT_TRUE(program->Until([&] { return !program->Windows().about.frmAbout.Visible.Get(); }));
     EXPECT_TRUE(Until([&] { return HasKeyboard() == "txtFocus"; })) << HasKeyboard();
   });

@@ -36,10 +36,7 @@ struct DisturbedProgram : testing::Test {
     ASSERT_TRUE(server.StartWithPrecedence());
     second = PlugInOutput("Second");
     ASSERT_TRUE(recorder.Start());
-    home.MakeRoot({{"AutoPreview", "0"},
-                   {"AudioPromptsFlag", "N"},
-                   {"AutoQueueDocumentFlag", "N"},
-                   {"AutoBackspace", "0"}});
+    home.MakeRoot(QuietSettings());
     home.AddToQueue(name, document);
     program = std::make_unique<DrivenProgram>(home);
   }

@@ -46,10 +46,7 @@ struct ProgramFormats : testing::Test {
   void SetUp() override {
     ASSERT_TRUE(server.StartWithPrecedence());
     ASSERT_TRUE(recorder.Start());
-    home.MakeRoot({{"AutoPreview", "3"},
-                   {"AudioPromptsFlag", "N"},
-                   {"AutoQueueDocumentFlag", "N"},
-                   {"AutoBackspace", "0"}});
+    home.MakeRoot(QuietSettings({{"AutoPreview", "3"}}));
     for (const char* name : kOfEachFormat) AddDocument(name);
     program = std::make_unique<DrivenProgram>(home);
   }

@@ -8,14 +8,13 @@
 #include <string>
 
 #include "support/driven_program.h"
+#include "support/keys.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
 #include "support/sound_server.h"
 
 namespace tavlo::test {
 namespace {
-
-constexpr std::uint32_t kAlt = 0xFFE9;
 
 /// The real program with three dictations and a preview so long that none of them ends, or is wound
 /// through, before the hands are there. A key that was pressed keeps the keyboard unless a rule
@@ -80,7 +79,7 @@ struct Keyboard : testing::Test {
     EXPECT_EQ(status, 0);
   }
   void ChooseInMenu(std::uint32_t menu, std::uint32_t entry) {
-    program->Keys({kAlt, menu});
+    program->Keys({keys::kAlt, menu});
     ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
     program->Keys({entry});
   }
@@ -127,7 +126,7 @@ TEST_F(Keyboard, IsGivenAwayByEveryBoxAndKeyOfTheConfiguration) {
                        "chkAutoQueueJob", "cmdCenterMiniPlayer", "chkAudioPrompts",
                        "chkShowCustomDisplay", "sliderABS", "sliderAutoPreview",
                        "sliderWindIncrement", "sldPromptVol"});
-    program->Keys({kAlt, 'c'});
+    program->Keys({keys::kAlt, 'c'});
     ASSERT_TRUE(program->Until([&] { return program->Main().frmMain.Visible.Get(); }));
     EXPECT_TRUE(NobodyHasIt()) << Holder();
   });

@@ -4,13 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "support/keys.h"
 #include "support/shown_windows.h"
 
 namespace tavlo::test {
 namespace {
-
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kEscape = 0xFF1B;
 
 /// The deck's keys with captions; each notes its letter when it is pressed.
 struct Mnemonics : testing::TestWithParam<bool> {
@@ -42,7 +40,7 @@ struct Mnemonics : testing::TestWithParam<bool> {
   std::string PressedBy(const std::string& letters) {
     pressed.clear();
     for (const char letter : letters) {
-      shown.typist.Keys({kAlt, static_cast<std::uint32_t>(letter)});
+      shown.typist.Keys({keys::kAlt, static_cast<std::uint32_t>(letter)});
     }
     shown.typist.Until([&] { return pressed.size() >= letters.size(); });
     return pressed;
@@ -74,13 +72,13 @@ INSTANTIATE_TEST_SUITE_P(InBothShapes, Mnemonics, testing::Bool(),
 using MenuMnemonics = Mnemonics;
 
 TEST_P(MenuMnemonics, OpenAMenuOnlyWhileItIsEnabled) {
-  shown.typist.Keys({kAlt, 'v'});
+  shown.typist.Keys({keys::kAlt, 'v'});
   shown.typist.Keys({'q'});
   EXPECT_TRUE(shown.typist.Until([&] { return pressed == "q"; }));
   Shrink();
-  shown.typist.Keys({kAlt, 'v'});
+  shown.typist.Keys({keys::kAlt, 'v'});
   shown.typist.Keys({'q'});
-  shown.typist.Keys({kEscape});
+  shown.typist.Keys({keys::kEscape});
   EXPECT_EQ(pressed, "q");
 }
 
@@ -95,10 +93,10 @@ TEST(ConfigurationMnemonics, LeadToThePagesThatHaveSomethingAndClose) {
   shown.typist.Rest(300);
   shown.configuration.tabConfiguration.ListIndex = 1;
   shown.typist.Rest();
-  shown.typist.Keys({kAlt, 's'});
+  shown.typist.Keys({keys::kAlt, 's'});
   EXPECT_TRUE(
       shown.typist.Until([&] { return shown.configuration.tabConfiguration.ListIndex == 0; }));
-  shown.typist.Keys({kAlt, 'c'});
+  shown.typist.Keys({keys::kAlt, 'c'});
   EXPECT_TRUE(shown.typist.Until([&] { return closed == 1; }));
 }
 

@@ -17,6 +17,7 @@
 #include "mini_player/word_processor.h"
 #include "support/desktop.h"
 #include "support/driven_program.h"
+#include "support/keys.h"
 #include "support/place.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
@@ -26,9 +27,6 @@ namespace tavlo::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kEscape = 0xFF1B;
 
 /// The real program on a real window manager, with one long dictation and a short one.
 struct MiniPlayer : testing::TestWithParam<WindowManager> {
@@ -40,12 +38,8 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
     ASSERT_TRUE(server.Start());
   }
 
-  void MakeHome(store::Assignments settings) {
-    for (const auto& [field, value] : store::Assignments{
-             {"AutoPreview", "0"}, {"AudioPromptsFlag", "N"}, {"AutoQueueDocumentFlag", "N"}}) {
-      settings.emplace_back(field, value);
-    }
-    home.MakeRoot(settings);
+  void MakeHome(const store::Assignments& settings) {
+    home.MakeRoot(QuietSettings(settings));
     home.AddToQueue(longOne, WaveBytes(Chirp(120 * kRate, kRate)));
     home.AddToQueue(shortOne, WaveBytes(Chirp(kRate, kRate)));
   }
@@ -77,7 +71,7 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
   void ChooseInFileMenu(std::uint32_t letter) {
     // While the window manager still hands the keyboard over a key may be nobody's.
     ASSERT_TRUE(Until([&] {
-      program->Keys({kAlt, 'f'});
+      program->Keys({keys::kAlt, 'f'});
       constexpr int kLooksForAMenu = 250;
       return Until(
           [&] { return program->Ask([] { return QApplication::activePopupWidget() != nullptr; }); },
@@ -93,7 +87,7 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
     ASSERT_TRUE(program->Until([&] { return window.Visible && !program->Main().frmMain.Visible; }));
     ASSERT_TRUE(Until([&] { return HasKeyboard("Tavlo Deck - Configuration"); }));
     meanwhile();
-    program->Keys({kAlt, 'c'});
+    program->Keys({keys::kAlt, 'c'});
     ASSERT_TRUE(program->Until([&] { return program->Main().frmMain.Visible && !window.Visible; }));
   }
 
@@ -147,7 +141,7 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
     ASSERT_TRUE(Until([&] { return box() != XCB_NONE; }));
     EXPECT_TRUE(Until([&] { return IsAbove(box(), screen.Deck().id); }));
     ASSERT_TRUE(Until([&] { return HasKeyboard("About Tavlo Deck"); }));
-    program->Keys({kEscape});
+    program->Keys({keys::kEscape});
     ASSERT_TRUE(Until([&] { return box() == XCB_NONE && HasKeyboard("Tavlo Deck"); }));
   }
 

@@ -9,6 +9,7 @@
 #include "mixer_page/sound_control.h"
 #include "platform/mixer/pulse_mixer.h"
 #include "platform/sound/cubeb_player.h"
+#include "support/keys.h"
 #include "support/plain_loop.h"
 #include "support/shown_windows.h"
 #include "support/sound_server.h"
@@ -18,10 +19,6 @@ namespace {
 
 constexpr int kMixerTab = 2;
 constexpr int kFull = 65535;
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kHome = 0xFF50;
-constexpr std::uint32_t kDown = 0xFF54;
-constexpr std::uint32_t kEnd = 0xFF57;
 
 /// The mixer page in its window, on a sound server with two outputs and a microphone.
 struct MixerPageOnADesk : testing::Test {
@@ -82,9 +79,9 @@ TEST_F(MixerPageOnADesk, HandsSetTheVolumesAndSeeThoseThatOthersSet) {
   ExpectEverythingInside();
   shown.typist.Click("slVolume0");
   EXPECT_TRUE(Until([] { return PercentOf("deck") > 40 && PercentOf("deck") < 60; }));
-  shown.typist.Keys({kEnd});
+  shown.typist.Keys({keys::kEnd});
   EXPECT_TRUE(Until([] { return PercentOf("deck") == 0; })) << "the lower end is silence";
-  shown.typist.Keys({kHome});
+  shown.typist.Keys({keys::kHome});
   EXPECT_TRUE(Until([] { return PercentOf("deck") == 100; }));
   shown.typist.Click("chMute1");
   EXPECT_TRUE(Until([] { return IsMute("source", "mic"); }));
@@ -101,7 +98,7 @@ TEST_F(MixerPageOnADesk, ChosenDeviceBringsItsOwnVolumes) {
   shown.typist.Widget("DeviceCombo")->setFocus();
   int headset = 0;
   while (form.DeviceCombo.TextAt(headset, 0) != "Headset") ++headset;
-  for (int step = 0; step < headset; ++step) shown.typist.Keys({kDown});
+  for (int step = 0; step < headset; ++step) shown.typist.Keys({keys::kDown});
   EXPECT_EQ(form.txtMixerSelection.Value.Get(), std::to_string(headset));
   EXPECT_EQ(player->DeviceName(), "Headset");
   EXPECT_TRUE(Until([&] { return form.slBalance[0].Value == 25; }));

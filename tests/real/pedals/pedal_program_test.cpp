@@ -38,12 +38,7 @@ struct PedalProgram : testing::Test {
   void SetUp() override {
     ASSERT_TRUE(server.StartWithPrecedence());
     ASSERT_TRUE(recorder.Start());
-    home.MakeRoot({{"AutoPreview", "0"},
-                   {"AudioPromptsFlag", "N"},
-                   {"AutoQueueDocumentFlag", "N"},
-                   {"SkipBegEndFlag", "N"},
-                   {"WindIncrement", "1"},
-                   {"AutoBackspace", "0"}});
+    home.MakeRoot(QuietSettings({{"SkipBegEndFlag", "N"}, {"WindIncrement", "1"}}));
     home.AddToQueue(name, LongTone());
     foot = std::make_unique<PedalPipe>(home.Root() + "/PedalWatch.so");
     program = std::make_unique<DrivenProgram>(home);

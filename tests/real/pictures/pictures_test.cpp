@@ -12,6 +12,7 @@
 #include "album.h"
 #include "support/desktop.h"
 #include "support/driven_program.h"
+#include "support/keys.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
 #include "support/sound_server.h"
@@ -20,12 +21,6 @@ namespace tavlo::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Key symbols of the display's keyboard.
-constexpr std::uint32_t kAlt = 0xFFE9;
-constexpr std::uint32_t kF4 = 0xFFC1;
-constexpr std::uint32_t kF5 = 0xFFC2;
-constexpr std::uint32_t kEscape = 0xFF1B;
 
 constexpr int kRate = 8000;
 /// The first document of the Queue and its preview last longer than a busy machine takes for the
@@ -208,10 +203,10 @@ void Sitting::TakeFrozen() {
 }
 
 void Sitting::TakeMenu() {
-  program->Keys({kAlt, 'v'});
+  program->Keys({keys::kAlt, 'v'});
   ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
   album->Take("view-menu");
-  program->Keys({kEscape});
+  program->Keys({keys::kEscape});
   ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() == nullptr; }));
 }
 
@@ -255,10 +250,10 @@ void Sitting::TakeAbout() {
 void Sitting::TakeBox() {
   // A window that has just come back does not have the keyboard yet.
   ASSERT_TRUE(program->Until([] { return QApplication::activeWindow() != nullptr; }));
-  program->Keys({kAlt, kF4});
+  program->Keys({keys::kAlt, keys::kF4});
   ASSERT_TRUE(Until([this] { return !program->Box().empty(); }));
   album->Take("message-box");
-  program->Keys({kEscape});
+  program->Keys({keys::kEscape});
   ASSERT_TRUE(Until([this] { return program->Box().empty(); }));
   ASSERT_TRUE(Ready());
 }
@@ -266,7 +261,7 @@ void Sitting::TakeBox() {
 void Sitting::TakeEmptyQueue() {
   fs::remove_all(home.QueuePath());
   fs::create_directory(home.QueuePath());
-  program->Keys({kF5});
+  program->Keys({keys::kF5});
   ASSERT_TRUE(program->Until([&] { return Main().listViewInQueue.Rows().empty(); }));
   ASSERT_TRUE(Ready());
   album->Take("empty-queue");

@@ -38,10 +38,7 @@ std::string LongTone() {
 struct SessionProgram : testing::Test {
   void SetUp() override {
     ASSERT_TRUE(server.StartWithPrecedence());
-    home.MakeRoot({{"AutoPreview", "0"},
-                   {"AudioPromptsFlag", "N"},
-                   {"AutoQueueDocumentFlag", "N"},
-                   {"AutoBackspace", "0"}});
+    home.MakeRoot(QuietSettings());
     home.AddToQueue(name, LongTone());
   }
   static void Play(DrivenProgram& program) {

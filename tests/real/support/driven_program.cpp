@@ -12,6 +12,7 @@
 #include <memory>
 #include <thread>
 
+#include "support/keys.h"
 #include "support/screen.h"
 
 namespace tavlo::test {
@@ -20,7 +21,6 @@ namespace {
 using namespace std::chrono_literals;
 namespace column = forms::document_column;
 
-constexpr std::uint32_t kReturn = 0xFF0D;
 /// How often display, window manager and toolkit are each waited for: what one of them does may
 /// give the next one something to do.
 constexpr int kRounds = 3;
@@ -217,7 +217,7 @@ std::string DrivenProgram::AnswerBox() {
   EXPECT_TRUE(test::Until([&] {
     try {
       if (Box() != said) return true;
-      if (Ask([] { return QApplication::activeWindow() != nullptr; })) hands_.Keys({kReturn});
+      if (Ask([] { return QApplication::activeWindow() != nullptr; })) hands_.Keys({keys::kReturn});
       Settle();
       return false;
     } catch (const ProgramEnded&) {

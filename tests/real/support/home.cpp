@@ -50,6 +50,15 @@ std::map<std::string, std::string> Home::Everything() const {
   return all;
 }
 
+store::Assignments QuietSettings(const store::Assignments& others) {
+  store::Record settings{{"AutoPreview", "0"},
+                         {"AudioPromptsFlag", "N"},
+                         {"AutoQueueDocumentFlag", "N"},
+                         {"AutoBackspace", "0"}};
+  for (const auto& [field, value] : others) settings[field] = value;
+  return {settings.begin(), settings.end()};
+}
+
 std::string DocumentName(const std::string& author, int minute, int savedPosition) {
   return "0007 0 " + author + " 1234 3 9 2004 14 " + std::to_string(minute) + " 12 2 0 17 cardio " +
          std::to_string(savedPosition) + " 0_.wav";

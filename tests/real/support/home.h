@@ -31,6 +31,10 @@ class Home {
   TemporaryFolder folder_;
 };
 
+/// Settings under which nothing sounds, steps back or is selected unless a test asks for it. What
+/// stands in `others` is as it says there.
+store::Assignments QuietSettings(const store::Assignments& others = {});
+
 /// A document's name after the grammar: an author, a minute of the day to tell it by, a position.
 std::string DocumentName(const std::string& author, int minute = 0, int savedPosition = 0);
 

@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "support/keys.h"
+
 namespace tavlo::test {
-namespace {
-
-constexpr std::uint32_t kReturn = 0xFF0D;
-constexpr std::uint32_t kEscape = 0xFF1B;
-
-}  // namespace
 
 void ScreenUser::Answer(const std::string& title) {
   ASSERT_TRUE(Until([&] { return screen.Box(title).id != XCB_NONE; })) << title;
   EXPECT_TRUE(Until([&] {
     screen.hands.BringForward(screen.Box(title).id);
-    screen.hands.Keys({kReturn});
+    screen.hands.Keys({keys::kReturn});
     return screen.Box(title).id == XCB_NONE;
   })) << title;
 }
@@ -22,7 +18,7 @@ void ScreenUser::Answer(const std::string& title) {
 void ScreenUser::PassSplash() {
   EXPECT_TRUE(Until([&] {
     const SeenWindow splash = screen.Splash();
-    if (splash.id != XCB_NONE) screen.hands.KeyInto(splash.id, kEscape);
+    if (splash.id != XCB_NONE) screen.hands.KeyInto(splash.id, keys::kEscape);
     return screen.Deck().id != XCB_NONE;
   }));
   EXPECT_TRUE(screen.HadSplash());
