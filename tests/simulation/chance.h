@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 
 namespace tavlo::simulation {
@@ -25,6 +27,15 @@ class Chance {
   template <typename Choices>
   const auto& Pick(const Choices& choices) {
     return choices[static_cast<std::size_t>(Below(static_cast<int>(std::size(choices))))];
+  }
+  /// One of the choices, each as likely as its `weight` is large. At least one weight is above 0.
+  template <typename Choices>
+  const auto& PickByWeight(const Choices& choices) {
+    int all = 0;
+    for (const auto& choice : choices) all += choice.weight;
+    int drawn = Below(all);
+    return *std::find_if(std::begin(choices), std::end(choices),
+                         [&](const auto& choice) { return (drawn -= choice.weight) < 0; });
   }
 
  private:

@@ -56,15 +56,7 @@ void Foot::Act() {
                                       Habit{3, &Foot::PressTwice}, Habit{8, &Foot::MoveOnSerial},
                                       Habit{2, &Foot::MoveCables}, Habit{6, &Foot::WatcherFalters}};
   OthersAct();
-  int all = 0;
-  for (const Habit& habit : kHabits) all += habit.weight;
-  int drawn = chance_.Below(all);
-  for (const Habit& habit : kHabits) {
-    drawn -= habit.weight;
-    if (drawn >= 0) continue;
-    (this->*habit.act)();
-    return;
-  }
+  (this->*chance_.PickByWeight(kHabits).act)();
 }
 
 void Foot::Rest() {

@@ -80,13 +80,9 @@ void Typist::Act() {
     hand_.SetInterval(1ms + std::chrono::milliseconds{chance_.Below(1500)});
     hand_.Start();
   }
-  int all = 0;
-  for (const Habit& habit : Habits()) all += habit.weight;
-  int drawn = chance_.Below(all);
-  const auto habit = std::find_if(Habits().begin(), Habits().end(),
-                                  [&](const Habit& next) { return (drawn -= next.weight) < 0; });
-  Note(habit->name);
-  (this->*habit->act)();
+  const Habit& habit = chance_.PickByWeight(Habits());
+  Note(habit.name);
+  (this->*habit.act)();
   ActivateWindows();
   // What was interrupted goes on, and that is no doing of the foot.
   if (--actsUnderWay_ > 0) foot_.OthersAct();

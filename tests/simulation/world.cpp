@@ -1,6 +1,8 @@
 #include "simulation/world.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "simulation/names.h"
 #include "support/documents.h"
@@ -29,7 +31,11 @@ constexpr std::size_t kFullFolder = 40;
 }  // namespace
 
 World::World(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance chance, Trace& trace)
-    : desk_(desk), ledger_(ledger), conditions_(conditions), chance_(chance), trace_(trace) {}
+    : desk_(desk), ledger_(ledger), conditions_(conditions), chance_(chance), trace_(trace) {
+  std::ranges::copy_if(Events(), std::back_inserter(possible_), [this](const Event& event) {
+    return !event.needs || conditions_.*event.needs;
+  });
+}
 
 const std::vector<World::Event>& World::Events() {
   static const std::vector<Event> events{
@@ -71,20 +77,9 @@ const std::vector<World::Event>& World::Events() {
 void World::Act() {
   // The program is as good as dead; what happens now, happens after it is gone.
   if (desk_.disk.Crashed()) return;
-  const auto mayHappen = [this](const Event& event) {
-    return !event.needs || conditions_.*event.needs;
-  };
-  int all = 0;
-  for (const Event& event : Events()) all += mayHappen(event) ? event.weight : 0;
-  int drawn = chance_.Below(all);
-  for (const Event& event : Events()) {
-    if (!mayHappen(event)) continue;
-    drawn -= event.weight;
-    if (drawn >= 0) continue;
-    Note(event.name);
-    (this->*event.happen)();
-    return;
-  }
+  const Event& event = chance_.PickByWeight(possible_);
+  Note(event.name);
+  (this->*event.happen)();
 }
 
 void World::DropDictation() {

@@ -99,6 +99,8 @@ class World {
   const Conditions& conditions_;
   Chance chance_;
   Trace& trace_;
+  /// What may happen under the day's conditions.
+  std::vector<Event> possible_;
   std::vector<Writer> writers_;
   int sourcesSoFar_ = 0;
   bool diskFailing_ = false;
