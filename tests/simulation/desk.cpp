@@ -101,6 +101,7 @@ void Desk::Start() {
   player.Devices = soundDevices;
   player.SelectDevice(0);
   hearing.Forget();
+  settingsRules.Forget();
   deck_.emplace(Edges(), annex_);
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();

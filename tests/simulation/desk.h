@@ -9,6 +9,7 @@
 #include "shell/deck.h"
 #include "simulation/conditions.h"
 #include "simulation/hearing.h"
+#include "simulation/settings_rules.h"
 #include "support/simulated_platform.h"
 
 namespace tavlo::simulation {
@@ -75,6 +76,7 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
   explicit Desk(const Conditions& conditions);
 
   Hearing hearing{loop, player};
+  SettingsRules settingsRules;
   /// The desktop's mixer has changed and has not told it yet.
   bool mixerNewsDue = false;
   /// Sound devices in the machine. A program finds those that are there when it starts.

@@ -1,7 +1,6 @@
 #include "simulation/invariants.h"
 
 #include <algorithm>
-#include <array>
 #include <set>
 #include <vector>
 
@@ -178,19 +177,6 @@ bool PositionIsWhereTheEarIs(Desk& desk) {
   return behind > -1 && behind <= mostBehind;
 }
 
-/// The pages are saved when their window closes.
-bool ClosedPagesAreStored(Desk& desk) {
-  const test::SimulatedDatabase& stored = *desk.Settings();
-  if (desk.Config().frmConfiguration.Visible || !stored.LastFailure().empty()) return true;
-  const auto agrees = [&](const window::Binding& binding) {
-    static constexpr std::array<std::string_view, 4> kOfTheSound{
-        "MixerSelection", "EqualizerChoice", "EqualizerEnableFlag", "CustomEq3"};
-    return std::ranges::find(kOfTheSound, binding.field) == kOfTheSound.end() ||
-           stored.Value(binding.field) == binding.Shown();
-  };
-  return std::ranges::all_of(desk.Rooms()->binding.Bindings(), agrees);
-}
-
 bool UsbPedalIsReadWhileWatched(Desk& desk) {
   const pedals::UsbPedal& usb = desk.Rooms()->usbPedal;
   return !usb.InReadHIDBuffer && usb.TmrHIDRead.Enabled() == (usb.MyMonitor != 0);
@@ -249,7 +235,6 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The position is where the ear is.", &PositionIsWhereTheEarIs},
     Invariant{"The mixer page shows the sources as they are.", &MixerPageShowsTheSources},
     Invariant{"The device that was chosen plays.", &ChosenDevicePlays},
-    Invariant{"What a closed page of the sound says is stored.", &ClosedPagesAreStored},
     Invariant{"A watched USB pedal is read.", &UsbPedalIsReadWhileWatched},
     Invariant{"Complete is for the document in work or the row that is highlighted.",
               &CompleteIsForWhatShows},
@@ -266,7 +251,8 @@ std::string BrokenInvariant(Desk& desk) {
   for (const Invariant& invariant : kInvariants) {
     if (!invariant.holds(desk)) return std::string("Broken: ") + invariant.sentence;
   }
-  return BrokenControl(desk);
+  const std::string setting = desk.settingsRules.Broken(desk);
+  return setting.empty() ? BrokenControl(desk) : setting;
 }
 
 std::string Described(Desk& desk) {

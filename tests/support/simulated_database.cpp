@@ -167,14 +167,25 @@ store::Record SimulatedDatabase::Read(Table table, int row) {
   return record;
 }
 
-bool SimulatedDatabase::Write(Table table, int row, const store::Assignments& fields) {
-  if (readOnly_) return Refuse("The settings database is open for reading only.");
+std::string SimulatedDatabase::Objection(Table table, int row, const store::Assignments& fields) {
+  if (readOnly_) return "The settings database is open for reading only.";
   for (const auto& [name, value] : fields) {
-    if (value.size() > store::kLongestValue)
-      return Refuse("The value of " + name + " is too long.");
+    if (value.size() > store::kLongestValue) return "The value of " + name + " is too long.";
   }
-  if (row < 0 || row >= RowCount(table)) return Refuse("There is no such row.");
-  if (!refusal_.empty()) return Refuse(refusal_);
+  if (row < 0 || row >= RowCount(table)) return "There is no such row.";
+  return refusal_;
+}
+
+bool SimulatedDatabase::Write(Table table, int row, const store::Assignments& fields) {
+  const std::string objection = Objection(table, row, fields);
+  for (const auto& [name, value] : fields) {
+    refused_.erase({table, row, name});
+    if (!objection.empty()) refused_.insert({table, row, name});
+  }
+  if (!objection.empty()) {
+    lastFailure_ = objection;
+    return false;
+  }
   store::Record& record = tables_[table][static_cast<std::size_t>(row)];
   for (const auto& [name, value] : fields) {
     const auto found = record.find(name);
@@ -183,11 +194,6 @@ bool SimulatedDatabase::Write(Table table, int row, const store::Assignments& fi
   Saves.push_back({table, row, fields});
   if (onSaved_) onSaved_(tables_);
   return true;
-}
-
-bool SimulatedDatabase::Refuse(std::string why) {
-  lastFailure_ = std::move(why);
-  return false;
 }
 
 SimulatedDatabases::SimulatedDatabases(SimulatedDisk& disk, store::ShippedDatabase shipped)

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "store/settings_fields.h"
@@ -52,6 +53,10 @@ class SimulatedDatabase : public store::SettingsDatabase {
   };
   /// The saves that were written, in order. A refused one is none.
   std::vector<Save> Saves;
+  /// Whether the last write of the field was refused.
+  bool WasRefused(store::Table table, int row, std::string_view field) const {
+    return refused_.contains({table, row, std::string(field)});
+  }
 
   int RowCount(store::Table table) override;
   store::Record Read(store::Table table, int row) override;
@@ -59,13 +64,18 @@ class SimulatedDatabase : public store::SettingsDatabase {
   std::string LastFailure() const override { return lastFailure_; }
 
  private:
-  bool Refuse(std::string why);
+  using Place = std::tuple<store::Table, int, std::string>;
+
+  /// The empty text, or why the fields may not be written.
+  std::string Objection(store::Table table, int row, const store::Assignments& fields);
 
   SettingsTables tables_;
   std::function<void(const SettingsTables&)> onSaved_;
   bool readOnly_ = false;
   std::string refusal_;
   std::string lastFailure_;
+  /// Fields whose last write was refused.
+  std::set<Place> refused_;
 };
 
 /// Databases as files on the simulated disk, so that they are copied, renamed and lost with it.

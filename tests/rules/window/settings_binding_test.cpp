@@ -21,6 +21,14 @@ struct SettingsBindingTest : testing::Test, SettingsBench {
     for (const auto& [name, value] : database.Saves.back().fields) names.push_back(name);
     return names;
   }
+  /// What shows the one row of the general settings.
+  std::vector<Binding> GeneralBindings() const {
+    std::vector<Binding> general = binding.Bindings();
+    std::erase_if(general, [](const Binding& field) {
+      return !store::FindField(Table::GeneralSettings, field.field);
+    });
+    return general;
+  }
 };
 
 TEST_F(SettingsBindingTest, EveryFieldButTheFewWithoutAControlIsBoundOnce) {
@@ -43,6 +51,24 @@ TEST_F(SettingsBindingTest, LoadShowsTheStoredValueOfEachFieldInItsControl) {
   EXPECT_EQ(config.txtFtpName.Value.Get(), "Ftp1");
   EXPECT_EQ(config.txtFtpServerID.Value.Get(), "1");
   EXPECT_TRUE(config.chkFtpPassiveMode.Value);
+}
+
+TEST_F(SettingsBindingTest, EveryFieldIsShownAsItIsStoredAndStoredAsItIsShown) {
+  const std::vector<Binding> fields = GeneralBindings();
+  const auto value = [](const Binding& field, const char* word, const char* truth) {
+    return field.text ? word + std::string(field.field) : truth;
+  };
+  for (const Binding& field : fields) database.With(field.field, value(field, "stored ", "-1"));
+  binding.Load();
+  for (const Binding& field : fields) {
+    EXPECT_EQ(field.Shown(), value(field, "stored ", "-1")) << field.field;
+    field.Show(value(field, "typed ", "0"));
+  }
+  EXPECT_TRUE(binding.SaveConfigurationFields());
+  EXPECT_TRUE(binding.SavePlayerPlace());
+  for (const Binding& field : fields) {
+    EXPECT_EQ(database.Value(field.field), value(field, "typed ", "0"));
+  }
 }
 
 TEST_F(SettingsBindingTest, LoadCountsAsAChange) {
