@@ -252,7 +252,13 @@ void Day::AddEnd(std::vector<Step>& steps) {
       {keys::kAlt, keys::kF4}, "exit asks", [this] { return BoxOpen(); }, "17-exit"));
   steps.push_back(Keys({keys::kEscape}, "no keeps the deck", [this] { return !BoxOpen(); }));
   steps.push_back(Keys({keys::kAlt, keys::kF4}, "exit asks again", [this] { return BoxOpen(); }));
-  steps.push_back(Keys({keys::kReturn}, "yes ends it", [this] { return !BoxOpen(); }));
+  steps.push_back({.says = "yes ends it",
+                   .act =
+                       [this] {
+                         Settings().copy(left_.settings.data(), left_.settings.size() - 1);
+                         typist_.KeysUnseen({keys::kReturn});
+                       },
+                   .seen = [this] { return !BoxOpen(); }});
 }
 
 Step Day::Click(const char* control, std::string says, std::function<bool()> seen,
@@ -319,6 +325,14 @@ int Day::RowOf(const std::string& author) {
 
 std::string Day::Cell(const std::string& author, int at) {
   return Main().listViewInQueue.TextAt(RowOf(author), at);
+}
+
+std::string Day::Settings() {
+  std::string all;
+  for (const window::Binding& binding : Rooms()->binding.Bindings()) {
+    all += std::string(binding.field) + " " + binding.Shown() + "\n";
+  }
+  return all;
 }
 
 bool Day::Ready() {

@@ -2,6 +2,7 @@
 
 #include <QProcess>
 #include <QString>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -26,6 +27,8 @@ struct Left {
   std::int64_t volume = 0;
   forms::Twips playerLeft = 0;
   forms::Twips playerTop = 0;
+  /// What Day::Settings gave, and a NUL.
+  std::array<char, 32'768> settings = {};
 };
 
 /// What the typist does in a day, as steps on the real program.
@@ -74,6 +77,8 @@ class Day {
   void ClickAuthor(const char* list, int row);
   int RowOf(const std::string& author);
   std::string Cell(const std::string& author, int column);
+  /// A line for each setting that has a control: its field, and what the control shows.
+  std::string Settings();
   bool Ready();
   bool BoxOpen() { return program_.Loop().MessageBoxOpen(); }
   bool Playing();

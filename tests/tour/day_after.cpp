@@ -92,6 +92,8 @@ std::vector<Step> Day::NextMorning() {
                 Main().txtVolume.WholeNumber() == left_.volume &&
                 Cell("Lindqvist", column::Saved) == "Saved";
        }});
+  steps.push_back({.says = "and so is every setting",
+                   .seen = [this] { return Settings() == left_.settings.data(); }});
   steps.push_back(ClickRowOf("Lindqvist", "the saved document is chosen",
                              [this] { return Playing() && Main().cmdPlay.Enabled; }));
   steps.push_back(Click(
