@@ -103,6 +103,7 @@ void Desk::Start() {
   hearing.Forget();
   settingsRules.Forget();
   deck_.emplace(Edges(), annex_);
+  controls_.emplace(deck_->windows);
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();
   if (Rooms()) WatchFeetAndWinds();
@@ -142,6 +143,7 @@ void Desk::EndProcess(int status) {
 
 void Desk::Kill() {
   sessionEnds_ = false;
+  controls_.reset();
   deck_.reset();
   nothingToDelete = false;
   // The machine takes back what a process held.

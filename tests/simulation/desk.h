@@ -8,6 +8,7 @@
 
 #include "shell/deck.h"
 #include "simulation/conditions.h"
+#include "simulation/control_walk.h"
 #include "simulation/hearing.h"
 #include "simulation/settings_rules.h"
 #include "support/simulated_platform.h"
@@ -103,6 +104,7 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
   shell::Windows& Windows() { return deck_->windows; }
   forms::MainForm& Main() { return deck_->windows.main; }
   forms::ConfigurationForm& Config() { return deck_->windows.configuration; }
+  const ControlWalk& Controls() const { return *controls_; }
   shell::Rooms* Rooms() { return deck_->Built(); }
   /// The open settings, or null.
   test::SimulatedDatabase* Settings();
@@ -121,6 +123,7 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
   bool sessionEnds_ = false;
   shell::Annex annex_;
   std::optional<shell::Deck> deck_;
+  std::optional<ControlWalk> controls_;
 };
 
 }  // namespace tavlo::simulation

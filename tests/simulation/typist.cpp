@@ -58,6 +58,8 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"ask to close", 2, &Typist::AskToClose},
       {"click a choice", 5, &Typist::ClickChoice},
       {"type", 3, &Typist::TypeText},
+      {"click in a list", 3, &Typist::ClickInAList},
+      {"click somewhere", 4, &Typist::ClickSomewhere},
       {"turn a page", 2, &Typist::TurnPage},
       {"change the view", 6, &Typist::ChangeView},
       {"click a completed row", 6, &Typist::ClickCompletedRow},
@@ -109,14 +111,6 @@ bool Typist::Seen(const forms::Control& control) const {
   return control.Visible && control.Enabled;
 }
 
-template <typename C>
-C& Typist::Some(const std::vector<C*>& controls) {
-  C* control = chance_.Pick(controls);
-  if (chance_.OneIn(10)) return *control;
-  for (int tries = 8; tries > 0 && !control->Reachable(); --tries) control = chance_.Pick(controls);
-  return *control;
-}
-
 void Typist::Press(forms::Command& command) {
   Note("presses " + command.Name + (command.Reachable() ? "" : " out of reach"));
   const forms::MainForm& main = desk_.Main();
@@ -126,55 +120,11 @@ void Typist::Press(forms::Command& command) {
   moves ? desk_.Choose(press) : press();
 }
 
-void Typist::PressCommand() {
-  forms::MainForm& main = desk_.Main();
-  forms::ConfigurationForm& config = desk_.Config();
-  Press(Some<forms::Command>({&main.cmdPlay,
-                              &main.cmdPlay,
-                              &main.cmdStop,
-                              &main.cmdStop,
-                              &main.cmdImportCompleteSnipetStop,
-                              &main.cmdRewind,
-                              &main.cmdForward,
-                              &main.cmdSkipBeg,
-                              &main.cmdSkipEnd,
-                              &main.cmdSkip,
-                              &main.cmdSave,
-                              &main.cmdComplete,
-                              &main.cmdUpdateFileList,
-                              &main.cmdUpdateFileList,
-                              &main.cmdNormalSpeed,
-                              &main.cmdEQ,
-                              &main.mnuConfiguration,
-                              &main.mnuMinimize,
-                              &main.mnuAbout,
-                              &main.cmdMoveToQueue,
-                              &main.cmdDeleteOneCompleted,
-                              &main.cmdDeleteAllCompleted,
-                              &desk_.Windows().about.mnuClose,
-                              &config.mnuClose,
-                              &config.mnuClose,
-                              &config.cmdWavConvMode,
-                              &config.cmdSetWavQueuePath,
-                              &config.cmdWavQueuePathDefault}));
-}
-
 void Typist::ClickRow() {
   forms::Table& list = desk_.Main().listViewInQueue;
   const int rows = static_cast<int>(list.Rows().size());
-  if (rows == 0) return;
-  const int row = chance_.Below(rows + 1);
-  Note("clicks row " + std::to_string(row));
-  list.RowClick(row);
-  if (chance_.OneIn(4)) list.DoubleClick(row);
-}
-
-void Typist::ClickHeader() {
-  forms::MainForm& main = desk_.Main();
-  forms::Table& list =
-      Some<forms::Table>({&main.listViewInQueue, &main.listViewCompleted, &main.listViewImport});
-  const int columns = static_cast<int>(list.Columns().size());
-  if (columns > 0) list.HeaderClick(chance_.Below(columns));
+  // A row behind the last one, too.
+  if (rows > 0) ClickRowOf(list, chance_.Below(rows + 1));
 }
 
 void Typist::ChooseAndPlay() {
@@ -195,17 +145,7 @@ void Typist::PlayToTheEnd() {
 
 void Typist::Finish() {
   forms::MainForm& main = desk_.Main();
-  Press(Some<forms::Command>({&main.cmdComplete, &main.cmdSave, &main.cmdSave, &main.cmdSkip}));
-}
-
-void Typist::DragSlider() {
-  forms::MainForm& main = desk_.Main();
-  forms::ConfigurationForm& config = desk_.Config();
-  forms::Range& slider =
-      Some<forms::Range>({&main.slPosition, &main.slPosition, &main.slPosition, &main.Slider1,
-                          &main.sldVol, &config.sliderABS, &config.sliderAutoPreview,
-                          &config.sliderWindIncrement, &config.sldPromptVol});
-  Drag(slider);
+  Press(Some<forms::Command>({{&main.cmdComplete, 1}, {&main.cmdSave, 2}, {&main.cmdSkip, 1}}));
 }
 
 void Typist::Drag(forms::Range& slider) {
@@ -238,15 +178,11 @@ void Typist::Place() {
 void Typist::Calibrate() { desk_.Main().StatusBar1.DoubleClick(); }
 
 void Typist::AskToClose() {
-  shell::Windows& windows = desk_.Windows();
-  const std::vector<forms::Window*> all{&windows.main.frmMain, &windows.about.frmAbout,
-                                        &windows.configuration.frmConfiguration,
-                                        &windows.splash.frmInitSplash};
   if (chance_.OneIn(3)) {
-    Press(windows.main.mnuExit);
+    Press(desk_.Main().mnuExit);
     return;
   }
-  forms::Window& window = Some<forms::Window>(all);
+  forms::Window& window = Some(desk_.Controls().windows);
   Note("closes " + window.Name);
   window.CloseRequest();
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -91,14 +93,26 @@ class Typist {
   void AskToClose();
   void ClickChoice();
   void TypeText();
+  void ClickInAList();
+  void ClickSomewhere();
   void TurnPage();
   void Interrupt();
 
   void Press(forms::Command& command);
   void Drag(forms::Range& slider);
+  void ClickRowOf(forms::Table& table, int row);
+  /// A click, and now and then a second one right after it.
+  template <typename C>
+  void PointAt(C& place);
   /// One of the controls, as a rule one that a hand can reach.
   template <typename C>
-  C& Some(const std::vector<C*>& controls);
+  C& Some(const std::vector<Touchable<C>>& controls);
+  template <typename C>
+  static std::vector<Touchable<C>> WithinReach(const std::vector<Touchable<C>>& controls);
+  /// Opens the configuration, where most controls stand, if none of these is within reach, and
+  /// sometimes though one is.
+  template <typename C>
+  void ComeNear(const std::vector<Touchable<C>>& controls);
   /// The desktop tells a window that it has become the active one.
   void ActivateWindows();
   WatchedLoop::Answer AnswerBox(const base::MessageBox& box);
@@ -127,5 +141,20 @@ class Typist {
   /// The completed document that was clicked last.
   std::string clickedCompleted_;
 };
+
+template <typename C>
+C& Typist::Some(const std::vector<Touchable<C>>& controls) {
+  const std::vector<Touchable<C>> reached = WithinReach(controls);
+  const bool anyOfAll = reached.empty() || chance_.OneIn(10);
+  return *chance_.PickByWeight(anyOfAll ? controls : reached).control;
+}
+
+template <typename C>
+std::vector<Touchable<C>> Typist::WithinReach(const std::vector<Touchable<C>>& controls) {
+  std::vector<Touchable<C>> reached;
+  std::ranges::copy_if(controls, std::back_inserter(reached),
+                       [](const Touchable<C>& next) { return next.control->Reachable(); });
+  return reached;
+}
 
 }  // namespace tavlo::simulation

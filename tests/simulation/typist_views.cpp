@@ -32,8 +32,10 @@ bool IsWave(const std::string& name) {
 
 void Typist::ChangeView() {
   forms::MainForm& main = desk_.Main();
-  Press(Some<forms::Command>({&main.mnuViewQueue, &main.mnuViewQueue, &main.mnuViewCompleted,
-                              &main.mnuViewCompleted, &main.mnuViewImport, &main.mnuViewFtp}));
+  Press(Some<forms::Command>({{&main.mnuViewQueue, 2},
+                              {&main.mnuViewCompleted, 2},
+                              {&main.mnuViewImport, 1},
+                              {&main.mnuViewFtp, 1}}));
 }
 
 void Typist::ClickCompletedRow() {
@@ -42,11 +44,7 @@ void Typist::ClickCompletedRow() {
   if (!list.Reachable() && chance_.OneIn(2)) Press(main.mnuViewCompleted);
   const int rows = static_cast<int>(list.Rows().size());
   if (rows == 0) return;
-  const int row = chance_.Below(rows);
-  Note("clicks completed row " + std::to_string(row));
-  if (list.Reachable()) clickedCompleted_ = list.TextAt(row, forms::document_column::FileName);
-  list.RowClick(row);
-  if (chance_.OneIn(4)) list.DoubleClick(row);
+  ClickRowOf(list, chance_.Below(rows));
 }
 
 void Typist::WorkOnCompleted() {
@@ -70,9 +68,7 @@ void Typist::ClickImportRow() {
       list.Add(forms::Row{{forms::Cell{}, forms::Cell{name}, forms::Cell{"00:00:01"}}});
     }
   }
-  const int row = chance_.Below(static_cast<int>(list.Rows().size()));
-  Note("clicks import row " + std::to_string(row));
-  list.RowClick(row);
+  ClickRowOf(list, chance_.Below(static_cast<int>(list.Rows().size())));
 }
 
 void Typist::FinishAfterSomethingElse() {
