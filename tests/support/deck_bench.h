@@ -29,6 +29,9 @@ struct DeckBench : SimulatedPlatform {
   std::string Drop(const std::string& name) { return Put(InQueue(), name); }
   /// Puts a document into the Completed folder.
   std::string Keep(const std::string& name) { return Put(Completed(), name); }
+  // These two stand once the settings are open.
+  playback::AudioEngine& Engine() { return deck.Built()->engine; }
+  playback::DocumentInWork& InWork() { return deck.Built()->documentInWork; }
   void ClickRow(int row) { form.listViewInQueue.RowClick(row); }
 
   /// Start, splash, load, first refresh.

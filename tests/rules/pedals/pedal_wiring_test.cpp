@@ -25,8 +25,6 @@ struct PedalWiringTest : testing::Test, DeckBench {
     usbWatcher.Report(bits);
     loop.Advance(100ms);
   }
-  playback::AudioEngine& Engine() { return deck.Built()->engine; }
-  playback::DocumentInWork& InWork() { return deck.Built()->documentInWork; }
 };
 
 TEST_F(PedalWiringTest, UsbPedalPlaysTheSelectedDocument) {

@@ -26,8 +26,6 @@ struct SessionEndTest : testing::Test, DeckBench {
     form.cmdPlay.Press(By::Hand);
     loop.Advance(2s);
   }
-  playback::AudioEngine& Engine() { return deck.Built()->engine; }
-  playback::DocumentInWork& InWork() { return deck.Built()->documentInWork; }
   /// Where the ear is, in samples of the document.
   double Heard() { return Engine().PlayStartSample + static_cast<double>(player.PlayedSamples()); }
   Names Queue() const { return disk.NamesIn(InQueue()); }
