@@ -1,8 +1,11 @@
 #include "simulation/conditions.h"
 
+#include <algorithm>
 #include <array>
+#include <string_view>
 
 #include "simulation/chance.h"
+#include "store/settings_fields.h"
 
 namespace tavlo::simulation {
 namespace {
@@ -21,18 +24,33 @@ constexpr std::array kTroubles{
     Trouble{"session", &Conditions::sessionEnds},
 };
 
+using Values = std::array<const char*, 4>;
+
+/// What a field of that form may hold, if none of its own stand below.
+struct FormValues {
+  store::Form form;
+  Values values;
+};
+constexpr std::array kOfForms{
+    FormValues{store::Form::NumberText, {"", "1", "-1", "99999999999"}},
+    FormValues{store::Form::Number, {"-20", "2", "99999999999", "abc"}},
+    FormValues{store::Form::YesNo, {"Y", "N", "", "y"}},
+    FormValues{store::Form::Truth, {"0", "-1", "1", ""}},
+    FormValues{store::Form::Letter, {"A", "", "0", "z"}},
+    FormValues{store::Form::Text, {"", "Ward 7", "two\nlines", "\xFF\xFE"}},
+    FormValues{store::Form::Path,
+               {"", "/mnt/share", "C:\\Lyrane\\TavloDeck\\Files\\here", "not\nthere"}},
+};
+
 struct Setting {
-  const char* field;
-  std::array<const char*, 4> values;
+  std::string_view field;
+  Values values;
 };
 constexpr std::array kSettings{
     Setting{"AutoQueueDocumentFlag", {"Y", "N", "N", ""}},
     Setting{"AutoPreview", {"0", "5", "99999999999", "-3"}},
     Setting{"AutoBackspace", {"0", "15", "99", "1e300"}},
     Setting{"WindIncrement", {"0", "3", "60", "1e18"}},
-    Setting{"AccelerateWindIncrementFlag", {"Y", "N", "Y", "N"}},
-    Setting{"MinimizeMiniPlayerFlag", {"Y", "N", "N", "Y"}},
-    Setting{"AudioPromptsFlag", {"Y", "N", "Y", "N"}},
     Setting{"Speed", {"50", "100", "150", "-1"}},
     Setting{"Volume", {"0", "50000", "65535", "9999999999"}},
     Setting{"PlayerTop", {"", "0", "-500", "99999999999"}},
@@ -40,17 +58,11 @@ constexpr std::array kSettings{
     Setting{"TitleBarHeight", {"", "840", "500", "-99999"}},
     Setting{"MixerSelection", {"0", "1", "7", "-2147483649"}},
     Setting{"SubjectHeading", {"Subject", "", "Case\nnumber", "\xFF\xFE"}},
-    Setting{"AutoRefreshMode", {"0", "-1", "1", ""}},
     Setting{"WorkWaitingAlertMode", {"0", "A", "P", "1"}},
-    Setting{"AlwaysOnTopFlag", {"Y", "N", "", "y"}},
     Setting{"AutoQueueRefreshInterval", {"1", "120", "0", "99999999999"}},
     Setting{"USBorSerialFootPedal", {"U", "S", "S", ""}},
     Setting{"SerialFootPedalComPort", {"1", "1", "2", "99999999999"}},
-    Setting{"SwapRewFwdPedalFlag", {"Y", "N", "", "y"}},
-    Setting{"SkipBegEndFlag", {"Y", "N", "Y", ""}},
-    Setting{"EqualizerEnableFlag", {"Y", "N", "Y", ""}},
     Setting{"EqualizerChoice", {"Lo", "Cust", "Hi", "Loud"}},
-    Setting{"CustomEq3", {"-20", "20", "99999999999", "abc"}},
 };
 
 const std::array<std::vector<std::string>, 5> kLayouts{{
@@ -61,6 +73,12 @@ const std::array<std::vector<std::string>, 5> kLayouts{{
     {"/Files/Rescued"},
 }};
 
+const Values& ValuesOf(const store::Field& field) {
+  const auto own = std::ranges::find(kSettings, field.name, &Setting::field);
+  if (own != kSettings.end()) return own->values;
+  return std::ranges::find(kOfForms, field.form, &FormValues::form)->values;
+}
+
 }  // namespace
 
 Conditions::Conditions(std::uint64_t seed) {
@@ -69,8 +87,8 @@ Conditions::Conditions(std::uint64_t seed) {
   fileSystems = chance.Pick(kLayouts);
   freshRoot = fileSystems.empty() && chance.OneIn(4);
   documentsAtStart = chance.OneIn(20) ? 300 : chance.Below(12);
-  for (const Setting& setting : kSettings) {
-    if (chance.OneIn(3)) settings.emplace_back(setting.field, chance.Pick(setting.values));
+  for (const store::Field& field : store::FieldsOf(store::Table::GeneralSettings)) {
+    if (chance.OneIn(3)) settings.emplace_back(field.name, chance.Pick(ValuesOf(field)));
   }
 }
 
