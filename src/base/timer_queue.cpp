@@ -57,6 +57,12 @@ void Timer::Start() {
   loop_.TimersChanged();
 }
 
+void Timer::StartDue() {
+  enabled_ = true;
+  loop_.Timers().Arm(*this, loop_.Now());
+  loop_.TimersChanged();
+}
+
 void Timer::Stop() {
   enabled_ = false;
   loop_.Timers().Disarm(*this);

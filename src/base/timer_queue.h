@@ -65,6 +65,8 @@ class Timer {
   /// Starts counting one whole interval from now, also when it runs already. An interval of zero or
   /// less never ticks.
   void Start();
+  /// Starts with a tick that is due now; the next ones come an interval apart.
+  void StartDue();
   void Stop();
   bool Enabled() const { return enabled_; }
 

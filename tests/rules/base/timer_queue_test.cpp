@@ -75,6 +75,31 @@ TEST_F(TimerQueueTest, NewIntervalOfARunningTimerCountsFromNow) {
   EXPECT_EQ(ran, "t");
 }
 
+TEST_F(TimerQueueTest, TimerThatIsStartedDueTicksInTheNextPassAndThenAnIntervalApart) {
+  Timer timer(loop, "t", 100ms);
+  timer.OnTick = [&] { ran += "t"; };
+  timer.Start();
+  loop.Busy(30ms);
+  timer.StartDue();
+  EXPECT_EQ(ran, "");
+  loop.Yield();
+  EXPECT_EQ(ran, "t");
+  loop.Advance(99ms);
+  EXPECT_EQ(ran, "t");
+  loop.Advance(1ms);
+  EXPECT_EQ(ran, "tt");
+}
+
+TEST_F(TimerQueueTest, TimerThatIsStartedDueWaitsForABreathToEnd) {
+  Timer timer(loop, "t", 100ms);
+  timer.OnTick = [&] { ran += "t"; };
+  timer.StartDue();
+  loop.Breathe();
+  EXPECT_EQ(ran, "");
+  loop.Yield();
+  EXPECT_EQ(ran, "t");
+}
+
 TEST_F(TimerQueueTest, IntervalOfZeroNeverTicks) {
   Timer timer(loop, "t", 0ms);
   timer.OnTick = [&] { ran += "t"; };
