@@ -49,6 +49,8 @@ class PipedPort : public pedals::SerialPort {
                                .CTSHolding = (held_ & 4) != 0};
   }
 
+  bool TellOnce(base::Listener&) override { return false; }
+
  private:
   const std::string path_;
   int pipe_ = -1;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "base/text.h"
 #include "pedals/poll.h"
@@ -20,9 +21,11 @@ SerialPedal::SerialPedal(base::Loop& loop, forms::ConfigurationForm& config, Foo
       config_(config),
       pedal_(pedal),
       port_(port) {
-  tmrSerialFootPedal.OnTick = [this] { Poll(); };
+  tmrSerialFootPedal.OnTick = [this] { Tick(); };
   config_.txtSerialFootPedalComPort.OnChange = [this] { TakePort(); };
 }
+
+SerialPedal::~SerialPedal() { Stop(); }
 
 bool SerialPedal::IsChosen() const { return config_.txtUSBorSerialFootPedal.Value.Get() == "S"; }
 
@@ -43,9 +46,9 @@ void SerialPedal::OpenPort() {
   if (!IsChosen()) return;
   Stop();
   const std::int64_t number = config_.txtSerialFootPedalComPort.WholeNumber();
-  polls_ = number >= 1 && number <= kHighestPort && port_.Open(static_cast<int>(number));
-  reads_ = polls_;
-  if (polls_) {
+  ticks_ = number >= 1 && number <= kHighestPort && port_.Open(static_cast<int>(number));
+  reads_ = ticks_;
+  if (ticks_) {
     tmrSerialFootPedal.Start();
   } else {
     Release();
@@ -65,8 +68,9 @@ void SerialPedal::FollowChoice() {
 
 void SerialPedal::Stop() {
   tmrSerialFootPedal.Stop();
-  polls_ = false;
+  ticks_ = false;
   reads_ = false;
+  listens_ = false;
   port_.Close();
 }
 
@@ -80,13 +84,31 @@ void SerialPedal::Release() {
   if (heard && pedal_.MayDispatch()) pedal_.DispatchPedalEvent();
 }
 
-void SerialPedal::Poll() {
-  const OneShot tick(tmrSerialFootPedal, polls_);
-  const std::optional<SerialLines> lines = port_.ReadLines();
-  if (std::exchange(reads_, lines.has_value()) != reads_) OnChange();
-  held_ = lines.value_or(SerialLines{});
-  pedal_.Take(held_.CDHolding, held_.DSRHolding, held_.CTSHolding);
+void SerialPedal::HandleNews() {
+  listens_ = false;
+  if (ticks_) tmrSerialFootPedal.StartDue();
+}
+
+void SerialPedal::Tick() {
+  OneShot tick(tmrSerialFootPedal, ticks_);
+  const bool listened = std::exchange(listens_, false);
+  const bool changed = TakeLines();
   pedal_.DispatchNews();
+  // A contact bounces after a change, so what follows it waits for the next tick.
+  if (changed || !ticks_) return;
+  listens_ = port_.TellOnce(*this);
+  // A change just before the port began to listen goes untold, so it listens for a whole interval
+  // before the ticks rest.
+  if (listened && listens_ && held_ == SerialLines{}) tick.Rest();
+}
+
+bool SerialPedal::TakeLines() {
+  const std::optional<SerialLines> lines = port_.ReadLines();
+  const bool readBefore = std::exchange(reads_, lines.has_value());
+  if (reads_ != readBefore) OnChange();
+  const SerialLines before = std::exchange(held_, lines.value_or(SerialLines{}));
+  pedal_.Take(held_.CDHolding, held_.DSRHolding, held_.CTSHolding);
+  return held_ != before;
 }
 
 }  // namespace tavlo::pedals

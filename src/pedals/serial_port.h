@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "base/listener.h"
+
 namespace tavlo::pedals {
 
 /// The status lines of a serial port that pedals close. True is a line that is held.
@@ -25,6 +27,11 @@ class SerialPort {
   /// The lines as they are now; nothing when no port is open or the open one has gone. A port that
   /// comes back is found again without another `Open`.
   virtual std::optional<SerialLines> ReadLines() = 0;
+  /// Tells the listener, once, that a line has changed since the last `ReadLines` or that the port
+  /// has gone. `ReadLines`, `Open` and `Close` end this. False when the port cannot tell, or not
+  /// yet: then its lines must be read again and again. A change that comes within moments of
+  /// another may go untold, also where this was true.
+  virtual bool TellOnce(base::Listener& listener) = 0;
 };
 
 }  // namespace tavlo::pedals

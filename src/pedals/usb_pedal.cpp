@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "pedals/poll.h"
 
@@ -28,7 +29,7 @@ constexpr base::Duration kLongestWaitForRead = 2000ms;
 
 UsbPedal::UsbPedal(base::Loop& loop, FootPedal& pedal, UsbWatcher& watcher)
     : TmrHIDRead(loop, "TmrHIDRead", kPollInterval), loop_(loop), pedal_(pedal), watcher_(watcher) {
-  TmrHIDRead.OnTick = [this] { ReadReports(); };
+  TmrHIDRead.OnTick = [this] { Tick(); };
 }
 
 UsbPedal::~UsbPedal() {
@@ -38,20 +39,35 @@ UsbPedal::~UsbPedal() {
 void UsbPedal::StartWatch() {
   MyMonitor = 0;
   InReadHIDBuffer = false;
-  polls_ = watcher_.StartWatch(kProduct, kUsagePage, kUsage, MyMonitor);
-  if (polls_) TmrHIDRead.Start();
+  ticks_ = watcher_.StartWatch(kProduct, kUsagePage, kUsage, MyMonitor);
+  if (ticks_) TmrHIDRead.Start();
   OnLook();
 }
 
-void UsbPedal::ReadReports() {
-  const OneShot tick(TmrHIDRead, polls_);
+void UsbPedal::HandleNews() {
+  if (!ticks_) return;
+  woken_ = true;
+  TmrHIDRead.StartDue();
+}
+
+void UsbPedal::Tick() {
+  OneShot tick(TmrHIDRead, ticks_);
+  const bool woken = std::exchange(woken_, false);
+  // What follows within an interval waits for the next tick.
+  if (ReadReports() || woken || !ticks_) return;
+  if (watcher_.TellOnce(MyMonitor, *this)) tick.Rest();
+}
+
+bool UsbPedal::ReadReports() {
   const window::Raised reading(InReadHIDBuffer);
   std::array<std::uint8_t, kBufferSize> buffer{};
   std::int32_t count = 0;
   const bool read =
       watcher_.GetData(MyMonitor, std::span(buffer).first<kMostBytesOfARead>(), count);
   OnLook();
-  if (read && count > 0) HandleReports(buffer, count);
+  if (!read) return true;
+  if (count > 0) HandleReports(buffer, count);
+  return count > 0;
 }
 
 void UsbPedal::HandleReports(std::span<const std::uint8_t, kBufferSize> buffer,
@@ -82,7 +98,7 @@ void UsbPedal::HandlePedalReport(const ReportPair& report) {
 }
 
 void UsbPedal::StopReading() {
-  polls_ = false;
+  ticks_ = false;
   TmrHIDRead.Stop();
   if (!InReadHIDBuffer) return;
   loop_.Show({.title = "Tavlo Deck - USB", .text = "Waiting for USB foot pedal read to complete"});
@@ -96,7 +112,7 @@ void UsbPedal::StopWatch() {
 }
 
 void UsbPedal::Drop() {
-  polls_ = false;
+  ticks_ = false;
   TmrHIDRead.Stop();
   EndWatch();
 }

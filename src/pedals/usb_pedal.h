@@ -5,6 +5,7 @@
 #include <functional>
 #include <span>
 
+#include "base/listener.h"
 #include "base/loop.h"
 #include "pedals/foot_pedal.h"
 #include "pedals/usb_watcher.h"
@@ -13,8 +14,9 @@ namespace tavlo::pedals {
 
 /// The USB pedal. It works whichever kind of pedal is chosen. It sends a report for each change,
 /// and every report is acted on in the order in which it came, so that a quick press and release
-/// between two looks is not lost.
-class UsbPedal {
+/// between two looks is not lost. Where the watcher tells of reports a tick is due as soon as one
+/// comes, and there is none while nothing comes.
+class UsbPedal : private base::Listener {
  public:
   /// The bytes of a report that matter: its number, which must be 0, and the pedals' bits.
   using ReportPair = std::array<std::uint8_t, 2>;
@@ -35,14 +37,14 @@ class UsbPedal {
 
   base::Timer TmrHIDRead;
 
-  /// Starts the watch and the poll. Nothing is said when it does not start.
+  /// Starts the watch and the ticks. Nothing is said when it does not start.
   void StartWatch();
   void HandlePedalReport(const ReportPair& report);
-  /// Ends the poll, and waits for a read that is under way.
+  /// Ends the ticks, and waits for a read that is under way.
   void StopReading();
   /// Ends the watch; says so when it cannot be ended.
   void StopWatch();
-  /// Ends poll and watch without a word or a wait.
+  /// Ends ticks and watch without a word or a wait.
   void Drop();
 
   UsbPresence Presence() { return watcher_.Presence(MyMonitor); }
@@ -50,7 +52,10 @@ class UsbPedal {
  private:
   static constexpr std::size_t kBufferSize = 101;
 
-  void ReadReports();
+  void Tick();
+  /// False when the watch was read and nothing waited.
+  bool ReadReports();
+  void HandleNews() override;
   void HandleReports(std::span<const std::uint8_t, kBufferSize> buffer, std::int32_t count);
   void LearnReportSize(std::int32_t count);
   /// False when the watch cannot be ended.
@@ -59,7 +64,8 @@ class UsbPedal {
   base::Loop& loop_;
   FootPedal& pedal_;
   UsbWatcher& watcher_;
-  bool polls_ = false;
+  bool ticks_ = false;
+  bool woken_ = false;  ///< The watcher told; nothing has been read since.
 };
 
 }  // namespace tavlo::pedals

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <span>
 
+#include "base/listener.h"
+
 namespace tavlo::pedals {
 
 /// Names a running watch; 0 is none.
@@ -33,6 +35,11 @@ class UsbWatcher {
   virtual bool StopWatch(MonitorHandle& monitor) = 0;
 
   virtual UsbPresence Presence(MonitorHandle monitor) = 0;
+
+  /// Tells the listener, once, as soon as a report waits or `Presence` may answer otherwise than at
+  /// the last `GetData`, also where that is so already. The end of the watch ends this. False when
+  /// the library cannot tell: then it must be looked at again and again.
+  virtual bool TellOnce(MonitorHandle monitor, base::Listener& listener) = 0;
 };
 
 }  // namespace tavlo::pedals

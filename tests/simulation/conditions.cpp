@@ -15,13 +15,21 @@ struct Trouble {
   bool Conditions::*on;
 };
 constexpr std::array kTroubles{
-    Trouble{"disk", &Conditions::diskFails},         Trouble{"kill", &Conditions::programIsKilled},
-    Trouble{"power", &Conditions::powerFails},       Trouble{"sound", &Conditions::soundFails},
-    Trouble{"settings", &Conditions::settingsFail},  Trouble{"folders", &Conditions::foldersVanish},
-    Trouble{"others", &Conditions::othersInterfere}, Trouble{"hands", &Conditions::handsInterrupt},
-    Trouble{"sleep", &Conditions::machineSleeps},    Trouble{"cables", &Conditions::cablesGo},
-    Trouble{"watcher", &Conditions::watcherFalters}, Trouble{"mixer", &Conditions::othersMix},
+    Trouble{"disk", &Conditions::diskFails},
+    Trouble{"kill", &Conditions::programIsKilled},
+    Trouble{"power", &Conditions::powerFails},
+    Trouble{"sound", &Conditions::soundFails},
+    Trouble{"settings", &Conditions::settingsFail},
+    Trouble{"folders", &Conditions::foldersVanish},
+    Trouble{"others", &Conditions::othersInterfere},
+    Trouble{"hands", &Conditions::handsInterrupt},
+    Trouble{"sleep", &Conditions::machineSleeps},
+    Trouble{"cables", &Conditions::cablesGo},
+    Trouble{"watcher", &Conditions::watcherFalters},
+    Trouble{"mixer", &Conditions::othersMix},
     Trouble{"session", &Conditions::sessionEnds},
+    Trouble{"polled-usb", &Conditions::watcherIsPolled},
+    Trouble{"polled-serial", &Conditions::portIsPolled},
 };
 
 using Values = std::array<const char*, 4>;

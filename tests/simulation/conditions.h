@@ -24,6 +24,8 @@ struct Conditions {
   bool machineSleeps = false;
   bool cablesGo = false;
   bool watcherFalters = false;
+  bool watcherIsPolled = false;
+  bool portIsPolled = false;
   bool othersMix = false;
   bool sessionEnds = false;
 

@@ -63,6 +63,8 @@ OpenResult SoundsOnDisk::OpenFile(const std::string& path) {
 Desk::Desk(const Conditions& conditions) {
   hasInformationTool = false;
   ProvideShare();
+  usbWatcher.CanTell = !conditions.watcherIsPolled;
+  serialPort.CanTell = !conditions.portIsPolled;
   file.OnOpened = [this](const std::string& path, const std::optional<Recording>& sound) {
     hearing.Opened(path, sound);
   };

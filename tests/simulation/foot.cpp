@@ -61,9 +61,9 @@ void Foot::Act() {
 
 void Foot::Rest() {
   OthersAct();
-  desk_.usbWatcher.Pedal = pedals::UsbPresence::Ready;
+  desk_.usbWatcher.Plug(pedals::UsbPresence::Ready);
   desk_.usbWatcher.CanRead = true;
-  desk_.serialPort.Existing = {1};
+  desk_.serialPort.Plug({1});
   Report(0);
   HoldLines(0);
 }
@@ -115,14 +115,14 @@ void Foot::MoveCables() {
     if (plugged) {
       desk_.usbWatcher.Unplug();
     } else {
-      desk_.usbWatcher.Pedal = pedals::UsbPresence::Ready;
+      desk_.usbWatcher.Plug(pedals::UsbPresence::Ready);
     }
     usbDown_ = 0;
     LetUsbBeSeen(told);
   } else {
     const bool plugged = desk_.serialPort.Existing.contains(1);
     Note(plugged ? "pulls the serial adapter" : "plugs the serial adapter in");
-    desk_.serialPort.Existing = plugged ? std::set<int>{} : std::set<int>{1};
+    desk_.serialPort.Plug(plugged ? std::set<int>{} : std::set<int>{1});
     HoldLines(0);
     LetLinesBeSeen(plugged && LinesAreNews());
   }
@@ -202,9 +202,9 @@ void Foot::HoldLines(int lines) {
   Note("holds lines " + std::to_string(lines));
   ownDeed_ = ++deeds_;
   linesDown_ = lines;
-  desk_.serialPort.Lines = {.CDHolding = (lines & kLeft) != 0,
-                            .DSRHolding = (lines & kCenter) != 0,
-                            .CTSHolding = (lines & kRight) != 0};
+  desk_.serialPort.Hold({.CDHolding = (lines & kLeft) != 0,
+                         .DSRHolding = (lines & kCenter) != 0,
+                         .CTSHolding = (lines & kRight) != 0});
 }
 
 void Foot::LetItBeSeen(bool told, Expects wanted) {

@@ -179,7 +179,14 @@ bool PositionIsWhereTheEarIs(Desk& desk) {
 
 bool UsbPedalIsReadWhileWatched(Desk& desk) {
   const pedals::UsbPedal& usb = desk.Rooms()->usbPedal;
-  return !usb.InReadHIDBuffer && usb.TmrHIDRead.Enabled() == (usb.MyMonitor != 0);
+  const bool isRead = usb.TmrHIDRead.Enabled() || desk.usbWatcher.IsAwaited();
+  return !usb.InReadHIDBuffer && isRead == (usb.MyMonitor != 0);
+}
+
+bool SerialPedalIsReadWhileItsPortIsOpen(Desk& desk) {
+  const bool isRead =
+      desk.Rooms()->serialPedal.tmrSerialFootPedal.Enabled() || desk.serialPort.IsAwaited();
+  return isRead == desk.serialPort.OpenPort().has_value();
 }
 
 /// A key acts only on what the window shows.
@@ -236,6 +243,7 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The mixer page shows the sources as they are.", &MixerPageShowsTheSources},
     Invariant{"The device that was chosen plays.", &ChosenDevicePlays},
     Invariant{"A watched USB pedal is read.", &UsbPedalIsReadWhileWatched},
+    Invariant{"An open serial port is read.", &SerialPedalIsReadWhileItsPortIsOpen},
     Invariant{"Complete is for the document in work or the row that is highlighted.",
               &CompleteIsForWhatShows},
     Invariant{"The strip tells of the document in work or the row that is highlighted.",

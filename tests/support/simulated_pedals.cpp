@@ -11,26 +11,79 @@ constexpr std::size_t kMostReportsOfARead = 33;
 
 }  // namespace
 
+void SimulatedSerialPort::Hold(pedals::SerialLines lines) {
+  if (lines == Lines) return;
+  Lines = lines;
+  Come();
+}
+
+void SimulatedSerialPort::Plug(std::set<int> ports) {
+  const bool wasThere = IsThere();
+  Existing = std::move(ports);
+  if (wasThere && !IsThere()) Come();
+}
+
+void SimulatedSerialPort::Come() {
+  news_ = true;
+  if (TellsAtOnce) Tell();
+}
+
+void SimulatedSerialPort::Tell() {
+  if (news_ && listener_) std::exchange(listener_, nullptr)->HandleNews();
+}
+
 bool SimulatedSerialPort::Open(int portNumber) {
+  Close();
   Opened.push_back(portNumber);
-  open_.reset();
   if (Existing.contains(portNumber)) open_ = portNumber;
   return open_.has_value();
 }
 
+void SimulatedSerialPort::Close() {
+  open_.reset();
+  listener_ = nullptr;
+  news_ = false;
+}
+
 std::optional<pedals::SerialLines> SimulatedSerialPort::ReadLines() {
   ++Reads;
-  if (!open_ || !Existing.contains(*open_)) return {};
+  listener_ = nullptr;
+  news_ = false;
+  if (!IsThere()) return {};
   return Lines;
+}
+
+bool SimulatedSerialPort::TellOnce(base::Listener& listener) {
+  if (!CanTell || !IsThere()) return false;
+  listener_ = &listener;
+  if (TellsAtOnce) Tell();
+  return true;
+}
+
+void SimulatedUsbWatcher::Come() {
+  if (listener_) std::exchange(listener_, nullptr)->HandleNews();
 }
 
 void SimulatedUsbWatcher::Press(std::initializer_list<std::uint8_t> bits) {
   reports_.insert(reports_.end(), bits);
+  Come();
+}
+
+void SimulatedUsbWatcher::Deliver(std::vector<std::uint8_t> bytes,
+                                  std::optional<std::int32_t> told) {
+  delivered_.push_back({std::move(bytes), told});
+  Come();
+}
+
+void SimulatedUsbWatcher::Plug(pedals::UsbPresence found) {
+  Pedal = found;
+  presenceIsNews_ = true;
+  Come();
 }
 
 void SimulatedUsbWatcher::Unplug() {
-  Report(0);
-  Pedal = pedals::UsbPresence::NoPedal;
+  reports_.push_back(0);
+  Plug(pedals::UsbPresence::NoPedal);
 }
 
 bool SimulatedUsbWatcher::StartWatch(int product, int usagePage, int usage,
@@ -41,6 +94,7 @@ bool SimulatedUsbWatcher::StartWatch(int product, int usagePage, int usage,
   ++Starts;
   OnStart();
   readBefore_ = false;
+  presenceIsNews_ = false;
   running_ = monitor = ++lastHandle_;
   return true;
 }
@@ -49,6 +103,7 @@ bool SimulatedUsbWatcher::GetData(pedals::MonitorHandle& monitor, std::span<std:
                                   std::int32_t& count) {
   count = 0;
   if (running_ == 0 || monitor != running_) return false;
+  presenceIsNews_ = false;
   if (!CanRead) {
     buffer[1] = 2;
     count = kReportSize;
@@ -83,12 +138,20 @@ bool SimulatedUsbWatcher::StopWatch(pedals::MonitorHandle& monitor) {
   ++Stops;
   OnStop();
   running_ = 0;
+  listener_ = nullptr;
   return CanStop;
 }
 
 pedals::UsbPresence SimulatedUsbWatcher::Presence(pedals::MonitorHandle monitor) {
   const bool known = running_ != 0 && monitor == running_;
   return known ? Pedal : pedals::UsbPresence::NotWatched;
+}
+
+bool SimulatedUsbWatcher::TellOnce(pedals::MonitorHandle monitor, base::Listener& listener) {
+  if (!CanTell || running_ == 0 || monitor != running_) return false;
+  listener_ = &listener;
+  if (HasReports() || presenceIsNews_) Come();
+  return true;
 }
 
 }  // namespace tavlo::test

@@ -23,6 +23,7 @@ class PosixSerialPort : public pedals::SerialPort {
   bool Open(int portNumber) override;
   void Close() override;
   std::optional<pedals::SerialLines> ReadLines() override;
+  bool TellOnce(base::Listener&) override { return false; }
 
   /// The path of the open port; empty when none is open.
   const std::string& Path() const { return path_; }

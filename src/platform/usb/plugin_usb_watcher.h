@@ -20,6 +20,7 @@ class PluginUsbWatcher : public pedals::UsbWatcher {
   bool StopWatch(pedals::MonitorHandle& monitor) override;
   /// A library without this fourth call is taken to have its pedal.
   pedals::UsbPresence Presence(pedals::MonitorHandle monitor) override;
+  bool TellOnce(pedals::MonitorHandle, base::Listener&) override { return false; }
 
  private:
   struct Calls {

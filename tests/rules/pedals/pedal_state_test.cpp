@@ -27,7 +27,7 @@ TEST_F(PedalStateTest, TellsAPedalThatIsReadyFromNone) {
 
 TEST_F(PedalStateTest, TellsNoPermissionFromNoPedalAndSaysWhatHelps) {
   usb.StartWatch();
-  watcher.Pedal = pedals::UsbPresence::NoPermission;
+  watcher.Plug(pedals::UsbPresence::NoPermission);
   EXPECT_EQ(Shown(),
             "A USB pedal is plugged in, but you may not read it. The udev rule of Tavlo Deck "
             "allows it to whoever sits at the desk: install it, then plug the pedal in again.");

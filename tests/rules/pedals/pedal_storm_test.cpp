@@ -86,14 +86,14 @@ TEST(PedalStorm, SerialLinesLeaveThePlayerAsTheyAreHeld) {
     std::uint8_t bits = 0;
     for (int press = 0; press < kPresses; ++press) {
       bits = foot.AnyBits();
-      bench.port.Lines = {.CDHolding = (bits & 1) != 0,
-                          .DSRHolding = (bits & 2) != 0,
-                          .CTSHolding = (bits & 4) != 0};
+      bench.port.Hold({.CDHolding = (bits & 1) != 0,
+                       .DSRHolding = (bits & 2) != 0,
+                       .CTSHolding = (bits & 4) != 0});
       bench.loop.Advance(foot.AnyPause());
     }
     bench.loop.Advance(50ms);
     bench.ExpectTheStateOf(bits);
-    bench.port.Lines = {};
+    bench.port.Hold({});
     bench.loop.Advance(50ms);
     bench.ExpectTheStateOf(0);
   }

@@ -42,7 +42,7 @@ TEST_F(PedalWiringTest, SerialPedalIsOpenedAsTheSettingsLoad) {
   ChooseSerial();
   StartWithADocument();
   EXPECT_EQ(serialPort.Opened, std::vector<int>{1});
-  serialPort.Lines = {.DSRHolding = true};
+  serialPort.Hold({.DSRHolding = true});
   loop.Advance(100ms);
   EXPECT_TRUE(Engine().IsPlaying);
   EXPECT_EQ(config.lblPedalState.Value.Get(), "Port 1 is being read.");
@@ -71,16 +71,16 @@ TEST_F(PedalWiringTest, SerialPedalLiftedAfterCompletePlaysTheNextDocumentAtItsN
   ChooseSerial();
   Drop(Document().By("Other").Name());
   StartWithADocument();
-  serialPort.Lines = {.DSRHolding = true};
+  serialPort.Hold({.DSRHolding = true});
   loop.Advance(11s);
   ASSERT_TRUE(form.cmdComplete.Enabled);
   form.cmdComplete.Press(By::Hand);
-  serialPort.Lines = {};
+  serialPort.Hold({});
   loop.Advance(100ms);
   ClickRow(0);
   loop.Advance(6s);
   ASSERT_FALSE(Engine().IsPlaying);
-  serialPort.Lines = {.DSRHolding = true};
+  serialPort.Hold({.DSRHolding = true});
   loop.Advance(100ms);
   EXPECT_TRUE(Engine().IsPlaying);
 }

@@ -13,10 +13,13 @@ using base::operator""ms;
 using pedals::Pedal;
 using playback::Wind;
 
-struct SerialPedalTest : testing::Test, PedalBench {
-  /// The foot moves, and the next poll sees it.
+/// With a port that tells of changes, or with one that must be polled.
+struct SerialPedalTest : testing::TestWithParam<bool>, PedalBench {
+  SerialPedalTest() { port.CanTell = GetParam(); }
+
+  /// The foot moves, and the next tick sees it.
   void Hold(pedals::SerialLines lines) {
-    port.Lines = lines;
+    port.Hold(lines);
     loop.Advance(50ms);
   }
   /// A hand finishes the document that is in work, as Complete, Save and Skip do.
@@ -29,40 +32,27 @@ struct SerialPedalTest : testing::Test, PedalBench {
   void SelectNext() { form.cmdPlay.Enabled = true; }
 };
 
-TEST_F(SerialPedalTest, PortIsOpenedAndPolledWhenItsNumberIsSet) {
-  ChooseSerial();
-  EXPECT_EQ(port.Opened, std::vector<int>{1});
-  EXPECT_TRUE(serial.tmrSerialFootPedal.Enabled());
-  EXPECT_TRUE(serial.Reads());
-  loop.Advance(49ms);
-  EXPECT_EQ(port.Reads, 0);
-  loop.Advance(1ms);
-  EXPECT_EQ(port.Reads, 1);
-  loop.Advance(500ms);
-  EXPECT_EQ(port.Reads, 11);
-}
-
-TEST_F(SerialPedalTest, SettingTheNumberGivesTheKeyboardAway) {
+TEST_P(SerialPedalTest, SettingTheNumberGivesTheKeyboardAway) {
   config.frmConfiguration.FocusOn(config.txtSerialFootPedalComPort);
   config.txtSerialFootPedalComPort.Value = "2";
   EXPECT_EQ(config.frmConfiguration.Focused(), &config.txtFocus);
 }
 
-TEST_F(SerialPedalTest, NoPortIsOpenedForAUsbPedal) {
+TEST_P(SerialPedalTest, NoPortIsOpenedForAUsbPedal) {
   config.txtSerialFootPedalComPort.Value = "1x";
   EXPECT_TRUE(port.Opened.empty());
   EXPECT_EQ(config.txtSerialFootPedalComPort.Value.Get(), "1x");
   EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
 }
 
-TEST_F(SerialPedalTest, NumberOfThePortIsNormalizedAndOpenedOnce) {
+TEST_P(SerialPedalTest, NumberOfThePortIsNormalizedAndOpenedOnce) {
   config.txtUSBorSerialFootPedal.Value = "S";
   config.txtSerialFootPedalComPort.Value = "01st";
   EXPECT_EQ(config.txtSerialFootPedalComPort.Value.Get(), "1");
   EXPECT_EQ(port.Opened, std::vector<int>{1});
 }
 
-TEST_F(SerialPedalTest, NumberThatIsNoPortLeavesThePedalDeadWithoutAMessage) {
+TEST_P(SerialPedalTest, NumberThatIsNoPortLeavesThePedalDeadWithoutAMessage) {
   for (const char* number : {"9", "0", "-1", "COM1", "99999999999999999999"}) {
     PedalBench bench;
     bench.ChooseSerial();
@@ -74,7 +64,7 @@ TEST_F(SerialPedalTest, NumberThatIsNoPortLeavesThePedalDeadWithoutAMessage) {
   }
 }
 
-TEST_F(SerialPedalTest, LinesAreTheThreePedals) {
+TEST_P(SerialPedalTest, LinesAreTheThreePedals) {
   WorkAt(5);
   ChooseSerial();
   Hold({.CDHolding = true});
@@ -90,7 +80,7 @@ TEST_F(SerialPedalTest, LinesAreTheThreePedals) {
   EXPECT_TRUE(Still());
 }
 
-TEST_F(SerialPedalTest, LeftAndCenterTogetherPlay) {
+TEST_P(SerialPedalTest, LeftAndCenterTogetherPlay) {
   WorkAt(5);
   ChooseSerial();
   Hold({.CDHolding = true, .DSRHolding = true});
@@ -98,7 +88,7 @@ TEST_F(SerialPedalTest, LeftAndCenterTogetherPlay) {
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(SerialPedalTest, HeldPedalIsDispatchedOnce) {
+TEST_P(SerialPedalTest, HeldPedalIsDispatchedOnce) {
   ChooseSerial();
   Hold({.DSRHolding = true});
   const int starts = player.Starts;
@@ -108,7 +98,7 @@ TEST_F(SerialPedalTest, HeldPedalIsDispatchedOnce) {
   EXPECT_EQ(pedal.LastPedalEvent, Pedal::Center);
 }
 
-TEST_F(SerialPedalTest, ReleaseWithNothingOpenIsIgnoredAndTheNextEventCounts) {
+TEST_P(SerialPedalTest, ReleaseWithNothingOpenIsIgnoredAndTheNextEventCounts) {
   ChooseSerial();
   Hold({.DSRHolding = true});
   ASSERT_TRUE(engine.IsPlaying);
@@ -124,7 +114,7 @@ TEST_F(SerialPedalTest, ReleaseWithNothingOpenIsIgnoredAndTheNextEventCounts) {
   EXPECT_EQ(pedal.LastPedalEvent, Pedal::None);
 }
 
-TEST_F(SerialPedalTest, AnotherPedalAfterAReleaseWithNothingOpenCounts) {
+TEST_P(SerialPedalTest, AnotherPedalAfterAReleaseWithNothingOpenCounts) {
   ChooseSerial();
   WorkAt(5);
   Hold({.CDHolding = true});
@@ -138,7 +128,7 @@ TEST_F(SerialPedalTest, AnotherPedalAfterAReleaseWithNothingOpenCounts) {
   EXPECT_EQ(pedal.LastPedalEvent, Pedal::Center);
 }
 
-TEST_F(SerialPedalTest, ReleaseWithNothingOpenDoesNotStopThePlayThatAHandBegins) {
+TEST_P(SerialPedalTest, ReleaseWithNothingOpenDoesNotStopThePlayThatAHandBegins) {
   ChooseSerial();
   Hold({.DSRHolding = true});
   LeaveDocument();
@@ -151,7 +141,7 @@ TEST_F(SerialPedalTest, ReleaseWithNothingOpenDoesNotStopThePlayThatAHandBegins)
   EXPECT_EQ(transport.WindDirection, Wind::Rewind);
 }
 
-TEST_F(SerialPedalTest, PedalThatStaysDownWhileItsDocumentIsLeftIsNoNewPress) {
+TEST_P(SerialPedalTest, PedalThatStaysDownWhileItsDocumentIsLeftIsNoNewPress) {
   ChooseSerial();
   Hold({.DSRHolding = true});
   LeaveDocument();
@@ -164,7 +154,7 @@ TEST_F(SerialPedalTest, PedalThatStaysDownWhileItsDocumentIsLeftIsNoNewPress) {
   EXPECT_TRUE(Still());
 }
 
-TEST_F(SerialPedalTest, FootThatChangesPedalsWithNothingOpenHasReleasedTheFirst) {
+TEST_P(SerialPedalTest, FootThatChangesPedalsWithNothingOpenHasReleasedTheFirst) {
   ChooseSerial();
   Hold({.DSRHolding = true});
   LeaveDocument();
@@ -174,7 +164,7 @@ TEST_F(SerialPedalTest, FootThatChangesPedalsWithNothingOpenHasReleasedTheFirst)
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(SerialPedalTest, ResetForgetsAReleaseWithNothingOpen) {
+TEST_P(SerialPedalTest, ResetForgetsAReleaseWithNothingOpen) {
   ChooseSerial();
   Hold({.DSRHolding = true});
   LeaveDocument();
@@ -186,7 +176,7 @@ TEST_F(SerialPedalTest, ResetForgetsAReleaseWithNothingOpen) {
   EXPECT_TRUE(Still());
 }
 
-TEST_F(SerialPedalTest, OnlyTheCenterPedalWorksBeforeADocumentIsInWork) {
+TEST_P(SerialPedalTest, OnlyTheCenterPedalWorksBeforeADocumentIsInWork) {
   ChooseSerial();
   form.cmdStop.Enabled = false;
   Hold({.CDHolding = true});
@@ -197,7 +187,7 @@ TEST_F(SerialPedalTest, OnlyTheCenterPedalWorksBeforeADocumentIsInWork) {
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(SerialPedalTest, PressStaysPendingUntilADocumentCanBePlayed) {
+TEST_P(SerialPedalTest, PressStaysPendingUntilADocumentCanBePlayed) {
   ChooseSerial();
   form.cmdStop.Enabled = false;
   form.cmdPlay.Enabled = false;
@@ -208,12 +198,12 @@ TEST_F(SerialPedalTest, PressStaysPendingUntilADocumentCanBePlayed) {
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(SerialPedalTest, PortThatGoesAwayLeavesThePedalsUp) {
+TEST_P(SerialPedalTest, PortThatGoesAwayLeavesThePedalsUp) {
   ChooseSerial();
   Hold({.DSRHolding = true});
   ASSERT_TRUE(engine.IsPlaying);
   const int shown = stateShown;
-  port.Existing.clear();
+  port.Plug({});
   loop.Advance(50ms);
   EXPECT_TRUE(Still());
   EXPECT_FALSE(pedal.CenterPedalDown);
@@ -222,18 +212,18 @@ TEST_F(SerialPedalTest, PortThatGoesAwayLeavesThePedalsUp) {
   EXPECT_TRUE(loop.Shown.empty());
 }
 
-TEST_F(SerialPedalTest, PortThatComesBackIsReadAgain) {
+TEST_P(SerialPedalTest, PortThatComesBackIsReadAgain) {
   ChooseSerial();
-  port.Existing.clear();
+  port.Plug({});
   loop.Advance(1000ms);
-  port.Existing = {1};
+  port.Plug({1});
   Hold({.DSRHolding = true});
   EXPECT_TRUE(serial.Reads());
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(SerialPedalTest, AnotherNumberClosesTheFirstPort) {
-  port.Existing = {1, 2};
+TEST_P(SerialPedalTest, AnotherNumberClosesTheFirstPort) {
+  port.Plug({1, 2});
   ChooseSerial();
   config.txtSerialFootPedalComPort.Value = "2";
   EXPECT_EQ(port.OpenPort(), 2);
@@ -241,7 +231,7 @@ TEST_F(SerialPedalTest, AnotherNumberClosesTheFirstPort) {
   EXPECT_FALSE(port.OpenPort());
 }
 
-TEST_F(SerialPedalTest, ChosenSerialPedalIsOpenedAndChosenUsbPedalGivesThePortBack) {
+TEST_P(SerialPedalTest, ChosenSerialPedalIsOpenedAndChosenUsbPedalGivesThePortBack) {
   config.txtSerialFootPedalComPort.Value = "1";
   config.txtUSBorSerialFootPedal.Value = "S";
   serial.FollowChoice();
@@ -253,7 +243,7 @@ TEST_F(SerialPedalTest, ChosenSerialPedalIsOpenedAndChosenUsbPedalGivesThePortBa
   EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
 }
 
-TEST_F(SerialPedalTest, PortThatIsGivenBackReleasesThePedalsItHeld) {
+TEST_P(SerialPedalTest, PortThatIsGivenBackReleasesThePedalsItHeld) {
   ChooseSerial();
   WorkAt(5);
   for (const pedals::SerialLines held :
@@ -266,12 +256,12 @@ TEST_F(SerialPedalTest, PortThatIsGivenBackReleasesThePedalsItHeld) {
     EXPECT_EQ(pedal.LastPedalEvent, Pedal::None);
     EXPECT_EQ(config.ShapeCenterPedal.FillColour, forms::PedalShape::kUp);
     config.txtUSBorSerialFootPedal.Value = "S";
-    port.Lines = {};
+    port.Hold({});
     serial.FollowChoice();
   }
 }
 
-TEST_F(SerialPedalTest, PedalThatNothingListenedToGoesDarkWithItsPort) {
+TEST_P(SerialPedalTest, PedalThatNothingListenedToGoesDarkWithItsPort) {
   for (const char* leave : {"choice", "number"}) {
     ChooseSerial();
     serial.OpenPort();
@@ -290,11 +280,11 @@ TEST_F(SerialPedalTest, PedalThatNothingListenedToGoesDarkWithItsPort) {
     EXPECT_EQ(config.ShapeCenterPedal.FillColour, forms::PedalShape::kUp) << leave;
     EXPECT_FALSE(pedal.LeftPedalDown) << leave;
     EXPECT_EQ(pedal.PedalEvent, Pedal::None) << leave;
-    port.Lines = {};
+    port.Hold({});
   }
 }
 
-TEST_F(SerialPedalTest, PortThatIsGivenBackBehindAnUnheardReleaseLeavesThePlayOfAHand) {
+TEST_P(SerialPedalTest, PortThatIsGivenBackBehindAnUnheardReleaseLeavesThePlayOfAHand) {
   ChooseSerial();
   Hold({.DSRHolding = true});
   LeaveDocument();
@@ -307,7 +297,7 @@ TEST_F(SerialPedalTest, PortThatIsGivenBackBehindAnUnheardReleaseLeavesThePlayOf
   EXPECT_EQ(pedal.LastPedalEvent, Pedal::None);
 }
 
-TEST_F(SerialPedalTest, NumberOfNoPortReleasesThePedalsOfThePortBefore) {
+TEST_P(SerialPedalTest, NumberOfNoPortReleasesThePedalsOfThePortBefore) {
   ChooseSerial();
   WorkAt(5);
   Hold({.DSRHolding = true});
@@ -316,7 +306,7 @@ TEST_F(SerialPedalTest, NumberOfNoPortReleasesThePedalsOfThePortBefore) {
   EXPECT_TRUE(Still());
 }
 
-TEST_F(SerialPedalTest, PortThatIsOpenedAnewUnderAHeldPedalPlaysOn) {
+TEST_P(SerialPedalTest, PortThatIsOpenedAnewUnderAHeldPedalPlaysOn) {
   ChooseSerial();
   WorkAt(5);
   Hold({.DSRHolding = true});
@@ -328,10 +318,10 @@ TEST_F(SerialPedalTest, PortThatIsOpenedAnewUnderAHeldPedalPlaysOn) {
   EXPECT_TRUE(Still());
 }
 
-TEST_F(SerialPedalTest, UsbPedalThatPlaysIsNotStoppedByAPortThatIsGivenBack) {
+TEST_P(SerialPedalTest, UsbPedalThatPlaysIsNotStoppedByAPortThatIsGivenBack) {
   ChooseSerial();
   WorkAt(5);
-  watcher.Pedal = pedals::UsbPresence::Ready;
+  watcher.Plug(pedals::UsbPresence::Ready);
   usb.StartWatch();
   watcher.Report(2);
   loop.Advance(50ms);
@@ -341,7 +331,7 @@ TEST_F(SerialPedalTest, UsbPedalThatPlaysIsNotStoppedByAPortThatIsGivenBack) {
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(SerialPedalTest, SlowTickDoesNotStack) {
+TEST_P(SerialPedalTest, SlowTickDoesNotStack) {
   config.txtMinimizeMiniPlayer.Value = "N";
   file.Sounds.clear();
   ChooseSerial();
@@ -353,7 +343,7 @@ TEST_F(SerialPedalTest, SlowTickDoesNotStack) {
   EXPECT_EQ(port.Reads, 2);
 }
 
-TEST_F(SerialPedalTest, StopInTheMiddleOfATickEndsThePoll) {
+TEST_P(SerialPedalTest, StopInTheMiddleOfATickEndsThePoll) {
   file.Sounds.clear();
   ChooseSerial();
   loop.Expect({.meanwhile = [this] { serial.Stop(); }});
@@ -364,12 +354,206 @@ TEST_F(SerialPedalTest, StopInTheMiddleOfATickEndsThePoll) {
   EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
 }
 
-TEST_F(SerialPedalTest, LinesThatStayUpDoNotStopAUsbPedal) {
+TEST_P(SerialPedalTest, LinesThatStayUpDoNotStopAUsbPedal) {
   ChooseSerial();
   usb.StartWatch();
   watcher.Report(2);
   loop.Advance(1000ms);
   EXPECT_TRUE(engine.IsPlaying);
+}
+
+INSTANTIATE_TEST_SUITE_P(Port, SerialPedalTest, testing::Bool(), [](const auto& kind) {
+  return kind.param ? "ThatTells" : "ThatIsPolled";
+});
+
+struct PolledSerialPedal : testing::Test, PedalBench {
+  PolledSerialPedal() { port.CanTell = false; }
+};
+
+TEST_F(PolledSerialPedal, PortIsOpenedAndPolledWhenItsNumberIsSet) {
+  ChooseSerial();
+  EXPECT_EQ(port.Opened, std::vector<int>{1});
+  EXPECT_TRUE(serial.tmrSerialFootPedal.Enabled());
+  EXPECT_TRUE(serial.Reads());
+  loop.Advance(49ms);
+  EXPECT_EQ(port.Reads, 0);
+  loop.Advance(1ms);
+  EXPECT_EQ(port.Reads, 1);
+  loop.Advance(500ms);
+  EXPECT_EQ(port.Reads, 11);
+}
+
+/// A pedal at rest on a port that tells of changes, with a document selected.
+struct ToldSerialPedal : testing::Test, PedalBench {
+  ToldSerialPedal() {
+    ChooseSerial();
+    loop.Advance(1000ms);
+  }
+
+  /// The foot moves, and the loop turns once.
+  void Hold(pedals::SerialLines lines) {
+    port.Hold(lines);
+    loop.Yield();
+  }
+};
+
+TEST_F(ToldSerialPedal, NothingTicksWhileNothingIsHeldAndNothingComes) {
+  const int reads = port.Reads;
+  loop.Advance(60'000ms);
+  EXPECT_EQ(port.Reads, reads);
+  EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
+  Hold({.DSRHolding = true});
+  loop.Advance(1000ms);
+  Hold({});
+  loop.Advance(1000ms);
+  EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
+}
+
+TEST_F(ToldSerialPedal, PressAndReleaseAreLookedAtWhenTheyCome) {
+  Hold({.DSRHolding = true});
+  EXPECT_TRUE(engine.IsPlaying);
+  loop.Advance(777ms);
+  Hold({});
+  EXPECT_TRUE(Still());
+}
+
+TEST_F(ToldSerialPedal, WhatFollowsAChangeWithinAnIntervalWaitsForTheNextTick) {
+  Hold({.DSRHolding = true});
+  loop.Advance(3ms);
+  Hold({});
+  loop.Advance(3ms);
+  Hold({.DSRHolding = true});
+  loop.Advance(20ms);
+  Hold({});
+  EXPECT_TRUE(engine.IsPlaying);
+  loop.Advance(23ms);
+  EXPECT_TRUE(engine.IsPlaying);
+  loop.Advance(1ms);
+  EXPECT_TRUE(Still());
+  EXPECT_EQ(player.Starts, 1);
+}
+
+TEST_F(ToldSerialPedal, ContactThatIsOpenAgainWhenItIsLookedAtDoesNotDelayItsNextChange) {
+  port.TellsAtOnce = false;
+  port.Hold({.DSRHolding = true});
+  port.Hold({});
+  port.Tell();
+  loop.Advance(1ms);
+  EXPECT_TRUE(Still());
+  port.Hold({.DSRHolding = true});
+  port.Tell();
+  loop.Yield();
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldSerialPedal, ChangeThatGoesUntoldBehindAnotherIsSeenWithinAnInterval) {
+  port.TellsAtOnce = false;
+  port.Hold({.DSRHolding = true});
+  port.Hold({});
+  port.Tell();
+  loop.Advance(1ms);
+  ASSERT_TRUE(Still());
+  port.Lines = {.DSRHolding = true};
+  loop.Advance(49ms);
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldSerialPedal, ReleaseThatGoesUntoldIsSeenWithinAnInterval) {
+  Hold({.DSRHolding = true});
+  loop.Advance(5000ms);
+  port.Lines = {};
+  loop.Advance(50ms);
+  EXPECT_TRUE(Still());
+}
+
+TEST_F(ToldSerialPedal, PressThatNothingCouldActOnIsLookedAtOnceADocumentCanBePlayed) {
+  form.cmdStop.Enabled = false;
+  form.cmdPlay.Enabled = false;
+  Hold({.DSRHolding = true});
+  loop.Advance(60'000ms);
+  EXPECT_TRUE(Still());
+  form.cmdPlay.Enabled = true;
+  loop.Advance(50ms);
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldSerialPedal, ReleaseThatNothingCouldActOnLetsTheTicksRestAndTheNextPressCount) {
+  Hold({.DSRHolding = true});
+  transport.StopCommand();
+  for (forms::Command* key : {&form.cmdPlay, &form.cmdStop}) key->Enabled = false;
+  loop.Advance(1000ms);
+  Hold({});
+  loop.Advance(1000ms);
+  EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
+  form.cmdPlay.Enabled = true;
+  Hold({.DSRHolding = true});
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldSerialPedal, ChangeWhileTheLoopBreathesWaitsForTheEndOfTheBreath) {
+  port.Hold({.DSRHolding = true});
+  loop.Breathe();
+  EXPECT_TRUE(Still());
+  EXPECT_FALSE(pedal.CenterPedalDown);
+  loop.Yield();
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldSerialPedal, ChangeUnderTheBoxOfATickWaitsForItsEnd) {
+  file.Sounds.clear();
+  const int reads = port.Reads;
+  loop.Expect({.delay = 1000ms, .meanwhile = [this] { port.Hold({}); }});
+  Hold({.DSRHolding = true});
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(port.Reads, reads + 1);
+  loop.Advance(50ms);
+  EXPECT_EQ(port.Reads, reads + 2);
+  EXPECT_FALSE(pedal.CenterPedalDown);
+}
+
+TEST_F(ToldSerialPedal, PortThatGoesIsShownAtOnceAndReadUntilItIsBack) {
+  const int shown = stateShown;
+  port.Plug({});
+  loop.Yield();
+  EXPECT_FALSE(serial.Reads());
+  EXPECT_EQ(stateShown, shown + 1);
+  loop.Advance(5000ms);
+  EXPECT_TRUE(serial.tmrSerialFootPedal.Enabled());
+  port.Plug({1});
+  loop.Advance(500ms);
+  EXPECT_TRUE(serial.Reads());
+  EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
+}
+
+TEST_F(ToldSerialPedal, PortThatCanWaitNoMoreIsPolled) {
+  port.CanTell = false;
+  Hold({.DSRHolding = true});
+  loop.Advance(1000ms);
+  port.Lines = {};
+  loop.Advance(1000ms);
+  EXPECT_TRUE(Still());
+  EXPECT_TRUE(serial.tmrSerialFootPedal.Enabled());
+  port.Lines = {.DSRHolding = true};
+  loop.Advance(50ms);
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldSerialPedal, ChangeAfterTheEndOfTheTicksIsNotActedOn) {
+  serial.Stop();
+  Hold({.DSRHolding = true});
+  loop.Advance(1000ms);
+  EXPECT_TRUE(Still());
+  EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
+}
+
+TEST(SerialPedal, GivesThePortBackWithItsEnd) {
+  PedalBench bench;
+  {
+    pedals::SerialPedal another(bench.loop, bench.config, bench.pedal, bench.port);
+    bench.ChooseSerial();
+    ASSERT_EQ(bench.port.OpenPort(), 1);
+  }
+  EXPECT_FALSE(bench.port.OpenPort());
 }
 
 }  // namespace

@@ -16,10 +16,14 @@ using base::operator""ms;
 using pedals::Pedal;
 using playback::Wind;
 
-struct UsbPedalTest : testing::Test, PedalBench {
-  UsbPedalTest() { usb.StartWatch(); }
+/// With a watcher that tells of reports, or with one that must be polled.
+struct UsbPedalTest : testing::TestWithParam<bool>, PedalBench {
+  UsbPedalTest() {
+    watcher.CanTell = GetParam();
+    usb.StartWatch();
+  }
 
-  /// The pedal reports, and the next poll reads it.
+  /// The pedal reports, and the next tick reads it.
   void Report(std::uint8_t bits) {
     watcher.Report(bits);
     loop.Advance(50ms);
@@ -30,18 +34,7 @@ struct UsbPedalTest : testing::Test, PedalBench {
   }
 };
 
-TEST_F(UsbPedalTest, WatchIsStartedForThePedalAndPolled) {
-  EXPECT_EQ(watcher.Picked, (std::vector<int>{255, 12, 3}));
-  EXPECT_NE(usb.MyMonitor, 0);
-  loop.Advance(49ms);
-  EXPECT_EQ(watcher.Reads, 0);
-  loop.Advance(1ms);
-  EXPECT_EQ(watcher.Reads, 1);
-  loop.Advance(500ms);
-  EXPECT_EQ(watcher.Reads, 11);
-}
-
-TEST_F(UsbPedalTest, WatchThatDoesNotStartLeavesThePollOffAndSaysNothing) {
+TEST_P(UsbPedalTest, WatchThatDoesNotStartLeavesThePollOffAndSaysNothing) {
   PedalBench bench;
   bench.watcher.CanStart = false;
   bench.usb.StartWatch();
@@ -51,7 +44,7 @@ TEST_F(UsbPedalTest, WatchThatDoesNotStartLeavesThePollOffAndSaysNothing) {
   EXPECT_TRUE(bench.loop.Shown.empty());
 }
 
-TEST_F(UsbPedalTest, CenterPedalPlaysWhileItIsDown) {
+TEST_P(UsbPedalTest, CenterPedalPlaysWhileItIsDown) {
   Report(2);
   EXPECT_TRUE(engine.IsPlaying);
   EXPECT_TRUE(pedal.CenterPedalDown);
@@ -64,13 +57,13 @@ TEST_F(UsbPedalTest, CenterPedalPlaysWhileItIsDown) {
   EXPECT_EQ(config.ShapeCenterPedal.FillColour.Get(), forms::PedalShape::kUp);
 }
 
-TEST_F(UsbPedalTest, UsbPedalWorksThoughSerialIsChosen) {
+TEST_P(UsbPedalTest, UsbPedalWorksThoughSerialIsChosen) {
   config.txtUSBorSerialFootPedal.Value = "S";
   Report(2);
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(UsbPedalTest, EveryReportIsActedOnThoughNothingChanged) {
+TEST_P(UsbPedalTest, EveryReportIsActedOnThoughNothingChanged) {
   Report(2);
   const int starts = player.Starts;
   Report(2);
@@ -78,7 +71,7 @@ TEST_F(UsbPedalTest, EveryReportIsActedOnThoughNothingChanged) {
   EXPECT_EQ(pedal.LastPedalEvent, Pedal::None);
 }
 
-TEST_F(UsbPedalTest, PressAndReleaseBetweenTwoLooksAreBothActedOn) {
+TEST_P(UsbPedalTest, PressAndReleaseBetweenTwoLooksAreBothActedOn) {
   WorkAt(5);
   watcher.Press({1, 0});
   loop.Advance(100ms);
@@ -87,7 +80,7 @@ TEST_F(UsbPedalTest, PressAndReleaseBetweenTwoLooksAreBothActedOn) {
   EXPECT_EQ(prompts, std::vector<std::string>{"RewindTone"});
 }
 
-TEST_F(UsbPedalTest, LeftAndRightTogetherWindForward) {
+TEST_P(UsbPedalTest, LeftAndRightTogetherWindForward) {
   WorkAt(5);
   Report(5);
   EXPECT_TRUE(pedal.LeftPedalDown);
@@ -96,7 +89,7 @@ TEST_F(UsbPedalTest, LeftAndRightTogetherWindForward) {
   EXPECT_EQ(transport.WindDirection, Wind::Forward);
 }
 
-TEST_F(UsbPedalTest, OnlyTheCenterPedalWorksBeforeADocumentIsInWork) {
+TEST_P(UsbPedalTest, OnlyTheCenterPedalWorksBeforeADocumentIsInWork) {
   form.cmdStop.Enabled = false;
   Report(1);
   Report(4);
@@ -107,7 +100,7 @@ TEST_F(UsbPedalTest, OnlyTheCenterPedalWorksBeforeADocumentIsInWork) {
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(UsbPedalTest, ReportsAreDroppedWhileNothingCanBePlayed) {
+TEST_P(UsbPedalTest, ReportsAreDroppedWhileNothingCanBePlayed) {
   form.cmdStop.Enabled = false;
   form.cmdPlay.Enabled = false;
   Report(2);
@@ -117,7 +110,7 @@ TEST_F(UsbPedalTest, ReportsAreDroppedWhileNothingCanBePlayed) {
   EXPECT_TRUE(Still());
 }
 
-TEST_F(UsbPedalTest, PressAfterAReleaseThatNothingListenedToCounts) {
+TEST_P(UsbPedalTest, PressAfterAReleaseThatNothingListenedToCounts) {
   Report(2);
   ASSERT_TRUE(engine.IsPlaying);
   transport.StopCommand();
@@ -129,7 +122,7 @@ TEST_F(UsbPedalTest, PressAfterAReleaseThatNothingListenedToCounts) {
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(UsbPedalTest, ReportOfAnotherNumberIsIgnoredWhole) {
+TEST_P(UsbPedalTest, ReportOfAnotherNumberIsIgnoredWhole) {
   Deliver({0, 2, 0});
   ASSERT_TRUE(engine.IsPlaying);
   Deliver({1, 0, 0});
@@ -137,14 +130,14 @@ TEST_F(UsbPedalTest, ReportOfAnotherNumberIsIgnoredWhole) {
   EXPECT_TRUE(pedal.CenterPedalDown);
 }
 
-TEST_F(UsbPedalTest, BitsThatAreNoPedalCountAsAllUp) {
+TEST_P(UsbPedalTest, BitsThatAreNoPedalCountAsAllUp) {
   Report(2);
   Report(0xF8);
   EXPECT_TRUE(Still());
   EXPECT_EQ(pedal.PedalEvent, Pedal::None);
 }
 
-TEST_F(UsbPedalTest, SizeOfAReportIsLearntFromTheFirstCountThatTells) {
+TEST_P(UsbPedalTest, SizeOfAReportIsLearntFromTheFirstCountThatTells) {
   struct Case {
     std::size_t count;
     int size;
@@ -159,7 +152,7 @@ TEST_F(UsbPedalTest, SizeOfAReportIsLearntFromTheFirstCountThatTells) {
   }
 }
 
-TEST_F(UsbPedalTest, BytesAreDroppedUntilTheSizeIsKnown) {
+TEST_P(UsbPedalTest, BytesAreDroppedUntilTheSizeIsKnown) {
   Deliver({0, 2, 0, 0, 2, 0});
   EXPECT_TRUE(Still());
   EXPECT_FALSE(pedal.CenterPedalDown);
@@ -167,20 +160,20 @@ TEST_F(UsbPedalTest, BytesAreDroppedUntilTheSizeIsKnown) {
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(UsbPedalTest, SizeIsNeverLearntAgain) {
+TEST_P(UsbPedalTest, SizeIsNeverLearntAgain) {
   Deliver({0, 2, 0});
   Deliver({0, 0, 0, 2});
   EXPECT_EQ(usb.HIDReportSize, 3);
 }
 
-TEST_F(UsbPedalTest, ReportsOfTwoBytesAreReadToo) {
+TEST_P(UsbPedalTest, ReportsOfTwoBytesAreReadToo) {
   Deliver({0, 2, 0, 0});
   EXPECT_EQ(usb.HIDReportSize, 2);
   EXPECT_EQ(player.Starts, 1);
   EXPECT_TRUE(Still());
 }
 
-TEST_F(UsbPedalTest, HalfAReportRoundsToAnEvenNumberOfReports) {
+TEST_P(UsbPedalTest, HalfAReportRoundsToAnEvenNumberOfReports) {
   WorkAt(5);
   usb.HIDReportSize = 2;
   Deliver({0, 1, 0, 0, 0});
@@ -192,7 +185,7 @@ TEST_F(UsbPedalTest, HalfAReportRoundsToAnEvenNumberOfReports) {
   EXPECT_TRUE(Still());
 }
 
-TEST_F(UsbPedalTest, CountBeyondTheRoomForAReadIsCutToIt) {
+TEST_P(UsbPedalTest, CountBeyondTheRoomForAReadIsCutToIt) {
   Deliver({0, 2, 0});
   for (const std::int32_t told : {101, 999, std::numeric_limits<std::int32_t>::max()}) {
     const int starts = player.Starts;
@@ -204,7 +197,7 @@ TEST_F(UsbPedalTest, CountBeyondTheRoomForAReadIsCutToIt) {
   }
 }
 
-TEST_F(UsbPedalTest, CountOfNothingAndLessIsNoReport) {
+TEST_P(UsbPedalTest, CountOfNothingAndLessIsNoReport) {
   Deliver({0, 2, 0});
   ASSERT_TRUE(engine.IsPlaying);
   for (const std::int32_t told : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
@@ -213,7 +206,7 @@ TEST_F(UsbPedalTest, CountOfNothingAndLessIsNoReport) {
   }
 }
 
-TEST_F(UsbPedalTest, ReadThatFailsJustEndsTheTick) {
+TEST_P(UsbPedalTest, ReadThatFailsJustEndsTheTick) {
   watcher.CanRead = false;
   Report(2);
   EXPECT_TRUE(Still());
@@ -223,7 +216,7 @@ TEST_F(UsbPedalTest, ReadThatFailsJustEndsTheTick) {
   EXPECT_TRUE(engine.IsPlaying);
 }
 
-TEST_F(UsbPedalTest, ThousandReportsBetweenTwoLooksAreHandledInOrder) {
+TEST_P(UsbPedalTest, ThousandReportsBetweenTwoLooksAreHandledInOrder) {
   WorkAt(5);
   for (int press = 0; press < 499; ++press) watcher.Press({2, 0});
   watcher.Press({1, 0});
@@ -234,7 +227,7 @@ TEST_F(UsbPedalTest, ThousandReportsBetweenTwoLooksAreHandledInOrder) {
   EXPECT_TRUE(Still());
 }
 
-TEST_F(UsbPedalTest, PulledCableReleasesThePedals) {
+TEST_P(UsbPedalTest, PulledCableReleasesThePedals) {
   Report(2);
   ASSERT_TRUE(engine.IsPlaying);
   watcher.Unplug();
@@ -243,7 +236,7 @@ TEST_F(UsbPedalTest, PulledCableReleasesThePedals) {
   EXPECT_EQ(usb.Presence(), pedals::UsbPresence::NoPedal);
 }
 
-TEST_F(UsbPedalTest, ReadIsUnderWayUntilItsReportsHaveBeenHandled) {
+TEST_P(UsbPedalTest, ReadIsUnderWayUntilItsReportsHaveBeenHandled) {
   file.Sounds.clear();
   std::optional<bool> inRead;
   loop.Expect({.meanwhile = [&] { inRead = usb.InReadHIDBuffer; }});
@@ -253,7 +246,7 @@ TEST_F(UsbPedalTest, ReadIsUnderWayUntilItsReportsHaveBeenHandled) {
   EXPECT_FALSE(usb.InReadHIDBuffer);
 }
 
-TEST_F(UsbPedalTest, SlowTickDoesNotStack) {
+TEST_P(UsbPedalTest, SlowTickDoesNotStack) {
   file.Sounds.clear();
   loop.Expect({.delay = 1000ms});
   Report(2);
@@ -262,7 +255,7 @@ TEST_F(UsbPedalTest, SlowTickDoesNotStack) {
   EXPECT_EQ(watcher.Reads, 2);
 }
 
-TEST_F(UsbPedalTest, StopReadingEndsThePollWithoutAWord) {
+TEST_P(UsbPedalTest, StopReadingEndsThePollWithoutAWord) {
   usb.StopReading();
   loop.Advance(1000ms);
   EXPECT_EQ(watcher.Reads, 0);
@@ -270,7 +263,7 @@ TEST_F(UsbPedalTest, StopReadingEndsThePollWithoutAWord) {
   EXPECT_NE(usb.MyMonitor, 0);
 }
 
-TEST_F(UsbPedalTest, StopReadingWaitsForAReadThatIsUnderWay) {
+TEST_P(UsbPedalTest, StopReadingWaitsForAReadThatIsUnderWay) {
   usb.InReadHIDBuffer = true;
   base::Timer readEnds(loop, "readEnds", 500ms);
   readEnds.OnTick = [this] { usb.InReadHIDBuffer = false; };
@@ -284,7 +277,7 @@ TEST_F(UsbPedalTest, StopReadingWaitsForAReadThatIsUnderWay) {
   EXPECT_EQ(loop.Now() - before, 600ms);
 }
 
-TEST_F(UsbPedalTest, StopFromWithinAReadComesToAnEnd) {
+TEST_P(UsbPedalTest, StopFromWithinAReadComesToAnEnd) {
   file.Sounds.clear();
   loop.Expect({.meanwhile = [this] { usb.StopReading(); }});
   Report(2);
@@ -295,7 +288,7 @@ TEST_F(UsbPedalTest, StopFromWithinAReadComesToAnEnd) {
   EXPECT_EQ(watcher.Reads, 1);
 }
 
-TEST_F(UsbPedalTest, StopWatchEndsTheWatchOnce) {
+TEST_P(UsbPedalTest, StopWatchEndsTheWatchOnce) {
   usb.StopWatch();
   EXPECT_EQ(usb.MyMonitor, 0);
   EXPECT_FALSE(watcher.Watching());
@@ -304,7 +297,7 @@ TEST_F(UsbPedalTest, StopWatchEndsTheWatchOnce) {
   EXPECT_TRUE(loop.Shown.empty());
 }
 
-TEST_F(UsbPedalTest, WatchThatCannotBeEndedIsTold) {
+TEST_P(UsbPedalTest, WatchThatCannotBeEndedIsTold) {
   watcher.CanStop = false;
   usb.StopWatch();
   ASSERT_EQ(loop.Shown.size(), 1u);
@@ -313,13 +306,117 @@ TEST_F(UsbPedalTest, WatchThatCannotBeEndedIsTold) {
   EXPECT_EQ(loop.Shown[0].icon, base::Icon::None);
 }
 
-TEST_F(UsbPedalTest, WatchEndsWithItsOwner) {
+TEST_P(UsbPedalTest, WatchEndsWithItsOwner) {
   {
     pedals::UsbPedal another(loop, pedal, watcher);
     another.StartWatch();
     ASSERT_TRUE(watcher.Watching());
   }
   EXPECT_FALSE(watcher.Watching());
+}
+
+INSTANTIATE_TEST_SUITE_P(Watcher, UsbPedalTest, testing::Bool(), [](const auto& kind) {
+  return kind.param ? "ThatTells" : "ThatIsPolled";
+});
+
+struct PolledUsbPedal : testing::Test, PedalBench {
+  PolledUsbPedal() {
+    watcher.CanTell = false;
+    usb.StartWatch();
+  }
+};
+
+TEST_F(PolledUsbPedal, WatchIsStartedForThePedalAndPolled) {
+  EXPECT_EQ(watcher.Picked, (std::vector<int>{255, 12, 3}));
+  EXPECT_NE(usb.MyMonitor, 0);
+  loop.Advance(49ms);
+  EXPECT_EQ(watcher.Reads, 0);
+  loop.Advance(1ms);
+  EXPECT_EQ(watcher.Reads, 1);
+  loop.Advance(500ms);
+  EXPECT_EQ(watcher.Reads, 11);
+}
+
+/// A pedal at rest under a watcher that tells of reports.
+struct ToldUsbPedal : testing::Test, PedalBench {
+  ToldUsbPedal() {
+    usb.StartWatch();
+    loop.Advance(1000ms);
+  }
+
+  /// The pedal reports, and the loop turns once.
+  void Report(std::uint8_t bits) {
+    watcher.Report(bits);
+    loop.Yield();
+  }
+};
+
+TEST_F(ToldUsbPedal, NothingTicksWhileNothingComes) {
+  const int reads = watcher.Reads;
+  loop.Advance(60'000ms);
+  EXPECT_EQ(watcher.Reads, reads);
+  EXPECT_FALSE(usb.TmrHIDRead.Enabled());
+  Report(2);
+  loop.Advance(1000ms);
+  const int readsUnderTheFoot = watcher.Reads;
+  loop.Advance(3000ms);
+  EXPECT_EQ(watcher.Reads, readsUnderTheFoot);
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldUsbPedal, PressAndReleaseAreLookedAtWhenTheyCome) {
+  Report(2);
+  EXPECT_TRUE(engine.IsPlaying);
+  loop.Advance(777ms);
+  Report(0);
+  EXPECT_TRUE(Still());
+}
+
+TEST_F(ToldUsbPedal, WhatFollowsWithinAnIntervalWaitsForTheNextTick) {
+  Report(2);
+  loop.Advance(20ms);
+  Report(0);
+  loop.Advance(29ms);
+  EXPECT_TRUE(engine.IsPlaying);
+  loop.Advance(1ms);
+  EXPECT_TRUE(Still());
+}
+
+TEST_F(ToldUsbPedal, ReportThatComesWhileTheLoopBreathesWaitsForTheEndOfTheBreath) {
+  watcher.Report(2);
+  loop.Breathe();
+  EXPECT_TRUE(Still());
+  EXPECT_FALSE(pedal.CenterPedalDown);
+  loop.Yield();
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldUsbPedal, PedalThatIsPluggedInIsShownAtOnce) {
+  const int shown = stateShown;
+  watcher.Plug(pedals::UsbPresence::NoPermission);
+  loop.Yield();
+  EXPECT_EQ(stateShown, shown + 1);
+  loop.Advance(1000ms);
+  EXPECT_FALSE(usb.TmrHIDRead.Enabled());
+}
+
+TEST_F(ToldUsbPedal, WatcherThatFailsToBeReadIsReadUntilItCanBe) {
+  watcher.CanRead = false;
+  Report(2);
+  EXPECT_TRUE(Still());
+  loop.Advance(500ms);
+  EXPECT_TRUE(usb.TmrHIDRead.Enabled());
+  watcher.CanRead = true;
+  loop.Advance(50ms);
+  EXPECT_TRUE(engine.IsPlaying);
+}
+
+TEST_F(ToldUsbPedal, ReportAfterTheLastReadOfAnExitIsNotActedOn) {
+  usb.StopReading();
+  Report(2);
+  loop.Advance(1000ms);
+  EXPECT_TRUE(Still());
+  EXPECT_FALSE(usb.TmrHIDRead.Enabled());
 }
 
 }  // namespace
