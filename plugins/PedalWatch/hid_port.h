@@ -20,7 +20,8 @@ struct HidDevice {
 
 enum class Opening { Done, NoPermission, Failed };
 
-/// The input devices of this machine, of which one can be open. Called on the watch's thread only.
+/// The input devices of this machine, of which one can be open. Called on the watch's thread only,
+/// save for `Interrupt`.
 class HidPort {
  public:
   virtual ~HidPort() = default;
@@ -28,9 +29,13 @@ class HidPort {
   virtual std::vector<HidDevice> List() = 0;
   virtual Opening Open(const std::string& path) = 0;
   virtual void Close() = 0;
-  /// Waits a short while for a report of the open device and returns how many bytes it has; 0 when
-  /// none came, nothing when the device has gone.
+  /// Waits for a report of the open device and returns how many bytes it has; 0 when the wait ended
+  /// without one, nothing when the device has gone.
   virtual std::optional<std::size_t> Read(std::span<std::uint8_t> buffer) = 0;
+  /// Waits until `List` or `Open` may answer otherwise than when they were last asked.
+  virtual void AwaitNews() = 0;
+  /// Ends the wait that is under way and every later one. On any thread.
+  virtual void Interrupt() = 0;
 };
 
 }  // namespace tavlo::pedal_watch

@@ -57,7 +57,7 @@ std::uint8_t StartWatch(std::int32_t product, std::int32_t usagePage, std::int32
     auto watch = std::make_unique<WatchThread>(picked, std::make_unique<HidapiPort>());
     watches.running.emplace(++watches.lastHandle, std::move(watch));
   } catch (const std::system_error&) {
-    // The machine has no thread left.
+    // The machine has no thread left, or the process no descriptor.
     return kFalse;
   }
   *monitor = watches.lastHandle;
@@ -72,7 +72,7 @@ std::uint8_t GetData(std::int32_t* monitor, std::uint8_t* buffer, std::int32_t s
   const std::lock_guard lock(watches.mutex);
   WatchThread* const watch = watches.Find(*monitor);
   if (watch == nullptr) return kFalse;
-  const std::size_t taken = watch->Reports().Take({buffer, static_cast<std::size_t>(size)});
+  const std::size_t taken = watch->TakeReports({buffer, static_cast<std::size_t>(size)});
   *count = static_cast<std::int32_t>(taken);
   return kTrue;
 }
@@ -91,4 +91,11 @@ std::int32_t PedalPresence(std::int32_t monitor) {
   const std::lock_guard lock(watches.mutex);
   const WatchThread* const watch = watches.Find(monitor);
   return watch == nullptr ? 0 : static_cast<std::int32_t>(watch->State());
+}
+
+std::int32_t NewsDescriptor(std::int32_t monitor) {
+  Watches& watches = AllWatches();
+  const std::lock_guard lock(watches.mutex);
+  const WatchThread* const watch = watches.Find(monitor);
+  return watch == nullptr ? -1 : watch->NewsDescriptor();
 }

@@ -28,4 +28,10 @@ extern "C" {
 /// 0 when there is no such watch, 1 when no pedal is plugged in, 2 when one is that this user may
 /// not read, 3 while one is being read.
 [[gnu::visibility("default")]] std::int32_t PedalPresence(std::int32_t monitor);
+
+/// A descriptor to wait on: it can be read while GetData has reports to hand over, or PedalPresence
+/// answers otherwise than at the last GetData. GetData makes it quiet, so nobody reads from it. It
+/// belongs to the watch and ends with it. -1 when there is no such watch. A library may lack this
+/// call and PedalPresence; one that lacks this one is asked for data again and again.
+[[gnu::visibility("default")]] std::int32_t NewsDescriptor(std::int32_t monitor);
 }

@@ -24,4 +24,9 @@ std::size_t ReportQueue::Take(std::span<std::uint8_t> buffer) {
   return taken * kSize;
 }
 
+bool ReportQueue::IsEmpty() {
+  const std::lock_guard lock(mutex_);
+  return reports_.empty();
+}
+
 }  // namespace tavlo::pedal_watch

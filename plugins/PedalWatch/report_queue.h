@@ -24,6 +24,7 @@ class ReportQueue {
   /// Takes whole reports into `buffer` and returns how many bytes they take. The very first take
   /// that finds a report takes one only, so that its reader can learn how long a report is.
   std::size_t Take(std::span<std::uint8_t> buffer);
+  bool IsEmpty();
 
  private:
   std::mutex mutex_;

@@ -37,7 +37,7 @@ void Watch::LookForPedal() {
     found = Presence::Ready;
     break;
   }
-  state_ = found;
+  Become(found);
 }
 
 void Watch::ReadReport() {
@@ -45,8 +45,8 @@ void Watch::ReadReport() {
   const std::optional<std::size_t> bytes = port_.Read(raw);
   if (!bytes) {
     port_.Close();
-    reports_.Push(kAllUp);
-    state_ = Presence::NoPedal;
+    Push(kAllUp);
+    Become(Presence::NoPedal);
     return;
   }
   if (*bytes > 0) Take(std::span(raw).first(*bytes));
@@ -55,7 +55,7 @@ void Watch::ReadReport() {
 void Watch::Take(std::span<const std::uint8_t> raw) {
   if (model_ == nullptr) {
     // Its reports have no number of their own, so the 0 that stands for that is put in front.
-    reports_.Push({0, raw[0], raw.size() > 1 ? raw[1] : std::uint8_t{0}});
+    Push({0, raw[0], raw.size() > 1 ? raw[1] : std::uint8_t{0}});
     return;
   }
   const std::optional<std::uint8_t> bits = PedalBits(*model_, raw);
@@ -63,7 +63,24 @@ void Watch::Take(std::span<const std::uint8_t> raw) {
   // would start a document anew.
   if (!bits || *bits == lastBits_) return;
   lastBits_ = *bits;
-  reports_.Push({0, *bits, 0});
+  Push({0, *bits, 0});
+}
+
+void Watch::Push(const Report& report) {
+  reports_.Push(report);
+  news_.Ring();
+}
+
+void Watch::Become(Presence state) {
+  if (state_.exchange(state) != state) news_.Ring();
+}
+
+std::size_t Watch::TakeReports(std::span<std::uint8_t> buffer) {
+  // What comes from here on rings again.
+  news_.Silence();
+  const std::size_t bytes = reports_.Take(buffer);
+  if (!reports_.IsEmpty()) news_.Ring();
+  return bytes;
 }
 
 }  // namespace tavlo::pedal_watch

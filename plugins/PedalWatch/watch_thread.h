@@ -10,10 +10,14 @@ namespace tavlo::pedal_watch {
 /// A watch that turns on a thread of its own until it is destroyed.
 class WatchThread {
  public:
+  /// Throws std::system_error when the machine has no thread left.
   WatchThread(const Picked& picked, std::unique_ptr<HidPort> port);
+  ~WatchThread();
+  WatchThread(const WatchThread&) = delete;
 
   Presence State() const { return watch_.State(); }
-  ReportQueue& Reports() { return watch_.Reports(); }
+  std::size_t TakeReports(std::span<std::uint8_t> buffer) { return watch_.TakeReports(buffer); }
+  int NewsDescriptor() const { return watch_.NewsDescriptor(); }
 
  private:
   void Run(const std::stop_token& stop);

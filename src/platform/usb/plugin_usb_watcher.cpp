@@ -1,6 +1,7 @@
 #include "platform/usb/plugin_usb_watcher.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
 
 #include <utility>
 
@@ -35,12 +36,24 @@ void PluginUsbWatcher::Load() {
   Find(library, "GetData", calls_.getData);
   Find(library, "StopWatch", calls_.stopWatch);
   Find(library, "PedalPresence", calls_.pedalPresence);
+  Find(library, "NewsDescriptor", calls_.newsDescriptor);
 }
 
 bool PluginUsbWatcher::StartWatch(int product, int usagePage, int usage, MonitorHandle& monitor) {
   monitor = 0;
   if (!calls_.Complete()) Load();
-  return calls_.Complete() && calls_.startWatch(product, usagePage, usage, &monitor) == kTrue;
+  if (!calls_.Complete() || calls_.startWatch(product, usagePage, usage, &monitor) != kTrue) {
+    return false;
+  }
+  news_ = FindNews(monitor);
+  return true;
+}
+
+std::unique_ptr<ReadableOnce> PluginUsbWatcher::FindNews(MonitorHandle monitor) const {
+  if (!calls_.newsDescriptor) return {};
+  const int descriptor = calls_.newsDescriptor(monitor);
+  if (::fcntl(descriptor, F_GETFD) < 0) return {};
+  return std::make_unique<ReadableOnce>(descriptor);
 }
 
 bool PluginUsbWatcher::GetData(MonitorHandle& monitor, std::span<std::uint8_t> buffer,
@@ -52,6 +65,8 @@ bool PluginUsbWatcher::GetData(MonitorHandle& monitor, std::span<std::uint8_t> b
 }
 
 bool PluginUsbWatcher::StopWatch(MonitorHandle& monitor) {
+  // Its descriptor ends with the watch.
+  news_.reset();
   const bool stopped = calls_.Complete() && calls_.stopWatch(&monitor) != 0;
   monitor = 0;
   return stopped;
@@ -70,6 +85,12 @@ UsbPresence PluginUsbWatcher::Presence(MonitorHandle monitor) {
     default:
       return UsbPresence::NotWatched;
   }
+}
+
+bool PluginUsbWatcher::TellOnce(MonitorHandle monitor, base::Listener& listener) {
+  if (monitor == 0 || !news_) return false;
+  news_->Tell(listener);
+  return true;
 }
 
 }  // namespace tavlo::platform

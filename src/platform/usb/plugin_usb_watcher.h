@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "pedals/usb_watcher.h"
+#include "platform/wake/readable_once.h"
 
 namespace tavlo::platform {
 
@@ -18,9 +20,10 @@ class PluginUsbWatcher : public pedals::UsbWatcher {
   bool GetData(pedals::MonitorHandle& monitor, std::span<std::uint8_t> buffer,
                std::int32_t& count) override;
   bool StopWatch(pedals::MonitorHandle& monitor) override;
-  /// A library without this fourth call is taken to have its pedal.
+  /// A library that lacks this call is taken to have its pedal.
   pedals::UsbPresence Presence(pedals::MonitorHandle monitor) override;
-  bool TellOnce(pedals::MonitorHandle, base::Listener&) override { return false; }
+  /// A library that lacks this call, too, is polled.
+  bool TellOnce(pedals::MonitorHandle monitor, base::Listener& listener) override;
 
  private:
   struct Calls {
@@ -28,14 +31,18 @@ class PluginUsbWatcher : public pedals::UsbWatcher {
     std::uint8_t (*getData)(std::int32_t*, std::uint8_t*, std::int32_t, std::int32_t*) = nullptr;
     std::uint8_t (*stopWatch)(std::int32_t*) = nullptr;
     std::int32_t (*pedalPresence)(std::int32_t) = nullptr;
+    std::int32_t (*newsDescriptor)(std::int32_t) = nullptr;
 
     bool Complete() const { return startWatch && getData && stopWatch; }
   };
 
   void Load();
+  /// Of the watch that was started last; null when it has none to wait on.
+  std::unique_ptr<ReadableOnce> FindNews(pedals::MonitorHandle monitor) const;
 
   const std::string libraryPath_;
   Calls calls_;
+  std::unique_ptr<ReadableOnce> news_;
 };
 
 }  // namespace tavlo::platform

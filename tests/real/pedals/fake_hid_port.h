@@ -1,8 +1,10 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <deque>
 #include <map>
+#include <semaphore>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,8 @@ class FakeHidPort : public pedal_watch::HidPort {
     std::deque<Bytes> reports;
   };
   std::map<std::string, Device> Devices;
+  /// A device that has nothing to report makes its reader wait, as real ones do.
+  bool ReadWaits = false;
 
   void Plug(std::uint16_t vendor, std::uint16_t product, std::uint16_t usagePage = 12,
             std::uint16_t usage = 3, const std::string& path = "/dev/hidraw0") {
@@ -49,15 +53,27 @@ class FakeHidPort : public pedal_watch::HidPort {
   std::optional<std::size_t> Read(std::span<std::uint8_t> buffer) override {
     if (!Devices.contains(open_)) return {};
     auto& reports = Devices.at(open_).reports;
-    if (reports.empty()) return 0;
+    if (reports.empty()) {
+      if (ReadWaits) AwaitNews();
+      return 0;
+    }
     const Bytes bytes = std::move(reports.front());
     reports.pop_front();
     std::ranges::copy(bytes, buffer.begin());
     return bytes.size();
   }
+  void AwaitNews() override {
+    if (!interrupted_) interruption_.acquire();
+  }
+  void Interrupt() override {
+    interrupted_ = true;
+    interruption_.release();
+  }
 
  private:
   std::string open_;
+  std::atomic<bool> interrupted_ = false;
+  std::counting_semaphore<> interruption_{0};
 };
 
 }  // namespace tavlo::test

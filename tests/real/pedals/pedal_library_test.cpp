@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "pedals/heard_news.h"
 #include "pedals/pedal_pipe.h"
 #include "platform/usb/plugin_usb_watcher.h"
 #include "support/temporary_folder.h"
@@ -115,6 +116,59 @@ TEST(PedalLibrary, StandInHandsOverOneReportFirstAndThirtyThreeAtMostLater) {
   EXPECT_EQ(Read(watcher, monitor).size(), 99u);
   EXPECT_EQ(Read(watcher, monitor).size(), 18u);
   EXPECT_TRUE(watcher.StopWatch(monitor));
+}
+
+TEST(PedalLibrary, StandInTellsOnceOfWhatWaitsAndOfWhatComes) {
+  const TemporaryFolder folder;
+  const PedalPipe pipe(folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  pedals::MonitorHandle monitor = 0;
+  HeardNews news;
+  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  ASSERT_TRUE(watcher.TellOnce(monitor, news));
+  news.Turn();
+  EXPECT_EQ(news.Count, 0);
+  ASSERT_TRUE(pipe.Report({2, 0}));
+  EXPECT_TRUE(news.Until(1));
+  news.Turn();
+  EXPECT_EQ(news.Count, 1);
+  // Reports still wait.
+  ASSERT_TRUE(watcher.TellOnce(monitor, news));
+  EXPECT_TRUE(news.Until(2));
+  EXPECT_EQ(Read(watcher, monitor).size() + Read(watcher, monitor).size(), 6u);
+  ASSERT_TRUE(watcher.TellOnce(monitor, news));
+  news.Turn();
+  EXPECT_EQ(news.Count, 2);
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+  ASSERT_TRUE(pipe.Report({2}));
+  news.Turn();
+  EXPECT_EQ(news.Count, 2);
+}
+
+TEST(PedalLibrary, LibraryThatHandsOutNothingToWaitOnIsRead) {
+  const TemporaryFolder folder;
+  const PedalPipe pipe(folder / "PedalWatch.so", TAVLO_POLLED_STAND_IN);
+  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  pedals::MonitorHandle monitor = 0;
+  HeardNews news;
+  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_FALSE(watcher.TellOnce(monitor, news));
+  ASSERT_TRUE(pipe.Report({2}));
+  news.Turn();
+  EXPECT_EQ(news.Count, 0);
+  EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 2, 0}));
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+}
+
+TEST(PedalLibrary, RealOneTellsForAsLongAsItsWatchRuns) {
+  PluginUsbWatcher watcher(TAVLO_PEDAL_WATCH);
+  pedals::MonitorHandle monitor = 0;
+  HeardNews news;
+  EXPECT_FALSE(watcher.TellOnce(monitor, news));
+  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_TRUE(watcher.TellOnce(monitor, news));
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+  EXPECT_FALSE(watcher.TellOnce(monitor, news));
 }
 
 }  // namespace

@@ -15,9 +15,12 @@ namespace tavlo::test {
 /// The foot on the stand-in for the watcher library: puts it at a path and feeds its pipe.
 class PedalPipe {
  public:
-  explicit PedalPipe(const std::string& libraryPath) : path_(libraryPath + ".pipe") {
+  /// The stand-in is one of the two that there are.
+  explicit PedalPipe(const std::string& libraryPath,
+                     const std::string& standIn = TAVLO_PEDAL_STAND_IN)
+      : path_(libraryPath + ".pipe") {
     // A copy, since a process loads one file once, under the first path that it was given.
-    std::filesystem::copy_file(TAVLO_PEDAL_STAND_IN, libraryPath);
+    std::filesystem::copy_file(standIn, libraryPath);
     ::mkfifo(path_.c_str(), 0600);
     // A pipe that is open both ways never blocks its opener, and never tells its reader of an end.
     handle_ = ::open(path_.c_str(), O_RDWR | O_CLOEXEC);

@@ -33,14 +33,15 @@ std::string LongTone() {
   return WaveBytes(values, kRate);
 }
 
-/// The real program with a document selected, and a foot on the stand-in for the watcher library.
-struct PedalProgram : testing::Test {
+/// The real program with a document selected, and a foot on a stand-in for the watcher library: one
+/// that hands out a descriptor to wait on, or one that must be polled.
+struct PedalProgram : testing::TestWithParam<const char*> {
   void SetUp() override {
     ASSERT_TRUE(server.StartWithPrecedence());
     ASSERT_TRUE(recorder.Start());
     home.MakeRoot(QuietSettings({{"SkipBegEndFlag", "N"}, {"WindIncrement", "1"}}));
     home.AddToQueue(name, LongTone());
-    foot = std::make_unique<PedalPipe>(home.Root() + "/PedalWatch.so");
+    foot = std::make_unique<PedalPipe>(home.Root() + "/PedalWatch.so", GetParam());
     program = std::make_unique<DrivenProgram>(home);
   }
 
@@ -93,7 +94,7 @@ struct PedalProgram : testing::Test {
   std::unique_ptr<DrivenProgram> program;
 };
 
-TEST_F(PedalProgram, CenterPedalSoundsTheDocumentForAsLongAsItIsDown) {
+TEST_P(PedalProgram, CenterPedalSoundsTheDocumentForAsLongAsItIsDown) {
   Run([&] {
     Select();
     Retake([&] {
@@ -117,7 +118,9 @@ TEST_F(PedalProgram, CenterPedalSoundsTheDocumentForAsLongAsItIsDown) {
   });
 }
 
-TEST_F(PedalProgram, ThousandPressesEndAsTheLastReportSaysWithoutAClick) {
+struct PedalProgramInAStorm : PedalProgram {};
+
+TEST_P(PedalProgramInAStorm, ThousandPressesEndAsTheLastReportSaysWithoutAClick) {
   Run([&] {
     Select();
     Retake([&] { EXPECT_LT(LargestStep(Storm()), kLargestStep); });
@@ -125,6 +128,15 @@ TEST_F(PedalProgram, ThousandPressesEndAsTheLastReportSaysWithoutAClick) {
     ASSERT_TRUE(Until([&] { return program->IsReady(); }));
   });
 }
+
+std::string KindOf(const testing::TestParamInfo<const char*>& library) {
+  return library.param == std::string(TAVLO_PEDAL_STAND_IN) ? "ThatTells" : "ThatIsPolled";
+}
+
+INSTANTIATE_TEST_SUITE_P(Library, PedalProgram,
+                         testing::Values(TAVLO_PEDAL_STAND_IN, TAVLO_POLLED_STAND_IN), KindOf);
+INSTANTIATE_TEST_SUITE_P(Library, PedalProgramInAStorm, testing::Values(TAVLO_PEDAL_STAND_IN),
+                         KindOf);
 
 }  // namespace
 }  // namespace tavlo::test

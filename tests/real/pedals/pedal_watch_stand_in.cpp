@@ -8,7 +8,8 @@
 #include <string>
 
 /// A watcher library without a pedal. Each byte that comes through the pipe of its own name, with
-/// ".pipe" at the end, is the bits of one report. A watch starts only while that pipe stands.
+/// ".pipe" at the end, is the bits of one report. A watch starts only while that pipe stands. Built
+/// with TAVLO_POLLED it hands out no descriptor to wait on.
 
 namespace {
 
@@ -64,6 +65,10 @@ std::uint8_t GetData(std::int32_t* monitor, std::uint8_t* buffer, std::int32_t s
   }
   return 1;
 }
+
+#ifndef TAVLO_POLLED
+std::int32_t NewsDescriptor(std::int32_t monitor) { return Runs(&monitor) ? ThePipe().handle : -1; }
+#endif
 
 std::uint8_t StopWatch(std::int32_t* monitor) {
   const bool runs = Runs(monitor);

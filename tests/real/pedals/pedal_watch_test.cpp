@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <poll.h>
 
 #include <array>
 
@@ -17,6 +18,12 @@ using Bytes = FakeHidPort::Bytes;
 Bytes TakeFrom(ReportQueue& queue, std::size_t room = 100) {
   std::array<std::uint8_t, 200> buffer{};
   const std::size_t bytes = queue.Take(std::span(buffer).first(room));
+  return {buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(bytes)};
+}
+
+Bytes TakeFrom(Watch& watch) {
+  std::array<std::uint8_t, 100> buffer{};
+  const std::size_t bytes = watch.TakeReports(buffer);
   return {buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(bytes)};
 }
 
@@ -74,11 +81,14 @@ struct PedalWatchTest : testing::Test {
   }
   Bytes TakeAll() {
     Bytes all;
-    for (Bytes bytes = TakeFrom(watch.Reports()); !bytes.empty();
-         bytes = TakeFrom(watch.Reports())) {
+    for (Bytes bytes = TakeFrom(watch); !bytes.empty(); bytes = TakeFrom(watch)) {
       all.insert(all.end(), bytes.begin(), bytes.end());
     }
     return all;
+  }
+  bool HasNews() {
+    pollfd news{.fd = watch.NewsDescriptor(), .events = POLLIN, .revents = 0};
+    return ::poll(&news, 1, 0) == 1;
   }
 
   FakeHidPort port;
@@ -169,9 +179,50 @@ TEST_F(PedalWatchTest, OtherMakesAreTranslatedToTheSameReport) {
     ownPort.Plug(c.vendor, c.product, 1, 0);
     for (const Bytes& report : {c.left, c.center, c.right, c.both}) ownPort.Report(report);
     for (int turn = 0; turn < 10; ++turn) ownWatch.Turn();
-    EXPECT_EQ(TakeFrom(ownWatch.Reports()), (Bytes{0, 1, 0})) << c.product;
-    EXPECT_EQ(TakeFrom(ownWatch.Reports()), (Bytes{0, 2, 0, 0, 4, 0, 0, 3, 0})) << c.product;
+    EXPECT_EQ(TakeFrom(ownWatch), (Bytes{0, 1, 0})) << c.product;
+    EXPECT_EQ(TakeFrom(ownWatch), (Bytes{0, 2, 0, 0, 4, 0, 0, 3, 0})) << c.product;
   }
+}
+
+TEST_F(PedalWatchTest, ThereIsNewsUntilTheLastReportIsTaken) {
+  port.Plug(0x05F3, 0x00FF);
+  watch.Turn();
+  TakeAll();
+  EXPECT_FALSE(HasNews());
+  for (const std::uint8_t bits : Bytes{2, 0, 1}) port.Report({bits, 0});
+  watch.Turn();
+  EXPECT_TRUE(HasNews());
+  EXPECT_TRUE(HasNews());
+  Turn();
+  // The first take hands over one report.
+  EXPECT_EQ(TakeFrom(watch).size(), 3u);
+  EXPECT_TRUE(HasNews());
+  EXPECT_EQ(TakeFrom(watch).size(), 6u);
+  EXPECT_FALSE(HasNews());
+  EXPECT_EQ(TakeFrom(watch).size(), 0u);
+  EXPECT_FALSE(HasNews());
+}
+
+TEST_F(PedalWatchTest, PedalThatComesOrGoesIsNewsUntilTheNextTake) {
+  watch.Turn();
+  EXPECT_FALSE(HasNews());
+  port.Plug(0x05F3, 0x00FF);
+  port.Devices.begin()->second.permitted = false;
+  watch.Turn();
+  EXPECT_TRUE(HasNews());
+  EXPECT_EQ(TakeAll(), Bytes{});
+  EXPECT_FALSE(HasNews());
+  watch.Turn();
+  EXPECT_FALSE(HasNews());
+  port.Devices.begin()->second.permitted = true;
+  watch.Turn();
+  EXPECT_TRUE(HasNews());
+  TakeAll();
+  port.Unplug();
+  Turn();
+  EXPECT_TRUE(HasNews());
+  EXPECT_EQ(TakeAll(), (Bytes{0, 0, 0}));
+  EXPECT_FALSE(HasNews());
 }
 
 TEST_F(PedalWatchTest, FourthPedalDoesNotStartADocumentAnew) {

@@ -30,7 +30,7 @@ TEST(WatchThread, ReadsReportsFasterThanAnybodyAsks) {
   int reports = 0;
   for (int look = 0; look < 60'000 && reports < 1000; ++look) {
     std::array<std::uint8_t, 100> buffer{};
-    reports += static_cast<int>(watch.Reports().Take(buffer) / 3);
+    reports += static_cast<int>(watch.TakeReports(buffer) / 3);
     std::this_thread::sleep_for(1ms);
   }
   EXPECT_EQ(reports, 1000);
@@ -38,7 +38,7 @@ TEST(WatchThread, ReadsReportsFasterThanAnybodyAsks) {
 }
 
 TEST(WatchThread, EndsAtOnceThoughItWaitsForAPedal) {
-  // Its looks are a second apart, and none of them is waited for.
+  // Nothing that could come is waited for.
   EXPECT_TRUE(IsQuick(500ms, [] {
     const WatchThread watch(kPicked, std::make_unique<FakeHidPort>());
     std::this_thread::sleep_for(20ms);
@@ -46,6 +46,20 @@ TEST(WatchThread, EndsAtOnceThoughItWaitsForAPedal) {
       std::this_thread::sleep_for(1ms);
     }
     EXPECT_EQ(watch.State(), Presence::NoPedal);
+  }));
+}
+
+TEST(WatchThread, EndsAtOnceThoughItWaitsForAReport) {
+  EXPECT_TRUE(IsQuick(500ms, [] {
+    auto port = std::make_unique<FakeHidPort>();
+    port->Plug(0x05F3, 0x00FF);
+    port->ReadWaits = true;
+    const WatchThread watch(kPicked, std::move(port));
+    for (int look = 0; look < 60'000 && watch.State() != Presence::Ready; ++look) {
+      std::this_thread::sleep_for(1ms);
+    }
+    EXPECT_EQ(watch.State(), Presence::Ready);
+    std::this_thread::sleep_for(20ms);
   }));
 }
 

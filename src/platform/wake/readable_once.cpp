@@ -1,0 +1,28 @@
+#include "platform/wake/readable_once.h"
+
+#include <utility>
+
+namespace tavlo::platform {
+
+ReadableOnce::ReadableOnce(int descriptor) : notifier_(descriptor, QSocketNotifier::Read) {
+  notifier_.setEnabled(false);
+  QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_,
+                   [this] { HandleReadable(); });
+}
+
+void ReadableOnce::Tell(base::Listener& listener) {
+  listener_ = &listener;
+  notifier_.setEnabled(true);
+}
+
+void ReadableOnce::Forget() {
+  listener_ = nullptr;
+  notifier_.setEnabled(false);
+}
+
+void ReadableOnce::HandleReadable() {
+  notifier_.setEnabled(false);
+  if (listener_) std::exchange(listener_, nullptr)->HandleNews();
+}
+
+}  // namespace tavlo::platform

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QSocketNotifier>
+
+#include "base/listener.h"
+
+namespace tavlo::platform {
+
+/// Tells a listener once that a descriptor can be read. Needs the toolkit's event loop; lives on
+/// its thread.
+class ReadableOnce {
+ public:
+  /// The descriptor must stay open for as long as this lives.
+  explicit ReadableOnce(int descriptor);
+  ReadableOnce(const ReadableOnce&) = delete;
+
+  /// The next turn of the loop in which the descriptor can be read tells the listener, also one
+  /// that only breathes. The listener that waited before is forgotten.
+  void Tell(base::Listener& listener);
+  /// Tells nobody any more.
+  void Forget();
+
+ private:
+  void HandleReadable();
+
+  base::Listener* listener_ = nullptr;
+  QSocketNotifier notifier_;
+};
+
+}  // namespace tavlo::platform
