@@ -5,6 +5,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <system_error>
 #include <utility>
 
 namespace tavlo::platform {
@@ -32,16 +33,10 @@ bool Prepare(int handle) {
 
 }  // namespace
 
-PosixSerialPort::PosixSerialPort(std::string deviceFolder, ModemStatus status)
-    : deviceFolder_(std::move(deviceFolder)), status_(std::move(status)) {}
+PosixSerialPort::PosixSerialPort(std::string deviceFolder, std::unique_ptr<ModemLines> lines)
+    : deviceFolder_(std::move(deviceFolder)), lines_(std::move(lines)) {}
 
 PosixSerialPort::~PosixSerialPort() { Release(); }
-
-std::optional<int> PosixSerialPort::KernelStatus(int handle) {
-  int bits = 0;
-  if (::ioctl(handle, TIOCMGET, &bits) != 0) return {};
-  return bits;
-}
 
 bool PosixSerialPort::Open(int portNumber) {
   Close();
@@ -60,7 +55,10 @@ void PosixSerialPort::Close() {
 std::optional<pedals::SerialLines> PosixSerialPort::ReadLines() {
   if (portNumber_ == 0) return {};
   if (handle_ < 0 && (++readsSinceLost_ % kReadsBetweenLooks != 0 || !OpenAny())) return {};
-  const std::optional<int> bits = status_(handle_);
+  // A change from here on is news again.
+  if (news_) news_->Forget();
+  if (waiter_) waiter_->Forget();
+  const std::optional<int> bits = lines_->Status(handle_);
   if (!bits) {
     Release();
     return {};
@@ -81,16 +79,34 @@ bool PosixSerialPort::OpenPath(const std::string& path) {
   handle_ = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (handle_ < 0) return false;
   // The machine lists ports that no hardware stands behind; those have no lines to read.
-  if (!Prepare(handle_) || !status_(handle_)) {
+  if (!Prepare(handle_) || !lines_->Status(handle_)) {
     Release();
     return false;
   }
   path_ = path;
   readsSinceLost_ = 0;
+  BeginToWait();
+  return true;
+}
+
+void PosixSerialPort::BeginToWait() {
+  try {
+    waiter_ = std::make_unique<LineWaiter>(*lines_, handle_);
+    news_ = std::make_unique<ReadableOnce>(waiter_->NewsDescriptor());
+  } catch (const std::system_error&) {
+    // The machine has no thread left, or the process no descriptor.
+  }
+}
+
+bool PosixSerialPort::TellOnce(base::Listener& listener) {
+  if (!news_ || !waiter_->Waits()) return false;
+  news_->Tell(listener);
   return true;
 }
 
 void PosixSerialPort::Release() {
+  news_.reset();
+  waiter_.reset();
   if (handle_ >= 0) ::close(handle_);
   handle_ = -1;
   path_.clear();

@@ -1,10 +1,13 @@
 #pragma once
 
-#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "pedals/serial_port.h"
+#include "platform/serial/line_waiter.h"
+#include "platform/serial/modem_lines.h"
+#include "platform/wake/readable_once.h"
 
 namespace tavlo::platform {
 
@@ -13,33 +16,35 @@ namespace tavlo::platform {
 /// serial libraries refuse ports that are not listed as hardware.
 class PosixSerialPort : public pedals::SerialPort {
  public:
-  /// Reads the modem status of an open port; nothing when it has none or has gone.
-  using ModemStatus = std::function<std::optional<int>(int handle)>;
-
-  explicit PosixSerialPort(std::string deviceFolder = "/dev", ModemStatus status = KernelStatus);
+  explicit PosixSerialPort(
+      std::string deviceFolder = "/dev",
+      std::unique_ptr<ModemLines> lines = std::make_unique<KernelModemLines>());
   ~PosixSerialPort() override;
   PosixSerialPort(const PosixSerialPort&) = delete;
 
   bool Open(int portNumber) override;
   void Close() override;
   std::optional<pedals::SerialLines> ReadLines() override;
-  bool TellOnce(base::Listener&) override { return false; }
+  bool TellOnce(base::Listener& listener) override;
 
   /// The path of the open port; empty when none is open.
   const std::string& Path() const { return path_; }
 
  private:
-  static std::optional<int> KernelStatus(int handle);
   bool OpenPath(const std::string& path);
   bool OpenAny();
+  void BeginToWait();
   void Release();
 
   const std::string deviceFolder_;
-  const ModemStatus status_;
+  const std::unique_ptr<ModemLines> lines_;
   std::string path_;
   int handle_ = -1;
   int portNumber_ = 0;
   int readsSinceLost_ = 0;
+  /// Both are there while a port is open, unless no thread can wait for it.
+  std::unique_ptr<LineWaiter> waiter_;
+  std::unique_ptr<ReadableOnce> news_;
 };
 
 }  // namespace tavlo::platform
