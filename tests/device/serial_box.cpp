@@ -12,8 +12,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 #include "support/screen.h"
 
@@ -23,8 +27,64 @@ namespace {
 constexpr const char* kPath = "/dev/ttyUSB4";
 constexpr const char* kNodeName = "DEVNAME=ttyUSB4";
 
+/// The callers that wait for lines to change. Their answers are kept until then, or until a signal
+/// ends the wait.
+class WaitingCallers {
+ public:
+  explicit WaitingCallers(SerialWires& wires) : wires_(wires) {}
+
+  /// Keeps the answer to a caller who waits for one of these lines.
+  void Keep(fuse_req_t request, int lines) {
+    // A signal that came before is not told of by a call that could answer: the request is in use.
+    fuse_req_interrupt_func(request, HandleInterruption, this);
+    const std::lock_guard lock(mutex_);
+    if (fuse_req_interrupted(request) != 0) {
+      fuse_reply_err(request, EINTR);
+      return;
+    }
+    kept_.push_back({request, lines, wires_.Closed()});
+    Count();
+  }
+  /// Answers whoever waited for what has changed.
+  void AnswerChanges() {
+    const std::lock_guard lock(mutex_);
+    const int closed = wires_.Closed();
+    std::erase_if(kept_, [closed](const Kept& kept) {
+      if (((kept.before ^ closed) & kept.lines) == 0) return false;
+      fuse_reply_ioctl(kept.request, 0, nullptr, 0);
+      return true;
+    });
+    Count();
+  }
+
+ private:
+  struct Kept {
+    fuse_req_t request;
+    int lines;
+    int before;
+  };
+
+  static void HandleInterruption(fuse_req_t request, void* self) {
+    WaitingCallers& callers = *static_cast<WaitingCallers*>(self);
+    const std::lock_guard lock(callers.mutex_);
+    const std::size_t ended = std::erase_if(
+        callers.kept_, [request](const Kept& kept) { return kept.request == request; });
+    callers.Count();
+    // Otherwise it has been answered, or is just being taken.
+    if (ended == 1) fuse_reply_err(request, EINTR);
+  }
+  void Count() { wires_.waits = static_cast<int>(kept_.size()); }
+
+  SerialWires& wires_;
+  std::mutex mutex_;
+  std::vector<Kept> kept_;
+};
+
 struct Port {
+  explicit Port(SerialWires& ownWires) : wires(ownWires), callers(ownWires) {}
+
   SerialWires& wires;
+  WaitingCallers callers;
   /// What was set last; who sets it reads it back to see whether it was taken.
   termios mode{};
 };
@@ -70,7 +130,10 @@ void Control(fuse_req_t request, int command, void* argument, fuse_file_info*, u
   int lines = 0;
   switch (static_cast<unsigned>(command)) {
     case TIOCMGET:
-      Give(request, argument, room, port.wires.closed.load() | port.wires.raised.load());
+      Give(request, argument, room, port.wires.Closed() | port.wires.raised.load());
+      return;
+    case TIOCMIWAIT:
+      port.callers.Keep(request, static_cast<int>(reinterpret_cast<std::intptr_t>(argument)));
       return;
     case TIOCMBIS:
       if (!Take(request, argument, bytes, size, lines)) return;
@@ -106,7 +169,13 @@ void Control(fuse_req_t request, int command, void* argument, fuse_file_info*, u
   char inFront[] = "-f";
   char oneThread[] = "-s";
   char* words[] = {name, inFront, oneThread};
-  Port port{.wires = wires};
+  Port port(wires);
+  std::thread([&port] {
+    for (;;) {
+      port.wires.AwaitChange();
+      port.callers.AnswerChanges();
+    }
+  }).detach();
   ::_exit(cuse_lowlevel_main(3, words, &device, &calls, &port));
 }
 
@@ -114,9 +183,7 @@ void Control(fuse_req_t request, int command, void* argument, fuse_file_info*, u
 
 bool SerialBox::Plug() {
   Unplug();
-  wires_.closed = 0;
-  wires_.raised = 0;
-  wires_.openings = 0;
+  wires_.Part();
   process_ = ::fork();
   if (process_ == 0) Serve(wires_);
   return process_ > 0 && Until([] { return std::filesystem::exists(kPath); }) &&

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 constexpr int kLeft = TIOCM_CD;
 constexpr int kCenter = TIOCM_DSR;
 constexpr int kRight = TIOCM_CTS;
-/// A port is polled each 50 ms; what stands for so long is seen.
+/// Changes are seen 50 ms apart; what stands for so long is seen.
 constexpr auto kSeen = 150ms;
 
 /// The real program at a machine with a serial port and a switch box on it.
@@ -26,7 +26,16 @@ struct SerialPedalDevice : AtTheDesk {
     desk->Choose("S");
     ASSERT_EQ(desk->PedalState(), "Port 5 is being read.");
   }
-  static void Hold(int lines) { desk->hardware.Wires().closed = lines; }
+  static void Hold(int lines) { desk->hardware.Wires().Close(lines); }
+  /// The contact of these lines closes or opens, and bounces for so long.
+  static void Bounce(int from, int to, int milliseconds) {
+    const auto settled = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    for (int lines = to; std::chrono::steady_clock::now() < settled; lines ^= from ^ to) {
+      Hold(lines);
+      std::this_thread::sleep_for(1ms);
+    }
+    Hold(to);
+  }
   static void Touch(int lines) {
     Hold(lines);
     std::this_thread::sleep_for(kSeen);
@@ -90,6 +99,53 @@ TEST_F(SerialPedalDevice, SecondQuickPressSkipsToBeginningAndEnd) {
   Touch(kLeft);
   Touch(kLeft);
   EXPECT_TRUE(Until([] { return desk->Position() == 0; })) << desk->Position();
+}
+
+TEST_F(SerialPedalDevice, OpenPortIsWaitedForAndClosingItEndsTheWait) {
+  SerialWires& wires = desk->hardware.Wires();
+  EXPECT_TRUE(Until([&] { return wires.waits == 1; }));
+  Hold(kRight);
+  Hold(0);
+  EXPECT_TRUE(Until([&] { return wires.waits == 1; }));
+  desk->Choose("U");
+  EXPECT_EQ(wires.waits, 0);
+  EXPECT_TRUE(Until([&] { return wires.openings == 0; }));
+}
+
+TEST_F(SerialPedalDevice, PortAtRestIsNotReadAgainAndAgain) {
+  const auto rests = [] {
+    return desk->program->Ask(
+        [] { return !desk->program->Rooms().serialPedal.tmrSerialFootPedal.Enabled(); });
+  };
+  EXPECT_TRUE(Until(rests));
+  ASSERT_TRUE(desk->Select());
+  Hold(kCenter);
+  ASSERT_TRUE(Until([] { return desk->Playing(); }));
+  EXPECT_FALSE(rests());
+  Hold(0);
+  ASSERT_TRUE(Until([] { return !desk->Playing(); }));
+  EXPECT_TRUE(Until(rests));
+}
+
+TEST_F(SerialPedalDevice, ContactThatBouncesIsOnePressAndOneRelease) {
+  ASSERT_TRUE(Begin());
+  desk->program->Do(
+      [] { desk->program->Rooms().documentInWork.CurrentSamplePosition = 30 * kRate; });
+  double position = 30;
+  for (int bounce = 1; bounce <= 20; ++bounce) {
+    const bool forwards = bounce % 2 != 0;
+    const int pedal = forwards ? kRight : kLeft;
+    Bounce(0, pedal, bounce);
+    std::this_thread::sleep_for(kSeen);
+    EXPECT_TRUE(desk->Winding()) << bounce;
+    Bounce(pedal, 0, bounce);
+    std::this_thread::sleep_for(kSeen);
+    EXPECT_FALSE(desk->Winding()) << bounce;
+    position += forwards ? 10 : -10;
+    EXPECT_NEAR(desk->Position(), position, 0.001) << bounce;
+    // Another press of this pedal would be a double one until then.
+    std::this_thread::sleep_for(kSeen);
+  }
 }
 
 TEST_F(SerialPedalDevice, OfSeveralPedalsTheLastInOrderCounts) {

@@ -92,7 +92,7 @@ TEST_F(PedalsOfTheSettingsPage, SerialPedalAndItsPortAreChosenByHand) {
   program.Keys({keys::kControl, 'a'});
   program.Keys({'5'});
   EXPECT_TRUE(Until([&] { return Said() == "Port 5 is being read."; })) << Said();
-  desk->hardware.Wires().closed = TIOCM_CD;
+  desk->hardware.Wires().Close(TIOCM_CD);
   EXPECT_TRUE(Lit(&forms::SettingsPage::ShapeLeftPedal));
   desk->Picture("serial-pedal-down");
   program.Click("optionUSB");
