@@ -5,57 +5,65 @@
 //
 // prints "ready" once the foot may press, and runs until it is ended.
 #include <fcntl.h>
+#include <stdlib.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
+#include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "driven_program.h"
-#include "pedals/serial_port.h"
+#include "platform/serial/posix_serial_port.h"
 
 namespace {
 
 using namespace tavlo;
 using base::operator""ms;
 
-/// A serial port without a wire. Each byte that comes through the pipe is the pedals that are held
+/// Modem lines without a wire. Each byte that comes through the pipe is the pedals that are held
 /// from then on: 1 left, 2 center, 4 right.
-class PipedPort : public pedals::SerialPort {
+class PipedLines : public platform::ModemLines {
  public:
-  explicit PipedPort(std::string path) : path_(std::move(path)) {}
-  ~PipedPort() override { Close(); }
-  PipedPort(const PipedPort&) = delete;
+  explicit PipedLines(const std::string& path) : pipe_(::open(path.c_str(), O_RDWR | O_CLOEXEC)) {}
+  ~PipedLines() override { ::close(pipe_); }
+  PipedLines(const PipedLines&) = delete;
 
-  bool Open(int /*portNumber*/) override {
-    Close();
-    pipe_ = ::open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    return pipe_ >= 0;
+  std::optional<int> Status(int /*port*/) override {
+    const unsigned held = held_;
+    return ((held & 1) != 0 ? TIOCM_CD : 0) | ((held & 2) != 0 ? TIOCM_DSR : 0) |
+           ((held & 4) != 0 ? TIOCM_CTS : 0);
   }
-  void Close() override {
-    if (pipe_ >= 0) ::close(std::exchange(pipe_, -1));
-  }
-  std::optional<pedals::SerialLines> ReadLines() override {
-    if (pipe_ < 0) return {};
+  Wait AwaitChange(int /*port*/) override {
     std::array<unsigned char, 64> bytes{};
-    const auto came = ::read(pipe_, bytes.data(), bytes.size());
-    if (came > 0) held_ = bytes[static_cast<std::size_t>(came) - 1];
-    return pedals::SerialLines{.CDHolding = (held_ & 1) != 0,
-                               .DSRHolding = (held_ & 2) != 0,
-                               .CTSHolding = (held_ & 4) != 0};
+    const ssize_t came = ::read(pipe_, bytes.data(), bytes.size());
+    if (came <= 0) return errno == EINTR ? Wait::Interrupted : Wait::Impossible;
+    held_ = bytes[static_cast<std::size_t>(came) - 1];
+    return Wait::Changed;
   }
-
-  bool TellOnce(base::Listener&) override { return false; }
 
  private:
-  const std::string path_;
-  int pipe_ = -1;
-  unsigned char held_ = 0;
+  const int pipe_;
+  std::atomic<unsigned> held_ = 0;
 };
+
+/// The program's own serial port on a terminal that has these lines. Nothing but the wire and the
+/// kernel's driver is missing.
+std::unique_ptr<pedals::SerialPort> PortWithLines(const std::string& pipe) {
+  const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+  if (terminal < 0 || ::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0) return nullptr;
+  const std::filesystem::path folder = pipe + ".ports";
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directory(folder);
+  std::filesystem::create_symlink(::ptsname(terminal), folder / "ttyS0");
+  return std::make_unique<platform::PosixSerialPort>(folder, std::make_unique<PipedLines>(pipe));
+}
 
 }  // namespace
 
@@ -65,7 +73,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: bench_pedal [serial PIPE]\n");
     return 2;
   }
-  bench::DrivenProgram driven(argc, argv, serial ? std::make_unique<PipedPort>(argv[2]) : nullptr);
+  bench::DrivenProgram driven(argc, argv, serial ? PortWithLines(argv[2]) : nullptr);
   driven.SkipSplash();
   driven.OnReady = [&] {
     base::Loop& loop = driven.program.Loop();

@@ -35,7 +35,8 @@ class WaitingCallers {
 
   /// Keeps the answer to a caller who waits for one of these lines.
   void Keep(fuse_req_t request, int lines) {
-    // A signal that came before is not told of by a call that could answer: the request is in use.
+    // Where the signal came first this calls the handler, which finds nothing kept and does not
+    // answer: the request is still in use here.
     fuse_req_interrupt_func(request, HandleInterruption, this);
     const std::lock_guard lock(mutex_);
     if (fuse_req_interrupted(request) != 0) {
