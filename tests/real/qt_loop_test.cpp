@@ -1,10 +1,14 @@
 #include "platform/qt/qt_loop.h"
 
 #include <gtest/gtest.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 #include <QEvent>
 #include <QWidget>
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "support/keys.h"
@@ -27,6 +31,27 @@ class PaintCount : public QObject {
     if (event->type() == QEvent::Paint) ++count;
     return false;
   }
+};
+
+/// A descriptor that can be read from Tell to Take.
+class News {
+ public:
+  News() : descriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+  ~News() { ::close(descriptor_); }
+  News(const News&) = delete;
+
+  int Descriptor() const { return descriptor_; }
+  void Tell() const {
+    const std::uint64_t one = 1;
+    EXPECT_EQ(::write(descriptor_, &one, sizeof one), sizeof one);
+  }
+  void Take() const {
+    std::uint64_t told = 0;
+    EXPECT_EQ(::read(descriptor_, &told, sizeof told), sizeof told);
+  }
+
+ private:
+  int descriptor_;
 };
 
 TEST(RealLoop, ABreathPaintsAndFeedsAndRunsNoRule) {
@@ -85,6 +110,39 @@ TEST(RealLoop, AWaitLastsAsLongAsItWasAsked) {
   EXPECT_LE(ticks, waited / 50ms);
 }
 
+TEST(RealLoop, WhatADescriptorTellsIsTakenOnceItCanBeReadAndNotInABreath) {
+  ShownWindows shown;
+  const News news;
+  int taken = 0;
+  const auto wait = shown.loop.WaitFor(news.Descriptor(), "news", [&] {
+    news.Take();
+    ++taken;
+  });
+  shown.typist.Rest();
+  EXPECT_EQ(taken, 0);
+  news.Tell();
+  for (const auto end = shown.loop.Now() + 50ms; shown.loop.Now() < end;) shown.loop.Breathe();
+  EXPECT_EQ(taken, 0);
+  EXPECT_TRUE(shown.typist.Until([&] { return taken == 1; }));
+  shown.typist.Rest();
+  EXPECT_EQ(taken, 1);
+}
+
+TEST(RealLoop, WaitForADescriptorEndsFromWithinItsOwnCall) {
+  ShownWindows shown;
+  const News news;
+  int calls = 0;
+  std::unique_ptr<platform::DescriptorWait> wait =
+      shown.loop.WaitFor(news.Descriptor(), "news", [&] {
+        ++calls;
+        wait.reset();
+      });
+  news.Tell();
+  EXPECT_TRUE(shown.typist.Until([&] { return calls == 1; }));
+  shown.typist.Rest();
+  EXPECT_EQ(calls, 1);
+}
+
 TEST(RealLoop, RunEndsWithTheCodeThatQuitGave) {
   ShownWindows shown;
   shown.loop.Post([&] { shown.loop.Quit(3); });
@@ -125,6 +183,23 @@ TEST(MessageBox, TimersGoOnUnderItAndHandsAreRefused) {
   shown.typist.Rest(200);
   EXPECT_EQ(activations, 1) << "the owner is activated once when the box closes";
   EXPECT_EQ(presses, 0) << "a click that the box refused is gone";
+}
+
+TEST(MessageBox, WhatADescriptorTellsIsTakenUnderIt) {
+  ShownWindows shown;
+  shown.ShowMain();
+  const News news;
+  bool takenUnderABox = false;
+  const auto wait = shown.loop.WaitFor(news.Descriptor(), "news", [&] {
+    news.Take();
+    takenUnderABox = shown.loop.MessageBoxOpen();
+  });
+  Timer timer(shown.loop, "t", 300ms);
+  timer.OnTick = [&] { shown.typist.KeysUnseen({keys::kReturn}); };
+  timer.Start();
+  news.Tell();
+  shown.loop.Show({.title = "Tavlo Deck", .text = "!"});
+  EXPECT_TRUE(takenUnderABox);
 }
 
 TEST(MessageBox, ReturnPressesTheDefaultButton) {

@@ -69,7 +69,7 @@ struct Program::Parts {
   CubebPlayer audioPlayer{loop};
   FfmpegAudioFile promptFile{{}, {}, kPromptFiles};
   PromptVoice promptVoice{audioPlayer, promptFile};
-  PulseMixer sourceMixer{loop};
+  PulseMixer sourceMixer{loop, loop};
   const std::unique_ptr<pedals::SerialPort> serialPort;
   PluginUsbWatcher usbWatcher{store::WorkFolders(disk, root).PedalWatchPath()};
   shell::Annex annex;

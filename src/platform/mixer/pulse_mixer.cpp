@@ -11,8 +11,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr const char* kProgramName = "Tavlo Deck";
-/// More than any burst of messages takes; the rest waits for the next look.
-constexpr int kTurnsOfALook = 64;
+constexpr const char* kTimerName = "SourceMixer";
 
 bool IsWanted(const pa_sink_info&) { return true; }
 
@@ -26,16 +25,16 @@ bool IsWanted(const pa_source_info& input) { return input.monitor_of_sink == PA_
 
 }  // namespace
 
-PulseMixer::PulseMixer(base::Loop& loop)
-    : timer_(loop, "SourceMixer", milliseconds(kPumpMilliseconds)), mainloop_(pa_mainloop_new()) {
-  timer_.OnTick = [this] { Pump(); };
+PulseMixer::PulseMixer(base::Loop& loop, DescriptorWaits& waits)
+    : retry_(loop, kTimerName, milliseconds(kRetryMilliseconds)),
+      gather_(loop, kTimerName, milliseconds(kGatherMilliseconds)),
+      mainloop_(loop, waits, [this] { Follow(); }) {
+  retry_.OnTick = [this] { Connect(); };
+  gather_.OnTick = [this] { AskWhatChanged(); };
   Connect();
 }
 
-PulseMixer::~PulseMixer() {
-  Disconnect();
-  pa_mainloop_free(mainloop_);
-}
+PulseMixer::~PulseMixer() { Disconnect(); }
 
 void PulseMixer::SelectDevice(int index, const std::string& name) {
   listed_ = world_.SourcesOf(world_.OutputOf(index, name));
@@ -94,14 +93,15 @@ void PulseMixer::SetSourceMute(bool mute) {
 }
 
 void PulseMixer::Connect() {
-  context_ = pa_context_new(pa_mainloop_get_api(mainloop_), kProgramName);
+  retry_.Stop();
+  context_ = pa_context_new(mainloop_.Api(), kProgramName);
   // A server is never started from here: a desktop that has none is meant to be without.
   if (context_ != nullptr &&
       pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
     Disconnect();
   }
-  timer_.SetInterval(milliseconds(context_ != nullptr ? kPumpMilliseconds : kRetryMilliseconds));
-  timer_.Start();
+  if (context_ == nullptr) retry_.Start();
+  mainloop_.Wake();
 }
 
 void PulseMixer::Disconnect() {
@@ -114,18 +114,12 @@ void PulseMixer::Disconnect() {
   ready_ = false;
   answersDue_ = 0;
   writesDue_ = 0;
+  gather_.Stop();
 }
 
-void PulseMixer::Pump() {
-  if (context_ == nullptr) {
-    Connect();
-    return;
-  }
-  for (int turn = 0; turn < kTurnsOfALook; ++turn) {
-    if (pa_mainloop_iterate(mainloop_, /*block=*/0, nullptr) <= 0) break;
-  }
-  FollowConnection();
-  if (ready_ && outOfDate_ && answersDue_ == 0 && writesDue_ == 0) Ask();
+void PulseMixer::Follow() {
+  if (context_ != nullptr) FollowConnection();
+  if (outOfDate_ && ready_ && !gather_.Enabled()) gather_.Start();
   if (std::exchange(changed_, false) && OnChange) OnChange();
 }
 
@@ -134,7 +128,7 @@ void PulseMixer::FollowConnection() {
   if (!PA_CONTEXT_IS_GOOD(state)) {
     Disconnect();
     Adopt({});
-    timer_.SetInterval(milliseconds(kRetryMilliseconds));
+    retry_.Start();
     return;
   }
   if (state != PA_CONTEXT_READY || std::exchange(ready_, true)) return;
@@ -145,7 +139,13 @@ void PulseMixer::FollowConnection() {
   if (pa_operation* const asked = pa_context_subscribe(context_, kNews, nullptr, nullptr)) {
     pa_operation_unref(asked);
   }
-  outOfDate_ = true;
+  Ask();
+}
+
+/// An answer or a write that is still on its way brings the question up again when it is through.
+void PulseMixer::AskWhatChanged() {
+  gather_.Stop();
+  if (answersDue_ == 0 && writesDue_ == 0) Ask();
 }
 
 void PulseMixer::Ask() {
@@ -163,6 +163,7 @@ void PulseMixer::Expect(pa_operation* operation, int& due) {
   if (operation == nullptr) return;
   pa_operation_unref(operation);
   ++due;
+  mainloop_.Wake();
 }
 
 void PulseMixer::TakeAnswer() {

@@ -1,14 +1,15 @@
 #pragma once
 
 #include <pulse/context.h>
-#include <pulse/mainloop.h>
 #include <pulse/subscribe.h>
 
 #include <string>
 #include <vector>
 
 #include "base/loop.h"
+#include "platform/mixer/pulse_mainloop.h"
 #include "platform/mixer/pulse_source.h"
+#include "platform/wake/descriptor_waits.h"
 #include "playback/source_mixer.h"
 
 namespace tavlo::platform {
@@ -16,15 +17,17 @@ namespace tavlo::platform {
 /// The mixer of PulseAudio, which PipeWire's server speaks too. It keeps its own picture of what
 /// the server has and brings it up to date as the server tells of changes, so every question is
 /// answered at once; a server that does not answer, or is not there, delays nothing. It has no
-/// thread: the loop looks at the connection every kPumpMilliseconds.
+/// thread, and while the server tells nothing it does nothing.
 class PulseMixer : public playback::SourceMixer {
  public:
-  /// How late a change may come. Shorter costs wake-ups.
-  static constexpr int kPumpMilliseconds = 50;
+  /// How long the server is left alone after news, since one change commonly follows another.
+  /// Shorter costs questions while a slider is dragged.
+  static constexpr int kGatherMilliseconds = 50;
   /// How often a server is looked for that is not there.
   static constexpr int kRetryMilliseconds = 3000;
 
-  explicit PulseMixer(base::Loop& loop);
+  /// Both, which are commonly one object, must outlive the mixer.
+  PulseMixer(base::Loop& loop, DescriptorWaits& waits);
   ~PulseMixer() override;
   PulseMixer(const PulseMixer&) = delete;
   PulseMixer& operator=(const PulseMixer&) = delete;
@@ -47,8 +50,9 @@ class PulseMixer : public playback::SourceMixer {
  private:
   void Connect();
   void Disconnect();
-  void Pump();
+  void Follow();
   void FollowConnection();
+  void AskWhatChanged();
   void Ask();
   /// Counts an answer that is to come; an operation that could not begin has none.
   void Expect(pa_operation* operation, int& due);
@@ -67,8 +71,9 @@ class PulseMixer : public playback::SourceMixer {
                       void* self);
   static void OnWritten(pa_context* context, int success, void* self);
 
-  base::Timer timer_;
-  pa_mainloop* mainloop_;
+  base::Timer retry_;
+  base::Timer gather_;  ///< Runs from news to the question what it is.
+  PulseMainloop mainloop_;
   pa_context* context_ = nullptr;
   bool ready_ = false;
 

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QEventLoop>
 #include <QScopedValueRollback>
+#include <QSocketNotifier>
 #include <algorithm>
 #include <chrono>
 #include <limits>
@@ -30,6 +31,26 @@ int MillisecondsUntil(base::Duration length) {
 }
 
 }  // namespace
+
+class QtLoop::Wakening : public DescriptorWait {
+ public:
+  Wakening(QtLoop& loop, int descriptor, std::string name, std::function<void()> call)
+      : notifier_(new QSocketNotifier(descriptor, QSocketNotifier::Read)) {
+    QObject::connect(notifier_, &QSocketNotifier::activated, notifier_,
+                     [&loop, name = std::move(name), call = std::move(call)] {
+                       if (!loop.breathing_) loop.RunEvent(name, call);
+                     });
+  }
+  /// The notifier may be at work just now, so it goes when the loop turns next.
+  ~Wakening() override {
+    notifier_->setEnabled(false);
+    notifier_->deleteLater();
+  }
+  Wakening(const Wakening&) = delete;
+
+ private:
+  QSocketNotifier* notifier_;
+};
 
 QtLoop::QtLoop() {
   clock_.start();
@@ -81,6 +102,11 @@ void QtLoop::Breathe() {
 }
 
 void QtLoop::TimersChanged() { SleepUntilDue(); }
+
+std::unique_ptr<DescriptorWait> QtLoop::WaitFor(int descriptor, std::string name,
+                                                std::function<void()> call) {
+  return std::make_unique<Wakening>(*this, descriptor, std::move(name), std::move(call));
+}
 
 int QtLoop::Run() {
   SleepUntilDue();

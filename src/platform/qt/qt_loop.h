@@ -3,8 +3,11 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
+#include <memory>
+#include <string>
 
 #include "base/loop.h"
+#include "platform/wake/descriptor_waits.h"
 
 class QWidget;
 
@@ -12,7 +15,7 @@ namespace tavlo::platform::qt {
 
 /// The loop on the desktop's real event loop. One precise timer sleeps until the next due time, so
 /// an idle deck costs nothing. Needs the QApplication to exist; lives on its thread.
-class QtLoop : public base::Loop {
+class QtLoop : public base::Loop, public DescriptorWaits {
  public:
   QtLoop();
 
@@ -23,6 +26,8 @@ class QtLoop : public base::Loop {
   void Wait(base::Duration length) override;
   void Breathe() override;
   void TimersChanged() override;
+  std::unique_ptr<DescriptorWait> WaitFor(int descriptor, std::string name,
+                                          std::function<void()> call) override;
 
   /// Turns the event loop until Quit; returns the code that Quit was given.
   int Run();
@@ -44,6 +49,8 @@ class QtLoop : public base::Loop {
   void LastBoxClosed() override;
 
  private:
+  class Wakening;
+
   void Pass();
   void SleepUntilDue();
   void ShowForms();

@@ -27,7 +27,7 @@ struct MixerPageOnADesk : testing::Test {
     PlugInMicrophone();
     PlugInOutput("Headset");
     player = std::make_unique<platform::CubebPlayer>(shown.loop);
-    mixer = std::make_unique<platform::PulseMixer>(shown.loop);
+    mixer = std::make_unique<platform::PulseMixer>(shown.loop, shown.loop);
     page = std::make_unique<playback::MixerPage>(form, *player, *mixer);
     for (int index = 0; index < player->DeviceCount(); ++index) {
       player->SelectDevice(index);

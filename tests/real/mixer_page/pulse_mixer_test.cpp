@@ -31,7 +31,7 @@ constexpr base::Duration kAtOnce = 1s;
 
 /// A mixer, and a page that looks at the device of `index` whenever something changes.
 struct LookedAtMixer {
-  explicit LookedAtMixer(PlainLoop& loop) : mixer(loop) {
+  explicit LookedAtMixer(PlainLoop& loop) : mixer(loop, loop) {
     mixer.OnChange = [this] {
       ++changes;
       Look();
@@ -268,6 +268,13 @@ TEST_F(PulseMixerTest, ServerThatDoesNotAnswerDelaysNobody) {
     loop.Wait(200ms);
     EXPECT_EQ(Mixer().SourceCount(), 0);
   }));
+}
+
+TEST_F(PulseMixerTest, ServerThatTellsNothingWakesNobody) {
+  loop.Wait(1s);
+  const int before = loop.Wakenings;
+  loop.Wait(1s);
+  EXPECT_EQ(loop.Wakenings - before, 1) << "the end of the wait";
 }
 
 TEST(PulseSource, EveryVolumeComesBackAsItWasSet) {

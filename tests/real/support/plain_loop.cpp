@@ -1,14 +1,34 @@
 #include "support/plain_loop.h"
 
+#include <poll.h>
+
 #include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <thread>
+#include <utility>
 
 namespace tavlo::test {
 
 using base::Duration;
 using base::MonotonicTime;
+
+class PlainLoop::Wakening : public platform::DescriptorWait {
+ public:
+  Wakening(PlainLoop& loop, int waitedFor, std::string what, std::function<void()> todo)
+      : descriptor(waitedFor), name(std::move(what)), call(std::move(todo)), loop_(loop) {
+    loop_.waits_.push_back(this);
+  }
+  ~Wakening() override { std::erase(loop_.waits_, this); }
+  Wakening(const Wakening&) = delete;
+
+  const int descriptor;
+  const std::string name;
+  const std::function<void()> call;
+
+ private:
+  PlainLoop& loop_;
+};
 
 MonotonicTime PlainLoop::Now() const {
   return {
@@ -45,7 +65,29 @@ bool PlainLoop::WaitUntil(const std::function<bool()>& done, Duration limit) {
 void PlainLoop::SleepUntilNextDue(MonotonicTime end) {
   MonotonicTime due = end;
   if (const auto next = Timers().NextDue()) due = std::min(due, *next);
-  if (due > Now()) Sleep(due - Now());
+  const Duration left = std::max(due - Now(), Duration{0});
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
+  const timespec limit{.tv_sec = seconds.count(),
+                       .tv_nsec = std::chrono::nanoseconds(left - seconds).count()};
+  const std::vector<Wakening*> waits = waits_;
+  std::vector<pollfd> descriptors;
+  for (const Wakening* const wait : waits) {
+    descriptors.push_back({.fd = wait->descriptor, .events = POLLIN, .revents = 0});
+  }
+  ::ppoll(descriptors.data(), descriptors.size(), &limit, nullptr);
+  ++Wakenings;
+  for (std::size_t i = 0; i < waits.size(); ++i) {
+    // A call may have ended a wait that stands behind its own.
+    const bool waitsStill = std::ranges::find(waits_, waits[i]) != waits_.end();
+    if (descriptors[i].revents == 0 || !waitsStill) continue;
+    const auto call = waits[i]->call;
+    RunEvent(waits[i]->name, call);
+  }
+}
+
+std::unique_ptr<platform::DescriptorWait> PlainLoop::WaitFor(int descriptor, std::string name,
+                                                             std::function<void()> call) {
+  return std::make_unique<Wakening>(*this, descriptor, std::move(name), std::move(call));
 }
 
 base::Reply PlainLoop::ShowBox(const base::MessageBox& box) {

@@ -1,13 +1,18 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "base/loop.h"
+#include "platform/wake/descriptor_waits.h"
 
 namespace tavlo::test {
 
-/// A loop on the real clock and without a toolkit: it sleeps until the next timer is due.
-class PlainLoop : public base::Loop {
+/// A loop on the real clock and without a toolkit: it sleeps until the next timer is due or a
+/// descriptor that it waits for can be read.
+class PlainLoop : public base::Loop, public platform::DescriptorWaits {
  public:
   base::MonotonicTime Now() const override;
   base::CalendarTime WallClock() const override;
@@ -15,17 +20,24 @@ class PlainLoop : public base::Loop {
   void Yield() override { RunPass(); }
   void Wait(base::Duration length) override;
   void Breathe() override { RunFeeds(); }
+  std::unique_ptr<platform::DescriptorWait> WaitFor(int descriptor, std::string name,
+                                                    std::function<void()> call) override;
 
   /// Turns until `done` says so; false when `limit` passed first.
   bool WaitUntil(const std::function<bool()>& done, base::Duration limit);
 
   std::vector<base::MessageBox> Shown;
+  int Wakenings = 0;  ///< How often it has slept and woken.
 
  protected:
   base::Reply ShowBox(const base::MessageBox& box) override;
 
  private:
+  class Wakening;
+
   void SleepUntilNextDue(base::MonotonicTime end);
+
+  std::vector<Wakening*> waits_;
 };
 
 /// Lets real time pass without a pass of any loop.
