@@ -75,6 +75,28 @@ TEST_F(QueuePlayerTest, TimerComesEvery50MillisecondsAndOnceAtTheStop) {
   EXPECT_NEAR(pump.LoudestLevel, 100 + 20 * std::log10(0.5), 0.1);
 }
 
+TEST_F(QueuePlayerTest, FeedSleepsUntilAReportOrTheEndOfABlock) {
+  pump.Load(Tone(440, 8, 16000));
+  pump.Play();
+  loop.Advance(100ms);
+  const int before = device.Looks;
+  loop.Advance(5s);
+  const int reports = 100;
+  const int blocks = 10;
+  EXPECT_GE(device.Looks - before, reports);
+  // A block whose end was missed by a moment is looked at once more.
+  EXPECT_LE(device.Looks - before, reports + 2 * blocks);
+}
+
+TEST_F(QueuePlayerTest, BlockIsAskedForSoonAfterItsEndAndTheEndIsToldSoonAfterTheLast) {
+  pump.Load(Tone(440, 1, 16000));
+  pump.Play();
+  loop.Advance(515ms);
+  EXPECT_EQ(pump.Requests, 1);
+  loop.Advance(500ms);
+  EXPECT_EQ(pump.Ends, 1);
+}
+
 TEST_F(QueuePlayerTest, NothingArrivesAfterAStop) {
   pump.Load(Tone(440, 1.5, 16000));
   pump.Play();
@@ -220,9 +242,9 @@ TEST_F(QueuePlayerTest, DeviceThatRanDryUnderASoundIsOpenedAgainAndGoesOn) {
   loop.Advance(1s);
   device.RanDry = true;
   EXPECT_EQ(device.Opens, 1);
-  loop.Advance(10ms);
+  loop.Advance(50ms);
   EXPECT_EQ(device.Opens, 2);
-  loop.Advance(990ms);
+  loop.Advance(950ms);
   EXPECT_EQ(device.Opens, 2);
   EXPECT_NEAR(static_cast<double>(player.PlayedSamples()) / 16000, 2, 0.06);
   loop.Advance(3s);

@@ -59,7 +59,7 @@ bool QueuePlayer::StartOutput() {
   nextReport_ = loop_.Now() + milliseconds(kReportMilliseconds);
   nextRetry_ = loop_.Now();
   idleTimer_.Stop();
-  feedTimer_.Start();
+  SleepUntilNeeded();
   return true;
 }
 
@@ -93,12 +93,21 @@ void QueuePlayer::QueueArray(SampleArray block) {
   converted->heardEnd = block.sourceEnd - runOrigin_;
   endRaised_ = false;
   ++blocksAhead_;
-  // A block that finds no room is lost to the ear, and its event still asks for the next.
-  if (!mixer_.Queue(std::move(converted))) playedRuns_.push_back(run_);
+  const FrameCount begin = blockEnds_.empty() ? mixer_.RenderedFrames() : blockEnds_.back();
+  const FrameCount end = begin + converted->Frames();
+  if (mixer_.Queue(std::move(converted))) {
+    blockEnds_.push_back(end);
+  } else {
+    // A block that finds no room is lost to the ear, and its event still asks for the next.
+    playedRuns_.push_back(run_);
+  }
+  SleepUntilNeeded();
 }
 
 void QueuePlayer::ClearQueue() {
-  if (outputOn_) BeginRun();
+  if (!outputOn_) return;
+  BeginRun();
+  SleepUntilNeeded();
 }
 
 SampleCount QueuePlayer::MillisecondsToSamples(std::int64_t milliseconds) const {
@@ -211,6 +220,7 @@ void QueuePlayer::BeginRun() {
   runOrigin_ = 0;
   heard_ = 0;
   blocksAhead_ = 0;
+  blockEnds_.clear();
   endRaised_ = false;
   freshQueue_ = true;
   playedRuns_.clear();
@@ -245,11 +255,37 @@ void QueuePlayer::Feed() {
     RaiseTimer();
   }
   RaiseEndIfDry();
+  SleepUntilNeeded();
+}
+
+/// While output is on, the feed ticks when there is something for it to do: a report or the end of
+/// a block.
+void QueuePlayer::SleepUntilNeeded() {
+  if (!outputOn_) return;
+  constexpr Duration kSoon = milliseconds(kFeedMilliseconds);
+  const bool mayBeTheEnd = blocksAhead_ == 0 && !endRaised_;
+  const bool undecided = mayBeTheEnd || !playedRuns_.empty();
+  const Duration next =
+      std::min(nextReport_ - loop_.Now(), undecided ? kSoon : UntilBlockIsPlayed());
+  feedTimer_.Stop();
+  feedTimer_.SetInterval(next > Duration{0} ? next : kSoon);
+  feedTimer_.Start();
+}
+
+/// How long the device still renders the front block; not positive when it should have done so by
+/// now, and longer than to any report when there is none.
+Duration QueuePlayer::UntilBlockIsPlayed() const {
+  if (blockEnds_.empty() || deviceRate_ == 0) return milliseconds(kReportMilliseconds);
+  const FrameCount frames = blockEnds_.front() - mixer_.RenderedFrames();
+  return std::chrono::ceil<milliseconds>(std::chrono::duration<double>(
+      static_cast<double>(frames) / static_cast<double>(deviceRate_)));
 }
 
 void QueuePlayer::CollectPlayedBlocks() {
   while (const std::unique_ptr<RtBlock> block = mixer_.TakeFreed()) {
-    if (block->run == run_) playedRuns_.push_back(block->run);
+    if (block->run != run_) continue;
+    playedRuns_.push_back(block->run);
+    blockEnds_.pop_front();
   }
 }
 

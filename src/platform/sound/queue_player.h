@@ -32,6 +32,8 @@ class QueuePlayer : public playback::AudioPlayer {
   static constexpr int kIdleSeconds = 60;
   /// Shorter, because no document is about to sound.
   static constexpr int kIdleSecondsAfterPrompt = 1;
+  /// How soon what cannot be foretold is looked at again: a block that should have been played by
+  /// now, and an empty queue that may be the end.
   static constexpr int kFeedMilliseconds = 10;
   static constexpr int kReportMilliseconds = 50;
   static constexpr int kRetryMilliseconds = 1000;
@@ -84,6 +86,8 @@ class QueuePlayer : public playback::AudioPlayer {
   void RaiseEndIfDry();
   void RaiseTimer();
   void Feed();
+  void SleepUntilNeeded();
+  base::Duration UntilBlockIsPlayed() const;
   double HeardNow() const;
 
   base::Loop& loop_;
@@ -111,7 +115,9 @@ class QueuePlayer : public playback::AudioPlayer {
   bool runBegun_ = false;  ///< A block of the run has been queued.
   double runOrigin_ = 0;   ///< Where in the document the run began.
   mutable double heard_ = 0;
-  int blocksAhead_ = 0;      ///< Blocks of the run that are queued and not played.
+  int blocksAhead_ = 0;  ///< Blocks of the run that are queued and not played.
+  /// Where each of those ends, in the mixer's rendered frames, as far as no gap comes between.
+  std::deque<FrameCount> blockEnds_;
   int openRequests_ = 0;     ///< Events whose handlers are running.
   bool freshQueue_ = false;  ///< The queue was emptied since the last feed.
   bool endRaised_ = false;

@@ -27,6 +27,7 @@ class StandInDevice : public platform::OutputDevice {
   int Tries = 0;  ///< Opens that were asked for.
   int Opens = 0;
   int OpenIndex = -1;
+  int Looks = 0;  ///< How often it was asked whether it ran dry, as each feed of the player does.
   Sound Out{.rate = 48000};
 
   std::vector<std::string> FindDevices() override { return Names; }
@@ -50,7 +51,10 @@ class StandInDevice : public platform::OutputDevice {
   }
   bool IsOpen() const override { return mixer_ != nullptr; }
   bool HasFailed() const override { return Failed; }
-  bool TakeRanDry() override { return std::exchange(RanDry, false); }
+  bool TakeRanDry() override {
+    ++Looks;
+    return std::exchange(RanDry, false);
+  }
   platform::FrameCount HeardFrames() override {
     if (Failed) return -1;
     CatchUp();
