@@ -16,6 +16,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/desktop/bus_messages.h"
+
 namespace tavlo::platform::desktop {
 namespace {
 
@@ -28,7 +30,8 @@ constexpr const char* kNoBus = "disabled:";
 /// A queue of connections that is full can only be tried again.
 constexpr int kTryAgainMilliseconds = 5;
 
-enum class Bus { Absent, Silent, Answers };
+/// How a bus behaves. One that refuses, or hangs up, makes nobody wait.
+enum class Bus { Absent, Silent, Refuses, Answers };
 
 struct SocketAddress {
   sockaddr_un name{};
@@ -114,26 +117,65 @@ Bus Connect(const Socket& socket, const SocketAddress& address, Clock::time_poin
   return Bus::Answers;
 }
 
-/// Begins to introduce this process, which the bus answers with a line.
-Bus Greet(const Socket& socket, Clock::time_point end) {
-  std::string greeting = "AUTH EXTERNAL ";
-  for (const char digit : std::to_string(::getuid())) greeting += {'3', digit};
-  greeting.insert(0, 1, '\0');
-  greeting += "\r\n";
-  // A bus that closes the connection does not make the toolkit wait either, so that counts as an
-  // answer.
-  if (::send(socket.Handle(), greeting.data(), greeting.size(), MSG_NOSIGNAL) < 0) {
-    return Bus::Answers;
+/// Sends all of it, or as much as the bus takes in time. A bus that closes the connection does not
+/// make the toolkit wait either, so that counts as an answer.
+Bus Send(const Socket& socket, std::string_view bytes, Clock::time_point end) {
+  while (!bytes.empty()) {
+    const ssize_t sent = ::send(socket.Handle(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (sent < 0 && errno != EAGAIN) return Bus::Refuses;
+    bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(sent, 0)));
+    pollfd wait{.fd = socket.Handle(), .events = POLLOUT, .revents = 0};
+    if (!bytes.empty() && ::poll(&wait, 1, MillisecondsUntil(end)) <= 0) return Bus::Silent;
   }
-  std::array<char, 256> answer{};
+  return Bus::Answers;
+}
+
+/// Reads until `isEnough` says so of what came.
+template <typename Enough>
+Bus Receive(const Socket& socket, Clock::time_point end, const Enough& isEnough) {
+  std::array<char, 4096> answer{};
   for (;;) {
     pollfd wait{.fd = socket.Handle(), .events = POLLIN, .revents = 0};
     if (::poll(&wait, 1, MillisecondsUntil(end)) <= 0) return Bus::Silent;
     const ssize_t length = ::read(socket.Handle(), answer.data(), answer.size());
-    const std::string_view got(answer.data(),
-                               static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-    if (length <= 0 || got.find('\n') != got.npos) return Bus::Answers;
+    if (length <= 0) return Bus::Refuses;
+    if (isEnough(std::string_view(answer.data(), static_cast<std::size_t>(length)))) {
+      return Bus::Answers;
+    }
   }
+}
+
+/// Begins to introduce this process, which the bus answers with a line. One that does not accept it
+/// hangs up on whoever goes on.
+Bus Greet(const Socket& socket, Clock::time_point end) {
+  std::string greeting = "AUTH EXTERNAL ";
+  for (const char digit : std::to_string(::getuid())) greeting += {'3', digit};
+  greeting.insert(0, 1, '\0');
+  const Bus sent = Send(socket, greeting + "\r\n", end);
+  if (sent != Bus::Answers) return sent;
+  std::string line;
+  const Bus answer = Receive(socket, end, [&](std::string_view came) {
+    line += came;
+    return line.find('\n') != line.npos;
+  });
+  return answer == Bus::Answers && !line.starts_with("OK") ? Bus::Refuses : answer;
+}
+
+/// Asks what libraries ask first. A bus that greets and then hangs answers none of it.
+Bus Ask(const Socket& socket, Clock::time_point end) {
+  const std::string calls = CallOfTheBus(1, "Hello") + CallOfTheBus(2, "ListNames");
+  const Bus sent = Send(socket, "BEGIN\r\n" + calls, end);
+  if (sent != Bus::Answers) return sent;
+  BusAnswers answers;
+  return Receive(socket, end, [&](std::string_view came) {
+    answers.Take(came);
+    return answers.Count() == 2 || answers.Garbled();
+  });
+}
+
+Bus Talk(const Socket& socket, Clock::time_point end) {
+  const Bus greeted = Greet(socket, end);
+  return greeted == Bus::Answers ? Ask(socket, end) : greeted;
 }
 
 /// Of several addresses the first to take a connection is the bus, as it is to the libraries.
@@ -144,7 +186,7 @@ Bus Try(std::string_view addresses, std::chrono::milliseconds patience) {
     if (!address) continue;
     const Socket socket;
     const Bus bus = Connect(socket, *address, end);
-    if (bus != Bus::Absent) return bus == Bus::Answers ? Greet(socket, end) : bus;
+    if (bus != Bus::Absent) return bus == Bus::Answers ? Talk(socket, end) : bus;
   }
   return Bus::Absent;
 }

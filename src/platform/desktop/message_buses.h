@@ -4,11 +4,12 @@
 
 namespace tavlo::platform::desktop {
 
-/// Keeps the toolkit from message buses that take connections and never answer, as those of a hung
-/// desktop do: it would wait for them for good. The session bus and the one of screen readers are
-/// tried as the environment names them; one that stays silent is taken out of the environment of
-/// this process, and a line on its standard error says so. One that is not there at all is left
-/// alone, since the toolkit notices that at once.
+/// Keeps the toolkit from message buses that take connections and then answer nothing, as those of
+/// a hung desktop do: it would wait for them, for half a minute or for good. The session bus and
+/// the one of screen readers are tried as the environment names them, with the greeting and two
+/// real calls; one that falls silent is taken out of the environment of this process, and a line on
+/// its standard error says so. One that is not there at all or hangs up is left alone, since the
+/// toolkit notices that at once.
 ///
 /// To be called before the QApplication is made and before there is another thread. `patience` is
 /// what each bus has for its answer; a healthy one takes well under a millisecond. Only where a bus

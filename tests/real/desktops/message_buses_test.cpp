@@ -12,6 +12,7 @@
 #include <string>
 #include <thread>
 
+#include "support/real_bus.h"
 #include "support/silent_bus.h"
 #include "support/temporary_folder.h"
 
@@ -24,6 +25,9 @@ using test::SilentBus;
 constexpr const char* kSessionBus = "DBUS_SESSION_BUS_ADDRESS";
 constexpr const char* kAccessibilityBus = "AT_SPI_BUS_ADDRESS";
 constexpr const char* kRuntimeFolder = "XDG_RUNTIME_DIR";
+
+/// What a bus answers to the call with the number 1: a reply without a body.
+const std::string kAnswerToTheFirstCall("l\2\1\1\0\0\0\0\1\0\0\0\10\0\0\0\5\1u\0\1\0\0\0", 24);
 
 /// Looks at the buses in an environment of its own and puts the old one back.
 struct MessageBuses : testing::Test {
@@ -113,9 +117,41 @@ TEST_F(MessageBuses, ThatAreNotThereAreTheToolkitsToMiss) {
 }
 
 TEST_F(MessageBuses, ThatAnswerStay) {
-  for (const char* answer : {"OK 1234\r\n", "REJECTED EXTERNAL\r\n"}) {
-    EXPECT_EQ(LeaveAnswering([&](SilentBus& bus) { bus.Answer(answer); }, 120s), address);
-  }
+  const test::RealBus bus;
+  ASSERT_NE(bus.Address(), "");
+  EXPECT_EQ(Leave(bus.Address(), 120s), bus.Address());
+}
+
+TEST_F(MessageBuses, ThatRefuseStay) {
+  EXPECT_EQ(LeaveAnswering([](SilentBus& bus) { bus.Answer("REJECTED EXTERNAL\r\n"); }, 120s),
+            address);
+}
+
+TEST_F(MessageBuses, ThatGreetAndThenFallSilentAreLeft) {
+  EXPECT_EQ(LeaveAnswering([](SilentBus& bus) { bus.Answer("OK 1234\r\n"); }, 50ms), "disabled:");
+}
+
+TEST_F(MessageBuses, ThatFallSilentBetweenTwoCallsAreLeft) {
+  const auto answer = [](SilentBus& bus) {
+    bus.Answer("OK 1234\r\n");
+    bus.GoOn(kAnswerToTheFirstCall);
+  };
+  EXPECT_EQ(LeaveAnswering(answer, 1s), "disabled:");
+  const auto answerTwice = [](SilentBus& bus) {
+    bus.Answer("OK 1234\r\n");
+    bus.GoOn(kAnswerToTheFirstCall + kAnswerToTheFirstCall);
+  };
+  EXPECT_EQ(LeaveAnswering(answerTwice, 120s), address);
+}
+
+TEST_F(MessageBuses, ThatTalkNonsenseStay) {
+  EXPECT_EQ(LeaveAnswering(
+                [](SilentBus& bus) {
+                  bus.Answer("OK 1234\r\n");
+                  bus.GoOn(std::string(64, 'x'));
+                },
+                120s),
+            address);
 }
 
 TEST_F(MessageBuses, ThatHangUpStay) {

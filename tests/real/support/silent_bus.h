@@ -20,6 +20,8 @@ class SilentBus {
   /// Waits for somebody's greeting, and answers with that. The connection stays open until
   /// `HangUp`.
   void Answer(const std::string& words);
+  /// Waits for what the guest says next, and answers with that.
+  void GoOn(const std::string& bytes);
   void HangUp();
 
  private:

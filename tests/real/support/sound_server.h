@@ -22,6 +22,7 @@ class ChildProcess {
   /// Ends it at once, without a farewell.
   void Kill();
   bool Running() const { return process_ > 0; }
+  pid_t Process() const { return process_; }
 
  private:
   pid_t process_ = -1;
