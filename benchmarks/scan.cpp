@@ -24,6 +24,7 @@ class Silence : public playback::Voice {
 class NoSources : public playback::SourceMixer {
   void SelectDevice(int, const std::string&) override {}
   int SourceCount() const override { return 0; }
+  std::vector<std::string> DevicesNow() const override { return {}; }
   void SelectSource(int) override {}
   std::string SourceName() const override { return ""; }
   bool SourceHasVolume() const override { return false; }

@@ -53,6 +53,9 @@ class FastLoop : public base::Loop {
 class DeafDevice : public platform::OutputDevice {
  public:
   std::vector<std::string> FindDevices() override { return {"none"}; }
+  std::vector<std::string> LearnDevices(const std::vector<std::string>&) override {
+    return {"none"};
+  }
   int PreferredRate() override { return kDeviceRate; }
   bool Open(int /*index*/, int /*framesPerSecond*/, platform::RtMixer& mixer) override {
     mixer_ = &mixer;

@@ -64,26 +64,11 @@ void AudioEngine::InitializeNCTcontrol() {
                 .icon = base::Icon::Critical});
     return;
   }
-  ListDevices();
+  mixerPage_.ListDevices();
   mixerPage_.SetSrcDevice();
   IsPlaying = false;
   IsPaused = false;
   config_.chkEqEnable.Value = player_.EqualizerEnabled();
-}
-
-void AudioEngine::ListDevices() {
-  forms::Table& combo = config_.DeviceCombo;
-  combo.Clear();
-  // The bound is one beyond the last device; an index that selects nothing has no mixer.
-  for (int index = 0; index <= player_.DeviceCount(); ++index) {
-    player_.SelectDevice(index);
-    if (player_.DeviceHasMixer()) combo.Add(player_.DeviceName());
-  }
-  const auto stored = config_.txtMixerSelection.WholeNumber();
-  const auto listed = static_cast<std::int64_t>(combo.Rows().size());
-  // The stored one may be absent, the one beyond the last among them, and then selects nothing.
-  player_.SelectDevice(0);
-  player_.SelectDevice(stored >= 0 && stored <= listed ? static_cast<int>(stored) : 0);
 }
 
 void AudioEngine::CloseFile() {

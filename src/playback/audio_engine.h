@@ -72,7 +72,6 @@ class AudioEngine {
   AudioPlayer& Player() { return player_; }
 
  private:
-  void ListDevices();
   /// Moves to the sample at which a run begins; returns the one that was reached.
   SampleCount BeginRunAt(SampleCount target);
   void StretchBlock(SampleArray& block);

@@ -119,6 +119,11 @@ class AudioPlayer {
   virtual SampleCount PlayedSamples() const = 0;
 
   virtual int DeviceCount() const = 0;
+  /// The names of all devices, by their index.
+  virtual std::vector<std::string> DeviceNames() const = 0;
+  /// Of `present`, the devices that are there now, those that have come since the list was made
+  /// stand behind all others from now on. What is listed keeps its index, also when it has gone.
+  virtual void AddDevices(const std::vector<std::string>& present) = 0;
   virtual std::string DeviceName() const = 0;
   virtual int CurrentDevice() const = 0;
   /// An index outside the list selects nothing and leaves the device as it was.

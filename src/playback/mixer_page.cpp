@@ -1,7 +1,9 @@
 #include "playback/mixer_page.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace tavlo::playback {
 namespace {
@@ -18,6 +20,21 @@ MixerPage::MixerPage(forms::ConfigurationForm& config, AudioPlayer& player, Sour
 }
 
 MixerPage::~MixerPage() { mixer_.OnChange = nullptr; }
+
+void MixerPage::ListDevices() {
+  forms::Table& combo = config_.DeviceCombo;
+  combo.Clear();
+  // The bound is one beyond the last device; an index that selects nothing has no mixer.
+  for (int index = 0; index <= player_.DeviceCount(); ++index) {
+    player_.SelectDevice(index);
+    if (player_.DeviceHasMixer()) combo.Add(player_.DeviceName());
+  }
+  const auto stored = config_.txtMixerSelection.WholeNumber();
+  const auto listed = static_cast<std::int64_t>(combo.Rows().size());
+  // The stored one may be absent, the one beyond the last among them, and then selects nothing.
+  player_.SelectDevice(0);
+  player_.SelectDevice(stored >= 0 && stored <= listed ? static_cast<int>(stored) : 0);
+}
 
 void MixerPage::SetSrcDevice() {
   held_ = false;
@@ -99,11 +116,26 @@ void MixerPage::LetGo() {
 }
 
 void MixerPage::FollowChange() {
+  ListNewDevices();
   if (held_) {
     changedWhileHeld_ = true;
   } else {
     SetSrcDevice();
   }
+}
+
+/// A device that is plugged in is listed at once. One that was chosen in an earlier run, and was
+/// missing until now, plays from now on.
+void MixerPage::ListNewDevices() {
+  player_.AddDevices(mixer_.DevicesNow());
+  const std::vector<std::string> names = player_.DeviceNames();
+  forms::Table& combo = config_.DeviceCombo;
+  const std::size_t before = combo.Rows().size();
+  for (std::size_t index = before; index < names.size(); ++index) combo.Add(names[index]);
+  const std::int64_t stored = config_.txtMixerSelection.WholeNumber();
+  const bool hasCome = stored >= static_cast<std::int64_t>(before) &&
+                       stored < static_cast<std::int64_t>(names.size());
+  if (hasCome) player_.SelectDevice(static_cast<int>(stored));
 }
 
 }  // namespace tavlo::playback

@@ -14,6 +14,8 @@ class MixerPage : public window::ConfigurationPage {
   ~MixerPage() override;
   MixerPage(const MixerPage&) = delete;
 
+  /// Lists the player's devices and selects the stored one, or the first where it is not listed.
+  void ListDevices();
   /// Shows the sources of the player's device as they are now.
   void SetSrcDevice();
 
@@ -26,6 +28,7 @@ class MixerPage : public window::ConfigurationPage {
   void ShowSource(int source);
   void LetGo();
   void FollowChange();
+  void ListNewDevices();
 
   forms::ConfigurationForm& config_;
   AudioPlayer& player_;

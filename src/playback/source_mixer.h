@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace tavlo::playback {
 
@@ -18,6 +19,8 @@ class SourceMixer {
   /// system's default device. No source is selected then.
   virtual void SelectDevice(int index, const std::string& name) = 0;
   virtual int SourceCount() const = 0;
+  /// The names of the devices that can play now, as the player calls them.
+  virtual std::vector<std::string> DevicesNow() const = 0;
 
   /// What follows speaks of the selected source. An index that does not exist selects nothing: no
   /// name, volume 0, balance 50, not mute, and none of them to be had; writes are dropped.
@@ -40,7 +43,8 @@ class SourceMixer {
   virtual void SetSourceBalance(int balance) = 0;
   virtual void SetSourceMute(bool mute) = 0;
 
-  /// Sources came, went, or were changed by another program: SelectDevice lists them anew.
+  /// Devices or sources came, went, or were changed by another program: SelectDevice lists the
+  /// sources anew.
   std::function<void()> OnChange;
 };
 

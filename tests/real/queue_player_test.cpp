@@ -319,6 +319,27 @@ TEST_F(QueuePlayerTest, SelectionOfADeviceMovesTheSoundAndRefusesWhatIsNotThere)
   EXPECT_NEAR(static_cast<double>(player.PlayedSamples()) / 16000, 1.98, 0.03);
 }
 
+TEST_F(QueuePlayerTest, DeviceThatComesStandsBehindTheOthersAndCanBeSelected) {
+  player.AddDevices({"Speakers", "Monitor", "Headset"});
+  EXPECT_EQ(player.DeviceNames(),
+            (std::vector<std::string>{"System default", "Headset", "Speakers", "Monitor"}));
+  player.AddDevices({"Second monitor", "Monitor"});
+  ASSERT_EQ(player.DeviceCount(), 5);
+  player.SelectDevice(4);
+  EXPECT_EQ(player.DeviceName(), "Second monitor");
+  pump.Load(Tone(440, 4, 16000));
+  EXPECT_EQ(device.OpenIndex, 4);
+}
+
+TEST(DeviceNames, OfSeveralDevicesOfOneNameEachIsListed) {
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(platform::WithNewNames({"default", "Headset"}, {"Headset", "Headset"}),
+            (Names{"default", "Headset", "Headset"}));
+  EXPECT_EQ(platform::WithNewNames({"default", "Headset", "Headset"}, {"Headset"}),
+            (Names{"default", "Headset", "Headset"}));
+  EXPECT_EQ(platform::WithNewNames({}, {}), Names{});
+}
+
 TEST_F(QueuePlayerTest, VolumeIsLinearInAmplitude) {
   player.SetVolume(65535 / 4);
   pump.Load(Tone(440, 4, 16000));

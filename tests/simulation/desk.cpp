@@ -101,6 +101,7 @@ void Desk::Start() {
   player.EqualizerOn = false;
   player.Gains.clear();
   player.Devices = soundDevices;
+  player.Added.clear();
   player.SelectDevice(0);
   hearing.Forget();
   settingsRules.Forget();

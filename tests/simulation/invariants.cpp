@@ -242,6 +242,7 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The position is where the ear is.", &PositionIsWhereTheEarIs},
     Invariant{"The mixer page shows the sources as they are.", &MixerPageShowsTheSources},
     Invariant{"The device that was chosen plays.", &ChosenDevicePlays},
+    Invariant{"The page lists the devices that there are.", &PageListsThePlayersDevices},
     Invariant{"A watched USB pedal is read.", &UsbPedalIsReadWhileWatched},
     Invariant{"An open serial port is read.", &SerialPedalIsReadWhileItsPortIsOpen},
     Invariant{"Complete is for the document in work or the row that is highlighted.",

@@ -1,6 +1,7 @@
 #include "simulation/mixer_rules.h"
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 namespace tavlo::simulation {
@@ -58,6 +59,18 @@ bool ChosenDevicePlays(Desk& desk) {
   if (remembered < 0 || remembered >= listed) return true;
   if (desk.player.CurrentDevice() != remembered) return false;
   return !config.frameConfigMixer.Visible || config.DeviceCombo.ListIndex == remembered;
+}
+
+bool PageListsThePlayersDevices(Desk& desk) {
+  const forms::Table& combo = desk.Config().DeviceCombo;
+  // Until the deck has loaded that far it lists none.
+  if (combo.Rows().empty()) return true;
+  const std::vector<std::string> names = desk.player.DeviceNames();
+  if (combo.Rows().size() != names.size()) return false;
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    if (combo.TextAt(static_cast<int>(index), 0) != names[index]) return false;
+  }
+  return true;
 }
 
 }  // namespace tavlo::simulation

@@ -11,4 +11,7 @@ bool MixerPageShowsTheSources(Desk& desk);
 /// The remembered device is the one that plays, if the list has it, and the page says so.
 bool ChosenDevicePlays(Desk& desk);
 
+/// The list of devices on the page is the player's, row for row.
+bool PageListsThePlayersDevices(Desk& desk);
+
 }  // namespace tavlo::simulation

@@ -118,6 +118,7 @@ void World::RemoveSource() {
 void World::PlugDevice() {
   if (desk_.mixer.Devices.size() >= kMostDevices) return;
   desk_.mixer.Devices.push_back({{.name = "Output " + std::to_string(++sourcesSoFar_)}});
+  desk_.mixer.Plugged.push_back("Plugged " + std::to_string(sourcesSoFar_));
   MixerChanged();
 }
 
@@ -125,8 +126,10 @@ void World::PullDevice() {
   if (chance_.OneIn(4)) {
     // The sound server ends, and with it all that it showed.
     desk_.mixer.Devices.clear();
+    desk_.mixer.Plugged.clear();
   } else if (!desk_.mixer.Devices.empty()) {
     desk_.mixer.Devices.pop_back();
+    if (!desk_.mixer.Plugged.empty()) desk_.mixer.Plugged.pop_back();
   }
   MixerChanged();
 }

@@ -105,11 +105,11 @@ void SimulatedPlayer::SetOutputFormat(int samplesPerSecond, int channels) {
 bool SimulatedPlayer::StartOutput() {
   ++Starts;
   if (!TakesFormat) return false;
-  if (Devices > 0 && !Connected) {
+  if (DeviceCount() > 0 && !Connected) {
     status_ = -1;
     return false;
   }
-  status_ = Devices > 0 ? StatusAfterStart : -1;
+  status_ = DeviceCount() > 0 ? StatusAfterStart : -1;
   queue_.clear();
   heard_ = 0;
   endRaised_ = false;
@@ -156,8 +156,28 @@ std::int64_t SimulatedPlayer::SamplesToMilliseconds(double samples) const {
   return static_cast<std::int64_t>(samples * 1000.0 / rate_);
 }
 
+std::vector<std::string> SimulatedPlayer::DeviceNames() const {
+  std::vector<std::string> names;
+  for (int index = 0; index < Devices; ++index) names.push_back("Device " + std::to_string(index));
+  names.insert(names.end(), Added.begin(), Added.end());
+  return names;
+}
+
+void SimulatedPlayer::AddDevices(const std::vector<std::string>& present) {
+  for (const std::string& name : present) {
+    const std::vector<std::string> known = DeviceNames();
+    if (std::ranges::find(known, name) == known.end()) Added.push_back(name);
+  }
+}
+
+std::string SimulatedPlayer::DeviceName() const {
+  const std::vector<std::string> names = DeviceNames();
+  const auto place = static_cast<std::size_t>(device_);
+  return place < names.size() ? names[place] : "";
+}
+
 void SimulatedPlayer::SelectDevice(int index) {
-  selected_ = index >= 0 && index < Devices;
+  selected_ = index >= 0 && index < DeviceCount();
   if (selected_) device_ = index;
 }
 

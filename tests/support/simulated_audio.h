@@ -89,6 +89,8 @@ class SimulatedPlayer : public playback::AudioPlayer {
   explicit SimulatedPlayer(base::Loop& loop);
 
   int Devices = 1;
+  /// The names of devices that have come since the start, behind those.
+  std::vector<std::string> Added;
   bool TakesFormat = true;
   /// False: the device has been pulled out. What is queued waits for it, unheard, and nothing
   /// starts.
@@ -116,8 +118,10 @@ class SimulatedPlayer : public playback::AudioPlayer {
   SampleCount MillisecondsToSamples(std::int64_t milliseconds) const override;
   std::int64_t SamplesToMilliseconds(double samples) const override;
   SampleCount PlayedSamples() const override { return static_cast<SampleCount>(heard_); }
-  int DeviceCount() const override { return Devices; }
-  std::string DeviceName() const override { return "Device " + std::to_string(device_); }
+  int DeviceCount() const override { return Devices + static_cast<int>(Added.size()); }
+  std::vector<std::string> DeviceNames() const override;
+  void AddDevices(const std::vector<std::string>& present) override;
+  std::string DeviceName() const override;
   int CurrentDevice() const override { return device_; }
   void SelectDevice(int index) override;
   bool DeviceHasMixer() const override { return selected_; }

@@ -26,6 +26,9 @@ class SimulatedMixer : public playback::SourceMixer {
   /// The sources of each device; a device that is not here has those of the first. A source is
   /// known by its name, on whichever device it stands.
   std::vector<std::vector<SimulatedSource>> Devices;
+  /// What the desktop calls the devices that are plugged in; by default it tells none, so that the
+  /// player's list is the one that the test laid out.
+  std::vector<std::string> Plugged;
   /// Names of the sources that were written to, and what: "Output volume 100".
   std::vector<std::string> Writes;
   std::string DeviceName;
@@ -37,6 +40,7 @@ class SimulatedMixer : public playback::SourceMixer {
   }
 
   void SelectDevice(int index, const std::string& name) override;
+  std::vector<std::string> DevicesNow() const override { return Plugged; }
   int SourceCount() const override { return static_cast<int>(listed_.size()); }
   void SelectSource(int index) override { selected_ = index; }
   std::string SourceName() const override { return Selected().name; }

@@ -34,6 +34,7 @@ class PulseMixer : public playback::SourceMixer {
 
   void SelectDevice(int index, const std::string& name) override;
   int SourceCount() const override { return static_cast<int>(listed_.size()); }
+  std::vector<std::string> DevicesNow() const override { return world_.OutputNames(); }
   void SelectSource(int index) override { selected_ = index; }
   std::string SourceName() const override;
   bool SourceHasVolume() const override;

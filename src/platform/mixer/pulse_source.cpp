@@ -61,8 +61,9 @@ void PulseSource::SetBalance(int value) {
 
 bool PulseSource::IsUnchanged(const PulseSource& other) const {
   return IsSame(other) && card == other.card && description == other.description &&
-         name == other.name && hasVolume == other.hasVolume && mute == other.mute &&
-         balance == other.balance && pa_cvolume_equal(&volume, &other.volume) != 0;
+         name == other.name && isPluggedIn == other.isPluggedIn && hasVolume == other.hasVolume &&
+         mute == other.mute && balance == other.balance &&
+         pa_cvolume_equal(&volume, &other.volume) != 0;
 }
 
 PulseSource SourceOf(const pa_sink_info& sink) {
@@ -70,6 +71,8 @@ PulseSource SourceOf(const pa_sink_info& sink) {
   source.id = Text(sink.name);
   source.description = sink.description != nullptr ? sink.description : source.id;
   source.name = NameOfPort(sink, "Output");
+  source.isPluggedIn =
+      sink.active_port == nullptr || sink.active_port->available != PA_PORT_AVAILABLE_NO;
   source.mute = sink.mute != 0;
   source.volume = sink.volume;
   source.channels = sink.channel_map;
@@ -96,6 +99,15 @@ PulseSource SourceOf(const pa_source_info& input) {
   source.channels = input.channel_map;
   TakeBalance(source);
   return source;
+}
+
+std::vector<std::string> PulseWorld::OutputNames() const {
+  std::vector<std::string> names;
+  for (const PulseSource& source : sources) {
+    const bool canPlay = source.kind == PulseSource::Kind::Output && source.isPluggedIn;
+    if (canPlay) names.push_back(source.description);
+  }
+  return names;
 }
 
 /// The player finds its device by the name in the list too, and plays on the system's default where

@@ -19,6 +19,8 @@ struct PulseSource {
   std::string id;           ///< What the server calls an output.
   std::string description;  ///< What the list of devices calls it.
   std::string name;         ///< What the page calls it.
+  /// Something is plugged in where the server can tell.
+  bool isPluggedIn = true;
   bool hasVolume = true;
   bool mute = false;
   pa_cvolume volume{};
@@ -48,6 +50,8 @@ struct PulseWorld {
   std::string defaultOutput;
   std::vector<PulseSource> sources;
 
+  /// What the list of devices calls the outputs that can play.
+  std::vector<std::string> OutputNames() const;
   const PulseSource* OutputOf(int deviceIndex, const std::string& deviceName) const;
   /// The output, this program's streams, and the inputs of the same card. Empty without an output.
   std::vector<PulseSource> SourcesOf(const PulseSource* output) const;

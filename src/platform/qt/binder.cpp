@@ -33,6 +33,20 @@ void NameAs(QWidget& widget, const ControlType& control) {
   SetHeardName(widget, ToOneLine(AccessibleName(control)));
 }
 
+/// What stands already stays, so that rows may be added under a hand that has the list open.
+void ShowRows(const forms::Table& table, QComboBox& box) {
+  const int rows = static_cast<int>(table.Rows().size());
+  for (int row = 0; row < rows; ++row) {
+    const QString text = ToOneLine(table.TextAt(row, 0));
+    if (row >= box.count()) {
+      box.addItem(text);
+    } else if (box.itemText(row) != text) {
+      box.setItemText(row, text);
+    }
+  }
+  while (box.count() > rows) box.removeItem(box.count() - 1);
+}
+
 }  // namespace
 
 Binder::Binder(const QtLoop& loop) : loop_(loop) {
@@ -166,10 +180,7 @@ void Binder::Pick(forms::Table& table, QComboBox& box) {
     NameAs(box, table);
     if (*shownRows != table.RowsVersion()) {
       *shownRows = table.RowsVersion();
-      box.clear();
-      for (int row = 0; row < static_cast<int>(table.Rows().size()); ++row) {
-        box.addItem(ToOneLine(table.TextAt(row, 0)));
-      }
+      ShowRows(table, box);
     }
     box.setCurrentIndex(table.ListIndex);
   });

@@ -8,6 +8,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/sound/device_names.h"
+
 namespace tavlo::platform {
 namespace {
 
@@ -39,6 +41,15 @@ std::vector<std::string> CubebDevice::FindDevices() {
   return names_;
 }
 
+std::vector<std::string> CubebDevice::LearnDevices(const std::vector<std::string>& present) {
+  const std::size_t before = names_.size();
+  if (names_.empty() && !present.empty()) names_.emplace_back(kDefaultDeviceName);
+  names_ = WithNewNames(std::move(names_), present);
+  // The server that has them may have come only now, and the next connection finds it.
+  if (names_.size() > before && !IsOpen() && !OnAServer()) Disconnect();
+  return names_;
+}
+
 bool CubebDevice::ListDevices() {
   if (!Connect()) return false;
   ForgetDevices();
@@ -47,14 +58,20 @@ bool CubebDevice::ListDevices() {
   return listed == CUBEB_OK;
 }
 
-/// The identifier of a device of the last FindDevices; the default device's where it has gone.
+/// The identifier of the device of that index; the default device's where it has gone.
 cubeb_devid CubebDevice::Identify(int index) {
   const auto place = static_cast<std::size_t>(index);
   if (place == 0 || place >= names_.size()) return nullptr;
-  if (devices_.device == nullptr && !ListDevices()) return nullptr;
-  for (std::size_t i = 0; i < devices_.count; ++i) {
+  const cubeb_devid known = IdentifyListed(names_[place]);
+  if (known != nullptr || !ListDevices()) return known;
+  return IdentifyListed(names_[place]);
+}
+
+/// Null when the devices were not listed yet, or no usable one had that name when they were.
+cubeb_devid CubebDevice::IdentifyListed(const std::string& name) const {
+  for (std::size_t i = 0; devices_.device != nullptr && i < devices_.count; ++i) {
     const cubeb_device_info& device = devices_.device[i];
-    if (IsUsable(device) && NameOf(device) == names_[place]) return device.devid;
+    if (IsUsable(device) && NameOf(device) == name) return device.devid;
   }
   return nullptr;
 }
@@ -121,8 +138,11 @@ FrameCount CubebDevice::HeardFrames() {
 void CubebDevice::LetRender() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
 
 int CubebDevice::LatencyMilliseconds() const {
-  const bool server = std::string_view(cubeb_get_backend_id(context_)) == kServerBackend;
-  return server ? kLatencyMilliseconds[latency_] : kLatencyMilliseconds.back();
+  return OnAServer() ? kLatencyMilliseconds[latency_] : kLatencyMilliseconds.back();
+}
+
+bool CubebDevice::OnAServer() const {
+  return context_ != nullptr && std::string_view(cubeb_get_backend_id(context_)) == kServerBackend;
 }
 
 bool CubebDevice::Connect() {

@@ -26,6 +26,7 @@ class CubebDevice : public OutputDevice {
   CubebDevice& operator=(const CubebDevice&) = delete;
 
   std::vector<std::string> FindDevices() override;
+  std::vector<std::string> LearnDevices(const std::vector<std::string>& present) override;
   int PreferredRate() override;
   bool Open(int index, int framesPerSecond, RtMixer& mixer) override;
   void Close() override;
@@ -41,7 +42,9 @@ class CubebDevice : public OutputDevice {
   void ForgetDevices();
   bool ListDevices();
   cubeb_devid Identify(int index);
+  cubeb_devid IdentifyListed(const std::string& name) const;
   int LatencyMilliseconds() const;
+  bool OnAServer() const;
 
   static long RtData(cubeb_stream* stream, void* self, const void* input, void* output,
                      long frames);
@@ -52,7 +55,7 @@ class CubebDevice : public OutputDevice {
   cubeb_stream* stream_ = nullptr;
   /// Kept because the identifiers in it are only valid as long; a lost connection empties it.
   cubeb_device_collection devices_{};
-  /// What the last FindDevices answered, by which a device is known again on a new connection.
+  /// What was answered last, by which a device is known again on a new connection.
   std::vector<std::string> names_;
   RtMixer* mixer_ = nullptr;
   std::size_t latency_ = 0;  ///< Place in kLatencyMilliseconds.

@@ -17,10 +17,13 @@ class OutputDevice {
   /// The names of the devices that are present now. The first is the system's default device,
   /// wherever the desktop moves it. Empty without any.
   virtual std::vector<std::string> FindDevices() = 0;
+  /// The names by now, when those of `present` are there: what FindDevices gave, and behind it what
+  /// has come since. No index changes. Asks nobody.
+  virtual std::vector<std::string> LearnDevices(const std::vector<std::string>& present) = 0;
 
   /// Frames a second at which the default device is at ease.
   virtual int PreferredRate() = 0;
-  /// Opens the device of that index of the last FindDevices, or the default one when that device is
+  /// Opens the device of that index of those names, or the default one when that device is
   /// gone, and plays what `mixer` renders, silence included; closes what was open. False when the
   /// device cannot be had.
   [[nodiscard]] virtual bool Open(int index, int framesPerSecond, RtMixer& mixer) = 0;

@@ -121,6 +121,10 @@ std::int64_t QueuePlayer::SamplesToMilliseconds(double samples) const {
 
 SampleCount QueuePlayer::PlayedSamples() const { return std::llround(HeardNow()); }
 
+void QueuePlayer::AddDevices(const std::vector<std::string>& present) {
+  deviceNames_ = device_.LearnDevices(present);
+}
+
 std::string QueuePlayer::DeviceName() const {
   if (currentDevice_ >= DeviceCount()) return {};
   return deviceNames_[static_cast<std::size_t>(currentDevice_)];

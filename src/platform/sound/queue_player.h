@@ -56,6 +56,8 @@ class QueuePlayer : public playback::AudioPlayer {
   playback::SampleCount PlayedSamples() const override;
 
   int DeviceCount() const override { return static_cast<int>(deviceNames_.size()); }
+  std::vector<std::string> DeviceNames() const override { return deviceNames_; }
+  void AddDevices(const std::vector<std::string>& present) override;
   std::string DeviceName() const override;
   int CurrentDevice() const override { return currentDevice_; }
   void SelectDevice(int index) override;

@@ -5,6 +5,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "mixer_page/sound_control.h"
 #include "support/driven_program.h"
@@ -84,6 +85,16 @@ struct DisturbedProgram : testing::Test {
     }));
     EXPECT_TRUE(Playing());
   }
+  std::vector<std::string> Devices() {
+    return program->Ask([&] {
+      const forms::Table& list = program->Windows().configuration.DeviceCombo;
+      std::vector<std::string> names;
+      for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
+        names.push_back(list.TextAt(row, 0));
+      }
+      return names;
+    });
+  }
   /// A hand picks that output from the list of the mixer page.
   void ChooseDevice(const std::string& device) {
     const bool chosen = program->Ask([&] {
@@ -131,6 +142,24 @@ TEST_F(DisturbedProgram, HandsOnVolumeAndEqualizerDoNotStopTheSound) {
     ExpectGoesOn();
     EXPECT_GT(Position(), begun);
     Retake([&] { EXPECT_GT(AudibleNow(), 0.3); });
+  });
+}
+
+TEST_F(DisturbedProgram, OutputThatIsPluggedInIsInTheListWithoutARestartAndPlays) {
+  Run([&] {
+    const std::vector<std::string> before = Devices();
+    EXPECT_EQ(before.back(), "Second");
+    const std::string third = PlugInOutput("Third");
+    std::vector<std::string> after = before;
+    after.emplace_back("Third");
+    EXPECT_TRUE(Until([&] { return Devices() == after; }));
+    ExpectGoesOn();
+    ChooseDevice("Third");
+    ExpectGoesOn();
+    EXPECT_NE(Pactl("list sinks").find("State: RUNNING\n\tName: Third"), std::string::npos);
+    PullOut(third);
+    ExpectGoesOn();
+    EXPECT_EQ(Devices(), after) << "no index changes while the deck runs";
   });
 }
 

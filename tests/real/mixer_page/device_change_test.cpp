@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "mixer_page/sound_control.h"
 #include "platform/sound/cubeb_player.h"
@@ -46,7 +48,7 @@ struct DeviceChange : testing::Test {
   static std::string SoundsOn() {
     const std::string streams = Pactl("list short sink-inputs");
     const std::string sinks = Pactl("list short sinks");
-    for (const char* name : {"deck", "Second"}) {
+    for (const char* name : {"deck", "Second", "Third"}) {
       const auto at = sinks.find(std::string("\t") + name);
       if (at == std::string::npos) continue;
       const auto line = sinks.rfind('\n', at) + 1;
@@ -94,6 +96,21 @@ TEST_F(DeviceChange, AnotherDeviceGoesOnWhereTheOneBeforeWas) {
   EXPECT_NEAR(stopped, static_cast<double>(player->PlayedSamples()), 0.1 * kRate);
 }
 
+TEST_F(DeviceChange, DeviceThatIsPluggedInLaterIsFoundByItsName) {
+  pump->Play();
+  ASSERT_TRUE(PlaysOn(1));
+  PlugInOutput("Third");
+  player->AddDevices({"Second", "Third"});
+  const int index = player->DeviceCount() - 1;
+  ASSERT_EQ(index, IndexOf("Second") + 1);
+  player->SelectDevice(index);
+  EXPECT_EQ(player->DeviceName(), "Third");
+  EXPECT_EQ(SoundsOn(), "Third");
+  EXPECT_TRUE(PlaysOn(1));
+  EXPECT_EQ(pump->Ends, 0);
+  pump->Stop();
+}
+
 TEST_F(DeviceChange, DeviceThatIsPulledOutWhilePlayingEndsNothingAndKeepsThePosition) {
   player->SelectDevice(IndexOf("Second"));
   pump->Play();
@@ -126,6 +143,28 @@ TEST_F(DeviceChange, WithoutAnyDeviceLeftThePositionStandsUntilOneComesBack) {
   EXPECT_TRUE(PlaysOn(1));
   EXPECT_EQ(pump->Ends, 0);
   pump->Stop();
+}
+
+TEST(DeviceOfALateServer, IsListedBehindTheDefaultOneAndPlays) {
+  SoundServer server;
+  PlainLoop loop;
+  platform::CubebPlayer player(loop);
+  ASSERT_TRUE(server.Start());
+  PlugInOutput("Second");
+  const int before = player.DeviceCount();
+  player.AddDevices({"deck", "Second"});
+  const std::vector<std::string> names = player.DeviceNames();
+  ASSERT_EQ(player.DeviceCount(), std::max(before, 1) + 2);
+  EXPECT_EQ(names.front(), "System default");
+  EXPECT_EQ(names.back(), "Second");
+  player.SelectDevice(player.DeviceCount() - 1);
+  platform::SoundTouchTransform transform;
+  SoundPump pump(player, transform);
+  pump.Load(Tone(440, 20, kRate));
+  pump.Play();
+  EXPECT_TRUE(loop.WaitUntil([&] { return DeviceChange::SoundsOn() == "Second"; }, kPatience));
+  EXPECT_TRUE(loop.WaitUntil([&] { return player.PlayedSamples() > kRate; }, kPatience));
+  pump.Stop();
 }
 
 }  // namespace

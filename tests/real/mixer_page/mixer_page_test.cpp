@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QWidget>
 #include <memory>
 #include <string>
@@ -108,6 +110,22 @@ TEST_F(MixerPageOnADesk, ChosenDeviceBringsItsOwnVolumes) {
   EXPECT_TRUE(Until([] { return VolumeOf("sink", "Headset").rfind("70% 35%", 0) != 0; }));
   EXPECT_GE(PercentOf("Headset"), 67);
   EXPECT_EQ(VolumeOf("sink", "deck"), "100% 100%");
+}
+
+TEST_F(MixerPageOnADesk, DeviceThatComesWhileTheListIsOpenTakesNothingFromUnderTheHand) {
+  auto* const list = qobject_cast<QComboBox*>(shown.typist.Widget("DeviceCombo"));
+  const int before = list->count();
+  list->setFocus();
+  list->showPopup();
+  shown.typist.Rest(300);
+  shown.typist.Keys({keys::kDown});
+  PlugInOutput("Late");
+  ASSERT_TRUE(Until([&] { return list->count() == before + 1; }));
+  EXPECT_TRUE(list->view()->isVisible());
+  shown.typist.Keys({keys::kReturn});
+  EXPECT_TRUE(Until([&] { return form.txtMixerSelection.Value.Get() == "1"; }));
+  EXPECT_EQ(list->currentIndex(), 1);
+  EXPECT_EQ(form.DeviceCombo.TextAt(before, 0), "Late");
 }
 
 TEST_F(MixerPageOnADesk, EightSourcesHaveRoomBesideEachOther) {

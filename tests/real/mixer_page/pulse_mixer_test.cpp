@@ -219,6 +219,14 @@ TEST_F(PulseMixerTest, ChosenDeviceIsFoundByItsNameInThePlayersList) {
       << "a device that has gone is the default one";
 }
 
+TEST_F(PulseMixerTest, DevicesThatComeAndGoAreTold) {
+  EXPECT_EQ(Mixer().DevicesNow(), Names{"deck"});
+  const std::string second = PlugInOutput("Second");
+  EXPECT_TRUE(Until([&] { return Mixer().DevicesNow() == Names({"deck", "Second"}); }));
+  PullOut(second);
+  EXPECT_TRUE(Until([&] { return Mixer().DevicesNow() == Names{"deck"}; }));
+}
+
 TEST_F(PulseMixerTest, IndexThatDoesNotExistSelectsNothing) {
   for (const int index : {-1, Mixer().SourceCount()}) {
     Mixer().SelectSource(index);

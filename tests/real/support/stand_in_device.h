@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/sound/device_names.h"
 #include "platform/sound/output_device.h"
 #include "support/simulated_loop.h"
 #include "support/sound_analysis.h"
@@ -31,6 +32,9 @@ class StandInDevice : public platform::OutputDevice {
   Sound Out{.rate = 48000};
 
   std::vector<std::string> FindDevices() override { return Names; }
+  std::vector<std::string> LearnDevices(const std::vector<std::string>& present) override {
+    return Names = platform::WithNewNames(std::move(Names), present);
+  }
   int PreferredRate() override { return 48000; }
   bool Open(int index, int framesPerSecond, platform::RtMixer& mixer) override {
     Close();

@@ -22,6 +22,9 @@ class ThreadedDevice : public platform::OutputDevice {
   ThreadedDevice(const ThreadedDevice&) = delete;
 
   std::vector<std::string> FindDevices() override { return {"System default", "Headset"}; }
+  std::vector<std::string> LearnDevices(const std::vector<std::string>&) override {
+    return FindDevices();
+  }
   int PreferredRate() override { return kRate; }
   bool Open(int index, int framesPerSecond, platform::RtMixer& mixer) override;
   void Close() override;

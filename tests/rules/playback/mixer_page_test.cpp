@@ -42,6 +42,14 @@ struct MixerPageTest : testing::Test, PlaybackBench {
     }
     return names;
   }
+
+  Texts Devices() const {
+    Texts names;
+    for (int row = 0; row < static_cast<int>(config.DeviceCombo.Rows().size()); ++row) {
+      names.push_back(config.DeviceCombo.TextAt(row, 0));
+    }
+    return names;
+  }
 };
 
 TEST_F(MixerPageTest, ComingToTheFrontTakesTheStoredDevice) {
@@ -275,6 +283,72 @@ TEST_F(MixerPageTest, KeysMoveASliderStepByStep) {
   config.slBalance[0].Step(40);
   EXPECT_EQ(mixer.Devices[0][0].balance, 40);
   EXPECT_EQ(config.frmConfiguration.Focused(), &config.slBalance[0]);
+}
+
+TEST_F(MixerPageTest, DeviceThatIsPluggedInStandsBehindTheOthersAndNoIndexChanges) {
+  engine.InitializeNCTcontrol();
+  mixer.Plugged = {"Headset", "Device 0", "Device 1"};
+  mixer.TellChange();
+  EXPECT_EQ(Devices(), (Texts{"Device 0", "Device 1", "Headset"}));
+  mixer.Plugged = {"Device 1", "Speakers"};
+  mixer.TellChange();
+  EXPECT_EQ(Devices(), (Texts{"Device 0", "Device 1", "Headset", "Speakers"}));
+  mixer.Plugged = {"Headset", "Device 1", "Speakers"};
+  mixer.TellChange();
+  EXPECT_EQ(Devices(), (Texts{"Device 0", "Device 1", "Headset", "Speakers"}));
+  EXPECT_EQ(player.CurrentDevice(), 0);
+  config.DeviceCombo.RowClick(3);
+  EXPECT_EQ(player.DeviceName(), "Speakers");
+  EXPECT_EQ(config.txtMixerSelection.Value.Get(), "3");
+}
+
+TEST_F(MixerPageTest, DeviceThatIsPluggedInWhileASliderIsHeldIsListedAtOnce) {
+  engine.InitializeNCTcontrol();
+  config.slVolume[0].Press();
+  mixer.Plugged = {"Headset"};
+  mixer.TellChange();
+  EXPECT_EQ(Devices(), (Texts{"Device 0", "Device 1", "Headset"}));
+  config.slVolume[0].Release();
+}
+
+TEST_F(MixerPageTest, NewsBeforeTheListIsFilledLeaveNoDeviceInItTwice) {
+  mixer.Plugged = {"Device 1", "Headset"};
+  mixer.TellChange();
+  engine.InitializeNCTcontrol();
+  EXPECT_EQ(Devices(), (Texts{"Device 0", "Device 1", "Headset"}));
+}
+
+TEST_F(MixerPageTest, StoredDeviceThatWasMissingPlaysOnceItIsPluggedIn) {
+  config.txtMixerSelection.Value = "3";
+  engine.InitializeNCTcontrol();
+  page.ComesToFront();
+  ASSERT_EQ(player.CurrentDevice(), 0);
+  mixer.Plugged = {"Headset"};
+  mixer.TellChange();
+  EXPECT_EQ(player.CurrentDevice(), 0);
+  mixer.Plugged = {"Headset", "Speakers"};
+  mixer.TellChange();
+  EXPECT_EQ(player.DeviceName(), "Speakers");
+  EXPECT_EQ(config.txtMixerSelection.Value.Get(), "3");
+  EXPECT_EQ(config.DeviceCombo.ListIndex, 3);
+}
+
+TEST_F(MixerPageTest, ChosenDeviceGoesOnPlayingWhenAnotherComes) {
+  engine.InitializeNCTcontrol();
+  config.DeviceCombo.RowClick(1);
+  mixer.Plugged = {"Headset"};
+  mixer.TellChange();
+  EXPECT_EQ(player.CurrentDevice(), 1);
+}
+
+TEST_F(MixerPageTest, FirstDeviceOfAMachineThatHadNoneIsListedAndPlays) {
+  player.Devices = 0;
+  engine.InitializeNCTcontrol();
+  mixer.Plugged = {"Headset"};
+  mixer.TellChange();
+  EXPECT_EQ(Devices(), Texts{"Headset"});
+  EXPECT_EQ(player.DeviceName(), "Headset");
+  EXPECT_TRUE(player.DeviceHasMixer());
 }
 
 TEST_F(MixerPageTest, MachineWithoutASoundCardStaysEmpty) {
