@@ -3,6 +3,8 @@
 
 import contextlib
 import io
+import os
+import subprocess
 import sys
 import unittest
 from pathlib import Path
@@ -10,7 +12,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "benchmarks"))
 
 from documents import composed_name, wave_header
-from figures import Group, alternate, fields, median, short
+from figures import Group, alternate, fields, median, run_seconds, short, wake_ups
 
 
 def end_of(group):
@@ -54,6 +56,14 @@ class Figures(unittest.TestCase):
     def test_values_keep_three_digits_that_count(self):
         texts = [short(value) for value in (0, 0.00123456, 0.081234, 1.0899, 12.3456, 40321.4)]
         self.assertEqual(texts, ["0", "0.00123", "0.0812", "1.09", "12.35", "40321"])
+
+    def test_process_that_waits_is_woken_and_one_that_computes_uses_time(self):
+        before = wake_ups(os.getpid())
+        subprocess.run(["cat"], input=b"x" * 1_000_000, stdout=subprocess.PIPE, check=True)
+        self.assertGreater(wake_ups(os.getpid()), before)
+        used = run_seconds(os.getpid())
+        self.assertEqual(sum(number % 7 for number in range(1_000_000)), 2_999_997)
+        self.assertGreater(run_seconds(os.getpid()), used)
 
     def test_fields_read_by_name(self):
         self.assertEqual(fields("first=0.5 again=0.25\n"), {"first": 0.5, "again": 0.25})
