@@ -33,10 +33,21 @@ struct Often {
   int weight;
 };
 constexpr std::array kOften{
-    Often{"cmdPlay", 12},          Often{"cmdStop", 8},     Often{"cmdComplete", 4},
-    Often{"cmdSave", 4},           Often{"cmdSkip", 4},     Often{"cmdRewind", 3},
-    Often{"cmdForward", 3},        Often{"cmdSkipBeg", 3},  Often{"cmdSkipEnd", 3},
-    Often{"cmdUpdateFileList", 6}, Often{"slPosition", 12}, Often{"mnuClose", 8},
+    Often{"cmdPlay", 12},
+    Often{"cmdStop", 8},
+    Often{"cmdComplete", 4},
+    Often{"cmdSave", 4},
+    Often{"cmdSkip", 4},
+    Often{"cmdRewind", 3},
+    Often{"cmdForward", 3},
+    Often{"cmdSkipBeg", 3},
+    Often{"cmdSkipEnd", 3},
+    Often{"cmdUpdateFileList", 6},
+    Often{"slPosition", 12},
+    Often{"mnuClose", 8},
+    Often{"cmdImportCompleteSnipetStop", 3},
+    Often{"cmdNormalSpeed", 2},
+    Often{"cmdWavConvMode", 3},
 };
 
 bool StandsFor(std::string_view name, std::string_view control) {
