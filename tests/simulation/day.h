@@ -42,7 +42,7 @@ class Day {
   Chance chance_;
   Trace trace_;
   Desk desk_{conditions_};
-  Ledger ledger_{Desk::kRoot};
+  Ledger ledger_{test::kRoot};
   World world_;
   Typist typist_;
 };

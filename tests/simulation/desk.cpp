@@ -88,7 +88,7 @@ Desk::Desk(const Conditions& conditions) {
 }
 
 void Desk::ProvideShare() {
-  const std::string share = kShare;
+  const std::string& share = test::kShare;
   for (const char* name : {"Welcome", "Complete", "RewindTone", "ForwardEnd"}) {
     disk.WithFile(share + "/Prompts/" + name + ".wav", name);
   }

@@ -18,8 +18,7 @@ struct DeckBench : SimulatedPlatform {
 
   DeckBench() {
     disk.WithFolder(kRoot);
-    for (const char* folder : {"/Prompts", "/Fascia"})
-      disk.WithFolder(std::string(kShare) + folder);
+    for (const char* folder : {"/Prompts", "/Fascia"}) disk.WithFolder(kShare + folder);
     PlaceSettings();
   }
 

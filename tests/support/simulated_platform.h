@@ -5,6 +5,7 @@
 #include <string>
 
 #include "shell/platform.h"
+#include "support/install.h"
 #include "support/simulated_audio.h"
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
@@ -22,9 +23,6 @@ template <std::derived_from<SimulatedLoop> Loop, std::derived_from<SimulatedDisk
           std::derived_from<SimulatedAudioFile> AudioFile>
 class SimulatedPlatformOf {
  public:
-  static constexpr const char* kRoot = "/home/typist/Lyrane/TavloDeck";
-  static constexpr const char* kShare = "/usr/share/tavlodeck";
-
   SimulatedPlatformOf() requires std::default_initializable<AudioFile> {}
   SimulatedPlatformOf() requires std::constructible_from<AudioFile, const Disk&> : file(disk) {}
   SimulatedPlatformOf(const SimulatedPlatformOf&) = delete;

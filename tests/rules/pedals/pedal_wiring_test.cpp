@@ -153,8 +153,7 @@ TEST_F(PedalWiringTest, DocumentThatAFootBeginsUnderTheExitQuestionKeepsTheProgr
 TEST_F(PedalWiringTest, OlderRootGetsTheWatcherLibrary) {
   disk.WithFile("/usr/share/tavlodeck/PedalWatch.so", "watch");
   StartUntilReady();
-  EXPECT_EQ(disk.LinkTarget(std::string(kRoot) + "/PedalWatch.so"),
-            "/usr/share/tavlodeck/PedalWatch.so");
+  EXPECT_EQ(disk.LinkTarget(kRoot + "/PedalWatch.so"), "/usr/share/tavlodeck/PedalWatch.so");
 }
 
 }  // namespace

@@ -131,7 +131,7 @@ TEST_F(DeckTest, LoadMakesTheFolderTree) {
   StartUntilReady();
   for (const char* folder : {"/Files/InQueue", "/Files/Completed", "/Files/ImportQueue/25",
                              "/Reports", "/PlaceOldDatabaseHere", "/Files/FtpQueue"}) {
-    EXPECT_TRUE(disk.Has(std::string(kRoot) + folder)) << folder;
+    EXPECT_TRUE(disk.Has(kRoot + folder)) << folder;
   }
 }
 
