@@ -26,6 +26,14 @@ struct PedalBench : PlaybackBench {
     config.txtUSBorSerialFootPedal.Value = "U";
   }
 
+  /// In seconds.
+  static constexpr int kNoon = 20 * 3600;
+  /// Lays forty hours under the player and puts them in work at their noon: more than any test
+  /// winds and plays, so that no end of the document cuts in.
+  void WorkInTheMiddleOfHours() {
+    Lay({.samples = playback::SampleCount{2} * kNoon * 8000, .rate = 8000, .channels = 1});
+    WorkAt(kNoon);
+  }
   /// A document is in work and stopped at this second.
   void WorkAt(double second) {
     Play();

@@ -54,13 +54,13 @@ constexpr Key kSkip{&forms::MainForm::cmdSkip, "Return"};
 constexpr std::array kKeys{kComplete, kSave, kSkip};
 
 /// A document in work and another that waits.
-struct Trial : ListsBench {
+struct FinishingTrial : ListsBench {
   const std::string completedName = Document().By("Brown").Name();
   const std::string savedName = Document().By("Brown").Saved(40'000).Name();
   const std::string other = Document().By("Okafor").Name();
   std::string document = completedName;
 
-  explicit Trial(const Scene& scene) {
+  explicit FinishingTrial(const Scene& scene) {
     config.txtAutoPreview.Value = "0";
     if (scene.savedBefore) document = Document().By("Brown").Saved(4000).Name();
     if (scene.completedElsewhere) disk.WithFileSystemAt(folders.CompletedPath());
@@ -102,7 +102,7 @@ struct Trial : ListsBench {
   }
 };
 
-void ExpectNothingLost(const Trial& trial, const Scene& scene) {
+void ExpectNothingLost(const FinishingTrial& trial, const Scene& scene) {
   EXPECT_FALSE(trial.PlacesOfDocument().empty());
   EXPECT_EQ(trial.disk.FilesHolding("sound of " + trial.other).size(), 1u);
   if (scene.nameTaken) {
@@ -119,7 +119,7 @@ void ExpectNothingLost(const Trial& trial, const Scene& scene) {
 bool IsKey(const Key& a, const Key& b) { return a.command == b.command; }
 
 /// What the key asked for stands on the disk, just so.
-bool Happened(const Trial& trial, const Key& key) {
+bool Happened(const FinishingTrial& trial, const Key& key) {
   if (IsKey(key, kSkip)) return true;
   const std::string place = IsKey(key, kSave) ? trial.folders.InQueuePath + trial.savedName
                                               : trial.folders.CompletedPath() + trial.completedName;
@@ -127,10 +127,12 @@ bool Happened(const Trial& trial, const Key& key) {
 }
 
 /// The caption counts only a list that is whole.
-bool ListIsWhole(const Trial& trial) { return trial.form.frameInQueue.Caption.Get() != "Queue"; }
+bool ListIsWhole(const FinishingTrial& trial) {
+  return trial.form.frameInQueue.Caption.Get() != "Queue";
+}
 
 /// Nothing is spoken of that did not happen.
-void ExpectWords(Trial& trial, const Key& key, const Scene& scene) {
+void ExpectWords(FinishingTrial& trial, const Key& key, const Scene& scene) {
   Names words;
   if (!scene.queuesByItself && Happened(trial, key)) {
     words.push_back(key.word);
@@ -142,7 +144,8 @@ void ExpectWords(Trial& trial, const Key& key, const Scene& scene) {
 
 /// The quiet line speaks of what went otherwise, and of nothing else: where the document is, where
 /// the one is that it displaced, and that the list is not whole.
-void ExpectQuietLine(const Trial& trial, const Key& key, const Scene& scene, DiskResult fault) {
+void ExpectQuietLine(const FinishingTrial& trial, const Key& key, const Scene& scene,
+                     DiskResult fault) {
   const std::string& line = trial.form.lblNotice.Value;
   const bool cutShort = !ListIsWhole(trial) && fault == DiskResult::ProcessInTrouble;
   const Names earlier = trial.disk.FilesHolding("the earlier one");
@@ -165,7 +168,7 @@ void ExpectQuietLine(const Trial& trial, const Key& key, const Scene& scene, Dis
 
 /// The first row that is not Saved is selected by itself, and no other; none of a list that could
 /// not be read.
-void ExpectNextDocument(Trial& trial) {
+void ExpectNextDocument(FinishingTrial& trial) {
   if (!ListIsWhole(trial)) {
     EXPECT_EQ(trial.form.listViewInQueue.ListIndex, -1);
     EXPECT_FALSE(trial.form.cmdPlay.Enabled);
@@ -180,7 +183,7 @@ void ExpectNextDocument(Trial& trial) {
   }
 }
 
-void ExpectListIsBack(Trial& trial) {
+void ExpectListIsBack(FinishingTrial& trial) {
   EXPECT_TRUE(trial.window.guards.TransportMayAct());
   EXPECT_TRUE(trial.window.guards.ListsMayChange());
   EXPECT_FALSE(trial.window.MiniPlayerShows());
@@ -191,7 +194,7 @@ void ExpectListIsBack(Trial& trial) {
   EXPECT_FALSE(trial.form.cmdSkip.Enabled);
 }
 
-void ExpectNextScanShowsTheTruth(Trial& trial) {
+void ExpectNextScanShowsTheTruth(FinishingTrial& trial) {
   trial.disk.Heal();
   trial.form.cmdUpdateFileList.Press(By::Hand);
   EXPECT_EQ(trial.Listed(), trial.Waiting());
@@ -216,7 +219,7 @@ void FailAtEachOperation(const Key& key, const Look& look) {
         Fault fault{failing, true};
         for (int nth = 1; fault.fired; ++nth) {
           SCOPED_TRACE(std::string(scene.name) + ", operation " + std::to_string(nth));
-          Trial trial(scene);
+          FinishingTrial trial(scene);
           ASSERT_TRUE((trial.form.*key.command).Reachable());
           trial.disk.FailOperation(nth, result, failing);
           (trial.form.*key.command).Press(By::Hand);
@@ -235,7 +238,7 @@ void FailAtEachOperation(const Key& key, const Look& look) {
 }
 
 TEST(FinishingFaults, CompleteTakesTheDocumentOutOfTheQueueThoughAnyOneOperationFails) {
-  FailAtEachOperation(kComplete, [](Trial& trial, const Scene& scene, const Fault& fault) {
+  FailAtEachOperation(kComplete, [](FinishingTrial& trial, const Scene& scene, const Fault& fault) {
     if (!scene.queuesByItself) {
       EXPECT_EQ(trial.opening.SelectedQueueFile, "");
     }
@@ -253,13 +256,13 @@ TEST(FinishingFaults, CompleteTakesTheDocumentOutOfTheQueueThoughAnyOneOperation
 }
 
 TEST(FinishingFaults, CompleteLeavesAtMostTwoWholeDocumentsWhateverFailsForGood) {
-  FailAtEachOperation(kComplete, [](Trial& trial, const Scene&, const Fault&) {
+  FailAtEachOperation(kComplete, [](FinishingTrial& trial, const Scene&, const Fault&) {
     EXPECT_LE(trial.PlacesOfDocument().size(), 2u);
   });
 }
 
 TEST(FinishingFaults, SaveLeavesTheDocumentInTheQueueUnderTheNameThatIsSelected) {
-  FailAtEachOperation(kSave, [](Trial& trial, const Scene& scene, const Fault& fault) {
+  FailAtEachOperation(kSave, [](FinishingTrial& trial, const Scene& scene, const Fault& fault) {
     const Names places = trial.PlacesOfDocument();
     ASSERT_EQ(places.size(), 1u);
     const std::string name = places[0].substr(trial.folders.InQueuePath.size());
@@ -274,7 +277,7 @@ TEST(FinishingFaults, SaveLeavesTheDocumentInTheQueueUnderTheNameThatIsSelected)
 }
 
 TEST(FinishingFaults, SkipLeavesTheDocumentAsItWas) {
-  FailAtEachOperation(kSkip, [](Trial& trial, const Scene& scene, const Fault&) {
+  FailAtEachOperation(kSkip, [](FinishingTrial& trial, const Scene& scene, const Fault&) {
     EXPECT_EQ(trial.PlacesOfDocument(), Names{trial.folders.InQueuePath + trial.document});
     EXPECT_TRUE(trial.disk.Changes().empty());
     if (!scene.queuesByItself) {
@@ -290,7 +293,7 @@ TEST(FinishingFaults, KillAtAnyOperationOfAnyKeyLosesNothing) {
       for (int nth = 1; killed; ++nth) {
         SCOPED_TRACE(std::string(key.word) + ", " + scene.name + ", operation " +
                      std::to_string(nth));
-        Trial trial(scene);
+        FinishingTrial trial(scene);
         ASSERT_TRUE(scene.unplayable || (trial.form.*key.command).Reachable());
         trial.disk.CrashAtOperation(nth);
         (trial.form.*key.command).Press(By::Hand);
@@ -309,7 +312,7 @@ TEST(FinishingFaults, RefreshChangesNoFileAndTheNextOneShowsTheTruth) {
       bool fired = true;
       for (int nth = 1; fired; ++nth) {
         SCOPED_TRACE("operation " + std::to_string(nth));
-        Trial trial(kScenes[0]);
+        FinishingTrial trial(kScenes[0]);
         trial.form.cmdSkip.Press(By::Hand);
         trial.disk.Operations.clear();
         trial.disk.FailOperation(nth, fault, failing);

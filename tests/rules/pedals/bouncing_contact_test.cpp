@@ -20,9 +20,6 @@ constexpr SerialLines kUp{};
 constexpr std::array kPedals{SerialLines{.CDHolding = true}, SerialLines{.DSRHolding = true},
                              SerialLines{.CTSHolding = true}};
 constexpr unsigned kSeed = 3;
-/// Longer than all that is wound and played between two presses.
-constexpr SampleCount kHours = 8000LL * 3600 * 40;
-constexpr double kNoon = 3600 * 20;
 
 /// What a line does, from the first change on.
 struct Change {
@@ -67,9 +64,8 @@ struct BounceBench : PedalBench {
   explicit BounceBench(bool told) {
     port.CanTell = told;
     port.TellsAtOnce = false;
-    Lay({.samples = kHours, .rate = 8000, .channels = 1});
     config.txtSkipBegEnd.Value = "Y";
-    WorkAt(kNoon);
+    WorkInTheMiddleOfHours();
     ChooseSerial();
     loop.Advance(1000ms);
   }

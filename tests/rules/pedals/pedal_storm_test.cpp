@@ -14,8 +14,6 @@ using playback::Wind;
 
 constexpr unsigned kSeeds = 2;
 constexpr int kPresses = 1000;
-/// Longer than all that is wound and played in a run, so that no end of the document cuts in.
-constexpr SampleCount kHours = 8000LL * 3600 * 40;
 
 /// A foot that presses, bounces and releases without reason.
 struct Foot {
@@ -33,9 +31,8 @@ struct Foot {
 
 struct StormBench : PedalBench {
   StormBench() {
-    Lay({.samples = kHours, .rate = 8000, .channels = 1});
     config.txtSkipBegEnd.Value = "N";
-    WorkAt(3600 * 20);
+    WorkInTheMiddleOfHours();
   }
 
   /// What the last report says is what the player does.

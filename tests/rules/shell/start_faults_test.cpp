@@ -17,7 +17,7 @@ constexpr std::array kFaults{DiskResult::NoSpace, DiskResult::NoAccess, DiskResu
 constexpr std::array kFailings{SimulatedDisk::Failing::Once, SimulatedDisk::Failing::ForGood};
 
 /// A root that stands, with a document that waits.
-struct Trial : DeckBench {
+struct StartTrial : DeckBench {
   const std::string document = Drop(Document().Name());
 
   void ExpectReady() {
@@ -33,7 +33,7 @@ TEST(StartFaults, StartThatMeetsAnyFaultIsReadyOrSaysWhyItIsNotAndLosesNothing) 
       bool fired = true;
       for (int nth = 1; fired; ++nth) {
         SCOPED_TRACE("operation " + std::to_string(nth));
-        Trial trial;
+        StartTrial trial;
         trial.disk.FailOperation(nth, fault, failing);
         trial.StartUntilReady();
         fired = static_cast<int>(trial.disk.Operations.size()) >= nth;

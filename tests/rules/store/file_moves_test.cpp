@@ -260,8 +260,8 @@ const Scene kScenes[] = {
     {"to a share over another", kRoot + "/Files/InQueue/a.wav", "/share/a.wav", true},
 };
 
-struct Trial : Place {
-  explicit Trial(const Scene& scene) {
+struct MoveTrial : Place {
+  explicit MoveTrial(const Scene& scene) {
     disk.WithFile(scene.source, "the new dictation");
     if (scene.targetStands) disk.WithFile(scene.target, "the old dictation");
   }
@@ -277,12 +277,12 @@ const Routine kMoveOrRescue = [](store::FileMoves& moves, const Scene& scene) {
 
 /// Runs the routine once for each N with a fault at its Nth operation, until none is left to fail.
 void ForEachOperation(const Scene& scene, const Routine& routine,
-                      const std::function<void(Trial&, int)>& arm,
-                      const std::function<void(Trial&, const store::Moved&)>& check) {
+                      const std::function<void(MoveTrial&, int)>& arm,
+                      const std::function<void(MoveTrial&, const store::Moved&)>& check) {
   int operations = 1;
   for (int nth = 1; nth <= operations; ++nth) {
     SCOPED_TRACE(std::string(scene.name) + ", operation " + std::to_string(nth));
-    Trial trial(scene);
+    MoveTrial trial(scene);
     arm(trial, nth);
     const store::Moved moved = routine(trial.moves, scene);
     operations = std::max(operations, static_cast<int>(trial.disk.Operations.size()));
@@ -291,7 +291,7 @@ void ForEachOperation(const Scene& scene, const Routine& routine,
   EXPECT_GE(operations, 1);
 }
 
-void ExpectNothingLost(Trial& trial, const Scene& scene) {
+void ExpectNothingLost(MoveTrial& trial, const Scene& scene) {
   EXPECT_FALSE(trial.disk.FilesHolding("the new dictation").empty());
   if (scene.targetStands) {
     EXPECT_EQ(trial.disk.FilesHolding("the old dictation").size(), 1u);
@@ -305,8 +305,8 @@ TEST(FileMovesFaults, FailureOfAnyOperationLosesNothing) {
         for (const Routine& routine : {kMove, kMoveOrRescue}) {
           ForEachOperation(
               scene, routine,
-              [&](Trial& trial, int nth) { trial.disk.FailOperation(nth, fault, failing); },
-              [&](Trial& trial, const store::Moved&) { ExpectNothingLost(trial, scene); });
+              [&](MoveTrial& trial, int nth) { trial.disk.FailOperation(nth, fault, failing); },
+              [&](MoveTrial& trial, const store::Moved&) { ExpectNothingLost(trial, scene); });
         }
       }
     }
@@ -317,8 +317,8 @@ TEST(FileMovesFaults, MoveThatFailsLeavesTheSourceInItsPlace) {
   for (const Scene& scene : kScenes) {
     ForEachOperation(
         scene, kMove,
-        [](Trial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::NoAccess); },
-        [&](Trial& trial, const store::Moved& moved) {
+        [](MoveTrial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::NoAccess); },
+        [&](MoveTrial& trial, const store::Moved& moved) {
           const bool sourceStands = trial.disk.Contents(scene.source) == "the new dictation";
           EXPECT_EQ(sourceStands, moved.result != DiskResult::Done);
         });
@@ -329,8 +329,8 @@ TEST(FileMovesFaults, MoveThatSaysDoneHasAWholeTarget) {
   for (const Scene& scene : kScenes) {
     ForEachOperation(
         scene, kMove,
-        [](Trial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::Failed); },
-        [&](Trial& trial, const store::Moved& moved) {
+        [](MoveTrial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::Failed); },
+        [&](MoveTrial& trial, const store::Moved& moved) {
           const bool whole = trial.disk.Contents(scene.target) == "the new dictation";
           EXPECT_EQ(moved.arrived, whole);
           EXPECT_TRUE(moved.result != DiskResult::Done || whole);
@@ -340,7 +340,7 @@ TEST(FileMovesFaults, MoveThatSaysDoneHasAWholeTarget) {
 
 /// Where the move says that it put something stands just that, and what it does not speak of stands
 /// where it stood.
-void ExpectTold(const Trial& trial, const Scene& scene, const store::Moved& moved) {
+void ExpectTold(const MoveTrial& trial, const Scene& scene, const store::Moved& moved) {
   if (!moved.rescued.empty()) {
     EXPECT_NE(moved.result, DiskResult::Done);
     EXPECT_EQ(trial.disk.Contents(moved.rescued), "the new dictation");
@@ -361,10 +361,10 @@ TEST(FileMovesFaults, WhereEachDocumentIsAfterAFailureIsTold) {
       for (const Routine& routine : {kMove, kMoveOrRescue}) {
         ForEachOperation(
             scene, routine,
-            [&](Trial& trial, int nth) {
+            [&](MoveTrial& trial, int nth) {
               trial.disk.FailOperation(nth, DiskResult::NoAccess, failing);
             },
-            [&](Trial& trial, const store::Moved& moved) { ExpectTold(trial, scene, moved); });
+            [&](MoveTrial& trial, const store::Moved& moved) { ExpectTold(trial, scene, moved); });
       }
     }
   }
@@ -377,8 +377,8 @@ TEST(FileMovesFaults, DocumentThatIsToStayIsNeverDisplaced) {
         [](store::FileMoves& moves, const Scene& of) {
           return moves.Move(of.source, of.target, store::InTheWay::Stays);
         },
-        [](Trial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::NoSpace); },
-        [&](Trial& trial, const store::Moved& moved) {
+        [](MoveTrial& trial, int nth) { trial.disk.FailOperation(nth, DiskResult::NoSpace); },
+        [&](MoveTrial& trial, const store::Moved& moved) {
           if (scene.targetStands) {
             EXPECT_EQ(trial.disk.Contents(scene.target), "the old dictation");
             EXPECT_EQ(trial.disk.Contents(scene.source), "the new dictation");
@@ -392,7 +392,7 @@ TEST(FileMovesFaults, CrashAtAnyOperationLosesNothing) {
   for (const Scene& scene : kScenes) {
     for (int nth = 1; nth <= 20; ++nth) {
       SCOPED_TRACE(std::string(scene.name) + ", operation " + std::to_string(nth));
-      Trial trial(scene);
+      MoveTrial trial(scene);
       trial.disk.CrashAtOperation(nth);
       std::ignore = trial.moves.Move(scene.source, scene.target);
       ExpectNothingLost(trial, scene);
@@ -404,7 +404,7 @@ TEST(FileMovesFaults, PowerCutAtAnyOperationLosesNothing) {
   for (const Scene& scene : kScenes) {
     for (int nth = 1; nth <= 20; ++nth) {
       SCOPED_TRACE(std::string(scene.name) + ", operation " + std::to_string(nth));
-      Trial trial(scene);
+      MoveTrial trial(scene);
       trial.disk.CrashAtOperation(nth);
       std::ignore = trial.moves.Move(scene.source, scene.target);
       trial.disk.LoseWhatWasNotFlushed();
@@ -423,7 +423,7 @@ TEST(FileMovesFaults, SameMoveAfterACrashSettlesTheMatter) {
   for (const Scene& scene : kScenes) {
     for (int nth = 1; nth <= 20; ++nth) {
       SCOPED_TRACE(std::string(scene.name) + ", operation " + std::to_string(nth));
-      Trial trial(scene);
+      MoveTrial trial(scene);
       trial.disk.CrashAtOperation(nth);
       std::ignore = trial.moves.Move(scene.source, scene.target);
       trial.disk.Heal();
