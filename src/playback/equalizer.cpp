@@ -4,8 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "store/settings_fields.h"
-
 namespace tavlo::playback {
 namespace {
 
@@ -33,7 +31,10 @@ constexpr Equalizer::Preset Equalizer::kPresets[] = {
 };
 
 Equalizer::Equalizer(base::Loop& loop, forms::ConfigurationForm& config, AudioPlayer& player)
-    : loop_(loop), config_(config), player_(player) {
+    : loop_(loop),
+      config_(config),
+      player_(player),
+      pairs_(window::PairsOn(config.frameConfigEqualizer, window::ConfigurationBindings(config))) {
   config_.chkEqEnable.OnClick = [this] {
     SwitchOnOrOff();
     FocusAway();
@@ -56,7 +57,7 @@ void Equalizer::ApplyStored() {
 
 void Equalizer::ShowStored() {
   // The keys of the curves follow the box.
-  config_.chkEqEnable.Value = store::IsYes(config_.txtEqEnable.Value.Get());
+  for (const window::Binding& pair : pairs_) pair.ShowTick();
   ColourChoice();
 }
 
@@ -64,7 +65,7 @@ forms::PresetCommand& Equalizer::KeyOf(const Preset& preset) { return config_.*p
 
 void Equalizer::SwitchOnOrOff() {
   const bool on = config_.chkEqEnable.Value;
-  config_.txtEqEnable.Value = on ? "Y" : "N";
+  for (const window::Binding& pair : pairs_) pair.TakeTick();
   for (const Preset& preset : kPresets) KeyOf(preset).Enabled = on;
   player_.SetEqualizerEnabled(on);
   if (on) SendGains();

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "base/loop.h"
 #include "forms/configuration_form.h"
 #include "playback/audio_objects.h"
+#include "window/bindings.h"
 #include "window/configuration_page.h"
 
 namespace tavlo::playback {
@@ -40,6 +42,8 @@ class Equalizer : public window::ConfigurationPage {
   base::Loop& loop_;
   forms::ConfigurationForm& config_;
   AudioPlayer& player_;
+  /// The check box of the switch with the text behind it.
+  const std::vector<window::Binding> pairs_;
 };
 
 }  // namespace tavlo::playback

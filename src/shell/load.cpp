@@ -39,7 +39,7 @@ void Load::LoadMainWindow() {
   if (settings.DeleteCompletedFiles > 0) rooms_.annex.PurgeCompletedFiles();
   InitializeWorkAreas();
   settings.FillEmptySettings();
-  form.chkImportSynchronize.Value = form.txtImportSynchronize.Value.Get() == "Y";
+  for (const auto& pair : window::PairsOn(form.frameImport, settings.Bindings())) pair.ShowTick();
   rooms_.usbPedal.StartWatch();
   settings.TakeAudioPrompts();
   rooms_.soundShaping.ApplyStored();

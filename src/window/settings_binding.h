@@ -4,7 +4,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "base/loop.h"
@@ -12,31 +11,14 @@
 #include "forms/main_form.h"
 #include "store/settings_store.h"
 #include "store/work_folders.h"
+#include "window/bindings.h"
+#include "window/row_binding.h"
+#include "window/settings_saver.h"
 
 namespace tavlo::window {
 
-/// How the value of a control comes into the database.
-enum class Saving {
-  Listed,     ///< Assigned when the configuration closes.
-  WithRow,    ///< Goes along with that row, after what is assigned.
-  AtChange,   ///< Written whenever it changes: its control stands on the main window.
-  WithPlace,  ///< Written with the place of the mini-player only.
-  WithFtpRow  ///< Assigned when the row of the Ftp page is saved.
-};
-
-/// One field and the control that shows it: a text, or a check box for a stored truth.
-struct Binding {
-  std::string_view field;
-  Saving saving;
-  forms::Text* text = nullptr;
-  forms::Choice* check = nullptr;
-
-  std::string Shown() const;
-  void Show(const std::string& stored) const;
-};
-
-/// Says which control shows which field of the settings, and moves the values both ways. After
-/// `Load` the controls are the live copy: who needs a setting reads its control.
+/// Moves the values of the settings into their controls and back. After `Load` the controls are the
+/// live copy: who needs a setting reads its control.
 ///
 /// A save that fails is told once, until one succeeds again. Its values are kept, and `Flush` tries
 /// again.
@@ -70,33 +52,28 @@ class SettingsBinding {
   /// Tries again what could not be saved. True when nothing is left unsaved.
   bool Flush();
 
-  /// The row of the Ftp page, from 0.
-  int FtpRow() const { return ftpRow_; }
-  /// Shows another row and forgets what the page held. A row that does not exist is not shown.
-  void ShowFtpRow(int row);
-  /// Writes the row that shows, in a transaction of its own.
-  bool SaveFtpRow();
+  /// The server profile that shows on the Ftp page.
+  RowBinding& FtpProfile() { return ftpProfile_; }
+  /// For whoever saves rows of another table.
+  SettingsSaver& Saver() { return saver_; }
 
+  /// The fields of the one row of the general settings.
   const std::vector<Binding>& Bindings() const { return bindings_; }
 
  private:
   void StoreChanged();
   store::Assignments Collect(Saving saving) const;
-  bool Write(store::Table table, int row, const store::Assignments& fields);
-  void TellFailure();
+  bool Write(const store::Assignments& fields);
 
-  base::Loop& loop_;
   forms::ConfigurationForm& config_;
   store::SettingsStore& settings_;
   const store::WorkFolders& folders_;
-  std::vector<Binding> bindings_;
+  SettingsSaver saver_;
+  const std::vector<Binding> bindings_;
+  RowBinding ftpProfile_;
   /// What the database holds of the fields that are written at each change.
   std::map<std::string_view, std::string> stored_;
-  int ftpRow_ = 0;
   bool loading_ = false;
-  bool failureTold_ = false;
-  /// What a failed save should have written, by table and row.
-  std::map<std::pair<store::Table, int>, store::Record> unsaved_;
 };
 
 }  // namespace tavlo::window

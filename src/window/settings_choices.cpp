@@ -1,12 +1,11 @@
 #include "window/settings_choices.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <utility>
 
 #include "base/text.h"
-#include "store/settings_fields.h"
+#include "store/work_folders.h"
 
 namespace tavlo::window {
 namespace {
@@ -14,23 +13,6 @@ namespace {
 /// A box for numbers holds its number as text.
 void KeepNumber(forms::Text& text) {
   text.OnChange = [&text] { text.Value = base::NumberText(base::NumberValue(text.Value.Get())); };
-}
-
-/// The boxes that stand for a text of "Y" or "N".
-struct YesNoPair {
-  forms::Choice& box;
-  forms::Text& text;
-};
-
-std::array<YesNoPair, 8> YesNoPairs(forms::ConfigurationForm& config) {
-  return {{{config.chkAutoImportMode, config.txtAutoImport},
-           {config.chkAccelerateWindIncrement, config.txtAccelerateWindIncrement},
-           {config.chkAutoQueueJob, config.txtAutoQueueJob},
-           {config.chkMinimizeMiniPlayer, config.txtMinimizeMiniPlayer},
-           {config.chkSkipBegEnd, config.txtSkipBegEnd},
-           {config.chkAudioPrompts, config.txtAudioPrompts},
-           {config.chkAlwaysOnTop, config.txtAlwaysOnTop},
-           {config.chkShowCustomDisplay, config.txtShowCustomDisplay}}};
 }
 
 }  // namespace
@@ -43,6 +25,7 @@ SettingsChoices::SettingsChoices(MainWindow& window, SettingsBinding& settings, 
       settings_(settings),
       brand_(brand),
       pedal_(pedal),
+      pairs_(PairsOn(config_.frameSettings, settings.Bindings())),
       alerts_(config_, settings, timer) {
   BindSliders();
   BindCheckBoxes();
@@ -84,29 +67,24 @@ void SettingsChoices::BindSliders() {
 }
 
 void SettingsChoices::BindCheckBoxes() {
-  for (const YesNoPair& pair : YesNoPairs(config_)) Pair(pair.box, pair.text);
-  Pair(config_.chkAudioPrompts, config_.txtAudioPrompts, [this] { settings_.TakeAudioPrompts(); });
-  Pair(config_.chkAlwaysOnTop, config_.txtAlwaysOnTop,
-       [this] { main_.frmMain.TopMost = config_.chkAlwaysOnTop.Value.Get(); });
-  Pair(config_.chkShowCustomDisplay, config_.txtShowCustomDisplay,
-       [this] { brand_.ApplyBranding(); });
+  for (const Binding& pair : pairs_) {
+    pair.check->OnClick = [this, &pair] {
+      pair.TakeTick();
+      ActAtOnce(*pair.check);
+      FocusAway();
+    };
+  }
 }
 
-void SettingsChoices::Pair(forms::Choice& box, forms::Text& text, std::function<void()> also) {
-  box.OnClick = [this, &box, &text, also = std::move(also)] {
-    text.Value = store::YesNo(box.Value);
-    also();
-    FocusAway();
-  };
+/// What some of the boxes do besides, once their texts are written.
+void SettingsChoices::ActAtOnce(const forms::Choice& box) {
+  if (&box == &config_.chkAudioPrompts) settings_.TakeAudioPrompts();
+  if (&box == &config_.chkAlwaysOnTop) main_.frmMain.TopMost = box.Value.Get();
+  if (&box == &config_.chkShowCustomDisplay) brand_.ApplyBranding();
+  if (&box == &config_.chkSwapRewindForwardPedals) ShowPedalSense();
 }
 
 void SettingsChoices::BindPedals() {
-  // This box works the other way round from its caption: on stores "N".
-  config_.chkSwapRewindForwardPedals.OnClick = [this] {
-    config_.txtSwapRewFwdPedals.Value = store::YesNo(!config_.chkSwapRewindForwardPedals.Value);
-    ShowPedalSense();
-    FocusAway();
-  };
   config_.txtUSBorSerialFootPedal.OnChange = [this] {
     const bool usb = config_.txtUSBorSerialFootPedal.Value.Get() == "U";
     config_.optionUSB.Value = usb;
@@ -155,10 +133,7 @@ void SettingsChoices::SetSliders() {
 }
 
 void SettingsChoices::SetCheckBoxes() {
-  for (const YesNoPair& pair : YesNoPairs(config_)) {
-    pair.box.Value = store::IsYes(pair.text.Value.Get());
-  }
-  config_.chkSwapRewindForwardPedals.Value = !store::IsYes(config_.txtSwapRewFwdPedals.Value.Get());
+  for (const Binding& pair : pairs_) pair.ShowTick();
   ShowPedalSense();
 }
 

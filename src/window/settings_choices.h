@@ -1,6 +1,6 @@
 #pragma once
 
-#include <functional>
+#include <vector>
 
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
@@ -40,8 +40,7 @@ class SettingsChoices : public ConfigurationPage {
   void BindCheckBoxes();
   void BindPedals();
   void BindTexts();
-  void Pair(
-      forms::Choice& box, forms::Text& text, std::function<void()> also = [] {});
+  void ActAtOnce(const forms::Choice& box);
   void SetSliders();
   void SetCheckBoxes();
   void ShowBackspace();
@@ -56,6 +55,7 @@ class SettingsChoices : public ConfigurationPage {
   SettingsBinding& settings_;
   Brand& brand_;
   PedalChoice& pedal_;
+  const std::vector<Binding> pairs_;
   AlertOptions alerts_;
 };
 

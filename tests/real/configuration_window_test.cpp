@@ -1,7 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "support/keys.h"
 #include "support/shown_windows.h"
+#include "window/bindings.h"
 
 namespace tavlo::test {
 namespace {
@@ -57,6 +65,69 @@ TEST_F(ConfigurationWindow, EveryWidgetOfASettingStandsInsideIt) {
     EXPECT_TRUE(window->rect().contains(place)) << name;
     EXPECT_GE(widget->height(), widget->minimumSizeHint().height()) << name;
   }
+}
+
+/// Whether a control has a widget on its window.
+bool HasAPlace(const forms::Control& control) {
+  const QString window = QString::fromStdString(control.Home().Name);
+  for (const QWidget* const top : QApplication::topLevelWidgets()) {
+    if (top->objectName() != window) continue;
+    if (&control == &control.Home()) return true;
+    if (top->findChild<QWidget*>(QString::fromStdString(control.Name))) return true;
+  }
+  return false;
+}
+
+TEST_F(ConfigurationWindow, EverySettingHasAPlaceButThoseThatHaveNoEffectYet) {
+  // What a hand changes where neither a check box nor the text itself can be seen.
+  const std::map<std::string_view, const forms::Control*> changedBy{
+      {"AutoBackspace", &form.sliderABS},
+      {"AutoPreview", &form.sliderAutoPreview},
+      {"WindIncrement", &form.sliderWindIncrement},
+      {"PromptVolume", &form.sldPromptVol},
+      {"USBorSerialFootPedal", &form.optionUSB},
+      {"EqualizerChoice", &form.cmdEqFlat},
+      {"MixerSelection", &form.DeviceCombo},
+      {"WorkWaitingAlertMode", &form.chkWorkWaitingAlertMode},
+      {"FaciaImagePointer", &shown.main.imageFaciaA},
+      {"Speed", &shown.main.Slider1},
+      {"Volume", &shown.main.sldVol},
+      {"FtpServerSelection", &shown.main.comboFtpServerNames},
+      {"PlayerTop", &shown.main.frmMain},
+      {"PlayerLeft", &shown.main.frmMain},
+      {"TitleBarHeight", &shown.main.frmMain},
+      {"ID", &form.dataFtpSettings},
+      {"FtpParseGenericPointer", &form.comboAuthorLastName}};
+  const auto controlOf = [&](const window::Binding& binding) -> const forms::Control* {
+    if (binding.check) return binding.check;
+    if (binding.text->Visible) return binding.text;
+    if (binding.field.starts_with("CustomEq")) {
+      return &form.sldEQ[std::stoul(std::string(binding.field.substr(8))) - 1];
+    }
+    const auto found = changedBy.find(binding.field);
+    return found == changedBy.end() ? nullptr : found->second;
+  };
+
+  std::set<std::string_view> without;
+  for (const auto& bindings : {window::ConfigurationBindings(form),
+                               window::MainBindings(shown.main), window::FtpBindings(form)}) {
+    for (const window::Binding& binding : bindings) {
+      const forms::Control* const control = controlOf(binding);
+      ASSERT_TRUE(control) << "nothing says by which control a hand changes " << binding.field;
+      if (!HasAPlace(*control)) without.insert(binding.field);
+    }
+  }
+  const std::set<std::string_view> ofTheListsAndPaths{
+      "AutoImportMode",      "AutoQueueRefreshInterval",
+      "AutoRefreshMode",     "DeleteCompletedFiles",
+      "Ds2QueuePath",        "Eu2QueuePath",
+      "Ew2QueuePath",        "NewDictationAlertInterval",
+      "ViewDelay",           "WavConvMode",
+      "WavQueuePath",        "WordProcessorPath",
+      "WorkWaitingAlertMode"};
+  std::set<std::string_view> expected = ofTheListsAndPaths;
+  for (const window::Binding& binding : window::FtpBindings(form)) expected.insert(binding.field);
+  EXPECT_EQ(without, expected);
 }
 
 TEST_F(ConfigurationWindow, TheCloseButtonOnlyAsks) {

@@ -52,7 +52,6 @@ std::string SettingsRules::Broken(Desk& desk) {
   const test::SimulatedDatabase& database = *desk.Settings();
   if (!PlaceIsSavedWhole(database)) return "A part of the place of the mini-player is saved.";
   for (const Binding& binding : desk.Rooms()->binding.Bindings()) {
-    if (!store::FindField(Table::GeneralSettings, binding.field)) continue;
     const Pair now{.shown = Meant(binding, desk), .stored = database.Value(binding.field)};
     const auto [first, isFirst] = asLoaded_.emplace(binding.field, now);
     const bool asItWasLoaded = isFirst || first->second == now;

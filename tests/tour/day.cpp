@@ -329,8 +329,11 @@ std::string Day::Cell(const std::string& author, int at) {
 
 std::string Day::Settings() {
   std::string all;
-  for (const window::Binding& binding : Rooms()->binding.Bindings()) {
-    all += std::string(binding.field) + " " + binding.Shown() + "\n";
+  window::SettingsBinding& settings = Rooms()->binding;
+  for (const auto& bindings : {settings.Bindings(), settings.FtpProfile().Bindings()}) {
+    for (const window::Binding& binding : bindings) {
+      all += std::string(binding.field) + " " + binding.Shown() + "\n";
+    }
   }
   return all;
 }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,6 @@ namespace {
 
 using store::Table;
 using window::Binding;
-using window::Saving;
 
 struct SettingsBindingTest : testing::Test, SettingsBench {
   std::vector<std::string> NamesOfLastSave() const {
@@ -30,17 +28,6 @@ struct SettingsBindingTest : testing::Test, SettingsBench {
     return general;
   }
 };
-
-TEST_F(SettingsBindingTest, EveryFieldButTheFewWithoutAControlIsBoundOnce) {
-  const std::set<std::string_view> unbound{"OEMLogo", "ID", "FtpListFileDefinition"};
-  std::multiset<std::string_view> bound;
-  for (const Binding& each : binding.Bindings()) bound.insert(each.field);
-  for (const Table table : {Table::GeneralSettings, Table::FtpSettings}) {
-    for (const store::Field& field : store::FieldsOf(table)) {
-      EXPECT_EQ(bound.count(field.name), unbound.contains(field.name) ? 0u : 1u) << field.name;
-    }
-  }
-}
 
 TEST_F(SettingsBindingTest, LoadShowsTheStoredValueOfEachFieldInItsControl) {
   database.With("CustomEq12", "-7").With("AutoRefreshMode", "-1").With("PlayerTop", "4711");
@@ -227,10 +214,10 @@ TEST_F(SettingsBindingTest, PlaceOfTheMiniPlayerIsSavedInATransactionOfItsOwnOnl
 
 TEST_F(SettingsBindingTest, FtpRowIsSavedInItsOrderWithoutNumberAndFileDefinition) {
   binding.Load();
-  binding.ShowFtpRow(3);
+  binding.FtpProfile().Show(3);
   config.eServer.Value = "ftp.example.org";
   config.chkFtpPassiveMode.Value = false;
-  EXPECT_TRUE(binding.SaveFtpRow());
+  EXPECT_TRUE(binding.FtpProfile().Save());
   EXPECT_EQ(database.Saves.back().table, Table::FtpSettings);
   EXPECT_EQ(database.Saves.back().row, 3);
   EXPECT_EQ(NamesOfLastSave(),
@@ -244,10 +231,10 @@ TEST_F(SettingsBindingTest, FtpRowIsSavedInItsOrderWithoutNumberAndFileDefinitio
 
 TEST_F(SettingsBindingTest, FtpRowThatDoesNotExistIsNotShown) {
   binding.Load();
-  binding.ShowFtpRow(24);
-  binding.ShowFtpRow(25);
-  binding.ShowFtpRow(-1);
-  EXPECT_EQ(binding.FtpRow(), 24);
+  binding.FtpProfile().Show(24);
+  binding.FtpProfile().Show(25);
+  binding.FtpProfile().Show(-1);
+  EXPECT_EQ(binding.FtpProfile().Row(), 24);
   EXPECT_EQ(config.txtFtpName.Value.Get(), "Ftp25");
 }
 
@@ -286,7 +273,7 @@ TEST_F(SettingsBindingTest, WhatCouldNotBeSavedIsKeptAndSavedByTheNextFlush) {
   config.txtSubjectHeading.Value = "Client";
   binding.SaveConfigurationFields();
   config.eUser.Value = "typist";
-  binding.SaveFtpRow();
+  binding.FtpProfile().Save();
   EXPECT_FALSE(binding.Flush());
   database.AcceptWrites();
   EXPECT_TRUE(binding.Flush());
@@ -323,10 +310,10 @@ TEST_F(SettingsBindingTest, FtpRowThatCouldNotBeSavedStillShowsItsValuesWhenItCo
   binding.Load();
   config.eServer.Value = "ftp.example.org";
   database.RefuseWrites("no");
-  binding.SaveFtpRow();
-  binding.ShowFtpRow(1);
+  binding.FtpProfile().Save();
+  binding.FtpProfile().Show(1);
   EXPECT_EQ(config.eServer.Value.Get(), "");
-  binding.ShowFtpRow(0);
+  binding.FtpProfile().Show(0);
   EXPECT_EQ(config.eServer.Value.Get(), "ftp.example.org");
 }
 

@@ -1,0 +1,63 @@
+#include "window/settings_saver.h"
+
+#include <string>
+
+namespace tavlo::window {
+
+SettingsSaver::SettingsSaver(base::Loop& loop, store::SettingsStore& settings)
+    : loop_(loop), settings_(settings) {}
+
+bool SettingsSaver::Write(store::Table table, int row, const store::Assignments& fields) {
+  store::Record& unsaved = unsaved_[{table, row}];
+  const bool written = settings_.Write(table, row, fields);
+  for (const auto& [field, value] : fields) {
+    if (written) {
+      unsaved.erase(field);
+    } else {
+      unsaved[field] = value;
+    }
+  }
+  if (unsaved.empty()) unsaved_.erase({table, row});
+  if (!written && !failureTold_) TellFailure();
+  failureTold_ = !written;
+  return written;
+}
+
+bool SettingsSaver::Flush() {
+  const auto unsaved = unsaved_;
+  for (const auto& [place, fields] : unsaved) {
+    Write(place.first, place.second, {fields.begin(), fields.end()});
+  }
+  return unsaved_.empty();
+}
+
+bool SettingsSaver::Keeps(store::Table table, int row, std::string_view field) const {
+  const auto unsaved = unsaved_.find({table, row});
+  return unsaved != unsaved_.end() && unsaved->second.contains(std::string(field));
+}
+
+store::Record SettingsSaver::Read(store::Table table, int row) const {
+  store::Record record = settings_.Database().Read(table, row);
+  if (record.empty()) return record;
+  const auto unsaved = unsaved_.find({table, row});
+  if (unsaved == unsaved_.end()) return record;
+  for (const auto& [field, value] : unsaved->second) record[field] = value;
+  return record;
+}
+
+int SettingsSaver::RowCount(store::Table table) const {
+  return settings_.Database().RowCount(table);
+}
+
+void SettingsSaver::TellFailure() {
+  // Told from the loop's top: a box turns the loop, which must not happen inside the rule that made
+  // the change.
+  loop_.Post([&loop = loop_, reason = settings_.LastFailure()] {
+    loop.Show({.title = "Tavlo Deck - Settings",
+               .text = "The settings can not be saved. " + reason +
+                       "\nThey stay in effect until the Tavlo Deck ends.",
+               .icon = base::Icon::Warning});
+  });
+}
+
+}  // namespace tavlo::window

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <string_view>
+#include <utility>
+
+#include "base/loop.h"
+#include "store/settings_store.h"
+
+namespace tavlo::window {
+
+/// Writes settings and keeps what could not be written. A failure is told to the person once, until
+/// a save succeeds again. Called on the loop's thread.
+class SettingsSaver {
+ public:
+  /// Both must outlive it, the loop's posted calls too.
+  SettingsSaver(base::Loop& loop, store::SettingsStore& settings);
+
+  /// Writes in one transaction. False when it was refused; then the values are kept.
+  bool Write(store::Table table, int row, const store::Assignments& fields);
+  /// Tries again what could not be written. True when nothing is left unwritten.
+  bool Flush();
+  /// Whether a value of the field is kept that could not be written.
+  bool Keeps(store::Table table, int row, std::string_view field) const;
+  /// The stored row, with the kept values in place of the stored ones. Empty when there is no such
+  /// row or it cannot be read.
+  store::Record Read(store::Table table, int row) const;
+  /// How many rows the table has.
+  int RowCount(store::Table table) const;
+
+ private:
+  void TellFailure();
+
+  base::Loop& loop_;
+  store::SettingsStore& settings_;
+  bool failureTold_ = false;
+  std::map<std::pair<store::Table, int>, store::Record> unsaved_;
+};
+
+}  // namespace tavlo::window
