@@ -11,7 +11,7 @@ using base::operator""ms;
 inline constexpr base::Duration kPollInterval = 50ms;
 
 /// Makes a tick one-shot: it stops the timer, and starts it again when the tick has ended or
-/// failed, provided that `goesOn` still holds then and nobody has started it meanwhile. So a slow
+/// failed, provided that `goesOn` still holds then and it was not started meanwhile. So a slow
 /// tick cannot stack up.
 class OneShot {
  public:

@@ -25,12 +25,12 @@ class HidPedal {
   ~HidPedal() { Unplug(); }
   HidPedal(const HidPedal&) = delete;
 
-  /// Plugs it in and waits until it can be seen; nobody but root may read it then. False when the
+  /// Plugs it in and waits until it can be seen; only root may read it then. False when the
   /// kernel does not take it.
   bool Plug(const HidMake& make);
   void Unplug();
   bool Report(std::span<const std::uint8_t> bytes) const;
-  /// Lets everybody read the input devices that are plugged in, or nobody but root.
+  /// Lets everybody read the input devices that are plugged in, or root alone.
   static bool Permit(bool everybody);
 
   /// Paths of the input devices that are plugged in, of whatever make.

@@ -24,7 +24,7 @@ class SerialWires {
     while (::sem_wait(&changes_) != 0) {
     }
   }
-  /// Nothing is plugged in at either end, and nobody waits.
+  /// Nothing is plugged in at either end, and no thread waits.
   void Part() {
     closed_ = 0;
     raised = 0;

@@ -16,7 +16,7 @@ class UsbGadget {
   /// Plugs it in and waits until it can be seen. False when the kernel does not take it.
   bool Plug(const HidMake& make);
   void Unplug();
-  /// Waits until somebody has read the report before; false when nobody does.
+  /// Waits until the report before has been read; false when it is not.
   bool Report(std::span<const std::uint8_t> bytes) const;
 
  private:

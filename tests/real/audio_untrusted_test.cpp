@@ -136,7 +136,7 @@ TEST_F(UntrustedSoundTest, NoHandleForTheDecodersIsTroubleOfTheProcessAndPasses)
   EXPECT_EXIT(OpenWithoutAHandleForTheDecoders(sound), testing::ExitedWithCode(0), "");
 }
 
-/// A file and a server that a hostile document names. Nobody may touch them.
+/// A file and a server that a hostile document names. They must not be touched.
 class Bait {
  public:
   explicit Bait(const ScratchFolder& folder) : path_(folder / "bait.wav") {

@@ -40,7 +40,7 @@ TEST_F(DiskModes, CopyKeepsTheModeOfItsSource) {
   }
 }
 
-TEST_F(DiskModes, NobodyElseCanReadACopyBeforeItIsWhole) {
+TEST_F(DiskModes, NoOtherUserCanReadACopyBeforeItIsWhole) {
   const std::string path = folder.Write("a.wav", std::string(600'000, 's'));
   ASSERT_EQ(::chmod(path.c_str(), 0666), 0);
   std::vector<mode_t> modes;

@@ -110,7 +110,7 @@ TEST_F(DiskTest, TestLeavesWritersThatComeLaterAlone) {
   EXPECT_TRUE(writer);
 }
 
-TEST_F(DiskTest, WriterThatComesDuringATestHarmsNobody) {
+TEST_F(DiskTest, WriterThatComesDuringATestMakesNoFileUnusable) {
   const auto path = folder.Write("a.wav", "A");
   std::atomic<bool> finished = false;
   std::thread writer([&] {

@@ -29,7 +29,7 @@ namespace column = forms::document_column;
 
 constexpr std::size_t kMostBytesOfAName = 255;
 
-/// A file and a port of this machine that a document may name and nobody may touch for it.
+/// A file and a port of this machine that a document may name and that must not be touched for it.
 class Bait {
  public:
   Bait() : path_(folder_.Write("bait.wav", WaveBytes(Chirp(8000, 8000)))) {

@@ -171,7 +171,7 @@ TEST_F(PromptMixerTest, HundredPromptsInAMomentLeaveNothingBehind) {
   EXPECT_LE(Audible(heard, 0).end, asked);
 }
 
-TEST_F(PromptMixerTest, PromptsThatNobodyRendersAreRefusedInTheEndAndSoundAgainLater) {
+TEST_F(PromptMixerTest, PromptsThatAreNotRenderedAreRefusedInTheEndAndSoundAgainLater) {
   std::size_t taken = 0;
   while (mixer.PlayPrompt(Prompt(480))) ++taken;
   EXPECT_EQ(taken, RtMixer::kMaxBlocks);

@@ -351,7 +351,7 @@ TEST(MainWindow, MinimizesAndComesBack) {
   shown.main.frmMain.WindowShape = forms::Shape::Minimized;
   EXPECT_TRUE(
       shown.typist.Until([&] { return shown.typist.HasState(*window, "_NET_WM_STATE_HIDDEN"); }));
-  EXPECT_EQ(resizes, before) << "a rule's own write is no news";
+  EXPECT_EQ(resizes, before) << "what a rule itself has written does not come back as a resize";
   shown.typist.Summon(*window);
   EXPECT_TRUE(
       shown.typist.Until([&] { return shown.main.frmMain.WindowShape == forms::Shape::Normal; }));

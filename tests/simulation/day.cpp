@@ -74,7 +74,7 @@ std::string Day::FollowTheEndOfTheSession() {
 std::string Day::LookAtTheEnd() {
   // A start that failed ends without a question.
   if (!desk_.Rooms()) return "";
-  if (!typist_.AgreedToExit()) return "The program ended and nobody had agreed.";
+  if (!typist_.AgreedToExit()) return "The program ended without consent.";
   return desk_.Main().cmdSkip.Enabled ? "The program ended with a document in work." : "";
 }
 

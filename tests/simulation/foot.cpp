@@ -146,9 +146,9 @@ void Foot::FailToBeRead() {
   LetUsbBeSeen(/*told=*/false);
   if (!quiet || ownDeed_ != deeds_ || !desk_.AtWork()) return;
   const pedals::Pedal now = desk_.Rooms()->footPedal.PedalEvent;
-  // The poll of the lines takes up what they hold, though it is no news.
+  // The poll of the lines takes up what they hold, though they have not changed.
   const bool onSerial = desk_.Rooms()->serialPedal.Reads() && now == CodeOf(linesDown_);
-  pressedByNobody_ = now != before && now != pedals::Pedal::None && !onSerial;
+  pressedByAFailedRead_ = now != before && now != pedals::Pedal::None && !onSerial;
 }
 
 void Foot::BeReadAgain() {
@@ -240,7 +240,7 @@ bool Foot::LinesAreNews() const {
 }
 
 std::string Foot::Disobeyed() {
-  if (std::exchange(pressedByNobody_, false)) return "A read that failed has pressed a pedal.";
+  if (std::exchange(pressedByAFailedRead_, false)) return "A read that failed has pressed a pedal.";
   if (expects_ == Expects::Nothing || !desk_.AtWork()) return "";
   const shell::Rooms& rooms = *desk_.Rooms();
   const bool plays = rooms.engine.IsPlaying;

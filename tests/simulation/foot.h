@@ -43,7 +43,7 @@ class Foot {
   void BeReadAgain();
   void DeliverOddly();
 
-  /// False when there is no pedal that could, or nobody who would hear of it.
+  /// False when there is no pedal that could, or no program that would hear of it.
   bool Report(std::uint8_t bits);
   void HoldLines(int lines);
   /// True when the poll of the lines will find that something else holds than what it acted on.
@@ -64,7 +64,7 @@ class Foot {
   int usbDown_ = 0;    ///< Bits of the last report, or kUnknown.
   int linesDown_ = 0;  ///< The same bits for the serial lines.
   Expects expects_ = Expects::Nothing;
-  bool pressedByNobody_ = false;
+  bool pressedByAFailedRead_ = false;
   /// Grows with everything that anybody does, so that one deed inside another is noticed.
   int deeds_ = 0;
   int ownDeed_ = 0;  ///< The figure after the foot's last one.

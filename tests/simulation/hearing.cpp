@@ -58,7 +58,7 @@ void Hearing::Renamed(const std::string& from, const std::string& to) {
   const std::string name = to.substr(nameBegin);
   const double position = std::strtod(StoredIn(name).c_str(), nullptr);
   if (position <= Reach() + HalfASecond() + 1 || !fault_.empty()) return;
-  fault_ = "Stored as typed up to " + std::to_string(position) + ", though nobody was past " +
+  fault_ = "Stored as typed up to " + std::to_string(position) + ", though the ear was not past " +
            std::to_string(Reach()) + ": " + Readable(name);
 }
 

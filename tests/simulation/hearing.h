@@ -11,8 +11,8 @@
 namespace tavlo::simulation {
 
 /// Knows how far the dictation that was opened last may count as typed: as far as somebody heard
-/// it, went by hand, or had gone before by what stood in its name. It asks nobody but the ear and
-/// the hand, so that what the program believes can be held against it.
+/// it, went by hand, or had gone before by what stood in its name. It asks the ear and the hand
+/// alone, so that what the program believes can be held against it.
 class Hearing {
  public:
   Hearing(base::Loop& loop, test::SimulatedPlayer& player) : loop_(loop), player_(player) {}
@@ -21,7 +21,7 @@ class Hearing {
   void Opened(const std::string& path, const std::optional<Recording>& sound);
   /// A hand or a foot has put the position there.
   void Chosen(double position);
-  /// Nobody remembers what was heard.
+  /// What was heard so far does not count any more.
   void Forget();
 
   /// Full path of the dictation that was opened last; empty before the first.

@@ -30,7 +30,7 @@ class Ledger {
   /// `root` is the install root.
   explicit Ledger(std::string root) : root_(std::move(root)) {}
 
-  /// A name under which nobody would find a dictation again: what a move has under its hands.
+  /// A name that no list shows: a copy that a move has not finished.
   static bool IsHalfCopy(std::string_view name);
 
   int NewNumber() { return ++lastNumber_; }

@@ -134,7 +134,7 @@ std::string MixerHand::Disobeyed() {
   for (const std::string& write : desk_.mixer.Writes) {
     const bool wanted = std::ranges::any_of(
         touched_, [&](const std::string& name) { return write.starts_with(name + ' '); });
-    if (!wanted) Complain("Nobody touched the source of this write: " + write);
+    if (!wanted) Complain("The source of this write was not touched: " + write);
   }
   desk_.mixer.Writes.clear();
   touched_.clear();

@@ -41,7 +41,7 @@ void Takings::Press(forms::Command& command) {
   const std::string contents = desk_.disk.Contents(path);
   const std::size_t before = desk_.promptControl.Sounded.size();
   During(std::move(wish), [&] { command.Press(forms::By::Hand); });
-  // Nobody hears a program that has ended.
+  // A program that has ended speaks no prompts.
   if (path.empty() || desk_.ended) return;
   const std::vector<std::string>& sounded = desk_.promptControl.Sounded;
   for (std::size_t at = before; at < sounded.size(); ++at) {
@@ -138,7 +138,7 @@ void Takings::During(Wish wish, const std::function<void()>& act) {
 
 void Takings::LookAt(const std::string& from, const std::string& to) {
   if (!IsDocument(from)) return;
-  if (wishes_.empty()) return Note("Nobody asked, and away goes " + Readable(from));
+  if (wishes_.empty()) return Note("Without a command, away goes " + Readable(from));
   Wish& wish = wishes_.back();
   if (wish.mayClear && FolderOf(from) == kCompleted) return;
   if (!wish.mayTake.contains(from)) {

@@ -137,7 +137,7 @@ void Typist::LookAtAbout() {
 }
 
 void Typist::NoteConsent(const base::MessageBox& box, base::Reply reply) {
-  // What is agreed to under a session that has ended, nobody hears.
+  // A consent after the end of the session has no effect.
   if (reply != base::Reply::Yes || desk_.ended) return;
   if (box.text == kExitQuestion) agreedToExit_ = true;
   const std::string folder = Desk::Path(kCompleted);

@@ -326,7 +326,7 @@ std::string World::FreeName(const std::string& folder) {
 std::string World::LookAlike() {
   const std::string path = SomeDictation(chance_.Pick(kFolders));
   const std::string name = path.substr(path.rfind('/') + 1);
-  // What a killed move left behind bears the program's own name, which nobody gives a dictation.
+  // What a killed move left behind bears a name of the program's own, which no dictation is given.
   return path.empty() || Ledger::IsHalfCopy(name) ? "" : DrawLookAlike(name, chance_);
 }
 

@@ -30,7 +30,7 @@ constexpr const char* kNoBus = "disabled:";
 /// A queue of connections that is full can only be tried again.
 constexpr int kTryAgainMilliseconds = 5;
 
-/// How a bus behaves. One that refuses, or hangs up, makes nobody wait.
+/// How a bus behaves. One that refuses, or hangs up, keeps no caller waiting.
 enum class Bus { Absent, Silent, Refuses, Answers };
 
 struct SocketAddress {

@@ -36,7 +36,8 @@ ConfigurationPages::ConfigurationPages(forms::ConfigurationForm& form, QtLoop& l
   AddTabs(form, binder, *rows);
   rows->addWidget(ScrolledPages(form, binder), 1);
 
-  // Nothing holds the keyboard until somebody takes it, nor can a key change a setting unasked.
+  // Has the keyboard until a control is clicked or reached by Tab, so that no key changes a setting
+  // by accident.
   auto* const keeper = new FocusKeeper(this);
   keeper->setAccessibleName(ToQt(forms::AccessibleName(form.txtFocus)));
   binder.Bind(form.txtFocus, *keeper, {});
@@ -46,7 +47,7 @@ ConfigurationPages::ConfigurationPages(forms::ConfigurationForm& form, QtLoop& l
   Bind();
 }
 
-/// Large letters make a page larger than a screen may be, and then it scrolls.
+/// With large letters a page may need more room than the screen has; it scrolls then.
 QWidget* ConfigurationPages::ScrolledPages(forms::ConfigurationForm& form, Binder& binder) {
   auto* const area = new QScrollArea(this);
   area->setFrameShape(QFrame::NoFrame);
@@ -64,7 +65,7 @@ QWidget* ConfigurationPages::ScrolledPages(forms::ConfigurationForm& form, Binde
   return area;
 }
 
-/// The tabs whose pages have something on them.
+/// Whether the page of a tab has been laid out. The tabs of the others are disabled.
 bool ConfigurationPages::HasPage(int tab) {
   return tab == kSettingsTab || tab == kEqualizerTab || tab == kMixerTab;
 }

@@ -19,13 +19,15 @@
 namespace tavlo::platform::qt {
 namespace {
 
-/// A picture that the user dropped into the folder may be of any size; more than this is no face.
+/// A picture of the user's own may be of any size. One with more pixels is not read.
 constexpr qint64 kMostPixels = 16'000'000;
-/// What so many pixels take that nothing packs, and a quarter more.
+/// A larger file is not read: so many pixels without compression take four bytes each, and a
+/// quarter is allowed for what stands around them.
 constexpr std::size_t kMostBytes = 80'000'000;
-constexpr int kWidest = 3840;  ///< What is wider is read smaller, which some formats do at once.
+constexpr int kWidest = 3840;  ///< Pixels. A wider picture is scaled down while it is read.
 
-/// How much of the light may stay so that the deck's quietest lettering is readable on the colour.
+/// The largest share of the colour's brightness, 0 to 1, at which the faintest lettering of the
+/// deck is readable on it.
 double ReadableLight(const QColor& brightest) {
   for (double light = 1; light > 0; light -= 0.02) {
     if (Contrast(theme::kQuietText, Mixed(Qt::black, brightest, light)) >= kReadableContrast) {
@@ -36,7 +38,7 @@ double ReadableLight(const QColor& brightest) {
 }
 
 QColor Brightest(const QImage& picture) {
-  // As coarse as lettering: a single bright grain does not hide a letter.
+  // Scaled down to about the size of letters: a single bright pixel makes no letter unreadable.
   const QImage coarse = picture.scaled(120, 30, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                             .convertToFormat(QImage::Format_RGB32);
   QColor brightest = Qt::black;
@@ -53,7 +55,7 @@ QColor Brightest(const QImage& picture) {
   return brightest;
 }
 
-/// A picture of the user's own may be of any brightness; the deck's lettering is light.
+/// The picture, darkened until the deck's lettering, which is light, is readable everywhere on it.
 QPixmap Darkened(const QImage& picture) {
   const double light = ReadableLight(Brightest(picture));
   if (light >= 1) return QPixmap::fromImage(picture);
@@ -71,7 +73,7 @@ QPixmap ReadPicture(const std::string& path) {
   QByteArray bytes = QByteArray::fromRawData(file->data(), static_cast<qsizetype>(file->size()));
   QBuffer buffer(&bytes);
   QImageReader reader(&buffer);
-  // A drawing may name other files, and those would be opened as they are.
+  // An SVG drawing may refer to other files, and the toolkit would open those unchecked.
   if (reader.format().startsWith("svg")) return {};
   const QSize size = reader.size();
   if (qint64{size.width()} * size.height() > kMostPixels) return {};
@@ -99,7 +101,7 @@ QPixmap Cover(const QPixmap& picture, QSize size) {
 
 }  // namespace
 
-/// One of the two pictures; it shows nothing of its own and takes the clicks.
+/// One half of the face: it takes the clicks, and the panel behind it paints the picture.
 class FasciaPanel::Half : public QWidget {
  public:
   Half(forms::Pane& pane, Binder& binder, QWidget* parent)
@@ -137,7 +139,7 @@ void FasciaPanel::Show() {
   path_ = path;
   stamp_ = stamp;
   const QPixmap picture = ReadPicture(form_.imageFaciaA.Picture);
-  // What cannot be read leaves the face as it is.
+  // The face stays as it is when the picture cannot be read.
   if (picture.isNull()) return;
   picture_ = picture;
   face_ = QPixmap();

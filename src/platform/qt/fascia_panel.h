@@ -10,9 +10,9 @@ namespace tavlo::platform::qt {
 
 class Binder;
 
-/// The deck's background, as wide as its parent: the fascia picture (or the plain dark face when
-/// there is none), in two halves that a click changes. Stands behind everything on the deck, and is
-/// darkened where the deck's lettering would not be readable on it.
+/// The deck's background, as wide as its parent: the fascia picture, or a plain dark face when
+/// there is none. It consists of two halves that take clicks, and stands behind everything on the
+/// deck. A picture that is too bright for the deck's lettering is darkened.
 class FasciaPanel : public QWidget {
  public:
   FasciaPanel(forms::MainForm& form, Binder& binder, QWidget* deck);
@@ -32,7 +32,7 @@ class FasciaPanel : public QWidget {
   QString path_;
   QDateTime stamp_;
   QPixmap picture_;
-  QPixmap face_;  ///< What is painted, ready in the screen's own pixels.
+  QPixmap face_;  ///< The picture at the size of the panel, in pixels of the screen.
 };
 
 }  // namespace tavlo::platform::qt

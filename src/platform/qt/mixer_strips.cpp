@@ -18,7 +18,7 @@ namespace {
 constexpr int kMargin = 16;
 constexpr int kBetweenLines = 12;
 constexpr int kBetweenStrips = 6;
-constexpr int kStripPadding = 3;  ///< Eight strips just have room for their keys.
+constexpr int kStripPadding = 3;  ///< With more, the keys of eight strips would not fit.
 constexpr int kStripWidth = 132;
 constexpr int kDeviceWidth = 300;
 constexpr int kVolumeHeight = 160;
@@ -101,7 +101,7 @@ QWidget* MixerStrips::AddStrip(std::size_t source) {
   parts->addWidget(advanced);
   binder_.Press(form_.cmdAdvanced[source], *advanced);
 
-  // A strip whose source is not there takes no room.
+  // A strip without a source is hidden.
   binder_.Watch(form_.Label[source],
                 [strip, &label = form_.Label[source]] { strip->setVisible(label.Visible); });
   return strip;

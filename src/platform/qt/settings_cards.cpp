@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kMargin = 16;
 constexpr int kBetweenCards = 12;
-constexpr int kBetweenParts = 2;  ///< More room between parts of a card that belong less together.
+constexpr int kBetweenParts = 2;  ///< Pixels added between two groups of controls on one card.
 
 }  // namespace
 
@@ -37,7 +37,7 @@ SettingsCards::SettingsCards(forms::ConfigurationForm& form, Binder& binder, QWi
   AddShowing(AddCard(*left));
   AddSpeaking(AddCard(*right));
   right->addWidget(new PedalFrame(form, binder, this));
-  // Both columns end on the same line.
+  // The last card of each column is stretched, so that both columns are equally high.
   for (QVBoxLayout* const column : {left, right}) column->setStretch(column->count() - 1, 1);
   binder.Frame(form.frameSettings, *this);
 }

@@ -11,8 +11,8 @@ namespace tavlo::platform::qt {
 
 class Binder;
 
-/// The settings that have an effect, on cards in two columns: playing, the window and what it shows
-/// on the left, what the deck says and the foot pedal on the right.
+/// The settings page, as far as its settings have an effect yet, on cards in two columns: playing,
+/// the window and what it shows on the left, prompts and the foot pedal on the right.
 class SettingsCards : public QWidget {
  public:
   SettingsCards(forms::ConfigurationForm& form, Binder& binder, QWidget* parent);

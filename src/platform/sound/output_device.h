@@ -18,7 +18,7 @@ class OutputDevice {
   /// wherever the desktop moves it. Empty without any.
   virtual std::vector<std::string> FindDevices() = 0;
   /// The names by now, when those of `present` are there: what FindDevices gave, and behind it what
-  /// has come since. No index changes. Asks nobody.
+  /// has come since. No index changes. Asks no server.
   virtual std::vector<std::string> LearnDevices(const std::vector<std::string>& present) = 0;
 
   /// Frames a second at which the default device is at ease.

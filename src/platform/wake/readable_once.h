@@ -17,7 +17,7 @@ class ReadableOnce {
   /// The next turn of the loop in which the descriptor can be read tells the listener, also one
   /// that only breathes. The listener that waited before is forgotten.
   void Tell(base::Listener& listener);
-  /// Tells nobody any more.
+  /// Tells no listener any more.
   void Forget();
 
  private:

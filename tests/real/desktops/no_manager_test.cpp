@@ -21,8 +21,8 @@ constexpr int kWidth = 1280;
 constexpr int kHeight = 1024;
 constexpr int kRate = 8000;
 
-/// The real program on a screen that nobody manages: windows have no frame, nothing gives them the
-/// keyboard, and what is minimized could not be called back.
+/// The real program on a screen without a window manager: windows have no frame, nothing gives them
+/// the keyboard, and what is minimized could not be called back.
 struct WithoutAManager : testing::Test {
   void Run(store::Assignments settings, const std::function<void()>& script) {
     ASSERT_EQ(desktop.Fault(), "");
@@ -119,7 +119,7 @@ TEST_F(WithoutAManager, TheWholeWindowShowsThePlayerComesAndGoesAndTheKeyboardWo
   });
 }
 
-TEST_F(WithoutAManager, NothingIsMinimizedThatNobodyCouldBringBack) {
+TEST_F(WithoutAManager, NothingIsMinimizedThatCouldNotBeBroughtBack) {
   Run({{"MinimizeMiniPlayerFlag", "Y"}}, [&] {
     const Place full = Seen();
     Play();

@@ -25,7 +25,7 @@
 ///     hostile_deck ORIGINALS SCRIPT REPORT
 ///
 /// ORIGINALS is a folder of sound files, SCRIPT a file whose text is put into some of them. Before
-/// each step the program asks for a file that nobody has, so that whoever listens to its system
+/// each step the program asks for a file that does not exist, so that whoever listens to its system
 /// calls knows which document the next ones may open.
 namespace tavlo::test {
 namespace {

@@ -28,7 +28,7 @@ struct Mutant {
 /// types.
 class Mutations {
  public:
-  /// `script` is a text that names what nobody may touch.
+  /// `script` is a text that names what must not be touched.
   Mutations(std::vector<Original> originals, std::string script, unsigned seed);
 
   Mutant Next();

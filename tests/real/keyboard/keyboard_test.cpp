@@ -37,7 +37,7 @@ struct Keyboard : testing::Test {
       return widget ? widget->objectName().toStdString() : "";
     });
   }
-  bool NobodyHasIt() {
+  bool NoControlHasIt() {
     return Until([this] { return Holder() == "txtFocus"; });
   }
   /// Gives a key the keyboard and clicks it.
@@ -55,7 +55,7 @@ struct Keyboard : testing::Test {
   void ExpectGivenAwayBy(std::initializer_list<const char*> keys) {
     for (const char* const key : keys) {
       Click(key);
-      EXPECT_TRUE(NobodyHasIt()) << key << " leaves it to " << Holder();
+      EXPECT_TRUE(NoControlHasIt()) << key << " leaves it to " << Holder();
     }
   }
   void Play(const std::string& name) {
@@ -63,9 +63,9 @@ struct Keyboard : testing::Test {
     ASSERT_TRUE(program->Until([&] { return program->Main().cmdPlay.Enabled.Get(); }));
     ExpectGivenAwayBy({"cmdPlay"});
   }
-  void ExpectReadyWithNobody(const char* key) {
+  void ExpectReadyAndGivenAway(const char* key) {
     ASSERT_TRUE(Until([&] { return program->IsReady(); }));
-    EXPECT_TRUE(NobodyHasIt()) << key << " leaves it to " << Holder();
+    EXPECT_TRUE(NoControlHasIt()) << key << " leaves it to " << Holder();
   }
   void Run(const std::function<void()>& script) {
     const int status = program->Run([&] {
@@ -96,9 +96,9 @@ struct Keyboard : testing::Test {
 
 TEST_F(Keyboard, IsGivenAwayByEveryKeyOfTheMainWindow) {
   Run([&] {
-    EXPECT_TRUE(NobodyHasIt());
+    EXPECT_TRUE(NoControlHasIt());
     Click("cmdUpdateFileList");
-    ExpectReadyWithNobody("cmdUpdateFileList");
+    ExpectReadyAndGivenAway("cmdUpdateFileList");
     program->ClickRow(program->RowOf(first));
     ASSERT_TRUE(program->Until([&] { return program->Main().DeckRuns.Get(); }));
     ExpectGivenAwayBy({"cmdImportCompleteSnipetStop"});
@@ -106,13 +106,13 @@ TEST_F(Keyboard, IsGivenAwayByEveryKeyOfTheMainWindow) {
     ExpectGivenAwayBy({"cmdStop", "cmdForward", "cmdStop", "cmdRewind", "cmdSkipBeg", "cmdSkipEnd",
                        "cmdNormalSpeed"});
     Click("cmdComplete");
-    ExpectReadyWithNobody("cmdComplete");
+    ExpectReadyAndGivenAway("cmdComplete");
     Play(second);
     Click("cmdSave");
-    ExpectReadyWithNobody("cmdSave");
+    ExpectReadyAndGivenAway("cmdSave");
     Play(third);
     Click("cmdSkip");
-    ExpectReadyWithNobody("cmdSkip");
+    ExpectReadyAndGivenAway("cmdSkip");
   });
 }
 
@@ -121,14 +121,14 @@ TEST_F(Keyboard, IsGivenAwayByEveryBoxAndKeyOfTheConfiguration) {
     ChooseInMenu('f', 'c');
     const forms::Window& configuration = program->Windows().configuration.frmConfiguration;
     ASSERT_TRUE(program->Until([&] { return configuration.Visible.Get(); }));
-    ASSERT_TRUE(NobodyHasIt());
+    ASSERT_TRUE(NoControlHasIt());
     ExpectGivenAwayBy({"chkAccelerateWindIncrement", "chkMinimizeMiniPlayer", "chkAlwaysOnTop",
                        "chkAutoQueueJob", "cmdCenterMiniPlayer", "chkAudioPrompts",
                        "chkShowCustomDisplay", "sliderABS", "sliderAutoPreview",
                        "sliderWindIncrement", "sldPromptVol"});
     program->Keys({keys::kAlt, 'c'});
     ASSERT_TRUE(program->Until([&] { return program->Main().frmMain.Visible.Get(); }));
-    EXPECT_TRUE(NobodyHasIt()) << Holder();
+    EXPECT_TRUE(NoControlHasIt()) << Holder();
   });
 }
 

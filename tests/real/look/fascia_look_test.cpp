@@ -97,7 +97,7 @@ TEST_F(FasciaLook, FileThatIsNoPictureLeavesTheFaceAsItIs) {
   EXPECT_EQ(Face().pixelColor(5, 5), QColor(0x20, 0x10, 0x30));
 }
 
-TEST_F(FasciaLook, PipeInThePlaceOfThePictureLeavesTheFaceAsItIsAndHoldsNobody) {
+TEST_F(FasciaLook, PipeInThePlaceOfThePictureLeavesTheFaceAsItIsAndIsNotWaitedFor) {
   Paint(kDark);
   Load();
   const UnreadPipe pipe(folder.filePath("face.png").toStdString());
@@ -106,7 +106,7 @@ TEST_F(FasciaLook, PipeInThePlaceOfThePictureLeavesTheFaceAsItIsAndHoldsNobody) 
   EXPECT_EQ(Face().pixelColor(5, 5), kDark);
 }
 
-TEST_F(FasciaLook, PipeThatADrawingNamesHoldsNobody) {
+TEST_F(FasciaLook, PipeThatADrawingNamesIsNotWaitedFor) {
   Paint(kDark);
   Load();
   const std::string inside = folder.filePath("inside.png").toStdString();

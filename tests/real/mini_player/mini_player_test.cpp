@@ -69,7 +69,7 @@ struct MiniPlayer : testing::TestWithParam<WindowManager> {
     ASSERT_TRUE(Until([&] { return program->IsReady(); }));
   }
   void ChooseInFileMenu(std::uint32_t letter) {
-    // While the window manager still hands the keyboard over a key may be nobody's.
+    // While the window manager hands the keyboard from one window to another, a key may be lost.
     ASSERT_TRUE(Until([&] {
       program->Keys({keys::kAlt, 'f'});
       constexpr int kLooksForAMenu = 250;

@@ -176,7 +176,7 @@ TEST_F(PulseMixerTest, LookingChangesNothing) {
   EXPECT_EQ(Pactl("get-sink-volume deck"), before);
 }
 
-TEST_F(PulseMixerTest, ProgramsOwnStreamIsListedWhileItSoundsAndNobodyElses) {
+TEST_F(PulseMixerTest, ProgramsOwnStreamIsListedWhileItSoundsAndThoseOfOtherProgramsAreNot) {
   ChildProcess other;
   ASSERT_TRUE(other.Start({"pacat", "--raw", "--playback", "/dev/zero"}));
   ASSERT_TRUE(
@@ -184,7 +184,8 @@ TEST_F(PulseMixerTest, ProgramsOwnStreamIsListedWhileItSoundsAndNobodyElses) {
   loop.Wait(300ms);
   EXPECT_EQ(page->Sources(), Names({"Output", "Microphone"}));
   {
-    // A stream that ran dry is opened anew, and at its full volume where nobody remembers another.
+    // A stream that ran dry is opened anew, at its full volume where the sound server remembers no
+    // other.
     const AmpleSupply supply;
     platform::CubebPlayer player(loop);
     platform::SoundTouchTransform transform;
@@ -261,7 +262,7 @@ TEST_F(PulseMixerTest, SourceThatHasGoneTakesNoHarm) {
   EXPECT_EQ(Mixer().SourceVolume(), kFull);
 }
 
-TEST_F(PulseMixerTest, ServerThatDoesNotAnswerDelaysNobody) {
+TEST_F(PulseMixerTest, ServerThatDoesNotAnswerDelaysNoCall) {
   const FrozenServer frozen;
   EXPECT_TRUE(IsQuick(200ms + kAtOnce, [&] {
     page->Select("Output");
@@ -278,7 +279,7 @@ TEST_F(PulseMixerTest, ServerThatDoesNotAnswerDelaysNobody) {
   }));
 }
 
-TEST_F(PulseMixerTest, ServerThatTellsNothingWakesNobody) {
+TEST_F(PulseMixerTest, ServerThatTellsNothingDoesNotWakeTheLoop) {
   loop.Wait(1s);
   const int before = loop.Wakenings;
   loop.Wait(1s);

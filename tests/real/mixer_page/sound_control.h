@@ -18,7 +18,7 @@ void PullOut(const std::string& module);
 std::string VolumeOf(const std::string& kind, const std::string& name);
 bool IsMute(const std::string& kind, const std::string& name);
 
-/// A server that is there and answers nobody, for as long as this lives.
+/// A server that is there and does not answer, for as long as this lives.
 class FrozenServer {
  public:
   FrozenServer();

@@ -49,7 +49,7 @@ TEST(PedalLibrary, FileThatIsNoLibraryStartsNoWatch) {
   EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor));
 }
 
-TEST(PedalLibrary, WhatIsNoFileStartsNoWatchAndHoldsNobody) {
+TEST(PedalLibrary, WhatIsNoFileStartsNoWatchAndIsNotWaitedFor) {
   const TemporaryFolder folder;
   const UnreadPipe pipe(folder / "PedalWatch.so");
   std::filesystem::create_symlink("/dev/zero", folder / "endless.so");

@@ -107,7 +107,7 @@ TEST_F(JudgedWindow, IsFaultedForATextThatDoesNotShowAtAll) {
   EXPECT_TRUE(Complains("has a contrast of 1.00"));
 }
 
-TEST_F(JudgedWindow, IsFaultedForABoxWhoseEdgeNobodySees) {
+TEST_F(JudgedWindow, IsFaultedForABoxWhoseEdgeCannotBeSeen) {
   auto* const box = new QCheckBox(&*window_);
   QPalette colours = box->palette();
   for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) {

@@ -89,7 +89,7 @@ TEST_F(SessionEndTest, SignalThatWasIgnoredStaysIgnored) {
   EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
 }
 
-TEST_F(SessionEndTest, SignalsAreAsTheyWereWhenNobodyWatchesAnyMore) {
+TEST_F(SessionEndTest, SignalsAreAsTheyWereWhenTheWatchIsOver) {
   { const SessionEnd watch(Calls()); }
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     EXPECT_EQ(std::signal(signal, SIG_DFL), SIG_DFL);
@@ -126,7 +126,7 @@ TEST_F(SessionEndTest, WhatEndsTheProcessFromInsideTheLoopLosesTheScreenFirst) {
   EXPECT_EXIT(lose(), testing::ExitedWithCode(0), "stored");
 }
 
-TEST_F(SessionEndTest, ProcessThatNobodyWatchesAnyMoreEndsAsItIsTold) {
+TEST_F(SessionEndTest, ProcessWhoseWatchIsOverEndsAsItIsTold) {
   const auto end = [] {
     {
       const SessionEnd watch({.ends = [] {}, .screenGone = [] { std::fputs("stored", stderr); }});

@@ -13,7 +13,7 @@ enum class WindowManager { Openbox, Mutter, Kwin, Metacity, Xfwm4, None };
 /// A desktop of its own for one test program: a virtual screen and a window manager, both ended
 /// with it. Must stand before the QApplication is made; afterwards the program's windows show
 /// there. Nothing that the user has set up for a window manager counts, and those that need a
-/// session bus have one that nobody else is on.
+/// session bus have one of their own.
 class Desktop {
  public:
   explicit Desktop(const std::string& size = "1280x1024",

@@ -20,7 +20,7 @@ class Home {
   /// Makes the root and its Queue folder as an installation has them, but for these settings.
   void MakeRoot(const store::Assignments& settings = {}) const;
   /// Puts a file into the Queue folder and returns its path. The stamp is an old one, so that
-  /// nobody takes it for a file that is still being written.
+  /// it does not count as a file that is still being written.
   std::string AddToQueue(const std::string& name, const std::string& bytes) const;
 
   /// All that stands below: path from the home folder on, and contents. A folder's are "folder", a

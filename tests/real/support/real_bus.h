@@ -7,7 +7,7 @@
 
 namespace tavlo::test {
 
-/// The message bus that real desktops have, with nobody on it but those whom the test lets know its
+/// The message bus that real desktops have, for those alone whom the test lets know its
 /// address, and the services that they call for. All of it ends with this object.
 class RealBus {
  public:

@@ -5,7 +5,7 @@
 
 namespace tavlo::test {
 
-/// A message bus that hangs: its socket takes connections and nobody speaks there, until told to.
+/// A message bus that hangs: its socket takes connections and never answers, until told to.
 class SilentBus {
  public:
   /// The name is a path, or abstract with a zero byte in front. `waiting` connections at most stand

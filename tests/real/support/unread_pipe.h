@@ -16,7 +16,7 @@
 
 namespace tavlo::test {
 
-/// A pipe in the place of a file, into which nobody writes. Who opens it as a file waits for a
+/// A pipe in the place of a file, without a writer. Who opens it as a file waits for a
 /// writer, and is let go after a while so that the test can say so.
 class UnreadPipe {
  public:

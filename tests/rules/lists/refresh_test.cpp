@@ -150,7 +150,7 @@ TEST_F(RefreshTest, FirstRefreshRunsOnceAndFreesTheWindow) {
   EXPECT_EQ(retrievals, 1);
 }
 
-TEST_F(RefreshTest, NobodyTakesARowBeforeTheFirstRefreshIsDone) {
+TEST_F(RefreshTest, NoHandTakesARowBeforeTheFirstRefreshIsDone) {
   refresh.tmrGetAllJobs.Start();
   base::Timer hand(loop, "hand", 1300ms);
   hand.OnTick = [&] {

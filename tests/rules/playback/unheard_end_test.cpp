@@ -13,7 +13,7 @@ using base::operator""ms;
 using base::operator""s;
 using playback::Primed;
 
-/// An end that nobody heard: the position is left at the ear, and nothing is offered.
+/// An end that was not heard: the position is left at the ear, and nothing is offered.
 struct UnheardEndTest : testing::Test, PlaybackBench {
   void Start(double sample = 0) {
     // The hand that presses Play lets the window forget what it said.

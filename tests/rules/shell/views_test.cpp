@@ -164,7 +164,7 @@ TEST_F(ViewsTest, DocumentGoesFromTheQueueToCompletedAndBack) {
   EXPECT_EQ(form.listViewInQueue.TextAt(0, forms::document_column::FileName), name);
 }
 
-TEST_F(ViewsTest, RefreshThatNobodyAskedForLeavesTheCompletedViewInFront) {
+TEST_F(ViewsTest, RefreshByProgramLeavesTheCompletedViewInFront) {
   Keep(Document().Name());
   form.mnuViewCompleted.Press(By::Hand);
   Drop(Document().By("New").Name());

@@ -90,7 +90,7 @@ TEST_F(ConfigurationWindowTest, MenuEntryShowsTheWindowInPlaceOfTheMainOne) {
   EXPECT_FALSE(main.frmMain.Visible);
 }
 
-TEST_F(ConfigurationWindowTest, ClosingLeavesTheKeyboardOfTheMainWindowToNobody) {
+TEST_F(ConfigurationWindowTest, ClosingGivesTheKeyboardOfTheMainWindowAway) {
   main.frmMain.FocusOn(main.cmdEQ);
   Open();
   config.mnuClose.Press(By::Hand);
