@@ -65,7 +65,9 @@ TEST_F(UsbPedalDevice, SidePedalsWindWithTonesWhileTheyAreDown) {
   ASSERT_TRUE(Press({1, 0}));
   ASSERT_TRUE(Until([&] { return desk->Position() < forwards; }));
   EXPECT_NEAR(desk->Position(), forwards - 10, 0.001);
-  EXPECT_FALSE(desk->Winding());
+  // The release is seen by the tick behind the one that saw the press, or by the same.
+  EXPECT_TRUE(Until([] { return !desk->Winding(); }));
+  EXPECT_NEAR(desk->Position(), forwards - 10, 0.001);
 }
 
 TEST_F(UsbPedalDevice, PressesBetweenTwoLooksAllCountAndTheEarIsWhereTheyLed) {
@@ -75,8 +77,8 @@ TEST_F(UsbPedalDevice, PressesBetweenTwoLooksAllCountAndTheEarIsWhereTheyLed) {
   const double begin = desk->Position();
   ASSERT_TRUE(Press({4, 0, 4, 0, 1, 0, 4, 0, 4, 0}));
   ASSERT_TRUE(Until([&] { return desk->Position() > begin + 25; }));
+  EXPECT_TRUE(Until([] { return !desk->Winding(); }));
   EXPECT_NEAR(desk->Position(), begin + 30, 0.001);
-  EXPECT_FALSE(desk->Winding());
   ASSERT_TRUE(Press({2}));
   ASSERT_TRUE(Until([] { return desk->Playing(); }));
   EXPECT_NEAR(Cents(PitchOf(desk->Listen(2).Between(1, 2)), kPartHertz[1]), 0, kPitchTolerance);
