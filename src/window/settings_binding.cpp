@@ -41,12 +41,12 @@ SettingsBinding::SettingsBinding(base::Loop& loop, forms::MainForm& main,
 void SettingsBinding::Load() {
   loading_ = true;
   const store::Record row = settings_.Database().Read(Table::GeneralSettings, 0);
+  saver_.Learn(Table::GeneralSettings, 0, row);
   const auto show = [&](const Binding& binding) {
     const auto found = row.find(std::string(binding.field));
     if (found == row.end()) return;
     const store::Field* const field = store::FindField(Table::GeneralSettings, binding.field);
     const bool isPath = field->form == store::Form::Path;
-    stored_[binding.field] = found->second;
     binding.Show(isPath ? folders_.MapStoredPath(found->second) : found->second);
   };
   for (const std::string_view first : kLoadedFirst) {
@@ -82,25 +82,26 @@ bool SettingsBinding::SaveConfigurationFields() {
   return Write(fields);
 }
 
-bool SettingsBinding::SavePlayerPlace() { return Write(Collect(Saving::WithPlace)); }
+bool SettingsBinding::SavePlayerPlace() {
+  // Each Complete takes the place, which is mostly where it was, and a save waits for the disk.
+  if (Changed(Saving::WithPlace).empty()) return true;
+  return Write(Collect(Saving::WithPlace));
+}
 
 bool SettingsBinding::Flush() { return saver_.Flush(); }
 
 void SettingsBinding::StoreChanged() {
   if (loading_) return;
-  store::Assignments changed;
-  for (const Binding& binding : bindings_) {
-    if (binding.saving != Saving::AtChange) continue;
-    // A value that went back to the stored one must still replace what a failed save has kept.
-    const bool kept = saver_.Keeps(Table::GeneralSettings, 0, binding.field);
-    if (kept || stored_[binding.field] != binding.Shown()) {
-      changed.emplace_back(binding.field, binding.Shown());
-    }
-  }
-  if (changed.empty() || !Write(changed)) return;
-  for (const Binding& binding : bindings_) {
-    if (binding.saving == Saving::AtChange) stored_[binding.field] = binding.Shown();
-  }
+  const store::Assignments changed = Changed(Saving::AtChange);
+  if (!changed.empty()) Write(changed);
+}
+
+store::Assignments SettingsBinding::Changed(Saving saving) const {
+  store::Assignments changed = Collect(saving);
+  std::erase_if(changed, [this](const auto& field) {
+    return saver_.IsStored(Table::GeneralSettings, 0, field.first, field.second);
+  });
+  return changed;
 }
 
 store::Assignments SettingsBinding::Collect(Saving saving) const {

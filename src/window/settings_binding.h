@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,7 +46,7 @@ class SettingsBinding {
 
   /// Writes the fields of the configuration in one transaction, in the order of the binding.
   bool SaveConfigurationFields();
-  /// Writes the mini-player's place in a transaction of its own.
+  /// Writes the mini-player's place in a transaction of its own, unless it is stored already.
   bool SavePlayerPlace();
   /// Tries again what could not be saved. True when nothing is left unsaved.
   bool Flush();
@@ -63,6 +62,8 @@ class SettingsBinding {
  private:
   void StoreChanged();
   store::Assignments Collect(Saving saving) const;
+  /// Those of them that are not what the database holds.
+  store::Assignments Changed(Saving saving) const;
   bool Write(const store::Assignments& fields);
 
   forms::ConfigurationForm& config_;
@@ -71,8 +72,6 @@ class SettingsBinding {
   SettingsSaver saver_;
   const std::vector<Binding> bindings_;
   RowBinding ftpProfile_;
-  /// What the database holds of the fields that are written at each change.
-  std::map<std::string_view, std::string> stored_;
   bool loading_ = false;
 };
 

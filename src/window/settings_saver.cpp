@@ -13,6 +13,7 @@ bool SettingsSaver::Write(store::Table table, int row, const store::Assignments&
   for (const auto& [field, value] : fields) {
     if (written) {
       unsaved.erase(field);
+      stored_[{table, row}][field] = value;
     } else {
       unsaved[field] = value;
     }
@@ -29,6 +30,19 @@ bool SettingsSaver::Flush() {
     Write(place.first, place.second, {fields.begin(), fields.end()});
   }
   return unsaved_.empty();
+}
+
+void SettingsSaver::Learn(store::Table table, int row, const store::Record& stored) {
+  stored_[{table, row}] = stored;
+}
+
+bool SettingsSaver::IsStored(store::Table table, int row, const std::string& field,
+                             const std::string& value) const {
+  if (Keeps(table, row, field)) return false;
+  const auto known = stored_.find({table, row});
+  if (known == stored_.end()) return false;
+  const auto stored = known->second.find(field);
+  return value == (stored == known->second.end() ? "" : stored->second);
 }
 
 bool SettingsSaver::Keeps(store::Table table, int row, std::string_view field) const {

@@ -20,6 +20,13 @@ class SettingsSaver {
   bool Write(store::Table table, int row, const store::Assignments& fields);
   /// Tries again what could not be written. True when nothing is left unwritten.
   bool Flush();
+  /// Takes a row as it is stored, for `IsStored`.
+  void Learn(store::Table table, int row, const store::Record& stored);
+  /// Whether the database holds just this value, as far as is known from what was learnt and
+  /// written. A field that the row lacks counts as empty. Never while a value is kept that could
+  /// not be written.
+  bool IsStored(store::Table table, int row, const std::string& field,
+                const std::string& value) const;
   /// Whether a value of the field is kept that could not be written.
   bool Keeps(store::Table table, int row, std::string_view field) const;
   /// The stored row, with the kept values in place of the stored ones. Empty when there is no such
@@ -34,7 +41,9 @@ class SettingsSaver {
   base::Loop& loop_;
   store::SettingsStore& settings_;
   bool failureTold_ = false;
+  /// By table and row: what could not be written, and what is known to be stored.
   std::map<std::pair<store::Table, int>, store::Record> unsaved_;
+  std::map<std::pair<store::Table, int>, store::Record> stored_;
 };
 
 }  // namespace tavlo::window

@@ -212,6 +212,44 @@ TEST_F(SettingsBindingTest, PlaceOfTheMiniPlayerIsSavedInATransactionOfItsOwnOnl
       (store::Assignments{{"PlayerTop", "10"}, {"PlayerLeft", "20"}, {"TitleBarHeight", "30"}}));
 }
 
+TEST_F(SettingsBindingTest, PlaceThatIsStoredAlreadyIsNotSavedAgain) {
+  binding.Load();
+  EXPECT_TRUE(binding.SavePlayerPlace());
+  EXPECT_TRUE(database.Saves.empty());
+  main.txtPlayerLeft.Value = "20";
+  EXPECT_TRUE(binding.SavePlayerPlace());
+  EXPECT_TRUE(binding.SavePlayerPlace());
+  EXPECT_EQ(database.Saves.size(), 1u);
+  EXPECT_EQ(database.Value("PlayerLeft"), "20");
+}
+
+TEST_F(SettingsBindingTest, PlaceThatCouldNotBeSavedIsTriedAgain) {
+  binding.Load();
+  const std::string before = database.Value("PlayerLeft");
+  database.RefuseWrites("no");
+  main.txtPlayerLeft.Value = "20";
+  EXPECT_FALSE(binding.SavePlayerPlace());
+  EXPECT_FALSE(binding.SavePlayerPlace());
+  database.AcceptWrites();
+  EXPECT_TRUE(binding.SavePlayerPlace());
+  EXPECT_EQ(database.Value("PlayerLeft"), "20");
+  main.txtPlayerLeft.Value = before;
+  EXPECT_TRUE(binding.SavePlayerPlace());
+  EXPECT_EQ(database.Value("PlayerLeft"), before);
+}
+
+TEST_F(SettingsBindingTest, ValueThatGoesBackToTheOneBeforeAFlushIsSavedAgain) {
+  binding.Load();
+  const std::string before = database.Value("Speed");
+  database.RefuseWrites("no");
+  main.txtSpeed.Value = "90";
+  database.AcceptWrites();
+  EXPECT_TRUE(binding.Flush());
+  EXPECT_EQ(database.Value("Speed"), "90");
+  main.txtSpeed.Value = before;
+  EXPECT_EQ(database.Value("Speed"), before);
+}
+
 TEST_F(SettingsBindingTest, FtpRowIsSavedInItsOrderWithoutNumberAndFileDefinition) {
   binding.Load();
   binding.FtpProfile().Show(3);
