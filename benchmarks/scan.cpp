@@ -7,7 +7,8 @@
 #include <string>
 
 #include "lists/queue_list.h"
-#include "platform/desktop/scan_parts.h"
+#include "platform/disk/posix_disk.h"
+#include "platform/ffmpeg/ffmpeg_audio_file.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/sound/cubeb_player.h"
 #include "platform/sound/soundtouch_transform.h"
@@ -59,7 +60,7 @@ int main(int argc, char** argv) {
   forms::ConfigurationForm config(loop);
   window::MainWindow window(form, config, [] {});
   platform::PosixDisk disk;
-  platform::FfmpegAudioFile file(platform::desktop::JustTestedBy(disk));
+  platform::FfmpegAudioFile file;
   platform::SoundTouchTransform transform;
   platform::CubebPlayer player(loop);
   Silence voice;

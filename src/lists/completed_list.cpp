@@ -65,9 +65,9 @@ void CompletedList::MakeColumns(const std::string& subjectHeading) {
 void CompletedList::RefreshCompletedList() {
   const forms::Hourglass hourglass(form_.frmMain);
   const ScanEnd end =
-      scan_.Run(form_.listViewCompleted, folders_.CompletedPath(), [this](const std::string& name) {
-        const store::Locked locked = folders_.FileIsLocked(folders_.CompletedPath() + name);
-        if (locked == store::Locked::No) names_.ParseDocumentName(name);
+      scan_.Run(form_.listViewCompleted, folders_.CompletedPath(), [this](store::FolderWalk& walk) {
+        const store::Locked locked = store::WorkFolders::FileIsLocked(walk);
+        if (locked == store::Locked::No) names_.ParseDocumentName(walk.Name());
         return locked;
       });
   CompletedCount = static_cast<int>(form_.listViewCompleted.Rows().size());

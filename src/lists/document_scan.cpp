@@ -1,10 +1,27 @@
 #include "lists/document_scan.h"
 
+#include <memory>
+
 #include "base/text.h"
 #include "lists/document_rows.h"
 #include "window/no_document.h"
 
 namespace tavlo::lists {
+namespace {
+
+ScanEnd EndOf(const store::FolderWalk& walk) {
+  switch (walk.End()) {
+    case store::WalkEnd::Whole:
+      return ScanEnd::Whole;
+    case store::WalkEnd::ProcessInTrouble:
+      return ScanEnd::CutShort;
+    case store::WalkEnd::OutOfReach:
+      break;
+  }
+  return ScanEnd::OutOfReach;
+}
+
+}  // namespace
 
 DocumentScan::DocumentScan(base::Loop& loop, forms::MainForm& form, store::Disk& disk,
                            store::DocumentNames& names, playback::AudioEngine& engine)
@@ -13,44 +30,42 @@ DocumentScan::DocumentScan(base::Loop& loop, forms::MainForm& form, store::Disk&
 ScanEnd DocumentScan::Run(forms::Table& list, const std::string& folder,
                           const ParseIfFree& parseIfFree) {
   window::ShowNoDocument(form_);
-  const store::Listing walk = disk_.ListPlainFiles(folder);
-  if (!walk.started) {
+  const std::unique_ptr<store::FolderWalk> walk = disk_.Walk(folder);
+  if (!walk->Started()) {
     // Another view may have sounded something else since the row was chosen; Play would take that
     // for the row's document.
     list.ListIndex = -1;
-    return walk.processInTrouble ? ScanEnd::CutShort : ScanEnd::OutOfReach;
+    return EndOf(*walk);
   }
   TotalLength = 0;
   list.Clear();
-  const ScanEnd end = AddRows(list, folder, walk, parseIfFree);
+  const ScanEnd end = AddRows(list, *walk, parseIfFree);
   engine_.CloseFile();
   if (end == ScanEnd::Whole) SortByPriorityAndAge(list);
   return end;
 }
 
-ScanEnd DocumentScan::AddRows(forms::Table& list, const std::string& folder,
-                              const store::Listing& walk, const ParseIfFree& parseIfFree) {
-  for (const std::string& scanFileName : walk.names) {
+ScanEnd DocumentScan::AddRows(forms::Table& list, store::FolderWalk& walk,
+                              const ParseIfFree& parseIfFree) {
+  while (walk.Next()) {
     loop_.Breathe();
-    const store::Locked locked = parseIfFree(scanFileName);
+    const store::Locked locked = parseIfFree(walk);
     if (locked == store::Locked::NotKnown) return ScanEnd::CutShort;
     if (locked == store::Locked::Yes) continue;
-    if (!AddRow(list, folder, scanFileName)) return ScanEnd::CutShort;
+    if (!AddRow(list, walk)) return ScanEnd::CutShort;
   }
-  if (walk.processInTrouble) return ScanEnd::CutShort;
-  return walk.finished ? ScanEnd::Whole : ScanEnd::OutOfReach;
+  return EndOf(walk);
 }
 
-bool DocumentScan::AddRow(forms::Table& list, const std::string& folder,
-                          const std::string& scanFileName) {
+bool DocumentScan::AddRow(forms::Table& list, store::FolderWalk& walk) {
   if (engine_.IsPlaying) engine_.StopPlay();
   engine_.CloseFile();
-  const playback::OpenResult result = engine_.File().OpenFile(folder + scanFileName);
+  const playback::OpenResult result = engine_.File().OpenHeldFile(walk.Open());
   if (engine_.File().OpenStatus() < 0) return false;
   const bool opened = result == playback::OpenResult::Opened;
   const double length = opened ? static_cast<double>(engine_.File().LengthMilliseconds()) : 0.0;
   TotalLength += length;
-  list.Add(DocumentRow(names_.Record, scanFileName, base::FormatHMS(length)));
+  list.Add(DocumentRow(names_.Record, walk.Name(), base::FormatHMS(length)));
   return true;
 }
 

@@ -8,6 +8,7 @@
 #include "playback/audio_engine.h"
 #include "store/disk.h"
 #include "store/document_name.h"
+#include "store/folder_walk.h"
 #include "store/work_folders.h"
 
 namespace tavlo::lists {
@@ -32,19 +33,19 @@ class DocumentScan {
   /// rows, as they were; none of them is chosen any more.
   double TotalLength = 0;
 
-  /// Whether a file is locked. When it is not, its parsed name stands in the names' record.
-  using ParseIfFree = std::function<store::Locked(const std::string& scanFileName)>;
+  /// Whether the file at which the walk stands is locked. When it is not, its parsed name stands in
+  /// the names' record.
+  using ParseIfFree = std::function<store::Locked(store::FolderWalk& walk)>;
 
-  /// `parseIfFree` is asked for each name; what is locked gets no row. `folder` ends in a
+  /// `parseIfFree` is asked for each file; what is locked gets no row. `folder` ends in a
   /// separator. The list is sorted only by a walk that came to the end of the folder. No audio file
   /// stays open.
   ScanEnd Run(forms::Table& list, const std::string& folder, const ParseIfFree& parseIfFree);
 
  private:
-  ScanEnd AddRows(forms::Table& list, const std::string& folder, const store::Listing& walk,
-                  const ParseIfFree& parseIfFree);
+  ScanEnd AddRows(forms::Table& list, store::FolderWalk& walk, const ParseIfFree& parseIfFree);
   /// False when the whole walk must end.
-  bool AddRow(forms::Table& list, const std::string& folder, const std::string& scanFileName);
+  bool AddRow(forms::Table& list, store::FolderWalk& walk);
 
   base::Loop& loop_;
   forms::MainForm& form_;

@@ -34,9 +34,8 @@ std::string QueueList::NothingWaits() const {
 }
 
 bool QueueList::RefreshQueueList() {
-  const ScanEnd end =
-      scan_.Run(form_.listViewInQueue, folders_.InQueuePath,
-                [this](const std::string& scanFileName) { return ParseIfFree(scanFileName); });
+  const ScanEnd end = scan_.Run(form_.listViewInQueue, folders_.InQueuePath,
+                                [this](store::FolderWalk& walk) { return ParseIfFree(walk); });
   QueueCount = static_cast<int>(form_.listViewInQueue.Rows().size());
   QueueTotalLength = scan_.TotalLength;
   form_.listViewInQueue.WhenEmpty =
@@ -49,12 +48,12 @@ bool QueueList::RefreshQueueList() {
   return end == ScanEnd::Whole;
 }
 
-store::Locked QueueList::ParseIfFree(const std::string& scanFileName) {
-  names_.ParseDocumentName(scanFileName);
+store::Locked QueueList::ParseIfFree(store::FolderWalk& walk) {
+  names_.ParseDocumentName(walk.Name());
   // A file with a saved position was opened and saved by this program, so no other one is writing
   // it.
   if (names_.Record.SavedPosition != 0) return store::Locked::No;
-  return folders_.FileIsLocked(folders_.InQueuePath + scanFileName);
+  return store::WorkFolders::FileIsLocked(walk);
 }
 
 }  // namespace tavlo::lists

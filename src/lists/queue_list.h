@@ -31,7 +31,7 @@ class QueueList {
 
  private:
   std::string NothingWaits() const;
-  store::Locked ParseIfFree(const std::string& scanFileName);
+  store::Locked ParseIfFree(store::FolderWalk& walk);
 
   base::Loop& loop_;
   forms::MainForm& form_;

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "store/folder_walk.h"
+
 /// The three objects through which all sound of a document passes, and the one that plays prompts.
 /// A *sample* is one moment of all channels (a frame); sample counts and positions are 64 bits
 /// wide, so that a document of any length fits. Arrays are 32-bit floats from -1 to 1, channels
@@ -51,6 +53,9 @@ class AudioFile {
   /// Opens the file for decoding. Closes what was open before; anything but Opened leaves nothing
   /// open. Reads nothing but this file.
   [[nodiscard]] virtual OpenResult OpenFile(const std::string& path) = 0;
+  /// The same for the file at which a walk stands, measured by the walk's handle. What is read of
+  /// it later is opened by its path.
+  [[nodiscard]] virtual OpenResult OpenHeldFile(const store::HeldFile& held) = 0;
   virtual void CloseFile() = 0;
   /// Negative when the last open failed because the process itself is in trouble (no handles, no
   /// memory), whatever it returned; 0 or more otherwise.

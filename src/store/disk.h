@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tavlo::store {
+
+class FolderWalk;
 
 /// How a file operation ended. The caller must look.
 enum class [[nodiscard]] DiskResult{
@@ -55,6 +58,9 @@ class Disk {
 
   /// Plain files only, in the folder's own order: no folders, no links, no devices, no dot files.
   virtual Listing ListPlainFiles(const std::string& folder) = 0;
+  /// Begins a walk over the same files for who asks more of each than its name. `folder` is empty
+  /// or ends in a separator. The walk must not outlive the disk.
+  virtual std::unique_ptr<FolderWalk> Walk(const std::string& folder) = 0;
   /// Size and stamp of a plain file; nothing when there is none.
   virtual std::optional<FileFacts> Facts(const std::string& path) = 0;
   virtual Entry Look(const std::string& path) = 0;

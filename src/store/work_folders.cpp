@@ -36,6 +36,20 @@ bool SameOnWindows(std::string_view a, std::string_view b) {
                     [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
+Locked LockedBy(Readiness readiness) {
+  switch (readiness) {
+    case Readiness::Free:
+    case Readiness::FreeReadOnly:
+      return Locked::No;
+    case Readiness::ProcessInTrouble:
+      return Locked::NotKnown;
+    case Readiness::InUse:
+    case Readiness::Unusable:
+      break;
+  }
+  return Locked::Yes;
+}
+
 }  // namespace
 
 WorkFolders::WorkFolders(Disk& disk, std::string installRoot)
@@ -130,19 +144,15 @@ std::string WorkFolders::MapStoredPath(std::string_view stored) const {
 }
 
 Locked WorkFolders::FileIsLocked(const std::string& path) {
-  switch (disk_.TestReadiness(path)) {
-    case Readiness::FreeReadOnly:
-      std::ignore = disk_.SetAttributesNormal(path);
-      return Locked::No;
-    case Readiness::Free:
-      return Locked::No;
-    case Readiness::ProcessInTrouble:
-      return Locked::NotKnown;
-    case Readiness::InUse:
-    case Readiness::Unusable:
-      break;
-  }
-  return Locked::Yes;
+  const Readiness readiness = disk_.TestReadiness(path);
+  if (readiness == Readiness::FreeReadOnly) std::ignore = disk_.SetAttributesNormal(path);
+  return LockedBy(readiness);
+}
+
+Locked WorkFolders::FileIsLocked(FolderWalk& walk) {
+  const Readiness readiness = walk.TestReadiness();
+  if (readiness == Readiness::FreeReadOnly) std::ignore = walk.SetAttributesNormal();
+  return LockedBy(readiness);
 }
 
 base::MessageBox WorkFolders::QueueNetworkFault() const {

@@ -7,6 +7,7 @@
 
 #include "base/message_box.h"
 #include "store/disk.h"
+#include "store/folder_walk.h"
 
 namespace tavlo::store {
 
@@ -90,6 +91,8 @@ class WorkFolders {
   /// Yes while another program writes the file, or when it cannot be opened at all. A file that is
   /// free is given its normal attributes: a document stops being read-only by being looked at.
   Locked FileIsLocked(const std::string& path);
+  /// The same of the file at which a walk stands.
+  static Locked FileIsLocked(FolderWalk& walk);
 
   /// What a scan shows that cannot reach the InQueue folder.
   base::MessageBox QueueNetworkFault() const;

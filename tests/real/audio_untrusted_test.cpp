@@ -62,7 +62,7 @@ TEST_F(UntrustedSoundTest, LinkIsFollowedAndAFileBeyondTheBoundIsAFaultWhereThat
   std::filesystem::create_symlink(sound, folder / "link.wav");
   std::filesystem::create_symlink("/dev/zero", folder / "endless.wav");
   ASSERT_EQ(::mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
-  FfmpegAudioFile accepting({}, {}, {.links = platform::Links::Followed, .mostBytes = 4096});
+  FfmpegAudioFile accepting({}, {.links = platform::Links::Followed, .mostBytes = 4096});
   ASSERT_TRUE(Opens(accepting, folder / "link.wav"));
   EXPECT_EQ(accepting.ReadArray(2000).Samples(), 1000);
   EXPECT_FALSE(Opens(accepting, folder / "endless.wav"));

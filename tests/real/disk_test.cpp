@@ -54,19 +54,6 @@ TEST_F(DiskTest, ListingGivesPlainFilesOnly) {
   EXPECT_TRUE(disk.ListPlainFiles(folder.Path()).finished);
 }
 
-TEST_F(DiskTest, WhatAReadinessTestSawIsKnownForAMoment) {
-  std::int64_t now = 0;
-  PosixDisk watched([&now] { return now; });
-  const std::string path = folder.Write("a.wav", "sound");
-  EXPECT_FALSE(watched.JustTested(path).has_value());
-  ASSERT_EQ(watched.TestReadiness(path), Readiness::Free);
-  ASSERT_TRUE(watched.JustTested(path).has_value());
-  EXPECT_EQ(watched.JustTested(path)->facts, watched.Facts(path));
-  EXPECT_FALSE(watched.JustTested(folder / "b.wav").has_value());
-  now += PosixDisk::kJustNow + 1;
-  EXPECT_FALSE(watched.JustTested(path).has_value());
-}
-
 TEST_F(DiskTest, ListingOfAMissingFolderDoesNotStart) {
   EXPECT_FALSE(disk.ListPlainFiles(folder / "nothing").started);
   EXPECT_FALSE(disk.ListPlainFiles(folder.Write("file", "")).started);
@@ -210,7 +197,7 @@ TEST_F(DiskTest, CopyKeepsContentsAndStamp) {
 TEST_F(DiskTest, CopyOfALongRecordingBreathesAllTheWay) {
   const std::string path = folder.Write("a.wav", std::string(9'000'000, 's'));
   std::vector<std::uint64_t> sizes;
-  PosixDisk breathing(PosixDisk::SystemClock, PosixDisk::TrustsLeasesOf,
+  PosixDisk breathing(platform::WriterWatch::SystemClock, platform::WriterWatch::TrustsLeasesOf,
                       [&] { sizes.push_back(disk.Facts(folder / "b.wav")->size); });
   EXPECT_EQ(breathing.Copy(path, folder / "b.wav"), DiskResult::Done);
   ASSERT_FALSE(sizes.empty());
@@ -387,10 +374,10 @@ TEST_F(StandStillTest, SomebodyElsesFileGoesByStandingStillThoughLeasesAreBeliev
 }
 
 TEST(LeaseTrust, NetworkAndUserSpaceFileSystemsAreNotBelieved) {
-  EXPECT_FALSE(PosixDisk::TrustsLeasesOf(0x6969));
-  EXPECT_FALSE(PosixDisk::TrustsLeasesOf(0xFF534D42));
-  EXPECT_FALSE(PosixDisk::TrustsLeasesOf(0x65735546));
-  EXPECT_TRUE(PosixDisk::TrustsLeasesOf(0xEF53));
+  EXPECT_FALSE(platform::WriterWatch::TrustsLeasesOf(0x6969));
+  EXPECT_FALSE(platform::WriterWatch::TrustsLeasesOf(0xFF534D42));
+  EXPECT_FALSE(platform::WriterWatch::TrustsLeasesOf(0x65735546));
+  EXPECT_TRUE(platform::WriterWatch::TrustsLeasesOf(0xEF53));
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,6 +11,7 @@
 
 #include "store/saved_position.h"
 #include "support/driven_program.h"
+#include "support/few_handles.h"
 #include "support/keys.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
@@ -173,23 +172,7 @@ TEST_F(ProgramFiles, SettingsOfAFirstStartAreTheOwnersAlone) {
   Run([&] { EXPECT_EQ(ModeOf(home.SettingsPath()), 0600u); });
 }
 
-/// Leaves the process so many handles more than it has, for as long as it lives.
-class FewHandles {
- public:
-  explicit FewHandles(int more) {
-    const int next = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-    ::close(next);
-    ::getrlimit(RLIMIT_NOFILE, &before_);
-    rlimit few = before_;
-    few.rlim_cur = static_cast<rlim_t>(next + more);
-    ::setrlimit(RLIMIT_NOFILE, &few);
-  }
-  ~FewHandles() { ::setrlimit(RLIMIT_NOFILE, &before_); }
-  FewHandles(const FewHandles&) = delete;
-
- private:
-  rlimit before_{};
-};
+;
 
 TEST_F(ProgramFiles, ScanWithoutHandlesSaysThatTheListIsNotWholeAndTheNextOneListsAll) {
   Run([&] {

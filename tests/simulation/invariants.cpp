@@ -34,6 +34,8 @@ bool OneWindowShows(Desk& desk) {
   return desk.Main().frmMain.Visible != desk.Config().frmConfiguration.Visible;
 }
 
+bool NoWalkHoldsAnything(Desk& desk) { return desk.disk.HeldByWalks() == 0; }
+
 bool NoBoxStands(Desk& desk) { return !desk.loop.MessageBoxOpen(); }
 
 bool DeckRunsWhilePlayingOrWinding(Desk& desk) {
@@ -220,6 +222,7 @@ constexpr Invariant kInvariants[] = {
     Invariant{"The pointer is the arrow at rest.", &PointerIsTheArrow},
     Invariant{"Either the main window or the configuration shows.", &OneWindowShows},
     Invariant{"No box stands at rest.", &NoBoxStands},
+    Invariant{"No walk holds a folder or a file at rest.", &NoWalkHoldsAnything},
     Invariant{"The deck runs while it plays or winds.", &DeckRunsWhilePlayingOrWinding},
     Invariant{"At most one thing sounds, and the device knows of it.", &OneThingSounds},
     Invariant{"A wind has its timer.", &WindHasItsTimer},

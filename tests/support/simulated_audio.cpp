@@ -34,6 +34,16 @@ OpenResult SimulatedAudioFile::OpenFile(const std::string& path) {
   return OpenResult::Opened;
 }
 
+OpenResult SimulatedAudioFile::OpenHeldFile(const store::HeldFile& held) {
+  if (held.opened == store::DiskResult::Done) {
+    ++HeldOpenCount;
+    return OpenFile(held.path);
+  }
+  CloseFile();
+  status_ = held.opened == store::DiskResult::ProcessInTrouble ? -1 : 0;
+  return OpenResult::OutOfReach;
+}
+
 std::int64_t SimulatedAudioFile::LengthMilliseconds() const {
   return open_ ? open_->samples * 1000 / open_->rate : 0;
 }

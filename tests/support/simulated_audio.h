@@ -41,9 +41,12 @@ class SimulatedAudioFile : public playback::AudioFile {
   /// The next read throws.
   bool ReadThrows = false;
   int OpenCount = 0;
+  /// Those of them that were measured as a walk held them.
+  int HeldOpenCount = 0;
   std::vector<SampleCount> Seeks;
 
   playback::OpenResult OpenFile(const std::string& path) override;
+  playback::OpenResult OpenHeldFile(const store::HeldFile& held) override;
   void CloseFile() override { open_ = nullptr; }
   int OpenStatus() const override { return status_; }
   SampleCount TotalSamples() const override { return open_ ? open_->samples : 0; }

@@ -121,7 +121,7 @@ std::size_t SimulatedDisk::FileCount() const {
 }
 
 std::vector<std::string> SimulatedDisk::Changes() const {
-  constexpr std::array<std::string_view, 4> kLooking{"List ", "Facts ", "Look ", "Test "};
+  constexpr std::array<std::string_view, 5> kLooking{"List ", "Facts ", "Look ", "Test ", "Open "};
   std::vector<std::string> changes;
   for (const auto& operation : Operations) {
     if (std::none_of(kLooking.begin(), kLooking.end(),
@@ -177,7 +177,10 @@ store::Readiness SimulatedDisk::TestReadiness(const std::string& path) {
   if (fault == DiskResult::ProcessInTrouble) return store::Readiness::ProcessInTrouble;
   if (fault || !Is(absolute, Kind::File)) return store::Readiness::Unusable;
   const Node& node = entries_.at(absolute);
-  if (node.unreadable) return store::Readiness::Unusable;
+  return node.unreadable ? store::Readiness::Unusable : ReadinessOf(node);
+}
+
+store::Readiness SimulatedDisk::ReadinessOf(const Node& node) {
   if (node.writers > 0) return store::Readiness::InUse;
   return node.readOnly ? store::Readiness::FreeReadOnly : store::Readiness::Free;
 }

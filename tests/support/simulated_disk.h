@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -90,7 +91,11 @@ class SimulatedDisk : public store::Disk {
   /// Where relative paths begin.
   std::string CurrentFolder = "/current";
 
+  /// Folders and files that walks have not closed yet.
+  int HeldByWalks() const { return heldByWalks_; }
+
   store::Listing ListPlainFiles(const std::string& folder) override;
+  std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
   std::optional<store::FileFacts> Facts(const std::string& path) override;
   store::Entry Look(const std::string& path) override;
   store::Readiness TestReadiness(const std::string& path) override;
@@ -105,6 +110,8 @@ class SimulatedDisk : public store::Disk {
   store::DiskResult FlushFolder(const std::string& folder) override;
 
  private:
+  class Walking;
+
   enum class Kind { File, Folder, Link, Fifo };
   struct Node {
     Kind kind = Kind::File;
@@ -127,6 +134,8 @@ class SimulatedDisk : public store::Disk {
   Node& Make(const std::string& absolute, Kind kind, const std::string& contents);
   void MakeParents(const std::string& absolute);
   bool Is(const std::string& absolute, Kind kind) const;
+  /// What the kernel says of writers and attributes of a plain file that could be opened.
+  static store::Readiness ReadinessOf(const Node& node);
   /// Whether something can be made at the path, save that something may stand there.
   store::DiskResult CanHold(const std::string& absolute) const;
   bool TakeSpace(const std::string& absolute, std::uint64_t bytes);
@@ -155,6 +164,7 @@ class SimulatedDisk : public store::Disk {
   std::optional<int> crashAt_;
   int operationCount_ = 0;
   int lastNumber_ = 0;
+  int heldByWalks_ = 0;
 };
 
 }  // namespace tavlo::test

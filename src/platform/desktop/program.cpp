@@ -7,7 +7,6 @@
 
 #include "platform/desktop/folders.h"
 #include "platform/desktop/message_buses.h"
-#include "platform/desktop/scan_parts.h"
 #include "platform/desktop/screen_search.h"
 #include "platform/desktop/session_end.h"
 #include "platform/desktop/system_information.h"
@@ -59,15 +58,15 @@ struct Program::Parts {
   std::optional<InstanceLock> lock;
   qt::QtLoop loop;
   /// No breath any more once the session ends: the screen may be gone, and with it the toolkit.
-  PosixDisk disk{PosixDisk::SystemClock, PosixDisk::TrustsLeasesOf, [this] {
+  PosixDisk disk{WriterWatch::SystemClock, WriterWatch::TrustsLeasesOf, [this] {
                    if (!sessionEnds) loop.Breathe();
                  }};
   SqliteSettingsDatabases databases{
       store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
-  FfmpegAudioFile audioFile{JustTestedBy(disk), [this] { loop.Breathe(); }};
+  FfmpegAudioFile audioFile{[this] { loop.Breathe(); }};
   SoundTouchTransform audioTransform;
   CubebPlayer audioPlayer{loop};
-  FfmpegAudioFile promptFile{{}, {}, kPromptFiles};
+  FfmpegAudioFile promptFile{{}, kPromptFiles};
   PromptVoice promptVoice{audioPlayer, promptFile};
   PulseMixer sourceMixer{loop, loop};
   const std::unique_ptr<pedals::SerialPort> serialPort;

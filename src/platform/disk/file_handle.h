@@ -15,6 +15,9 @@ class FileHandle {
   FileHandle() = default;
   FileHandle(const char* path, int flags, unsigned mode = 0)
       : handle_(::open(path, flags | O_CLOEXEC | O_NOCTTY, mode)) {}
+  /// A name in a folder that is open.
+  FileHandle(int folder, const char* name, int flags)
+      : handle_(::openat(folder, name, flags | O_CLOEXEC | O_NOCTTY)) {}
   FileHandle(FileHandle&& other) noexcept : handle_(std::exchange(other.handle_, -1)) {}
   FileHandle& operator=(FileHandle&&) = delete;
   ~FileHandle() {

@@ -1,7 +1,5 @@
 #include "platform/disk/open_plain_file.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
@@ -17,33 +15,40 @@ FileHandle Refuse() {
   return none;
 }
 
-FileHandle OpenInSpiteOfSignals(const std::string& path, int flags) {
+FileHandle OpenIn(int folder, const std::string& path, Links links, struct stat& status) {
+  // A path with a NUL in it would open another file than the one that was named.
+  if (path.find('\0') != path.npos) return Refuse();
+  // Without O_NONBLOCK a pipe without a writer would hold the whole program.
+  const int follow = links == Links::Refused ? O_NOFOLLOW : 0;
   for (;;) {
-    FileHandle file(path.c_str(), flags);
-    if (file || errno != EINTR) return file;
+    FileHandle file(folder, path.c_str(), O_RDONLY | O_NONBLOCK | follow);
+    if (!file && errno == EINTR) continue;
+    if (file && (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))) return Refuse();
+    return file;
   }
 }
 
 }  // namespace
 
 FileHandle OpenPlainFile(const std::string& path, Links links) {
-  // A path with a NUL in it would open another file than the one that was named.
-  if (path.find('\0') != path.npos) return Refuse();
-  // Without O_NONBLOCK a pipe without a writer would hold the whole program.
-  const int follow = links == Links::Refused ? O_NOFOLLOW : 0;
-  FileHandle file = OpenInSpiteOfSignals(path, O_RDONLY | O_NONBLOCK | follow);
-  struct stat facts;
-  if (file && (::fstat(file.Get(), &facts) != 0 || !S_ISREG(facts.st_mode))) return Refuse();
-  return file;
+  struct stat status;
+  return OpenPlainFile(path, links, status);
+}
+
+FileHandle OpenPlainFile(const std::string& path, Links links, struct stat& status) {
+  return OpenIn(AT_FDCWD, path, links, status);
+}
+
+FileHandle OpenPlainFileIn(int folder, const std::string& name, struct stat& status) {
+  return OpenIn(folder, name, Links::Refused, status);
 }
 
 std::optional<std::string> ReadPlainFile(const std::string& path, std::size_t mostBytes) {
-  const FileHandle file = OpenPlainFile(path, Links::Followed);
-  struct stat facts;
-  if (!file || ::fstat(file.Get(), &facts) != 0) return std::nullopt;
-  if (static_cast<std::uintmax_t>(facts.st_size) > mostBytes) return std::nullopt;
+  struct stat status;
+  const FileHandle file = OpenPlainFile(path, Links::Followed, status);
+  if (!file || static_cast<std::uintmax_t>(status.st_size) > mostBytes) return std::nullopt;
   std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(facts.st_size));
+  bytes.reserve(static_cast<std::size_t>(status.st_size));
   for (;;) {
     // One byte more than is allowed tells a file that is too long.
     const std::size_t held = bytes.size();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/stat.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -14,6 +16,10 @@ enum class Links { Refused, Followed };
 /// of them can make the call wait. Below 0 when it failed; errno then tells why, and is EINVAL for
 /// what is no plain file.
 FileHandle OpenPlainFile(const std::string& path, Links links);
+/// The same; `status` is what the file was when it was opened.
+FileHandle OpenPlainFile(const std::string& path, Links links, struct stat& status);
+/// The same for a name in a folder that is open; links are refused.
+FileHandle OpenPlainFileIn(int folder, const std::string& name, struct stat& status);
 
 /// All that the plain file at a path holds, links followed. Nothing when there is no such file,
 /// when the disk fails, and when it holds more than `mostBytes`, whatever it says of its size.

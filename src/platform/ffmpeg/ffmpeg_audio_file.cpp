@@ -19,9 +19,8 @@ constexpr int kProcessInTrouble = -1;
 
 }  // namespace
 
-FfmpegAudioFile::FfmpegAudioFile(MeasuredFiles::JustSeen justSeen, std::function<void()> breathe,
-                                 PlainFile::Accepted accepted)
-    : measured_(std::move(justSeen)), accepted_(accepted) {
+FfmpegAudioFile::FfmpegAudioFile(std::function<void()> breathe, PlainFile::Accepted accepted)
+    : accepted_(accepted) {
   QuietFfmpeg();
   if (!breathe) return;
   file_.OnRead = [this, breathe = std::move(breathe)] {
@@ -30,11 +29,20 @@ FfmpegAudioFile::FfmpegAudioFile(MeasuredFiles::JustSeen justSeen, std::function
 }
 
 OpenResult FfmpegAudioFile::OpenFile(const std::string& path) {
+  return OpenBy([&] { return OpenAndMeasure(path); }, path);
+}
+
+OpenResult FfmpegAudioFile::OpenHeldFile(const store::HeldFile& held) {
+  return OpenBy([&] { return MeasureHeld(held); }, held.path);
+}
+
+OpenResult FfmpegAudioFile::OpenBy(const std::function<OpenResult()>& open,
+                                   const std::string& path) {
   CloseFile();
   openStatus_ = 0;
   OpenResult result = OpenResult::OutOfReach;
   try {
-    result = OpenAndMeasure(path);
+    result = open();
   } catch (const std::bad_alloc&) {
     openStatus_ = kProcessInTrouble;
   }
@@ -53,7 +61,28 @@ OpenResult FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
   }
   const PlainFile::Trouble trouble = file_.Open(path, accepted_);
   if (trouble == PlainFile::Trouble::Process) openStatus_ = kProcessInTrouble;
-  if (trouble != PlainFile::Trouble::None) return OpenResult::OutOfReach;
+  return trouble == PlainFile::Trouble::None ? Measure(path) : OpenResult::OutOfReach;
+}
+
+OpenResult FfmpegAudioFile::MeasureHeld(const store::HeldFile& held) {
+  if (held.opened == store::DiskResult::ProcessInTrouble) openStatus_ = kProcessInTrouble;
+  if (held.opened != store::DiskResult::Done) return OpenResult::OutOfReach;
+  const FileIdentity identity{held.inode, held.facts.size, held.facts.stamp};
+  if (const SoundFigures* known = measured_.Find(held.path, identity)) {
+    figures_ = *known;
+    return OpenResult::Opened;
+  }
+  if (file_.Borrow(held.handle, identity, accepted_) != PlainFile::Trouble::None) {
+    return OpenResult::OutOfReach;
+  }
+  const OpenResult measured = Measure(held.path);
+  // The handle goes with the walk, so a decoder would soon read from another file.
+  decoder_.reset();
+  file_.Close();
+  return measured;
+}
+
+OpenResult FfmpegAudioFile::Measure(const std::string& path) {
   measuring_ = true;
   SoundProbe probe = ProbeSound(file_, path, Want::Figures);
   measuring_ = false;

@@ -18,13 +18,12 @@ namespace tavlo::platform {
 /// gone or has become another sound by then cannot be read on.
 class FfmpegAudioFile : public playback::AudioFile {
  public:
-  /// `justSeen` may spare a rescan its one question to the disk for each file. Opening calls
-  /// `breathe` again and again, for a recording of hours can take long to measure; meanwhile
-  /// nothing can be read. A file that is not accepted counts as missing.
-  explicit FfmpegAudioFile(MeasuredFiles::JustSeen justSeen = {},
-                           std::function<void()> breathe = {}, PlainFile::Accepted accepted = {});
+  /// Opening calls `breathe` again and again, for a recording of hours can take long to measure;
+  /// meanwhile nothing can be read. A file that is not accepted counts as missing.
+  explicit FfmpegAudioFile(std::function<void()> breathe = {}, PlainFile::Accepted accepted = {});
 
   [[nodiscard]] playback::OpenResult OpenFile(const std::string& path) override;
+  [[nodiscard]] playback::OpenResult OpenHeldFile(const store::HeldFile& held) override;
   void CloseFile() override;
   int OpenStatus() const override { return openStatus_; }
 
@@ -40,7 +39,14 @@ class FfmpegAudioFile : public playback::AudioFile {
   playback::SampleCount SeekSample(playback::SampleCount target) override;
 
  private:
+  /// Runs what opens the file at a path, with nothing open before, and with nothing open behind
+  /// when it fails.
+  playback::OpenResult OpenBy(const std::function<playback::OpenResult()>& open,
+                              const std::string& path);
   playback::OpenResult OpenAndMeasure(const std::string& path);
+  playback::OpenResult MeasureHeld(const store::HeldFile& held);
+  /// Measures what `file_` has open.
+  playback::OpenResult Measure(const std::string& path);
   void ReadInto(playback::SampleArray& block, playback::SampleCount samples);
   bool HaveDecoder();
   void DecodeAhead(std::size_t values);

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <unordered_map>
-#include <utility>
 
 #include "platform/ffmpeg/plain_file.h"
 
@@ -23,14 +20,11 @@ struct SoundFigures {
 /// twice as many at most (some 20 MB).
 class MeasuredFiles {
  public:
-  /// What was seen of the file a moment ago, which spares asking the disk again; nothing when it
-  /// was not looked at.
-  using JustSeen = std::function<std::optional<FileIdentity>(const std::string& path)>;
-  explicit MeasuredFiles(JustSeen justSeen = {}) : justSeen_(std::move(justSeen)) {}
-
   /// The figures of the file that has this path now; nullptr when it was not measured, has changed
   /// or is gone. Valid until the next call.
   const SoundFigures* Find(const std::string& path);
+  /// The same for a file that is open, of which the identity is known without asking the disk.
+  const SoundFigures* Find(const std::string& path, const FileIdentity& identity);
   void Remember(const std::string& path, const FileIdentity& identity, const SoundFigures& figures);
 
  private:
@@ -40,9 +34,12 @@ class MeasuredFiles {
   };
   using Entries = std::unordered_map<std::string, Entry>;
 
-  std::optional<FileIdentity> PresentIdentity(const std::string& path) const;
+  /// What is remembered of the path, among those used last; null when nothing is.
+  const Entry* Recall(const std::string& path);
+  const SoundFigures* Weigh(const std::string& path, const Entry& entry,
+                            const FileIdentity& identity);
+  void Forget(const std::string& path);
 
-  JustSeen justSeen_;
   Entries recent_;
   Entries older_;
 };

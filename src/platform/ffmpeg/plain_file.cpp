@@ -25,12 +25,16 @@ std::optional<FileIdentity> IdentityOf(const std::string& path) {
 }
 
 PlainFile::PlainFile(PlainFile&& other) noexcept
-    : handle_(std::exchange(other.handle_, -1)), identity_(other.identity_), hole_(other.hole_) {}
+    : handle_(std::exchange(other.handle_, -1)),
+      borrowed_(other.borrowed_),
+      identity_(other.identity_),
+      hole_(other.hole_) {}
 
 PlainFile& PlainFile::operator=(PlainFile&& other) noexcept {
   if (this == &other) return *this;
   Close();
   handle_ = std::exchange(other.handle_, -1);
+  borrowed_ = other.borrowed_;
   identity_ = other.identity_;
   hole_ = other.hole_;
   return *this;
@@ -38,22 +42,32 @@ PlainFile& PlainFile::operator=(PlainFile&& other) noexcept {
 
 PlainFile::Trouble PlainFile::Open(const std::string& path, const Accepted& accepted) {
   Close();
-  handle_ = OpenPlainFile(path, accepted.links).Release();
-  if (handle_ < 0) {
+  struct stat status;
+  FileHandle file = OpenPlainFile(path, accepted.links, status);
+  if (!file) {
     const bool process = errno == EMFILE || errno == ENFILE || errno == ENOMEM;
     return process ? Trouble::Process : Trouble::OutOfReach;
   }
-  struct stat facts;
-  const bool known = ::fstat(handle_, &facts) == 0;
-  if (known) identity_ = IdentityFrom(facts);
-  if (known && identity_.size <= accepted.mostBytes) return Trouble::None;
+  identity_ = IdentityFrom(status);
+  if (identity_.size > accepted.mostBytes) return Trouble::OutOfReach;
+  handle_ = file.Release();
+  return Trouble::None;
+}
+
+PlainFile::Trouble PlainFile::Borrow(int handle, const FileIdentity& identity,
+                                     const Accepted& accepted) {
   Close();
-  return Trouble::OutOfReach;
+  if (identity.size > accepted.mostBytes) return Trouble::OutOfReach;
+  handle_ = handle;
+  borrowed_ = true;
+  identity_ = identity;
+  return Trouble::None;
 }
 
 void PlainFile::Close() {
-  if (handle_ >= 0) ::close(handle_);
+  if (handle_ >= 0 && !borrowed_) ::close(handle_);
   handle_ = -1;
+  borrowed_ = false;
   hole_.reset();
 }
 

@@ -25,7 +25,7 @@ struct FileIdentity {
 /// The identity of the plain file at a path; nothing when there is none. Follows no link.
 std::optional<FileIdentity> IdentityOf(const std::string& path);
 
-/// A plain file, open for reading. Owns its handle.
+/// A plain file, open for reading. Owns its handle, save one that it borrows.
 class PlainFile {
  public:
   enum class Trouble {
@@ -48,6 +48,9 @@ class PlainFile {
   /// accepted are out of reach, and none of them can make the call wait.
   Trouble Open(const std::string& path, const Accepted& accepted);
   Trouble Open(const std::string& path) { return Open(path, Accepted{}); }
+  /// Reads a file that somebody else has opened and will close, until Close. What is not accepted
+  /// is out of reach.
+  Trouble Borrow(int handle, const FileIdentity& identity, const Accepted& accepted);
   void Close();
 
   bool IsOpen() const { return handle_ >= 0; }
@@ -69,6 +72,7 @@ class PlainFile {
 
  private:
   int handle_ = -1;
+  bool borrowed_ = false;
   FileIdentity identity_;
   mutable std::optional<std::uint64_t> hole_;  ///< The first byte that could not be read.
 };

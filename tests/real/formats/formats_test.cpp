@@ -6,7 +6,9 @@
 #include <random>
 
 #include "kinds.h"
+#include "platform/disk/posix_disk.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
+#include "store/folder_walk.h"
 #include "support/sound_files.h"
 
 namespace tavlo::test {
@@ -93,6 +95,23 @@ TEST_P(Plays, FromTheFirstSampleToTheLastAndFromAnyPlace) {
   EXPECT_EQ(ReadToTheEnd(), whole) << "the same once more";
 }
 
+TEST_P(Plays, TheSameWhenItWasMeasuredAsAWalkHeldIt) {
+  const std::vector<float> whole = ReadToTheEnd();
+  FfmpegAudioFile measured;
+  {
+    platform::PosixDisk disk;
+    const auto walk = disk.Walk(folder / "");
+    while (walk->Next() && walk->Name() != GetParam().file) continue;
+    ASSERT_EQ(measured.OpenHeldFile(walk->Open()), playback::OpenResult::Opened);
+  }
+  EXPECT_EQ(measured.OpenStatus(), 0);
+  EXPECT_EQ(measured.TotalSamples(), file.TotalSamples());
+  EXPECT_EQ(measured.SampleRate(), file.SampleRate());
+  EXPECT_EQ(measured.ChannelCount(), file.ChannelCount());
+  EXPECT_EQ(measured.LengthMilliseconds(), file.LengthMilliseconds());
+  EXPECT_EQ(ReadAll(measured), whole) << "read once the walk has let go of it";
+}
+
 INSTANTIATE_TEST_SUITE_P(EveryFormat, Plays, testing::ValuesIn(AllKinds()), NameOf);
 
 /// A file that lost its end: the transfer broke off, or the recorder's card was full.
@@ -150,7 +169,7 @@ TEST(HoursWithoutAHeader, AreMeasuredWithABreathEveryFewFramesAndCannotBeReadMea
 
   int breaths = 0;
   std::unique_ptr<FfmpegAudioFile> file;
-  file = std::make_unique<FfmpegAudioFile>(platform::MeasuredFiles::JustSeen(), [&] {
+  file = std::make_unique<FfmpegAudioFile>([&] {
     ++breaths;
     EXPECT_TRUE(file->ReadArray(1).values.empty());
     EXPECT_EQ(file->SeekSample(100), 0);

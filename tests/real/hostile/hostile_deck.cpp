@@ -79,9 +79,10 @@ class Run {
   void Script(DrivenProgram& program) {
     if (!program.Begin()) return;
     FillQueue();
-    Mark("scan");
-    Refresh(program);
-    Refresh(program);
+    for (int scan = 0; scan < 2; ++scan) {
+      Mark("scan");
+      Refresh(program);
+    }
     const std::vector<std::string> names = program.Ask([&] { return Listed(program); });
     Seen["rows"] = std::ssize(names);
     for (const std::string& name : names) Prime(program, name);

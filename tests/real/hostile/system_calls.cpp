@@ -6,16 +6,25 @@
 namespace tavlo::test {
 namespace {
 
-/// The first quoted text of the arguments. The listener writes every byte of it as \x and two
-/// digits.
-std::string FirstText(const std::string& arguments) {
+/// The text behind the first `mark` of the arguments. The listener writes every byte of it as \x
+/// and two digits.
+std::string TextBehind(char mark, const std::string& arguments) {
   std::string text;
-  std::size_t at = arguments.find('"');
+  std::size_t at = arguments.find(mark);
   if (at == arguments.npos) return text;
   for (++at; at + 4 <= arguments.size() && arguments[at] == '\\'; at += 4) {
     text += static_cast<char>(std::stoi(arguments.substr(at + 2, 2), nullptr, 16));
   }
   return text;
+}
+
+/// The path that is opened. A name that is no full path stands behind the folder that it is looked
+/// up in, which the listener names between angle brackets.
+std::string PathOf(const std::string& arguments) {
+  const std::string text = TextBehind('"', arguments);
+  if (text.empty() || text.starts_with('/')) return text;
+  const std::string folder = TextBehind('<', arguments.substr(0, arguments.find('"')));
+  return folder.empty() ? text : folder + "/" + text;
 }
 
 }  // namespace
@@ -29,6 +38,7 @@ std::vector<std::string> ListenedTo(const std::vector<std::string>& command,
                                  "--seccomp-bpf",
                                  "-qq",
                                  "-xx",
+                                 "-y",
                                  "-s",
                                  "4096",
                                  "-e",
@@ -51,7 +61,7 @@ std::vector<SystemCall> ReadSystemCalls(const std::string& logPath) {
     if (name == line.npos || open == line.npos || open <= name) continue;
     if (std::isalpha(static_cast<unsigned char>(line[name])) == 0) continue;
     const std::string arguments = line.substr(open + 1);
-    calls.push_back({line.substr(name, open - name), FirstText(arguments), arguments});
+    calls.push_back({line.substr(name, open - name), PathOf(arguments), arguments});
   }
   return calls;
 }

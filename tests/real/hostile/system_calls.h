@@ -8,7 +8,9 @@ namespace tavlo::test {
 /// One call by which a process opens a file, a door to others, or becomes another program.
 struct SystemCall {
   std::string name;
-  std::string path;       ///< The text argument, byte for byte; empty when there is none.
+  /// The text argument, byte for byte, with the folder in front that it is looked up in; empty when
+  /// there is none.
+  std::string path;
   std::string arguments;  ///< All of them, as the listener wrote them.
 };
 

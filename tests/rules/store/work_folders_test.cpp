@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -184,6 +185,28 @@ TEST_F(WorkFoldersTest, FileThatAProcessWithoutHandlesCanNotAskAboutIsNotKnown) 
   EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::NotKnown);
   disk.OutOfHandles = false;
   EXPECT_EQ(folders.FileIsLocked("/drop/a.dS2"), Locked::No);
+}
+
+TEST_F(WorkFoldersTest, FileAtWhichAWalkStandsIsAskedAboutInTheSameWay) {
+  disk.WithFile("/drop/written").WithFile("/drop/readonly").WithFile("/drop/unreadable");
+  disk.WithFile("/drop/vanished").WithFile("/drop/nohandle").WithFile("/drop/free");
+  disk.OpenWriter("/drop/written");
+  disk.SetReadOnly("/drop/written");
+  disk.SetReadOnly("/drop/readonly");
+  disk.SetUnreadable("/drop/unreadable");
+  disk.OutOfHandlesAt = "/drop/nohandle";
+  const auto walk = disk.Walk("/drop/");
+  disk.Remove("/drop/vanished");
+  std::map<std::string, Locked> locked;
+  while (walk->Next()) locked[walk->Name()] = store::WorkFolders::FileIsLocked(*walk);
+  EXPECT_EQ(locked, (std::map<std::string, Locked>{{"written", Locked::Yes},
+                                                   {"readonly", Locked::No},
+                                                   {"unreadable", Locked::Yes},
+                                                   {"vanished", Locked::Yes},
+                                                   {"nohandle", Locked::NotKnown},
+                                                   {"free", Locked::No}}));
+  EXPECT_TRUE(disk.IsReadOnly("/drop/written"));
+  EXPECT_FALSE(disk.IsReadOnly("/drop/readonly"));
 }
 
 TEST_F(WorkFoldersTest, FreeFileWhoseAttributesCannotBeSetIsFree) {

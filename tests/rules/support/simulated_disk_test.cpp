@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "store/folder_walk.h"
 #include "support/simulated_loop.h"
 
 namespace tavlo::test {
@@ -43,6 +44,84 @@ TEST_F(SimulatedDiskTest, BrokenListingStopsWhereItBroke) {
   EXPECT_FALSE(disk.ListPlainFiles("/d").started);
   disk.MendListing("/d");
   EXPECT_TRUE(disk.ListPlainFiles("/d").finished);
+}
+
+TEST_F(SimulatedDiskTest, WalkStandsAtEachPlainFileAndOpensItOnce) {
+  disk.WithFile("/d/b", "12").WithFile("/d/a").WithFile("/d/.hidden").WithFolder("/d/folder");
+  disk.WithLink("/d/link", "/d/a").WithFifo("/d/fifo");
+  const auto walk = disk.Walk("/d/");
+  ASSERT_TRUE(walk->Started());
+  ASSERT_TRUE(walk->Next());
+  EXPECT_EQ(walk->Open().path, "/d/b");
+  EXPECT_EQ(walk->Open().facts, disk.Facts("/d/b"));
+  EXPECT_EQ(walk->TestReadiness(), store::Readiness::Free);
+  ASSERT_TRUE(walk->Next());
+  EXPECT_EQ(walk->TestReadiness(), store::Readiness::Free);
+  EXPECT_FALSE(walk->Next());
+  EXPECT_EQ(walk->End(), store::WalkEnd::Whole);
+  EXPECT_EQ(disk.Operations, (Names{"List /d", "Open /d/b", "Facts /d/b", "Open /d/a"}));
+}
+
+TEST_F(SimulatedDiskTest, WalkHoldsTheFolderAndOneFileUntilItGoesOn) {
+  disk.WithFile("/d/a").WithFile("/d/b");
+  {
+    const auto walk = disk.Walk("/d/");
+    EXPECT_EQ(disk.HeldByWalks(), 1);
+    while (walk->Next()) {
+      EXPECT_EQ(disk.HeldByWalks(), 1);
+      EXPECT_EQ(walk->Open().opened, DiskResult::Done);
+      EXPECT_EQ(disk.HeldByWalks(), 2);
+    }
+  }
+  EXPECT_EQ(disk.HeldByWalks(), 0);
+}
+
+TEST_F(SimulatedDiskTest, WalkRefusesWhatCanNotBeOpenedAnyMore) {
+  disk.WithFile("/d/gone").WithFile("/d/pipe").WithFile("/d/barred").WithFile("/d/nohandle");
+  disk.SetUnreadable("/d/barred");
+  disk.OutOfHandlesAt = "/d/nohandle";
+  const auto walk = disk.Walk("/d/");
+  disk.Remove("/d/gone");
+  disk.WithFifo("/d/pipe");
+  for (const DiskResult expected : {DiskResult::NotFound, DiskResult::Failed, DiskResult::NoAccess,
+                                    DiskResult::ProcessInTrouble}) {
+    ASSERT_TRUE(walk->Next());
+    EXPECT_EQ(walk->Open().opened, expected) << walk->Name();
+    EXPECT_EQ(walk->SetAttributesNormal(), expected) << walk->Name();
+    EXPECT_EQ(walk->TestReadiness(), expected == DiskResult::ProcessInTrouble
+                                         ? store::Readiness::ProcessInTrouble
+                                         : store::Readiness::Unusable);
+  }
+  EXPECT_EQ(disk.HeldByWalks(), 1);
+}
+
+TEST_F(SimulatedDiskTest, WhatAWalkHoldsIsTheFileThatWasOpened) {
+  disk.WithFile("/d/a", "12");
+  disk.OpenWriter("/d/a");
+  const auto walk = disk.Walk("/d/");
+  ASSERT_TRUE(walk->Next());
+  ASSERT_EQ(walk->Open().opened, DiskResult::Done);
+  disk.WithFile("/d/a", "another");
+  EXPECT_EQ(walk->Open().facts.size, 2u);
+  EXPECT_EQ(walk->TestReadiness(), store::Readiness::InUse);
+}
+
+TEST_F(SimulatedDiskTest, WalkThatBreaksSaysWhetherItWasTheProcess) {
+  disk.WithFile("/d/a").WithFile("/d/b");
+  EXPECT_EQ(disk.Walk("/nowhere/")->End(), store::WalkEnd::OutOfReach);
+  disk.BreakListingAfter("/d", 1);
+  const auto walk = disk.Walk("/d/");
+  EXPECT_TRUE(walk->Next());
+  EXPECT_FALSE(walk->Next());
+  EXPECT_EQ(walk->End(), store::WalkEnd::OutOfReach);
+  disk.ListingBreaksForWantOfMemory = true;
+  EXPECT_EQ(disk.Walk("/d/")->End(), store::WalkEnd::ProcessInTrouble);
+  disk.MendListing("/d");
+  disk.OutOfHandles = true;
+  const auto none = disk.Walk("/d/");
+  EXPECT_FALSE(none->Started());
+  EXPECT_FALSE(none->Next());
+  EXPECT_EQ(none->End(), store::WalkEnd::ProcessInTrouble);
 }
 
 TEST_F(SimulatedDiskTest, NothingIsOverwritten) {

@@ -1,0 +1,21 @@
+#include "platform/disk/file_status.h"
+
+#include <cstdint>
+
+#include "platform/disk/disk_result.h"
+
+namespace tavlo::platform {
+
+store::FileFacts FactsOf(const struct stat& status) {
+  return {.size = static_cast<std::uint64_t>(status.st_size),
+          .stamp = status.st_mtim.tv_sec * std::int64_t{1'000'000'000} + status.st_mtim.tv_nsec};
+}
+
+bool IsWritable(const struct stat& status) { return (status.st_mode & S_IWUSR) != 0; }
+
+store::DiskResult MakeWritable(int handle, const struct stat& status) {
+  if (IsWritable(status)) return store::DiskResult::Done;
+  return ResultOfCall(::fchmod(handle, (status.st_mode & 07777) | S_IWUSR));
+}
+
+}  // namespace tavlo::platform

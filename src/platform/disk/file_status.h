@@ -1,0 +1,17 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include "store/disk.h"
+
+/// What the kernel tells of an open file.
+namespace tavlo::platform {
+
+store::FileFacts FactsOf(const struct stat& status);
+
+/// Whether the owner of a file may write it.
+bool IsWritable(const struct stat& status);
+/// Makes an open file writable for its owner.
+store::DiskResult MakeWritable(int handle, const struct stat& status);
+
+}  // namespace tavlo::platform

@@ -1,0 +1,57 @@
+#include "platform/disk/posix_walk.h"
+
+#include <cerrno>
+
+#include "platform/disk/disk_result.h"
+#include "platform/disk/file_status.h"
+#include "platform/disk/open_plain_file.h"
+
+namespace tavlo::platform {
+
+using store::DiskResult;
+using store::Readiness;
+
+PosixWalk::PosixWalk(const std::string& folder, WriterWatch& writers)
+    : path_(folder),
+      folder_(::opendir(FolderPath(folder))),
+      listing_(ReadPlainFiles(folder_)),
+      writers_(writers) {
+  writers_.ForgetDevice();
+}
+
+bool PosixWalk::Next() {
+  file_.reset();
+  if (next_ == listing_.names.size()) return false;
+  ++next_;
+  return true;
+}
+
+store::WalkEnd PosixWalk::End() const {
+  if (listing_.processInTrouble) return store::WalkEnd::ProcessInTrouble;
+  return listing_.finished ? store::WalkEnd::Whole : store::WalkEnd::OutOfReach;
+}
+
+const store::HeldFile& PosixWalk::Open() {
+  if (file_) return held_;
+  held_.path.assign(path_).append(Name());
+  file_.emplace(OpenPlainFileIn(::dirfd(folder_.get()), Name(), status_));
+  held_.opened = *file_ ? DiskResult::Done : ResultOf(errno);
+  held_.handle = file_->Get();
+  held_.inode = *file_ ? status_.st_ino : 0;
+  held_.facts = *file_ ? FactsOf(status_) : store::FileFacts{};
+  return held_;
+}
+
+Readiness PosixWalk::TestReadiness() {
+  const store::HeldFile& held = Open();
+  if (held.opened == DiskResult::ProcessInTrouble) return Readiness::ProcessInTrouble;
+  if (held.opened != DiskResult::Done) return Readiness::Unusable;
+  return writers_.Look(held.handle, status_, held.path);
+}
+
+DiskResult PosixWalk::SetAttributesNormal() {
+  const store::HeldFile& held = Open();
+  return held.opened == DiskResult::Done ? MakeWritable(held.handle, status_) : held.opened;
+}
+
+}  // namespace tavlo::platform

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include "store/disk.h"
+
+namespace tavlo::platform {
+
+/// Tells whether a program is still writing a file. It is asked of the kernel, which refuses a read
+/// lease while anybody has the file open for writing. The lease is given back at once, for a held
+/// one would stop the writer. Where leases are not to be had or not to be believed (somebody else's
+/// file, a network or user-space file system) a file is in use until its size and stamp have stood
+/// still for `kStandStill`; a stamp that is older than that counts as still.
+///
+/// Making the first one of a process takes over SIGIO, the signal of a broken lease, unless the
+/// program handles it already. Programs that we start get its default back.
+class WriterWatch {
+ public:
+  /// Nanoseconds since 1970.
+  using Clock = std::function<std::int64_t()>;
+  static std::int64_t SystemClock();
+  static constexpr std::int64_t kStandStill = 2'000'000'000;
+
+  /// Whether leases on a file system of that kind (its magic number) tell the truth.
+  using LeaseTrust = std::function<bool(std::int64_t fileSystemKind)>;
+  static bool TrustsLeasesOf(std::int64_t fileSystemKind);
+
+  WriterWatch(Clock clock, LeaseTrust leaseTrust);
+
+  /// Of a plain file that is open for reading; `status` and `path` are its own.
+  store::Readiness Look(int handle, const struct stat& status, const std::string& path);
+  /// A device number may come to mean another file system: whoever begins with a folder says so.
+  void ForgetDevice() { lastDevice_.reset(); }
+
+ private:
+  struct Sighting {
+    store::FileFacts facts;
+    std::int64_t since;
+  };
+  struct TrustedDevice {
+    dev_t device;
+    bool trusted;
+  };
+
+  bool TrustsLeaseOn(int handle, dev_t device);
+  /// True when the file has stood still for long enough.
+  bool StandsStill(const std::string& path, const store::FileFacts& facts);
+
+  Clock clock_;
+  LeaseTrust leaseTrust_;
+  /// The device of the file that was looked at last, so that a scan asks once.
+  std::optional<TrustedDevice> lastDevice_;
+  std::unordered_map<std::string, Sighting> sightings_;
+};
+
+}  // namespace tavlo::platform
