@@ -16,7 +16,7 @@ namespace tavlo::pedals {
 /// and every report is acted on in the order in which it came, so that a quick press and release
 /// between two looks is not lost. Where the watcher tells of reports a tick is due as soon as one
 /// comes, and there is none while nothing comes.
-class UsbPedal : private base::Listener {
+class UsbPedal final : private base::Listener {
  public:
   /// The bytes of a report that matter: its number, which must be 0, and the pedals' bits.
   using ReportPair = std::array<std::uint8_t, 2>;

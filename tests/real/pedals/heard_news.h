@@ -8,7 +8,7 @@
 namespace tavlo::test {
 
 /// Hears of news in the toolkit's event loop, which this turns.
-class HeardNews : public base::Listener {
+class HeardNews final : public base::Listener {
  public:
   int Count = 0;
 
