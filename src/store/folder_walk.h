@@ -40,7 +40,8 @@ class FolderWalk {
 
   // Of the file at which the walk stands.
   virtual const std::string& Name() const = 0;
-  /// Opens the file, unless that is done already. Follows no link and waits for nobody.
+  /// Opens the file, unless that is done already. Follows no link and does not wait for another
+  /// program.
   virtual const HeldFile& Open() = 0;
   /// Opens the file and asks the kernel whether a program is still writing it. Changes nothing.
   virtual Readiness TestReadiness() = 0;

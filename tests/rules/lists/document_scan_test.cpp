@@ -110,7 +110,7 @@ TEST_F(DocumentScanTest, SavedDocumentThatVanishesAfterTheListingStandsWithLengt
   EXPECT_TRUE(loop.Shown.empty());
 }
 
-TEST_F(DocumentScanTest, WhatNobodyMayReadHasNoRowAndSavedWithLengthZero) {
+TEST_F(DocumentScanTest, WhatMayNotBeReadHasNoRowAndSavedWithLengthZero) {
   disk.SetUnreadable(Drop(Document().By("New")));
   disk.SetUnreadable(Drop(Document().By("Saved").Saved(5)));
   Drop(Document().By("Open"));
@@ -120,7 +120,7 @@ TEST_F(DocumentScanTest, WhatNobodyMayReadHasNoRowAndSavedWithLengthZero) {
   EXPECT_EQ(Cell(RowOf(Document().By("Saved").Saved(5).Name()), column::Length), "00:00:00");
 }
 
-TEST_F(DocumentScanTest, PipeInThePlaceOfADocumentHasNoRowAndHoldsNobody) {
+TEST_F(DocumentScanTest, PipeInThePlaceOfADocumentHasNoRowAndIsNotWaitedFor) {
   const std::string path = Drop(Document().By("Pipe"));
   Drop(Document().By("Last"));
   AtTheNextBreath([&] { disk.WithFifo(path); });
