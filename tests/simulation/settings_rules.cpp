@@ -49,15 +49,26 @@ bool PlaceIsSavedWhole(const test::SimulatedDatabase& database) {
 }  // namespace
 
 std::string SettingsRules::Broken(Desk& desk) {
+  if (!PlaceIsSavedWhole(*desk.Settings()))
+    return "A part of the place of the mini-player is saved.";
+  window::SettingsBinding& binding = desk.Rooms()->binding;
+  const std::string wrong = BrokenField(desk, Table::GeneralSettings, 0, binding.Bindings());
+  if (!wrong.empty()) return wrong;
+  const window::RowBinding& profile = binding.FtpProfile();
+  return BrokenField(desk, Table::FtpSettings, profile.Row(), profile.Bindings());
+}
+
+std::string SettingsRules::BrokenField(Desk& desk, Table table, int row,
+                                       const std::vector<Binding>& bindings) {
   const test::SimulatedDatabase& database = *desk.Settings();
-  if (!PlaceIsSavedWhole(database)) return "A part of the place of the mini-player is saved.";
-  for (const Binding& binding : desk.Rooms()->binding.Bindings()) {
-    const Pair now{.shown = Meant(binding, desk), .stored = database.Value(binding.field)};
+  for (const Binding& binding : bindings) {
+    const Pair now{.shown = Meant(binding, desk),
+                   .stored = database.Value(table, row, binding.field)};
     const auto [first, isFirst] = asLoaded_.emplace(binding.field, now);
     const bool asItWasLoaded = isFirst || first->second == now;
     if (now.shown == now.stored || asItWasLoaded) continue;
     if (IsStillToBeSaved(binding, desk)) continue;
-    if (database.WasRefused(Table::GeneralSettings, 0, binding.field)) continue;
+    if (database.WasRefused(table, row, binding.field)) continue;
     return std::string(binding.field) + " is stored as " + Readable(now.stored) + " and shown as " +
            Readable(now.shown);
   }

@@ -3,8 +3,10 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "support/simulated_database.h"
+#include "store/settings_database.h"
+#include "window/bindings.h"
 
 namespace tavlo::simulation {
 
@@ -26,6 +28,9 @@ class SettingsRules {
     std::string stored;
     bool operator==(const Pair&) const = default;
   };
+
+  std::string BrokenField(Desk& desk, store::Table table, int row,
+                          const std::vector<window::Binding>& bindings);
 
   /// Each field as it was found first in this run. What is stored and no rule can use is corrected
   /// as it is loaded, and saved when the configuration next closes.

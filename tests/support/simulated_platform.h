@@ -3,6 +3,7 @@
 #include <concepts>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "shell/platform.h"
 #include "support/install.h"
@@ -59,8 +60,9 @@ class SimulatedPlatformOf {
   }
 
   /// What stands on the disk in a field of the general settings, whoever has them open.
-  std::string Stored(const std::string& field) const {
-    return databases.Look(SettingsPath()).at(store::Table::GeneralSettings).at(0).at(field);
+  std::string Stored(std::string_view field) const {
+    const SettingsTables tables = databases.Look(SettingsPath());
+    return tables.at(store::Table::GeneralSettings).at(0).at(std::string(field));
   }
 
   /// What a deck stands on. The twins must outlive it and stay where they are.

@@ -40,9 +40,6 @@ struct SettledDesk : DeckBench {
     config.tabConfiguration.RowClick(config.TabOf(*page));
   }
   void CloseConfiguration() { config.mnuClose.Press(By::Hand); }
-  std::string Stored(std::string_view field) const {
-    return databases.Look(SettingsPath()).at(Table::GeneralSettings)[0].at(std::string(field));
-  }
 };
 
 /// Fields of the general settings that have a check box.
