@@ -53,7 +53,10 @@ struct FrozenBus : testing::Test {
   static void UseEverything(DrivenProgram& program) {
     Expect("row", [&] { program.ClickRow(1); });
     Expect("key", [&] { program.Keys({kTab}); });
-    Expect("refresh", [&] { program.Keys({kF5}); });
+    Expect("refresh", [&] {
+      program.Keys({kF5});
+      EXPECT_TRUE(Until([&] { return program.IsReady(); }));
+    });
     Expect("menu", [&] { program.Keys({kAlt, 'f'}); });
     Expect("menu's end", [&] { program.Keys({kEscape}); });
     Expect("face", [&] { program.Do([&] { program.Main().imageFaciaA.Click(); }); });
