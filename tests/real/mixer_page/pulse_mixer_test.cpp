@@ -221,11 +221,11 @@ TEST_F(PulseMixerTest, ChosenDeviceIsFoundByItsNameInThePlayersList) {
 }
 
 TEST_F(PulseMixerTest, DevicesThatComeAndGoAreTold) {
-  EXPECT_EQ(Mixer().DevicesNow(), Names{"deck"});
+  EXPECT_EQ(Mixer().DevicesNow(), Names{"Null Output"});
   const std::string second = PlugInOutput("Second");
-  EXPECT_TRUE(Until([&] { return Mixer().DevicesNow() == Names({"deck", "Second"}); }));
+  EXPECT_TRUE(Until([&] { return Mixer().DevicesNow() == Names({"Null Output", "Second"}); }));
   PullOut(second);
-  EXPECT_TRUE(Until([&] { return Mixer().DevicesNow() == Names{"deck"}; }));
+  EXPECT_TRUE(Until([&] { return Mixer().DevicesNow() == Names{"Null Output"}; }));
 }
 
 TEST_F(PulseMixerTest, IndexThatDoesNotExistSelectsNothing) {
