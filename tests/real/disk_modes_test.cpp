@@ -44,7 +44,7 @@ TEST_F(DiskModes, NoOtherUserCanReadACopyBeforeItIsWhole) {
   const std::string path = folder.Write("a.wav", std::string(600'000, 's'));
   ASSERT_EQ(::chmod(path.c_str(), 0666), 0);
   std::vector<mode_t> modes;
-  PosixDisk breathing(platform::WriterWatch::SystemClock, platform::WriterWatch::TrustsLeasesOf,
+  PosixDisk breathing(platform::WriterWatch::SystemClock, platform::WriterWatch::TrustInLeasesOf,
                       [&] { modes.push_back(StatusOf(folder / "b.wav").st_mode & 07777); });
   EXPECT_EQ(breathing.Copy(path, folder / "b.wav"), DiskResult::Done);
   ASSERT_FALSE(modes.empty());

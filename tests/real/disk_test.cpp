@@ -25,6 +25,7 @@ namespace tavlo::test {
 namespace {
 
 using platform::PosixDisk;
+using Trust = platform::WriterWatch::Trust;
 using store::DiskResult;
 using store::Entry;
 using store::Readiness;
@@ -197,7 +198,7 @@ TEST_F(DiskTest, CopyKeepsContentsAndStamp) {
 TEST_F(DiskTest, CopyOfALongRecordingBreathesAllTheWay) {
   const std::string path = folder.Write("a.wav", std::string(9'000'000, 's'));
   std::vector<std::uint64_t> sizes;
-  PosixDisk breathing(platform::WriterWatch::SystemClock, platform::WriterWatch::TrustsLeasesOf,
+  PosixDisk breathing(platform::WriterWatch::SystemClock, platform::WriterWatch::TrustInLeasesOf,
                       [&] { sizes.push_back(disk.Facts(folder / "b.wav")->size); });
   EXPECT_EQ(breathing.Copy(path, folder / "b.wav"), DiskResult::Done);
   ASSERT_FALSE(sizes.empty());
@@ -312,7 +313,7 @@ struct StandStillTest : testing::Test {
   std::int64_t now = 1'000'000 * kSecond;
   TemporaryFolder folder;
   std::string path = folder.Write("a.wav", "A");
-  PosixDisk disk{[this] { return now; }, [](std::int64_t) { return false; }};
+  PosixDisk disk{[this] { return now; }, [](std::int64_t) { return Trust::InRefusals; }};
 };
 
 TEST_F(StandStillTest, FreshFileIsInUseUntilItsStampIsTwoSecondsOld) {
@@ -373,11 +374,26 @@ TEST_F(StandStillTest, SomebodyElsesFileGoesByStandingStillThoughLeasesAreBeliev
   EXPECT_EQ(later, Readiness::Free);
 }
 
+TEST_F(StandStillTest, ServerThatRefusesEachLeaseGoesByStandingStill) {
+  PosixDisk ofAServer([this] { return now; }, [](std::int64_t) { return Trust::None; });
+  const auto refused = OtherProgram::Holding(path, O_WRONLY);
+  EXPECT_EQ(ofAServer.TestReadiness(path), Readiness::InUse);
+  now += 2 * kSecond;
+  EXPECT_EQ(ofAServer.TestReadiness(path), Readiness::Free);
+}
+
 TEST(LeaseTrust, NetworkAndUserSpaceFileSystemsAreNotBelieved) {
-  EXPECT_FALSE(platform::WriterWatch::TrustsLeasesOf(0x6969));
-  EXPECT_FALSE(platform::WriterWatch::TrustsLeasesOf(0xFF534D42));
-  EXPECT_FALSE(platform::WriterWatch::TrustsLeasesOf(0x65735546));
-  EXPECT_TRUE(platform::WriterWatch::TrustsLeasesOf(0xEF53));
+  constexpr std::int64_t kNfs = 0x6969;
+  constexpr std::int64_t kCifs = 0xFF534D42;
+  constexpr std::int64_t kFuse = 0x65735546;
+  constexpr std::int64_t kPlan9 = 0x01021997;
+  constexpr std::int64_t kExt4 = 0xEF53;
+  const auto trust = [](std::int64_t kind) { return platform::WriterWatch::TrustInLeasesOf(kind); };
+  EXPECT_EQ(trust(kNfs), Trust::None);
+  EXPECT_EQ(trust(kCifs), Trust::None);
+  EXPECT_EQ(trust(kFuse), Trust::InRefusals);
+  EXPECT_EQ(trust(kPlan9), Trust::InRefusals);
+  EXPECT_EQ(trust(kExt4), Trust::Whole);
 }
 
 }  // namespace

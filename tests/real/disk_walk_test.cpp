@@ -185,7 +185,8 @@ TEST_F(DiskWalkTest, ProcessWithoutHandlesIsToldApartAtTheFolderAndAtAFile) {
 
 TEST_F(DiskWalkTest, FreshFileWhereLeasesAreNotBelievedIsInUseUntilItStoodStill) {
   std::int64_t now = platform::WriterWatch::SystemClock();
-  PosixDisk doubting([&now] { return now; }, [](std::int64_t) { return false; });
+  PosixDisk doubting([&now] { return now; },
+                     [](std::int64_t) { return platform::WriterWatch::Trust::InRefusals; });
   folder.Write("a.wav", "A");
   const auto readiness = [&] {
     const auto walk = doubting.Walk(folder.Path() + "/");

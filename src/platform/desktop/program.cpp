@@ -58,7 +58,7 @@ struct Program::Parts {
   std::optional<InstanceLock> lock;
   qt::QtLoop loop;
   /// No breath any more once the session ends: the screen may be gone, and with it the toolkit.
-  PosixDisk disk{WriterWatch::SystemClock, WriterWatch::TrustsLeasesOf, [this] {
+  PosixDisk disk{WriterWatch::SystemClock, WriterWatch::TrustInLeasesOf, [this] {
                    if (!sessionEnds) loop.Breathe();
                  }};
   SqliteSettingsDatabases databases{

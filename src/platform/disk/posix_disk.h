@@ -16,7 +16,7 @@ class PosixDisk : public store::Disk {
  public:
   /// A copy calls `breathe` again and again, for a long recording can take long to copy.
   explicit PosixDisk(WriterWatch::Clock clock = WriterWatch::SystemClock,
-                     WriterWatch::LeaseTrust leaseTrust = WriterWatch::TrustsLeasesOf,
+                     WriterWatch::LeaseTrust leaseTrust = WriterWatch::TrustInLeasesOf,
                      std::function<void()> breathe = {});
 
   store::Listing ListPlainFiles(const std::string& folder) override;

@@ -48,12 +48,16 @@ std::int64_t WriterWatch::SystemClock() {
   return now.tv_sec * std::int64_t{1'000'000'000} + now.tv_nsec;
 }
 
-bool WriterWatch::TrustsLeasesOf(std::int64_t fileSystemKind) {
+WriterWatch::Trust WriterWatch::TrustInLeasesOf(std::int64_t fileSystemKind) {
   constexpr std::int64_t kCifs = 0xFF534D42;
-  constexpr std::array<std::int64_t, 5> kOfOtherMachines{NFS_SUPER_MAGIC, SMB_SUPER_MAGIC,
-                                                         SMB2_SUPER_MAGIC, kCifs, FUSE_SUPER_MAGIC};
-  return std::find(kOfOtherMachines.begin(), kOfOtherMachines.end(), fileSystemKind) ==
-         kOfOtherMachines.end();
+  constexpr std::int64_t kVirtualBoxShare = 0x786F4256;
+  // Without a delegation from the server these refuse each lease.
+  constexpr std::array<std::int64_t, 4> kOfServers{NFS_SUPER_MAGIC, SMB_SUPER_MAGIC,
+                                                   SMB2_SUPER_MAGIC, kCifs};
+  constexpr std::array<std::int64_t, 3> kBlind{FUSE_SUPER_MAGIC, V9FS_MAGIC, kVirtualBoxShare};
+  if (std::ranges::find(kOfServers, fileSystemKind) != kOfServers.end()) return Trust::None;
+  if (std::ranges::find(kBlind, fileSystemKind) != kBlind.end()) return Trust::InRefusals;
+  return Trust::Whole;
 }
 
 WriterWatch::WriterWatch(Clock clock, LeaseTrust leaseTrust)
@@ -63,20 +67,21 @@ WriterWatch::WriterWatch(Clock clock, LeaseTrust leaseTrust)
 
 store::Readiness WriterWatch::Look(int handle, const struct stat& status, const std::string& path) {
   const int lease = TryLease(handle);
-  if (lease == EAGAIN) return store::Readiness::InUse;
   if (IsOfTheProcess(lease)) return store::Readiness::ProcessInTrouble;
-  const bool believed = lease == 0 && TrustsLeaseOn(handle, status.st_dev);
+  const Trust trust = TrustInLeaseOn(handle, status.st_dev);
+  if (lease == EAGAIN && trust != Trust::None) return store::Readiness::InUse;
+  const bool believed = lease == 0 && trust == Trust::Whole;
   if (!believed && !StandsStill(path, FactsOf(status))) return store::Readiness::InUse;
   return IsWritable(status) ? store::Readiness::Free : store::Readiness::FreeReadOnly;
 }
 
-bool WriterWatch::TrustsLeaseOn(int handle, dev_t device) {
+WriterWatch::Trust WriterWatch::TrustInLeaseOn(int handle, dev_t device) {
   if (!lastDevice_ || lastDevice_->device != device) {
     struct statfs fileSystem;
     const bool known = ::fstatfs(handle, &fileSystem) == 0;
-    lastDevice_ = TrustedDevice{device, known && leaseTrust_(fileSystem.f_type)};
+    lastDevice_ = TrustedDevice{device, known ? leaseTrust_(fileSystem.f_type) : Trust::InRefusals};
   }
-  return lastDevice_->trusted;
+  return lastDevice_->trust;
 }
 
 bool WriterWatch::StandsStill(const std::string& path, const store::FileFacts& facts) {

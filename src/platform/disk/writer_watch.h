@@ -15,8 +15,8 @@ namespace tavlo::platform {
 /// Tells whether a program is still writing a file. It is asked of the kernel, which refuses a read
 /// lease while anybody has the file open for writing. The lease is given back at once, for a held
 /// one would stop the writer. Where leases are not to be had or not to be believed (somebody else's
-/// file, a network or user-space file system) a file is in use until its size and stamp have stood
-/// still for `kStandStill`; a stamp that is older than that counts as still.
+/// file, another machine's or a program's file system) a file is in use until its size and stamp
+/// have stood still for `kStandStill`; a stamp that is older than that counts as still.
 ///
 /// Making the first one of a process takes over SIGIO, the signal of a broken lease, unless the
 /// program handles it already. Programs that we start get its default back.
@@ -27,9 +27,12 @@ class WriterWatch {
   static std::int64_t SystemClock();
   static constexpr std::int64_t kStandStill = 2'000'000'000;
 
-  /// Whether leases on a file system of that kind (its magic number) tell the truth.
-  using LeaseTrust = std::function<bool(std::int64_t fileSystemKind)>;
-  static bool TrustsLeasesOf(std::int64_t fileSystemKind);
+  /// What to believe of an answer to a lease: all of it, the refusals alone, since a writer may be
+  /// out of the kernel's sight, or nothing, where files that nobody has open are refused, too.
+  enum class Trust { Whole, InRefusals, None };
+  /// Says it of a kind of file system (its magic number).
+  using LeaseTrust = std::function<Trust(std::int64_t fileSystemKind)>;
+  static Trust TrustInLeasesOf(std::int64_t fileSystemKind);
 
   WriterWatch(Clock clock, LeaseTrust leaseTrust);
 
@@ -45,10 +48,10 @@ class WriterWatch {
   };
   struct TrustedDevice {
     dev_t device;
-    bool trusted;
+    Trust trust;
   };
 
-  bool TrustsLeaseOn(int handle, dev_t device);
+  Trust TrustInLeaseOn(int handle, dev_t device);
   /// True when the file has stood still for long enough.
   bool StandsStill(const std::string& path, const store::FileFacts& facts);
 
