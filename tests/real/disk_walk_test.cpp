@@ -30,8 +30,6 @@ std::ptrdiff_t OpenHandles() {
   return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
 }
 
-;
-
 struct DiskWalkTest : testing::Test {
   std::unique_ptr<store::FolderWalk> Walk() { return disk.Walk(folder.Path() + "/"); }
   /// A walk that stands at the only file of the folder.

@@ -10,10 +10,11 @@
 namespace tavlo::platform {
 namespace {
 
+/// What cannot be asked counts as one: opening it decides.
 bool IsPlainFile(DIR* folder, const dirent& entry) {
   if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_REG;
   struct stat status;
-  return ::fstatat(::dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+  return ::fstatat(::dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||
          S_ISREG(status.st_mode);
 }
 

@@ -9,9 +9,9 @@ namespace {
 
 constexpr std::size_t kReadAtOnce = 256 * 1024;
 
-FileHandle Refuse() {
+FileHandle Refuse(int error = EINVAL) {
   FileHandle none;
-  errno = EINVAL;
+  errno = error;
   return none;
 }
 
@@ -23,7 +23,8 @@ FileHandle OpenIn(int folder, const std::string& path, Links links, struct stat&
   for (;;) {
     FileHandle file(folder, path.c_str(), O_RDONLY | O_NONBLOCK | follow);
     if (!file && errno == EINTR) continue;
-    if (file && (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))) return Refuse();
+    if (file && ::fstat(file.Get(), &status) != 0) return Refuse(errno);
+    if (file && !S_ISREG(status.st_mode)) return Refuse();
     return file;
   }
 }

@@ -46,7 +46,10 @@ Readiness PosixWalk::TestReadiness() {
   const store::HeldFile& held = Open();
   if (held.opened == DiskResult::ProcessInTrouble) return Readiness::ProcessInTrouble;
   if (held.opened != DiskResult::Done) return Readiness::Unusable;
-  return writers_.Look(held.handle, status_, held.path);
+  const Readiness readiness = writers_.Look(held.handle, status_, held.path);
+  // The writer may have put down its last bytes between the opening and the look.
+  if (::fstat(held.handle, &status_) == 0) held_.facts = FactsOf(status_);
+  return readiness;
 }
 
 DiskResult PosixWalk::SetAttributesNormal() {
