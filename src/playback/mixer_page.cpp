@@ -124,8 +124,9 @@ void MixerPage::FollowChange() {
   }
 }
 
-/// A device that is plugged in is listed at once. One that was chosen in an earlier run, and was
-/// missing until now, plays from now on.
+/// A device that is plugged in is listed at once. The one under the stored number was chosen in an
+/// earlier run, as far as a number can tell, and plays from now on: so a headset that is plugged in
+/// after the start takes the sound off the loudspeakers.
 void MixerPage::ListNewDevices() {
   player_.AddDevices(mixer_.DevicesNow());
   const std::vector<std::string> names = player_.DeviceNames();

@@ -174,6 +174,7 @@ std::vector<std::string> SimulatedPlayer::DeviceNames() const {
 }
 
 void SimulatedPlayer::AddDevices(const std::vector<std::string>& present) {
+  if (DeviceCount() == 0 && !present.empty()) Added.emplace_back("System default");
   for (const std::string& name : present) {
     const std::vector<std::string> known = DeviceNames();
     if (std::ranges::find(known, name) == known.end()) Added.push_back(name);

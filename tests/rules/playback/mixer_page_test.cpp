@@ -346,8 +346,8 @@ TEST_F(MixerPageTest, FirstDeviceOfAMachineThatHadNoneIsListedAndPlays) {
   engine.InitializeNCTcontrol();
   mixer.Plugged = {"Headset"};
   mixer.TellChange();
-  EXPECT_EQ(Devices(), Texts{"Headset"});
-  EXPECT_EQ(player.DeviceName(), "Headset");
+  EXPECT_EQ(Devices(), (Texts{"System default", "Headset"}));
+  EXPECT_EQ(player.DeviceName(), "System default");
   EXPECT_TRUE(player.DeviceHasMixer());
 }
 
