@@ -87,7 +87,13 @@ int CubebDevice::PreferredRate() {
 bool CubebDevice::Open(int index, int framesPerSecond, RtMixer& mixer) {
   Close();
   if (!Connect()) return false;
-  const cubeb_devid device = Identify(index);
+  cubeb_devid device = Identify(index);
+  if (device == nullptr && index > 0 && !OnAServer()) {
+    // It may be a device of a server that has come since this connection was made.
+    Disconnect();
+    if (!Connect()) return false;
+    device = Identify(index);
+  }
   cubeb_stream_params params{};
   params.format = CUBEB_SAMPLE_FLOAT32NE;
   params.rate = static_cast<std::uint32_t>(framesPerSecond);
