@@ -74,12 +74,15 @@ std::optional<std::size_t> HidapiPort::Read(std::span<std::uint8_t> buffer) {
   const short came = waited[0].revents;
   // What a device said before it went is still read.
   if ((came & POLLIN) == 0) {
-    if ((came & (POLLERR | POLLHUP | POLLNVAL)) != 0) return {};
-    return 0;
+    if ((came & (POLLERR | POLLHUP | POLLNVAL)) == 0) return 0;
+    unsettled_ = true;
+    return {};
   }
   const ssize_t bytes = ::read(device_, buffer.data(), buffer.size());
   if (bytes >= 0) return static_cast<std::size_t>(bytes);
   if (errno == EAGAIN || errno == EINTR) return 0;
+  // Its node may stay, and then no news comes of it.
+  unsettled_ = true;
   return {};
 }
 

@@ -32,8 +32,9 @@ struct Watches {
   }
 };
 
+/// Never destroyed: a process that ends by exit() may still stop its watch behind that.
 Watches& AllWatches() {
-  static Watches watches;
+  static Watches& watches = *new Watches;
   return watches;
 }
 

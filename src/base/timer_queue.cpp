@@ -47,19 +47,17 @@ Timer::Timer(Loop& loop, std::string name, Duration interval, TimerKind kind)
 
 Timer::~Timer() { Stop(); }
 
-void Timer::Start() {
+void Timer::Start() { StartWith(loop_.Now() + interval_); }
+
+void Timer::StartDue() { StartWith(loop_.Now()); }
+
+void Timer::StartWith(MonotonicTime firstDue) {
   enabled_ = true;
   if (interval_ > Duration{0}) {
-    loop_.Timers().Arm(*this, loop_.Now() + interval_);
+    loop_.Timers().Arm(*this, firstDue);
   } else {
     loop_.Timers().Disarm(*this);
   }
-  loop_.TimersChanged();
-}
-
-void Timer::StartDue() {
-  enabled_ = true;
-  loop_.Timers().Arm(*this, loop_.Now());
   loop_.TimersChanged();
 }
 

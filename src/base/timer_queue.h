@@ -65,7 +65,8 @@ class Timer {
   /// Starts counting one whole interval from now, also when it runs already. An interval of zero or
   /// less never ticks.
   void Start();
-  /// Starts with a tick that is due now; the next ones come an interval apart.
+  /// Starts with a tick that is due now; the next ones come an interval apart, or never as with
+  /// `Start`.
   void StartDue();
   void Stop();
   bool Enabled() const { return enabled_; }
@@ -80,6 +81,7 @@ class Timer {
   std::function<void()> OnTick;
 
  private:
+  void StartWith(MonotonicTime firstDue);
   friend class TimerQueue;
 
   Loop& loop_;

@@ -28,7 +28,8 @@ class LineWaiter {
   bool Waits() const { return waits_; }
   /// It can be read once a wait has ended, until `Forget`.
   int NewsDescriptor() const { return news_.Descriptor(); }
-  void Forget() const { news_.Silence(); }
+  /// True when a wait had ended.
+  bool Forget() const { return news_.Silence(); }
 
  private:
   void Run(const std::stop_token& stop);

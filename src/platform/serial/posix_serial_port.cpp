@@ -56,8 +56,9 @@ std::optional<pedals::SerialLines> PosixSerialPort::ReadLines() {
   if (portNumber_ == 0) return {};
   if (handle_ < 0 && (++readsSinceLost_ % kReadsBetweenLooks != 0 || !OpenAny())) return {};
   // A change from here on is news again.
-  if (news_) news_->Forget();
-  if (waiter_) waiter_->Forget();
+  const bool waited = news_ && news_->Forget();
+  const bool changed = waiter_ && waiter_->Forget();
+  untold_ = waited && changed;
   const std::optional<int> bits = lines_->Status(handle_);
   if (!bits) {
     Release();
@@ -99,7 +100,7 @@ void PosixSerialPort::BeginToWait() {
 }
 
 bool PosixSerialPort::TellOnce(base::Listener& listener) {
-  if (!news_ || !waiter_->Waits()) return false;
+  if (!news_ || !waiter_->Waits() || untold_) return false;
   news_->Tell(listener);
   return true;
 }

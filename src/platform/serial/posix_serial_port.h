@@ -42,6 +42,9 @@ class PosixSerialPort : public pedals::SerialPort {
   int handle_ = -1;
   int portNumber_ = 0;
   int readsSinceLost_ = 0;
+  /// A change came before the last look, and the listener had not been told of it yet. What it
+  /// brought may have passed, so somebody looks again.
+  bool untold_ = false;
   /// Both are there while a port is open, unless no thread can wait for it.
   std::unique_ptr<LineWaiter> waiter_;
   std::unique_ptr<ReadableOnce> news_;

@@ -25,10 +25,10 @@ class Bell {
     // It fails only when it was rung more often than a number holds, and then it can be read.
     [[maybe_unused]] const ssize_t written = ::write(handle_, &one, sizeof one);
   }
-  void Silence() const {
+  /// True when it had rung.
+  bool Silence() const {
     std::uint64_t rings = 0;
-    // It fails only when nothing was rung.
-    [[maybe_unused]] const ssize_t taken = ::read(handle_, &rings, sizeof rings);
+    return ::read(handle_, &rings, sizeof rings) == sizeof rings;
   }
   /// Belongs to the bell.
   int Descriptor() const { return handle_; }

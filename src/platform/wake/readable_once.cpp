@@ -15,9 +15,9 @@ void ReadableOnce::Tell(base::Listener& listener) {
   notifier_.setEnabled(true);
 }
 
-void ReadableOnce::Forget() {
-  listener_ = nullptr;
+bool ReadableOnce::Forget() {
   notifier_.setEnabled(false);
+  return std::exchange(listener_, nullptr) != nullptr;
 }
 
 void ReadableOnce::HandleReadable() {

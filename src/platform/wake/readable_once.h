@@ -17,8 +17,8 @@ class ReadableOnce {
   /// The next turn of the loop in which the descriptor can be read tells the listener, also one
   /// that only breathes. The listener that waited before is forgotten.
   void Tell(base::Listener& listener);
-  /// Tells no listener any more.
-  void Forget();
+  /// Tells no listener any more. True when one still waited.
+  bool Forget();
 
  private:
   void HandleReadable();
