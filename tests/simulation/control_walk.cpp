@@ -33,8 +33,8 @@ struct Often {
   int weight;
 };
 constexpr std::array kOften{
-    Often{"cmdPlay", 12},
-    Often{"cmdStop", 8},
+    Often{"cmdPlay", 16},
+    Often{"cmdStop", 10},
     Often{"cmdComplete", 4},
     Often{"cmdSave", 4},
     Often{"cmdSkip", 4},
