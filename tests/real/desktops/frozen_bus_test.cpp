@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <chrono>
 #include <functional>
@@ -37,12 +38,13 @@ struct FrozenBus : testing::Test {
     home.AddToQueue(DocumentName("Okafor", 2), WaveBytes(Chirp(8000, 8000)));
   }
 
-  void Run() {
+  void Run(bool heard) {
     DrivenProgram program(home);
     const int status = program.Run([&] {
       ASSERT_TRUE(program.Begin());
       program.AnswerBox();
       ASSERT_TRUE(Until([&] { return program.IsReady(); }));
+      EXPECT_EQ(program.Ask(&QAccessible::isActive), heard);
       bus.Freeze();
       UseEverything(program);
       program.Exit();
@@ -97,13 +99,13 @@ struct FrozenBus : testing::Test {
 
 TEST_F(FrozenBus, HoldsNoClick) {
   ASSERT_NE(bus.Address(), "");
-  Run();
+  Run(false);
 }
 
 TEST_F(FrozenBus, HoldsNoClickOfADeckThatAScreenReaderHears) {
   ASSERT_TRUE(bus.StartService("org.a11y.Bus", "/org/a11y/bus"));
   ::setenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1", 1);
-  Run();
+  Run(true);
 }
 
 }  // namespace
