@@ -89,7 +89,7 @@ class Watch {
     constexpr std::string_view kMark = "/tavlo-mark/";
     if (call.path.starts_with(kMark)) {
       step_ = call.path.substr(kMark.size());
-      openings_.clear();
+      openedInScan_.clear();
     } else if (step_ != "" && step_ != "exit" && !IsAllowed(call)) {
       Offences.push_back(step_ + ": " + call.name + " " + call.path + " " + call.arguments);
     }
@@ -97,8 +97,7 @@ class Watch {
 
   std::vector<std::string> Offences;
   std::set<std::string> Opened;  ///< Documents of the Queue.
-  /// How often the document was opened that one scan opened most often.
-  int MostOpeningsInAScan = 0;
+  std::set<std::string> OpenedTwiceByAScan;
 
  private:
   bool IsAllowed(const SystemCall& call) {
@@ -110,9 +109,17 @@ class Watch {
     const std::size_t queue = call.path.find(kQueue);
     if (queue == std::string::npos) return IsOwnOrSystem(call.path);
     const std::string name = call.path.substr(queue + kQueue.size());
-    if (name.empty()) return step_ == "scan";
+    if (name.empty()) {
+      // A scan begins with its folder.
+      openedInScan_.clear();
+      return step_ == "scan";
+    }
     Opened.insert(name);
-    if (step_ == "scan") MostOpeningsInAScan = std::max(MostOpeningsInAScan, ++openings_[name]);
+    // What is opened by its whole path behind a scan is the document that Auto Queue takes.
+    const bool byItsFolder = !call.arguments.starts_with("AT_FDCWD");
+    if (step_ == "scan" && byItsFolder && !openedInScan_.insert(name).second) {
+      OpenedTwiceByAScan.insert(name);
+    }
     return name.find('/') == name.npos && (step_ == "scan" || step_ == name);
   }
 
@@ -127,7 +134,7 @@ class Watch {
   }
 
   std::string step_;
-  std::map<std::string, int> openings_;  ///< In this step.
+  std::set<std::string> openedInScan_;
 };
 
 /// The wait status of a command whose system calls were written to a file.
@@ -178,7 +185,7 @@ TEST(TwoThousandHostileDocuments, AreListedAndPlayedOrRefusedAndReachNothing) {
   Watch watch;
   for (const SystemCall& call : ReadSystemCalls(desk / "calls")) watch.Take(call);
   EXPECT_EQ(watch.Opened.size(), kDocuments) << "the listener missed some, or more was opened";
-  EXPECT_EQ(watch.MostOpeningsInAScan, 1) << "a scan opens each document once";
+  EXPECT_EQ(watch.OpenedTwiceByAScan, std::set<std::string>());
   EXPECT_EQ(watch.Offences, std::vector<std::string>());
   EXPECT_FALSE(fs::exists(desk / "bait.wav"));
 }

@@ -146,15 +146,14 @@ TEST_F(DeviceChange, WithoutAnyDeviceLeftThePositionStandsUntilOneComesBack) {
 }
 
 TEST(DeviceOfALateServer, IsListedBehindTheDefaultOneAndPlays) {
+  SoundServer::HideServers();
   SoundServer server;
   PlainLoop loop;
   platform::CubebPlayer player(loop);
   ASSERT_TRUE(server.Start());
   PlugInOutput("Second");
-  const int before = player.DeviceCount();
   player.AddDevices({"Null Output", "Second"});
   const std::vector<std::string> names = player.DeviceNames();
-  ASSERT_EQ(player.DeviceCount(), std::max(before, 1) + 2);
   EXPECT_EQ(names.front(), "System default");
   EXPECT_EQ(names.back(), "Second");
   player.SelectDevice(player.DeviceCount() - 1);
