@@ -1,7 +1,7 @@
 #include "lists/document_rows.h"
 
 #include <string>
-#include <utility>
+#include <string_view>
 
 #include "base/text.h"
 #include "forms/main_form.h"
@@ -41,11 +41,14 @@ forms::Row DocumentRow(const store::DocumentRecord& record, const std::string& f
                        const std::string& lengthHMS) {
   const bool priority = record.Priority == "P";
   const Colour colour = priority ? kRed : kBlack;
-  const std::string mark = priority ? "Pri" : "";
+  const std::string_view mark = priority ? "Pri" : "";
   forms::Row row;
-  row.cells.reserve(forms::document_column::StampSort + 1);
-  const auto add = [&row](std::string text, Colour cellColour) {
-    row.cells.push_back({std::move(text), cellColour});
+  row.cells.resize(forms::document_column::StampSort + 1);
+  auto next = row.cells.begin();
+  const auto add = [&next](std::string_view text, Colour cellColour) {
+    next->text = text;
+    next->colour = cellColour;
+    ++next;
   };
   add(mark, colour);
   add(record.SavedPosition != 0 ? "Saved" : "", kBlue);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <unordered_map>
 
@@ -17,7 +18,7 @@ struct SoundFigures {
 
 /// Remembers figures by path for as long as the file stays the one that was measured, so that the
 /// next scan asks the disk for its identity only. Keeps the 50,000 paths used last at least, and
-/// twice as many at most (some 20 MB).
+/// twice as many at most (some 10 MB).
 class MeasuredFiles {
  public:
   /// The figures of the file that has this path now; nullptr when it was not measured, has changed
@@ -32,13 +33,16 @@ class MeasuredFiles {
     FileIdentity identity;
     SoundFigures figures;
   };
-  using Entries = std::unordered_map<std::string, Entry>;
+  /// The hash of a path stands for it. Two paths of one hash are told apart by the identity of
+  /// their files; they only cost each other a measuring.
+  using Entries = std::unordered_map<std::size_t, Entry>;
 
   /// What is remembered of the path, among those used last; null when nothing is.
-  const Entry* Recall(const std::string& path);
-  const SoundFigures* Weigh(const std::string& path, const Entry& entry,
-                            const FileIdentity& identity);
-  void Forget(const std::string& path);
+  const Entry* Recall(std::size_t path);
+  /// The figures of the entry when they are of that identity; otherwise the path is forgotten.
+  const SoundFigures* Weigh(std::size_t path, const Entry& entry, const FileIdentity& identity);
+  void Remember(std::size_t path, const Entry& entry);
+  void Forget(std::size_t path);
 
   Entries recent_;
   Entries older_;
