@@ -23,7 +23,7 @@ class UsbPedal final : private base::Listener {
 
   UsbPedal(base::Loop& loop, FootPedal& pedal, UsbWatcher& watcher);
   /// Ends a watch that still runs.
-  ~UsbPedal();
+  virtual ~UsbPedal();
   UsbPedal(const UsbPedal&) = delete;
 
   /// The watch was looked at, began, or did not begin.

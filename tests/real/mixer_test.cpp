@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/sound/rt_mixer.h"
+#include "support/mixer_rate.h"
 #include "support/sound_analysis.h"
 
 namespace tavlo::test {
@@ -16,15 +17,13 @@ using platform::FrameCount;
 using platform::RtBlock;
 using platform::RtMixer;
 
-constexpr int kRate = 48000;
-constexpr FrameCount kRampFrames = kRate * RtMixer::kRampMilliseconds / 1000;
 constexpr double kHertz = 440;
 constexpr double kAmplitude = 0.5;
 
 /// Cuts a tone into blocks and renders what becomes of them.
 struct MixerTest : testing::Test {
   MixerTest() {
-    mixer.SetRate(kRate);
+    mixer.SetRate(kMixerRate);
     run = mixer.BeginRun();
   }
 
@@ -71,15 +70,15 @@ struct MixerTest : testing::Test {
   double AllHeard() { return mixer.Heard(run, mixer.RenderedFrames()); }
 
   void ExpectNoClick() {
-    EXPECT_LT(LargestStep(heard), 3 * SlopeOfTone(kHertz, kAmplitude, kRate));
+    EXPECT_LT(LargestStep(heard), 3 * SlopeOfTone(kHertz, kAmplitude, kMixerRate));
   }
 
   RtMixer mixer;
   std::uint64_t run = 0;
-  Sound tone = Tone(kHertz, 20, kRate, kAmplitude);
+  Sound tone = Tone(kHertz, 20, kMixerRate, kAmplitude);
   FrameCount toneAt = 25;  // Near the crest, where a hard cut would be heard at once.
   double documentAt = 0;
-  Sound heard{.rate = kRate};
+  Sound heard{.rate = kMixerRate};
 };
 
 TEST_F(MixerTest, SoundBeginsAndEndsInRampsAndIsUntouchedBetween) {
@@ -98,7 +97,7 @@ TEST_F(MixerTest, SoundBeginsAndEndsInRampsAndIsUntouchedBetween) {
 TEST_F(MixerTest, HardCutWouldBeTakenForAClick) {
   Sound cut = tone.Between(0, 0.1);
   cut.samples.insert(cut.samples.end(), tone.samples.begin() + 25, tone.samples.begin() + 4800);
-  EXPECT_GT(LargestStep(cut), 3 * SlopeOfTone(kHertz, kAmplitude, kRate));
+  EXPECT_GT(LargestStep(cut), 3 * SlopeOfTone(kHertz, kAmplitude, kMixerRate));
 }
 
 TEST_F(MixerTest, BlocksOfARunJoinWithoutATrace) {

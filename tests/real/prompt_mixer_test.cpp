@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/sound/rt_mixer.h"
+#include "support/mixer_rate.h"
 #include "support/sound_analysis.h"
 
 namespace tavlo::test {
@@ -16,13 +17,10 @@ using platform::FrameCount;
 using platform::RtBlock;
 using platform::RtMixer;
 
-constexpr int kRate = 48000;
-constexpr FrameCount kRampFrames = kRate * RtMixer::kRampMilliseconds / 1000;
-
 /// A document of 440 Hz and prompts of 620 Hz, each of an amplitude of a quarter.
 struct PromptMixerTest : testing::Test {
   PromptMixerTest() {
-    mixer.SetRate(kRate);
+    mixer.SetRate(kMixerRate);
     run = mixer.BeginRun();
   }
 
@@ -36,7 +34,7 @@ struct PromptMixerTest : testing::Test {
 
   /// Begins near a crest and ends anywhere, so that a hard edge would be heard at once.
   static std::unique_ptr<RtBlock> Prompt(FrameCount frames) {
-    const Sound tone = Tone(620, static_cast<double>(frames + 19) / kRate, kRate, 0.25);
+    const Sound tone = Tone(620, static_cast<double>(frames + 19) / kMixerRate, kMixerRate, 0.25);
     auto block = std::make_unique<RtBlock>();
     block->values.assign(tone.samples.begin() + 19, tone.samples.end());
     return block;
@@ -55,14 +53,14 @@ struct PromptMixerTest : testing::Test {
   }
 
   void ExpectNoClick() {
-    const double slopes = SlopeOfTone(440, 0.25, kRate) + SlopeOfTone(620, 0.25, kRate);
+    const double slopes = SlopeOfTone(440, 0.25, kMixerRate) + SlopeOfTone(620, 0.25, kMixerRate);
     EXPECT_LT(LargestStep(heard), 2 * slopes);
   }
 
   RtMixer mixer;
   std::uint64_t run = 0;
-  Sound document = Tone(440, 4, kRate, 0.25);
-  Sound heard{.rate = kRate};
+  Sound document = Tone(440, 4, kMixerRate, 0.25);
+  Sound heard{.rate = kMixerRate};
 };
 
 TEST_F(PromptMixerTest, PromptSoundsAloneInRampsAndIsUntouchedBetween) {
@@ -202,7 +200,7 @@ TEST_F(PromptMixerTest, EveryPromptOfABusyLoopIsHeardOrFadedWhileTheDeviceWorks)
 
 TEST(PromptRace, FirstBlockOfARunIsNeverTakenForALeftover) {
   RtMixer mixer;
-  mixer.SetRate(kRate);
+  mixer.SetRate(kMixerRate);
   std::atomic<bool> playing{true};
   std::atomic<int> begun{0};
   std::thread device([&] {

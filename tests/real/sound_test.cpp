@@ -24,7 +24,6 @@ using base::operator""ms;
 using base::operator""s;
 
 constexpr int kRate = 16000;
-constexpr base::Duration kPatience = 120s;
 /// So many seconds after a stop the recording has everything.
 constexpr double kTail = 0.6;
 

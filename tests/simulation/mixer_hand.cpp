@@ -4,12 +4,10 @@
 #include <array>
 #include <utility>
 
+#include "simulation/places.h"
+
 namespace tavlo::simulation {
-namespace {
-
-constexpr int kTopVolume = 65535;
-
-}  // namespace
+namespace {}  // namespace
 
 MixerHand::MixerHand(Desk& desk, Chance chance, Trace& trace)
     : desk_(desk), chance_(chance), trace_(trace) {}

@@ -4,12 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "simulation/places.h"
+
 namespace tavlo::simulation {
 namespace {
 
 using test::SimulatedSource;
 
-constexpr int kTopVolume = 65535;
 constexpr int kMiddle = 50;
 
 const std::vector<SimulatedSource>& SourcesOfTheDevice(Desk& desk) {

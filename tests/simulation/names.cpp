@@ -2,13 +2,12 @@
 
 #include <array>
 
+#include "simulation/places.h"
 #include "store/saved_position.h"
 #include "support/documents.h"
 
 namespace tavlo::simulation {
 namespace {
-
-constexpr std::size_t kMostBytesOfAName = 255;
 
 constexpr std::array kAuthors{"Brown", "Okafor", "O'Neill", "", "Ångström", "\xFF\xFE", "a\nb"};
 constexpr std::array kMoments{"3 9 2004 14 5 12", "2 29 2004 23 59 59", "12 31 1999 0 0 0",

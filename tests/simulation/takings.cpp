@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <utility>
 
+#include "simulation/places.h"
 #include "simulation/trace.h"
 #include "store/saved_position.h"
 
 namespace tavlo::simulation {
 namespace {
 
-const std::string kInQueue = Desk::Path("/Files/InQueue/");
-const std::string kCompleted = Desk::Path("/Files/Completed/");
-const std::string kRescued = Desk::Path("/Files/Rescued/");
-constexpr std::size_t kMostBytesOfAName = 255;
+const std::string kPathOfInQueue = Desk::Path(kInQueue);
+const std::string kPathOfCompleted = Desk::Path(kCompleted);
+const std::string kPathOfRescued = Desk::Path(kRescued);
 constexpr const char* kSetAside = ".Rescued ";
 
 std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
@@ -20,11 +20,11 @@ std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind
 /// Half copies and what was set aside stand behind a dot; they are no documents of a list.
 bool IsDocument(const std::string& path) {
   const std::string folder = FolderOf(path);
-  return (folder == kInQueue || folder == kCompleted) && path[folder.size()] != '.';
+  return (folder == kPathOfInQueue || folder == kPathOfCompleted) && path[folder.size()] != '.';
 }
 
 bool IsSetAside(const std::string& from, const std::string& to) {
-  return to.starts_with(kRescued) || to.starts_with(FolderOf(from) + kSetAside);
+  return to.starts_with(kPathOfRescued) || to.starts_with(FolderOf(from) + kSetAside);
 }
 
 }  // namespace
@@ -77,7 +77,7 @@ void Takings::LookWhetherItIsTrue(const std::string& said, const std::string& pa
     return std::any_of(places.begin(), places.end(),
                        [&](const std::string& place) { return place.starts_with(where); });
   };
-  if (said.find("/Prompts/Complete.") != said.npos && !stands(kCompleted)) {
+  if (said.find("/Prompts/Complete.") != said.npos && !stands(kPathOfCompleted)) {
     Note("Said to be completed: " + Readable(places.front()));
   }
   const double position = desk_.Rooms()->documentInWork.CurrentSamplePosition;
@@ -107,11 +107,11 @@ Takings::Wish Takings::WishOf(const forms::Command& command) const {
   if (&command == &main.cmdComplete || &command == &main.cmdSave) {
     wish.mayTake = InWork();
     if (wish.mayTake.empty()) {
-      wish.mayTake = Highlighted(main.listViewInQueue, main.frameInQueue, kInQueue);
+      wish.mayTake = Highlighted(main.listViewInQueue, main.frameInQueue, kPathOfInQueue);
     }
-    if (&command == &main.cmdComplete) wish.givesWay = kCompleted;
+    if (&command == &main.cmdComplete) wish.givesWay = kPathOfCompleted;
   } else if (&command == &main.cmdMoveToQueue || &command == &main.cmdDeleteOneCompleted) {
-    wish.mayTake = Highlighted(main.listViewCompleted, main.frameCompleted, kCompleted);
+    wish.mayTake = Highlighted(main.listViewCompleted, main.frameCompleted, kPathOfCompleted);
   } else if (&command == &main.cmdDeleteAllCompleted) {
     wish.mayClear = true;
   }
@@ -140,7 +140,7 @@ void Takings::LookAt(const std::string& from, const std::string& to) {
   if (!IsDocument(from)) return;
   if (wishes_.empty()) return Note("Without a command, away goes " + Readable(from));
   Wish& wish = wishes_.back();
-  if (wish.mayClear && FolderOf(from) == kCompleted) return;
+  if (wish.mayClear && FolderOf(from) == kPathOfCompleted) return;
   if (!wish.mayTake.contains(from)) {
     const bool givesWay = FolderOf(from) == wish.givesWay && IsSetAside(from, to);
     if (!givesWay) {

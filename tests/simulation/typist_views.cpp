@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "simulation/places.h"
 #include "simulation/typist.h"
 #include "store/saved_position.h"
 
@@ -15,7 +16,6 @@ constexpr std::string_view kDeleteOneQuestion =
 constexpr std::string_view kDeleteAllQuestion =
     "Are you absolutely sure you want to delete all the Completed documents?";
 constexpr std::string_view kExitQuestion = "Are you sure you want to exit the Tavlo Deck?";
-constexpr const char* kCompleted = "/Files/Completed/";
 
 bool IsWave(const std::string& name) {
   constexpr std::string_view kLower = ".wav";

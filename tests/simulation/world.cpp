@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "simulation/names.h"
+#include "simulation/places.h"
 #include "support/documents.h"
 
 namespace tavlo::simulation {
@@ -13,9 +14,6 @@ namespace {
 using store::DiskResult;
 using test::SimulatedDisk;
 
-constexpr const char* kInQueue = "/Files/InQueue/";
-constexpr const char* kCompleted = "/Files/Completed/";
-constexpr const char* kRescued = "/Files/Rescued/";
 constexpr std::array kFolders{kInQueue, kCompleted, kRescued};
 constexpr std::array kVanishing{"/Files/InQueue", "/Files/Completed", "/Files/Rescued", "/Prompts"};
 constexpr std::array kFaults{DiskResult::NoSpace, DiskResult::Failed, DiskResult::OtherFileSystem,
@@ -24,7 +22,6 @@ constexpr std::array<playback::SampleCount, 8> kLengths{0,      1,      7,      
                                                         80'000, 80'000, 400'000, 20'000'000};
 constexpr std::array kRates{8000, 11'025, 16'000, 44'100};
 constexpr std::uint64_t kPlentyOfSpace = 1'000'000'000;
-constexpr std::size_t kMostBytesOfAName = 255;
 /// Files in a folder from which somebody begins to clear it.
 constexpr std::size_t kFullFolder = 40;
 

@@ -47,6 +47,8 @@ void Run(const std::function<void()>& call) {
   }
 }
 
+}  // namespace
+
 /// Takes over the signals that ask a process to end.
 class Signals {
  public:
@@ -85,8 +87,6 @@ class Signals {
   std::unique_ptr<QSocketNotifier> notifier_;
   std::array<struct sigaction, kSignals.size()> before_{};
 };
-
-}  // namespace
 
 class SessionEnd::Watch : public QObject {
  public:

@@ -43,8 +43,8 @@ constexpr LawTable MakeALawTable() {
   return table;
 }
 
-constexpr LawTable kMuLaw = MakeMuLawTable();
-constexpr LawTable kALaw = MakeALawTable();
+constexpr LawTable kMuLawTable = MakeMuLawTable();
+constexpr LawTable kALawTable = MakeALawTable();
 
 float SampleFrom(WaveCoding coding, const std::uint8_t* at) {
   switch (coding) {
@@ -64,9 +64,9 @@ float SampleFrom(WaveCoding coding, const std::uint8_t* at) {
     case WaveCoding::Float64:
       return Tamed(static_cast<float>(std::bit_cast<double>(LittleEndian64(at))));
     case WaveCoding::MuLaw:
-      return kMuLaw[*at];
+      return kMuLawTable[*at];
     case WaveCoding::ALaw:
-      return kALaw[*at];
+      return kALawTable[*at];
     case WaveCoding::Ima:
     case WaveCoding::Ms:
       break;

@@ -9,7 +9,7 @@ namespace tavlo::platform::qt {
 namespace {
 
 constexpr int kPadding = 12;
-constexpr int kBetweenLines = 10;
+constexpr int kCardLineSpacing = 10;
 constexpr double kRounding = 6;
 constexpr double kEdge = 0.16;   ///< Share of the letters' colour in the edge.
 constexpr double kLight = 0.06;  ///< Share of white in the sheet of a dark desktop.
@@ -19,7 +19,7 @@ constexpr double kSheet = 0.6;   ///< Share of the desktop's paper in the sheet 
 
 Card::Card(QWidget* page) : QWidget(page), lines_(new QVBoxLayout(this)) {
   lines_->setContentsMargins(kPadding + 2, kPadding, kPadding + 2, kPadding);
-  lines_->setSpacing(kBetweenLines);
+  lines_->setSpacing(kCardLineSpacing);
 }
 
 void Card::paintEvent(QPaintEvent*) {

@@ -19,7 +19,7 @@ namespace tavlo::platform::qt {
 namespace {
 
 constexpr int kMargin = 16;
-constexpr int kBetweenLines = 12;
+constexpr int kEqualizerLineSpacing = 12;
 constexpr int kBetweenCurves = 6;
 constexpr int kBetweenBands = 8;
 constexpr double kLine = 0.13;  ///< Share of the letters' colour.
@@ -64,7 +64,7 @@ EqualizerPage::EqualizerPage(forms::EqualizerPage& form, Binder& binder, QWidget
     : QWidget(parent), form_(form), binder_(binder) {
   auto* const lines = new QVBoxLayout(this);
   lines->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  lines->setSpacing(kBetweenLines);
+  lines->setSpacing(kEqualizerLineSpacing);
   AddCurves(*lines);
   AddBands(*lines);
   binder.Frame(form.frameConfigEqualizer, *this);
@@ -77,7 +77,7 @@ void EqualizerPage::AddCurves(QBoxLayout& lines) {
   auto* const enable = new QCheckBox(this);
   row->addWidget(enable);
   binder_.Tick(form_.chkEqEnable, *enable);
-  row->addSpacing(kBetweenLines);
+  row->addSpacing(kEqualizerLineSpacing);
   for (forms::PresetCommand* const curve :
        {&form_.cmdEqFlat, &form_.cmdEqLo, &form_.cmdEqMid, &form_.cmdEqHi, &form_.cmdEqCustom}) {
     AddCurve(*row, *curve);

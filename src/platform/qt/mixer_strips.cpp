@@ -16,7 +16,7 @@ namespace tavlo::platform::qt {
 namespace {
 
 constexpr int kMargin = 16;
-constexpr int kBetweenLines = 12;
+constexpr int kStripLineSpacing = 12;
 constexpr int kBetweenStrips = 6;
 constexpr int kStripPadding = 3;  ///< With more, the keys of eight strips would not fit.
 constexpr int kStripWidth = 132;
@@ -29,7 +29,7 @@ MixerStrips::MixerStrips(forms::MixerPage& form, Binder& binder, QWidget* parent
     : QWidget(parent), form_(form), binder_(binder) {
   auto* const lines = new QVBoxLayout(this);
   lines->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  lines->setSpacing(kBetweenLines);
+  lines->setSpacing(kStripLineSpacing);
   AddDevice(*lines);
   auto* const nothing = new QLabel(this);
   nothing->setWordWrap(true);

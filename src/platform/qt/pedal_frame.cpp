@@ -16,7 +16,7 @@
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kBetweenLines = 8;
+constexpr int kPedalLineSpacing = 8;
 constexpr int kBetweenPedals = 16;
 constexpr QSize kPedalSize{72, 34};
 constexpr qreal kPedalRounding = 6;
@@ -50,7 +50,7 @@ class PedalPicture : public QWidget {
 
 PedalFrame::PedalFrame(forms::SettingsPage& form, Binder& binder, QWidget* parent)
     : Card(parent), form_(form), binder_(binder) {
-  Lines().setSpacing(kBetweenLines);
+  Lines().setSpacing(kPedalLineSpacing);
   auto* const caption = new QLabel(this);
   caption->setWordWrap(true);
   Lines().addWidget(caption);

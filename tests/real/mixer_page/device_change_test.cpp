@@ -19,8 +19,7 @@ namespace {
 using base::operator""ms;
 using base::operator""s;
 
-constexpr int kRate = 16000;
-constexpr base::Duration kPatience = 120s;
+constexpr int kDocumentRate = 16000;
 
 /// A server with a second output beside the one that is the default, and a document that plays.
 struct DeviceChange : testing::Test {
@@ -29,7 +28,7 @@ struct DeviceChange : testing::Test {
     second = PlugInOutput("Second");
     player = std::make_unique<platform::CubebPlayer>(loop);
     pump = std::make_unique<SoundPump>(*player, transform);
-    pump->Load(Tone(440, 60, kRate));
+    pump->Load(Tone(440, 60, kDocumentRate));
   }
 
   /// The index of that device in the player's list.
@@ -64,7 +63,9 @@ struct DeviceChange : testing::Test {
   bool PlaysOn(double seconds) {
     const auto from = player->PlayedSamples();
     return loop.WaitUntil(
-        [&] { return static_cast<double>(player->PlayedSamples() - from) > seconds * kRate; },
+        [&] {
+          return static_cast<double>(player->PlayedSamples() - from) > seconds * kDocumentRate;
+        },
         kPatience);
   }
 
@@ -89,11 +90,11 @@ TEST_F(DeviceChange, AnotherDeviceGoesOnWhereTheOneBeforeWas) {
   EXPECT_EQ(SoundsOn(), "Second");
   EXPECT_GE(after, before);
   // It may play while it changes, and no faster than the clock.
-  EXPECT_LT(static_cast<double>(after - before), (taken.count() + 0.1) * kRate);
+  EXPECT_LT(static_cast<double>(after - before), (taken.count() + 0.1) * kDocumentRate);
   EXPECT_TRUE(PlaysOn(1));
   EXPECT_EQ(pump->Ends, 0);
   const double stopped = pump->Stop();
-  EXPECT_NEAR(stopped, static_cast<double>(player->PlayedSamples()), 0.1 * kRate);
+  EXPECT_NEAR(stopped, static_cast<double>(player->PlayedSamples()), 0.1 * kDocumentRate);
 }
 
 TEST_F(DeviceChange, DeviceThatIsPluggedInLaterIsFoundByItsName) {
@@ -159,10 +160,10 @@ TEST(DeviceOfALateServer, IsListedBehindTheDefaultOneAndPlays) {
   player.SelectDevice(player.DeviceCount() - 1);
   platform::SoundTouchTransform transform;
   SoundPump pump(player, transform);
-  pump.Load(Tone(440, 20, kRate));
+  pump.Load(Tone(440, 20, kDocumentRate));
   pump.Play();
   EXPECT_TRUE(loop.WaitUntil([&] { return DeviceChange::SoundsOn() == "Second"; }, kPatience));
-  EXPECT_TRUE(loop.WaitUntil([&] { return player.PlayedSamples() > kRate; }, kPatience));
+  EXPECT_TRUE(loop.WaitUntil([&] { return player.PlayedSamples() > kDocumentRate; }, kPatience));
   pump.Stop();
 }
 

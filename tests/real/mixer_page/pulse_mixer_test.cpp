@@ -24,8 +24,6 @@ using Names = std::vector<std::string>;
 
 constexpr int kRate = 16000;
 constexpr int kFull = 65535;
-/// How long any news may take on a busy machine.
-constexpr base::Duration kPatience = 120s;
 /// A wait for the server would be one of many seconds.
 constexpr base::Duration kAtOnce = 1s;
 

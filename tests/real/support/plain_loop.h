@@ -10,6 +10,9 @@
 
 namespace tavlo::test {
 
+/// How long any news may take on a busy machine.
+inline constexpr base::Duration kPatience = std::chrono::seconds(120);
+
 /// A loop on the real clock and without a toolkit: it sleeps until the next timer is due or a
 /// descriptor that it waits for can be read.
 class PlainLoop : public base::Loop, public platform::DescriptorWaits {

@@ -21,7 +21,6 @@ using base::operator""s;
 constexpr int kRate = 16000;
 constexpr double kHertz = 440;
 constexpr double kAmplitude = 0.25;
-constexpr base::Duration kPatience = 120s;
 
 /// The whole way of the sound behind the file, with the device's thread running beside the loop's.
 struct SoundThreads : testing::Test {
