@@ -6,6 +6,7 @@
 #include <QShortcutEvent>
 
 #include "platform/qt/deck_scale.h"
+#include "platform/qt/kept_pixmap.h"
 #include "platform/qt/theme.h"
 
 namespace tavlo::platform::qt {
@@ -33,6 +34,49 @@ QRectF Inside(const QRectF& box, double inset) {
   return box.adjusted(inset, inset, -inset, -inset);
 }
 
+/// What the face of a key that is in use depends on.
+struct FaceLook {
+  QSize size;
+  double round;
+  QColor colour;
+  bool down;
+};
+
+void DrawFace(QPainter& painter, const FaceLook& look) {
+  const QRectF edge = Inside(QRectF(QPointF(), look.size), 0.5);
+  QLinearGradient shade(0, 0, 0, look.size.height());
+  shade.setColorAt(0, look.colour.lighter(look.down ? 96 : 114));
+  shade.setColorAt(1, look.colour.darker(look.down ? 104 : 118));
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(shade);
+  painter.setPen(QPen(theme::kKeyEdge, 1));
+  painter.drawRoundedRect(edge, look.round, look.round);
+  if (!look.down) {
+    painter.setPen(QPen(theme::kKeyShine, 1));
+    painter.drawLine(QPointF(look.round, 1.5), QPointF(look.size.width() - look.round, 1.5));
+  }
+}
+
+/// Faces are kept: the toolkit draws a shade with several threads and waits for them, and on a busy
+/// machine that held a command which changes many keys for a fortieth of a second.
+QPixmap FacePixmap(const FaceLook& look, double ratio) {
+  const QString name = QStringLiteral("key %1x%2 %3 %4 %5 %6")
+                           .arg(look.size.width())
+                           .arg(look.size.height())
+                           .arg(look.round)
+                           .arg(look.colour.name())
+                           .arg(look.down)
+                           .arg(ratio);
+  return KeptPixmap(name, [&] {
+    QPixmap face(look.size * ratio);
+    face.setDevicePixelRatio(ratio);
+    face.fill(Qt::transparent);
+    QPainter painter(&face);
+    DrawFace(painter, look);
+    return face;
+  });
+}
+
 }  // namespace
 
 DeckKey::DeckKey(Glyph glyph, const DeckScale& scale, QWidget* parent)
@@ -53,13 +97,12 @@ QColor DeckKey::InkColour() const {
 }
 
 void DeckKey::PaintFace(QPainter& painter) const {
-  const QRectF edge = Inside(rect(), 0.5);
   const double round = scale_(kRound);
   if (!isEnabled()) {
     // The fascia shines through a key that has nothing to do.
     painter.setBrush(theme::kDisabledKey);
     painter.setPen(QPen(theme::kDisabledKey, 1));
-    painter.drawRoundedRect(edge, round, round);
+    painter.drawRoundedRect(Inside(rect(), 0.5), round, round);
     return;
   }
   QColor face = FaceColour(tone_);
@@ -68,16 +111,7 @@ void DeckKey::PaintFace(QPainter& painter) const {
   } else if (underMouse()) {
     face = face.lighter(114);
   }
-  QLinearGradient shade(0, 0, 0, height());
-  shade.setColorAt(0, face.lighter(isDown() ? 96 : 114));
-  shade.setColorAt(1, face.darker(isDown() ? 104 : 118));
-  painter.setBrush(shade);
-  painter.setPen(QPen(theme::kKeyEdge, 1));
-  painter.drawRoundedRect(edge, round, round);
-  if (!isDown()) {
-    painter.setPen(QPen(theme::kKeyShine, 1));
-    painter.drawLine(QPointF(round, 1.5), QPointF(width() - round, 1.5));
-  }
+  painter.drawPixmap(0, 0, FacePixmap({size(), round, face, isDown()}, devicePixelRatioF()));
 }
 
 void DeckKey::PaintRing(QPainter& painter) const {

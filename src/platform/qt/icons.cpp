@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+#include "platform/qt/kept_pixmap.h"
+
 namespace tavlo::platform::qt {
 namespace {
 
@@ -66,11 +68,16 @@ QPixmap DrawingPixmap(const QString& file, int size, double ratio) {
 }  // namespace
 
 QPixmap GlyphPixmap(Glyph glyph, int size, const QColor& ink, double ratio) {
-  QPixmap pixmap = DrawingPixmap(FileOf(glyph), size, ratio);
-  QPainter painter(&pixmap);
-  painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-  painter.fillRect(0, 0, size, size, ink);
-  return pixmap;
+  const QString file = FileOf(glyph);
+  const QString name =
+      QStringLiteral("glyph %1 %2 %3 %4").arg(file).arg(size).arg(ink.name()).arg(ratio);
+  return KeptPixmap(name, [&] {
+    QPixmap pixmap = DrawingPixmap(file, size, ratio);
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(0, 0, size, size, ink);
+    return pixmap;
+  });
 }
 
 QPixmap BoxSign(base::Icon icon, int size, double ratio) {

@@ -82,10 +82,13 @@ void QtLoop::Yield() {
 }
 
 void QtLoop::Wait(base::Duration length) {
+  // What the first pass has to paint happens within the time, not before it.
+  const base::MonotonicTime end = Now() + length;
   Yield();
-  if (length <= base::Duration{0} || quit_) return;
+  const base::Duration left = end - Now();
+  if (left <= base::Duration{0} || quit_) return;
   QEventLoop nested;
-  QTimer::singleShot(MillisecondsUntil(length), Qt::PreciseTimer, &nested, &QEventLoop::quit);
+  QTimer::singleShot(MillisecondsUntil(left), Qt::PreciseTimer, &nested, &QEventLoop::quit);
   SleepUntilDue();
   nested.exec();
 }

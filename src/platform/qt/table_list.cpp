@@ -43,7 +43,8 @@ Qt::Alignment SideOf(const forms::Column& column) {
 /// the visible twenty, so it draws by itself what the style would ask a dozen questions for.
 class RowDelegate : public QStyledItemDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  /// The widths must outlive it.
+  RowDelegate(TextWidths& widths, QObject* parent) : QStyledItemDelegate(parent), widths_(widths) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
@@ -67,9 +68,16 @@ class RowDelegate : public QStyledItemDelegate {
     const QRect inside = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
     const int side = index.data(Qt::TextAlignmentRole).toInt();
     painter->drawText(inside, side | Qt::TextSingleLine,
-                      option.fontMetrics.elidedText(index.data(Qt::DisplayRole).toString(),
-                                                    Qt::ElideRight, inside.width()));
+                      Fitting(index.data(Qt::DisplayRole).toString(), option, inside.width()));
   }
+
+ private:
+  QString Fitting(const QString& text, const QStyleOptionViewItem& option, int space) const {
+    if (widths_.Of(text, option.font) <= space) return text;
+    return option.fontMetrics.elidedText(text, Qt::ElideRight, space);
+  }
+
+  TextWidths& widths_;
 };
 
 }  // namespace
@@ -113,7 +121,9 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
   const forms::Colour colour = table_.Rows()[row].cells[column].colour;
   // Black is the desktop's own text colour, which is light on a dark desktop.
   if (colour == 0) return {};
-  return Readable(QColor::fromRgb(colour), background_);
+  const auto known = readable_.constFind(colour);
+  if (known != readable_.constEnd()) return *known;
+  return *readable_.insert(colour, Readable(QColor::fromRgb(colour), background_));
 }
 
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -134,7 +144,7 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
       heading_(new ListHeading(this)) {
   setHorizontalHeader(heading_);
   setModel(model_);
-  setItemDelegate(new RowDelegate(this));
+  setItemDelegate(new RowDelegate(textWidths_, this));
   setSelectionBehavior(SelectRows);
   setSelectionMode(SingleSelection);
   setEditTriggers(NoEditTriggers);
@@ -200,14 +210,12 @@ void TableList::ShowColumns() {
   ShareWidth();
 }
 
-int TableList::LeastWidth(int column) const {
+int TableList::LeastWidth(int column) {
   const QString title = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-  const QFontMetrics letters = fontMetrics();
-  const int enough = letters.horizontalAdvance(kShortText);
+  const int enough = textWidths_.Of(kShortText, font());
   int text = 0;
   for (int row = 0; row < std::min(kRowsMeasured, model_->rowCount()) && text < enough; ++row) {
-    const QString cell = model_->index(row, column).data().toString();
-    text = std::max(text, letters.horizontalAdvance(cell));
+    text = std::max(text, textWidths_.Of(model_->index(row, column).data().toString(), font()));
   }
   return std::max(heading_->WidthFor(title), std::min(text, enough) + 2 * kCellPadding + kRounding);
 }

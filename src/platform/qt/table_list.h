@@ -3,11 +3,13 @@
 #include <QAbstractTableModel>
 #include <QColor>
 #include <QFont>
+#include <QHash>
 #include <QTableView>
 #include <functional>
 #include <vector>
 
 #include "forms/controls.h"
+#include "platform/qt/text_widths.h"
 
 namespace tavlo::platform::qt {
 
@@ -28,7 +30,10 @@ class RowsModel : public QAbstractTableModel {
   /// Where the table's column stands, -1 for one that does not show.
   int PlaceOf(int tableColumn) const;
   /// The colour against which texts must be readable.
-  void SetBackground(const QColor& background) { background_ = background; }
+  void SetBackground(const QColor& background) {
+    background_ = background;
+    readable_.clear();
+  }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -41,6 +46,8 @@ class RowsModel : public QAbstractTableModel {
   int rows_ = 0;
   std::vector<int> columns_;  ///< The table's columns that show, from left to right.
   QColor background_ = Qt::white;
+  /// The colours of the cells as they are readable on the background.
+  mutable QHash<forms::Colour, QColor> readable_;
 };
 
 /// A list of documents or files. A click or a key that reaches a row is the row's click; the row
@@ -76,7 +83,7 @@ class TableList : public QTableView {
   void ShowColumns();
   void ShareWidth();
   void FitRowsToFont();
-  int LeastWidth(int column) const;
+  int LeastWidth(int column);
   void ChooseColours();
   void PaintWhenEmpty();
   void SortByHand(int column);
@@ -86,6 +93,7 @@ class TableList : public QTableView {
   Binder& binder_;
   RowsModel* model_;
   ListHeading* heading_;
+  TextWidths textWidths_;
   std::vector<forms::Twips> shownWidths_;
   bool widthsByHand_ = false;
   bool sharing_ = false;
