@@ -50,6 +50,8 @@ void Run(const std::function<void()>& call) {
 }  // namespace
 
 /// Takes over the signals that ask a process to end.
+/// Not among the unnamed above: taken together with other sources, a class may not have a member of
+/// an unnamed class.
 class Signals {
  public:
   explicit Signals(std::function<void()> came) {
