@@ -41,6 +41,13 @@ class FastLoop : public base::Loop {
     RunPass();
   }
   void Breathe() override { RunFeeds(); }
+  bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override {
+    while (!done() && now_ < limit.sinceStart) {
+      now_ += kTick;
+      RunFeeds();
+    }
+    return done();
+  }
 
  protected:
   base::Reply ShowBox(const base::MessageBox& /*box*/) override { return base::Reply::Ok; }

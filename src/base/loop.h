@@ -31,6 +31,9 @@ class Loop {
   /// Lets painting and the feed timers through, and the end of the desktop's session, and nothing
   /// else, for work that nothing may interleave. Cheap enough to be called once a file.
   virtual void Breathe() = 0;
+  /// Breathes until `done` says so, which is asked after each breath and each wakening; false at
+  /// the limit.
+  virtual bool BreatheUntil(const std::function<bool()>& done, MonotonicTime limit) = 0;
 
   /// Runs `call` on the next pass, after what is posted already.
   void Post(std::function<void()> call);

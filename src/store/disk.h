@@ -11,7 +11,8 @@ namespace tavlo::store {
 
 class FolderWalk;
 
-/// How a file operation ended. The caller must look.
+/// How a file operation ended. The caller must look. OutOfReach: the place gave no answer. What was
+/// asked may still happen, so it is not asked again.
 enum class [[nodiscard]] DiskResult{
     Done,
     NotFound,
@@ -19,8 +20,9 @@ enum class [[nodiscard]] DiskResult{
     NoSpace,
     OtherFileSystem,
     NoAccess,
-    ProcessInTrouble,  ///< No handles or no memory left: nothing is known of the file.
-    Failed};
+    ProcessInTrouble,  ///< No handles or memory left: nothing is known of the file.
+    Failed,
+    OutOfReach};
 
 struct FileFacts {
   std::uint64_t size = 0;
@@ -29,7 +31,7 @@ struct FileFacts {
 };
 
 /// The plain files of a folder. When `finished` is false the names are those that came before the
-/// walk failed; when `started` is false there are none.
+/// walk failed or the folder gave no answer any more; when `started` is false there are none.
 struct Listing {
   bool started = false;
   bool finished = false;
@@ -44,10 +46,12 @@ enum class Readiness {
   InUse,             ///< A program has it open for writing, or it still grows.
   Unusable,          ///< It cannot be opened, or it is no plain file (any more).
   ProcessInTrouble,  ///< The process has no handles or memory left to ask.
+  OutOfReach,        ///< The place gave no answer.
 };
 
 /// What stands at a path. A link counts as what it leads to, and as Other when it leads nowhere.
-enum class Entry { Nothing, PlainFile, Folder, Other };
+/// OutOfReach: the place gave no answer.
+enum class Entry { Nothing, PlainFile, Folder, Other, OutOfReach };
 
 /// The narrow interface to the file system. Paths are full paths of bytes; they need not be UTF-8.
 /// A path without a folder, and the empty folder, mean the process's current folder. Everything is
@@ -61,7 +65,7 @@ class Disk {
   /// Begins a walk over the same files for who asks more of each than its name. `folder` is empty
   /// or ends in a separator. The walk must not outlive the disk.
   virtual std::unique_ptr<FolderWalk> Walk(const std::string& folder) = 0;
-  /// Size and stamp of a plain file; nothing when there is none.
+  /// Size and stamp of a plain file; nothing when there is none, or when it is out of reach.
   virtual std::optional<FileFacts> Facts(const std::string& path) = 0;
   virtual Entry Look(const std::string& path) = 0;
   /// Asks the kernel whether a program is still writing the file. Changes nothing.
@@ -86,6 +90,9 @@ class Disk {
   virtual DiskResult RemoveFolder(const std::string& path) = 0;
   /// Makes renames and deletes in the folder survive a power cut.
   virtual DiskResult FlushFolder(const std::string& folder) = 0;
+
+  /// Whether the place of `path` owes an answer. Answers at once.
+  virtual bool OutOfReach(const std::string& path) = 0;
 };
 
 }  // namespace tavlo::store

@@ -16,6 +16,8 @@ std::string_view WhyNot(DiskResult result) {
       return "access is denied";
     case DiskResult::ProcessInTrouble:
       return "the program has no file handles or memory left";
+    case DiskResult::OutOfReach:
+      return "the folder gives no answer";
     case DiskResult::Done:
     case DiskResult::Failed:
       break;

@@ -20,13 +20,14 @@ struct HeldFile {
 /// How a walk ended.
 enum class WalkEnd {
   Whole,
-  OutOfReach,        ///< The folder could not be listed, or not to its end.
+  OutOfReach,        ///< The folder could not be listed, or not to its end, or gave no answer.
   ProcessInTrouble,  ///< The same, because the process has no handles or memory left.
 };
 
 /// A walk over the plain files of a folder, in the folder's own order, that opens each of them at
 /// most once. The files are those that stood there when the walk began; each is looked up in the
-/// folder that was opened then, whatever its path leads to by now. One file is held at a time.
+/// folder that was opened then, whatever its path leads to by now. One file is held at a time. A
+/// call that is out of reach ends the walk: Next is false from then on, and End is OutOfReach.
 class FolderWalk {
  public:
   virtual ~FolderWalk() = default;

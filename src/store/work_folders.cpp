@@ -43,11 +43,18 @@ Locked LockedBy(Readiness readiness) {
       return Locked::No;
     case Readiness::ProcessInTrouble:
       return Locked::NotKnown;
+    case Readiness::OutOfReach:
+      return Locked::OutOfReach;
     case Readiness::InUse:
     case Readiness::Unusable:
       break;
   }
   return Locked::Yes;
+}
+
+/// A file that is free stays so when its attributes can not be changed.
+Locked LockedOnceNormal(DiskResult madeNormal) {
+  return madeNormal == DiskResult::OutOfReach ? Locked::OutOfReach : Locked::No;
 }
 
 }  // namespace
@@ -145,14 +152,14 @@ std::string WorkFolders::MapStoredPath(std::string_view stored) const {
 
 Locked WorkFolders::FileIsLocked(const std::string& path) {
   const Readiness readiness = disk_.TestReadiness(path);
-  if (readiness == Readiness::FreeReadOnly) std::ignore = disk_.SetAttributesNormal(path);
-  return LockedBy(readiness);
+  if (readiness != Readiness::FreeReadOnly) return LockedBy(readiness);
+  return LockedOnceNormal(disk_.SetAttributesNormal(path));
 }
 
 Locked WorkFolders::FileIsLocked(FolderWalk& walk) {
   const Readiness readiness = walk.TestReadiness();
-  if (readiness == Readiness::FreeReadOnly) std::ignore = walk.SetAttributesNormal();
-  return LockedBy(readiness);
+  if (readiness != Readiness::FreeReadOnly) return LockedBy(readiness);
+  return LockedOnceNormal(walk.SetAttributesNormal());
 }
 
 base::MessageBox WorkFolders::QueueNetworkFault() const {

@@ -20,7 +20,8 @@ enum class QueuePath { Ew2, Ds2, Wav, Eu2 };
 enum class Locked {
   No,
   Yes,
-  NotKnown,  ///< The process has no handles or memory left to ask.
+  NotKnown,    ///< The process has no handles or memory left to ask.
+  OutOfReach,  ///< The folder gave no answer.
 };
 
 /// The settings that `ReloadQueuePaths` reads, as the settings store holds them.

@@ -280,6 +280,33 @@ TEST_F(DiskTest, RemovedFolderTakesItsLinksAndNotWhereTheyLead) {
   EXPECT_EQ(disk.Look(folder / "half"), Entry::Nothing);
 }
 
+TEST_F(DiskTest, WhatTakesLongBreathesAtEachPiece) {
+  int breaths = 0;
+  PosixDisk breathing(platform::WriterWatch::SystemClock, platform::WriterWatch::TrustInLeasesOf,
+                      [&] { ++breaths; });
+  const auto breathsOf = [&](const auto& call) {
+    breaths = 0;
+    call();
+    return breaths;
+  };
+  for (const char* name : {"a", "b", "c"}) folder.Write(name, "");
+  EXPECT_GE(breathsOf([&] { breathing.ListPlainFiles(folder.Path()); }), 3);
+  EXPECT_GE(breathsOf([&] { breathing.Walk(folder.Path() + "/"); }), 3);
+  const std::string path = folder.Write("long", std::string(1024 * 1024, 'x'));
+  EXPECT_EQ(breathsOf([&] { EXPECT_EQ(breathing.Copy(path, folder / "copy"), DiskResult::Done); }),
+            4);
+  std::filesystem::create_directories(folder / "half/inner");
+  for (const char* name : {"half/x", "half/inner/y"}) folder.Write(name, "");
+  EXPECT_EQ(
+      breathsOf([&] { EXPECT_EQ(breathing.RemoveFolder(folder / "half"), DiskResult::Done); }), 4);
+}
+
+TEST_F(DiskTest, FolderThatCanNotBeEmptiedStays) {
+  // Not even root removes what the kernel lists of itself.
+  EXPECT_NE(disk.RemoveFolder("/proc/self/task"), DiskResult::Done);
+  EXPECT_EQ(disk.Look("/proc/self/task"), Entry::Folder);
+}
+
 TEST_F(DiskTest, MoveToAnotherFileSystemArrivesWholeAndRescuesWhatStoodThere) {
   const TemporaryFolder memory("/dev/shm");
   struct stat here;

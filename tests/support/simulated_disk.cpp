@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <tuple>
 #include <utility>
+
+#include "support/simulated_paths.h"
 
 namespace tavlo::test {
 namespace {
@@ -13,20 +16,9 @@ using store::DiskResult;
 constexpr std::size_t kMostBytesOfAName = 255;
 constexpr std::chrono::seconds kKernelWritesAfter{30};
 
-std::string FolderOf(const std::string& absolute) {
-  const auto slash = absolute.rfind('/');
-  return slash == 0 ? "/" : absolute.substr(0, slash);
-}
-
-std::string NameOf(const std::string& absolute) { return absolute.substr(absolute.rfind('/') + 1); }
-
-bool IsBelow(const std::string& absolute, const std::string& folder) {
-  return folder == "/" ? absolute != "/" : absolute.starts_with(folder + "/");
-}
-
 }  // namespace
 
-SimulatedDisk::SimulatedDisk(const base::Loop& loop) : loop_(loop) {
+SimulatedDisk::SimulatedDisk(base::Loop& loop) : Places(loop), loop_(loop) {
   Make("/", Kind::Folder, "");
   WithFolder(CurrentFolder);
 }
@@ -73,6 +65,10 @@ void SimulatedDisk::FailOperation(int nth, DiskResult result, Failing failing) {
   fault_ = Fault{operationCount_ + nth, result, failing};
 }
 
+void SimulatedDisk::StallAtOperation(int nth, const std::string& folder) {
+  stalling_ = Stalling{operationCount_ + nth, Absolute(folder)};
+}
+
 void SimulatedDisk::CrashAtOperation(int nth) { crashAt_ = operationCount_ + nth; }
 
 void SimulatedDisk::LoseWhatWasNotFlushed() {
@@ -87,6 +83,7 @@ void SimulatedDisk::LoseWhatWasNotFlushed() {
 void SimulatedDisk::Heal() {
   fault_.reset();
   crashAt_.reset();
+  stalling_.reset();
 }
 
 void SimulatedDisk::SetFreeSpace(const std::string& path, std::uint64_t bytes) {
@@ -134,7 +131,7 @@ std::vector<std::string> SimulatedDisk::Changes() const {
 
 store::Listing SimulatedDisk::ListPlainFiles(const std::string& folder) {
   const auto absolute = Absolute(folder);
-  const auto fault = BeginToOpen("List " + absolute, absolute);
+  const auto fault = BeginToOpen("List " + absolute, {absolute});
   if (fault) return {.processInTrouble = fault == DiskResult::ProcessInTrouble};
   if (!Is(absolute, Kind::Folder)) return {};
   const auto broken = brokenListings_.find(absolute);
@@ -158,14 +155,16 @@ store::Listing SimulatedDisk::ListPlainFiles(const std::string& folder) {
 
 std::optional<store::FileFacts> SimulatedDisk::Facts(const std::string& path) {
   const auto absolute = Absolute(path);
-  if (Begin("Facts " + absolute) || !Is(absolute, Kind::File)) return {};
+  if (Begin("Facts " + absolute, {absolute}) || !Is(absolute, Kind::File)) return {};
   const Node& node = entries_.at(absolute);
   return store::FileFacts{.size = node.contents.size(), .stamp = node.stamp};
 }
 
 store::Entry SimulatedDisk::Look(const std::string& path) {
   auto absolute = Absolute(path);
-  if (Begin("Look " + absolute) || !entries_.contains(absolute)) return store::Entry::Nothing;
+  const auto fault = Begin("Look " + absolute, {absolute});
+  if (fault == DiskResult::OutOfReach) return store::Entry::OutOfReach;
+  if (fault || !entries_.contains(absolute)) return store::Entry::Nothing;
   if (Is(absolute, Kind::Link)) absolute = Absolute(entries_.at(absolute).contents);
   if (Is(absolute, Kind::File)) return store::Entry::PlainFile;
   return Is(absolute, Kind::Folder) ? store::Entry::Folder : store::Entry::Other;
@@ -173,8 +172,9 @@ store::Entry SimulatedDisk::Look(const std::string& path) {
 
 store::Readiness SimulatedDisk::TestReadiness(const std::string& path) {
   const auto absolute = Absolute(path);
-  const auto fault = BeginToOpen("Test " + absolute, absolute);
+  const auto fault = BeginToOpen("Test " + absolute, {absolute});
   if (fault == DiskResult::ProcessInTrouble) return store::Readiness::ProcessInTrouble;
+  if (fault == DiskResult::OutOfReach) return store::Readiness::OutOfReach;
   if (fault || !Is(absolute, Kind::File)) return store::Readiness::Unusable;
   const Node& node = entries_.at(absolute);
   return node.unreadable ? store::Readiness::Unusable : ReadinessOf(node);
@@ -183,112 +183,6 @@ store::Readiness SimulatedDisk::TestReadiness(const std::string& path) {
 store::Readiness SimulatedDisk::ReadinessOf(const Node& node) {
   if (node.writers > 0) return store::Readiness::InUse;
   return node.readOnly ? store::Readiness::FreeReadOnly : store::Readiness::Free;
-}
-
-DiskResult SimulatedDisk::SetAttributesNormal(const std::string& path) {
-  const auto absolute = Absolute(path);
-  if (const auto fault = BeginToOpen("SetAttributesNormal " + absolute, absolute)) return *fault;
-  if (!Is(absolute, Kind::File)) return DiskResult::NotFound;
-  entries_.at(absolute).readOnly = false;
-  return DiskResult::Done;
-}
-
-DiskResult SimulatedDisk::Copy(const std::string& from, const std::string& to) {
-  const auto source = Absolute(from);
-  const auto target = Absolute(to);
-  const auto fault = BeginToOpen("Copy " + source + " -> " + target, source);
-  const bool alreadyLost = Crashed() && operationCount_ > *crashAt_;
-  if (!Is(source, Kind::File)) return DiskResult::NotFound;
-  if (entries_.at(source).unreadable) return DiskResult::NoAccess;
-  const DiskResult held = CanHold(target);
-  if (held != DiskResult::Done) return held;
-  if (entries_.contains(target)) return DiskResult::AlreadyThere;
-  const bool leavesNothing = fault == DiskResult::AlreadyThere || fault == DiskResult::NotFound ||
-                             fault == DiskResult::ProcessInTrouble;
-  if (alreadyLost || leavesNothing) return *fault;
-  const Node original = entries_.at(source);
-  const bool fits = TakeSpace(target, original.contents.size());
-  if (fault || !fits) {
-    Make(target, Kind::File, original.contents.substr(0, original.contents.size() / 2));
-    return fault.value_or(DiskResult::NoSpace);
-  }
-  Make(target, Kind::File, original.contents).stamp = original.stamp;
-  if (OnNextCopy) std::exchange(OnNextCopy, nullptr)();
-  return DiskResult::Done;
-}
-
-DiskResult SimulatedDisk::Rename(const std::string& from, const std::string& to) {
-  const auto source = Absolute(from);
-  const auto target = Absolute(to);
-  if (const auto fault = Begin("Rename " + source + " -> " + target)) return *fault;
-  const DiskResult held = CanHold(target);
-  if (held != DiskResult::Done) return held;
-  if (FileSystemOf(source) != FileSystemOf(target)) return DiskResult::OtherFileSystem;
-  if (!entries_.contains(source)) return DiskResult::NotFound;
-  if (entries_.contains(target)) return DiskResult::AlreadyThere;
-  if (IsBelow(target, source)) return DiskResult::Failed;
-  MoveEntries(source, target);
-  unflushedRenames_.push_back({source, target, loop_.Now()});
-  return DiskResult::Done;
-}
-
-DiskResult SimulatedDisk::Delete(const std::string& path) {
-  const auto absolute = Absolute(path);
-  if (const auto fault = Begin("Delete " + absolute)) return *fault;
-  if (Is(absolute, Kind::Folder)) return DiskResult::Failed;
-  return entries_.erase(absolute) == 1 ? DiskResult::Done : DiskResult::NotFound;
-}
-
-DiskResult SimulatedDisk::Append(const std::string& path, std::string_view text) {
-  const auto absolute = Absolute(path);
-  if (const auto fault = BeginToOpen("Append " + absolute, absolute)) return *fault;
-  const DiskResult held = CanHold(absolute);
-  if (held != DiskResult::Done) return held;
-  if (!entries_.contains(absolute)) Make(absolute, Kind::File, "");
-  if (!Is(absolute, Kind::File)) return DiskResult::Failed;
-  if (entries_.at(absolute).readOnly) return DiskResult::NoAccess;
-  if (!TakeSpace(absolute, text.size())) return DiskResult::NoSpace;
-  Write(absolute, entries_.at(absolute).contents + std::string(text));
-  return DiskResult::Done;
-}
-
-DiskResult SimulatedDisk::MakeLink(const std::string& target, const std::string& path) {
-  const auto absolute = Absolute(path);
-  if (const auto fault = Begin("MakeLink " + absolute + " -> " + target)) return *fault;
-  const DiskResult held = CanHold(absolute);
-  if (held != DiskResult::Done) return held;
-  if (entries_.contains(absolute)) return DiskResult::AlreadyThere;
-  Make(absolute, Kind::Link, target);
-  return DiskResult::Done;
-}
-
-DiskResult SimulatedDisk::MakeFolder(const std::string& path) {
-  const auto absolute = Absolute(path);
-  if (const auto fault = Begin("MakeFolder " + absolute)) return *fault;
-  if (entries_.contains(absolute)) return DiskResult::AlreadyThere;
-  const DiskResult held = CanHold(absolute);
-  if (held != DiskResult::Done) return held;
-  Make(absolute, Kind::Folder, "");
-  return DiskResult::Done;
-}
-
-DiskResult SimulatedDisk::RemoveFolder(const std::string& path) {
-  const auto absolute = Absolute(path);
-  if (const auto fault = Begin("RemoveFolder " + absolute)) return *fault;
-  if (!Is(absolute, Kind::Folder)) return DiskResult::NotFound;
-  std::erase_if(entries_, [&](const auto& entry) {
-    return entry.first == absolute || IsBelow(entry.first, absolute);
-  });
-  return DiskResult::Done;
-}
-
-DiskResult SimulatedDisk::FlushFolder(const std::string& folder) {
-  const auto absolute = Absolute(folder);
-  if (const auto fault = BeginToOpen("FlushFolder " + absolute, absolute)) return *fault;
-  if (!Is(absolute, Kind::Folder)) return DiskResult::NotFound;
-  std::erase_if(unflushedRenames_,
-                [&](const auto& rename) { return FolderOf(rename.to) == absolute; });
-  return DiskResult::Done;
 }
 
 std::string SimulatedDisk::Absolute(const std::string& path) const {
@@ -362,17 +256,27 @@ void SimulatedDisk::MoveEntries(const std::string& from, const std::string& to) 
 }
 
 std::optional<DiskResult> SimulatedDisk::BeginToOpen(const std::string& record,
-                                                     const std::string& absolute) {
-  const auto fault = Begin(record);
-  return !fault && FindsNoHandle(absolute) ? DiskResult::ProcessInTrouble : fault;
+                                                     const std::vector<std::string>& paths,
+                                                     const Effect& effect) {
+  const auto fault = Begin(record, paths, effect);
+  return !fault && FindsNoHandle(paths.front()) ? DiskResult::ProcessInTrouble : fault;
 }
 
-std::optional<DiskResult> SimulatedDisk::Begin(const std::string& record) {
-  ++operationCount_;
+std::optional<DiskResult> SimulatedDisk::Begin(const std::string& record,
+                                               const std::vector<std::string>& paths,
+                                               const Effect& effect) {
+  const int number = ++operationCount_;
   if (Crashed()) return DiskResult::Failed;
   Operations.push_back(record);
-  if (!fault_ || operationCount_ < fault_->at) return {};
-  if (fault_->failing == Failing::Once && operationCount_ > fault_->at) return {};
+  if (stalling_ && number == stalling_->at) Places.Stall(stalling_->folder);
+  const auto late = [effect] {
+    if (effect) std::ignore = effect();
+  };
+  if (!Places.Answers(paths, late)) return DiskResult::OutOfReach;
+  // The process may have ended in the meantime.
+  if (Crashed()) return DiskResult::Failed;
+  if (!fault_ || number < fault_->at) return {};
+  if (fault_->failing == Failing::Once && number > fault_->at) return {};
   return fault_->result;
 }
 

@@ -12,16 +12,18 @@
 
 #include "base/loop.h"
 #include "store/disk.h"
+#include "support/simulated_places.h"
 
 namespace tavlo::test {
 
 /// A disk in memory that refuses what the real one refuses. Folders must be made before files; a
 /// folder may be another file system; other programs may hold files open. It records every
-/// operation and can fail any of them, lose all from one on, run out of handles, or cut the power.
+/// operation and can fail any of them, lose all from one on, run out of handles, cut the power, or
+/// be late.
 class SimulatedDisk : public store::Disk {
  public:
   /// Stamps come from the loop's wall clock.
-  explicit SimulatedDisk(const base::Loop& loop);
+  explicit SimulatedDisk(base::Loop& loop);
 
   // What stands on the disk before a test acts. Parent folders are made.
   SimulatedDisk& WithFolder(const std::string& path);
@@ -46,6 +48,8 @@ class SimulatedDisk : public store::Disk {
   // Faults. Operations are counted from the call, the next one being 1.
   enum class Failing { Once, ForGood };
   void FailOperation(int nth, store::DiskResult result, Failing failing = Failing::Once);
+  /// At the nth operation the folder stalls, whatever is asked.
+  void StallAtOperation(int nth, const std::string& folder);
   /// The nth operation stops halfway and nothing after it reaches the disk.
   void CrashAtOperation(int nth);
   /// An operation may still fail that was told to.
@@ -56,6 +60,11 @@ class SimulatedDisk : public store::Disk {
   void LoseWhatWasNotFlushed();
   /// No more faults; the program starts again.
   void Heal();
+  /// Which folders are late.
+  SimulatedPlaces Places;
+  /// Another part opens the file. Lets the time pass that its place takes; false when it is out of
+  /// reach. Neither counted nor recorded.
+  bool LetsOpen(const std::string& path) { return Places.Answers({Absolute(path)}, nullptr); }
   /// The folder cannot be listed: the network is down.
   void BreakListing(const std::string& folder) { brokenListings_[Absolute(folder)] = 0; }
   /// The walk over the folder fails after so many names.
@@ -108,6 +117,7 @@ class SimulatedDisk : public store::Disk {
   store::DiskResult MakeFolder(const std::string& path) override;
   store::DiskResult RemoveFolder(const std::string& path) override;
   store::DiskResult FlushFolder(const std::string& folder) override;
+  bool OutOfReach(const std::string& path) override { return Places.Owes(Absolute(path)); }
 
  private:
   class Walking;
@@ -127,6 +137,12 @@ class SimulatedDisk : public store::Disk {
     store::DiskResult result;
     Failing failing;
   };
+  struct Stalling {
+    int at;
+    std::string folder;
+  };
+  /// What an operation does to the disk, now or late.
+  using Effect = std::function<store::DiskResult()>;
 
   std::string Absolute(const std::string& path) const;
   std::string FileSystemOf(const std::string& absolute) const;
@@ -143,13 +159,23 @@ class SimulatedDisk : public store::Disk {
   bool FindsNoHandle(const std::string& absolute) const {
     return OutOfHandles || absolute == OutOfHandlesAt;
   }
-  /// Counts and records an operation that opens what is at the path.
+  /// Counts and records an operation on the paths and lets the time pass that it takes; gives the
+  /// fault that befalls it. One that is out of reach has its effect later, if at all.
+  std::optional<store::DiskResult> Begin(const std::string& record,
+                                         const std::vector<std::string>& paths,
+                                         const Effect& effect = {});
+  /// The same for one that opens what is at the first path.
   std::optional<store::DiskResult> BeginToOpen(const std::string& record,
-                                               const std::string& absolute);
-  /// Counts and records an operation; gives the fault that befalls it.
-  std::optional<store::DiskResult> Begin(const std::string& record);
+                                               const std::vector<std::string>& paths,
+                                               const Effect& effect = {});
+  store::DiskResult WhyNotCopied(const std::string& source, const std::string& target) const;
+  /// A copy that was left behind goes on, unless something else stands there by now.
+  store::DiskResult FinishCopy(const std::string& source, const std::string& target);
+  store::DiskResult RenameNow(const std::string& source, const std::string& target);
+  store::DiskResult AppendNow(const std::string& absolute, const std::string& text);
+  store::DiskResult MakeNew(const std::string& absolute, Kind kind, const std::string& contents);
 
-  const base::Loop& loop_;
+  base::Loop& loop_;
   std::map<std::string, Node> entries_;
   std::vector<std::string> fileSystems_;
   std::map<std::string, std::uint64_t> freeSpace_;
@@ -162,6 +188,7 @@ class SimulatedDisk : public store::Disk {
   std::vector<UnflushedRename> unflushedRenames_;
   std::optional<Fault> fault_;
   std::optional<int> crashAt_;
+  std::optional<Stalling> stalling_;
   int operationCount_ = 0;
   int lastNumber_ = 0;
   int heldByWalks_ = 0;

@@ -59,6 +59,18 @@ void SimulatedLoop::Breathe() {
   RunFeeds();
 }
 
+bool SimulatedLoop::BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) {
+  while (true) {
+    Breathe();
+    if (done()) return true;
+    if (Now() >= limit) return false;
+    const auto feed = Timers().NextDue(base::TimerKind::Feed);
+    const base::MonotonicTime next = feed ? std::clamp(*feed, Now(), limit) : limit;
+    BreathedFor += next - Now();
+    now_ = next.sinceStart;
+  }
+}
+
 base::Reply SimulatedLoop::ShowBox(const base::MessageBox& box) {
   Shown.push_back(box);
   if (answers_.empty()) {

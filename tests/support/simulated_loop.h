@@ -19,6 +19,7 @@ class SimulatedLoop : public base::Loop {
   void Yield() override { RunPass(); }
   void Wait(base::Duration length) override;
   void Breathe() override;
+  bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
 
   /// Runs everything that becomes due while `length` passes, each at its own moment.
   void Advance(base::Duration length) { Wait(length); }
@@ -42,6 +43,8 @@ class SimulatedLoop : public base::Loop {
   void Expect(Answer answer) { answers_.push_back(std::move(answer)); }
   std::vector<base::MessageBox> Shown;
   int Breaths = 0;
+  /// How long BreatheUntil has waited, all in all.
+  base::Duration BreathedFor{0};
 
   /// Called once a box has closed and none is open.
   std::function<void()> OnLastBoxClosed;

@@ -25,12 +25,15 @@ class SimulatedDisk::Walking : public store::FolderWalk {
 
   bool Next() override {
     LetGo();
-    if (next_ == listing_.names.size()) return false;
+    if (outOfReach_ || next_ == listing_.names.size()) return false;
+    outOfReach_ = !disk_.LetsOpen(folder_);
+    if (outOfReach_) return false;
     ++next_;
     return true;
   }
 
   store::WalkEnd End() const override {
+    if (outOfReach_) return store::WalkEnd::OutOfReach;
     if (listing_.processInTrouble) return store::WalkEnd::ProcessInTrouble;
     return listing_.finished ? store::WalkEnd::Whole : store::WalkEnd::OutOfReach;
   }
@@ -58,6 +61,8 @@ class SimulatedDisk::Walking : public store::FolderWalk {
         return ReadinessOf(Held());
       case DiskResult::ProcessInTrouble:
         return Readiness::ProcessInTrouble;
+      case DiskResult::OutOfReach:
+        return Readiness::OutOfReach;
       default:
         return Readiness::Unusable;
     }
@@ -65,16 +70,19 @@ class SimulatedDisk::Walking : public store::FolderWalk {
 
   DiskResult SetAttributesNormal() override {
     if (Open().opened != DiskResult::Done) return held_.opened;
-    if (const auto fault = disk_.Begin("SetAttributesNormal " + disk_.Absolute(held_.path))) {
-      return *fault;
-    }
+    const std::string absolute = disk_.Absolute(held_.path);
+    const auto fault = disk_.Begin("SetAttributesNormal " + absolute, {absolute});
+    outOfReach_ = fault == DiskResult::OutOfReach;
+    if (fault) return *fault;
     Held().readOnly = false;
     return DiskResult::Done;
   }
 
  private:
   DiskResult OpenNode(const std::string& absolute) {
-    if (const auto fault = disk_.BeginToOpen("Open " + absolute, absolute)) return *fault;
+    const auto fault = disk_.BeginToOpen("Open " + absolute, {absolute});
+    outOfReach_ = fault == DiskResult::OutOfReach;
+    if (fault) return *fault;
     const auto found = disk_.entries_.find(absolute);
     if (found == disk_.entries_.end()) return DiskResult::NotFound;
     if (found->second.kind != Kind::File) return DiskResult::Failed;
@@ -97,6 +105,7 @@ class SimulatedDisk::Walking : public store::FolderWalk {
   const std::string folder_;
   const store::Listing listing_;
   std::size_t next_ = 0;
+  bool outOfReach_ = false;
   bool asked_ = false;  ///< The file at which the walk stands was opened, or could not be.
   store::HeldFile held_;
   Node atOpening_;

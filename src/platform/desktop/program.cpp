@@ -17,6 +17,7 @@
 #include "platform/mixer/pulse_mixer.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
+#include "platform/reach/hush.h"
 #include "platform/serial/posix_serial_port.h"
 #include "platform/sound/cubeb_player.h"
 #include "platform/sound/prompt_voice.h"
@@ -32,6 +33,17 @@ namespace {
 /// than this.
 constexpr PlainFile::Accepted kPromptFiles{.links = Links::Followed,
                                            .mostBytes = std::uint64_t{64} * 1024 * 1024};
+
+/// Closes the player's output; the rule that stops the player finds it closed.
+class ClosedOutput : public Hush {
+ public:
+  explicit ClosedOutput(playback::AudioPlayer& player) : player_(player) {}
+
+  void Silence() override { player_.StopOutput(); }
+
+ private:
+  playback::AudioPlayer& player_;
+};
 
 }  // namespace
 
@@ -66,6 +78,7 @@ struct Program::Parts {
   FfmpegAudioFile audioFile{[this] { loop.Breathe(); }};
   SoundTouchTransform audioTransform;
   CubebPlayer audioPlayer{loop};
+  ClosedOutput hush{audioPlayer};
   FfmpegAudioFile promptFile{{}, kPromptFiles};
   PromptVoice promptVoice{audioPlayer, promptFile};
   PulseMixer sourceMixer{loop, loop};
@@ -88,7 +101,11 @@ struct Program::Parts {
                     .showSystemInformation = ShowSystemInformation,
                     .endProcess = [this](int status) { End(status); }},
                    annex};
-  qt::QtWindows windows{loop, deck.windows.main, deck.windows.splash, deck.windows.about,
+  qt::QtWindows windows{loop,
+                        hush,
+                        deck.windows.main,
+                        deck.windows.splash,
+                        deck.windows.about,
                         deck.windows.configuration};
   DecoderLibraries decoderLibraries;
 };

@@ -20,7 +20,7 @@ bool IsPlainFile(DIR* folder, const dirent& entry) {
 
 }  // namespace
 
-store::Listing ReadPlainFiles(const OpenFolder& folder) {
+store::Listing ReadPlainFiles(const OpenFolder& folder, const std::function<void()>& goesOn) {
   if (!folder) return {.processInTrouble = IsOfTheProcess(errno)};
   store::Listing listing{.started = true};
   errno = 0;
@@ -28,6 +28,7 @@ store::Listing ReadPlainFiles(const OpenFolder& folder) {
     if (entry->d_name[0] != '.' && IsPlainFile(folder.get(), *entry)) {
       listing.names.emplace_back(entry->d_name);
     }
+    goesOn();
     errno = 0;
   }
   listing.finished = errno == 0;

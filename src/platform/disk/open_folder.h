@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -19,7 +20,8 @@ struct CloseFolder {
 };
 using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 
-/// What stands in a folder that was just opened. Of null, the reason in errno is told.
-store::Listing ReadPlainFiles(const OpenFolder& folder);
+/// What stands in a folder that was just opened. Of null, the reason in errno is told. Calls
+/// `goesOn` at each name.
+store::Listing ReadPlainFiles(const OpenFolder& folder, const std::function<void()>& goesOn);
 
 }  // namespace tavlo::platform

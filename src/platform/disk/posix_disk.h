@@ -11,16 +11,22 @@
 
 namespace tavlo::platform {
 
+class PosixWalk;
+
 /// The real file system. Names are bytes. A fifo, a device or a link never blocks an operation.
 class PosixDisk : public store::Disk {
  public:
-  /// A copy calls `breathe` again and again, for a long recording can take long to copy.
-  explicit PosixDisk(WriterWatch::Clock clock = WriterWatch::SystemClock,
-                     WriterWatch::LeaseTrust leaseTrust = WriterWatch::TrustInLeasesOf,
-                     std::function<void()> breathe = {});
+  /// What can take long calls `breathe` again and again: each block of a copy, each name of a
+  /// listing, each thing that goes with its folder.
+  explicit PosixDisk(
+      WriterWatch::Clock clock = WriterWatch::SystemClock,
+      WriterWatch::LeaseTrust leaseTrust = WriterWatch::TrustInLeasesOf,
+      std::function<void()> breathe = [] {});
 
   store::Listing ListPlainFiles(const std::string& folder) override;
   std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
+  /// The same, for who takes the files one by one ahead of the rules.
+  std::unique_ptr<PosixWalk> WalkFolder(const std::string& folder);
   std::optional<store::FileFacts> Facts(const std::string& path) override;
   store::Entry Look(const std::string& path) override;
   store::Readiness TestReadiness(const std::string& path) override;
@@ -33,6 +39,8 @@ class PosixDisk : public store::Disk {
   store::DiskResult MakeFolder(const std::string& path) override;
   store::DiskResult RemoveFolder(const std::string& path) override;
   store::DiskResult FlushFolder(const std::string& folder) override;
+  /// A call here waits for its answer, so none is owed once it has returned.
+  bool OutOfReach(const std::string& /*path*/) override { return false; }
 
  private:
   WriterWatch writers_;

@@ -11,10 +11,11 @@ namespace tavlo::platform {
 using store::DiskResult;
 using store::Readiness;
 
-PosixWalk::PosixWalk(const std::string& folder, WriterWatch& writers)
+PosixWalk::PosixWalk(const std::string& folder, WriterWatch& writers,
+                     const std::function<void()>& goesOn)
     : path_(folder),
       folder_(::opendir(FolderPath(folder))),
-      listing_(ReadPlainFiles(folder_)),
+      listing_(ReadPlainFiles(folder_, goesOn)),
       writers_(writers) {
   writers_.ForgetDevice();
 }
@@ -55,6 +56,13 @@ Readiness PosixWalk::TestReadiness() {
 DiskResult PosixWalk::SetAttributesNormal() {
   const store::HeldFile& held = Open();
   return held.opened == DiskResult::Done ? MakeWritable(held.handle, status_) : held.opened;
+}
+
+DiskResult PosixWalk::SetAttributesNormalOf(const std::string& name, std::uint64_t inode) const {
+  struct stat status;
+  const FileHandle file = OpenPlainFileIn(::dirfd(folder_.get()), name, status);
+  if (!file) return ResultOf(errno);
+  return status.st_ino == inode ? MakeWritable(file.Get(), status) : DiskResult::NotFound;
 }
 
 }  // namespace tavlo::platform

@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -16,8 +18,8 @@ namespace tavlo::platform {
 /// A walk over a real folder. It keeps the folder open, and asks for each file by its name in it.
 class PosixWalk : public store::FolderWalk {
  public:
-  /// The watch must outlive the walk.
-  PosixWalk(const std::string& folder, WriterWatch& writers);
+  /// The watch must outlive the walk. Listing the folder calls `goesOn` at each name.
+  PosixWalk(const std::string& folder, WriterWatch& writers, const std::function<void()>& goesOn);
 
   bool Started() const override { return listing_.started; }
   bool Next() override;
@@ -27,6 +29,10 @@ class PosixWalk : public store::FolderWalk {
   const store::HeldFile& Open() override;
   store::Readiness TestReadiness() override;
   store::DiskResult SetAttributesNormal() override;
+  /// Lets go of the file before the walk goes on.
+  void CloseFile() { file_.reset(); }
+  /// As SetAttributesNormal, for a file at which the walk stood before.
+  store::DiskResult SetAttributesNormalOf(const std::string& name, std::uint64_t inode) const;
 
  private:
   const std::string path_;

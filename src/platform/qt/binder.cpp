@@ -16,6 +16,7 @@
 #include "platform/qt/focus_keeper.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/texts.h"
+#include "platform/reach/hush.h"
 
 namespace tavlo::platform::qt {
 namespace {
@@ -49,7 +50,7 @@ void ShowRows(const forms::Table& table, QComboBox& box) {
 
 }  // namespace
 
-Binder::Binder(const QtLoop& loop) : loop_(loop) {
+Binder::Binder(QtLoop& loop, Hush& hush) : loop_(loop), hush_(hush) {
   // Before the first widget: what a screen reader gets of a widget is decided when that is first
   // named.
   InstallAccessibleParts();
@@ -72,11 +73,17 @@ void Binder::Bind(const forms::Control& control, QWidget& widget, std::function<
   });
 }
 
-void Binder::ByHand(const forms::Control& control, const std::function<void()>& door) {
-  if (!loop_.Breathing()) door();
-  for (Bound& bound : bounds_) {
-    if (bound.control == &control) bound.shownVersion = 0;
-  }
+bool Binder::ByHand(const forms::Control& control, std::function<void()> door) {
+  return loop_.ByHand([this, &control, door = std::move(door)] {
+    door();
+    for (Bound& bound : bounds_) {
+      if (bound.control == &control) bound.shownVersion = 0;
+    }
+  });
+}
+
+void Binder::StopByHand(forms::Command& command) {
+  if (!ByHand(command, [&command] { command.Press(By::Hand); })) hush_.Silence();
 }
 
 void Binder::ShowChanges() {
@@ -104,7 +111,7 @@ void Binder::Show(forms::Text& text, QLabel& label, const QString& before) {
 void Binder::Edit(forms::Text& text, QLineEdit& box) {
   if (text.Longest > 0) box.setMaxLength(static_cast<int>(text.Longest));
   QObject::connect(&box, &QLineEdit::textEdited, &box, [this, &text](const QString& typed) {
-    ByHand(text, [&] { text.Change(FromQt(typed)); });
+    ByHand(text, [&text, typed = FromQt(typed)] { text.Change(typed); });
   });
   Bind(text, box, [&text, &box] {
     NameAs(box, text);
@@ -119,7 +126,7 @@ void Binder::Edit(forms::Text& text, QLineEdit& box) {
 
 void Binder::Press(forms::Command& command, QAbstractButton& key) {
   QObject::connect(&key, &QAbstractButton::clicked, &key,
-                   [this, &command] { ByHand(command, [&] { command.Press(By::Hand); }); });
+                   [this, &command] { ByHand(command, [&command] { command.Press(By::Hand); }); });
   Bind(command, key, [&command, &key] {
     SetCaption(key, command.Caption);
     NameAs(key, command);
@@ -129,7 +136,7 @@ void Binder::Press(forms::Command& command, QAbstractButton& key) {
 void Binder::Choose(forms::Command& command, QAction& entry) {
   entry.setObjectName(ToQt(command.Name));
   QObject::connect(&entry, &QAction::triggered, &entry,
-                   [this, &command] { ByHand(command, [&] { command.Press(By::Hand); }); });
+                   [this, &command] { ByHand(command, [&command] { command.Press(By::Hand); }); });
   Watch(command, [&command, &entry] {
     const QString caption = ToQt(command.Caption.Get());
     if (entry.text() != caption) entry.setText(caption);
@@ -144,7 +151,7 @@ void Binder::Tick(forms::Choice& choice, QAbstractButton& box) {
   // The form says which option is on; the toolkit would switch the others off by itself.
   box.setAutoExclusive(false);
   QObject::connect(&box, &QAbstractButton::clicked, &box,
-                   [this, &choice] { ByHand(choice, [&] { choice.Click(); }); });
+                   [this, &choice] { ByHand(choice, [&choice] { choice.Click(); }); });
   Bind(choice, box, [&choice, &box] {
     SetCaption(box, choice.Caption);
     NameAs(box, choice);
@@ -154,10 +161,14 @@ void Binder::Tick(forms::Choice& choice, QAbstractButton& box) {
 
 void Binder::Slide(forms::Range& range, DeckSlider& slider) {
   slider.SetSpan(range.Bounds);
-  slider.OnPress = [this, &range] { ByHand(range, [&] { range.Press(); }); };
-  slider.OnMove = [this, &range](int value) { ByHand(range, [&] { range.Change(value); }); };
-  slider.OnRelease = [this, &range] { ByHand(range, [&] { range.Release(); }); };
-  slider.OnStep = [this, &range](int value) { ByHand(range, [&] { range.Step(value); }); };
+  slider.OnPress = [this, &range] { ByHand(range, [&range] { range.Press(); }); };
+  slider.OnMove = [this, &range](int value) {
+    ByHand(range, [&range, value] { range.Change(value); });
+  };
+  slider.OnRelease = [this, &range] { ByHand(range, [&range] { range.Release(); }); };
+  slider.OnStep = [this, &range](int value) {
+    ByHand(range, [&range, value] { range.Step(value); });
+  };
   Bind(range, slider, [&range, &slider] {
     NameAs(slider, range);
     // Under the hand the slider stands where the hand holds it.
@@ -174,8 +185,9 @@ void Binder::Progress(forms::Range& range, QProgressBar& bar) {
 }
 
 void Binder::Pick(forms::Table& table, QComboBox& box) {
-  QObject::connect(&box, &QComboBox::activated, &box,
-                   [this, &table](int row) { ByHand(table, [&] { table.RowClick(row); }); });
+  QObject::connect(&box, &QComboBox::activated, &box, [this, &table](int row) {
+    ByHand(table, [&table, row] { table.RowClick(row); });
+  });
   Bind(table, box, [&table, &box, shownRows = std::make_shared<unsigned>(0)] {
     NameAs(box, table);
     if (*shownRows != table.RowsVersion()) {

@@ -15,6 +15,10 @@ class QLineEdit;
 class QProgressBar;
 class QWidget;
 
+namespace tavlo::platform {
+class Hush;
+}
+
 namespace tavlo::platform::qt {
 
 class DeckSlider;
@@ -25,7 +29,8 @@ class QtLoop;
 /// decides nothing. Forms and widgets must outlive it.
 class Binder {
  public:
-  explicit Binder(const QtLoop& loop);
+  /// What is kept for later refers to the binder, so that must outlive every turn of the loop.
+  Binder(QtLoop& loop, Hush& hush);
   Binder(const Binder&) = delete;
 
   /// A label. `before` stands in front of its text.
@@ -48,9 +53,12 @@ class Binder {
   /// Says which widget has the keyboard when the control is given it.
   void StandsFor(QWidget& widget, const forms::Control& control) { widgets_[&control] = &widget; }
 
-  /// Runs what a user did, unless the loop only breathes. The control is then shown again even if
-  /// nothing came of it, so that the widget does not keep what the form refused.
-  void ByHand(const forms::Control& control, const std::function<void()>& door);
+  /// Runs what a user did, later where the loop only breathes: so `door` owns what it brings along.
+  /// The control is then shown again even if nothing came of it, so that the widget does not keep
+  /// what the form refused. False when it runs later.
+  bool ByHand(const forms::Control& control, std::function<void()> door);
+  /// Presses a key that stops the player. Where that must wait there is silence meanwhile.
+  void StopByHand(forms::Command& command);
 
   /// Brings every widget up to its control.
   void ShowChanges();
@@ -65,7 +73,8 @@ class Binder {
     unsigned shownVersion = 0;
   };
 
-  const QtLoop& loop_;
+  QtLoop& loop_;
+  Hush& hush_;
   std::deque<Bound> bounds_;
   std::unordered_map<const forms::Control*, QWidget*> widgets_;
 };

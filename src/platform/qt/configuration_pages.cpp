@@ -81,7 +81,7 @@ void ConfigurationPages::AddTabs(forms::ConfigurationForm& form, Binder& binder,
     tabs->setTabEnabled(row, HasPage(row));
   }
   QObject::connect(tabs, &QTabBar::currentChanged, this, [&form, &binder](int row) {
-    binder.ByHand(form.tabConfiguration, [&] { form.tabConfiguration.RowClick(row); });
+    binder.ByHand(form.tabConfiguration, [&form, row] { form.tabConfiguration.RowClick(row); });
   });
   binder.Bind(form.tabConfiguration, *tabs, [&form, tabs] {
     const QSignalBlocker quiet(tabs);

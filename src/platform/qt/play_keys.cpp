@@ -36,10 +36,8 @@ PlayKeys::PlayKeys(forms::MainForm& form, Binder& binder, DeckScale& scale, QWid
   QObject::connect(play_, &QPushButton::clicked, this, [this] {
     binder_.ByHand(form_.cmdPlay, [this] { form_.cmdPlay.Press(forms::By::Hand); });
   });
-  QObject::connect(stop_, &QPushButton::clicked, this, [this] {
-    forms::Command& command = StopCommand();
-    binder_.ByHand(command, [&command] { command.Press(forms::By::Hand); });
-  });
+  QObject::connect(stop_, &QPushButton::clicked, this,
+                   [this] { binder_.StopByHand(StopCommand()); });
   binder_.StandsFor(*play_, form_.cmdPlay);
   binder_.StandsFor(*stop_, form_.cmdStop);
   binder_.StandsFor(*stop_, form_.cmdImportCompleteSnipetStop);

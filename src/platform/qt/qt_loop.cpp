@@ -34,21 +34,38 @@ int MillisecondsUntil(base::Duration length) {
 
 class QtLoop::Wakening : public DescriptorWait {
  public:
-  Wakening(QtLoop& loop, int descriptor, std::string name, std::function<void()> call)
-      : notifier_(new QSocketNotifier(descriptor, QSocketNotifier::Read)) {
+  enum class InBreaths { Refused, Taken };
+
+  Wakening(QtLoop& loop, int descriptor, std::string name, std::function<void()> call,
+           InBreaths inBreaths)
+      : loop_(loop), notifier_(new QSocketNotifier(descriptor, QSocketNotifier::Read)) {
     QObject::connect(notifier_, &QSocketNotifier::activated, notifier_,
-                     [&loop, name = std::move(name), call = std::move(call)] {
-                       if (!loop.breathing_) loop.RunEvent(name, call);
+                     [this, &loop, inBreaths, name = std::move(name), call = std::move(call)] {
+                       if (loop.breathing_ && inBreaths == InBreaths::Refused) {
+                         Rest();
+                       } else {
+                         loop.RunEvent(name, call);
+                       }
                      });
   }
   /// The notifier may be at work just now, so it goes when the loop turns next.
   ~Wakening() override {
+    std::erase(loop_.refused_, this);
     notifier_->setEnabled(false);
     notifier_->deleteLater();
   }
   Wakening(const Wakening&) = delete;
 
+  void GoOn() { notifier_->setEnabled(true); }
+
  private:
+  /// The descriptor can be read until its call has run, and would keep a breath awake.
+  void Rest() {
+    notifier_->setEnabled(false);
+    loop_.refused_.push_back(this);
+  }
+
+  QtLoop& loop_;
   QSocketNotifier* notifier_;
 };
 
@@ -95,20 +112,81 @@ void QtLoop::Wait(base::Duration length) {
 
 void QtLoop::Breathe() {
   if (breathing_ || Now() - lastBreath_ < kBreath) return;
-  const QScopedValueRollback breathing(breathing_, true);
-  RunFeeds();
-  if (ShowChanges) ShowChanges();
-  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-  SleepUntilDue();
+  {
+    const QScopedValueRollback breathing(breathing_, true);
+    RunFeeds();
+    if (ShowChanges) ShowChanges();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  }
   inputHeld_ = true;
+  EndBreath();
+}
+
+bool QtLoop::BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) {
+  bool came = false;
+  {
+    const QScopedValueRollback breathing(breathing_, true);
+    while (true) {
+      RunFeeds();
+      if (ShowChanges) ShowChanges();
+      came = done();
+      if (came || Now() >= limit) break;
+      SleepInBreath(limit);
+    }
+  }
+  EndBreath();
+  return came;
+}
+
+void QtLoop::SleepInBreath(base::MonotonicTime limit) {
+  const auto feed = Timers().NextDue(base::TimerKind::Feed);
+  const base::MonotonicTime wake = feed ? std::min(*feed, limit) : limit;
+  alarm_.start(MillisecondsUntil(wake - Now()));
+  QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void QtLoop::EndBreath() {
+  // A breath inside another one: what is refused waits for the end of that.
+  if (breathing_) return;
+  for (Wakening* const wakening : std::exchange(refused_, {})) wakening->GoOn();
+  SleepUntilDue();
   lastBreath_ = Now();
 }
 
-void QtLoop::TimersChanged() { SleepUntilDue(); }
+void QtLoop::TimersChanged() {
+  // A rule timer that is due would keep a breath awake; its end sets the alarm.
+  if (!breathing_) SleepUntilDue();
+}
 
 std::unique_ptr<DescriptorWait> QtLoop::WaitFor(int descriptor, std::string name,
                                                 std::function<void()> call) {
-  return std::make_unique<Wakening>(*this, descriptor, std::move(name), std::move(call));
+  return std::make_unique<Wakening>(*this, descriptor, std::move(name), std::move(call),
+                                    Wakening::InBreaths::Refused);
+}
+
+std::unique_ptr<DescriptorWait> QtLoop::WaitInBreathsToo(int descriptor, std::string name,
+                                                         std::function<void()> call) {
+  return std::make_unique<Wakening>(*this, descriptor, std::move(name), std::move(call),
+                                    Wakening::InBreaths::Taken);
+}
+
+bool QtLoop::ByHand(std::function<void()> call) {
+  if (!breathing_ && hands_.empty()) {
+    call();
+    return true;
+  }
+  hands_.push_back(std::move(call));
+  if (!breathing_) SleepUntilDue();
+  return false;
+}
+
+void QtLoop::RunHands() {
+  // One by one, because each may open a box, or have a rule wait in a breath.
+  for (std::size_t waiting = hands_.size(); waiting > 0 && HandsWait(); --waiting) {
+    const std::function<void()> call = std::move(hands_.front());
+    hands_.pop_front();
+    call();
+  }
 }
 
 int QtLoop::Run() {
@@ -131,18 +209,20 @@ base::Reply QtLoop::ShowBox(const base::MessageBox& box) {
 
 void QtLoop::LastBoxClosed() {
   if (OnLastBoxClosed) OnLastBoxClosed();
+  if (HandsWait()) SleepUntilDue();
 }
 
 void QtLoop::Pass() {
   // The alarm may ring inside a breath; SleepUntilDue at the end of the breath sets it again.
   if (breathing_) return;
   RunPass();
+  RunHands();
   SleepUntilDue();
 }
 
 void QtLoop::SleepUntilDue() {
   const auto due = Timers().NextDue();
-  if (HasPosts()) {
+  if (HasPosts() || HandsWait()) {
     alarm_.start(0);
   } else if (due) {
     alarm_.start(MillisecondsUntil(*due - Now()));

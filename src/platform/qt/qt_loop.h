@@ -2,9 +2,11 @@
 
 #include <QElapsedTimer>
 #include <QTimer>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "base/loop.h"
 #include "platform/wake/descriptor_waits.h"
@@ -25,16 +27,25 @@ class QtLoop : public base::Loop, public DescriptorWaits {
   void Yield() override;
   void Wait(base::Duration length) override;
   void Breathe() override;
+  /// Sleeps until something comes: an event, news of `WaitInBreathsToo`, a feed that is due. Hands
+  /// are let through to the widgets, and what they did is kept for later (`ByHand`).
+  bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
   void TimersChanged() override;
   std::unique_ptr<DescriptorWait> WaitFor(int descriptor, std::string name,
                                           std::function<void()> call) override;
+  std::unique_ptr<DescriptorWait> WaitInBreathsToo(int descriptor, std::string name,
+                                                   std::function<void()> call) override;
+
+  /// Runs what a hand did: at once, or in order when the rule that waits in a breath is over and no
+  /// message box is open. False when it was kept for then.
+  bool ByHand(std::function<void()> call);
 
   /// Turns the event loop until Quit; returns the code that Quit was given.
   int Run();
   /// Ends Run and every wait inside it. May be called from any event, also before Run.
   void Quit(int code);
 
-  /// True while Breathe turns the toolkit: nothing may reach a form then.
+  /// True while a breath turns the toolkit: nothing may reach a form then.
   bool Breathing() const { return breathing_; }
 
   /// Brings the widgets up to the state of the forms. Called once per pass, before the loop sleeps.
@@ -53,12 +64,19 @@ class QtLoop : public base::Loop, public DescriptorWaits {
 
   void Pass();
   void SleepUntilDue();
+  void SleepInBreath(base::MonotonicTime limit);
+  /// What a breath refused is taken from here on.
+  void EndBreath();
+  bool HandsWait() const { return !hands_.empty() && !MessageBoxOpen(); }
+  void RunHands();
   void ShowForms();
 
   QElapsedTimer clock_;
   QTimer alarm_;
   base::MonotonicTime lastBreath_;
   bool breathing_ = false;
+  std::vector<Wakening*> refused_;           ///< Those that rang in the breath.
+  std::deque<std::function<void()>> hands_;  ///< What hands did and no rule has heard of yet.
   bool inputHeld_ = false;
   bool quit_ = false;
   int code_ = 0;

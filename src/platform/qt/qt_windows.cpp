@@ -44,10 +44,10 @@ void PrepareApplication() {
   }
 }
 
-QtWindows::QtWindows(QtLoop& loop, forms::MainForm& main, forms::SplashForm& splash,
+QtWindows::QtWindows(QtLoop& loop, Hush& hush, forms::MainForm& main, forms::SplashForm& splash,
                      forms::AboutForm& about, forms::ConfigurationForm& configuration)
     : loop_(loop),
-      binder_(loop),
+      binder_(loop, hush),
       deck_(main, loop, binder_),
       splash_(splash, loop, binder_),
       about_(about, loop, binder_),

@@ -20,12 +20,12 @@ namespace tavlo::platform::qt {
 void PrepareApplication();
 
 /// All windows of the program, each showing its form as long as this lives. Takes the hooks of the
-/// loop. The forms and the loop must outlive it. A window appears when its form becomes visible and
-/// the loop makes a pass.
+/// loop. The forms, the loop and `hush` must outlive it. A window appears when its form becomes
+/// visible and the loop makes a pass.
 class QtWindows {
  public:
-  QtWindows(QtLoop& loop, forms::MainForm& main, forms::SplashForm& splash, forms::AboutForm& about,
-            forms::ConfigurationForm& configuration);
+  QtWindows(QtLoop& loop, Hush& hush, forms::MainForm& main, forms::SplashForm& splash,
+            forms::AboutForm& about, forms::ConfigurationForm& configuration);
   ~QtWindows();
   QtWindows(const QtWindows&) = delete;
 

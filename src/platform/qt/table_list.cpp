@@ -13,6 +13,7 @@
 #include <QToolTip>
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "forms/accessible_name.h"
 #include "platform/qt/accessible_parts.h"
@@ -165,11 +166,11 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   });
   connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
     const int row = index.row();
-    binder_.ByHand(table_, [&] { table_.RowClick(row); });
+    OnRow([this, row] { table_.RowClick(row); });
   });
   connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
     const int row = index.row();
-    binder_.ByHand(table_, [&] { table_.DoubleClick(row); });
+    OnRow([this, row] { table_.DoubleClick(row); });
   });
   binder.Bind(table, *this, [this] { Show(); });
 }
@@ -318,11 +319,18 @@ void TableList::ChooseColours() {
 }
 
 void TableList::SortByHand(int column) {
-  binder_.ByHand(table_, [&] { table_.HeaderClick(model_->TableColumn(column)); });
+  binder_.ByHand(table_,
+                 [this, sorted = model_->TableColumn(column)] { table_.HeaderClick(sorted); });
 }
 
 void TableList::ChooseByKey(int row) {
-  binder_.ByHand(table_, [&] { table_.RowClick(row); });
+  OnRow([this, row] { table_.RowClick(row); });
+}
+
+void TableList::OnRow(std::function<void()> door) {
+  binder_.ByHand(table_, [this, seen = table_.RowsVersion(), door = std::move(door)] {
+    if (table_.RowsVersion() == seen) door();
+  });
 }
 
 void TableList::mouseMoveEvent(QMouseEvent* event) {

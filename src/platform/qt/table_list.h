@@ -88,6 +88,9 @@ class TableList : public QTableView {
   void PaintWhenEmpty();
   void SortByHand(int column);
   void ChooseByKey(int row);
+  /// Does what a hand meant for a row. Where that must wait, and the list has other rows by then,
+  /// nothing is done.
+  void OnRow(std::function<void()> door);
 
   forms::Table& table_;
   Binder& binder_;

@@ -24,6 +24,10 @@ class DescriptorWaits {
   /// may end its own wait.
   [[nodiscard]] virtual std::unique_ptr<DescriptorWait> WaitFor(int descriptor, std::string name,
                                                                 std::function<void()> call) = 0;
+  /// The same, also while the loop only breathes: it wakes a loop that sleeps in
+  /// `base::Loop::BreatheUntil`. So `call` touches no rule and shows nothing.
+  [[nodiscard]] virtual std::unique_ptr<DescriptorWait> WaitInBreathsToo(
+      int descriptor, std::string name, std::function<void()> call) = 0;
 };
 
 }  // namespace tavlo::platform

@@ -15,8 +15,13 @@ using base::MonotonicTime;
 
 class PlainLoop::Wakening : public platform::DescriptorWait {
  public:
-  Wakening(PlainLoop& loop, int waitedFor, std::string what, std::function<void()> todo)
-      : descriptor(waitedFor), name(std::move(what)), call(std::move(todo)), loop_(loop) {
+  Wakening(PlainLoop& loop, int waitedFor, std::string what, std::function<void()> todo,
+           bool breathsToo)
+      : descriptor(waitedFor),
+        name(std::move(what)),
+        call(std::move(todo)),
+        inBreathsToo(breathsToo),
+        loop_(loop) {
     loop_.waits_.push_back(this);
   }
   ~Wakening() override { std::erase(loop_.waits_, this); }
@@ -25,6 +30,7 @@ class PlainLoop::Wakening : public platform::DescriptorWait {
   const int descriptor;
   const std::string name;
   const std::function<void()> call;
+  const bool inBreathsToo;
 
  private:
   PlainLoop& loop_;
@@ -56,20 +62,31 @@ bool PlainLoop::WaitUntil(const std::function<bool()>& done, Duration limit) {
   RunPass();
   while (!done()) {
     if (Now() >= end) return false;
-    if (!HasPosts()) SleepUntilNextDue(end);
+    if (!HasPosts()) SleepUntilNextDue(end, Sleep::Whole);
     RunPass();
   }
   return true;
 }
 
-void PlainLoop::SleepUntilNextDue(MonotonicTime end) {
-  MonotonicTime due = end;
-  if (const auto next = Timers().NextDue()) due = std::min(due, *next);
+bool PlainLoop::BreatheUntil(const std::function<bool()>& done, MonotonicTime limit) {
+  while (true) {
+    RunFeeds();
+    if (done()) return true;
+    if (Now() >= limit) return false;
+    SleepUntilNextDue(limit, Sleep::Breath);
+  }
+}
+
+void PlainLoop::SleepUntilNextDue(MonotonicTime end, Sleep sleep) {
+  const bool breath = sleep == Sleep::Breath;
+  const auto next = breath ? Timers().NextDue(base::TimerKind::Feed) : Timers().NextDue();
+  const MonotonicTime due = next ? std::min(end, *next) : end;
   const Duration left = std::max(due - Now(), Duration{0});
   const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
   const timespec limit{.tv_sec = seconds.count(),
                        .tv_nsec = std::chrono::nanoseconds(left - seconds).count()};
-  const std::vector<Wakening*> waits = waits_;
+  std::vector<Wakening*> waits = waits_;
+  if (breath) std::erase_if(waits, [](const Wakening* wait) { return !wait->inBreathsToo; });
   std::vector<pollfd> descriptors;
   for (const Wakening* const wait : waits) {
     descriptors.push_back({.fd = wait->descriptor, .events = POLLIN, .revents = 0});
@@ -87,7 +104,13 @@ void PlainLoop::SleepUntilNextDue(MonotonicTime end) {
 
 std::unique_ptr<platform::DescriptorWait> PlainLoop::WaitFor(int descriptor, std::string name,
                                                              std::function<void()> call) {
-  return std::make_unique<Wakening>(*this, descriptor, std::move(name), std::move(call));
+  return std::make_unique<Wakening>(*this, descriptor, std::move(name), std::move(call), false);
+}
+
+std::unique_ptr<platform::DescriptorWait> PlainLoop::WaitInBreathsToo(int descriptor,
+                                                                      std::string name,
+                                                                      std::function<void()> call) {
+  return std::make_unique<Wakening>(*this, descriptor, std::move(name), std::move(call), true);
 }
 
 base::Reply PlainLoop::ShowBox(const base::MessageBox& box) {

@@ -23,8 +23,11 @@ class PlainLoop : public base::Loop, public platform::DescriptorWaits {
   void Yield() override { RunPass(); }
   void Wait(base::Duration length) override;
   void Breathe() override { RunFeeds(); }
+  bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
   std::unique_ptr<platform::DescriptorWait> WaitFor(int descriptor, std::string name,
                                                     std::function<void()> call) override;
+  std::unique_ptr<platform::DescriptorWait> WaitInBreathsToo(int descriptor, std::string name,
+                                                             std::function<void()> call) override;
 
   /// Turns until `done` says so; false when `limit` passed first.
   bool WaitUntil(const std::function<bool()>& done, base::Duration limit);
@@ -38,7 +41,10 @@ class PlainLoop : public base::Loop, public platform::DescriptorWaits {
  private:
   class Wakening;
 
-  void SleepUntilNextDue(base::MonotonicTime end);
+  enum class Sleep { Whole, Breath };
+
+  /// In a breath nothing but feeds and the waits that are taken in one end the sleep.
+  void SleepUntilNextDue(base::MonotonicTime end, Sleep sleep);
 
   std::vector<Wakening*> waits_;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
+#include "support/counted_hush.h"
 #include "support/typist.h"
 
 namespace tavlo::test {
@@ -25,7 +26,8 @@ struct ShownWindows {
   forms::SplashForm splash{loop};
   forms::AboutForm about{loop};
   forms::ConfigurationForm configuration{loop};
-  platform::qt::QtWindows windows{loop, main, splash, about, configuration};
+  CountedHush hush;
+  platform::qt::QtWindows windows{loop, hush, main, splash, about, configuration};
   Typist typist{loop};
 };
 

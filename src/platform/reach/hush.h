@@ -1,0 +1,25 @@
+#pragma once
+
+namespace tavlo::platform {
+
+/// Makes the player silent while the rules that would stop it must wait.
+class Hush {
+ public:
+  virtual ~Hush() = default;
+
+  /// Silence within milliseconds, until a rule stops or starts the player. To the rules nothing has
+  /// happened. On the loop's thread.
+  virtual void Silence() = 0;
+};
+
+/// A pedal, as far as it may be looked at while its rules must wait.
+class WatchedFoot {
+ public:
+  virtual ~WatchedFoot() = default;
+
+  /// Whether a pedal that was down has let all of them go since the rules, or this, looked last.
+  /// What is seen here still reaches the rules, in order. On the loop's thread; never waits.
+  virtual bool LetGo() = 0;
+};
+
+}  // namespace tavlo::platform

@@ -1,0 +1,170 @@
+#include "platform/reach/mount_table.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <ranges>
+
+namespace tavlo::platform {
+namespace {
+
+/// As many as the kernel follows.
+constexpr int kMostLinks = 40;
+
+/// The kinds of file system that no server and no other program has a part in. A disk among them
+/// that breaks gives errors, and one that sleeps wakes in seconds.
+constexpr auto kLocalKinds = std::to_array<std::string_view>(
+    {"bcachefs", "bpf",       "btrfs",    "cgroup",   "cgroup2", "configfs",   "debugfs",
+     "devpts",   "devtmpfs",  "efivarfs", "erofs",    "ext2",    "ext3",       "ext4",
+     "f2fs",     "hugetlbfs", "jfs",      "mqueue",   "nilfs2",  "nsfs",       "overlay",
+     "proc",     "pstore",    "ramfs",    "reiserfs", "rootfs",  "securityfs", "squashfs",
+     "sysfs",    "tmpfs",     "tracefs",  "xfs",      "zfs"});
+
+std::optional<int> NumberIn(std::string_view text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return {};
+  return number;
+}
+
+bool IsOctal(char c) { return c >= '0' && c <= '7'; }
+
+/// The kernel writes white space and backslashes in a path as a backslash and three octal digits.
+std::string Unescaped(std::string_view text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool escaped = text[i] == '\\' && text.size() - i > 3 && IsOctal(text[i + 1]) &&
+                         IsOctal(text[i + 2]) && IsOctal(text[i + 3]);
+    if (!escaped) {
+      plain += text[i];
+      continue;
+    }
+    plain +=
+        static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 + (text[i + 3] - '0'));
+    i += 3;
+  }
+  return plain;
+}
+
+std::vector<std::string_view> Split(std::string_view text, char between) {
+  std::vector<std::string_view> parts;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(between), text.size());
+    if (end > 0) parts.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return parts;
+}
+
+}  // namespace
+
+/// A path on the way from the root to its end.
+struct MountTable::Walk {
+  std::vector<std::string> ahead;  ///< The names still to come, the next one last.
+  std::string at;                  ///< What was passed, without links; empty is the root.
+  const Mount* mount = nullptr;
+  int links = 0;
+
+  void PutAhead(const std::string& path) {
+    const auto names = Split(path, '/');
+    for (const std::string_view name : names | std::views::reverse) {
+      if (name != ".") ahead.emplace_back(name);
+    }
+  }
+  std::string TakeNext() {
+    std::string name = std::move(ahead.back());
+    ahead.pop_back();
+    return name;
+  }
+};
+
+MountTable::MountTable(std::string_view text) {
+  for (const std::string_view line : Split(text, '\n')) {
+    if (auto mount = Parse(line)) mounts_.push_back(std::move(*mount));
+  }
+  for (std::size_t i = 0; i < mounts_.size(); ++i) {
+    over_[{mounts_[i].parent, mounts_[i].point}] = i;
+  }
+  const auto isRoot = [this](const Mount& mount) {
+    return mount.point == "/" && std::ranges::none_of(mounts_, [&](const Mount& other) {
+             return other.number == mount.parent && other.number != mount.number;
+           });
+  };
+  const auto root = std::ranges::find_if(mounts_, isRoot);
+  root_ = static_cast<std::size_t>(root - mounts_.begin());
+}
+
+std::optional<MountTable::Mount> MountTable::Parse(std::string_view line) {
+  // Number, number of the mount below, device, root, point, options, any number of marks, a dash,
+  // kind, source, options.
+  constexpr std::string_view kDash = " - ";
+  const std::size_t dash = line.find(kDash);
+  if (dash == line.npos) return {};
+  const auto before = Split(line.substr(0, dash), ' ');
+  const auto after = Split(line.substr(dash + kDash.size()), ' ');
+  if (before.size() < 5 || after.empty()) return {};
+  const auto number = NumberIn(before[0]);
+  const auto parent = NumberIn(before[1]);
+  if (!number || !parent) return {};
+  return Mount{.number = *number,
+               .parent = *parent,
+               .point = Unescaped(before[4]),
+               .mayStall = std::ranges::find(kLocalKinds, after[0]) == kLocalKinds.end()};
+}
+
+const MountTable::Mount* MountTable::Enter(const Mount* mount, const std::string& path) const {
+  for (auto found = over_.find({mount->number, path}); found != over_.end();
+       found = over_.find({mount->number, path})) {
+    const Mount* const over = &mounts_[found->second];
+    if (over->number == mount->number) break;
+    mount = over;
+  }
+  return mount;
+}
+
+const MountTable::Mount* MountTable::At(const std::string& path) const {
+  const Mount* mount = Enter(&mounts_[root_], "/");
+  for (std::size_t end = 1; end < path.size();) {
+    end = std::min(path.find('/', end + 1), path.size());
+    mount = Enter(mount, path.substr(0, end));
+  }
+  return mount;
+}
+
+void MountTable::Step(Walk& walk, const LinkReader& links) const {
+  const std::string name = walk.TakeNext();
+  if (name == "..") {
+    walk.at.resize(walk.at.empty() ? 0 : walk.at.rfind('/'));
+    walk.mount = At(walk.at);
+    return;
+  }
+  const std::string next = walk.at + "/" + name;
+  const Mount* const entered = Enter(walk.mount, next);
+  const auto target = entered == walk.mount ? links.TargetOf(next) : std::nullopt;
+  if (!target || ++walk.links > kMostLinks) {
+    walk.at = next;
+    walk.mount = entered;
+    return;
+  }
+  if (target->starts_with('/')) {
+    walk.at.clear();
+    walk.mount = At(walk.at);
+  }
+  walk.PutAhead(*target);
+}
+
+Place MountTable::PlaceOf(const std::string& path, const LinkReader& links) const {
+  if (root_ == mounts_.size()) return {};
+  Walk walk{.mount = At({})};
+  walk.PutAhead(path);
+  while (!walk.ahead.empty() && !walk.mount->mayStall) Step(walk, links);
+  if (!walk.mount->mayStall) return {.mount = walk.mount->number};
+  // Each mount inside counts for itself, as far as the names alone tell.
+  while (!walk.ahead.empty() && walk.ahead.back() != "..") {
+    walk.at += "/" + walk.TakeNext();
+    walk.mount = Enter(walk.mount, walk.at);
+  }
+  return {.mount = walk.mount->number, .mayStall = true};
+}
+
+}  // namespace tavlo::platform

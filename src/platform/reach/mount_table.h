@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/reach/places.h"
+
+namespace tavlo::platform {
+
+/// Reads symbolic links.
+class LinkReader {
+ public:
+  virtual ~LinkReader() = default;
+
+  /// Where the link at `path` leads; nothing when no link stands there.
+  virtual std::optional<std::string> TargetOf(const std::string& path) const = 0;
+};
+
+/// The mounts of this process, as the kernel lists them.
+class MountTable {
+ public:
+  /// `text` is that of /proc/self/mountinfo. Lines that make no sense are passed over.
+  explicit MountTable(std::string_view text);
+
+  /// The mount on which a full path stands. Links on the way are followed as long as they stand on
+  /// mounts that can not stall; nothing is asked of one that may. A path that leads over a mount
+  /// that may stall does so itself. Where no mount is known nothing stalls.
+  Place PlaceOf(const std::string& path, const LinkReader& links) const;
+
+ private:
+  struct Mount {
+    int number = 0;
+    int parent = 0;
+    std::string point;
+    bool mayStall = false;
+  };
+  struct Walk;
+
+  static std::optional<Mount> Parse(std::string_view line);
+  /// The mount on top of those that stand on `mount` at `path`; `mount` when there is none.
+  const Mount* Enter(const Mount* mount, const std::string& path) const;
+  /// The mount of a path without links in it, none of which may stall.
+  const Mount* At(const std::string& path) const;
+  void Step(Walk& walk, const LinkReader& links) const;
+
+  std::vector<Mount> mounts_;
+  /// By the number of the mount below and the place in it.
+  std::map<std::pair<int, std::string>, std::size_t> over_;
+  std::size_t root_ = 0;
+};
+
+}  // namespace tavlo::platform
