@@ -64,6 +64,7 @@ void CompletedList::MakeColumns(const std::string& subjectHeading) {
 
 void CompletedList::RefreshCompletedList() {
   const forms::Hourglass hourglass(form_.frmMain);
+  moves_.TakeBackUnfinished();
   const ScanEnd end =
       scan_.Run(form_.listViewCompleted, folders_.CompletedPath(), [this](store::FolderWalk& walk) {
         const store::Locked locked = store::WorkFolders::FileIsLocked(walk);
@@ -171,12 +172,19 @@ void CompletedList::DeleteAll() {
       std::string(done && !deletion.othersStay ? kNothingCompleted : kSomeStay);
   if (!done) window_.Say(DeleteAllFailureInWords(deletion.result));
   // This is intended: where there was nothing to delete the hourglass stays until the next list is
-  // built.
-  if (!deletion.any) return;
+  // built. Under it the window can not be closed, so it does not stay where the folder is not
+  // known.
+  if (!deletion.any && done) return;
   opening_.SelectedCompletedFile.clear();
   if (done) voice_.PlayPrompt("DeleteAllComp");
   form_.frmMain.MousePointer = forms::Pointer::Arrow;
   window_.FocusAway();
+}
+
+store::DiskResult CompletedList::WhyCutShort(const store::Listing& walk) {
+  if (walk.processInTrouble) return store::DiskResult::ProcessInTrouble;
+  return disk_.OutOfReach(folders_.CompletedPath()) ? store::DiskResult::OutOfReach
+                                                    : store::DiskResult::Failed;
 }
 
 CompletedList::Deletion CompletedList::DeleteWaves() {
@@ -192,11 +200,11 @@ CompletedList::Deletion CompletedList::DeleteWaves() {
     deletion.any = true;
     loop_.Breathe();
     const DiskResult deleted = moves_.DeleteForGood(folder + name);
+    // From here on nothing that is asked of the folder is done.
+    if (deleted == DiskResult::OutOfReach) return {deletion.any, deletion.othersStay, deleted};
     if (deletion.result == DiskResult::Done) deletion.result = deleted;
   }
-  if (!walk.finished && deletion.result == DiskResult::Done) {
-    deletion.result = walk.processInTrouble ? DiskResult::ProcessInTrouble : DiskResult::Failed;
-  }
+  if (!walk.finished && deletion.result == DiskResult::Done) deletion.result = WhyCutShort(walk);
   return deletion;
 }
 

@@ -41,8 +41,9 @@ class CompletedList {
     bool othersStay = false;                             ///< Files that are not waves.
     store::DiskResult result = store::DiskResult::Done;  ///< The first one that is not Done.
   };
-  /// Deletes all waves of the folder, listed or not.
+  /// Deletes all waves of the folder, listed or not. Out of reach, it asks for no more of them.
   Deletion DeleteWaves();
+  store::DiskResult WhyCutShort(const store::Listing& walk);
   void WriteCaption(double totalMilliseconds);
   bool UserAgrees(const char* title, const char* question);
   /// File name of the highlighted row; empty when there is none. A name that was clicked before the

@@ -51,22 +51,30 @@ ScanEnd DocumentScan::AddRows(forms::Table& list, store::FolderWalk& walk,
     loop_.Breathe();
     const store::Locked locked = parseIfFree(walk);
     if (locked == store::Locked::NotKnown) return ScanEnd::CutShort;
+    if (locked == store::Locked::OutOfReach) return ScanEnd::OutOfReach;
     if (locked == store::Locked::Yes) continue;
-    if (!AddRow(list, walk)) return ScanEnd::CutShort;
+    const ScanEnd added = AddRow(list, walk);
+    if (added != ScanEnd::Whole) return added;
   }
   return EndOf(walk);
 }
 
-bool DocumentScan::AddRow(forms::Table& list, store::FolderWalk& walk) {
+ScanEnd DocumentScan::AddRow(forms::Table& list, store::FolderWalk& walk) {
   if (engine_.IsPlaying) engine_.StopPlay();
   engine_.CloseFile();
-  const playback::OpenResult result = engine_.File().OpenHeldFile(walk.Open());
-  if (engine_.File().OpenStatus() < 0) return false;
+  const store::HeldFile& held = walk.Open();
+  if (held.opened == store::DiskResult::OutOfReach) return ScanEnd::OutOfReach;
+  const playback::OpenResult result = engine_.File().OpenHeldFile(held);
+  if (engine_.File().OpenStatus() < 0) return ScanEnd::CutShort;
+  // A file that has gone gets its row. One that gives no answer would seem to hold no sound.
+  const bool gaveNoAnswer =
+      result == playback::OpenResult::OutOfReach && disk_.OutOfReach(held.path);
+  if (gaveNoAnswer) return ScanEnd::OutOfReach;
   const bool opened = result == playback::OpenResult::Opened;
   const double length = opened ? static_cast<double>(engine_.File().LengthMilliseconds()) : 0.0;
   TotalLength += length;
   list.Add(DocumentRow(names_.Record, walk.Name(), base::FormatHMS(length)));
-  return true;
+  return ScanEnd::Whole;
 }
 
 }  // namespace tavlo::lists

@@ -16,8 +16,9 @@ namespace tavlo::lists {
 /// How a walk over the documents of a folder ended.
 enum class ScanEnd {
   Whole,
-  OutOfReach,  ///< The walk could not start, or not go on: the caller says so.
-  CutShort,    ///< The process has no handles or memory left: the caller says so quietly.
+  /// The walk could not start, or not go on, or a file gave no answer: the caller says so.
+  OutOfReach,
+  CutShort,  ///< The process has no handles or memory left: the caller says so quietly.
 };
 
 /// The walk that the Queue and the Completed list have in common: it empties a list and makes a row
@@ -44,8 +45,8 @@ class DocumentScan {
 
  private:
   ScanEnd AddRows(forms::Table& list, store::FolderWalk& walk, const ParseIfFree& parseIfFree);
-  /// False when the whole walk must end.
-  bool AddRow(forms::Table& list, store::FolderWalk& walk);
+  /// Whole when the walk may go on.
+  ScanEnd AddRow(forms::Table& list, store::FolderWalk& walk);
 
   base::Loop& loop_;
   forms::MainForm& form_;

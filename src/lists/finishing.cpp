@@ -10,16 +10,22 @@ namespace {
 using base::operator""ms;
 using playback::PromptName;
 
-/// Holds what a key asked for while it is due, however that ends.
+/// Holds what a key asked for while it is due and being stored, however that ends.
 template <typename Way>
 class Due {
  public:
-  Due(std::optional<Way>& due, Way way) : due_(due) { due_ = way; }
-  ~Due() { due_.reset(); }
+  Due(std::optional<Way>& due, bool& storing, Way way) : due_(due), storing_(storing) {
+    due_ = way;
+  }
+  ~Due() {
+    due_.reset();
+    storing_ = false;
+  }
   Due(const Due&) = delete;
 
  private:
   std::optional<Way>& due_;
+  bool& storing_;
 };
 
 }  // namespace
@@ -83,14 +89,17 @@ bool Finishing::ChosenDocumentShows() const {
 }
 
 void Finishing::LeaveAndStore(Way way) {
-  const Due due(due_, way);
+  const Due due(due_, storing_, way);
   LeaveDocument();
   // The end of the session may have come in that pass and stored it.
-  if (due_) StoreOutcome(way);
+  if (!due_) return;
+  storing_ = true;
+  StoreOutcome(way);
 }
 
 void Finishing::StoreAtOnce() {
-  if (!due_ && !document_.IsInWork()) return;
+  // What a folder owes an answer for may still happen, so it is not asked for twice.
+  if (storing_ || (!due_ && !document_.IsInWork())) return;
   const bool keepsPlace = !due_ && form_.frmMain.WindowShape == forms::Shape::Normal;
   transport_.StopWindAndPreview();
   engine_.StopPlay();

@@ -29,6 +29,7 @@ class Finishing {
   bool OutcomeIsDue() const { return due_.has_value(); }
   /// For the end of the session: stores what the pressed key asked for or, with a document in work,
   /// its position as Save does. The loop does not turn. Where it fails the document keeps its name.
+  /// What is being stored already, in whose breath the session ends, is left to that.
   void StoreAtOnce();
 
  private:
@@ -66,6 +67,7 @@ class Finishing {
   WaitingWork& waitingWork_;
   intake::Retrieval& retrieval_;
   std::optional<Way> due_;  ///< What a key asked for, until it is stored.
+  bool storing_ = false;    ///< It is being stored; the loop may breathe meanwhile.
   /// What the key that was pressed last asked for has happened, so that it may be spoken of.
   bool storedAsAsked_ = true;
 };

@@ -12,14 +12,15 @@ struct TripWords {
   const char* failed;
   const char* copied;
   const char* stays;
+  const char* unknown;
 };
 
-constexpr TripWords kToCompleted{
-    "Completed", "Not moved to Completed: ",
-    "Copied to Completed, but the one in the Queue was not deleted: ", " It stays in the Queue: "};
-constexpr TripWords kToQueue{
-    "Returned to the Queue", "Not returned to the Queue: ",
-    "Copied to the Queue, but the one in Completed was not deleted: ", " It stays in Completed: "};
+constexpr TripWords kToCompleted{"Completed", "Not moved to Completed: ",
+                                 "Copied to Completed, but the one in the Queue was not deleted: ",
+                                 " It stays in the Queue: ", "the document was moved to Completed"};
+constexpr TripWords kToQueue{"Returned to the Queue", "Not returned to the Queue: ",
+                             "Copied to the Queue, but the one in Completed was not deleted: ",
+                             " It stays in Completed: ", "the document was returned to the Queue"};
 
 /// "is in the rescue folder" where that is so: what cannot go there is kept behind a dot beside
 /// where it stood.
@@ -34,9 +35,33 @@ std::string Because(DiskResult result) {
   return std::string(store::WhyNot(result)) + ".";
 }
 
+/// Of what may still happen nothing is claimed.
+std::string NotKnown(std::string_view whether) {
+  return "It is not known whether " + std::string(whether) + ": " +
+         std::string(store::WhyNot(DiskResult::OutOfReach)) + ". The next list shows it.";
+}
+
+std::string MayBe(const std::string& path, const store::WorkFolders& folders) {
+  const bool inRescueFolder = path.starts_with(folders.RescuedPath());
+  return std::string(inRescueFolder ? " may be in the rescue folder: " : " may be kept as ") + path;
+}
+
+std::string UnknownMoveInWords(const TripWords& words, const store::Moved& moved,
+                               const std::string& name, const store::WorkFolders& folders) {
+  std::string text = NotKnown(words.unknown) + " Document: " + name;
+  if (!moved.rescued.empty()) text += "; it" + MayBe(moved.rescued, folders);
+  if (!moved.displaced.empty()) {
+    text += "; another document of that name" + MayBe(moved.displaced, folders);
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string SaveFailureInWords(DiskResult result, const std::string& name) {
+  if (result == DiskResult::OutOfReach) {
+    return NotKnown("the position was saved") + " Document: " + name;
+  }
   return "The position was not saved: " + Because(result) + " Document: " + name;
 }
 
@@ -48,6 +73,9 @@ std::string NamelessPositionInWords(const std::string& name) {
 std::string MoveInWords(Trip trip, const store::Moved& moved, const std::string& name,
                         const store::WorkFolders& folders) {
   const TripWords& words = trip == Trip::ToCompleted ? kToCompleted : kToQueue;
+  if (moved.result == DiskResult::OutOfReach) {
+    return UnknownMoveInWords(words, moved, name, folders);
+  }
   const bool done = moved.result == DiskResult::Done;
   if (done && moved.displaced.empty()) return {};
   std::string text = words.done;
@@ -69,10 +97,14 @@ std::string MoveInWords(Trip trip, const store::Moved& moved, const std::string&
 }
 
 std::string DeleteFailureInWords(DiskResult result, const std::string& name) {
+  if (result == DiskResult::OutOfReach) {
+    return NotKnown("the document was deleted") + " Document: " + name;
+  }
   return "Not deleted: " + std::string(store::WhyNot(result)) + ". Document: " + name;
 }
 
 std::string DeleteAllFailureInWords(DiskResult result) {
+  if (result == DiskResult::OutOfReach) return NotKnown("all documents were deleted");
   return "Not all documents were deleted: " + std::string(store::WhyNot(result)) + ".";
 }
 

@@ -17,6 +17,7 @@ QueueList::QueueList(base::Loop& loop, window::MainWindow& window,
       window_(window),
       folders_(files.folders),
       names_(files.names),
+      moves_(files.moves),
       scan_(loop, form_, files.disk, files.names, engine) {
   form_.listViewInQueue.OnHeaderClick = [this](int column) {
     form_.listViewInQueue.SortByHeader(column);
@@ -34,6 +35,7 @@ std::string QueueList::NothingWaits() const {
 }
 
 bool QueueList::RefreshQueueList() {
+  moves_.TakeBackUnfinished();
   const ScanEnd end = scan_.Run(form_.listViewInQueue, folders_.InQueuePath,
                                 [this](store::FolderWalk& walk) { return ParseIfFree(walk); });
   QueueCount = static_cast<int>(form_.listViewInQueue.Rows().size());

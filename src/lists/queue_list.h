@@ -38,6 +38,7 @@ class QueueList {
   window::MainWindow& window_;
   store::WorkFolders& folders_;
   store::DocumentNames& names_;
+  store::FileMoves& moves_;
   DocumentScan scan_;
 };
 

@@ -57,7 +57,11 @@ Primed Preview::Start() {
   if (engine_.IsPlaying) engine_.StopPlay();
   engine_.CloseFile();
   const Primed primed = engine_.Prime();
-  if (primed == Primed::Yes) engine_.StartPlay();
+  if (primed == Primed::Yes) {
+    // The file may have been long in coming, and the preview counts from its first sound.
+    engine_.tmrPlaySnipet.Start();
+    engine_.StartPlay();
+  }
   return primed;
 }
 

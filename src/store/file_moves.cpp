@@ -40,6 +40,7 @@ std::string NumberedName(std::string_view name, int number) {
 
 Moved FileMoves::Move(const std::string& source, const std::string& target, InTheWay inTheWay) {
   if (source == target) return {.result = DiskResult::Done, .arrived = true};
+  unfinished_.TakeBack();
   const Moved renamed = RenameOver(source, target, inTheWay);
   if (renamed.result != DiskResult::OtherFileSystem) return renamed;
   Moved across = MoveAcross(source, target, inTheWay);
@@ -51,9 +52,13 @@ Moved FileMoves::MoveOrRescue(const std::string& source, const std::string& targ
                               InTheWay inTheWay) {
   Moved moved = Move(source, target, inTheWay);
   const bool mustStay = inTheWay == InTheWay::Stays && moved.result == DiskResult::AlreadyThere;
-  if (moved.result == DiskResult::Done || mustStay) return moved;
+  const bool isOver = moved.result == DiskResult::Done || moved.result == DiskResult::OutOfReach;
+  if (isOver || mustStay) return moved;
   const Place aside = Rescue(source);
-  if (aside.result == DiskResult::Done) moved.rescued = aside.path;
+  if (aside.result == DiskResult::OutOfReach) moved.result = aside.result;
+  if (moved.result == DiskResult::OutOfReach || aside.result == DiskResult::Done) {
+    moved.rescued = aside.path;
+  }
   return moved;
 }
 
@@ -63,66 +68,106 @@ DiskResult FileMoves::DeleteForGood(const std::string& path) { return disk_.Dele
 /// is put back, which also undoes the case of two spellings of one path.
 Moved FileMoves::RenameOver(const std::string& source, const std::string& target,
                             InTheWay inTheWay) {
-  const DiskResult renamed = disk_.Rename(source, target);
-  const bool documentGivesWay = renamed == DiskResult::AlreadyThere &&
-                                inTheWay == InTheWay::GoesToRescue && disk_.Facts(target);
-  if (!documentGivesWay) return {.result = renamed, .arrived = renamed == DiskResult::Done};
-  const Place aside = Rescue(target);
-  if (aside.result != DiskResult::Done) return {.result = aside.result};
-  const DiskResult again = disk_.Rename(source, target);
-  if (again == DiskResult::Done) {
-    return {.result = again, .arrived = true, .displaced = aside.path};
+  const DiskResult renamed = Rename(source, target);
+  const bool mayGiveWay = renamed == DiskResult::AlreadyThere && inTheWay == InTheWay::GoesToRescue;
+  if (!mayGiveWay) return {.result = renamed, .arrived = renamed == DiskResult::Done};
+  if (!disk_.Facts(target)) {
+    return {.result = disk_.OutOfReach(target) ? DiskResult::OutOfReach : renamed};
   }
-  const bool back = disk_.Rename(aside.path, target) == DiskResult::Done;
-  return {.result = again, .displaced = back ? "" : aside.path};
+  const Place aside = Rescue(target);
+  if (aside.result != DiskResult::Done) {
+    const bool mayBeThere = aside.result == DiskResult::OutOfReach;
+    return {.result = aside.result, .displaced = mayBeThere ? aside.path : ""};
+  }
+  return RenameInto(source, target, aside.path);
+}
+
+Moved FileMoves::RenameInto(const std::string& source, const std::string& target,
+                            const std::string& aside) {
+  const DiskResult renamed = Rename(source, target);
+  if (renamed == DiskResult::Done) return {.result = renamed, .arrived = true, .displaced = aside};
+  if (renamed == DiskResult::OutOfReach) return {.result = renamed, .displaced = aside};
+  const DiskResult back = Rename(aside, target);
+  if (back == DiskResult::Done) return {.result = renamed};
+  return {.result = back == DiskResult::OutOfReach ? back : renamed, .displaced = aside};
 }
 
 Moved FileMoves::MoveAcross(const std::string& source, const std::string& target,
                             InTheWay inTheWay) {
-  const Place copy = CopyBeside(source, target);
-  if (copy.result != DiskResult::Done) return {.result = copy.result};
+  const Copied copy = CopyBeside(source, target);
+  UnfinishedMoves::Unfinished move{source, copy.path, target, copy.before, {}};
+  if (copy.result != DiskResult::Done) {
+    DropCopy(move, copy.result);
+    return {.result = copy.result};
+  }
   Moved moved = RenameOver(copy.path, target, inTheWay);
-  if (moved.result != DiskResult::Done) {
-    std::ignore = disk_.Delete(copy.path);
+  if (moved.result != DiskResult::Done && moved.result != DiskResult::OutOfReach) {
+    DropCopy(move, moved.result);
     return moved;
   }
   // The source must not go before the new name is sure to stay.
-  moved.result = disk_.FlushFolder(FolderOf(target));
+  if (moved.result == DiskResult::Done) moved.result = disk_.FlushFolder(FolderOf(target));
   if (moved.result == DiskResult::Done) moved.result = disk_.Delete(source);
+  move.copied = copy.facts;
+  if (moved.result == DiskResult::OutOfReach) unfinished_.Add(move);
   return moved;
+}
+
+/// A copy that gave no answer may still grow, so it goes later.
+void FileMoves::DropCopy(const UnfinishedMoves::Unfinished& move, DiskResult why) {
+  if (move.copy.empty()) return;
+  const bool goesLater =
+      why == DiskResult::OutOfReach || disk_.Delete(move.copy) == DiskResult::OutOfReach;
+  if (goesLater) unfinished_.Add(move);
 }
 
 /// Copies the source under a name of our own into the target's folder and makes sure that all of it
 /// arrived, and that it did not change on the way.
-FileMoves::Place FileMoves::CopyBeside(const std::string& source, const std::string& target) {
+FileMoves::Copied FileMoves::CopyBeside(const std::string& source, const std::string& target) {
   const auto before = disk_.Facts(source);
-  if (!before) return {DiskResult::NotFound, {}};
-  const std::string folder = FolderOf(target);
-  DiskResult copied = DiskResult::AlreadyThere;
-  std::string path;
-  for (int number = 1; copied == DiskResult::AlreadyThere && number <= kMostOfOneName; ++number) {
-    path = folder + NumberedName(kHalfCopyName, number);
-    copied = disk_.Copy(source, path);
-    // Only this program moves files in its own tree, so what stands there is left from a crash.
-    if (copied == DiskResult::AlreadyThere && IsInOurTree(folder) &&
-        disk_.Delete(path) == DiskResult::Done) {
-      copied = disk_.Copy(source, path);
-    }
+  if (!before) {
+    return {.result = disk_.OutOfReach(source) ? DiskResult::OutOfReach : DiskResult::NotFound};
   }
-  if (copied == DiskResult::AlreadyThere) return {copied, {}};
-  const auto arrived = disk_.Facts(path);
+  Copied copy = CopyToFreeName(source, FolderOf(target));
+  copy.before = *before;
+  if (copy.result != DiskResult::Done) return copy;
+  const auto arrived = disk_.Facts(copy.path);
+  if (arrived) copy.facts = *arrived;
   const bool whole = arrived && arrived->size == before->size && disk_.Facts(source) == before;
-  if (copied == DiskResult::Done && whole) return {DiskResult::Done, path};
-  std::ignore = disk_.Delete(path);
-  return {copied == DiskResult::Done ? DiskResult::Failed : copied, {}};
+  const bool noAnswer = disk_.OutOfReach(copy.path) || disk_.OutOfReach(source);
+  if (!whole) copy.result = noAnswer ? DiskResult::OutOfReach : DiskResult::Failed;
+  return copy;
+}
+
+FileMoves::Copied FileMoves::CopyToFreeName(const std::string& source, const std::string& folder) {
+  for (int number = 1; number <= kMostOfOneName; ++number) {
+    const std::string path = folder + NumberedName(kHalfCopyName, number);
+    DiskResult copied = disk_.Copy(source, path);
+    // Only this program moves files in its own tree, so what stands there is left from a crash or
+    // from a move that was given up.
+    if (copied == DiskResult::AlreadyThere && IsInOurTree(folder)) {
+      const DiskResult cleared = disk_.Delete(path);
+      if (cleared == DiskResult::OutOfReach) return {.result = cleared};
+      if (cleared == DiskResult::Done) copied = disk_.Copy(source, path);
+    }
+    if (copied != DiskResult::AlreadyThere) return {.result = copied, .path = path};
+  }
+  return {.result = DiskResult::AlreadyThere};
+}
+
+DiskResult FileMoves::Rename(const std::string& from, const std::string& to) {
+  const DiskResult renamed = disk_.Rename(from, to);
+  const bool mayHaveMoved = renamed == DiskResult::Done || renamed == DiskResult::OutOfReach;
+  if (mayHaveMoved) unfinished_.MayStandAt(from, to);
+  return renamed;
 }
 
 FileMoves::Place FileMoves::Rescue(const std::string& path) {
   const std::string rescued = folders_.RescuedPath();
   std::ignore = disk_.MakeFolder(rescued.substr(0, rescued.size() - 1));
   const Place place = RenameToFreeName(path, rescued, "");
-  return place.result == DiskResult::Done ? place
-                                          : RenameToFreeName(path, FolderOf(path), ".Rescued ");
+  const bool isOver = place.result == DiskResult::Done || place.result == DiskResult::OutOfReach;
+  return isOver ? place : RenameToFreeName(path, FolderOf(path), ".Rescued ");
 }
 
 FileMoves::Place FileMoves::RenameToFreeName(const std::string& path, const std::string& folder,
@@ -130,7 +175,7 @@ FileMoves::Place FileMoves::RenameToFreeName(const std::string& path, const std:
   const std::string name = std::string(prefix) + NameOf(path);
   for (int number = 1; number <= kMostOfOneName; ++number) {
     const std::string free = folder + NumberedName(name, number);
-    const DiskResult renamed = disk_.Rename(path, free);
+    const DiskResult renamed = Rename(path, free);
     if (renamed != DiskResult::AlreadyThere) return {renamed, free};
   }
   return {DiskResult::AlreadyThere, {}};

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "store/disk.h"
+#include "store/unfinished_moves.h"
 #include "store/work_folders.h"
 
 namespace tavlo::store {
@@ -14,15 +15,18 @@ inline constexpr std::size_t kMostBytesOfAName = 255;
 
 /// What became of a move.
 struct [[nodiscard]] Moved {
-  /// Done: the target is whole and the source is gone. Anything else: the source was not moved
-  /// away; it stands as before unless `rescued` says where it is.
+  /// Done: the target is whole and the source is gone. OutOfReach: it is not known which of its
+  /// steps happen; nothing more was done. Anything else: the source was not moved away; it stands
+  /// as before unless `rescued` says where it is.
   DiskResult result = DiskResult::Done;
   /// The target holds the whole document. Without Done only the last two steps failed, the flush of
   /// the target's folder or the delete of the source.
   bool arrived = false;
   /// Where the document is now that stood at the target. Empty when none did, or it stands there.
+  /// With OutOfReach: where it may be.
   std::string displaced;
-  /// Where the source is now that could not be moved. Empty when it was not rescued.
+  /// Where the source is now that could not be moved. Empty when it was not rescued. With
+  /// OutOfReach: where it may be.
   std::string rescued;
 };
 
@@ -34,10 +38,16 @@ enum class InTheWay { GoesToRescue, Stays };
 /// although its copy failed) goes into the rescue folder instead, under its own name or that name
 /// with a number before the extension. Where the rescue folder cannot take it, as a rule because it
 /// lies on another file system, it goes behind a dot in its own folder. Only `DeleteForGood`
-/// deletes a document. On the loop's thread.
+/// deletes a document.
+///
+/// A step that is out of reach is the last one: it may happen late, so it is not repeated, and no
+/// rescue, no delete and no other try follows on it. A copy that a move so left behind beside its
+/// target or at it is taken back by the next list or move once the folders answer, or by the next
+/// move that copies into the folder, as after a crash. On the loop's thread.
 class FileMoves {
  public:
-  FileMoves(Disk& disk, const WorkFolders& folders) : disk_(disk), folders_(folders) {}
+  FileMoves(Disk& disk, const WorkFolders& folders)
+      : disk_(disk), folders_(folders), unfinished_(disk) {}
 
   /// Moves a document; one that stands at the target is rescued. AlreadyThere: what stands at the
   /// target is no plain file, or a document that stays.
@@ -59,16 +69,33 @@ class FileMoves {
   /// For what the user deletes, and the purge.
   DiskResult DeleteForGood(const std::string& path);
 
+  /// Takes back the copies of moves that were given up in the middle, as far as their folders
+  /// answer. Before each list, which would show a document twice.
+  void TakeBackUnfinished() { unfinished_.TakeBack(); }
+
  private:
   Moved RenameOver(const std::string& source, const std::string& target, InTheWay inTheWay);
+  /// `aside`: where the document is that stood at the target.
+  Moved RenameInto(const std::string& source, const std::string& target, const std::string& aside);
   Moved MoveAcross(const std::string& source, const std::string& target, InTheWay inTheWay);
-  Place CopyBeside(const std::string& source, const std::string& target);
+  struct Copied {
+    DiskResult result = DiskResult::Done;
+    std::string path = {};  ///< Empty when nothing can stand there.
+    FileFacts before = {};  ///< Of the source.
+    FileFacts facts = {};   ///< Of the copy, once it is Done.
+  };
+  Copied CopyBeside(const std::string& source, const std::string& target);
+  /// Gives the copy the first name of our own that is free in the folder.
+  Copied CopyToFreeName(const std::string& source, const std::string& folder);
+  void DropCopy(const UnfinishedMoves::Unfinished& move, DiskResult why);
+  DiskResult Rename(const std::string& from, const std::string& to);
   Place RenameToFreeName(const std::string& path, const std::string& folder,
                          std::string_view prefix);
   bool IsInOurTree(const std::string& folder) const;
 
   Disk& disk_;
   const WorkFolders& folders_;
+  UnfinishedMoves unfinished_;
 };
 
 /// The n-th choice of a name: the name itself, then "name (2)", "name (3)" and so on, the number

@@ -19,8 +19,11 @@ void CopyMissing(Disk& disk, const std::string& installed, const std::string& fo
     // No listing gives dot files, so a copy that a crash cut short is never taken for a whole one.
     const std::string beside = folder + "." + name + ".new";
     if (disk.Look(beside) == Entry::PlainFile) std::ignore = disk.Delete(beside);
-    const bool copied = disk.Copy(installed + name, beside) == DiskResult::Done;
-    if (copied && disk.Rename(beside, folder + name) == DiskResult::Done) continue;
+    DiskResult copied = disk.Copy(installed + name, beside);
+    if (copied == DiskResult::Done) copied = disk.Rename(beside, folder + name);
+    // It may still come; if not, the next start clears what is left and tries again.
+    if (copied == DiskResult::OutOfReach) return;
+    if (copied == DiskResult::Done) continue;
     if (disk.Look(beside) == Entry::PlainFile) std::ignore = disk.Delete(beside);
   }
 }

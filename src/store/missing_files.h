@@ -10,7 +10,8 @@
 namespace tavlo::store {
 
 /// Copies into the root those prompts that are installed and that the root lacks, as one from an
-/// earlier release does. A user's own recordings stay. What failed, the next start tries again.
+/// earlier release does. A user's own recordings stay. What failed, or gives no answer, the next
+/// start tries again.
 void AddMissingPrompts(Disk& disk, const std::string& installRoot, const std::string& shareFolder);
 
 /// Copies the installed fascia pictures into a root that has none at all. Where there is one the

@@ -10,8 +10,8 @@ namespace {
 void LinkMissing(Disk& disk, const std::string& installed, const std::string& path) {
   if (disk.Look(installed) != Entry::PlainFile) return;
   const Entry standing = disk.Look(path);
-  if (standing == Entry::PlainFile || standing == Entry::Folder) return;
-  if (standing == Entry::Other) std::ignore = disk.Delete(path);
+  if (standing != Entry::Nothing && standing != Entry::Other) return;
+  if (standing == Entry::Other && disk.Delete(path) == DiskResult::OutOfReach) return;
   std::ignore = disk.MakeLink(installed, path);
 }
 

@@ -69,7 +69,9 @@ class RootBuilder {
   }
 
   std::string Link(const std::string& target, const std::string& path) {
-    if (disk_.Look(target) != Entry::PlainFile) return "";
+    const Entry installed = disk_.Look(target);
+    if (installed == Entry::OutOfReach) return Failure(path, DiskResult::OutOfReach);
+    if (installed != Entry::PlainFile) return "";
     const DiskResult made = disk_.MakeLink(target, path);
     return made == DiskResult::Done ? "" : Failure(path, made);
   }
@@ -98,12 +100,18 @@ std::string ProvisionRoot(Disk& disk, SettingsDatabases& databases, const std::s
                           const std::string& shareFolder) {
   const std::string parent = ParentOf(installRoot);
   const std::string halfMadeRoot = parent + "/." + installRoot.substr(parent.size() + 1) + ".new";
-  if (disk.Look(halfMadeRoot) == Entry::Folder) std::ignore = disk.RemoveFolder(halfMadeRoot);
+  const bool half = disk.Look(halfMadeRoot) == Entry::Folder;
+  const DiskResult cleared = half ? disk.RemoveFolder(halfMadeRoot) : DiskResult::Done;
   const Entry standing = disk.Look(installRoot);
   if (standing == Entry::Folder) return "";
 
   std::string failure;
-  if (standing != Entry::Nothing) failure = Failure(installRoot, DiskResult::AlreadyThere);
+  // What is removed late might be what is built now.
+  if (standing == Entry::OutOfReach || cleared == DiskResult::OutOfReach) {
+    failure = "The folder gives no answer.";
+  } else if (standing != Entry::Nothing) {
+    failure = Failure(installRoot, DiskResult::AlreadyThere);
+  }
   if (failure.empty()) failure = MakeMissingFolder(disk, parent);
   if (!failure.empty()) return RootFailure(installRoot, failure);
 

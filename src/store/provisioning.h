@@ -13,7 +13,7 @@ namespace tavlo::store {
 /// is built beside the root and renamed, so that a crash leaves the whole root or none.
 ///
 /// A root that stands already is left as it is, whatever it lacks. Returns the empty text, or a
-/// text for the person that names what failed; then there is no root.
+/// text for the person that names what failed; then there is no root, or one that gives no answer.
 std::string ProvisionRoot(Disk& disk, SettingsDatabases& databases, const std::string& installRoot,
                           const std::string& shareFolder);
 

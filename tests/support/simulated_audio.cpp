@@ -24,6 +24,7 @@ void FaultIf(bool& asked) {
 OpenResult SimulatedAudioFile::OpenFile(const std::string& path) {
   ++OpenCount;
   open_ = nullptr;
+  if (OnOpen) OnOpen(path);
   position_ = 0;
   status_ = InTrouble || path == TroubleWith ? -1 : 0;
   readFailed_ = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <limits>
 #include <map>
 #include <set>
@@ -38,6 +39,8 @@ class SimulatedAudioFile : public playback::AudioFile {
   std::string TroubleWith;
   /// Files that are gone, or whose folder cannot be reached.
   std::set<std::string> OutOfReach;
+  /// Runs before each opening, which may take its time.
+  std::function<void(const std::string& path)> OnOpen;
   /// The next read throws.
   bool ReadThrows = false;
   int OpenCount = 0;

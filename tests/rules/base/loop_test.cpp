@@ -113,6 +113,30 @@ TEST(Loop, FailureInATickLeavesTheOtherTimersRunning) {
   EXPECT_EQ(loop.Shown.size(), 1u);
 }
 
+TEST(SimulatedLoop, BreathUntilSomethingIsDoneLetsFeedsThroughAndNoRule) {
+  SimulatedLoop loop;
+  int fed = 0;
+  Timer feed(loop, "feed", 100ms, base::TimerKind::Feed);
+  Timer rule(loop, "rule", 100ms);
+  feed.OnTick = [&] { ++fed; };
+  rule.OnTick = [] { ADD_FAILURE() << "a rule ran in a breath"; };
+  feed.Start();
+  rule.Start();
+  loop.Post([] { ADD_FAILURE() << "a post ran in a breath"; });
+  EXPECT_TRUE(loop.BreatheUntil([&] { return fed == 3; }, loop.Now() + 1000ms));
+  EXPECT_EQ(loop.Now().sinceStart, 300ms);
+  EXPECT_EQ(loop.BreathedFor, 300ms);
+  rule.Stop();
+}
+
+TEST(SimulatedLoop, BreathUntilSomethingIsDoneEndsAtItsLimitAndNotBefore) {
+  SimulatedLoop loop;
+  const base::MonotonicTime limit = loop.Now() + 1000ms;
+  EXPECT_FALSE(loop.BreatheUntil([&] { return loop.Now() > limit; }, limit));
+  EXPECT_EQ(loop.Now(), limit);
+  EXPECT_TRUE(loop.BreatheUntil([] { return true; }, limit)) << "what is done needs no time";
+}
+
 TEST(SimulatedLoop, WallClockGoesWithTheLoopsTime) {
   SimulatedLoop loop;
   loop.SetWallClock({.year = 2004, .month = 2, .day = 28, .hour = 23, .minute = 59, .second = 59});

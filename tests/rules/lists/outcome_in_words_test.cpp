@@ -56,15 +56,43 @@ TEST_F(OutcomeInWordsTest, WhatIsKeptOutsideOfTheRescueFolderIsNotSaidToBeInIt) 
             "/root/Files/InQueue/.Rescued a.wav");
 }
 
+TEST_F(OutcomeInWordsTest, OfWhatMayStillHappenNothingIsClaimed) {
+  EXPECT_EQ(Words(Trip::ToCompleted, {.result = DiskResult::OutOfReach, .arrived = true}),
+            "It is not known whether the document was moved to Completed: the folder gives no "
+            "answer. The next list shows it. Document: a.wav");
+  EXPECT_EQ(Words(Trip::ToQueue, {.result = DiskResult::OutOfReach}),
+            "It is not known whether the document was returned to the Queue: the folder gives no "
+            "answer. The next list shows it. Document: a.wav");
+  EXPECT_EQ(lists::SaveFailureInWords(DiskResult::OutOfReach, "a.wav"),
+            "It is not known whether the position was saved: the folder gives no answer. The next "
+            "list shows it. Document: a.wav");
+  EXPECT_EQ(lists::DeleteFailureInWords(DiskResult::OutOfReach, "a.wav"),
+            "It is not known whether the document was deleted: the folder gives no answer. The "
+            "next list shows it. Document: a.wav");
+  EXPECT_EQ(lists::DeleteAllFailureInWords(DiskResult::OutOfReach),
+            "It is not known whether all documents were deleted: the folder gives no answer. The "
+            "next list shows it.");
+}
+
+TEST_F(OutcomeInWordsTest, PlacesWhereADocumentMayBeAreSaidToBeSuch) {
+  EXPECT_EQ(Words(Trip::ToCompleted, {.result = DiskResult::OutOfReach,
+                                      .displaced = "/root/Files/Completed/.Rescued a.wav",
+                                      .rescued = "/root/Files/Rescued/a.wav"}),
+            "It is not known whether the document was moved to Completed: the folder gives no "
+            "answer. The next list shows it. Document: a.wav; it may be in the rescue folder: "
+            "/root/Files/Rescued/a.wav; another document of that name may be kept as "
+            "/root/Files/Completed/.Rescued a.wav");
+}
+
 TEST_F(OutcomeInWordsTest, EveryReasonHasItsOwnWords) {
   std::set<std::string_view> reasons;
   for (const DiskResult result :
        {DiskResult::NotFound, DiskResult::AlreadyThere, DiskResult::NoSpace,
         DiskResult::OtherFileSystem, DiskResult::NoAccess, DiskResult::ProcessInTrouble,
-        DiskResult::Failed}) {
+        DiskResult::Failed, DiskResult::OutOfReach}) {
     reasons.insert(store::WhyNot(result));
   }
-  EXPECT_EQ(reasons.size(), 7u);
+  EXPECT_EQ(reasons.size(), 8u);
 }
 
 }  // namespace

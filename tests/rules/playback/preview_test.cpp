@@ -32,6 +32,16 @@ TEST_F(PreviewTest, SelectionSoundsTheBeginningForASecondMoreThanAsked) {
   EXPECT_TRUE(documentInWork.DocumentPrimed);
 }
 
+TEST_F(PreviewTest, FileThatIsLongInComingSoundsNoShorter) {
+  Lay({.samples = 800'000});
+  file.OnOpen = [this](const std::string&) { loop.Busy(4s); };
+  EXPECT_EQ(Select(), playback::Primed::Yes);
+  loop.Advance(5999ms);
+  EXPECT_TRUE(engine.IsPlaying);
+  loop.Advance(1ms);
+  EXPECT_FALSE(engine.IsPlaying);
+}
+
 TEST_F(PreviewTest, SlowerSpeedLengthensIt) {
   engine.PlaySpeedPercent = 50;
   std::ignore = Select();

@@ -104,6 +104,28 @@ TEST(MissingPromptsFaults, CrashAtAnyOperationLeavesWholePromptsAndTheNextStartA
   }
 }
 
+TEST(MissingPromptsFaults, StallAtAnyOperationLeavesWholePromptsAndALaterStartAddsTheRest) {
+  for (const std::string& place : {kRoot, kInstalled}) {
+    for (const auto late : {SimulatedPlaces::Late::Happens, SimulatedPlaces::Late::Fails}) {
+      bool stalled = true;
+      for (int nth = 1; stalled; ++nth) {
+        SCOPED_TRACE(place + " " + std::to_string(nth));
+        OlderRoot root;
+        root.disk.StallAtOperation(nth, place);
+        root.Add();
+        stalled = root.disk.Places.Stalls(place);
+        EXPECT_LE(root.loop.Now().sinceStart, SimulatedPlaces::kPatience);
+        EXPECT_TRUE(HoldsOnlyWholePrompts(root.disk));
+        root.disk.Places.Resume(place, late);
+        root.disk.Heal();
+        root.Add();
+        EXPECT_EQ(root.Names(), kAll);
+        EXPECT_TRUE(HoldsOnlyWholePrompts(root.disk));
+      }
+    }
+  }
+}
+
 TEST(MissingPromptsFaults, FailureOfAnyOperationLeavesOnlyWholePrompts) {
   std::size_t operations = 1;
   for (std::size_t nth = 1; nth <= operations; ++nth) {
@@ -148,6 +170,13 @@ TEST_F(MissingFasciaTest, PictureThatWasThrownAwayDoesNotComeBack) {
   Add();
   EXPECT_FALSE(disk.Has(kFascia + "/Slate.png"));
   EXPECT_EQ(disk.Contents(kFascia + "/Ash.png"), "my own ash");
+}
+
+TEST_F(MissingFasciaTest, FolderThatGivesNoAnswerIsLeftAlone) {
+  disk.WithFolder(kFascia);
+  disk.Places.Stall(kFascia);
+  Add();
+  EXPECT_TRUE(disk.Changes().empty());
 }
 
 TEST_F(MissingFasciaTest, FolderThatCanNotBeReadIsLeftAlone) {

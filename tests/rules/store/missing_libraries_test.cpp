@@ -81,5 +81,23 @@ TEST_F(MissingLibrariesTest, FailureOfAnyOperationIsMendedByTheNextStart) {
   }
 }
 
+TEST_F(MissingLibrariesTest, StallAtAnyOperationIsMendedByALaterStart) {
+  for (const auto late : {SimulatedPlaces::Late::Happens, SimulatedPlaces::Late::Fails}) {
+    bool stalled = true;
+    for (int nth = 1; stalled; ++nth) {
+      SCOPED_TRACE(nth);
+      RootWithoutLibraries root;
+      root.disk.WithLink(kWatch, "/gone/PedalWatch.so");
+      root.disk.StallAtOperation(nth, kRoot);
+      root.Add();
+      stalled = root.disk.Places.Stalls(kRoot);
+      root.disk.Places.Resume(kRoot, late);
+      root.disk.Heal();
+      root.Add();
+      root.ExpectLinks();
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tavlo::test

@@ -165,6 +165,46 @@ TEST(ProvisioningFaults, CrashAtAnyOperationLeavesAllOrNothingAndTheNextStartMen
   }
 }
 
+TEST_F(ProvisioningTest, RootThatGivesNoAnswerIsNamedAndNothingIsMade) {
+  disk.WithFolder(kRoot);
+  disk.Places.Stall("/home");
+  EXPECT_EQ(Provision(),
+            "Tavlo Deck needs its work folder " + kRoot + ".\n\nThe folder gives no answer.");
+  EXPECT_TRUE(disk.Changes().empty());
+  EXPECT_EQ(loop.Now().sinceStart, SimulatedPlaces::kPatience);
+}
+
+TEST_F(ProvisioningTest, NothingIsBuiltWhereALeftoverMayStillBeRemoved) {
+  disk.WithFile(kHalfMade + "/Prompts/Welcome.wav", "half");
+  // Behind the first look.
+  disk.StallAtOperation(2, "/home");
+  EXPECT_NE(Provision(), "");
+  EXPECT_EQ(disk.Changes(), std::vector<std::string>{"RemoveFolder " + kHalfMade});
+}
+
+TEST(ProvisioningFaults, StallAtAnyOperationLeavesAllOrNothingAndTheNextStartMendsIt) {
+  for (const std::string& place : {std::string("/home"), kShare}) {
+    for (const auto late : {SimulatedPlaces::Late::Happens, SimulatedPlaces::Late::Fails}) {
+      bool stalled = true;
+      for (int nth = 1; stalled; ++nth) {
+        SCOPED_TRACE(place + " " + std::to_string(nth));
+        Installation installation;
+        installation.disk.StallAtOperation(nth, place);
+        const bool said = installation.Provision().empty();
+        stalled = installation.disk.Places.Stalls(place);
+        EXPECT_LE(installation.loop.Now().sinceStart, SimulatedPlaces::kPatience);
+        EXPECT_TRUE(!said || RootIsWhole(installation.disk));
+        installation.disk.Places.Resume(place, late);
+        EXPECT_EQ(installation.disk.Has(kRoot), RootIsWhole(installation.disk));
+        installation.disk.Heal();
+        EXPECT_EQ(installation.Provision(), "");
+        EXPECT_TRUE(RootIsWhole(installation.disk));
+        EXPECT_FALSE(installation.disk.Has(kHalfMade));
+      }
+    }
+  }
+}
+
 TEST(ProvisioningFaults, FailureOfAnyOperationLeavesAllOrNothing) {
   std::size_t operations = 1;
   for (std::size_t nth = 1; nth <= operations; ++nth) {

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "store/disk.h"
+
+namespace tavlo::store {
+
+/// Moves across file systems that were given up in the middle, because a folder gave no answer.
+/// What was asked last may happen late, so a document may then stand twice: where it was, and as a
+/// copy on its way or at its end. Nobody was told that it has moved, so it is the copy that goes
+/// again, once both folders answer and the document is seen to stand where it was, unchanged. Where
+/// it has gone from there the copy is the document, and stays. On the loop's thread.
+class UnfinishedMoves {
+ public:
+  explicit UnfinishedMoves(Disk& disk) : disk_(disk) {}
+
+  struct Unfinished {
+    std::string source;
+    std::string copy;    ///< Where it stands until it is whole.
+    std::string target;  ///< Where it is to stand then.
+    FileFacts before;    ///< Of the source when it was copied.
+    /// Of the whole copy; nothing when it is not known to be whole, so that it was not renamed.
+    std::optional<FileFacts> copied;
+  };
+  void Add(Unfinished move) { moves_.push_back(std::move(move)); }
+
+  /// Takes back what can be taken back now. What is out of reach still waits for the next call.
+  void TakeBack();
+  /// A document was given another path, or is given it late.
+  void MayStandAt(const std::string& from, const std::string& to);
+
+ private:
+  /// True when nothing is left to do.
+  bool TakenBack(Unfinished& move);
+
+  struct Sight {
+    bool certain = false;
+    std::optional<FileFacts> facts;
+  };
+  Sight See(const std::string& path);
+
+  Disk& disk_;
+  std::vector<Unfinished> moves_;
+};
+
+}  // namespace tavlo::store
