@@ -181,11 +181,14 @@ class PromptMediaControl {
   virtual void SetFrom(std::int64_t milliseconds) = 0;
   virtual void SetTo(std::int64_t milliseconds) = 0;
 
-  /// False when the file cannot be played; then nothing is open.
+  /// False when it is known already that the file cannot be played; then nothing is open.
   [[nodiscard]] virtual bool Open() = 0;
-  /// Begins to sound and returns at once. False when nothing is open or no device can be had.
+  /// Returns at once; sounds as soon as the file is read. A file that cannot be had in time is a
+  /// silence. False when it is known already that nothing will sound: nothing is open, the file
+  /// cannot be played, or no device can be had.
   [[nodiscard]] virtual bool Play() = 0;
-  /// Silence within a few milliseconds, without a click. The file stays open.
+  /// Silence within a few milliseconds, without a click, also of what is still being read. The file
+  /// stays open.
   virtual void Stop() = 0;
   /// Stops and lets go of the file. A control that holds none stays as it is.
   virtual void Close() = 0;

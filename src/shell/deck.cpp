@@ -16,25 +16,41 @@ Deck::Deck(Platform platform, Annex& annex)
       splash_(platform_.loop, windows.splash, [this] { load_->LoadMainWindow(); }) {}
 
 void Deck::Start() {
-  if (RefuseSecondCopy()) return;
-  const std::string failure = store::ProvisionRoot(platform_.disk, platform_.databases,
-                                                   platform_.installRoot, platform_.shareFolder);
-  if (!failure.empty()) {
-    EndWith(failure);
-    return;
+  const RootClaim claim = platform_.claimRoot();
+  if (claim == RootClaim::OfAnotherCopy) return RefuseSecondCopy();
+  store::OpenedDatabase opened;
+  std::string failure;
+  if (claim == RootClaim::Ours) failure = OpenRoot(opened);
+  if (claim == RootClaim::OutOfReach || RootIsOutOfReach()) {
+    failure = store::RootFailure(platform_.installRoot,
+                                 "It gives no answer. The network may be down, or the device gone; "
+                                 "start again when it is back.");
   }
-  store::OpenedDatabase opened = platform_.databases.Open(folders_.SettingsDatabasePath());
-  if (!opened.database) {
-    EndWith(opened.failure);
-    return;
-  }
-  store::AddMissingPrompts(platform_.disk, platform_.installRoot, platform_.shareFolder);
-  store::AddMissingFascia(platform_.disk, platform_.installRoot, platform_.shareFolder);
-  store::AddMissingLibraries(platform_.disk, platform_.installRoot, platform_.shareFolder);
+  if (!failure.empty()) return EndWith(failure);
   rooms_.emplace(platform_, annex_, windows, folders_, std::move(opened.database));
   load_.emplace(platform_.loop, windows, *rooms_);
   exit_.emplace(platform_.loop, windows, *rooms_, platform_.endProcess);
   splash_.Show(rooms_->settings.ProgramVersionText());
+}
+
+bool Deck::RootIsOutOfReach() {
+  const std::string& root = platform_.installRoot;
+  return platform_.disk.OutOfReach(root) ||
+         platform_.disk.OutOfReach(root.substr(0, root.rfind('/')));
+}
+
+std::string Deck::OpenRoot(store::OpenedDatabase& opened) {
+  store::Disk& disk = platform_.disk;
+  const std::string& root = platform_.installRoot;
+  const std::string& share = platform_.shareFolder;
+  const std::string failure = store::ProvisionRoot(disk, platform_.databases, root, share);
+  if (!failure.empty()) return failure;
+  opened = platform_.databases.Open(folders_.SettingsDatabasePath());
+  if (!opened.database) return opened.failure;
+  store::AddMissingPrompts(disk, root, share);
+  store::AddMissingFascia(disk, root, share);
+  store::AddMissingLibraries(disk, root, share);
+  return {};
 }
 
 void Deck::EndSession() {
@@ -47,8 +63,7 @@ void Deck::EndSessionNow() {
   exit_->EndSessionNow();
 }
 
-bool Deck::RefuseSecondCopy() {
-  if (!platform_.anotherCopyRuns()) return false;
+void Deck::RefuseSecondCopy() {
   // The wording is kept as users know it, though it speaks of another system's keys.
   platform_.loop.Show(
       {.title = "Tavlo Deck - Running",
@@ -61,7 +76,6 @@ bool Deck::RefuseSecondCopy() {
                "and restart the Tavlo Deck.",
        .icon = base::Icon::Information});
   platform_.endProcess(1);
-  return true;
 }
 
 void Deck::EndWith(const std::string& failure) {

@@ -21,8 +21,8 @@ class Deck {
   Windows windows;
 
   /// Refuses a second copy, makes a fresh root, opens the settings and shows the splash; the main
-  /// window follows by itself. When it cannot go on it says why and asks for the end of the
-  /// process.
+  /// window follows by itself. When it cannot go on, as where the root gives no answer, it says why
+  /// and asks for the end of the process.
   void Start();
 
   /// The desktop's session ends: stores what there is to store and asks for the end of the process,
@@ -35,7 +35,11 @@ class Deck {
   Rooms* Built() { return rooms_ ? &*rooms_ : nullptr; }
 
  private:
-  bool RefuseSecondCopy();
+  bool RootIsOutOfReach();
+  /// Makes a fresh root where there is none, or adds what it lacks, and opens the settings. Gives
+  /// the empty text or what failed.
+  std::string OpenRoot(store::OpenedDatabase& opened);
+  void RefuseSecondCopy();
   void EndWith(const std::string& failure);
 
   Platform platform_;

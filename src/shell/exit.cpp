@@ -105,10 +105,12 @@ void Exit::End() {
   loop_.Wait(1000ms);
   rooms_.engine.CloseFile();
   rooms_.prompts.Close();
-  rooms_.binding.Flush();
   rooms_.annex.ReleaseFtp();
   loop_.Wait(1000ms);
   rooms_.usbPedal.StopWatch();
+  // A disk that gives no answer may keep the settings waiting, and nobody shall wait for that.
+  form_.frmMain.Visible = false;
+  rooms_.binding.Flush();
   endProcess_(0);
 }
 

@@ -13,6 +13,13 @@
 
 namespace tavlo::shell {
 
+/// Whose root it is.
+enum class RootClaim {
+  Ours,
+  OfAnotherCopy,  ///< Which runs.
+  OutOfReach,     ///< Its place gave no answer, so nothing is known.
+};
+
 /// The edges that a deck stands on. Whoever builds it owns them; they outlive the deck.
 struct Platform {
   base::Loop& loop;
@@ -30,8 +37,8 @@ struct Platform {
   std::string installRoot;
   /// What an installation supplies: the source of a fresh root.
   std::string shareFolder;
-  /// True when another copy runs on the same root. The first call claims the root for this one.
-  std::function<bool()> anotherCopyRuns;
+  /// Claims the root for this copy, for as long as it runs.
+  std::function<RootClaim()> claimRoot;
   /// Starts the desktop's own program that shows what the machine is made of, and does not wait for
   /// it. False when there is none.
   std::function<bool()> showSystemInformation;

@@ -90,10 +90,6 @@ class RootBuilder {
   const WorkFolders root_;
 };
 
-std::string RootFailure(const std::string& installRoot, const std::string& failure) {
-  return "Tavlo Deck needs its work folder " + installRoot + ".\n\n" + failure;
-}
-
 }  // namespace
 
 std::string ProvisionRoot(Disk& disk, SettingsDatabases& databases, const std::string& installRoot,
@@ -126,6 +122,10 @@ std::string ProvisionRoot(Disk& disk, SettingsDatabases& databases, const std::s
   }
   std::ignore = disk.FlushFolder(parent);
   return "";
+}
+
+std::string RootFailure(const std::string& installRoot, const std::string& reason) {
+  return "Tavlo Deck needs its work folder " + installRoot + ".\n\n" + reason;
 }
 
 }  // namespace tavlo::store

@@ -17,4 +17,7 @@ namespace tavlo::store {
 std::string ProvisionRoot(Disk& disk, SettingsDatabases& databases, const std::string& installRoot,
                           const std::string& shareFolder);
 
+/// The text for the person about a root that cannot be had, for a reason in whole sentences.
+std::string RootFailure(const std::string& installRoot, const std::string& reason);
+
 }  // namespace tavlo::store

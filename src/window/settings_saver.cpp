@@ -5,11 +5,30 @@
 namespace tavlo::window {
 
 SettingsSaver::SettingsSaver(base::Loop& loop, store::SettingsStore& settings)
-    : loop_(loop), settings_(settings) {}
+    : loop_(loop), settings_(settings), tmrTryAgain_(loop, "tmrSaveSettings", kTryAgain) {
+  tmrTryAgain_.OnTick = [this] { TryAgain(); };
+}
 
 bool SettingsSaver::Write(store::Table table, int row, const store::Assignments& fields) {
-  store::Record& unsaved = unsaved_[{table, row}];
+  const bool written = Store(table, row, fields);
+  if (!written && !failureTold_) TellFailure();
+  failureTold_ = !written;
+  return written;
+}
+
+bool SettingsSaver::Flush() {
+  WriteUnsaved(&SettingsSaver::Write);
+  return unsaved_.empty();
+}
+
+void SettingsSaver::TryAgain() {
+  WriteUnsaved(&SettingsSaver::Store);
+  if (unsaved_.empty()) failureTold_ = false;
+}
+
+bool SettingsSaver::Store(store::Table table, int row, const store::Assignments& fields) {
   const bool written = settings_.Write(table, row, fields);
+  store::Record& unsaved = unsaved_[{table, row}];
   for (const auto& [field, value] : fields) {
     if (written) {
       unsaved.erase(field);
@@ -19,17 +38,20 @@ bool SettingsSaver::Write(store::Table table, int row, const store::Assignments&
     }
   }
   if (unsaved.empty()) unsaved_.erase({table, row});
-  if (!written && !failureTold_) TellFailure();
-  failureTold_ = !written;
+  if (unsaved_.empty()) {
+    tmrTryAgain_.Stop();
+  } else if (!tmrTryAgain_.Enabled()) {
+    tmrTryAgain_.Start();
+  }
   return written;
 }
 
-bool SettingsSaver::Flush() {
+void SettingsSaver::WriteUnsaved(bool (SettingsSaver::*write)(store::Table, int,
+                                                              const store::Assignments&)) {
   const auto unsaved = unsaved_;
   for (const auto& [place, fields] : unsaved) {
-    Write(place.first, place.second, {fields.begin(), fields.end()});
+    (this->*write)(place.first, place.second, {fields.begin(), fields.end()});
   }
-  return unsaved_.empty();
 }
 
 void SettingsSaver::Learn(store::Table table, int row, const store::Record& stored) {

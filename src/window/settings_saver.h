@@ -9,12 +9,15 @@
 
 namespace tavlo::window {
 
-/// Writes settings and keeps what could not be written. A failure is told to the person once, until
-/// a save succeeds again. Called on the loop's thread.
+/// Writes settings, keeps what could not be written and tries it again every now and then. A
+/// failure is told to the person once, until a save succeeds again. Called on the loop's thread.
 class SettingsSaver {
  public:
   /// Both must outlive it, the loop's posted calls too.
   SettingsSaver(base::Loop& loop, store::SettingsStore& settings);
+
+  /// What could not be written is tried again so often, without a word.
+  static constexpr base::Duration kTryAgain = std::chrono::seconds{60};
 
   /// Writes in one transaction. False when it was refused; then the values are kept.
   bool Write(store::Table table, int row, const store::Assignments& fields);
@@ -36,6 +39,10 @@ class SettingsSaver {
   int RowCount(store::Table table) const;
 
  private:
+  bool Store(store::Table table, int row, const store::Assignments& fields);
+  /// Runs `write` on everything that could not be written.
+  void WriteUnsaved(bool (SettingsSaver::*write)(store::Table, int, const store::Assignments&));
+  void TryAgain();
   void TellFailure();
 
   base::Loop& loop_;
@@ -44,6 +51,7 @@ class SettingsSaver {
   /// By table and row: what could not be written, and what is known to be stored.
   std::map<std::pair<store::Table, int>, store::Record> unsaved_;
   std::map<std::pair<store::Table, int>, store::Record> stored_;
+  base::Timer tmrTryAgain_;
 };
 
 }  // namespace tavlo::window

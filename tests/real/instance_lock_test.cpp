@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "support/half_ended.h"
 #include "support/other_program.h"
 #include "support/temporary_folder.h"
 
@@ -52,6 +53,30 @@ TEST_F(InstanceLockTest, ProgramThatWeStartedDoesNotKeepTheLock) {
   const auto wordProcessor = OtherProgram::Idle();
   first.reset();
   EXPECT_FALSE(InstanceLock(root).AnotherCopyRuns());
+}
+
+TEST_F(InstanceLockTest, ProcessThatCannotEndKeepsTheLockUnlessItGaveItBack) {
+  std::optional<InstanceLock> lock;
+  const auto take = [&] { lock.emplace(root); };
+  {
+    const HalfEnded ended(take, [&] { lock->GiveBack(); });
+    EXPECT_FALSE(InstanceLock(root).AnotherCopyRuns());
+  }
+  const HalfEnded ended(take, [] {});
+  EXPECT_TRUE(InstanceLock(root).AnotherCopyRuns());
+}
+
+TEST_F(InstanceLockTest, LockThatWasGivenBackMayBeTakenInTheSameProcess) {
+  InstanceLock first(root);
+  first.GiveBack();
+  EXPECT_FALSE(InstanceLock(root).AnotherCopyRuns());
+}
+
+TEST_F(InstanceLockTest, CopyThatFoundAnotherOneGivesNothingBack) {
+  const InstanceLock first(root);
+  InstanceLock second(root);
+  second.GiveBack();
+  EXPECT_TRUE(InstanceLock(root).AnotherCopyRuns());
 }
 
 TEST_F(InstanceLockTest, FolderThatCannotBeOpenedCountsAsNoOtherCopy) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/driven_program.h"
+#include "support/face.h"
 #include "support/screen.h"
 #include "support/unread_pipe.h"
 
@@ -21,6 +22,7 @@ void ShowFace(DrivenProgram& program) {
   for (int turn = 0; turn < 2; ++turn) {
     program.Do([&] { program.Rooms().fascia.LoadFasciaPictures(); });
     program.Do([] {});
+    EXPECT_TRUE(program.Until([] { return !FaceIsOnItsWay(); }));
   }
 }
 

@@ -16,6 +16,7 @@
 #include "support/sound_recorder.h"
 #include "support/sound_server.h"
 #include "support/takes.h"
+#include "support/work_at_hand.h"
 
 namespace tavlo::test {
 namespace {
@@ -43,7 +44,7 @@ struct PromptSoundTest : testing::Test {
   void SetUp() override {
     ASSERT_TRUE(ready) << "the sound server or its recorder did not start";
     player = std::make_unique<platform::CubebPlayer>(loop);
-    voice = std::make_unique<platform::PromptVoice>(*player, file);
+    voice = std::make_unique<platform::PromptVoice>(loop, *player, file, reading);
     pump = std::make_unique<SoundPump>(*player, transform);
     voice->SetDeviceType("WaveAudio");
   }
@@ -90,7 +91,8 @@ struct PromptSoundTest : testing::Test {
   static bool ready;
   ScratchFolder folder;
   PlainLoop loop;
-  platform::FfmpegAudioFile file;
+  std::shared_ptr<playback::AudioFile> file = std::make_shared<platform::FfmpegAudioFile>();
+  platform::SideThread reading;
   platform::SoundTouchTransform transform;
   std::unique_ptr<platform::CubebPlayer> player;
   std::unique_ptr<platform::PromptVoice> voice;
@@ -219,8 +221,8 @@ TEST(PromptWithoutAServer, IsSilentAndQuick) {
   SoundServer::HideServers();
   PlainLoop loop;
   platform::CubebPlayer player(loop);
-  platform::FfmpegAudioFile file;
-  platform::PromptVoice voice(player, file);
+  WorkAtHand reading;
+  platform::PromptVoice voice(loop, player, std::make_shared<platform::FfmpegAudioFile>(), reading);
   const ScratchFolder folder;
   WriteFile(folder / "a.wav", WaveBytes(Chirp(8000, 8000)));
   voice.SetDeviceType("WaveAudio");

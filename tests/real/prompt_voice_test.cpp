@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "support/sound_files.h"
 #include "support/sound_pump.h"
 #include "support/stand_in_device.h"
+#include "support/work_at_hand.h"
 
 namespace tavlo::test {
 namespace {
@@ -87,8 +89,9 @@ struct PromptVoiceTest : testing::Test {
   StandInDevice device{loop};
   base::Timer clock{loop, "device", 5ms, base::TimerKind::Feed};
   platform::QueuePlayer player{loop, device};
-  CountingFile file;
-  platform::PromptVoice voice{player, file};
+  std::shared_ptr<CountingFile> file = std::make_shared<CountingFile>();
+  WorkAtHand reading;
+  platform::PromptVoice voice{loop, player, file, reading};
   platform::SoundTouchTransform transform;
   SoundPump pump{player, transform};
 };
@@ -183,7 +186,7 @@ TEST_F(PromptVoiceTest, HundredTonesInAFastWindAreDecodedOnceAndLeaveNothingBehi
     loop.Advance(i % 3 * 10ms);
   }
   loop.Advance(1s);
-  EXPECT_EQ(file.Read, kRate / 20);
+  EXPECT_EQ(file->Read, kRate / 20);
   const std::size_t last = Audible(device.Out).end;
   EXPECT_LT(static_cast<double>(last) / 48000, 0.99 + 0.065);
   ExpectNoClick();
@@ -246,6 +249,76 @@ INSTANTIATE_TEST_SUITE_P(Files, Unplayable,
                          testing::Values("missing.wav", "words.wav", "nothing.wav", "header.wav",
                                          "cut.wav", "."));
 
+TEST_F(PromptVoiceTest, PromptThatIsReadBesideTheLoopSoundsWhenItHasCome) {
+  reading.Stalls = true;
+  EXPECT_TRUE(Speak(Lay("a.wav", 0.4)));
+  loop.Advance(400ms);
+  EXPECT_EQ(AudibleSeconds(device.Out), 0);
+  reading.Answer();
+  loop.Advance(20ms);
+  EXPECT_GT(AudibleSeconds(device.Out), 0);
+  loop.Advance(1s);
+  EXPECT_NEAR(AudibleSeconds(device.Out), 0.4, 0.01);
+}
+
+TEST_F(PromptVoiceTest, PromptIsLookedForWhileTheLoopOnlyBreathes) {
+  reading.Stalls = true;
+  EXPECT_TRUE(Speak(Lay("a.wav", 0.4)));
+  reading.Answer();
+  loop.Busy(5ms);
+  loop.Breathe();
+  EXPECT_TRUE(device.IsOpen());
+}
+
+TEST_F(PromptVoiceTest, PromptThatComesTooLateIsSilentAndIsNotLookedForAnyMore) {
+  reading.Stalls = true;
+  EXPECT_TRUE(Speak(Lay("a.wav", 0.4)));
+  loop.Advance(platform::PromptVoice::kInTime + 20ms);
+  reading.Answer();
+  clock.Stop();
+  EXPECT_EQ(loop.Timers().NextDue(), std::nullopt);
+  clock.Start();
+  loop.Advance(2s);
+  EXPECT_FALSE(device.IsOpen());
+}
+
+TEST_F(PromptVoiceTest, StopAndCloseForgetAPromptThatIsOnItsWay) {
+  reading.Stalls = true;
+  for (void (platform::PromptVoice::*const end)() :
+       {&platform::PromptVoice::Stop, &platform::PromptVoice::Close}) {
+    EXPECT_TRUE(Speak(Lay("a.wav", 0.4)));
+    (voice.*end)();
+    reading.Answer();
+    loop.Advance(1s);
+    EXPECT_FALSE(device.IsOpen());
+  }
+}
+
+TEST_F(PromptVoiceTest, OfTwoPromptsThatAreOnTheirWayTheLastOneSounds) {
+  reading.Stalls = true;
+  EXPECT_TRUE(Speak(Lay("long.wav", 3)));
+  EXPECT_TRUE(Speak(Lay("short.wav", 0.2)));
+  reading.Answer();
+  loop.Advance(2s);
+  EXPECT_NEAR(AudibleSeconds(device.Out), 0.2, 0.01);
+}
+
+TEST_F(PromptVoiceTest, DocumentPlaysOnWhileAPromptIsReadAndTheToneThatIsKeptNeedsNoReading) {
+  const std::string tone = Lay("RewindTone.wav", 0.3);
+  EXPECT_TRUE(Tone50(tone));
+  loop.Advance(1s);
+  device.Out.samples.clear();
+  reading.Stalls = true;
+  PlayDocument(2);
+  EXPECT_TRUE(Speak(Lay("a.wav", 0.4)));
+  loop.Advance(3s);
+  EXPECT_EQ(pump.Ends, 1);
+  EXPECT_NEAR(AudibleSeconds(device.Out), 2, 0.01);
+  const int asked = reading.Asked;
+  EXPECT_TRUE(Tone50(tone));
+  EXPECT_EQ(reading.Asked, asked);
+}
+
 TEST_F(PromptVoiceTest, FileThatGoesAfterItWasOpenedIsSilent) {
   const std::string path = Lay("a.wav", 0.5);
   ASSERT_TRUE(Open(path));
@@ -255,7 +328,7 @@ TEST_F(PromptVoiceTest, FileThatGoesAfterItWasOpenedIsSilent) {
 
 TEST_F(PromptVoiceTest, DocumentInThePlaceOfAPromptIsCutTo30Seconds) {
   EXPECT_TRUE(Speak(Lay("a.wav", 40)));
-  EXPECT_EQ(file.Read, 30 * kRate);
+  EXPECT_EQ(file->Read, 30 * kRate);
   loop.Advance(35s);
   EXPECT_NEAR(AudibleSeconds(device.Out), 30, 0.05);
 }
@@ -276,7 +349,7 @@ TEST_F(PromptVoiceTest, MachineWithoutSoundIsSilentAndIsNotAskedAgainAndAgain) {
   EXPECT_EQ(device.Tries, 3);
   device.Names.clear();
   platform::QueuePlayer silent(loop, device);
-  platform::PromptVoice without(silent, file);
+  platform::PromptVoice without(loop, silent, file, reading);
   without.SetDeviceType("WaveAudio");
   without.SetFileName(tone);
   EXPECT_TRUE(without.Open());

@@ -104,19 +104,35 @@ bool HasAllRows(const SettingsTables& tables) {
   return true;
 }
 
-/// Lets its file go when it is closed.
+std::string NoAnswer(const std::string& path) {
+  return "The settings database " + path + " gives no answer.";
+}
+
+/// Lets its file go when it is closed, and waits for the disk at each save.
 class HeldDatabase : public SimulatedDatabase {
  public:
   HeldDatabase(SettingsTables tables, std::function<void(const SettingsTables&)> onSaved,
-               std::shared_ptr<std::set<std::string>> held, std::string path)
+               std::shared_ptr<std::set<std::string>> held, SimulatedDisk& disk, std::string path)
       : SimulatedDatabase(std::move(tables), std::move(onSaved)),
         held_(std::move(held)),
+        disk_(disk),
         path_(std::move(path)) {}
   ~HeldDatabase() override { held_->erase(path_); }
 
+  bool Write(Table table, int row, const store::Assignments& fields) override {
+    // A save that was left behind is written after all, unless the file has been closed by then.
+    const auto late = [self = std::weak_ptr(self_), table, row, fields] {
+      if (const auto open = self.lock()) (*open)->WriteLate(table, row, fields);
+    };
+    if (!disk_.Places.Answers({path_}, late)) return Refuse(table, row, fields, NoAnswer(path_));
+    return SimulatedDatabase::Write(table, row, fields);
+  }
+
  private:
   std::shared_ptr<std::set<std::string>> held_;
+  SimulatedDisk& disk_;
   std::string path_;
+  const std::shared_ptr<HeldDatabase*> self_ = std::make_shared<HeldDatabase*>(this);
 };
 
 }  // namespace
@@ -176,16 +192,26 @@ std::string SimulatedDatabase::Objection(Table table, int row, const store::Assi
   return refusal_;
 }
 
+bool SimulatedDatabase::Refuse(Table table, int row, const store::Assignments& fields,
+                               const std::string& why) {
+  for (const auto& field : fields) refused_.insert({table, row, field.first});
+  lastFailure_ = why;
+  return false;
+}
+
 bool SimulatedDatabase::Write(Table table, int row, const store::Assignments& fields) {
   const std::string objection = Objection(table, row, fields);
-  for (const auto& [name, value] : fields) {
-    refused_.erase({table, row, name});
-    if (!objection.empty()) refused_.insert({table, row, name});
-  }
-  if (!objection.empty()) {
-    lastFailure_ = objection;
-    return false;
-  }
+  if (!objection.empty()) return Refuse(table, row, fields, objection);
+  for (const auto& field : fields) refused_.erase({table, row, field.first});
+  Put(table, row, fields);
+  return true;
+}
+
+void SimulatedDatabase::WriteLate(Table table, int row, const store::Assignments& fields) {
+  if (Objection(table, row, fields).empty()) Put(table, row, fields);
+}
+
+void SimulatedDatabase::Put(Table table, int row, const store::Assignments& fields) {
   store::Record& record = tables_[table][static_cast<std::size_t>(row)];
   for (const auto& [name, value] : fields) {
     const auto found = record.find(name);
@@ -193,7 +219,6 @@ bool SimulatedDatabase::Write(Table table, int row, const store::Assignments& fi
   }
   Saves.push_back({table, row, fields});
   if (onSaved_) onSaved_(tables_);
-  return true;
 }
 
 SimulatedDatabases::SimulatedDatabases(SimulatedDisk& disk, store::ShippedDatabase shipped)
@@ -211,6 +236,7 @@ SettingsTables SimulatedDatabases::Shipped() const { return ShippedTables(shippe
 
 OpenedDatabase SimulatedDatabases::Open(const std::string& path) {
   const std::string subject = "The settings database " + path;
+  if (!disk_.LetsOpen(path)) return {{}, NoAnswer(path)};
   if (!disk_.Has(path)) return {{}, subject + " does not exist."};
   if (held_->contains(path)) return {{}, subject + " is held by another program."};
   if (disk_.IsReadOnly(path)) return {{}, subject + " can not be read and written."};
@@ -224,11 +250,12 @@ OpenedDatabase SimulatedDatabases::Open(const std::string& path) {
   disk_.Write(path, FileText(*tables));
   held_->insert(path);
   auto save = [this, path](const SettingsTables& saved) { disk_.Write(path, FileText(saved)); };
-  return {std::make_unique<HeldDatabase>(std::move(*tables), save, held_, path), {}};
+  return {std::make_unique<HeldDatabase>(std::move(*tables), save, held_, disk_, path), {}};
 }
 
 OpenedDatabase SimulatedDatabases::OpenOld(const std::string& path) {
   const std::string subject = "The settings database " + path;
+  if (!disk_.LetsOpen(path)) return {{}, NoAnswer(path)};
   if (!disk_.Has(path)) return {{}, subject + " does not exist."};
   auto tables = TablesOf(disk_.Contents(path));
   if (!tables) return {{}, subject + " is damaged."};
@@ -237,6 +264,7 @@ OpenedDatabase SimulatedDatabases::OpenOld(const std::string& path) {
 
 std::string SimulatedDatabases::Create(const std::string& path) {
   const std::string subject = "The settings database " + path + " can not be made.";
+  if (!disk_.LetsOpen(path)) return NoAnswer(path);
   if (disk_.Has(path)) return subject;
   if (!disk_.Has(path.substr(0, path.rfind('/')))) return subject;
   disk_.WithFile(path, FileText(ShippedTables(shipped_)));

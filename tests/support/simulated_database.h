@@ -63,9 +63,18 @@ class SimulatedDatabase : public store::SettingsDatabase {
   [[nodiscard]] bool Write(store::Table table, int row, const store::Assignments& fields) override;
   std::string LastFailure() const override { return lastFailure_; }
 
+ protected:
+  /// Does what a write that was given up would have done, for whoever asked it has been told that
+  /// it was refused.
+  void WriteLate(store::Table table, int row, const store::Assignments& fields);
+  /// Notes that a write was refused. Always false.
+  bool Refuse(store::Table table, int row, const store::Assignments& fields,
+              const std::string& why);
+
  private:
   using Place = std::tuple<store::Table, int, std::string>;
 
+  void Put(store::Table table, int row, const store::Assignments& fields);
   /// The empty text, or why the fields may not be written.
   std::string Objection(store::Table table, int row, const store::Assignments& fields);
 
@@ -78,7 +87,8 @@ class SimulatedDatabase : public store::SettingsDatabase {
   std::set<Place> refused_;
 };
 
-/// Databases as files on the simulated disk, so that they are copied, renamed and lost with it.
+/// Databases as files on the simulated disk, so that they are copied, renamed and lost with it, and
+/// late where it is.
 class SimulatedDatabases : public store::SettingsDatabases {
  public:
   explicit SimulatedDatabases(SimulatedDisk& disk, store::ShippedDatabase shipped = {

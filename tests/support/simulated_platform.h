@@ -79,7 +79,7 @@ class SimulatedPlatformOf {
             .usbWatcher = usbWatcher,
             .installRoot = kRoot,
             .shareFolder = kShare,
-            .anotherCopyRuns = [this] { return anotherCopy; },
+            .claimRoot = [this] { return ClaimRoot(); },
             .showSystemInformation =
                 [this] {
                   informationShown += hasInformationTool;
@@ -90,6 +90,13 @@ class SimulatedPlatformOf {
 
  protected:
   virtual void EndProcess(int status) { ended = status; }
+
+ private:
+  /// The lock stands on the folder above the root.
+  shell::RootClaim ClaimRoot() {
+    if (!disk.LetsOpen(kRoot.substr(0, kRoot.rfind('/')))) return shell::RootClaim::OutOfReach;
+    return anotherCopy ? shell::RootClaim::OfAnotherCopy : shell::RootClaim::Ours;
+  }
 };
 
 using SimulatedPlatform = SimulatedPlatformOf<SimulatedLoop, SimulatedDisk, SimulatedAudioFile>;

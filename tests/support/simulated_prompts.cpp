@@ -34,8 +34,8 @@ bool SimulatedPromptControl::Open() {
 bool SimulatedPromptControl::Play() {
   Told.emplace_back("Play");
   const bool somethingToHear = to_ == kWhole || to_ > from_;
-  Sounds = open_ && HasDevice && somethingToHear;
-  if (!Sounds) return false;
+  Sounds = open_ && HasDevice && somethingToHear && !Late.contains(path_);
+  if (!Sounds) return open_ && Late.contains(path_);
   const std::string points = std::to_string(from_) + "-" + std::to_string(to_);
   Sounded.push_back(to_ == kWhole ? path_ : path_ + " " + points);
   return true;

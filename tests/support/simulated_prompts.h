@@ -14,6 +14,7 @@ namespace tavlo::test {
 class SimulatedPromptControl : public playback::PromptMediaControl {
  public:
   std::set<std::string> Missing;     ///< Paths that cannot be opened.
+  std::set<std::string> Late;        ///< Paths of which nothing can be read in time.
   bool HasDevice = true;             ///< False on a machine without sound.
   std::vector<std::string> Told;     ///< Every call, in order.
   std::vector<std::string> Sounded;  ///< Paths of what came to sound, with the points if any.

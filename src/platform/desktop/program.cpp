@@ -5,24 +5,29 @@
 #include <optional>
 #include <utility>
 
+#include "platform/beside/side_thread.h"
 #include "platform/desktop/folders.h"
+#include "platform/desktop/hang_up.h"
 #include "platform/desktop/message_buses.h"
+#include "platform/desktop/root_lock.h"
 #include "platform/desktop/screen_search.h"
 #include "platform/desktop/session_end.h"
 #include "platform/desktop/system_information.h"
-#include "platform/disk/instance_lock.h"
 #include "platform/disk/posix_disk.h"
 #include "platform/ffmpeg/decoder_libraries.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
 #include "platform/mixer/pulse_mixer.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
+#include "platform/reach/foot_gate.h"
 #include "platform/reach/hush.h"
+#include "platform/reach/mounted_places.h"
+#include "platform/reach/place_errands.h"
 #include "platform/serial/posix_serial_port.h"
 #include "platform/sound/cubeb_player.h"
 #include "platform/sound/prompt_voice.h"
 #include "platform/sound/soundtouch_transform.h"
-#include "platform/sqlite/sqlite_settings.h"
+#include "platform/sqlite/patient_settings.h"
 #include "platform/usb/plugin_usb_watcher.h"
 #include "store/work_folders.h"
 
@@ -52,38 +57,49 @@ struct Program::Parts {
       : application(argc, argv),
         serialPort(port ? std::move(port) : std::make_unique<PosixSerialPort>()) {}
 
-  bool AnotherCopyRuns() {
-    if (!lock) lock.emplace(root);
-    return lock->AnotherCopyRuns();
+  /// From here on nothing breathes any more: the screen may be gone, and with it the toolkit.
+  void EndSession(void (shell::Deck::*how)()) {
+    sessionEnds = true;
+    errands.StopBreathing();
+    (deck.*how)();
   }
 
   /// When the session ends the process ends here: the session does not wait, and the toolkit could
-  /// not close its windows on a screen that is gone.
+  /// not close its windows on a screen that is gone. What the next start needs is given back first,
+  /// since a call that was left behind keeps the process, and all that it has open, for longer.
   void End(int status) {
-    if (sessionEnds) std::_Exit(status);
-    loop.Quit(status);
+    if (!sessionEnds) return loop.Quit(status);
+    databases.CloseAll();
+    rootLock.GiveBack();
+    HangUp();
+    std::_Exit(status);
   }
 
   bool sessionEnds = false;
   QApplication application;
   const std::string root = InstallRoot();
-  std::optional<InstanceLock> lock;
   qt::QtLoop loop;
-  /// No breath any more once the session ends: the screen may be gone, and with it the toolkit.
+  CubebPlayer audioPlayer{loop};
+  MountedPlaces places;
+  FootGate feet{audioPlayer};
+  PlaceErrands errands{loop, loop, places, feet};
+  RootLock rootLock{errands, root};
   PosixDisk disk{WriterWatch::SystemClock, WriterWatch::TrustInLeasesOf, [this] {
                    if (!sessionEnds) loop.Breathe();
                  }};
-  SqliteSettingsDatabases databases{
-      store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
+  PatientSettingsDatabases databases{
+      errands, store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
   FfmpegAudioFile audioFile{[this] { loop.Breathe(); }};
   SoundTouchTransform audioTransform;
   CubebPlayer audioPlayer{loop};
   ClosedOutput hush{audioPlayer};
-  FfmpegAudioFile promptFile{{}, kPromptFiles};
-  PromptVoice promptVoice{audioPlayer, promptFile};
+  SideThread promptThread;
+  PromptVoice promptVoice{loop, audioPlayer,
+                          std::make_shared<FfmpegAudioFile>(std::function<void()>(), kPromptFiles),
+                          promptThread};
   PulseMixer sourceMixer{loop, loop};
   const std::unique_ptr<pedals::SerialPort> serialPort;
-  PluginUsbWatcher usbWatcher{store::WorkFolders(disk, root).PedalWatchPath()};
+  PluginUsbWatcher usbWatcher{errands, store::WorkFolders(disk, root).PedalWatchPath()};
   shell::Annex annex;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
@@ -97,7 +113,7 @@ struct Program::Parts {
                     .usbWatcher = usbWatcher,
                     .installRoot = root,
                     .shareFolder = ShareFolder(),
-                    .anotherCopyRuns = [this] { return AnotherCopyRuns(); },
+                    .claimRoot = [this] { return rootLock.Claim(); },
                     .showSystemInformation = ShowSystemInformation,
                     .endProcess = [this](int status) { End(status); }},
                    annex};
@@ -125,10 +141,7 @@ int Program::Run() {
     parts_->decoderLibraries.LoadBeside();
   });
   const auto end = [this](void (shell::Deck::*how)()) {
-    return [this, how] {
-      parts_->sessionEnds = true;
-      (parts_->deck.*how)();
-    };
+    return [this, how] { parts_->EndSession(how); };
   };
   const SessionEnd session(
       {.ends = end(&shell::Deck::EndSession), .screenGone = end(&shell::Deck::EndSessionNow)});

@@ -21,4 +21,8 @@ InstanceLock::InstanceLock(const std::string& installRoot)
       anotherCopyRuns_(parent_ && ::flock(parent_.Get(), LOCK_EX | LOCK_NB) != 0 &&
                        errno == EWOULDBLOCK) {}
 
+void InstanceLock::GiveBack() {
+  if (parent_) ::flock(parent_.Get(), LOCK_UN);
+}
+
 }  // namespace tavlo::platform

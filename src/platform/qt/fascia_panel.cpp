@@ -1,16 +1,11 @@
 #include "platform/qt/fascia_panel.h"
 
-#include <QBuffer>
-#include <QFileInfo>
-#include <QImageReader>
 #include <QLinearGradient>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <optional>
 #include <string>
 
-#include "platform/disk/open_plain_file.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/colours.h"
 #include "platform/qt/texts.h"
@@ -18,13 +13,6 @@
 
 namespace tavlo::platform::qt {
 namespace {
-
-/// A picture of the user's own may be of any size. One with more pixels is not read.
-constexpr qint64 kMostPixels = 16'000'000;
-/// A larger file is not read: so many pixels without compression take four bytes each, and a
-/// quarter is allowed for what stands around them.
-constexpr std::size_t kMostBytes = 80'000'000;
-constexpr int kWidest = 3840;  ///< Pixels. A wider picture is scaled down while it is read.
 
 /// The largest share of the colour's brightness, 0 to 1, at which the faintest lettering of the
 /// deck is readable on it.
@@ -56,30 +44,15 @@ QColor Brightest(const QImage& picture) {
 }
 
 /// The picture, darkened until the deck's lettering, which is light, is readable everywhere on it.
-QPixmap Darkened(const QImage& picture) {
+QImage Darkened(const QImage& picture) {
   const double light = ReadableLight(Brightest(picture));
-  if (light >= 1) return QPixmap::fromImage(picture);
-  QPixmap dark(picture.size());
+  if (light >= 1) return picture;
+  QImage dark(picture.size(), QImage::Format_RGB32);
+  dark.fill(Qt::black);
   QPainter painter(&dark);
-  painter.fillRect(dark.rect(), Qt::black);
   painter.setOpacity(light);
   painter.drawImage(0, 0, picture);
   return dark;
-}
-
-QPixmap ReadPicture(const std::string& path) {
-  const std::optional<std::string> file = ReadPlainFile(path, kMostBytes);
-  if (!file) return {};
-  QByteArray bytes = QByteArray::fromRawData(file->data(), static_cast<qsizetype>(file->size()));
-  QBuffer buffer(&bytes);
-  QImageReader reader(&buffer);
-  // An SVG drawing may refer to other files, and the toolkit would open those unchecked.
-  if (reader.format().startsWith("svg")) return {};
-  const QSize size = reader.size();
-  if (qint64{size.width()} * size.height() > kMostPixels) return {};
-  if (size.width() > kWidest) reader.setScaledSize(size * kWidest / size.width());
-  const QImage picture = reader.read();
-  return picture.isNull() ? QPixmap() : Darkened(picture);
 }
 
 QPixmap PlainFace(QSize size) {
@@ -122,26 +95,24 @@ class FasciaPanel::Half : public QWidget {
 FasciaPanel::FasciaPanel(forms::MainForm& form, Binder& binder, QWidget* deck)
     : QWidget(deck),
       form_(form),
+      reader_(Darkened, [this](const QImage& picture) { Show(picture); }),
       left_(new Half(form.imageFaciaA, binder, this)),
       right_(new Half(form.imageFaciaB, binder, this)) {
   setAttribute(Qt::WA_OpaquePaintEvent);
-  binder.Bind(form.imageFaciaA, *left_, [this] { Show(); });
+  binder.Bind(form.imageFaciaA, *left_, [this] { Read(); });
   binder.Bind(form.imageFaciaB, *right_, {});
   binder.Watch(form.listFasciaImages,
                [this] { setToolTip(ToQt(form_.listFasciaImages.Tooltip.Get())); });
   lower();
 }
 
-void FasciaPanel::Show() {
-  const QString path = ToQt(form_.imageFaciaA.Picture.Get());
-  const QDateTime stamp = QFileInfo(path).lastModified();
-  if (path == path_ && stamp == stamp_) return;
-  path_ = path;
-  stamp_ = stamp;
-  const QPixmap picture = ReadPicture(form_.imageFaciaA.Picture);
-  // The face stays as it is when the picture cannot be read.
-  if (picture.isNull()) return;
-  picture_ = picture;
+void FasciaPanel::Read() {
+  const std::string& path = form_.imageFaciaA.Picture;
+  if (!path.empty()) reader_.Read(path);
+}
+
+void FasciaPanel::Show(const QImage& picture) {
+  picture_ = QPixmap::fromImage(picture);
   face_ = QPixmap();
   update();
 }

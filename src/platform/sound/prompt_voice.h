@@ -1,19 +1,23 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/timer_queue.h"
+#include "platform/beside/side_thread.h"
 #include "platform/sound/queue_player.h"
 #include "playback/audio_objects.h"
 
 namespace tavlo::platform {
 
-/// Plays prompts as a second voice of the document's player. A prompt is decoded when it is played,
-/// on the loop's thread; what is so short that a wind asks for it again and again is kept, so a
-/// tone that is replaced on the disk sounds anew after the next start.
+/// Plays prompts as a second voice of the document's player. A prompt is read and decoded when it
+/// is played, beside the loop, and sounds as soon as it has come; one that comes late is a silence.
+/// What is so short that a wind asks for it again and again is kept, so a tone that is replaced on
+/// the disk sounds anew after the next start.
 class PromptVoice : public playback::PromptMediaControl {
  public:
   /// What a prompt is cut to: a document that was put in its place must not be read whole.
@@ -21,9 +25,12 @@ class PromptVoice : public playback::PromptMediaControl {
   /// Up to this length a stretch of a file is kept once it is decoded, and so many at most.
   static constexpr int kKeptMilliseconds = 500;
   static constexpr std::size_t kMaxKept = 8;
+  /// What comes later than this after it was asked for confirms nothing any more.
+  static constexpr base::Duration kInTime = std::chrono::seconds{1};
 
-  /// `decoder` is this voice's alone. Both must outlive it.
-  PromptVoice(QueuePlayer& player, playback::AudioFile& decoder);
+  /// `decoder` is used by what `reading` does and by nobody else. The others must outlive this.
+  PromptVoice(base::Loop& loop, QueuePlayer& player, std::shared_ptr<playback::AudioFile> decoder,
+              SideWork& reading);
 
   void SetDeviceType(std::string_view type) override;
   void SetFileName(const std::string& path) override;
@@ -35,28 +42,39 @@ class PromptVoice : public playback::PromptMediaControl {
   void Close() override;
 
  private:
-  /// A decoded stretch of a file.
-  struct Clip {
+  /// A stretch of a file, in milliseconds.
+  struct Stretch {
     std::string path;
     std::int64_t from = 0;
     std::int64_t to = 0;
+    bool operator==(const Stretch&) const = default;
+  };
+  struct Clip {
+    Stretch stretch;
     playback::SampleArray sound;
     int samplesPerSecond = 0;
   };
+  struct Reading;
 
+  static std::optional<Clip> Decode(playback::AudioFile& decoder, const Stretch& stretch);
   const Clip* FindKept() const;
-  bool OpenFile();
-  std::optional<Clip> Decode();
+  void Read();
+  void LookForClip();
+  bool Sound();
+  void ForgetReading();
 
+  base::Loop& loop_;
   QueuePlayer& player_;
-  playback::AudioFile& decoder_;
+  const std::shared_ptr<playback::AudioFile> decoder_;
+  SideWork& work_;
   std::string deviceType_;
-  std::string path_;
-  std::int64_t from_ = 0;
-  std::int64_t to_ = 0;
-  bool open_ = false;         ///< Play may be told.
-  bool decoderOpen_ = false;  ///< The decoder holds the file; a kept clip does without.
+  Stretch stretch_;
+  bool open_ = false;  ///< Play may be told.
   std::vector<Clip> kept_;
+  /// What Play has asked for and what has not come yet; null when nothing is on its way.
+  std::shared_ptr<Reading> reading_;
+  base::MonotonicTime latest_;
+  base::Timer arrival_;
 };
 
 }  // namespace tavlo::platform

@@ -15,6 +15,9 @@ constexpr int kLongestRecord = 8 * 1024 * 1024;
 /// How long an opener waits for a program that only looks into the file, such as a backup.
 constexpr int kBusyMilliseconds = 500;
 
+/// Steps of the engine between two beats of the pulse, far less than a second's worth.
+constexpr int kStepsPerBeat = 1000;
+
 struct StatementCloser {
   void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 };
@@ -43,12 +46,19 @@ StepResult SqliteConnection::Open(const std::string& path, Mode mode) {
   if (code != SQLITE_OK) return Note(code);
   sqlite3_extended_result_codes(opened, 1);
   sqlite3_busy_timeout(opened, kBusyMilliseconds);
+  // The engine hands this on and changes nothing of it.
+  sqlite3_progress_handler(opened, kStepsPerBeat, Beat, const_cast<Pulse*>(pulse_.get()));
   sqlite3_limit(opened, SQLITE_LIMIT_LENGTH, kLongestRecord);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
   return StepResult::Done;
+}
+
+int SqliteConnection::Beat(void* pulse) {
+  static_cast<const Pulse*>(pulse)->Beat();
+  return 0;
 }
 
 StepResult SqliteConnection::Run(const std::string& sql, const std::vector<std::string>& parameters,
@@ -63,6 +73,7 @@ StepResult SqliteConnection::Run(const std::string& sql, const std::vector<std::
     if (bound != SQLITE_OK) return Note(bound);
   }
   int step = sqlite3_step(prepared);
+  pulse_->Beat();
   for (; step == SQLITE_ROW; step = sqlite3_step(prepared)) {
     if (!onRow) continue;
     std::vector<std::string> cells;

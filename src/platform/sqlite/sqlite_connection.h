@@ -7,7 +7,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "platform/sqlite/pulse.h"
 
 namespace tavlo::platform {
 
@@ -20,7 +23,8 @@ class SqliteConnection {
  public:
   enum class Mode { Read, ReadWrite };
 
-  SqliteConnection() = default;
+  /// The pulse beats while a statement runs.
+  explicit SqliteConnection(std::shared_ptr<const Pulse> pulse) : pulse_(std::move(pulse)) {}
   StepResult Open(const std::string& path, Mode mode);
   void Close() { handle_.reset(); }
   /// The file was opened for writing and lets itself be written.
@@ -42,8 +46,10 @@ class SqliteConnection {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
   };
 
+  static int Beat(void* pulse);
   StepResult Note(int code);
 
+  std::shared_ptr<const Pulse> pulse_;
   std::unique_ptr<sqlite3, Closer> handle_;
   std::string lastMessage_;
 };

@@ -32,13 +32,14 @@ bool MakeSavesDurable(SqlSteps& steps) {
 
 }  // namespace
 
-SqliteSettingsDatabases::SqliteSettingsDatabases(ShippedDatabase shipped, Opener openAccess)
-    : shipped_(std::move(shipped)), openAccess_(std::move(openAccess)) {}
+SqliteSettingsDatabases::SqliteSettingsDatabases(ShippedDatabase shipped, Opener openAccess,
+                                                 std::shared_ptr<const Pulse> pulse)
+    : shipped_(std::move(shipped)), openAccess_(std::move(openAccess)), pulse_(std::move(pulse)) {}
 
 OpenedDatabase SqliteSettingsDatabases::Open(const std::string& path) {
   if (std::string fault = ReachFault(path, R_OK | W_OK); !fault.empty()) return {{}, fault};
   NarrowToOwner(path);
-  SqliteConnection connection;
+  SqliteConnection connection(pulse_);
   StepResult result = connection.Open(path, Mode::ReadWrite);
   SqlSteps steps(connection);
   if (result == StepResult::Done && !HoldFile(steps)) result = steps.Result();
@@ -68,7 +69,7 @@ OpenedDatabase SqliteSettingsDatabases::Open(const std::string& path) {
 
 OpenedDatabase SqliteSettingsDatabases::OpenOld(const std::string& path) {
   if (std::string fault = ReachFault(path, R_OK); !fault.empty()) return {{}, fault};
-  SqliteConnection connection;
+  SqliteConnection connection(pulse_);
   StepResult result = connection.Open(path, Mode::Read);
   if (result == StepResult::Done) result = connection.Run("SELECT count(*) FROM sqlite_master");
   if (result == StepResult::NotDatabase && openAccess_ && IsAccessFile(path)) {
@@ -89,7 +90,7 @@ std::string SqliteSettingsDatabases::Create(const std::string& path) {
   if (unmade != 0) {
     return FailureText(path, StepResult::Failed, std::generic_category().message(unmade));
   }
-  SqliteConnection connection;
+  SqliteConnection connection(pulse_);
   StepResult result = connection.Open(path, Mode::ReadWrite);
   SqlSteps steps(connection);
   if (result == StepResult::Done) {

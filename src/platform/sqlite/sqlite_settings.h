@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
+#include "platform/sqlite/pulse.h"
 #include "store/settings_database.h"
 #include "store/settings_fields.h"
 
@@ -18,8 +20,9 @@ class SqliteSettingsDatabases : public store::SettingsDatabases {
   using Opener = std::function<store::OpenedDatabase(const std::string& path)>;
 
   /// `openAccess` opens an old release's database that is in Access format; without it such a file
-  /// is refused.
-  explicit SqliteSettingsDatabases(store::ShippedDatabase shipped, Opener openAccess = {});
+  /// is refused. The pulse beats while a file is worked on.
+  explicit SqliteSettingsDatabases(store::ShippedDatabase shipped, Opener openAccess = {},
+                                   std::shared_ptr<const Pulse> pulse = std::make_shared<Pulse>());
 
   store::OpenedDatabase Open(const std::string& path) override;
   store::OpenedDatabase OpenOld(const std::string& path) override;
@@ -28,6 +31,7 @@ class SqliteSettingsDatabases : public store::SettingsDatabases {
  private:
   store::ShippedDatabase shipped_;
   Opener openAccess_;
+  std::shared_ptr<const Pulse> pulse_;
 };
 
 }  // namespace tavlo::platform

@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
+#include <sys/mman.h>
 
 #include <utility>
 
@@ -20,28 +22,60 @@ void Find(void* library, const char* name, Function& function) {
   function = reinterpret_cast<Function>(::dlsym(library, name));
 }
 
+/// Keeps one loaded object's bytes in memory, when it is the one that is looked for.
+int LockSegments(dl_phdr_info* object, std::size_t, void* wanted) {
+  if (object->dlpi_addr != *static_cast<const ElfW(Addr)*>(wanted)) return 0;
+  for (int i = 0; i < object->dlpi_phnum; ++i) {
+    const ElfW(Phdr)& segment = object->dlpi_phdr[i];
+    if (segment.p_type != PT_LOAD) continue;
+    ::mlock(reinterpret_cast<const void*>(object->dlpi_addr + segment.p_vaddr), segment.p_memsz);
+  }
+  return 1;
+}
+
+/// Reads all of a library now. Otherwise the kernel would read its code from the disk when it is
+/// first run, and again when memory was short, on the thread that calls it. Where so much may not
+/// be held it is left at that.
+void HoldInMemory(void* library) {
+  link_map* map = nullptr;
+  if (::dlinfo(library, RTLD_DI_LINKMAP, static_cast<void*>(&map)) != 0) return;
+  ElfW(Addr) base = map->l_addr;
+  ::dl_iterate_phdr(LockSegments, &base);
+}
+
 }  // namespace
 
-PluginUsbWatcher::PluginUsbWatcher(std::string libraryPath)
-    : libraryPath_(std::move(libraryPath)) {}
+PluginUsbWatcher::PluginUsbWatcher(Errands& errands, std::string libraryPath)
+    : errands_(errands), libraryPath_(std::move(libraryPath)) {}
 
-void PluginUsbWatcher::Load() {
+PluginUsbWatcher::Calls PluginUsbWatcher::Load(const std::string& libraryPath) {
+  Calls calls;
   // A pipe would keep the loader waiting for good. One that takes the file's place between this
   // look and the load would still do that; it is not guarded against, since it does not happen by
   // mistake.
-  if (!OpenPlainFile(libraryPath_, Links::Followed)) return;
-  void* const library = ::dlopen(libraryPath_.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) return;
-  Find(library, "StartWatch", calls_.startWatch);
-  Find(library, "GetData", calls_.getData);
-  Find(library, "StopWatch", calls_.stopWatch);
-  Find(library, "PedalPresence", calls_.pedalPresence);
-  Find(library, "NewsDescriptor", calls_.newsDescriptor);
+  if (!OpenPlainFile(libraryPath, Links::Followed)) return calls;
+  void* const library = ::dlopen(libraryPath.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr) return calls;
+  HoldInMemory(library);
+  Find(library, "StartWatch", calls.startWatch);
+  Find(library, "GetData", calls.getData);
+  Find(library, "StopWatch", calls.stopWatch);
+  Find(library, "PedalPresence", calls.pedalPresence);
+  Find(library, "NewsDescriptor", calls.newsDescriptor);
+  return calls;
+}
+
+void PluginUsbWatcher::Fetch() {
+  const auto calls = std::make_shared<Calls>();
+  const bool answered = errands_.Run(
+      libraryPath_, [calls, path = libraryPath_](Errands::Sign&) { *calls = Load(path); });
+  // A library that is loaded after that serves the next start of the watch.
+  if (answered) calls_ = *calls;
 }
 
 bool PluginUsbWatcher::StartWatch(int product, int usagePage, int usage, MonitorHandle& monitor) {
   monitor = 0;
-  if (!calls_.Complete()) Load();
+  if (!calls_.Complete()) Fetch();
   if (!calls_.Complete() || calls_.startWatch(product, usagePage, usage, &monitor) != kTrue) {
     return false;
   }

@@ -5,16 +5,18 @@
 #include <string>
 
 #include "pedals/usb_watcher.h"
+#include "platform/reach/errands.h"
 #include "platform/wake/readable_once.h"
 
 namespace tavlo::platform {
 
 /// The watcher library of the root, loaded when the first watch starts. A library that is missing,
-/// or lacks one of the three calls, starts no watch. It stays loaded until the process ends, since
-/// it may have threads.
+/// or lacks one of the three calls, or cannot be reached, starts no watch. It stays loaded until
+/// the process ends, since it may have threads.
 class PluginUsbWatcher : public pedals::UsbWatcher {
  public:
-  explicit PluginUsbWatcher(std::string libraryPath);
+  /// The errands must outlive it.
+  PluginUsbWatcher(Errands& errands, std::string libraryPath);
 
   bool StartWatch(int product, int usagePage, int usage, pedals::MonitorHandle& monitor) override;
   bool GetData(pedals::MonitorHandle& monitor, std::span<std::uint8_t> buffer,
@@ -36,10 +38,13 @@ class PluginUsbWatcher : public pedals::UsbWatcher {
     bool Complete() const { return startWatch && getData && stopWatch; }
   };
 
-  void Load();
+  static Calls Load(const std::string& libraryPath);
+  /// Loads the library where a stall holds nobody.
+  void Fetch();
   /// Of the watch that was started last; null when it has none to wait on.
   std::unique_ptr<ReadableOnce> FindNews(pedals::MonitorHandle monitor) const;
 
+  Errands& errands_;
   const std::string libraryPath_;
   Calls calls_;
   std::unique_ptr<ReadableOnce> news_;

@@ -10,6 +10,7 @@
 
 #include "platform/qt/colours.h"
 #include "platform/qt/theme.h"
+#include "support/face.h"
 #include "support/shown_windows.h"
 #include "support/unread_pipe.h"
 
@@ -51,6 +52,7 @@ struct FasciaLook : testing::Test {
       half->MarkChanged();
     }
     shown.typist.Rest();
+    EXPECT_TRUE(shown.typist.Until([] { return !FaceIsOnItsWay(); }));
   }
   QImage Face() const {
     return shown.typist.Widget("imageFaciaA")->parentWidget()->grab().toImage();
@@ -145,6 +147,19 @@ TEST_F(FasciaLook, PictureThatWasPaintedOverAppearsAtTheNextLoad) {
   Paint(QColor(0x10, 0x30, 0x20));
   Load();
   EXPECT_EQ(Face().pixelColor(5, 5), QColor(0x10, 0x30, 0x20));
+}
+
+TEST_F(FasciaLook, LastOfManyPicturesThatAreAskedForInOneGoIsShown) {
+  const QColor last(0x10, 0x30, 0x20);
+  for (int number = 0; number < 20; ++number) Paint(kDark, QString::number(number) + ".png");
+  Paint(last, "last.png");
+  for (int number = 0; number < 20; ++number) {
+    shown.main.imageFaciaA.Picture =
+        folder.filePath(QString::number(number) + ".png").toStdString();
+    shown.loop.Yield();
+  }
+  Load("last.png");
+  EXPECT_EQ(Face().pixelColor(5, 5), last);
 }
 
 TEST_F(FasciaLook, ClickBesideTheKeysReachesTheHalfUnderIt) {

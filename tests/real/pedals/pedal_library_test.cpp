@@ -1,14 +1,17 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
 #include "pedals/heard_news.h"
 #include "pedals/pedal_pipe.h"
 #include "platform/usb/plugin_usb_watcher.h"
+#include "support/errands_at_hand.h"
 #include "support/temporary_folder.h"
 #include "support/unread_pipe.h"
 
@@ -20,6 +23,10 @@ using platform::PluginUsbWatcher;
 
 using Bytes = std::vector<std::uint8_t>;
 
+struct PedalLibrary : testing::Test {
+  ErrandsAtHand errands;
+};
+
 /// What one read hands over.
 Bytes Read(PluginUsbWatcher& watcher, pedals::MonitorHandle& monitor) {
   std::array<std::uint8_t, 100> buffer{};
@@ -28,9 +35,9 @@ Bytes Read(PluginUsbWatcher& watcher, pedals::MonitorHandle& monitor) {
   return {buffer.begin(), buffer.begin() + count};
 }
 
-TEST(PedalLibrary, LibraryThatIsMissingStartsNoWatch) {
+TEST_F(PedalLibrary, LibraryThatIsMissingStartsNoWatch) {
   const TemporaryFolder folder;
-  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
   pedals::MonitorHandle monitor = 7;
   EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor));
   EXPECT_EQ(monitor, 0);
@@ -42,36 +49,71 @@ TEST(PedalLibrary, LibraryThatIsMissingStartsNoWatch) {
   EXPECT_EQ(watcher.Presence(monitor), UsbPresence::NotWatched);
 }
 
-TEST(PedalLibrary, FileThatIsNoLibraryStartsNoWatch) {
+TEST_F(PedalLibrary, FileThatIsNoLibraryStartsNoWatch) {
   const TemporaryFolder folder;
-  PluginUsbWatcher watcher(folder.Write("PedalWatch.so", "no library"));
+  PluginUsbWatcher watcher(errands, folder.Write("PedalWatch.so", "no library"));
   pedals::MonitorHandle monitor = 0;
   EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor));
 }
 
-TEST(PedalLibrary, WhatIsNoFileStartsNoWatchAndIsNotWaitedFor) {
+TEST_F(PedalLibrary, WhatIsNoFileStartsNoWatchAndIsNotWaitedFor) {
   const TemporaryFolder folder;
   const UnreadPipe pipe(folder / "PedalWatch.so");
   std::filesystem::create_symlink("/dev/zero", folder / "endless.so");
   for (const std::string& path : {folder / "PedalWatch.so", folder / "endless.so", folder.Path()}) {
-    PluginUsbWatcher watcher(path);
+    PluginUsbWatcher watcher(errands, path);
     pedals::MonitorHandle monitor = 0;
     EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor)) << path;
   }
   EXPECT_FALSE(pipe.HeldSomebody());
 }
 
-TEST(PedalLibrary, LinkToALibraryIsFollowed) {
+TEST_F(PedalLibrary, LibraryThatGivesNoAnswerStartsNoWatchAndMayStartOneWhenItHasAnswered) {
+  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
+  pedals::MonitorHandle monitor = 7;
+  errands.Stalls = true;
+  EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_EQ(monitor, 0);
+  EXPECT_FALSE(watcher.StartWatch(255, 12, 3, monitor));
+  errands.ComeBack();
+  EXPECT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+}
+
+/// Whether a mapping of that file is kept in memory.
+bool IsHeldInMemory(const std::string& file) {
+  std::ifstream maps("/proc/self/smaps");
+  bool ofFile = false;
+  for (std::string line; std::getline(maps, line);) {
+    if (line.find('-') < line.find(' ')) ofFile = line.ends_with(file);
+    if (ofFile && line.starts_with("Locked:") && line.find(" 0 kB") == line.npos) return true;
+  }
+  return false;
+}
+
+TEST_F(PedalLibrary, CodeOfALibraryIsReadWhenItIsLoadedAndNotWhenAPedalIsPressed) {
+  constexpr rlim_t kEnough = 2 * 1024 * 1024;
+  rlimit limit{};
+  ASSERT_EQ(::getrlimit(RLIMIT_MEMLOCK, &limit), 0);
+  if (limit.rlim_cur < kEnough) GTEST_SKIP() << "this process may hold too little in memory";
+  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
+  pedals::MonitorHandle monitor = 0;
+  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  EXPECT_TRUE(IsHeldInMemory(std::filesystem::canonical(TAVLO_PEDAL_WATCH)));
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+}
+
+TEST_F(PedalLibrary, LinkToALibraryIsFollowed) {
   const TemporaryFolder folder;
   std::filesystem::create_symlink(TAVLO_PEDAL_WATCH, folder / "PedalWatch.so");
-  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
   pedals::MonitorHandle monitor = 0;
   EXPECT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
   EXPECT_TRUE(watcher.StopWatch(monitor));
 }
 
-TEST(PedalLibrary, RealOneWatchesWithoutAPedalAndEndsAtOnce) {
-  PluginUsbWatcher watcher(TAVLO_PEDAL_WATCH);
+TEST_F(PedalLibrary, RealOneWatchesWithoutAPedalAndEndsAtOnce) {
+  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
   pedals::MonitorHandle monitor = 0;
   ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
   EXPECT_NE(monitor, 0);
@@ -82,16 +124,16 @@ TEST(PedalLibrary, RealOneWatchesWithoutAPedalAndEndsAtOnce) {
   EXPECT_FALSE(watcher.StopWatch(monitor));
 }
 
-TEST(PedalLibrary, RealOneRefusesFiguresThatPickNothing) {
-  PluginUsbWatcher watcher(TAVLO_PEDAL_WATCH);
+TEST_F(PedalLibrary, RealOneRefusesFiguresThatPickNothing) {
+  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
   pedals::MonitorHandle monitor = 7;
   EXPECT_FALSE(watcher.StartWatch(-1, 12, 3, monitor));
   EXPECT_FALSE(watcher.StartWatch(255, 12, 0x10000, monitor));
   EXPECT_EQ(monitor, 0);
 }
 
-TEST(PedalLibrary, RealOneAnswersOnlyToItsHandles) {
-  PluginUsbWatcher watcher(TAVLO_PEDAL_WATCH);
+TEST_F(PedalLibrary, RealOneAnswersOnlyToItsHandles) {
+  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
   pedals::MonitorHandle monitor = 0;
   ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
   pedals::MonitorHandle stranger = monitor + 1;
@@ -103,10 +145,10 @@ TEST(PedalLibrary, RealOneAnswersOnlyToItsHandles) {
   EXPECT_TRUE(watcher.StopWatch(monitor));
 }
 
-TEST(PedalLibrary, StandInHandsOverOneReportFirstAndThirtyThreeAtMostLater) {
+TEST_F(PedalLibrary, StandInHandsOverOneReportFirstAndThirtyThreeAtMostLater) {
   const TemporaryFolder folder;
   const PedalPipe pipe(folder / "PedalWatch.so");
-  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
   pedals::MonitorHandle monitor = 0;
   ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
   EXPECT_EQ(watcher.Presence(monitor), UsbPresence::Ready);
@@ -118,10 +160,10 @@ TEST(PedalLibrary, StandInHandsOverOneReportFirstAndThirtyThreeAtMostLater) {
   EXPECT_TRUE(watcher.StopWatch(monitor));
 }
 
-TEST(PedalLibrary, StandInTellsOnceOfWhatWaitsAndOfWhatComes) {
+TEST_F(PedalLibrary, StandInTellsOnceOfWhatWaitsAndOfWhatComes) {
   const TemporaryFolder folder;
   const PedalPipe pipe(folder / "PedalWatch.so");
-  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
   pedals::MonitorHandle monitor = 0;
   HeardNews news;
   ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
@@ -145,10 +187,10 @@ TEST(PedalLibrary, StandInTellsOnceOfWhatWaitsAndOfWhatComes) {
   EXPECT_EQ(news.Count, 2);
 }
 
-TEST(PedalLibrary, LibraryThatHandsOutNothingToWaitOnIsRead) {
+TEST_F(PedalLibrary, LibraryThatHandsOutNothingToWaitOnIsRead) {
   const TemporaryFolder folder;
   const PedalPipe pipe(folder / "PedalWatch.so", TAVLO_POLLED_STAND_IN);
-  PluginUsbWatcher watcher(folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
   pedals::MonitorHandle monitor = 0;
   HeardNews news;
   ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
@@ -160,8 +202,8 @@ TEST(PedalLibrary, LibraryThatHandsOutNothingToWaitOnIsRead) {
   EXPECT_TRUE(watcher.StopWatch(monitor));
 }
 
-TEST(PedalLibrary, RealOneTellsForAsLongAsItsWatchRuns) {
-  PluginUsbWatcher watcher(TAVLO_PEDAL_WATCH);
+TEST_F(PedalLibrary, RealOneTellsForAsLongAsItsWatchRuns) {
+  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
   pedals::MonitorHandle monitor = 0;
   HeardNews news;
   EXPECT_FALSE(watcher.TellOnce(monitor, news));

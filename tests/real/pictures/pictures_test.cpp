@@ -12,6 +12,7 @@
 #include "album.h"
 #include "support/desktop.h"
 #include "support/driven_program.h"
+#include "support/face.h"
 #include "support/keys.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
@@ -161,6 +162,8 @@ void Sitting::TakeFaces() {
     const int before = program->Ask(chosen);
     program->Do([this] { Main().imageFaciaA.Click(); });
     ASSERT_TRUE(program->Until([&] { return chosen() != before; }));
+    program->Settle();
+    ASSERT_TRUE(program->Until([] { return !FaceIsOnItsWay(); }));
     const fs::path file = program->Ask([&] { return faces.TextAt(chosen(), 0); });
     album->TakeLight("face-" + file.stem().string());
     Remark("The position was not saved: the disk is full. Document: dictation.wav");

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
 #include <random>
 
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
@@ -10,6 +11,7 @@
 #include "support/plain_loop.h"
 #include "support/sound_files.h"
 #include "support/sound_pump.h"
+#include "support/work_at_hand.h"
 #include "threads/threaded_device.h"
 
 namespace tavlo::test {
@@ -50,8 +52,9 @@ struct SoundThreads : testing::Test {
   PlainLoop loop;
   ThreadedDevice device;
   platform::QueuePlayer player{loop, device};
-  platform::FfmpegAudioFile promptFile;
-  platform::PromptVoice prompt{player, promptFile};
+  WorkAtHand reading;
+  platform::PromptVoice prompt{loop, player, std::make_shared<platform::FfmpegAudioFile>(),
+                               reading};
   platform::SoundTouchTransform transform;
   SoundPump pump{player, transform};
 };
@@ -82,6 +85,22 @@ TEST_F(SoundThreads, PromptsSoundBesideTheDocumentAndChangeNothingOfIt) {
   EXPECT_EQ(pump.Requests, pump.Blocks);
   EXPECT_EQ(player.PlayedSamples(), 4 * kRate);
   ExpectSoundWithinFullScale();
+}
+
+TEST_F(SoundThreads, PromptThatAThreadReadsIsHeard) {
+  platform::SideThread thread;
+  platform::PromptVoice voice(loop, player, std::make_shared<platform::FfmpegAudioFile>(), thread);
+  voice.SetDeviceType("WaveAudio");
+  voice.SetFileName(folder / "prompt.wav");
+  // A machine that is too busy to read it in time is asked again.
+  base::Timer again(loop, "again", 2s);
+  again.OnTick = [&] { EXPECT_TRUE(voice.Open() && voice.Play()); };
+  again.StartDue();
+  ASSERT_TRUE(loop.WaitUntil([&] { return device.Opens > 0; }, kPatience));
+  again.Stop();
+  loop.Wait(200ms);
+  device.Close();
+  EXPECT_GT(AudibleSeconds(device.Out()), 0);
 }
 
 TEST_F(SoundThreads, DeviceThatDiesIsOpenedAnewAndNoBlockIsLost) {

@@ -113,6 +113,16 @@ TEST_F(PromptsTest, MissingRecordingIsSilentAndTheNextPromptSounds) {
   EXPECT_EQ(control.Sounded, (Lines{"/root/Prompts/Complete.wav", "/root/Prompts/Return.wav"}));
 }
 
+TEST_F(PromptsTest, RecordingThatCannotBeReadInTimeIsSilentAndTheNextPromptSounds) {
+  control.Late.insert("/root/Prompts/Save.wav");
+  prompts.PlayPrompt("Complete");
+  prompts.PlayPrompt("Save");
+  EXPECT_FALSE(control.Sounds);
+  EXPECT_TRUE(loop.Shown.empty());
+  prompts.PlayPrompt("Return");
+  EXPECT_EQ(control.Sounded, (Lines{"/root/Prompts/Complete.wav", "/root/Prompts/Return.wav"}));
+}
+
 TEST_F(PromptsTest, MachineWithoutSoundIsSilent) {
   control.HasDevice = false;
   prompts.PlayPrompt("Complete");

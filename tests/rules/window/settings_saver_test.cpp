@@ -8,6 +8,7 @@
 namespace tavlo::test {
 namespace {
 
+using base::operator""ms;
 using store::Table;
 
 struct SettingsSaverTest : testing::Test {
@@ -54,6 +55,51 @@ TEST_F(SettingsSaverTest, FailureIsToldOnceWhateverTableIsWritten) {
   EXPECT_TRUE(loop.Shown.empty()) << "no box opens inside the rule that made the change";
   loop.Yield();
   EXPECT_EQ(loop.Shown.size(), 1u);
+}
+
+TEST_F(SettingsSaverTest, WhatCouldNotBeWrittenIsTriedAgainByItselfAndWithoutAWord) {
+  database.RefuseWrites("no");
+  saver.Write(Table::FtpSettings, 3, {{"FtpServerName", "Clinic"}});
+  saver.Write(Table::GeneralSettings, 0, {{"Speed", "90"}});
+  loop.Advance(3 * window::SettingsSaver::kTryAgain);
+  EXPECT_EQ(loop.Shown.size(), 1u);
+  database.AcceptWrites();
+  loop.Advance(window::SettingsSaver::kTryAgain - 1ms);
+  EXPECT_TRUE(database.Saves.empty());
+  loop.Advance(1ms);
+  EXPECT_EQ(database.Value(Table::FtpSettings, 3, "FtpServerName"), "Clinic");
+  EXPECT_EQ(database.Value("Speed"), "90");
+  EXPECT_EQ(loop.Shown.size(), 1u);
+}
+
+TEST_F(SettingsSaverTest, NothingTicksOnceAllIsWritten) {
+  database.RefuseWrites("no");
+  saver.Write(Table::GeneralSettings, 0, {{"Speed", "90"}});
+  EXPECT_NE(loop.Timers().NextDue(), std::nullopt);
+  database.AcceptWrites();
+  loop.Advance(window::SettingsSaver::kTryAgain);
+  EXPECT_EQ(loop.Timers().NextDue(), std::nullopt);
+}
+
+TEST_F(SettingsSaverTest, FailureAfterATrialThatWentWellIsToldAgain) {
+  database.RefuseWrites("no");
+  saver.Write(Table::GeneralSettings, 0, {{"Speed", "90"}});
+  database.AcceptWrites();
+  loop.Advance(window::SettingsSaver::kTryAgain);
+  database.RefuseWrites("no");
+  saver.Write(Table::GeneralSettings, 0, {{"Speed", "91"}});
+  loop.Yield();
+  EXPECT_EQ(loop.Shown.size(), 2u);
+}
+
+TEST_F(SettingsSaverTest, ValueThatIsChangedBeforeTheNextTrialIsTheOneThatIsWritten) {
+  database.RefuseWrites("no");
+  saver.Write(Table::GeneralSettings, 0, {{"Speed", "90"}});
+  database.AcceptWrites();
+  saver.Write(Table::GeneralSettings, 0, {{"Speed", "110"}});
+  loop.Advance(2 * window::SettingsSaver::kTryAgain);
+  EXPECT_EQ(database.Value("Speed"), "110");
+  EXPECT_EQ(database.Saves.size(), 1u);
 }
 
 }  // namespace

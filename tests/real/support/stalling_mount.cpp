@@ -1,0 +1,234 @@
+#include "support/stalling_mount.h"
+
+#define FUSE_USE_VERSION 31
+#include <dirent.h>
+#include <fcntl.h>
+#include <fuse3/fuse.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <memory>
+#include <utility>
+
+namespace tavlo::test {
+namespace {
+
+constexpr int kHold = SIGUSR1;
+constexpr int kLetGo = SIGUSR2;
+constexpr useconds_t kMomentInHold = 5000;
+
+/// Set by the signals, which are given nothing but themselves.
+std::atomic<bool> holds = false;
+
+void HearSignal(int signal) { holds = signal == kHold; }
+
+/// Where a path of the mount stands behind it. Every call begins with this, so it is here that one
+/// is held.
+std::string Behind(const char* path) {
+  while (holds) ::usleep(kMomentInHold);
+  return *static_cast<const std::string*>(fuse_get_context()->private_data) + path;
+}
+
+int ResultOf(int call) { return call == 0 ? 0 : -errno; }
+
+int Descriptor(const fuse_file_info* file) { return static_cast<int>(file->fh); }
+
+void* Begin(fuse_conn_info*, fuse_config* config) {
+  config->use_ino = 1;
+  // The kernel remembers nothing and asks each time, as it does where a server's time is up.
+  config->entry_timeout = 0;
+  config->attr_timeout = 0;
+  config->negative_timeout = 0;
+  return fuse_get_context()->private_data;
+}
+
+int GetAttributes(const char* path, struct stat* status, fuse_file_info*) {
+  return ResultOf(::lstat(Behind(path).c_str(), status));
+}
+
+int ReadLink(const char* path, char* target, std::size_t size) {
+  const ssize_t length = ::readlink(Behind(path).c_str(), target, size - 1);
+  if (length < 0) return -errno;
+  target[length] = '\0';
+  return 0;
+}
+
+int MakeFolder(const char* path, mode_t mode) {
+  return ResultOf(::mkdir(Behind(path).c_str(), mode));
+}
+
+int Unlink(const char* path) { return ResultOf(::unlink(Behind(path).c_str())); }
+
+int RemoveFolder(const char* path) { return ResultOf(::rmdir(Behind(path).c_str())); }
+
+int MakeLink(const char* target, const char* path) {
+  return ResultOf(::symlink(target, Behind(path).c_str()));
+}
+
+int Rename(const char* from, const char* to, unsigned flags) {
+  return ResultOf(::renameat2(AT_FDCWD, Behind(from).c_str(), AT_FDCWD, Behind(to).c_str(), flags));
+}
+
+int ChangeMode(const char* path, mode_t mode, fuse_file_info*) {
+  return ResultOf(::chmod(Behind(path).c_str(), mode));
+}
+
+int ChangeOwner(const char* path, uid_t user, gid_t group, fuse_file_info*) {
+  return ResultOf(::lchown(Behind(path).c_str(), user, group));
+}
+
+int CutOff(const char* path, off_t size, fuse_file_info*) {
+  return ResultOf(::truncate(Behind(path).c_str(), size));
+}
+
+int OpenBy(const std::string& path, fuse_file_info* file, mode_t mode) {
+  const int opened = ::open(path.c_str(), file->flags | O_CLOEXEC, mode);
+  if (opened < 0) return -errno;
+  file->fh = static_cast<std::uint64_t>(opened);
+  return 0;
+}
+
+int Open(const char* path, fuse_file_info* file) { return OpenBy(Behind(path), file, 0); }
+
+int Create(const char* path, mode_t mode, fuse_file_info* file) {
+  return OpenBy(Behind(path), file, mode);
+}
+
+int Read(const char* path, char* bytes, std::size_t size, off_t offset, fuse_file_info* file) {
+  Behind(path);
+  const ssize_t got = ::pread(Descriptor(file), bytes, size, offset);
+  return got < 0 ? -errno : static_cast<int>(got);
+}
+
+int Write(const char* path, const char* bytes, std::size_t size, off_t offset,
+          fuse_file_info* file) {
+  Behind(path);
+  const ssize_t written = ::pwrite(Descriptor(file), bytes, size, offset);
+  return written < 0 ? -errno : static_cast<int>(written);
+}
+
+int TellSpace(const char* path, struct statvfs* facts) {
+  return ResultOf(::statvfs(Behind(path).c_str(), facts));
+}
+
+int Close(const char* path, fuse_file_info*) {
+  Behind(path);
+  return 0;
+}
+
+int Release(const char*, fuse_file_info* file) { return ResultOf(::close(Descriptor(file))); }
+
+int Flush(const char* path, int, fuse_file_info* file) {
+  Behind(path);
+  return ResultOf(::fsync(Descriptor(file)));
+}
+
+int FlushFolder(const char* path, int, fuse_file_info*) {
+  const int folder = ::open(Behind(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return -errno;
+  const int result = ResultOf(::fsync(folder));
+  ::close(folder);
+  return result;
+}
+
+int List(const char* path, void* names, fuse_fill_dir_t add, off_t, fuse_file_info*,
+         fuse_readdir_flags) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(Behind(path).c_str()), ::closedir);
+  if (!folder) return -errno;
+  while (const dirent* const entry = ::readdir(folder.get())) {
+    struct stat status = {};
+    status.st_ino = entry->d_ino;
+    status.st_mode = static_cast<mode_t>(DTTOIF(entry->d_type));
+    if (add(names, entry->d_name, &status, 0, fuse_fill_dir_flags{}) != 0) break;
+  }
+  return 0;
+}
+
+int SetTimes(const char* path, const timespec times[2], fuse_file_info*) {
+  return ResultOf(::utimensat(AT_FDCWD, Behind(path).c_str(), times, AT_SYMLINK_NOFOLLOW));
+}
+
+fuse_operations Operations() {
+  fuse_operations calls{};
+  calls.init = Begin;
+  calls.getattr = GetAttributes;
+  calls.readlink = ReadLink;
+  calls.mkdir = MakeFolder;
+  calls.unlink = Unlink;
+  calls.rmdir = RemoveFolder;
+  calls.symlink = MakeLink;
+  calls.rename = Rename;
+  calls.chmod = ChangeMode;
+  calls.chown = ChangeOwner;
+  calls.truncate = CutOff;
+  calls.open = Open;
+  calls.create = Create;
+  calls.read = Read;
+  calls.write = Write;
+  calls.statfs = TellSpace;
+  calls.flush = Close;
+  calls.release = Release;
+  calls.fsync = Flush;
+  calls.fsyncdir = FlushFolder;
+  calls.readdir = List;
+  calls.utimens = SetTimes;
+  return calls;
+}
+
+}  // namespace
+
+StallingMount::StallingMount(std::string source, std::string point)
+    : source_(std::move(source)), point_(std::move(point)) {
+  std::array<int, 2> ready{};
+  if (::pipe2(ready.data(), O_CLOEXEC) != 0) std::abort();
+  server_ = ::fork();
+  if (server_ == 0) Serve(ready[1]);
+  ::close(ready[1]);
+  char answer = 0;
+  if (::read(ready[0], &answer, 1) != 1) fault_ = "nothing can be mounted here by FUSE";
+  ::close(ready[0]);
+}
+
+StallingMount::~StallingMount() {
+  ::kill(server_, SIGKILL);
+  ::waitpid(server_, nullptr, 0);
+  ::umount2(point_.c_str(), MNT_DETACH);
+}
+
+void StallingMount::Serve(int ready) const {
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  std::signal(kHold, HearSignal);
+  std::signal(kLetGo, HearSignal);
+  std::string program = "stalling_mount";
+  std::array<char*, 2> arguments{program.data(), nullptr};
+  fuse_args options = FUSE_ARGS_INIT(1, arguments.data());
+  const fuse_operations calls = Operations();
+  std::string source = source_;
+  fuse* const server = fuse_new(&options, &calls, sizeof calls, &source);
+  const bool mounted = server && fuse_mount(server, point_.c_str()) == 0;
+  if (!mounted || ::write(ready, "!", 1) != 1) ::_exit(1);
+  // A signal that only tells to hold ends one turn of the loop.
+  while (fuse_loop(server) != 0) {
+  }
+  ::_exit(0);
+}
+
+void StallingMount::Stall(Silence how) {
+  ::kill(server_, how == Silence::Stopped ? SIGSTOP : kHold);
+}
+
+void StallingMount::GoOn() {
+  ::kill(server_, SIGCONT);
+  ::kill(server_, kLetGo);
+}
+
+}  // namespace tavlo::test
