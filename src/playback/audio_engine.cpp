@@ -12,6 +12,12 @@ namespace {
 using base::operator""ms;
 
 constexpr std::int64_t kBlockMilliseconds = 500;
+constexpr int kBlocksInFlight = 2;
+constexpr base::Duration kRetryOwed = 50ms;
+/// How long nothing may be heard of a document that plays before the quiet line says why.
+constexpr base::Duration kGapToTell = 2000ms;
+constexpr const char* kGapNotice =
+    "The sound of this document is late. It plays on when its folder answers.";
 /// The time label trails by the half second that is queued ahead of the ear.
 constexpr double kQueuedAheadMilliseconds = 500.0;
 /// A document counts as heard to its end when no more than this is missing of its measured length.
@@ -21,6 +27,11 @@ constexpr std::int64_t kMostUnheardMilliseconds = 500;
 /// The lowest 40 units of the meter scale are cut off and the rest widened to the bar's 0 to 100.
 int MeterValue(double level) {
   return static_cast<int>(std::nearbyint(std::max(level - 40.0, 1.0) / 0.6));
+}
+
+void RunWhile(bool so, base::Timer& timer) {
+  if (so == timer.Enabled()) return;
+  so ? timer.Start() : timer.Stop();
 }
 
 }  // namespace
@@ -39,7 +50,13 @@ AudioEngine::AudioEngine(base::Loop& loop, window::MainWindow& window, DocumentI
       player_(objects.player),
       voice_(voice),
       equalizer_(equalizer),
-      mixerPage_(mixerPage) {
+      mixerPage_(mixerPage),
+      retryOwed_(loop, "LateBlocks", kRetryOwed, base::TimerKind::Feed),
+      tellGap_(loop, "SilentDocument", kGapToTell) {
+  file_.OnReady = [this] { LoadOwedBlocks(); };
+  retryOwed_.OnTick = [this] { LoadOwedBlocks(); };
+  // A hand's next command clears the line, so a gap that goes on is told again.
+  tellGap_.OnTick = [this] { window_.Say(kGapNotice); };
   player_.OnEndArrayPlay = [this] { LoadPlayBuffer(); };
   player_.OnRequestOnLoadArray = [this] { LoadPlayBuffer(); };
   player_.OnEndPlay = [this] { HandleEndPlay(); };
@@ -49,6 +66,7 @@ AudioEngine::AudioEngine(base::Loop& loop, window::MainWindow& window, DocumentI
 }
 
 AudioEngine::~AudioEngine() {
+  file_.OnReady = nullptr;
   player_.OnEndArrayPlay = nullptr;
   player_.OnRequestOnLoadArray = nullptr;
   player_.OnEndPlay = nullptr;
@@ -74,10 +92,12 @@ void AudioEngine::InitializeNCTcontrol() {
 void AudioEngine::CloseFile() {
   file_.CloseFile();
   holdsDocument_ = false;
+  ForgetOwedBlocks();
 }
 
 Primed AudioEngine::Prime() {
   holdsDocument_ = false;
+  ForgetOwedBlocks();
   const OpenResult result = file_.OpenFile(document_.CurrentDocumentPath);
   if (file_.OpenStatus() < 0) return Primed::Refused;
   if (result != OpenResult::Opened) {
@@ -122,12 +142,12 @@ void AudioEngine::StartPlay() {
   }
   IsPlaying = true;
   form_.DeckRuns = true;
-  LoadPlayBuffer();
-  LoadPlayBuffer();
+  LoadFirstBlocks();
   equalizer_.ApplyStored();
 }
 
 void AudioEngine::StopPlay() {
+  ForgetOwedBlocks();
   player_.StopOutput();
   // A wind runs the deck too, and goes on when a document is stopped that does not play.
   if (std::exchange(IsPlaying, false)) form_.DeckRuns = false;
@@ -140,20 +160,57 @@ SampleCount AudioEngine::BeginRunAt(SampleCount target) {
   const SampleCount reached = file_.SeekSample(target);
   transform_.Reset(file_.SampleRate());
   runIsBroken_ = false;
+  runIsFresh_ = true;
+  ForgetOwedBlocks();
   return reached;
+}
+
+void AudioEngine::LoadFirstBlocks() {
+  for (int block = 0; block < kBlocksInFlight; ++block) LoadPlayBuffer();
 }
 
 void AudioEngine::LoadPlayBuffer() {
   if (!IsPlaying || runIsBroken_) return;
+  ++owedBlocks_;
+  LoadOwedBlocks();
+}
+
+void AudioEngine::LoadOwedBlocks() {
+  while (owedBlocks_ > 0 && LoadNextBlock()) --owedBlocks_;
+  FollowOwedBlocks();
+}
+
+bool AudioEngine::LoadNextBlock() {
+  if (runIsBroken_) return true;
   try {
     SampleArray block = file_.ReadArray(BufferSampleCount);
+    if (block.late) return false;
     runIsBroken_ = file_.ReadFailed();
-    if (block.values.empty()) return;
-    StretchBlock(block);
-    player_.QueueArray(std::move(block));
+    if (!block.values.empty()) QueueBlock(std::move(block));
   } catch (...) {
     runIsBroken_ = true;
   }
+  return true;
+}
+
+void AudioEngine::QueueBlock(SampleArray block) {
+  if (std::exchange(runIsFresh_, false)) PlayStartSample = block.sourceBegin;
+  StretchBlock(block);
+  player_.QueueArray(std::move(block));
+}
+
+void AudioEngine::ForgetOwedBlocks() {
+  owedBlocks_ = 0;
+  FollowOwedBlocks();
+}
+
+void AudioEngine::FollowOwedBlocks() {
+  player_.HoldRequestOpen(owedBlocks_ > 0);
+  RunWhile(owedBlocks_ > 0, retryOwed_);
+  // With all of them owed none is left to be heard.
+  const bool gap = owedBlocks_ == kBlocksInFlight;
+  if (!gap && tellGap_.Enabled()) window_.SayWhile(false, kGapNotice);
+  RunWhile(gap, tellGap_);
 }
 
 void AudioEngine::StretchBlock(SampleArray& block) {
@@ -174,6 +231,7 @@ void AudioEngine::PausePlay() {
   if (!IsPlaying) return;
   if (!IsPaused) {
     IsPaused = true;
+    ForgetOwedBlocks();
     // Added behind the stop, whose last timer event still counts from where the run began.
     const auto played = static_cast<double>(player_.PlayedSamples());
     player_.StopOutput();
@@ -183,14 +241,12 @@ void AudioEngine::PausePlay() {
   IsPaused = false;
   if (!player_.StartOutput()) return;
   BeginRunAt(static_cast<SampleCount>(PlayStartSample));
-  LoadPlayBuffer();
-  LoadPlayBuffer();
+  LoadFirstBlocks();
 }
 
 void AudioEngine::ContinueFrom(SampleCount target) {
   PlayStartSample = static_cast<double>(BeginRunAt(target));
-  LoadPlayBuffer();
-  LoadPlayBuffer();
+  LoadFirstBlocks();
   document_.CurrentSamplePosition = PlayStartSample;
 }
 

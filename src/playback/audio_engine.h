@@ -26,6 +26,10 @@ enum class Primed {
 
 /// The glue around the three audio objects: two half-second blocks are kept in flight, each read
 /// from the file, stretched to the playback speed and queued; the player asks for the next one.
+///
+/// A block that the file gives late is owed: the ear hears a gap, which the quiet line tells when
+/// it lasts, and the document goes on when the block has come. A stop, a seek and another document
+/// forget what is owed.
 class AudioEngine {
  public:
   AudioEngine(base::Loop& loop, window::MainWindow& window, DocumentInWork& document,
@@ -60,8 +64,9 @@ class AudioEngine {
   void ApplyDocumentVolume();
   void StartPlay();
   void StopPlay();
-  /// Reads, stretches and queues one block. A fault loses the block without a word; then nothing
-  /// more of the run is loaded, and the end that follows was not heard.
+  /// Reads, stretches and queues one block, now or when the file gives it. A fault loses the block
+  /// without a word; then nothing more of the run is loaded, and the end that follows was not
+  /// heard.
   void LoadPlayBuffer();
   /// Pauses and goes on without the transport's taking notice. Kept ready; no key calls it.
   void PausePlay();
@@ -74,7 +79,15 @@ class AudioEngine {
  private:
   /// Moves to the sample at which a run begins; returns the one that was reached.
   SampleCount BeginRunAt(SampleCount target);
+  void LoadFirstBlocks();
+  void LoadOwedBlocks();
+  /// Loads the next block of the file. False when it is late.
+  bool LoadNextBlock();
+  void QueueBlock(SampleArray block);
   void StretchBlock(SampleArray& block);
+  void ForgetOwedBlocks();
+  /// Tells the player of what is owed, and the person of a gap that lasts.
+  void FollowOwedBlocks();
   void HandleTimer(SampleCount currentSamples, double levelLeft, double levelRight);
   /// Whether the run that has ended reached the ear to the end of the document.
   bool HeardToItsEnd() const;
@@ -96,6 +109,13 @@ class AudioEngine {
   /// A block of this run was lost, or could not be read to its end. What is behind it may not
   /// sound, for the ear would pass over the hole.
   bool runIsBroken_ = false;
+  /// No block of this run has been queued yet.
+  bool runIsFresh_ = false;
+  /// Blocks that were asked for and are late.
+  int owedBlocks_ = 0;
+  /// Asks again for what is owed, since a loop that only breathes is not told that it has come.
+  base::Timer retryOwed_;
+  base::Timer tellGap_;
 };
 
 }  // namespace tavlo::playback

@@ -34,6 +34,8 @@ struct SampleArray {
   double sourceEnd = 0;
   /// Nothing comes after this block: what holds samples back must let them go.
   bool last = false;
+  /// The file has not given the block yet; it is empty and may be asked for again.
+  bool late = false;
 
   SampleCount Samples() const { return static_cast<SampleCount>(values.size()) / channels; }
 };
@@ -68,6 +70,7 @@ class AudioFile {
 
   /// Up to `samples` samples from the read position, which moves behind them. Empty when the file
   /// is exhausted or cannot be read on. `last` marks the block that reaches the end of the file.
+  /// `late` marks one that must be waited for: the read position stays, and OnReady comes.
   virtual SampleArray ReadArray(SampleCount samples) = 0;
   /// Whether the last ReadArray came back short or empty because the file could not be read on: the
   /// disk failed, or the file is shorter now than it was when it was opened. False at the end of
@@ -75,8 +78,15 @@ class AudioFile {
   virtual bool ReadFailed() const = 0;
   /// Moves the read position and returns the position reached: exact to the sample for wave files,
   /// to a packet otherwise. A target outside the file is cut to it. Never reaches behind the target
-  /// because the file cannot be read there.
+  /// because the file cannot be read there. A file that is read by another thread is not waited
+  /// for: then the target is returned, and the range of the next block tells where it really
+  /// begins.
   virtual SampleCount SeekSample(SampleCount target) = 0;
+
+  /// A block that was late can be read now, or is known not to come. Never called from within a
+  /// call of this object, nor while the loop only breathes: whoever needs the block even then asks
+  /// again.
+  std::function<void()> OnReady;
 };
 
 /// Stretches blocks in time, pitch kept. It remembers the end of the block before, so that joins
@@ -112,6 +122,9 @@ class AudioPlayer {
   /// so that the position is where the ear was, before it returns.
   virtual void StopOutput() = 0;
   virtual void QueueArray(SampleArray block) = 0;
+  /// While a request is held open its block comes later than the handler returns, and a queue that
+  /// has run dry is a gap: no OnEndPlay comes. Start, stop and ClearQueue close it.
+  virtual void HoldRequestOpen(bool open) = 0;
   /// Drops everything queued and goes on playing what comes.
   virtual void ClearQueue() = 0;
   /// After StartOutput: negative on failure.
@@ -149,8 +162,8 @@ class AudioPlayer {
 
   // Exactly one OnEndArrayPlay or OnRequestOnLoadArray for each block that has been played.
   // OnEndPlay comes once, when the queue is dry and every such request has been answered without a
-  // new block; a loop that was busy makes a gap, never a false end. Nothing arrives after
-  // StopOutput.
+  // new block. A loop that was busy and a request that is held open make a gap, never a false end.
+  // Nothing arrives after StopOutput.
   std::function<void()> OnEndArrayPlay;
   std::function<void()> OnRequestOnLoadArray;
   std::function<void()> OnEndPlay;

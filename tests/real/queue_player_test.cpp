@@ -4,11 +4,8 @@
 
 #include <cmath>
 
-#include "platform/sound/soundtouch_transform.h"
-#include "support/simulated_loop.h"
+#include "support/player_bench.h"
 #include "support/sound_analysis.h"
-#include "support/sound_pump.h"
-#include "support/stand_in_device.h"
 
 namespace tavlo::test {
 namespace {
@@ -16,20 +13,7 @@ namespace {
 using base::operator""ms;
 using base::operator""s;
 
-struct QueuePlayerTest : testing::Test {
-  QueuePlayerTest() {
-    // The device renders ahead of each feed of the player.
-    clock.OnTick = [this] { device.CatchUp(); };
-    clock.Start();
-  }
-
-  SimulatedLoop loop;
-  StandInDevice device{loop};
-  base::Timer clock{loop, "device", 5ms, base::TimerKind::Feed};
-  platform::QueuePlayer player{loop, device};
-  platform::SoundTouchTransform transform;
-  SoundPump pump{player, transform};
-};
+struct QueuePlayerTest : testing::Test, PlayerBench {};
 
 TEST_F(QueuePlayerTest, PlaysADocumentToItsEndWithOneEventForEachBlock) {
   pump.Load(Tone(440, 3.2, 16000));

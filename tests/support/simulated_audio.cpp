@@ -23,7 +23,7 @@ void FaultIf(bool& asked) {
 
 OpenResult SimulatedAudioFile::OpenFile(const std::string& path) {
   ++OpenCount;
-  open_ = nullptr;
+  CloseFile();
   if (OnOpen) OnOpen(path);
   position_ = 0;
   status_ = InTrouble || path == TroubleWith ? -1 : 0;
@@ -49,19 +49,61 @@ std::int64_t SimulatedAudioFile::LengthMilliseconds() const {
   return open_ ? open_->samples * 1000 / open_->rate : 0;
 }
 
+void SimulatedAudioFile::CloseFile() {
+  open_ = nullptr;
+  ForgetRead();
+}
+
+void SimulatedAudioFile::GoOn() {
+  stalled_ = false;
+  if (std::exchange(waitedFor_, false) && OnReady) OnReady();
+}
+
+void SimulatedAudioFile::TakeTime(base::Loop& loop, base::Duration forEachBlock) {
+  ForgetRead();
+  reading_.reset();
+  if (forEachBlock <= 0ms) return;
+  reading_.emplace(loop, "SimulatedReader", forEachBlock, base::TimerKind::Feed);
+  reading_->OnTick = [this, &loop] {
+    reading_->Stop();
+    blockIsRead_ = true;
+    loop.Post([this] {
+      if (!stalled_) GoOn();
+    });
+  };
+}
+
+bool SimulatedAudioFile::BlockIsLate() {
+  if (endGiven_) return false;
+  if (!stalled_ && (!reading_ || std::exchange(blockIsRead_, false))) return false;
+  if (reading_ && !blockIsRead_ && !reading_->Enabled()) reading_->Start();
+  waitedFor_ = true;
+  ++LateBlocks;
+  return true;
+}
+
+void SimulatedAudioFile::ForgetRead() {
+  waitedFor_ = false;
+  blockIsRead_ = false;
+  endGiven_ = false;
+  if (reading_) reading_->Stop();
+}
+
 SampleArray SimulatedAudioFile::ReadArray(SampleCount samples) {
   FaultIf(ReadThrows);
   SampleArray block;
   readFailed_ = false;
   if (!open_) return block;
+  block.channels = open_->channels;
+  block.late = BlockIsLate();
+  if (block.late) return block;
   const SampleCount total = std::min(open_->samples, open_->sounding);
   const SampleCount wanted = std::max(position_, std::min(position_ + samples, total));
   const SampleCount end = std::max(position_, std::min(wanted, open_->readable));
   readFailed_ = end < wanted;
-  block.channels = open_->channels;
   block.sourceBegin = static_cast<double>(position_);
   block.sourceEnd = static_cast<double>(end);
-  block.last = end == total || readFailed_;
+  block.last = endGiven_ = end == total || readFailed_;
   for (; position_ < end; ++position_) {
     block.values.insert(block.values.end(), open_->channels, static_cast<float>(position_));
   }
@@ -70,8 +112,10 @@ SampleArray SimulatedAudioFile::ReadArray(SampleCount samples) {
 
 SampleCount SimulatedAudioFile::SeekSample(SampleCount target) {
   Seeks.push_back(target);
-  position_ = std::clamp<SampleCount>(target, 0, TotalSamples());
-  return position_;
+  ForgetRead();
+  const SampleCount told = std::clamp<SampleCount>(target, 0, TotalSamples());
+  position_ = std::exchange(LandsAt, std::nullopt).value_or(told);
+  return told;
 }
 
 void SimulatedTransform::ChangeSpeed(SampleArray& block, float speedPercent) {
@@ -124,6 +168,7 @@ bool SimulatedPlayer::StartOutput() {
   queue_.clear();
   heard_ = 0;
   endRaised_ = false;
+  requestOpen_ = false;
   freshQueue_ = true;
   running_ = status_ >= 0;
   playedUpTo_ = loop_.Now();
@@ -138,6 +183,7 @@ void SimulatedPlayer::StopOutput() {
   TakeHeard();
   if (OnTimer) OnTimer(PlayedSamples(), Level, Level);
   running_ = false;
+  requestOpen_ = false;
   feed_.Stop();
   queue_.clear();
 }
@@ -155,6 +201,7 @@ void SimulatedPlayer::ClearQueue() {
   ++Clears;
   queue_.clear();
   endRaised_ = false;
+  requestOpen_ = false;
   freshQueue_ = true;
   heard_ = 0;
 }
@@ -218,12 +265,10 @@ void SimulatedPlayer::Feed() {
   };
   while (running_ && !queue_.empty() && finished(queue_.front())) FinishBlock();
   if (!running_) return;
-  if (queue_.empty()) {
-    // The rule that emptied the queue may be about to fill it.
-    if (!std::exchange(freshQueue_, false) && !endRaised_) {
-      endRaised_ = true;
-      if (OnEndPlay) OnEndPlay();
-    }
+  // The rule that emptied the queue may be about to fill it.
+  const bool fresh = std::exchange(freshQueue_, false);
+  if (queue_.empty() && !requestOpen_) {
+    if (!fresh && !std::exchange(endRaised_, true) && OnEndPlay) OnEndPlay();
     return;
   }
   if (loop_.Now() >= nextTimerEvent_) {

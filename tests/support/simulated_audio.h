@@ -4,6 +4,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,7 +30,7 @@ struct SimulatedSound {
 };
 
 /// Decodes what the test laid out by path. A path that was not laid out cannot be played. What is
-/// laid out may be changed while it is open.
+/// laid out may be changed while it is open. Its blocks may come late, in virtual time.
 class SimulatedAudioFile : public playback::AudioFile {
  public:
   std::map<std::string, SimulatedSound> Sounds;
@@ -43,14 +44,27 @@ class SimulatedAudioFile : public playback::AudioFile {
   std::function<void(const std::string& path)> OnOpen;
   /// The next read throws.
   bool ReadThrows = false;
+  /// The next run begins here, wherever the seek asked for.
+  std::optional<SampleCount> LandsAt;
   int OpenCount = 0;
   /// Those of them that were measured as a walk held them.
   int HeldOpenCount = 0;
   std::vector<SampleCount> Seeks;
 
+  /// From now on the folder gives no answer: every block is late.
+  void Stall() { stalled_ = true; }
+  /// It answers again, and whoever waits for a block is told.
+  void GoOn();
+  /// It answers again while the loop only breathes, so that nobody is told.
+  void GoOnUntold() { stalled_ = false; }
+  /// From now on each block comes so long after it was first asked for; at once for nothing.
+  void TakeTime(base::Loop& loop, base::Duration forEachBlock);
+  /// Blocks that were late.
+  int LateBlocks = 0;
+
   playback::OpenResult OpenFile(const std::string& path) override;
   playback::OpenResult OpenHeldFile(const store::HeldFile& held) override;
-  void CloseFile() override { open_ = nullptr; }
+  void CloseFile() override;
   int OpenStatus() const override { return status_; }
   SampleCount TotalSamples() const override { return open_ ? open_->samples : 0; }
   std::int64_t LengthMilliseconds() const override;
@@ -63,10 +77,19 @@ class SimulatedAudioFile : public playback::AudioFile {
   bool IsOpen() const { return open_ != nullptr; }
 
  private:
+  /// Whether the block that is asked for now must be waited for.
+  bool BlockIsLate();
+  void ForgetRead();
+
   const SimulatedSound* open_ = nullptr;
   SampleCount position_ = 0;
   int status_ = 0;
   bool readFailed_ = false;
+  bool stalled_ = false;
+  bool waitedFor_ = false;  ///< A block was late, and its coming was not told.
+  bool blockIsRead_ = false;
+  bool endGiven_ = false;               ///< The last block was given, so what follows is known.
+  std::optional<base::Timer> reading_;  ///< Runs while a block takes its time.
 };
 
 /// Stretches by counting: a block at half speed holds twice the samples.
@@ -119,6 +142,7 @@ class SimulatedPlayer : public playback::AudioPlayer {
   bool StartOutput() override;
   void StopOutput() override;
   void QueueArray(SampleArray block) override;
+  void HoldRequestOpen(bool open) override { requestOpen_ = open; }
   void ClearQueue() override;
   int OpenStatus() const override { return status_; }
   SampleCount MillisecondsToSamples(std::int64_t milliseconds) const override;
@@ -166,6 +190,7 @@ class SimulatedPlayer : public playback::AudioPlayer {
   double heard_ = 0;
   bool running_ = false;
   bool endRaised_ = false;
+  bool requestOpen_ = false;
   bool freshQueue_ = false;  ///< No feed has looked at the queue since it was emptied.
   int rate_ = 8000;
   int channels_ = 1;

@@ -14,13 +14,13 @@
 #include "platform/desktop/session_end.h"
 #include "platform/desktop/system_information.h"
 #include "platform/disk/posix_disk.h"
+#include "platform/ffmpeg/ahead_audio_file.h"
 #include "platform/ffmpeg/decoder_libraries.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
 #include "platform/mixer/pulse_mixer.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/reach/foot_gate.h"
-#include "platform/reach/hush.h"
 #include "platform/reach/mounted_places.h"
 #include "platform/reach/place_errands.h"
 #include "platform/serial/posix_serial_port.h"
@@ -38,17 +38,6 @@ namespace {
 /// than this.
 constexpr PlainFile::Accepted kPromptFiles{.links = Links::Followed,
                                            .mostBytes = std::uint64_t{64} * 1024 * 1024};
-
-/// Closes the player's output; the rule that stops the player finds it closed.
-class ClosedOutput : public Hush {
- public:
-  explicit ClosedOutput(playback::AudioPlayer& player) : player_(player) {}
-
-  void Silence() override { player_.StopOutput(); }
-
- private:
-  playback::AudioPlayer& player_;
-};
 
 }  // namespace
 
@@ -89,10 +78,8 @@ struct Program::Parts {
                  }};
   PatientSettingsDatabases databases{
       errands, store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
-  FfmpegAudioFile audioFile{[this] { loop.Breathe(); }};
+  AheadAudioFile audioFile{loop, errands, [this] { loop.Breathe(); }};
   SoundTouchTransform audioTransform;
-  CubebPlayer audioPlayer{loop};
-  ClosedOutput hush{audioPlayer};
   SideThread promptThread;
   PromptVoice promptVoice{loop, audioPlayer,
                           std::make_shared<FfmpegAudioFile>(std::function<void()>(), kPromptFiles),
@@ -118,7 +105,7 @@ struct Program::Parts {
                     .endProcess = [this](int status) { End(status); }},
                    annex};
   qt::QtWindows windows{loop,
-                        hush,
+                        audioPlayer,
                         deck.windows.main,
                         deck.windows.splash,
                         deck.windows.about,

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "platform/ffmpeg/codec.h"
+#include "platform/ffmpeg/sound_limits.h"
 #include "platform/ffmpeg/sound_probe.h"
 
 namespace tavlo::platform {
@@ -14,13 +16,13 @@ using playback::SampleCount;
 
 namespace {
 
-constexpr SampleCount kMostAtOnce = SampleCount{1} << 22;
 constexpr int kProcessInTrouble = -1;
 
 }  // namespace
 
-FfmpegAudioFile::FfmpegAudioFile(std::function<void()> breathe, PlainFile::Accepted accepted)
-    : accepted_(accepted) {
+FfmpegAudioFile::FfmpegAudioFile(std::function<void()> breathe, PlainFile::Accepted accepted,
+                                 std::shared_ptr<MeasuredFiles> measured)
+    : measured_(std::move(measured)), accepted_(accepted) {
   QuietFfmpeg();
   if (!breathe) return;
   file_.OnRead = [this, breathe = std::move(breathe)] {
@@ -55,7 +57,7 @@ OpenResult FfmpegAudioFile::OpenBy(const std::function<OpenResult()>& open,
 }
 
 OpenResult FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
-  if (const SoundFigures* known = measured_.Find(path)) {
+  if (const auto known = measured_->Find(path)) {
     figures_ = *known;
     return OpenResult::Opened;
   }
@@ -68,7 +70,7 @@ OpenResult FfmpegAudioFile::MeasureHeld(const store::HeldFile& held) {
   if (held.opened == store::DiskResult::ProcessInTrouble) openStatus_ = kProcessInTrouble;
   if (held.opened != store::DiskResult::Done) return OpenResult::OutOfReach;
   const FileIdentity identity{held.inode, held.facts.size, held.facts.stamp};
-  if (const SoundFigures* known = measured_.Find(held.path, identity)) {
+  if (const auto known = measured_->Find(held.path, identity)) {
     figures_ = *known;
     return OpenResult::Opened;
   }
@@ -94,7 +96,7 @@ OpenResult FfmpegAudioFile::Measure(const std::string& path) {
   if (!sounds && !whole_) return OpenResult::OutOfReach;
   if (!figures_.playable) return OpenResult::Unplayable;
   // Neither a refusal nor a part of a file is remembered: the disk may have failed for a moment.
-  if (whole_) measured_.Remember(path, file_.Identity(), figures_);
+  if (whole_) measured_->Remember(path, file_.Identity(), figures_);
   return OpenResult::Opened;
 }
 
@@ -123,7 +125,7 @@ SampleArray FfmpegAudioFile::ReadArray(SampleCount samples) {
   block.channels = std::max(figures_.channels, 1);
   block.sourceBegin = block.sourceEnd = static_cast<double>(position_);
   readFailed_ = false;
-  samples = std::min(samples, kMostAtOnce);
+  samples = std::min(samples, kMostSamplesAtOnce);
   if (samples <= 0 || path_.empty()) return block;
   bool complete = false;
   try {

@@ -13,14 +13,18 @@
 namespace tavlo::platform {
 
 /// Measures and decodes sound files: waves and MPEG audio by readers of our own, all else by
-/// FFmpeg's. Opening a wave or an mp3 only measures it, and one that was measured before and has
-/// not changed is not even opened; the decoder is made at the first read or seek. A file that is
-/// gone or has become another sound by then cannot be read on.
+/// FFmpeg's, on the thread that calls: one at a time. Opening a wave or an mp3 only measures it,
+/// and one that was measured before and has not changed is not even opened; the decoder is made at
+/// the first read or seek. A file that is gone or has become another sound by then cannot be read
+/// on.
 class FfmpegAudioFile : public playback::AudioFile {
  public:
   /// Opening calls `breathe` again and again, for a recording of hours can take long to measure;
-  /// meanwhile nothing can be read. A file that is not accepted counts as missing.
-  explicit FfmpegAudioFile(std::function<void()> breathe = {}, PlainFile::Accepted accepted = {});
+  /// meanwhile nothing can be read. A file that is not accepted counts as missing. What `measured`
+  /// remembers is not measured again.
+  explicit FfmpegAudioFile(
+      std::function<void()> breathe = {}, PlainFile::Accepted accepted = {},
+      std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>());
 
   [[nodiscard]] playback::OpenResult OpenFile(const std::string& path) override;
   [[nodiscard]] playback::OpenResult OpenHeldFile(const store::HeldFile& held) override;
@@ -51,7 +55,7 @@ class FfmpegAudioFile : public playback::AudioFile {
   bool HaveDecoder();
   void DecodeAhead(std::size_t values);
 
-  MeasuredFiles measured_;
+  const std::shared_ptr<MeasuredFiles> measured_;
   const PlainFile::Accepted accepted_;
   std::string path_;  ///< Empty when no file is open.
   int openStatus_ = 0;

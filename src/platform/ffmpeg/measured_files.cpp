@@ -12,25 +12,37 @@ std::size_t HashOf(const std::string& path) { return std::hash<std::string>()(pa
 
 }  // namespace
 
-const SoundFigures* MeasuredFiles::Find(const std::string& path) {
+std::optional<SoundFigures> MeasuredFiles::Find(const std::string& path) {
   const std::size_t hash = HashOf(path);
-  const Entry* const known = Recall(hash);
-  if (!known) return nullptr;
-  const auto identity = IdentityOf(path);
-  if (identity) return Weigh(hash, *known, *identity);
-  Forget(hash);
-  return nullptr;
+  if (!Knows(hash)) return std::nullopt;
+  return Weigh(hash, IdentityOf(path));
 }
 
-const SoundFigures* MeasuredFiles::Find(const std::string& path, const FileIdentity& identity) {
-  const std::size_t hash = HashOf(path);
-  const Entry* const known = Recall(hash);
-  return known ? Weigh(hash, *known, identity) : nullptr;
+std::optional<SoundFigures> MeasuredFiles::Find(const std::string& path,
+                                                const FileIdentity& identity) {
+  return Weigh(HashOf(path), identity);
 }
 
 void MeasuredFiles::Remember(const std::string& path, const FileIdentity& identity,
                              const SoundFigures& figures) {
+  const std::lock_guard lock(mutex_);
   Remember(HashOf(path), {identity, figures});
+}
+
+bool MeasuredFiles::Knows(std::size_t path) {
+  const std::lock_guard lock(mutex_);
+  return Recall(path) != nullptr;
+}
+
+std::optional<SoundFigures> MeasuredFiles::Weigh(std::size_t path,
+                                                 const std::optional<FileIdentity>& identity) {
+  const std::lock_guard lock(mutex_);
+  const Entry* const known = Recall(path);
+  if (!known) return std::nullopt;
+  if (known->identity == identity) return known->figures;
+  recent_.erase(path);
+  older_.erase(path);
+  return std::nullopt;
 }
 
 const MeasuredFiles::Entry* MeasuredFiles::Recall(std::size_t path) {
@@ -42,24 +54,12 @@ const MeasuredFiles::Entry* MeasuredFiles::Recall(std::size_t path) {
   return &recent_.find(path)->second;
 }
 
-const SoundFigures* MeasuredFiles::Weigh(std::size_t path, const Entry& entry,
-                                         const FileIdentity& identity) {
-  if (entry.identity == identity) return &entry.figures;
-  Forget(path);
-  return nullptr;
-}
-
 void MeasuredFiles::Remember(std::size_t path, const Entry& entry) {
   if (recent_.size() >= kGeneration) {
     older_ = std::move(recent_);
     recent_.clear();
   }
   recent_[path] = entry;
-}
-
-void MeasuredFiles::Forget(std::size_t path) {
-  recent_.erase(path);
-  older_.erase(path);
 }
 
 }  // namespace tavlo::platform

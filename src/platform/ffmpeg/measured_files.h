@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -18,14 +20,14 @@ struct SoundFigures {
 
 /// Remembers figures by path for as long as the file stays the one that was measured, so that the
 /// next scan asks the disk for its identity only. Keeps the 50,000 paths used last at least, and
-/// twice as many at most (some 10 MB).
+/// twice as many at most (some 10 MB). For any thread; none waits for the disk of another.
 class MeasuredFiles {
  public:
-  /// The figures of the file that has this path now; nullptr when it was not measured, has changed
-  /// or is gone. Valid until the next call.
-  const SoundFigures* Find(const std::string& path);
+  /// The figures of the file that has this path now; nothing when it was not measured, has changed
+  /// or is gone. Asks the disk.
+  std::optional<SoundFigures> Find(const std::string& path);
   /// The same for a file that is open, of which the identity is known without asking the disk.
-  const SoundFigures* Find(const std::string& path, const FileIdentity& identity);
+  std::optional<SoundFigures> Find(const std::string& path, const FileIdentity& identity);
   void Remember(const std::string& path, const FileIdentity& identity, const SoundFigures& figures);
 
  private:
@@ -37,13 +39,16 @@ class MeasuredFiles {
   /// their files; they only cost each other a measuring.
   using Entries = std::unordered_map<std::size_t, Entry>;
 
+  bool Knows(std::size_t path);
+  /// The figures when they are of that identity; otherwise the path is forgotten.
+  std::optional<SoundFigures> Weigh(std::size_t path, const std::optional<FileIdentity>& identity);
+
+  // Under the lock.
   /// What is remembered of the path, among those used last; null when nothing is.
   const Entry* Recall(std::size_t path);
-  /// The figures of the entry when they are of that identity; otherwise the path is forgotten.
-  const SoundFigures* Weigh(std::size_t path, const Entry& entry, const FileIdentity& identity);
   void Remember(std::size_t path, const Entry& entry);
-  void Forget(std::size_t path);
 
+  std::mutex mutex_;
   Entries recent_;
   Entries older_;
 };

@@ -75,6 +75,8 @@ void QueuePlayer::StopOutput() {
     heard_ = std::max(heard_, mixer_.Heard(stopped, mixer_.RenderedFrames()));
   }
   outputOn_ = false;
+  hushed_ = false;
+  requestOpen_ = false;
   feedTimer_.Stop();
   KeepOpenFor(seconds(kIdleSeconds));
   playedRuns_.clear();
@@ -101,6 +103,19 @@ void QueuePlayer::QueueArray(SampleArray block) {
     // A block that finds no room is lost to the ear, and its event still asks for the next.
     playedRuns_.push_back(run_);
   }
+  SleepUntilNeeded();
+}
+
+void QueuePlayer::HoldRequestOpen(bool open) {
+  if (requestOpen_ == open) return;
+  requestOpen_ = open;
+  SleepUntilNeeded();
+}
+
+void QueuePlayer::Silence() {
+  if (!outputOn_) return;
+  mixer_.Hold();
+  hushed_ = true;
   SleepUntilNeeded();
 }
 
@@ -227,6 +242,8 @@ void QueuePlayer::BeginRun() {
   blockEnds_.clear();
   endRaised_ = false;
   freshQueue_ = true;
+  requestOpen_ = false;
+  hushed_ = false;
   playedRuns_.clear();
   resampler_.reset();
 }
@@ -267,7 +284,7 @@ void QueuePlayer::Feed() {
 void QueuePlayer::SleepUntilNeeded() {
   if (!outputOn_) return;
   constexpr Duration kSoon = milliseconds(kFeedMilliseconds);
-  const bool mayBeTheEnd = blocksAhead_ == 0 && !endRaised_;
+  const bool mayBeTheEnd = blocksAhead_ == 0 && !endRaised_ && !requestOpen_;
   const bool undecided = mayBeTheEnd || !playedRuns_.empty();
   const Duration next =
       std::min(nextReport_ - loop_.Now(), undecided ? kSoon : UntilBlockIsPlayed());
@@ -277,9 +294,9 @@ void QueuePlayer::SleepUntilNeeded() {
 }
 
 /// How long the device still renders the front block; not positive when it should have done so by
-/// now, and longer than to any report when there is none.
+/// now, and longer than to any report when there is none or it renders none.
 Duration QueuePlayer::UntilBlockIsPlayed() const {
-  if (blockEnds_.empty() || deviceRate_ == 0) return milliseconds(kReportMilliseconds);
+  if (blockEnds_.empty() || deviceRate_ == 0 || hushed_) return milliseconds(kReportMilliseconds);
   const FrameCount frames = blockEnds_.front() - mixer_.RenderedFrames();
   return std::chrono::ceil<milliseconds>(std::chrono::duration<double>(
       static_cast<double>(frames) / static_cast<double>(deviceRate_)));
@@ -297,11 +314,11 @@ void QueuePlayer::RaiseForBlock(std::uint64_t run) {
   if (run != run_) return;
   --blocksAhead_;
   struct Request {
-    explicit Request(int& open) : open_(open) { ++open_; }
-    ~Request() { --open_; }
-    int& open_;
+    explicit Request(int& running) : running_(running) { ++running_; }
+    ~Request() { --running_; }
+    int& running_;
   };
-  const Request request(openRequests_);
+  const Request request(handlersRunning_);
   // Something still plays: a block has ended. Nothing does: the player wants one.
   const auto handler = blocksAhead_ > 0 ? OnEndArrayPlay : OnRequestOnLoadArray;
   if (handler) handler();
@@ -311,7 +328,7 @@ void QueuePlayer::RaiseEndIfDry() {
   // One whole feed passes before an empty queue is taken for the end, since whoever emptied it may
   // be about to fill it.
   if (std::exchange(freshQueue_, false)) return;
-  if (!outputOn_ || endRaised_ || openRequests_ > 0) return;
+  if (!outputOn_ || endRaised_ || handlersRunning_ > 0 || requestOpen_) return;
   if (blocksAhead_ > 0 || !playedRuns_.empty()) return;
   endRaised_ = true;
   const auto handler = OnEndPlay;

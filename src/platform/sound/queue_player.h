@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/loop.h"
+#include "platform/reach/hush.h"
 #include "platform/sound/block_resampler.h"
 #include "platform/sound/output_device.h"
 #include "platform/sound/rt_mixer.h"
@@ -25,7 +26,7 @@ namespace tavlo::platform {
 ///
 /// Prompts sound beside the document and know nothing of it: no start and no stop of it reaches
 /// them. They end with the device and are not taken up again.
-class QueuePlayer : public playback::AudioPlayer {
+class QueuePlayer : public playback::AudioPlayer, public Hush {
  public:
   /// Silence after which the device is given back. Longer keeps the first sound after a pause
   /// prompt and costs the device's wake-ups meanwhile. No prompt may be longer.
@@ -48,8 +49,10 @@ class QueuePlayer : public playback::AudioPlayer {
   bool StartOutput() override;
   void StopOutput() override;
   void QueueArray(playback::SampleArray block) override;
+  void HoldRequestOpen(bool open) override;
   void ClearQueue() override;
   int OpenStatus() const override { return openStatus_; }
+  void Silence() override;
 
   playback::SampleCount MillisecondsToSamples(std::int64_t milliseconds) const override;
   std::int64_t SamplesToMilliseconds(double samples) const override;
@@ -120,7 +123,9 @@ class QueuePlayer : public playback::AudioPlayer {
   int blocksAhead_ = 0;  ///< Blocks of the run that are queued and not played.
   /// Where each of those ends, in the mixer's rendered frames, as far as no gap comes between.
   std::deque<FrameCount> blockEnds_;
-  int openRequests_ = 0;     ///< Events whose handlers are running.
+  int handlersRunning_ = 0;   ///< Events that ask for a block and have not returned.
+  bool requestOpen_ = false;  ///< The block comes later than the handler returned.
+  bool hushed_ = false;
   bool freshQueue_ = false;  ///< The queue was emptied since the last feed.
   bool endRaised_ = false;
   std::deque<std::uint64_t> playedRuns_;  ///< Runs of the played blocks whose events are due.

@@ -29,6 +29,7 @@ class RtMixer {
 
   // The document, as RtVoice says it. Heard and peaks are its alone; peaks are before the volume.
   std::uint64_t BeginRun() { return document_.BeginRun(); }
+  void Hold() { document_.Hold(); }
   [[nodiscard]] bool Queue(std::unique_ptr<RtBlock> block) {
     return document_.Queue(std::move(block));
   }

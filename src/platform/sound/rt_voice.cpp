@@ -12,7 +12,11 @@ RtVoice::~RtVoice() {
   }
 }
 
-std::uint64_t RtVoice::BeginRun() { return wantedRun_.fetch_add(1, std::memory_order_acq_rel) + 1; }
+std::uint64_t RtVoice::BeginRun() {
+  const std::uint64_t run = wantedRun_.fetch_add(1, std::memory_order_acq_rel) + 1;
+  held_.store(false, std::memory_order_release);
+  return run;
+}
 
 bool RtVoice::Settled() const {
   return settledRun_.load(std::memory_order_acquire) == wantedRun_.load(std::memory_order_relaxed);
@@ -39,23 +43,29 @@ std::array<float, 2> RtVoice::TakePeaks() {
 }
 
 void RtVoice::RtAdd(float* out, FrameCount frames, int rampFrames) {
-  // The run is asked for behind the blocks, so that a block that has just come is never older than
+  // The wish is asked for behind the blocks, so that a block that has just come is never older than
   // the run and taken for one that is to be dropped.
   RtAdmit();
-  const std::uint64_t run = wantedRun_.load(std::memory_order_acquire);
+  const RtWish wish = RtReadWish();
   FrameCount done = 0;
   while (done < frames) {
-    RtDropUnheard(run);
-    if (RtFront() == nullptr) break;
-    done += RtPlayChunk(out + 2 * done, frames - done, rampFrames, run);
+    RtDropUnheard(wish.run);
+    if (RtRests(wish)) break;
+    done += RtPlayChunk(out + 2 * done, frames - done, rampFrames, wish);
   }
-  RtDropUnheard(run);
-  if (RtFront() == nullptr) map_.RtMarkSilence(rtFrame_);
+  RtDropUnheard(wish.run);
+  if (RtRests(wish)) map_.RtMarkSilence(rtFrame_);
   rtFrame_ += frames - done;
   rendered_.store(rtFrame_, std::memory_order_release);
-  if (RtFront() == nullptr || RtFront()->run == run) {
-    settledRun_.store(run, std::memory_order_release);
+  if (RtFront() == nullptr || RtFront()->run == wish.run) {
+    settledRun_.store(wish.run, std::memory_order_release);
   }
+}
+
+RtVoice::RtWish RtVoice::RtReadWish() const {
+  // In the other order a run that begins in between would let the one that was held sound on.
+  const bool held = held_.load(std::memory_order_acquire);
+  return {.run = wantedRun_.load(std::memory_order_acquire), .held = held};
 }
 
 void RtVoice::RtAdmit() {
@@ -85,11 +95,11 @@ void RtVoice::RtDropUnheard(std::uint64_t run) {
 
 /// Plays up to `frames` frames of the front block, as far as one aim of the gate holds, and returns
 /// how many.
-FrameCount RtVoice::RtPlayChunk(float* out, FrameCount frames, int rampFrames, std::uint64_t run) {
+FrameCount RtVoice::RtPlayChunk(float* out, FrameCount frames, int rampFrames, const RtWish& wish) {
   RtBlock& block = *RtFront();
   FrameCount chunk = std::min(frames, block.Frames() - rtOffset_);
   const FrameCount ahead = RtFramesAhead(rampFrames + frames);
-  if (block.run != run) {
+  if (block.run != wish.run || wish.held) {
     rtGate_.RtAimWithin(0, static_cast<int>(std::min<FrameCount>(ahead, rampFrames)));
     chunk = std::min<FrameCount>(chunk, rtGate_.RtFramesLeft());
   } else if (ahead <= rampFrames) {

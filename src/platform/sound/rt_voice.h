@@ -30,6 +30,8 @@ class RtVoice {
   /// Begins a run: all that is queued fades out and is dropped, and only blocks of the new run
   /// sound. Returns its number.
   std::uint64_t BeginRun();
+  /// Fades out and plays nothing more until a run begins. What is queued is kept.
+  void Hold() { held_.store(true, std::memory_order_release); }
   /// Whether the sound of earlier runs has ended.
   bool Settled() const;
 
@@ -56,7 +58,17 @@ class RtVoice {
   void RtAdmit();
   void RtDropFront();
   void RtDropUnheard(std::uint64_t run);
-  FrameCount RtPlayChunk(float* out, FrameCount frames, int rampFrames, std::uint64_t run);
+  /// What the loop wants to be heard by now.
+  struct RtWish {
+    std::uint64_t run;
+    bool held;
+  };
+  RtWish RtReadWish() const;
+  /// Nothing of what is queued is to sound now.
+  bool RtRests(const RtWish& wish) const {
+    return RtFront() == nullptr || (wish.held && RtSilent());
+  }
+  FrameCount RtPlayChunk(float* out, FrameCount frames, int rampFrames, const RtWish& wish);
   FrameCount RtFramesAhead(FrameCount enough) const;
   void RtMix(float* out, const RtBlock& block, FrameCount frames);
   RtBlock* RtFront() const { return rtCount_ == 0 ? nullptr : rtBlocks_[rtFirst_]; }
@@ -68,6 +80,7 @@ class RtVoice {
   RtPositionMap map_;
   std::atomic<std::uint64_t> wantedRun_{0};
   std::atomic<std::uint64_t> settledRun_{0};
+  std::atomic<bool> held_{false};
   std::atomic<FrameCount> rendered_{0};
   std::array<std::atomic<float>, 2> peaks_{};
 

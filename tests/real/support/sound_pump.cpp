@@ -32,6 +32,7 @@ void SoundPump::Load(const Sound& document, int channels) {
 }
 
 void SoundPump::Play() {
+  owed_ = 0;
   startSample_ = readPosition_;
   transform_.Reset(document_.rate);
   if (!player_.StartOutput()) return;
@@ -40,12 +41,14 @@ void SoundPump::Play() {
 }
 
 double SoundPump::Stop() {
+  owed_ = 0;
   player_.StopOutput();
   readPosition_ = static_cast<SampleCount>(Positions.back());
   return Positions.back();
 }
 
 void SoundPump::Seek(SampleCount target) {
+  owed_ = 0;
   player_.ClearQueue();
   readPosition_ = target;
   startSample_ = target;
@@ -54,7 +57,17 @@ void SoundPump::Seek(SampleCount target) {
   LoadPlayBuffer();
 }
 
+void SoundPump::LetCome() {
+  heldBack_ = false;
+  for (; owed_ > 0; --owed_) LoadPlayBuffer();
+  player_.HoldRequestOpen(false);
+}
+
 void SoundPump::LoadPlayBuffer() {
+  if (heldBack_) {
+    ++owed_;
+    return player_.HoldRequestOpen(true);
+  }
   const auto total = static_cast<SampleCount>(document_.samples.size()) / channels_;
   const SampleCount end = std::min(readPosition_ + blockSamples_, total);
   if (end == readPosition_) return;

@@ -20,6 +20,10 @@ class SoundPump {
   double Stop();
   /// Goes on from another place while it plays.
   void Seek(playback::SampleCount target);
+  /// From now on the blocks that are asked for are late.
+  void HoldBack() { heldBack_ = true; }
+  /// They come, and no block is late any more.
+  void LetCome();
 
   float SpeedPercent = 100;
   int Blocks = 0;    ///< Blocks queued.
@@ -38,6 +42,8 @@ class SoundPump {
   playback::SampleCount readPosition_ = 0;
   playback::SampleCount startSample_ = 0;
   playback::SampleCount blockSamples_ = 0;
+  bool heldBack_ = false;
+  int owed_ = 0;  ///< Blocks that were asked for and are late.
 };
 
 }  // namespace tavlo::test

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/ffmpeg/ahead_audio_file.h"
+#include "support/errands_here.h"
+#include "support/plain_loop.h"
+
+namespace tavlo::test {
+
+/// A file that is read ahead, with a loop that it can wake.
+struct AheadBench {
+  explicit AheadBench(platform::AheadAudioFile::NewFile newFile = {})
+      : file(
+            loop, errands, [this] { loop.Breathe(); }, std::move(newFile)) {
+    file.OnReady = [this] { ++Told; };
+  }
+
+  /// The next block, as the program takes it: one that is late is asked for again once it is told.
+  /// What never comes stays late.
+  playback::SampleArray Take(playback::SampleCount samples) {
+    int told = Told;
+    playback::SampleArray block = file.ReadArray(samples);
+    while (block.late) {
+      ++LateBlocks;
+      if (!loop.WaitUntil([&] { return Told != told; }, kPatience)) return block;
+      told = Told;
+      block = file.ReadArray(samples);
+    }
+    return block;
+  }
+
+  PlainLoop loop;
+  ErrandsHere errands;
+  int Told = 0;
+  int LateBlocks = 0;
+  platform::AheadAudioFile file;
+};
+
+}  // namespace tavlo::test
