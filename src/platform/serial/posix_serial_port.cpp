@@ -15,6 +15,8 @@ constexpr const char* kNames[] = {"ttyS", "ttyUSB", "ttyACM"};
 /// A port that went is looked for again at each so many reads.
 constexpr int kReadsBetweenLooks = 20;
 
+constexpr int kPedals = TIOCM_CD | TIOCM_DSR | TIOCM_CTS;
+
 /// Makes the port one that carries lines and no bytes. Without CLOCAL the kernel would hang it up
 /// as soon as carrier detect drops, which is the left pedal coming up.
 bool Prepare(int handle) {
@@ -52,8 +54,21 @@ void PosixSerialPort::Close() {
   portNumber_ = 0;
 }
 
+bool PosixSerialPort::LetGo() {
+  if (!held_ || handle_ < 0) return false;
+  const std::optional<int> bits = lines_->Status(handle_);
+  letGo_ = !bits || (*bits & kPedals) == 0;
+  held_ = !letGo_;
+  return letGo_;
+}
+
 std::optional<pedals::SerialLines> PosixSerialPort::ReadLines() {
   if (portNumber_ == 0) return {};
+  if (std::exchange(letGo_, false)) {
+    // They may be held again by now, of which nobody would tell.
+    untold_ = true;
+    return pedals::SerialLines{};
+  }
   if (handle_ < 0 && (++readsSinceLost_ % kReadsBetweenLooks != 0 || !OpenAny())) return {};
   // A change from here on is news again.
   const bool waited = news_ && news_->Forget();
@@ -64,6 +79,7 @@ std::optional<pedals::SerialLines> PosixSerialPort::ReadLines() {
     Release();
     return {};
   }
+  held_ = (*bits & kPedals) != 0;
   return pedals::SerialLines{.CDHolding = (*bits & TIOCM_CD) != 0,
                              .DSRHolding = (*bits & TIOCM_DSR) != 0,
                              .CTSHolding = (*bits & TIOCM_CTS) != 0};
@@ -110,6 +126,8 @@ void PosixSerialPort::Release() {
   waiter_.reset();
   if (handle_ >= 0) ::close(handle_);
   handle_ = -1;
+  held_ = false;
+  letGo_ = false;
   path_.clear();
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "pedals/serial_port.h"
+#include "platform/reach/hush.h"
 #include "platform/serial/line_waiter.h"
 #include "platform/serial/modem_lines.h"
 #include "platform/wake/readable_once.h"
@@ -14,7 +15,7 @@ namespace tavlo::platform {
 /// A serial port of this machine: number N is ttyS(N-1), or where there is no such port or nothing
 /// behind it, ttyUSB(N-1) or ttyACM(N-1). The modem lines are asked of the kernel directly, because
 /// serial libraries refuse ports that are not listed as hardware.
-class PosixSerialPort : public pedals::SerialPort {
+class PosixSerialPort : public pedals::SerialPort, public WatchedFoot {
  public:
   explicit PosixSerialPort(
       std::string deviceFolder = "/dev",
@@ -26,6 +27,8 @@ class PosixSerialPort : public pedals::SerialPort {
   void Close() override;
   std::optional<pedals::SerialLines> ReadLines() override;
   bool TellOnce(base::Listener& listener) override;
+  /// The next `ReadLines` then gives lines that are all let go, and the one after it what they are.
+  bool LetGo() override;
 
   /// The path of the open port; empty when none is open.
   const std::string& Path() const { return path_; }
@@ -45,6 +48,8 @@ class PosixSerialPort : public pedals::SerialPort {
   /// A change came before the last look, and the listener had not been told of it yet. What it
   /// brought may have passed, so somebody looks again.
   bool untold_ = false;
+  bool held_ = false;   ///< A line was held when they were read last.
+  bool letGo_ = false;  ///< All of them have been let go since.
   /// Both are there while a port is open, unless no thread can wait for it.
   std::unique_ptr<LineWaiter> waiter_;
   std::unique_ptr<ReadableOnce> news_;

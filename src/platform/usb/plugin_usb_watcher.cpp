@@ -5,6 +5,8 @@
 #include <link.h>
 #include <sys/mman.h>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/disk/open_plain_file.h"
@@ -16,6 +18,15 @@ using pedals::MonitorHandle;
 using pedals::UsbPresence;
 
 constexpr std::uint8_t kTrue = 1;
+constexpr std::uint8_t kPedals = 7;
+/// As much as the rules read at once.
+constexpr std::size_t kMostBytesOfARead = 100;
+
+/// How long each report is, as far as the bytes of several tell; 0 when they may be of either size.
+std::size_t ReportSizeIn(std::size_t bytes) {
+  if (bytes % 2 != 0) return 3;
+  return bytes % 3 != 0 ? 2 : 0;
+}
 
 template <typename Function>
 void Find(void* library, const char* name, Function& function) {
@@ -80,6 +91,7 @@ bool PluginUsbWatcher::StartWatch(int product, int usagePage, int usage, Monitor
     return false;
   }
   news_ = FindNews(monitor);
+  monitor_ = monitor;
   return true;
 }
 
@@ -93,14 +105,60 @@ std::unique_ptr<ReadableOnce> PluginUsbWatcher::FindNews(MonitorHandle monitor) 
 bool PluginUsbWatcher::GetData(MonitorHandle& monitor, std::span<std::uint8_t> buffer,
                                std::int32_t& count) {
   count = 0;
+  if (ahead_.empty()) {
+    const bool read = TakeData(monitor, buffer, count);
+    Follow(buffer.first(static_cast<std::size_t>(count)));
+    return read;
+  }
+  std::vector<std::uint8_t>& reports = ahead_.front();
+  const std::size_t given = std::min(reports.size(), buffer.size());
+  std::ranges::copy_n(reports.begin(), static_cast<std::ptrdiff_t>(given), buffer.begin());
+  count = static_cast<std::int32_t>(given);
+  reports.erase(reports.begin(), reports.begin() + count);
+  if (reports.empty()) ahead_.pop_front();
+  return true;
+}
+
+bool PluginUsbWatcher::TakeData(MonitorHandle& monitor, std::span<std::uint8_t> buffer,
+                                std::int32_t& count) {
   if (!calls_.Complete()) return false;
   const auto size = static_cast<std::int32_t>(buffer.size());
-  return calls_.getData(&monitor, buffer.data(), size, &count) == kTrue;
+  if (calls_.getData(&monitor, buffer.data(), size, &count) != kTrue) return false;
+  count = std::clamp(count, 0, size);
+  return true;
+}
+
+bool PluginUsbWatcher::LetGo() {
+  if (monitor_ == 0) return false;
+  std::array<std::uint8_t, kMostBytesOfARead> reports{};
+  std::int32_t count = 0;
+  const bool read = TakeData(monitor_, reports, count);
+  // The descriptor is quiet now, so whoever waits for it would not hear of what was taken.
+  if (news_) news_->TellNow();
+  if (!read || count == 0) return false;
+  ahead_.emplace_back(reports.begin(), reports.begin() + count);
+  return Follow(ahead_.back());
+}
+
+bool PluginUsbWatcher::Follow(std::span<const std::uint8_t> reports) {
+  if (reportSize_ == 0) reportSize_ = ReportSizeIn(reports.size());
+  bool letGo = false;
+  for (std::size_t at = 0; reportSize_ > 0 && at + reportSize_ <= reports.size();
+       at += reportSize_) {
+    if (reports[at] != 0) continue;
+    const bool held = (reports[at + 1] & kPedals) != 0;
+    letGo = letGo || (held_ && !held);
+    held_ = held;
+  }
+  return letGo;
 }
 
 bool PluginUsbWatcher::StopWatch(MonitorHandle& monitor) {
   // Its descriptor ends with the watch.
   news_.reset();
+  monitor_ = 0;
+  ahead_.clear();
+  held_ = false;
   const bool stopped = calls_.Complete() && calls_.stopWatch(&monitor) != 0;
   monitor = 0;
   return stopped;
@@ -122,7 +180,7 @@ UsbPresence PluginUsbWatcher::Presence(MonitorHandle monitor) {
 }
 
 bool PluginUsbWatcher::TellOnce(MonitorHandle monitor, base::Listener& listener) {
-  if (monitor == 0 || !news_) return false;
+  if (monitor == 0 || !news_ || !ahead_.empty()) return false;
   news_->Tell(listener);
   return true;
 }

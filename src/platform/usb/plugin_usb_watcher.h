@@ -1,11 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "pedals/usb_watcher.h"
 #include "platform/reach/errands.h"
+#include "platform/reach/hush.h"
 #include "platform/wake/readable_once.h"
 
 namespace tavlo::platform {
@@ -13,7 +17,7 @@ namespace tavlo::platform {
 /// The watcher library of the root, loaded when the first watch starts. A library that is missing,
 /// or lacks one of the three calls, or cannot be reached, starts no watch. It stays loaded until
 /// the process ends, since it may have threads.
-class PluginUsbWatcher : public pedals::UsbWatcher {
+class PluginUsbWatcher : public pedals::UsbWatcher, public WatchedFoot {
  public:
   /// The errands must outlive it.
   PluginUsbWatcher(Errands& errands, std::string libraryPath);
@@ -26,6 +30,8 @@ class PluginUsbWatcher : public pedals::UsbWatcher {
   pedals::UsbPresence Presence(pedals::MonitorHandle monitor) override;
   /// A library that lacks this call, too, is polled.
   bool TellOnce(pedals::MonitorHandle monitor, base::Listener& listener) override;
+  /// Takes the reports that wait; `GetData` hands them over as they came.
+  bool LetGo() override;
 
  private:
   struct Calls {
@@ -41,6 +47,10 @@ class PluginUsbWatcher : public pedals::UsbWatcher {
   static Calls Load(const std::string& libraryPath);
   /// Loads the library where a stall holds nobody.
   void Fetch();
+  bool TakeData(pedals::MonitorHandle& monitor, std::span<std::uint8_t> buffer,
+                std::int32_t& count);
+  /// Follows the pedals through reports. True when all were let go on the way.
+  bool Follow(std::span<const std::uint8_t> reports);
   /// Of the watch that was started last; null when it has none to wait on.
   std::unique_ptr<ReadableOnce> FindNews(pedals::MonitorHandle monitor) const;
 
@@ -48,6 +58,10 @@ class PluginUsbWatcher : public pedals::UsbWatcher {
   const std::string libraryPath_;
   Calls calls_;
   std::unique_ptr<ReadableOnce> news_;
+  pedals::MonitorHandle monitor_ = 0;            ///< Of the watch that was started last.
+  std::deque<std::vector<std::uint8_t>> ahead_;  ///< What `LetGo` has taken, one read each.
+  std::size_t reportSize_ = 0;                   ///< 0 until a read has told.
+  bool held_ = false;                            ///< A pedal was down in the last report.
 };
 
 }  // namespace tavlo::platform

@@ -6,8 +6,7 @@ namespace tavlo::platform {
 
 ReadableOnce::ReadableOnce(int descriptor) : notifier_(descriptor, QSocketNotifier::Read) {
   notifier_.setEnabled(false);
-  QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_,
-                   [this] { HandleReadable(); });
+  QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { TellNow(); });
 }
 
 void ReadableOnce::Tell(base::Listener& listener) {
@@ -20,7 +19,7 @@ bool ReadableOnce::Forget() {
   return std::exchange(listener_, nullptr) != nullptr;
 }
 
-void ReadableOnce::HandleReadable() {
+void ReadableOnce::TellNow() {
   notifier_.setEnabled(false);
   if (listener_) std::exchange(listener_, nullptr)->HandleNews();
 }

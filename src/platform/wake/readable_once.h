@@ -17,12 +17,12 @@ class ReadableOnce {
   /// The next turn of the loop in which the descriptor can be read tells the listener, also one
   /// that only breathes. The listener that waited before is forgotten.
   void Tell(base::Listener& listener);
+  /// Tells the listener that waits now, whatever the descriptor says.
+  void TellNow();
   /// Tells no listener any more. True when one still waited.
   bool Forget();
 
  private:
-  void HandleReadable();
-
   base::Listener* listener_ = nullptr;
   QSocketNotifier notifier_;
 };

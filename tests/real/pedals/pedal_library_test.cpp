@@ -202,6 +202,49 @@ TEST_F(PedalLibrary, LibraryThatHandsOutNothingToWaitOnIsRead) {
   EXPECT_TRUE(watcher.StopWatch(monitor));
 }
 
+TEST_F(PedalLibrary, FootThatLetsGoIsSeenAheadOfTheRulesWhichReadAllOfItInOrder) {
+  for (const char* library : {TAVLO_PEDAL_STAND_IN, TAVLO_POLLED_STAND_IN}) {
+    const TemporaryFolder folder;
+    const PedalPipe pipe(folder / "PedalWatch.so", library);
+    PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
+    pedals::MonitorHandle monitor = 0;
+    EXPECT_FALSE(watcher.LetGo());
+    ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+    EXPECT_FALSE(watcher.LetGo());
+    ASSERT_TRUE(pipe.Report({2}));
+    EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 2, 0}));
+    ASSERT_TRUE(pipe.Report({6, 2}));
+    EXPECT_FALSE(watcher.LetGo()) << "one pedal is still down";
+    ASSERT_TRUE(pipe.Report({0, 4}));
+    EXPECT_TRUE(watcher.LetGo()) << "it was let go, though another one is down by now";
+    EXPECT_FALSE(watcher.LetGo());
+    ASSERT_TRUE(pipe.Report({0}));
+    EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 6, 0, 0, 2, 0}));
+    EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 0, 0, 0, 4, 0}));
+    EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 0, 0}));
+    EXPECT_FALSE(watcher.LetGo()) << "the rules have read it";
+    EXPECT_TRUE(watcher.StopWatch(monitor));
+    EXPECT_FALSE(watcher.LetGo());
+  }
+}
+
+TEST_F(PedalLibrary, ReportThatWasTakenAheadIsStillTold) {
+  const TemporaryFolder folder;
+  const PedalPipe pipe(folder / "PedalWatch.so");
+  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
+  pedals::MonitorHandle monitor = 0;
+  HeardNews news;
+  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  ASSERT_TRUE(watcher.TellOnce(monitor, news));
+  ASSERT_TRUE(pipe.Report({2}));
+  EXPECT_FALSE(watcher.LetGo());
+  EXPECT_EQ(news.Count, 1);
+  EXPECT_FALSE(watcher.TellOnce(monitor, news)) << "what waits must be read first";
+  EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 2, 0}));
+  EXPECT_TRUE(watcher.TellOnce(monitor, news));
+  EXPECT_TRUE(watcher.StopWatch(monitor));
+}
+
 TEST_F(PedalLibrary, RealOneTellsForAsLongAsItsWatchRuns) {
   PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
   pedals::MonitorHandle monitor = 0;

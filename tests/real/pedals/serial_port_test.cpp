@@ -202,6 +202,36 @@ TEST_F(SerialPortTest, ChangeBeforeARequestIsToldAtOnceUnlessTheLinesWereRead) {
   EXPECT_EQ(news.Count, 1);
 }
 
+TEST_F(SerialPortTest, FootThatLetsGoIsSeenAheadOfTheRulesWhichReadItFirst) {
+  const PretendedPort first(folder, "ttyS0");
+  ASSERT_TRUE(port.Open(1));
+  EXPECT_FALSE(port.LetGo()) << "no pedal was down";
+  lines.Become(TIOCM_CD | TIOCM_DSR);
+  EXPECT_FALSE(port.LetGo()) << "the rules have heard of no press";
+  EXPECT_TRUE(port.ReadLines());
+  lines.Become(TIOCM_DSR);
+  EXPECT_FALSE(port.LetGo());
+  lines.Become(0);
+  EXPECT_TRUE(port.LetGo());
+  EXPECT_FALSE(port.LetGo());
+  lines.Become(TIOCM_CTS);
+  EXPECT_FALSE(port.LetGo());
+  EXPECT_EQ(port.ReadLines(), SerialLines{});
+  EXPECT_FALSE(port.TellOnce(news)) << "it must be read again";
+  EXPECT_EQ(port.ReadLines(), SerialLines{.CTSHolding = true});
+}
+
+TEST_F(SerialPortTest, PortThatGoesUnderAFootCountsAsLetGo) {
+  const PretendedPort first(folder, "ttyS0");
+  ASSERT_TRUE(port.Open(1));
+  lines.Become(TIOCM_DSR);
+  EXPECT_TRUE(port.ReadLines());
+  lines.Become(std::nullopt);
+  EXPECT_TRUE(port.LetGo());
+  EXPECT_EQ(port.ReadLines(), SerialLines{});
+  EXPECT_FALSE(port.ReadLines());
+}
+
 TEST_F(SerialPortTest, ReadEndsARequest) {
   const PretendedPort first(folder, "ttyS0");
   ASSERT_TRUE(port.Open(1));
