@@ -1,20 +1,33 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "store/disk.h"
 
 namespace tavlo::store {
 
+/// The sound of a file, as the walk that held it had it measured.
+struct MeasuredSound {
+  enum class Outcome { Opened, Unplayable, OutOfReach, ProcessInTrouble };
+  Outcome outcome = Outcome::OutOfReach;
+  int samplesPerSecond = 0;
+  int channels = 0;
+  std::int64_t totalSamples = 0;
+};
+
 /// A file at which a walk stands, for what reads it. The handle is the walk's, which closes it when
 /// it goes on: a reader neither keeps nor closes it.
 struct HeldFile {
   std::string path;
-  DiskResult opened = DiskResult::NotFound;  ///< Done, or why there is no handle.
+  DiskResult opened = DiskResult::NotFound;  ///< Done, or why it could not be opened.
   int handle = -1;                           ///< A descriptor; the twins have none.
   std::uint64_t inode = 0;
   FileFacts facts;
+  /// There where the walk has looked ahead on another thread: then there is no handle, and the file
+  /// is not read here.
+  std::optional<MeasuredSound> measured;
 };
 
 /// How a walk ended.

@@ -13,15 +13,16 @@
 #include "platform/desktop/screen_search.h"
 #include "platform/desktop/session_end.h"
 #include "platform/desktop/system_information.h"
-#include "platform/disk/posix_disk.h"
 #include "platform/ffmpeg/ahead_audio_file.h"
 #include "platform/ffmpeg/decoder_libraries.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
+#include "platform/ffmpeg/sound_meter.h"
 #include "platform/mixer/pulse_mixer.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/reach/foot_gate.h"
 #include "platform/reach/mounted_places.h"
+#include "platform/reach/patient_disk.h"
 #include "platform/reach/place_errands.h"
 #include "platform/serial/posix_serial_port.h"
 #include "platform/sound/cubeb_player.h"
@@ -43,8 +44,15 @@ constexpr PlainFile::Accepted kPromptFiles{.links = Links::Followed,
 
 struct Program::Parts {
   Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port)
-      : application(argc, argv),
-        serialPort(port ? std::move(port) : std::make_unique<PosixSerialPort>()) {}
+      : application(argc, argv), serialPort(port ? std::move(port) : MachinePort()) {
+    feet.Watch(usbWatcher);
+  }
+
+  std::unique_ptr<pedals::SerialPort> MachinePort() {
+    auto machine = std::make_unique<PosixSerialPort>();
+    feet.Watch(*machine);
+    return machine;
+  }
 
   /// From here on nothing breathes any more: the screen may be gone, and with it the toolkit.
   void EndSession(void (shell::Deck::*how)()) {
@@ -73,9 +81,10 @@ struct Program::Parts {
   FootGate feet{audioPlayer};
   PlaceErrands errands{loop, loop, places, feet};
   RootLock rootLock{errands, root};
-  PosixDisk disk{WriterWatch::SystemClock, WriterWatch::TrustInLeasesOf, [this] {
-                   if (!sessionEnds) loop.Breathe();
-                 }};
+  SoundMeters meters;
+  PatientDisk disk{errands, meters, [this] {
+                     if (!sessionEnds) loop.Breathe();
+                   }};
   PatientSettingsDatabases databases{
       errands, store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
   AheadAudioFile audioFile{loop, errands, [this] { loop.Breathe(); }};

@@ -69,6 +69,7 @@ OpenResult FfmpegAudioFile::OpenAndMeasure(const std::string& path) {
 OpenResult FfmpegAudioFile::MeasureHeld(const store::HeldFile& held) {
   if (held.opened == store::DiskResult::ProcessInTrouble) openStatus_ = kProcessInTrouble;
   if (held.opened != store::DiskResult::Done) return OpenResult::OutOfReach;
+  if (held.measured) return TakeMeasured(*held.measured);
   const FileIdentity identity{held.inode, held.facts.size, held.facts.stamp};
   if (const auto known = measured_->Find(held.path, identity)) {
     figures_ = *known;
@@ -82,6 +83,18 @@ OpenResult FfmpegAudioFile::MeasureHeld(const store::HeldFile& held) {
   decoder_.reset();
   file_.Close();
   return measured;
+}
+
+OpenResult FfmpegAudioFile::TakeMeasured(const store::MeasuredSound& measured) {
+  using Outcome = store::MeasuredSound::Outcome;
+  if (measured.outcome == Outcome::ProcessInTrouble) openStatus_ = kProcessInTrouble;
+  if (measured.outcome == Outcome::Unplayable) return OpenResult::Unplayable;
+  if (measured.outcome != Outcome::Opened) return OpenResult::OutOfReach;
+  figures_ = {.playable = true,
+              .samplesPerSecond = measured.samplesPerSecond,
+              .channels = measured.channels,
+              .totalSamples = measured.totalSamples};
+  return OpenResult::Opened;
 }
 
 OpenResult FfmpegAudioFile::Measure(const std::string& path) {

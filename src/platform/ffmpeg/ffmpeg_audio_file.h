@@ -49,6 +49,8 @@ class FfmpegAudioFile : public playback::AudioFile {
                               const std::string& path);
   playback::OpenResult OpenAndMeasure(const std::string& path);
   playback::OpenResult MeasureHeld(const store::HeldFile& held);
+  /// What the walk has measured is taken as it is.
+  playback::OpenResult TakeMeasured(const store::MeasuredSound& measured);
   /// Measures what `file_` has open.
   playback::OpenResult Measure(const std::string& path);
   void ReadInto(playback::SampleArray& block, playback::SampleCount samples);

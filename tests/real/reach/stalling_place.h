@@ -91,7 +91,7 @@ class StuckCall {
     std::counting_semaphore<> begun{0};
     std::counting_semaphore<> answer{0};
   };
-  const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
+  std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
 };
 
 /// Errands for places that stall when a test wants them to.

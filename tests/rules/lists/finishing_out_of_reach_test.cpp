@@ -15,11 +15,11 @@ using base::operator""s;
 using forms::By;
 using Late = SimulatedPlaces::Late;
 using Names = std::vector<std::string>;
-using Key = forms::Command forms::MainForm::*;
+using FinishingKey = forms::Command forms::MainForm::*;
 
-constexpr Key kComplete = &forms::MainForm::cmdComplete;
-constexpr Key kSave = &forms::MainForm::cmdSave;
-constexpr Key kSkip = &forms::MainForm::cmdSkip;
+constexpr FinishingKey kCompleteKey = &forms::MainForm::cmdComplete;
+constexpr FinishingKey kSaveKey = &forms::MainForm::cmdSave;
+constexpr FinishingKey kSkipKey = &forms::MainForm::cmdSkip;
 
 /// A document in work and another that waits. `elsewhere`: the Completed folder lies on a file
 /// system of its own.
@@ -46,7 +46,7 @@ struct InWorkOnAShare : ListsBench {
 
   Names Places() const { return disk.FilesHolding("sound of " + document); }
   const std::string& Notice() const { return form.lblNotice.Value; }
-  void Press(Key key) { (form.*key).Press(By::Hand); }
+  void Press(FinishingKey key) { (form.*key).Press(By::Hand); }
   Names Listed() {
     Names listed;
     for (int row = 0; row < Rows(); ++row) {
@@ -62,7 +62,7 @@ struct FinishingOutOfReach : testing::Test, InWorkOnAShare {
 };
 
 TEST_F(FinishingOutOfReach, CompleteSaysThatItIsNotKnownAndSpeaksNoPrompt) {
-  Press(kComplete);
+  Press(kCompleteKey);
   EXPECT_EQ(Notice(),
             "It is not known whether the document was moved to Completed: the folder gives no "
             "answer. The next list shows it. Document: " +
@@ -73,7 +73,7 @@ TEST_F(FinishingOutOfReach, CompleteSaysThatItIsNotKnownAndSpeaksNoPrompt) {
 }
 
 TEST_F(FinishingOutOfReach, SaveSaysThatItIsNotKnownAndKeepsTheNameThatItHad) {
-  Press(kSave);
+  Press(kSaveKey);
   EXPECT_EQ(Notice(),
             "It is not known whether the position was saved: the folder gives no answer. The next "
             "list shows it. Document: " +
@@ -85,13 +85,13 @@ TEST_F(FinishingOutOfReach, SaveSaysThatItIsNotKnownAndKeepsTheNameThatItHad) {
 
 TEST_F(FinishingOutOfReach, NextDocumentIsNotOpenedFromAListThatCouldNotBeRead) {
   config.txtAutoQueueJob.Value = "Y";
-  Press(kSave);
+  Press(kSaveKey);
   EXPECT_EQ(form.listViewInQueue.ListIndex, -1);
   EXPECT_FALSE(form.cmdPlay.Enabled);
 }
 
 TEST_F(FinishingOutOfReach, ListShowsWhatCameOfItOnceTheFolderAnswers) {
-  Press(kSave);
+  Press(kSaveKey);
   disk.Places.Resume(folders.InQueuePath, Late::Happens);
   form.cmdUpdateFileList.Press(By::Hand);
   EXPECT_EQ(Cell(RowOf(savedPath.substr(savedPath.rfind('/') + 1)), forms::document_column::Saved),
@@ -100,7 +100,7 @@ TEST_F(FinishingOutOfReach, ListShowsWhatCameOfItOnceTheFolderAnswers) {
 }
 
 TEST_F(FinishingOutOfReach, EndOfTheSessionInTheMiddleAsksForNothingTwice) {
-  for (const Key key : {kComplete, kSave}) {
+  for (const FinishingKey key : {kCompleteKey, kSaveKey}) {
     InWorkOnAShare desk;
     desk.disk.Places.Stall(desk.folders.InQueuePath);
     base::Timer session(desk.loop, "session", 2s, base::TimerKind::Feed);
@@ -116,18 +116,18 @@ TEST_F(FinishingOutOfReach, EndOfTheSessionInTheMiddleAsksForNothingTwice) {
     EXPECT_EQ(ends, 1);
     EXPECT_EQ(desk.disk.Changes().size(), 1u);
     desk.disk.Places.Resume(desk.folders.InQueuePath, Late::Happens);
-    EXPECT_EQ(desk.Places(), Names{key == kComplete ? desk.completedPath : desk.savedPath});
+    EXPECT_EQ(desk.Places(), Names{key == kCompleteKey ? desk.completedPath : desk.savedPath});
   }
 }
 
 TEST_F(FinishingOutOfReach, KeysWorkAgainOnceTheFolderAnswers) {
-  Press(kComplete);
+  Press(kCompleteKey);
   disk.Places.Resume(folders.InQueuePath, Late::Fails);
   form.cmdUpdateFileList.Press(By::Hand);
   ClickRowOf(document);
   form.cmdPlay.Press(By::Hand);
   form.cmdComplete.Enabled = true;
-  Press(kComplete);
+  Press(kCompleteKey);
   EXPECT_EQ(Places(), Names{completedPath});
   EXPECT_EQ(prompts.back(), "Complete");
 }
@@ -135,7 +135,7 @@ TEST_F(FinishingOutOfReach, KeysWorkAgainOnceTheFolderAnswers) {
 /// Presses the key once for each operation at which each folder may stall, and lets what was left
 /// behind happen or not.
 template <typename Look>
-void StallAtEachOperation(Key key, const Look& look) {
+void StallAtEachOperation(FinishingKey key, const Look& look) {
   const InWorkOnAShare paths;
   for (const std::string& folder : {paths.folders.InQueuePath, paths.folders.CompletedPath()}) {
     for (const bool elsewhere : {false, true}) {
@@ -160,7 +160,7 @@ void StallAtEachOperation(Key key, const Look& look) {
 }
 
 TEST(FinishingThatStalls, LeavesOneDocumentThatTheNextListShowsWhereItIs) {
-  for (const Key key : {kComplete, kSave, kSkip}) {
+  for (const FinishingKey key : {kCompleteKey, kSaveKey, kSkipKey}) {
     StallAtEachOperation(key, [](InWorkOnAShare& desk, const auto& mendAndRefresh) {
       mendAndRefresh();
       EXPECT_EQ(desk.Places().size(), 1u);
@@ -171,9 +171,9 @@ TEST(FinishingThatStalls, LeavesOneDocumentThatTheNextListShowsWhereItIs) {
 }
 
 TEST(FinishingThatStalls, SpeaksOnlyOfWhatHappened) {
-  for (const Key key : {kComplete, kSave}) {
+  for (const FinishingKey key : {kCompleteKey, kSaveKey}) {
     StallAtEachOperation(key, [key](InWorkOnAShare& desk, const auto&) {
-      const Names wanted{key == kComplete ? desk.completedPath : desk.savedPath};
+      const Names wanted{key == kCompleteKey ? desk.completedPath : desk.savedPath};
       EXPECT_EQ(!desk.prompts.empty(), desk.Places() == wanted);
       EXPECT_EQ(desk.Notice().empty(), desk.Places() == wanted);
     });
@@ -181,7 +181,7 @@ TEST(FinishingThatStalls, SpeaksOnlyOfWhatHappened) {
 }
 
 TEST(FinishingThatStalls, KeepsNoHandLongerThanPatienceAndGivesTheListBack) {
-  for (const Key key : {kComplete, kSave, kSkip}) {
+  for (const FinishingKey key : {kCompleteKey, kSaveKey, kSkipKey}) {
     StallAtEachOperation(key, [](InWorkOnAShare& desk, const auto&) {
       EXPECT_LE(desk.loop.BreathedFor, SimulatedPlaces::kPatience);
       EXPECT_TRUE(desk.window.guards.TransportMayAct());

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/reach/errands.h"
+#include "store/folder_walk.h"
+
+namespace tavlo::platform {
+
+/// Measures the sound of files that a walk holds, on the thread of the walk.
+class HeldFileMeter {
+ public:
+  virtual ~HeldFileMeter() = default;
+
+  /// Reads the file by its handle. Gives signs as it goes on.
+  virtual store::MeasuredSound Measure(const store::HeldFile& held, Errands::Sign& sign) = 0;
+};
+
+/// Where the meters come from: each place has its own, since one may be stuck.
+class HeldFileMeters {
+ public:
+  virtual ~HeldFileMeters() = default;
+
+  /// On the loop's thread; the meter is then used on another one, and may outlive this.
+  virtual std::unique_ptr<HeldFileMeter> Make() = 0;
+};
+
+}  // namespace tavlo::platform

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/disk/file_copy.h"
+#include "platform/reach/place_errands.h"
+
+namespace tavlo::platform {
+
+/// A copy of which one end at least stands where calls may stall. It goes in pieces, each asked of
+/// the place where it is done, so that a place that gives no answer is out of reach and the other
+/// one is not.
+class PatientCopy {
+ public:
+  /// What is flushed at once. A slow line must bring it to its server well within an errand's
+  /// patience.
+  static constexpr std::size_t kFlushedAtOnce = CopySource::kBlock;
+
+  PatientCopy(PlaceErrands& errands, const Place& source, const Place& target)
+      : errands_(errands), sourcePlace_(source), targetPlace_(target) {}
+  ~PatientCopy();
+  PatientCopy(const PatientCopy&) = delete;
+
+  store::DiskResult Run(const std::string& from, const std::string& to);
+
+ private:
+  /// What one end is and has given. Belongs to the errand as long as one is under way.
+  struct Source {
+    std::optional<CopySource> file;
+    std::vector<char> block;
+    store::DiskResult result = store::DiskResult::Done;
+  };
+  struct Target {
+    std::optional<CopyTarget> file;
+    store::DiskResult result = store::DiskResult::Done;
+  };
+  template <typename End>
+  store::DiskResult Do(const Place& place, const std::shared_ptr<End>& end,
+                       std::function<store::DiskResult(End&)> piece);
+
+  PlaceErrands& errands_;
+  const Place sourcePlace_;
+  const Place targetPlace_;
+  std::shared_ptr<Source> source_ = std::make_shared<Source>();
+  std::shared_ptr<Target> target_ = std::make_shared<Target>();
+};
+
+}  // namespace tavlo::platform
