@@ -57,18 +57,26 @@ struct AheadAudioFile::Opening {
 };
 
 AheadAudioFile::AheadAudioFile(DescriptorWaits& waits, Errands& errands,
-                               std::function<void()> breathe)
-    : AheadAudioFile(waits, errands, std::move(breathe), NewFile()) {}
+                               std::function<void()> breathe,
+                               std::shared_ptr<MeasuredFiles> measured)
+    : AheadAudioFile(waits, errands, std::move(breathe), measured,
+                     [measured](std::function<void()> sign) {
+                       return std::make_unique<FfmpegAudioFile>(std::move(sign),
+                                                                PlainFile::Accepted{}, measured);
+                     }) {}
 
 AheadAudioFile::AheadAudioFile(DescriptorWaits& waits, Errands& errands,
                                std::function<void()> breathe, NewFile newFile)
+    : AheadAudioFile(waits, errands, std::move(breathe), std::make_shared<MeasuredFiles>(),
+                     std::move(newFile)) {}
+
+AheadAudioFile::AheadAudioFile(DescriptorWaits& waits, Errands& errands,
+                               std::function<void()> breathe,
+                               std::shared_ptr<MeasuredFiles> measured, NewFile newFile)
     : errands_(errands),
       breathe_(std::move(breathe)),
-      newFile_(newFile ? std::move(newFile)
-                       : [measured = measured_](std::function<void()> sign) {
-                           return std::make_unique<FfmpegAudioFile>(
-                               std::move(sign), PlainFile::Accepted{}, measured);
-                         }),
+      measured_(std::move(measured)),
+      newFile_(std::move(newFile)),
       readyWait_(waits.WaitFor(ready_->Descriptor(), "AudioFile", [this] { HandleReady(); })) {}
 
 AheadAudioFile::~AheadAudioFile() = default;

@@ -29,9 +29,10 @@ class AheadAudioFile : public playback::AudioFile {
   /// and again while it is being opened, and never later.
   using NewFile = std::function<std::unique_ptr<playback::AudioFile>(std::function<void()> sign)>;
 
-  /// Plays what FfmpegAudioFile plays. An opening on the loop's thread calls `breathe` again and
-  /// again. Both references must outlive the file.
-  AheadAudioFile(DescriptorWaits& waits, Errands& errands, std::function<void()> breathe);
+  /// Plays what FfmpegAudioFile plays, and measures nothing that `measured` remembers. An opening
+  /// on the loop's thread calls `breathe` again and again. Both references must outlive the file.
+  AheadAudioFile(DescriptorWaits& waits, Errands& errands, std::function<void()> breathe,
+                 std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>());
   AheadAudioFile(DescriptorWaits& waits, Errands& errands, std::function<void()> breathe,
                  NewFile newFile);
   ~AheadAudioFile() override;
@@ -57,6 +58,9 @@ class AheadAudioFile : public playback::AudioFile {
   std::size_t Readers() const { return readers_.size(); }
 
  private:
+  AheadAudioFile(DescriptorWaits& waits, Errands& errands, std::function<void()> breathe,
+                 std::shared_ptr<MeasuredFiles> measured, NewFile newFile);
+
   struct Opening;
   /// Opens the file, and says on which file system it stands.
   using Open = std::function<playback::OpenResult(playback::AudioFile& file, Opening& opening)>;
@@ -75,7 +79,7 @@ class AheadAudioFile : public playback::AudioFile {
   Errands& errands_;
   const std::function<void()> breathe_;
   const std::thread::id loopThread_ = std::this_thread::get_id();
-  const std::shared_ptr<MeasuredFiles> measured_ = std::make_shared<MeasuredFiles>();
+  const std::shared_ptr<MeasuredFiles> measured_;
   const NewFile newFile_;
   const std::shared_ptr<const Bell> ready_ = std::make_shared<const Bell>();
   const std::unique_ptr<DescriptorWait> readyWait_;

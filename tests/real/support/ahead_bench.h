@@ -33,6 +33,11 @@ struct AheadBench {
   int Told = 0;
   int LateBlocks = 0;
   platform::AheadAudioFile file;
+
+ private:
+  void CountNews() {
+    file.OnReady = [this] { ++Told; };
+  }
 };
 
 }  // namespace tavlo::test
