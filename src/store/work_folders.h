@@ -21,7 +21,7 @@ enum class Locked {
   No,
   Yes,
   NotKnown,    ///< The process has no handles or memory left to ask.
-  OutOfReach,  ///< The folder gave no answer.
+  OutOfReach,  ///< The folder gave no answer: whoever walks over it ends as when it fails.
 };
 
 /// The settings that `ReloadQueuePaths` reads, as the settings store holds them.

@@ -21,6 +21,7 @@ constexpr std::array kTroubles{
     Trouble{"sound", &Conditions::soundFails},
     Trouble{"settings", &Conditions::settingsFail},
     Trouble{"folders", &Conditions::foldersVanish},
+    Trouble{"late", &Conditions::foldersAreLate},
     Trouble{"others", &Conditions::othersInterfere},
     Trouble{"hands", &Conditions::handsInterrupt},
     Trouble{"sleep", &Conditions::machineSleeps},

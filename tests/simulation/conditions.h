@@ -19,6 +19,7 @@ struct Conditions {
   bool soundFails = false;
   bool settingsFail = false;
   bool foldersVanish = false;
+  bool foldersAreLate = false;
   bool othersInterfere = false;
   bool handsInterrupt = false;
   bool machineSleeps = false;

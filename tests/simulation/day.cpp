@@ -90,6 +90,7 @@ void Day::Perish() {
 void Day::Restart() {
   typist_.HandsOff();
   desk_.Kill();
+  world_.ForgetProgram();
   for (int tries = kTriesToStart; tries > 0; --tries) {
     const bool anotherHolds = chance_.OneIn(20);
     const bool lastTry = tries == 1;
@@ -109,10 +110,12 @@ void Day::Restart() {
 
 std::string Day::Look() {
   if (!desk_.Rooms()) return "The program does not start.";
-  std::string wrong = ledger_.Check(desk_.disk, world_.TakeStruck());
+  const bool late = world_.TakeLate();
+  std::string wrong = ledger_.Check(desk_.disk, world_.TakeStruck(), late);
   if (wrong.empty() && desk_.AtWork()) wrong = BrokenInvariant(desk_);
   if (wrong.empty()) wrong = desk_.hearing.TakeFault();
   if (wrong.empty()) wrong = typist_.TookWrongly();
+  if (wrong.empty()) wrong = typist_.WaitedTooLong();
   if (wrong.empty()) wrong = typist_.DisobeyedPedal();
   if (wrong.empty()) wrong = typist_.DisobeyedMixer();
   if (!wrong.empty()) trace_.Note(Described(desk_));
@@ -130,17 +133,19 @@ std::string Day::Settle() {
 std::string Day::SettleCalmly() {
   const bool struck = world_.TakeStruck();
   world_.MendAll();
+  const bool late = world_.TakeLate();
   if (desk_.ended) Restart();
   forms::MainForm& main = desk_.Main();
   if (!typist_.GoTo(main.mnuViewCompleted, main.frameCompleted)) {
     return "The typist does not find the completed documents.";
   }
-  std::string wrong = ledger_.Check(desk_.disk, struck);
+  std::string wrong = ledger_.Check(desk_.disk, struck, late);
   if (wrong.empty()) wrong = CompareListWithFolder(main.listViewCompleted, "/Files/Completed");
   if (!wrong.empty()) return wrong;
   if (!typist_.GoHome()) return "The typist finds no way back to the list.";
   desk_.loop.Advance(2s);
   wrong = Look();
+  if (wrong.empty()) wrong = ledger_.CheckSettled();
   if (wrong.empty()) wrong = CompareListWithFolder(main.listViewInQueue, "/Files/InQueue");
   if (wrong.empty()) wrong = typist_.TypeOneDocument();
   return wrong.empty() ? Look() : wrong;

@@ -12,6 +12,10 @@ constexpr forms::Twips kAboveContent = 840;
 constexpr int kMostChangesInAMoment = 200'000;
 constexpr int kMostBoxes = 8;
 
+bool MayHaveHappened(DiskResult result) {
+  return result == DiskResult::Done || result == DiskResult::OutOfReach;
+}
+
 }  // namespace
 
 void WatchedLoop::TimersChanged() {
@@ -33,13 +37,13 @@ base::Reply WatchedLoop::ShowBox(const base::MessageBox& box) {
 
 DiskResult WatchedDisk::Rename(const std::string& from, const std::string& to) {
   const DiskResult renamed = SimulatedDisk::Rename(from, to);
-  if (renamed == DiskResult::Done && OnGone) OnGone(from, to);
+  if (MayHaveHappened(renamed) && OnGone) OnGone(from, to);
   return renamed;
 }
 
 DiskResult WatchedDisk::Delete(const std::string& path) {
   const DiskResult deleted = SimulatedDisk::Delete(path);
-  if (deleted == DiskResult::Done && OnGone) OnGone(path, "");
+  if (MayHaveHappened(deleted) && OnGone) OnGone(path, "");
   return deleted;
 }
 
@@ -47,8 +51,9 @@ OpenResult SoundsOnDisk::OpenFile(const std::string& path) {
   CloseFile();
   Sounds.clear();
   OutOfReach.clear();
+  const bool answers = disk_.LetsOpen(path);
   const std::string contents = disk_.Contents(path);
-  if (!disk_.Has(path) || Barred.contains(contents)) OutOfReach.insert(path);
+  if (!answers || !disk_.Has(path) || Barred.contains(contents)) OutOfReach.insert(path);
   const auto recording = Recording::Of(contents);
   if (recording) Sounds[path] = {recording->samples, recording->rate, recording->channels};
   if (const auto hole = Readable.find(contents); recording && hole != Readable.end()) {

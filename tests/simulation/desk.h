@@ -39,7 +39,7 @@ class WatchedLoop : public test::SimulatedLoop {
   base::MonotonicTime moment_;
 };
 
-/// Tells of everything that the program moves, renames or deletes.
+/// Tells of everything that the program moves, renames or deletes, or asks for without an answer.
 class WatchedDisk : public test::SimulatedDisk {
  public:
   using SimulatedDisk::SimulatedDisk;
@@ -54,7 +54,7 @@ class WatchedDisk : public test::SimulatedDisk {
 /// Decodes what stands on the disk, wherever it was moved to.
 class SoundsOnDisk : public test::SimulatedAudioFile {
  public:
-  explicit SoundsOnDisk(const test::SimulatedDisk& disk) : disk_(disk) {}
+  explicit SoundsOnDisk(test::SimulatedDisk& disk) : disk_(disk) {}
 
   /// Contents of files that may not be opened.
   std::set<std::string> Barred;
@@ -68,7 +68,7 @@ class SoundsOnDisk : public test::SimulatedAudioFile {
   test::SimulatedSound* Open() { return IsOpen() ? &Sounds.begin()->second : nullptr; }
 
  private:
-  const test::SimulatedDisk& disk_;
+  test::SimulatedDisk& disk_;
 };
 
 /// The machine with the program on it, which ends and starts again while the disk stays.

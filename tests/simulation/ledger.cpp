@@ -40,18 +40,18 @@ void Ledger::AgreedToDelete(const test::SimulatedDisk& disk, const std::string& 
   if (disk.Has(path)) deletions_.push_back({path, disk.Contents(path)});
 }
 
-std::string Ledger::CheckDeletions(const test::SimulatedDisk& disk, bool faultStruck) {
+std::string Ledger::CheckDeletions(const test::SimulatedDisk& disk, bool mayStand) {
   std::string wrong;
   for (const Deletion& deletion : deletions_) {
     const bool stands =
         disk.Has(deletion.path) && disk.Contents(deletion.path) == deletion.contents;
-    if (stands && !faultStruck) wrong = "Not deleted: " + Readable(deletion.path);
+    if (stands && !mayStand) wrong = "Not deleted: " + Readable(deletion.path);
   }
   deletions_.clear();
   return wrong;
 }
 
-std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck) {
+std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck, bool late) {
   std::map<std::string, std::vector<std::string>> places;
   for (const char* folder : {"/Files/InQueue/", "/Files/Completed/", "/Files/Rescued/"}) {
     for (const std::string& name : disk.NamesIn(root_ + folder)) {
@@ -67,17 +67,41 @@ std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck) {
   for (auto& [contents, dictation] : dictations_) {
     const std::vector<std::string>& found = places[contents];
     if (found.empty() && !dictation.mayBeGone) return "Lost: " + contents;
-    if (found.size() <= 1) {
-      dictation.mayStandTwice = false;
-    } else if (faultStruck) {
-      dictation.mayStandTwice = true;
-    } else if (!dictation.mayStandTwice) {
+    if (!dictation.CountsPlaces(found.size(), faultStruck, late)) {
       return "Two places hold " + contents + ": " + Readable(found[0]) + ", " + Readable(found[1]);
     }
   }
   std::erase_if(dictations_, [&](const auto& entry) { return places[entry.first].empty(); });
-  for (auto& [contents, dictation] : dictations_) dictation.mayBeGone = false;
-  return CheckDeletions(disk, faultStruck);
+  // A delete that was left behind may still come.
+  if (!disk.Places.AnyOwes()) {
+    for (auto& [contents, dictation] : dictations_) dictation.mayBeGone = false;
+  }
+  return CheckDeletions(disk, faultStruck || late);
+}
+
+bool Ledger::Dictation::CountsPlaces(std::size_t places, bool faultStruck, bool late) {
+  if (places <= 1) {
+    mayStandTwice = standsTwiceForNow = false;
+    return true;
+  }
+  mayStandTwice = mayStandTwice || faultStruck;
+  standsTwiceForNow = standsTwiceForNow || late;
+  return mayStandTwice || standsTwiceForNow;
+}
+
+std::string Ledger::CheckSettled() const {
+  for (const auto& [contents, dictation] : dictations_) {
+    const bool doubled = dictation.standsTwiceForNow && !dictation.mayStandTwice;
+    if (doubled) return "Stands twice though every folder answers again: " + contents;
+  }
+  return "";
+}
+
+void Ledger::ProgramIsGone() {
+  for (auto& [contents, dictation] : dictations_) {
+    // A copy may have been on its way that nobody has seen yet.
+    dictation.mayStandTwice = dictation.mayStandTwice || dictation.standsTwiceForNow;
+  }
 }
 
 }  // namespace tavlo::simulation

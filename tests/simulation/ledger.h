@@ -50,19 +50,30 @@ class Ledger {
   /// Looks through the folders of the deck. The empty text when every dictation is whole in exactly
   /// one of them, otherwise what is wrong. Where a fault or a kill has just struck, a dictation may
   /// stand in two places, and may then stay so, and what was to be deleted may have stayed.
-  std::string Check(const test::SimulatedDisk& disk, bool faultStruck);
+  /// Where a folder was late (`late`), a dictation may stand in two places until the program has
+  /// seen to it, and what was to be deleted may go later or stay.
+  std::string Check(const test::SimulatedDisk& disk, bool faultStruck, bool late);
+  /// The program has looked at every folder, and all of them answered. The empty text when none of
+  /// the dictations that stood twice because a folder was late still does.
+  std::string CheckSettled() const;
+  /// The program is gone, and with it what it knew of copies that it left behind.
+  void ProgramIsGone();
 
  private:
   struct Dictation {
     bool mayStandTwice = false;
+    bool standsTwiceForNow = false;
     bool mayBeGone = false;
+
+    /// False when that many places may not hold it.
+    bool CountsPlaces(std::size_t places, bool faultStruck, bool late);
   };
   struct Deletion {
     std::string path;
     std::string contents;
   };
 
-  std::string CheckDeletions(const test::SimulatedDisk& disk, bool faultStruck);
+  std::string CheckDeletions(const test::SimulatedDisk& disk, bool mayStand);
 
   std::string root_;
   int lastNumber_ = 0;

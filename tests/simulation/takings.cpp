@@ -137,7 +137,9 @@ void Takings::During(Wish wish, const std::function<void()>& act) {
 }
 
 void Takings::LookAt(const std::string& from, const std::string& to) {
+  if (Ledger::IsHalfCopy(from.substr(FolderOf(from).size()))) copies_.insert(to);
   if (!IsDocument(from)) return;
+  if (to.empty() && copies_.erase(from) > 0) return;
   if (wishes_.empty()) return Note("Without a command, away goes " + Readable(from));
   Wish& wish = wishes_.back();
   if (wish.mayClear && FolderOf(from) == kPathOfCompleted) return;

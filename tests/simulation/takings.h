@@ -52,6 +52,9 @@ class Takings {
   Desk& desk_;
   /// The last one is under way, those before it wait for it.
   std::vector<Wish> wishes_;
+  /// Full paths of what moves have put there as copies. Such a copy may be taken back, since the
+  /// document then stands where it was; that none is lost the ledger sees.
+  std::set<std::string> copies_;
   std::string fault_;
 };
 

@@ -27,8 +27,13 @@ Typist::Typist(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance 
       foot_(desk, conditions, chance.Child("foot"), trace),
       mixerHand_(desk, chance.Child("mixer"), trace),
       takings_(desk),
-      hand_(desk.loop, "hand", 1000ms) {
+      hand_(desk.loop, "hand", 1000ms),
+      session_(desk.loop, "session", 1000ms, base::TimerKind::Feed) {
   hand_.OnTick = [this] { Interrupt(); };
+  session_.OnTick = [this] {
+    session_.Stop();
+    takings_.EndSession(/*now=*/true);
+  };
   mixerHand_.OnMeanwhile = [this] {
     if (OnMeanwhile) OnMeanwhile();
   };
@@ -84,7 +89,14 @@ void Typist::Act() {
   }
   const Habit& habit = chance_.PickByWeight(Habits());
   Note(habit.name);
+  const Duration before = WaitedInVain();
+  const int givenUp = desk_.disk.Places.TimesGivenUp;
   (this->*habit.act)();
+  const Duration waited = WaitedInVain() - before;
+  if (waited > (desk_.disk.Places.TimesGivenUp - givenUp) * test::SimulatedPlaces::kPatience) {
+    waitedTooLong_ = std::string(habit.name) + " waits for folders that give no answer for " +
+                     std::to_string(waited.count() / 1000) + " ms";
+  }
   ActivateWindows();
   // What was interrupted goes on, and that is no doing of the foot.
   if (--actsUnderWay_ > 0) foot_.OthersAct();
@@ -195,6 +207,10 @@ void Typist::WaitAWhile() {
   } else {
     desk_.loop.Advance(length);
   }
+}
+
+Duration Typist::WaitedInVain() const {
+  return desk_.loop.BreathedFor - desk_.disk.Places.AnsweredAfter;
 }
 
 Duration Typist::SomeTime() {

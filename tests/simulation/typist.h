@@ -46,6 +46,7 @@ class Typist {
   /// Nothing that was on its way comes any more.
   void HandsOff() {
     hand_.Stop();
+    session_.Stop();
     foot_.Rest();
     agreedToExit_ = false;
   }
@@ -57,6 +58,8 @@ class Typist {
   std::string DisobeyedMixer() { return mixerHand_.Disobeyed(); }
   /// The same of what keys have taken that they may not take.
   std::string TookWrongly() { return takings_.TakeFault(); }
+  /// The same of hands that waited for a folder without an answer for longer than they may.
+  std::string WaitedTooLong() { return std::exchange(waitedTooLong_, ""); }
   /// Whether boxes are answered at once and nothing happens meanwhile.
   void StayCalm(bool calm);
 
@@ -121,6 +124,8 @@ class Typist {
   /// within reach.
   bool ComeToTheLists();
   base::Duration SomeTime();
+  /// How long the program has waited in vain for folders, all in all.
+  base::Duration WaitedInVain() const;
   bool Seen(const forms::Control& control) const;
   void Note(const std::string& what) { trace_.Note("  typist: " + what); }
 
@@ -134,10 +139,13 @@ class Typist {
   Takings takings_;
   /// Acts in the middle of a command that waits.
   base::Timer hand_;
+  /// Ends the desktop's session, perhaps while a call waits for a folder.
+  base::Timer session_;
   int actsUnderWay_ = 0;
   bool calm_ = false;
   bool configurationStood_ = false;
   bool agreedToExit_ = false;
+  std::string waitedTooLong_;
   /// The completed document that was clicked last.
   std::string clickedCompleted_;
 };

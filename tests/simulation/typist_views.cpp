@@ -121,7 +121,13 @@ void Typist::FinishBesideRival() {
 }
 
 void Typist::EndSession() {
-  if (conditions_.sessionEnds) takings_.EndSession(/*now=*/chance_.OneIn(2));
+  if (!conditions_.sessionEnds) return;
+  if (conditions_.foldersAreLate && chance_.OneIn(2)) {
+    session_.SetInterval(std::chrono::milliseconds{1 + chance_.Below(8000)});
+    session_.Start();
+    return;
+  }
+  takings_.EndSession(/*now=*/chance_.OneIn(2));
 }
 
 void Typist::LookAtAbout() {

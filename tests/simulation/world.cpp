@@ -13,6 +13,7 @@ namespace {
 
 using store::DiskResult;
 using test::SimulatedDisk;
+using test::SimulatedPlaces;
 
 constexpr std::array kFolders{kInQueue, kCompleted, kRescued};
 constexpr std::array kVanishing{"/Files/InQueue", "/Files/Completed", "/Files/Rescued", "/Prompts"};
@@ -28,7 +29,16 @@ constexpr std::size_t kFullFolder = 40;
 }  // namespace
 
 World::World(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance chance, Trace& trace)
-    : desk_(desk), ledger_(ledger), conditions_(conditions), chance_(chance), trace_(trace) {
+    : desk_(desk),
+      ledger_(ledger),
+      conditions_(conditions),
+      chance_(chance),
+      trace_(trace),
+      comesBack_(desk.loop, "a late folder", std::chrono::seconds{1}, base::TimerKind::Feed) {
+  comesBack_.OnTick = [this] {
+    comesBack_.Stop();
+    AnswerLate();
+  };
   std::ranges::copy_if(Events(), std::back_inserter(possible_), [this](const Event& event) {
     return !event.needs || conditions_.*event.needs;
   });
@@ -49,6 +59,10 @@ const std::vector<World::Event>& World::Events() {
       {"break a listing", 4, &Conditions::foldersVanish, &World::BreakListing},
       {"remove a folder", 3, &Conditions::foldersVanish, &World::RemoveEmptyFolder},
       {"mend the folders", 8, &Conditions::foldersVanish, &World::MendFolders},
+      {"a folder is slow", 3, &Conditions::foldersAreLate, &World::SlowFolder},
+      {"a folder stalls", 4, &Conditions::foldersAreLate, &World::StallFolder},
+      {"a folder stalls soon", 8, &Conditions::foldersAreLate, &World::StallSoon},
+      {"a late folder answers", 10, &Conditions::foldersAreLate, &World::AnswerLate},
       {"disk fails", 10, &Conditions::diskFails, &World::FailDisk},
       {"disk is full", 3, &Conditions::diskFails, &World::FillDisk},
       {"disk is mended", 8, &Conditions::diskFails, &World::MendDisk},
@@ -153,6 +167,7 @@ void World::LosePower() {
     }
   }
   writers_.clear();
+  desk_.disk.Places.ForgetProcess(SimulatedPlaces::Late::Fails);
   desk_.disk.LoseWhatWasNotFlushed();
   struck_ = true;
 }
@@ -262,7 +277,10 @@ void World::MendFolders() {
     }
   }
   for (const std::string& contents : desk_.file.Barred) {
-    for (const std::string& path : desk_.disk.FilesHolding(contents)) {
+    const auto places = desk_.disk.FilesHolding(contents);
+    // Whoever saves both of two files anew makes them different ones.
+    struck_ = struck_ || places.size() > 1;
+    for (const std::string& path : places) {
       desk_.disk.Remove(path);
       desk_.disk.WithFile(path, contents);
     }
@@ -287,6 +305,7 @@ void World::AcceptSettings() {
 
 void World::MendAll() {
   MendDisk();
+  AnswerLate();
   MendFolders();
   CloseWriters();
   MendSound();
@@ -294,6 +313,12 @@ void World::MendAll() {
   AcceptSettings();
   desk_.disk.OnNextCopy = nullptr;
   desk_.anotherCopy = false;
+}
+
+bool World::TakeLate() {
+  const bool wasLate = wasLate_;
+  wasLate_ = desk_.disk.Places.AnyStalls();
+  return wasLate || wasLate_;
 }
 
 bool World::TakeStruck() {

@@ -28,6 +28,10 @@ class World {
   void MendAll();
   /// A fault may have struck since the last call.
   bool TakeStruck();
+  /// A folder was late since the last call.
+  bool TakeLate();
+  /// The program is gone. What it left behind at a late folder may still happen.
+  void ForgetProgram();
   /// The power is gone: what other programs were writing stays as it is.
   void LosePower();
 
@@ -60,6 +64,15 @@ class World {
   void KillSoon();
   void BreakListing();
   void RemoveEmptyFolder();
+  void SlowFolder();
+  void StallFolder();
+  void StallSoon();
+  /// All folders answer again, and what was left behind has happened or not.
+  void AnswerLate();
+  std::string SomePlace();
+  test::SimulatedPlaces::Late SomeOutcome();
+  /// A folder that stalls comes back by itself, perhaps while a call waits for it.
+  void MayComeBackSoon();
   void BarFile();
   void BreakSound();
   void BreakReading();
@@ -105,6 +118,8 @@ class World {
   int sourcesSoFar_ = 0;
   bool diskFailing_ = false;
   bool struck_ = false;
+  bool wasLate_ = false;
+  base::Timer comesBack_;
 };
 
 }  // namespace tavlo::simulation

@@ -268,7 +268,7 @@ std::optional<DiskResult> SimulatedDisk::Begin(const std::string& record,
   const int number = ++operationCount_;
   if (Crashed()) return DiskResult::Failed;
   Operations.push_back(record);
-  if (stalling_ && number == stalling_->at) Places.Stall(stalling_->folder);
+  if (stalling_ && number == stalling_->at) Places.Stall(std::exchange(stalling_, {})->folder);
   const auto late = [effect] {
     if (effect) std::ignore = effect();
   };

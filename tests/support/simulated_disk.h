@@ -50,10 +50,11 @@ class SimulatedDisk : public store::Disk {
   void FailOperation(int nth, store::DiskResult result, Failing failing = Failing::Once);
   /// At the nth operation the folder stalls, whatever is asked.
   void StallAtOperation(int nth, const std::string& folder);
+  void ForgetStall() { stalling_.reset(); }
   /// The nth operation stops halfway and nothing after it reaches the disk.
   void CrashAtOperation(int nth);
-  /// An operation may still fail that was told to.
-  bool FaultPending() const { return fault_.has_value(); }
+  /// An operation may still fail that was told to, or not be answered.
+  bool FaultPending() const { return fault_ || stalling_ || Places.AnyStalls(); }
   bool Crashed() const { return crashAt_ && operationCount_ >= *crashAt_; }
   /// Takes back every rename that no flush of the target's folder has made lasting. Deletes last,
   /// and so does what is older than half a minute: a kernel writes by itself, whoever made it.

@@ -35,12 +35,23 @@ void SimulatedPlaces::LeaveBehind(const std::string& folder) {
   place.owes = true;
 }
 
-void SimulatedPlaces::Mend() {
+void SimulatedPlaces::Mend(Late late) {
   for (auto& [folder, place] : places_) {
-    ComeBack(place, Late::Fails);
+    ComeBack(place, late);
     place.takes = base::Duration{0};
   }
-  onceGivenUp_.reset();
+}
+
+void SimulatedPlaces::ForgetProcess(Late late) {
+  for (auto& [folder, place] : places_) {
+    const bool stalls = place.stalls;
+    ComeBack(place, late);
+    place.stalls = stalls;
+  }
+}
+
+bool SimulatedPlaces::AnyStalls() const {
+  return std::ranges::any_of(places_, [](const auto& entry) { return entry.second.stalls; });
 }
 
 bool SimulatedPlaces::Stalls(const std::string& path) const {
@@ -88,9 +99,9 @@ void SimulatedPlaces::GiveUp(const std::vector<Place*>& asked, std::function<voi
   for (Place* const place : asked) {
     // One that waits inside another was never begun.
     if (!place->stalls || place->waiting > 0) continue;
+    ++TimesGivenUp;
     place->owes = true;
     place->behind = std::exchange(late, nullptr);
-    if (onceGivenUp_) ComeBack(*place, *onceGivenUp_);
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,13 +27,14 @@ class SimulatedPlaces {
   void Stall(const std::string& folder);
   /// The place answers again, and what was left behind there comes back.
   void Resume(const std::string& folder, Late late);
-  /// A place that a call gave up answers again as soon as that call has returned.
-  void ResumeOnceGivenUp(Late late) { onceGivenUp_ = late; }
   /// A call that another part made at the place was given up. It does nothing when it comes back.
   void LeaveBehind(const std::string& folder);
-  /// All places answer at once, and what was left behind has come to nothing.
-  void Mend();
+  /// All places answer at once.
+  void Mend(Late late);
+  /// The process that asked is gone. What it left behind comes back before another one is answered.
+  void ForgetProcess(Late late);
 
+  bool AnyStalls() const;
   bool Stalls(const std::string& path) const;
   bool Owes(const std::string& path) const;
   /// Whether any place owes an answer.
@@ -46,6 +46,8 @@ class SimulatedPlaces {
 
   /// How long calls have waited for answers that came.
   base::Duration AnsweredAfter{0};
+  /// How often a place was given up.
+  int TimesGivenUp = 0;
 
  private:
   struct Place {
@@ -66,7 +68,6 @@ class SimulatedPlaces {
 
   base::Loop& loop_;
   std::map<std::string, Place> places_;
-  std::optional<Late> onceGivenUp_;
 };
 
 }  // namespace tavlo::test

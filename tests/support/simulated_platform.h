@@ -25,7 +25,7 @@ template <std::derived_from<SimulatedLoop> Loop, std::derived_from<SimulatedDisk
 class SimulatedPlatformOf {
  public:
   SimulatedPlatformOf() requires std::default_initializable<AudioFile> {}
-  SimulatedPlatformOf() requires std::constructible_from<AudioFile, const Disk&> : file(disk) {}
+  SimulatedPlatformOf() requires std::constructible_from<AudioFile, Disk&> : file(disk) {}
   SimulatedPlatformOf(const SimulatedPlatformOf&) = delete;
   virtual ~SimulatedPlatformOf() = default;
 
