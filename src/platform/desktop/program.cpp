@@ -81,13 +81,14 @@ struct Program::Parts {
   FootGate feet{audioPlayer};
   PlaceErrands errands{loop, loop, places, feet};
   RootLock rootLock{errands, root};
-  SoundMeters meters;
+  const std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>();
+  SoundMeters meters{measured};
   PatientDisk disk{errands, meters, [this] {
                      if (!sessionEnds) loop.Breathe();
                    }};
   PatientSettingsDatabases databases{
       errands, store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
-  AheadAudioFile audioFile{loop, errands, [this] { loop.Breathe(); }};
+  AheadAudioFile audioFile{loop, errands, [this] { loop.Breathe(); }, measured};
   SoundTouchTransform audioTransform;
   SideThread promptThread;
   PromptVoice promptVoice{loop, audioPlayer,

@@ -93,7 +93,7 @@ OpenResult AheadAudioFile::OpenFile(const std::string& path) {
 OpenResult AheadAudioFile::OpenHeldFile(const store::HeldFile& held) {
   const FileIdentity identity{held.inode, held.facts.size, held.facts.stamp};
   const bool opened = held.opened == store::DiskResult::Done;
-  if (!opened || measured_->Find(held.path, identity)) {
+  if (!opened || held.measured || measured_->Find(held.path, identity)) {
     // Nothing is asked of the disk.
     CloseFile();
     Opening opening{.held = true};
