@@ -7,9 +7,11 @@
 #include <string>
 
 #include "lists/queue_list.h"
-#include "platform/disk/posix_disk.h"
-#include "platform/ffmpeg/ffmpeg_audio_file.h"
+#include "platform/ffmpeg/ahead_audio_file.h"
+#include "platform/ffmpeg/sound_meter.h"
 #include "platform/qt/qt_loop.h"
+#include "platform/reach/mounted_places.h"
+#include "platform/reach/patient_disk.h"
 #include "platform/sound/cubeb_player.h"
 #include "platform/sound/soundtouch_transform.h"
 
@@ -40,6 +42,10 @@ class NoSources : public playback::SourceMixer {
   void SetSourceMute(bool) override {}
 };
 
+class NothingToHush : public platform::Hush {
+  void Silence() override {}
+};
+
 double SecondsOf(lists::QueueList& queue) {
   const auto begin = std::chrono::steady_clock::now();
   queue.RefreshQueueList();
@@ -59,8 +65,14 @@ int main(int argc, char** argv) {
   forms::MainForm form(loop);
   forms::ConfigurationForm config(loop);
   window::MainWindow window(form, config, [] {});
-  platform::PosixDisk disk;
-  platform::FfmpegAudioFile file;
+  NothingToHush hush;
+  platform::FootGate feet(hush);
+  platform::MountedPlaces places;
+  platform::PlaceErrands errands(loop, loop, places, feet);
+  const auto measured = std::make_shared<platform::MeasuredFiles>();
+  platform::SoundMeters meters(measured);
+  platform::PatientDisk disk(errands, meters, [&loop] { loop.Breathe(); });
+  platform::AheadAudioFile file(loop, errands, [&loop] { loop.Breathe(); }, measured);
   platform::SoundTouchTransform transform;
   platform::CubebPlayer player(loop);
   Silence voice;

@@ -38,6 +38,7 @@ Finishing::Finishing(base::Loop& loop, window::MainWindow& window,
       form_(window.Form()),
       config_(window.Config()),
       window_(window),
+      disk_(files.disk),
       folders_(files.folders),
       moves_(files.moves),
       document_(playback.document),
@@ -99,7 +100,8 @@ void Finishing::LeaveAndStore(Way way) {
 
 void Finishing::StoreAtOnce() {
   // What a folder owes an answer for may still happen, so it is not asked for twice.
-  if (storing_ || (!due_ && !document_.IsInWork())) return;
+  if (storing_ && OwesAnAnswer()) return;
+  if (!due_ && !document_.IsInWork()) return;
   const bool keepsPlace = !due_ && form_.frmMain.WindowShape == forms::Shape::Normal;
   transport_.StopWindAndPreview();
   engine_.StopPlay();
@@ -109,6 +111,10 @@ void Finishing::StoreAtOnce() {
   due_.reset();
   form_.cmdSkip.Enabled = false;
   if (keepsPlace) window_.SavePlayerPosition();
+}
+
+bool Finishing::OwesAnAnswer() const {
+  return disk_.OutOfReach(folders_.InQueuePath) || disk_.OutOfReach(folders_.CompletedPath());
 }
 
 void Finishing::LeaveDocument() {

@@ -41,6 +41,8 @@ class Finishing {
   void LeaveAndStore(Way way);
   void LeaveDocument();
   void StoreOutcome(Way way);
+  /// A folder between which documents move.
+  bool OwesAnAnswer() const;
   void SavePosition();
   void MoveToCompleted();
   /// Says why the files did not become what the key asked for.
@@ -56,6 +58,7 @@ class Finishing {
   forms::MainForm& form_;
   forms::ConfigurationForm& config_;
   window::MainWindow& window_;
+  store::Disk& disk_;
   store::WorkFolders& folders_;
   store::FileMoves& moves_;
   playback::DocumentInWork& document_;

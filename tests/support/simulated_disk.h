@@ -118,7 +118,9 @@ class SimulatedDisk : public store::Disk {
   store::DiskResult MakeFolder(const std::string& path) override;
   store::DiskResult RemoveFolder(const std::string& path) override;
   store::DiskResult FlushFolder(const std::string& folder) override;
-  bool OutOfReach(const std::string& path) override { return Places.Owes(Absolute(path)); }
+  bool OutOfReach(const std::string& path) override {
+    return Places.OwesOrKeepsWaiting(Absolute(path));
+  }
 
  private:
   class Walking;

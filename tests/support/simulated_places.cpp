@@ -40,6 +40,7 @@ void SimulatedPlaces::Mend(Late late) {
     ComeBack(place, late);
     place.takes = base::Duration{0};
   }
+  onceGivenUp_.reset();
 }
 
 void SimulatedPlaces::ForgetProcess(Late late) {
@@ -62,6 +63,11 @@ bool SimulatedPlaces::Stalls(const std::string& path) const {
 bool SimulatedPlaces::Owes(const std::string& path) const {
   const std::string* const folder = FolderHolding(path);
   return folder && places_.at(*folder).owes;
+}
+
+bool SimulatedPlaces::OwesOrKeepsWaiting(const std::string& path) const {
+  const std::string* const folder = FolderHolding(path);
+  return folder && (places_.at(*folder).owes || places_.at(*folder).waiting > 0);
 }
 
 bool SimulatedPlaces::AnyOwes() const {
@@ -102,6 +108,7 @@ void SimulatedPlaces::GiveUp(const std::vector<Place*>& asked, std::function<voi
     ++TimesGivenUp;
     place->owes = true;
     place->behind = std::exchange(late, nullptr);
+    if (onceGivenUp_) ComeBack(*place, *onceGivenUp_);
   }
 }
 

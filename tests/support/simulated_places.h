@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,8 @@ class SimulatedPlaces {
   void Stall(const std::string& folder);
   /// The place answers again, and what was left behind there comes back.
   void Resume(const std::string& folder, Late late);
+  /// A place that a call gave up answers again as soon as that call has returned.
+  void ResumeOnceGivenUp(Late late) { onceGivenUp_ = late; }
   /// A call that another part made at the place was given up. It does nothing when it comes back.
   void LeaveBehind(const std::string& folder);
   /// All places answer at once.
@@ -37,6 +40,8 @@ class SimulatedPlaces {
   bool AnyStalls() const;
   bool Stalls(const std::string& path) const;
   bool Owes(const std::string& path) const;
+  /// The same, or a call waits for its answer.
+  bool OwesOrKeepsWaiting(const std::string& path) const;
   /// Whether any place owes an answer.
   bool AnyOwes() const;
 
@@ -68,6 +73,7 @@ class SimulatedPlaces {
 
   base::Loop& loop_;
   std::map<std::string, Place> places_;
+  std::optional<Late> onceGivenUp_;
 };
 
 }  // namespace tavlo::test

@@ -29,7 +29,9 @@ class SoundMeter : public HeldFileMeter {
 /// One for each place. What one of them has measured none of the others measures again.
 class SoundMeters : public HeldFileMeters {
  public:
-  explicit SoundMeters(std::shared_ptr<MeasuredFiles> measured) : measured_(std::move(measured)) {}
+  explicit SoundMeters(
+      std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>())
+      : measured_(std::move(measured)) {}
 
   std::unique_ptr<HeldFileMeter> Make() override { return std::make_unique<SoundMeter>(measured_); }
 

@@ -38,6 +38,9 @@ class ErrandDesk : public std::enable_shared_from_this<ErrandDesk> {
       : answers_(std::move(answers)), idle_(idle) {}
   ErrandDesk(const ErrandDesk&) = delete;
 
+  /// Errands for which the loop waits, one inside the other.
+  int Awaited = 0;
+
   /// Takes an errand behind those that were taken before. False when there is no thread to be had.
   bool Take(const std::shared_ptr<Errand>& errand);
   /// Takes back an errand that has not begun.
@@ -45,7 +48,7 @@ class ErrandDesk : public std::enable_shared_from_this<ErrandDesk> {
   /// Waits, without the loop, until `done` or for so long; says whether `done`. It is asked at
   /// each sign, and may ask nothing of the desk.
   bool Watch(const std::function<bool()>& done, std::chrono::milliseconds length);
-  /// How many signs there were. The begin and the end of an errand are some, too.
+  /// How many signs there were. The end of an errand is one, too.
   std::uint64_t Signs() const { return signs_; }
 
   /// The errand at hand is left behind: the desk owes an answer until it has returned.

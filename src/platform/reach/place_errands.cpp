@@ -30,6 +30,17 @@ class Listening {
   const bool before_;
 };
 
+/// One more for as long as this lives.
+class Counted {
+ public:
+  explicit Counted(int& count) : count_(++count) {}
+  ~Counted() { --count_; }
+  Counted(const Counted&) = delete;
+
+ private:
+  int& count_;
+};
+
 }  // namespace
 
 PlaceErrands::PlaceErrands(base::Loop& loop, DescriptorWaits& waits, Places& places, FootGate& feet,
@@ -67,7 +78,8 @@ bool PlaceErrands::OutOfReach(const std::string& path) { return OutOfReach(place
 
 bool PlaceErrands::OutOfReach(const Place& place) {
   const auto found = desks_.find(place.mount);
-  return found != desks_.end() && found->second->Owes();
+  if (found == desks_.end()) return false;
+  return found->second->Owes() || (place.mayStall && found->second->Awaited > 0);
 }
 
 ErrandDesk& PlaceErrands::DeskOf(const Place& place) {
@@ -94,6 +106,7 @@ bool PlaceErrands::Await(const Begun& begun, const std::function<bool()>& enough
   ErrandDesk& desk = *begun.desk_;
   const Errand& errand = *begun.errand_;
   const auto done = [&] { return errand.returned || enough(); };
+  const Counted awaited(desk.Awaited);
   if (!desk.Watch(done, kGlance) && !WaitPatiently(begun, done)) {
     desk.TakeBack(begun.errand_);
     desk.LeaveBehind();

@@ -191,7 +191,8 @@ TEST_F(PlaceErrandsTest, ThingIsLetGoOnTheThreadOfItsPlace) {
   const auto ended = std::make_shared<std::atomic<std::thread::id>>();
   std::shared_ptr<void> thing(nullptr, [ended](void*) { *ended = std::this_thread::get_id(); });
   errands.LetGo({.mount = 'A', .mayStall = true}, std::move(thing));
-  EXPECT_EQ(ThreadOf("A"), ended->load());
+  const std::thread::id thread = ThreadOf("A");
+  EXPECT_EQ(ended->load(), thread);
 }
 
 TEST_F(PlaceErrandsTest, EndWaitsForNoCallThatGivesNoAnswer) {

@@ -185,6 +185,7 @@ TEST_F(LateBlockTest, SeekDuringAGapForgetsTheBlocksOfTheOldPlace) {
   StallInMidPlay();
   loop.Advance(5s);
   player.Queued.clear();
+  form.slPosition.Enabled = true;
   form.slPosition.Press();
   form.slPosition.Change(50);
   form.slPosition.Release();

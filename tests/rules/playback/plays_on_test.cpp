@@ -9,15 +9,17 @@ using base::operator""s;
 using store::DiskResult;
 
 struct PlaysOn : testing::Test, PlaybackBench {
-  PlaysOn() {
-    disk.WithFileSystemAt("/share").WithFile("/share/other.wav");
-    Lay({.samples = 800'000});
+  PlaysOn() { disk.WithFileSystemAt("/share").WithFile("/share/other.wav"); }
+
+  void PlayForASecond(SampleCount samples) {
+    Lay({.samples = samples});
     Play();
     loop.Advance(1s);
   }
 };
 
 TEST_F(PlaysOn, DocumentGoesOnWhileAnotherFolderGivesNoAnswer) {
+  PlayForASecond(800'000);
   const auto heard = player.PlayedSamples();
   const double before = documentInWork.CurrentSamplePosition;
   disk.Places.Stall("/share");
@@ -28,7 +30,7 @@ TEST_F(PlaysOn, DocumentGoesOnWhileAnotherFolderGivesNoAnswer) {
 }
 
 TEST_F(PlaysOn, DocumentThatEndsInTheMeantimeEndsAsEver) {
-  Lay({.samples = 3 * 8000});
+  PlayForASecond(3 * 8000);
   disk.Places.Stall("/share");
   EXPECT_EQ(disk.Delete("/share/other.wav"), DiskResult::OutOfReach);
   EXPECT_FALSE(engine.IsPlaying);

@@ -19,8 +19,8 @@ using Late = SimulatedPlaces::Late;
 using Names = std::vector<std::string>;
 
 /// A Queue and a Completed folder that are shares, each with a file system of its own.
-struct Shares {
-  Shares() {
+struct SharesThatStall {
+  SharesThatStall() {
     disk.WithFolder(kRoot);
     folders.MakeTree();
     disk.WithFileSystemAt(folders.InQueuePath).WithFileSystemAt(folders.CompletedPath());
@@ -32,7 +32,7 @@ struct Shares {
   void StallAtOnce(const std::string& folder) { disk.Places.Stall(folder); }
   /// The folder stalls at the first operation that is recorded so.
   void StallAt(const std::string& operation, const std::string& folder) {
-    Shares rehearsal;
+    SharesThatStall rehearsal;
     std::ignore = rehearsal.moves.Move(queued, completed);
     const Names& all = rehearsal.disk.Operations;
     const auto found = std::ranges::find_if(
@@ -49,7 +49,7 @@ struct Shares {
   const std::string completed = folders.CompletedPath() + "a.wav";
 };
 
-struct MovesOutOfReach : testing::Test, Shares {};
+struct MovesOutOfReach : testing::Test, SharesThatStall {};
 
 TEST_F(MovesOutOfReach, RenameThatGivesNoAnswerIsTheLastStepOfItsMove) {
   const std::string saved = folders.InQueuePath + "b.wav";
@@ -155,26 +155,27 @@ TEST_F(MovesOutOfReach, SameMoveOnceMoreLeavesOneDocument) {
 }
 
 /// Which folder stalls, and what becomes of the call that was left behind.
-struct Stall {
+struct StallingFolder {
   const char* name;
   std::string folder;
 };
-const Stall kStalls[] = {{"the Queue", kRoot + "/Files/InQueue"},
-                         {"Completed", kRoot + "/Files/Completed"},
-                         {"the rescue folder", kRoot + "/Files/Rescued"},
-                         {"the whole root", kRoot}};
+const StallingFolder kStallingFolders[] = {{"the Queue", kRoot + "/Files/InQueue"},
+                                           {"Completed", kRoot + "/Files/Completed"},
+                                           {"the rescue folder", kRoot + "/Files/Rescued"},
+                                           {"the whole root", kRoot}};
 
-struct Trial {
+struct StalledMove {
   bool elsewhere = false;  ///< Each folder lies on a file system of its own.
   bool occupied = false;   ///< Another document stands at the target.
   InTheWay inTheWay = InTheWay::GoesToRescue;
 };
-const Trial kTrials[] = {{},
-                         {.elsewhere = true},
-                         {.occupied = true},
-                         {.elsewhere = true, .occupied = true},
-                         {.occupied = true, .inTheWay = InTheWay::Stays},
-                         {.elsewhere = true, .occupied = true, .inTheWay = InTheWay::Stays}};
+const StalledMove kStalledMoves[] = {
+    {},
+    {.elsewhere = true},
+    {.occupied = true},
+    {.elsewhere = true, .occupied = true},
+    {.occupied = true, .inTheWay = InTheWay::Stays},
+    {.elsewhere = true, .occupied = true, .inTheWay = InTheWay::Stays}};
 
 /// Counts what is asked for after something was out of reach.
 class AskedDisk : public SimulatedDisk {
@@ -204,8 +205,8 @@ class AskedDisk : public SimulatedDisk {
   bool outOfReach_ = false;
 };
 
-struct Desk {
-  explicit Desk(const Trial& trial) {
+struct StalledDesk {
+  explicit StalledDesk(const StalledMove& trial) {
     disk.WithFolder(kRoot);
     folders.MakeTree();
     if (trial.elsewhere) {
@@ -226,17 +227,17 @@ struct Desk {
 
 /// Runs the move once for each N with each folder stalling at its Nth operation, and lets what was
 /// left behind happen or not.
-void StallAtEachOperation(
-    const std::function<void(Desk&, const Trial&, const store::Moved&)>& look) {
-  for (const Trial& trial : kTrials) {
-    for (const Stall& stall : kStalls) {
+void StallAtEachStepOfAMove(
+    const std::function<void(StalledDesk&, const StalledMove&, const store::Moved&)>& look) {
+  for (const StalledMove& trial : kStalledMoves) {
+    for (const StallingFolder& stall : kStallingFolders) {
       for (const Late late : {Late::Happens, Late::Fails}) {
         int operations = 1;
         for (int nth = 1; nth <= operations; ++nth) {
           SCOPED_TRACE(std::string(trial.elsewhere ? "elsewhere, " : "") +
                        (trial.occupied ? "occupied, " : "") + stall.name + " at operation " +
                        std::to_string(nth) + (late == Late::Happens ? ", late" : ", never"));
-          Desk desk(trial);
+          StalledDesk desk(trial);
           desk.disk.StallAtOperation(nth, stall.folder);
           const auto moved = desk.moves.MoveOrRescue(desk.queued, desk.completed, trial.inTheWay);
           operations = std::max(operations, static_cast<int>(desk.disk.Operations.size()));
@@ -253,28 +254,30 @@ void StallAtEachOperation(
 
 TEST(MovesThatStall, LeaveEachDocumentOnceWhereverTheyStallAndWhateverBecomesOfIt) {
   int outOfReach = 0;
-  StallAtEachOperation([&](Desk& desk, const Trial& trial, const store::Moved& moved) {
-    outOfReach += moved.result == DiskResult::OutOfReach;
-    EXPECT_EQ(desk.disk.FilesHolding("the new one").size(), 1u);
-    EXPECT_EQ(desk.disk.FilesHolding("the old one").size(), trial.occupied ? 1u : 0u);
-    EXPECT_EQ(desk.disk.FileCount(), trial.occupied ? 2u : 1u) << "half a copy was left";
-  });
+  StallAtEachStepOfAMove(
+      [&](StalledDesk& desk, const StalledMove& trial, const store::Moved& moved) {
+        outOfReach += moved.result == DiskResult::OutOfReach;
+        EXPECT_EQ(desk.disk.FilesHolding("the new one").size(), 1u);
+        EXPECT_EQ(desk.disk.FilesHolding("the old one").size(), trial.occupied ? 1u : 0u);
+        EXPECT_EQ(desk.disk.FileCount(), trial.occupied ? 2u : 1u) << "half a copy was left";
+      });
   EXPECT_GT(outOfReach, 20);
 }
 
 TEST(MovesThatStall, SayDoneOnlyOfADocumentThatStandsAtItsTarget) {
-  StallAtEachOperation([](Desk& desk, const Trial&, const store::Moved& moved) {
+  StallAtEachStepOfAMove([](StalledDesk& desk, const StalledMove&, const store::Moved& moved) {
     if (moved.result != DiskResult::Done) return;
     EXPECT_EQ(desk.disk.FilesHolding("the new one"), Names{desk.completed});
   });
 }
 
 TEST(MovesThatStall, NameWhereADisplacedDocumentIsOrMayBe) {
-  StallAtEachOperation([](Desk& desk, const Trial& trial, const store::Moved& moved) {
-    if (!trial.occupied) return;
-    const Names places = desk.disk.FilesHolding("the old one");
-    EXPECT_TRUE(places == Names{desk.completed} || places == Names{moved.displaced});
-  });
+  StallAtEachStepOfAMove(
+      [](StalledDesk& desk, const StalledMove& trial, const store::Moved& moved) {
+        if (!trial.occupied) return;
+        const Names places = desk.disk.FilesHolding("the old one");
+        EXPECT_TRUE(places == Names{desk.completed} || places == Names{moved.displaced});
+      });
 }
 
 }  // namespace
