@@ -28,7 +28,8 @@ TEST_F(QueuePlayerGapTest, RequestThatIsHeldOpenIsAGapAndNoEnd) {
   loop.Advance(60s);
   EXPECT_EQ(pump.Ends, 0);
   EXPECT_EQ(pump.Requests, 3);
-  EXPECT_EQ(player.PlayedSamples(), 1.5 * 16000);
+  // The resampler keeps a millisecond for its join with the block that is still to come.
+  EXPECT_NEAR(static_cast<double>(player.PlayedSamples()), 1.5 * 16000, 32);
   pump.LetCome();
   loop.Advance(1s);
   EXPECT_NEAR(static_cast<double>(player.PlayedSamples()) / 16000, 2.48, 0.02);

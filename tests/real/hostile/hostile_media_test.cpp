@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hostile/system_calls.h"
@@ -88,7 +89,7 @@ class Watch {
   void Take(const SystemCall& call) {
     constexpr std::string_view kMark = "/tavlo-mark/";
     if (call.path.starts_with(kMark)) {
-      step_ = call.path.substr(kMark.size());
+      before_ = std::exchange(step_, call.path.substr(kMark.size()));
       openedInScan_.clear();
     } else if (step_ != "" && step_ != "exit" && !IsAllowed(call)) {
       Offences.push_back(step_ + ": " + call.name + " " + call.path + " " + call.arguments);
@@ -120,7 +121,9 @@ class Watch {
     if (step_ == "scan" && byItsFolder && !openedInScan_.insert(name).second) {
       OpenedTwiceByAScan.insert(name);
     }
-    return name.find('/') == name.npos && (step_ == "scan" || step_ == name);
+    // A thread reads what plays, and may only be about to open the document of the step before.
+    const bool atHand = step_ == "scan" || step_ == name || before_ == name;
+    return name.find('/') == name.npos && atHand;
   }
 
   /// What a toolkit and a sound library read for themselves, and what the deck keeps in its root.
@@ -134,6 +137,7 @@ class Watch {
   }
 
   std::string step_;
+  std::string before_;
   std::set<std::string> openedInScan_;
 };
 

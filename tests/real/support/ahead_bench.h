@@ -8,10 +8,11 @@ namespace tavlo::test {
 
 /// A file that is read ahead, with a loop that it can wake.
 struct AheadBench {
-  explicit AheadBench(platform::AheadAudioFile::NewFile newFile = {})
+  AheadBench() : file(loop, errands, [this] { loop.Breathe(); }) { CountNews(); }
+  explicit AheadBench(platform::AheadAudioFile::NewFile newFile)
       : file(
             loop, errands, [this] { loop.Breathe(); }, std::move(newFile)) {
-    file.OnReady = [this] { ++Told; };
+    CountNews();
   }
 
   /// The next block, as the program takes it: one that is late is asked for again once it is told.
