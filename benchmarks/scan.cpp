@@ -72,7 +72,8 @@ int main(int argc, char** argv) {
   const auto measured = std::make_shared<platform::MeasuredFiles>();
   platform::SoundMeters meters(measured);
   platform::PatientDisk disk(errands, meters, [&loop] { loop.Breathe(); });
-  platform::AheadAudioFile file(loop, errands, [&loop] { loop.Breathe(); }, measured);
+  platform::AheadAudioFile file(
+      loop, errands, [&loop] { loop.Breathe(); }, measured);
   platform::SoundTouchTransform transform;
   platform::CubebPlayer player(loop);
   Silence voice;

@@ -91,8 +91,8 @@ class Disk {
   /// Makes renames and deletes in the folder survive a power cut.
   virtual DiskResult FlushFolder(const std::string& folder) = 0;
 
-  /// Whether the place of `path` owes an answer, be it to a call that still waits for it. Answers at
-  /// once.
+  /// Whether the place of `path` owes an answer, be it to a call that still waits for it. Answers
+  /// at once.
   virtual bool OutOfReach(const std::string& path) = 0;
 };
 

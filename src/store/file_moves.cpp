@@ -107,7 +107,8 @@ Moved FileMoves::MoveAcross(const std::string& source, const std::string& target
   }
   // The source must not go before the new name is sure to stay.
   if (moved.result == DiskResult::Done) moved.result = disk_.FlushFolder(FolderOf(target));
-  if (moved.result == DiskResult::Done) moved.result = disk_.Delete(source);
+  move.deletes = moved.result == DiskResult::Done;
+  if (move.deletes) moved.result = disk_.Delete(source);
   move.copied = copy.facts;
   if (moved.result == DiskResult::OutOfReach) unfinished_.Add(move);
   return moved;

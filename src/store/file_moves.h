@@ -44,10 +44,10 @@ enum class InTheWay { GoesToRescue, Stays };
 /// rescue, no delete and no other try follows on it. A copy that a move so left behind beside its
 /// target or at it is taken back by the next list or move once the folders answer, or by the next
 /// move that copies into the folder, as after a crash. On the loop's thread.
-class FileMoves {
+class FileMoves : private UnfinishedMoves::Aside {
  public:
   FileMoves(Disk& disk, const WorkFolders& folders)
-      : disk_(disk), folders_(folders), unfinished_(disk) {}
+      : disk_(disk), folders_(folders), unfinished_(disk, *this) {}
 
   /// Moves a document; one that stands at the target is rescued. AlreadyThere: what stands at the
   /// target is no plain file, or a document that stays.
@@ -74,6 +74,7 @@ class FileMoves {
   void TakeBackUnfinished() { unfinished_.TakeBack(); }
 
  private:
+  DiskResult SetAside(const std::string& path) override { return Rescue(path).result; }
   Moved RenameOver(const std::string& source, const std::string& target, InTheWay inTheWay);
   /// `aside`: where the document is that stood at the target.
   Moved RenameInto(const std::string& source, const std::string& target, const std::string& aside);

@@ -22,6 +22,8 @@ bool UnfinishedMoves::TakenBack(Unfinished& move) {
   const Sight source = See(move.source);
   const Sight copy = See(move.copy);
   if (!source.certain || !copy.certain) return false;
+  // A document that is not there may be on a device that comes back.
+  if (!source.facts) return false;
   if (source.facts != move.before) return true;
   if (copy.facts) {
     // It was not renamed, so what stands at the target is another document.
@@ -31,15 +33,16 @@ bool UnfinishedMoves::TakenBack(Unfinished& move) {
   if (!move.copied) return true;
   const Sight target = See(move.target);
   if (!target.certain) return false;
-  return target.facts != move.copied || disk_.Delete(move.target) != DiskResult::OutOfReach;
+  if (target.facts != move.copied) return true;
+  const DiskResult gone = move.deletes ? aside_.SetAside(move.target) : disk_.Delete(move.target);
+  return gone != DiskResult::OutOfReach;
 }
 
 UnfinishedMoves::Sight UnfinishedMoves::See(const std::string& path) {
   const auto facts = disk_.Facts(path);
   if (facts) return {true, facts};
-  const Entry standing = disk_.Look(path);
-  // A plain file without facts was out of reach when it was asked for them.
-  return {standing != Entry::OutOfReach && standing != Entry::PlainFile, {}};
+  // Whatever else stands there, or fails to be looked at, says nothing of the document.
+  return {disk_.Look(path) == Entry::Nothing, {}};
 }
 
 }  // namespace tavlo::store

@@ -12,10 +12,19 @@ namespace tavlo::store {
 /// What was asked last may happen late, so a document may then stand twice: where it was, and as a
 /// copy on its way or at its end. Nobody was told that it has moved, so it is the copy that goes
 /// again, once both folders answer and the document is seen to stand where it was, unchanged. Where
-/// it has gone from there the copy is the document, and stays. On the loop's thread.
+/// it has gone from there the copy is the document, and stays. Where the delete of the document was
+/// asked for the copy is set aside instead of deleted: from a mount that was replaced meanwhile
+/// that delete may still be on its way. On the loop's thread.
 class UnfinishedMoves {
  public:
-  explicit UnfinishedMoves(Disk& disk) : disk_(disk) {}
+  /// Puts what stands at a path where nobody takes it for a document.
+  class Aside {
+   public:
+    virtual ~Aside() = default;
+    virtual DiskResult SetAside(const std::string& path) = 0;
+  };
+
+  UnfinishedMoves(Disk& disk, Aside& aside) : disk_(disk), aside_(aside) {}
 
   struct Unfinished {
     std::string source;
@@ -24,6 +33,7 @@ class UnfinishedMoves {
     FileFacts before;    ///< Of the source when it was copied.
     /// Of the whole copy; nothing when it is not known to be whole, so that it was not renamed.
     std::optional<FileFacts> copied;
+    bool deletes = false;  ///< The delete of the source was asked for.
   };
   void Add(Unfinished move) { moves_.push_back(std::move(move)); }
 
@@ -43,6 +53,7 @@ class UnfinishedMoves {
   Sight See(const std::string& path);
 
   Disk& disk_;
+  Aside& aside_;
   std::vector<Unfinished> moves_;
 };
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
+#include <vector>
 
 #include "intake/retrieval.h"
 #include "lists/completed_list.h"
@@ -25,6 +28,13 @@ class IntakeTwin : public intake::Retrieval, public lists::WorkFigures {
   void RunRetrievalPasses() override { ++retrievals; }
   void TakeWaitingWorkAsSeen() override { ++waitingWorkSeen; }
 };
+
+/// How many of the paths are those of documents that were set aside.
+inline std::size_t SetAside(const std::vector<std::string>& paths) {
+  return static_cast<std::size_t>(std::ranges::count_if(paths, [](const std::string& path) {
+    return path.find("/Rescued/") != path.npos || path.find("/.Rescued ") != path.npos;
+  }));
+}
 
 /// The playback bench with the lists on its disk.
 struct ListsBench : PlaybackBench {

@@ -80,7 +80,6 @@ struct Program::Parts {
   MountedPlaces places;
   FootGate feet{audioPlayer};
   PlaceErrands errands{loop, loop, places, feet};
-  RootLock rootLock{errands, root};
   const std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>();
   SoundMeters meters{measured};
   PatientDisk disk{errands, meters, [this] {
@@ -97,6 +96,8 @@ struct Program::Parts {
   PulseMixer sourceMixer{loop, loop};
   const std::unique_ptr<pedals::SerialPort> serialPort;
   PluginUsbWatcher usbWatcher{errands, store::WorkFolders(disk, root).PedalWatchPath()};
+  /// It gives the lock back by an errand, which looks at the pedals.
+  RootLock rootLock{errands, root};
   shell::Annex annex;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,

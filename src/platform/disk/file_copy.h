@@ -12,7 +12,8 @@
 namespace tavlo::platform {
 
 /// Where a copy comes from. The two ends of one may stand on different file systems, so each is
-/// used by itself.
+/// used by itself, on any thread, one at a time. Each call, and the end of the source, waits for
+/// the disk.
 class CopySource {
  public:
   static constexpr std::size_t kBlock = 256 * 1024;
@@ -33,7 +34,7 @@ class CopySource {
 };
 
 /// Where a copy goes: a new file, which is its owner's alone until it is whole. What was copied so
-/// far stays behind when it fails.
+/// far stays behind when it fails. Used as a source is.
 class CopyTarget {
  public:
   /// The copy is flushed whenever it has grown by `flushedAtOnce`, so that no flush takes long.

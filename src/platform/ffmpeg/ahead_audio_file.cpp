@@ -199,7 +199,7 @@ void AheadAudioFile::Hand(std::unique_ptr<AudioFile> file, std::uint64_t fileSys
 std::set<std::uint64_t> AheadAudioFile::StuckFileSystems() const {
   std::set<std::uint64_t> stuck;
   for (const auto& [fileSystem, reader] : readers_) {
-    if (reader->InCallFor() >= Errands::kPatience) stuck.insert(fileSystem);
+    if (reader && reader->InCallFor() >= Errands::kPatience) stuck.insert(fileSystem);
   }
   return stuck;
 }

@@ -23,6 +23,10 @@ namespace tavlo::platform {
 /// A reader that is stuck is left behind with what it owns. Each file system has at most one: other
 /// documents of the same one wait behind it, and are out of reach once it has been stuck for as
 /// long as an errand may be.
+///
+/// Errands are told apart by mount, since the kernel's list tells that of a path before anything is
+/// asked there. A reader goes by the device number of its file, which the errand that opened it has
+/// asked for: mounts of one file system stall together, and need no second thread.
 class AheadAudioFile : public playback::AudioFile {
  public:
   /// Makes a file that is read where it is called, on one thread at a time. `sign` is called again

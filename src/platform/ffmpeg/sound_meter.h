@@ -8,7 +8,7 @@
 
 namespace tavlo::platform {
 
-/// Measures what FfmpegAudioFile plays.
+/// Measures what FfmpegAudioFile plays. Made on the loop's thread, used on that of its place.
 class SoundMeter : public HeldFileMeter {
  public:
   /// What `measured` remembers is not measured again.
@@ -26,11 +26,11 @@ class SoundMeter : public HeldFileMeter {
   FfmpegAudioFile file_;
 };
 
-/// One for each place. What one of them has measured none of the others measures again.
+/// One for each place, made on the loop's thread. What one of them has measured none of the others
+/// measures again: what they remember has a lock of its own.
 class SoundMeters : public HeldFileMeters {
  public:
-  explicit SoundMeters(
-      std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>())
+  explicit SoundMeters(std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>())
       : measured_(std::move(measured)) {}
 
   std::unique_ptr<HeldFileMeter> Make() override { return std::make_unique<SoundMeter>(measured_); }

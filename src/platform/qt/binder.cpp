@@ -82,6 +82,8 @@ bool Binder::ByHand(const forms::Control& control, std::function<void()> door) {
   });
 }
 
+void Binder::ForgetHands() { loop_.ForgetHands(); }
+
 void Binder::StopByHand(forms::Command& command) {
   if (!ByHand(command, [&command] { command.Press(By::Hand); })) hush_.Silence();
 }

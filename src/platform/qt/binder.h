@@ -57,6 +57,8 @@ class Binder {
   /// The control is then shown again even if nothing came of it, so that the widget does not keep
   /// what the form refused. False when it runs later.
   bool ByHand(const forms::Control& control, std::function<void()> door);
+  /// Forgets what is kept to run later.
+  void ForgetHands();
   /// Presses a key that stops the player. Where that must wait there is silence meanwhile.
   void StopByHand(forms::Command& command);
 

@@ -39,6 +39,8 @@ class QtLoop : public base::Loop, public DescriptorWaits {
   /// Runs what a hand did: at once, or in order when the rule that waits in a breath is over and no
   /// message box is open. False when it was kept for then.
   bool ByHand(std::function<void()> call);
+  /// Forgets what hands did that is kept: they did it with something in view that has gone.
+  void ForgetHands() { hands_.clear(); }
 
   /// Turns the event loop until Quit; returns the code that Quit was given.
   int Run();

@@ -329,7 +329,9 @@ void TableList::ChooseByKey(int row) {
 
 void TableList::OnRow(std::function<void()> door) {
   binder_.ByHand(table_, [this, seen = table_.RowsVersion(), door = std::move(door)] {
-    if (table_.RowsVersion() == seen) door();
+    if (table_.RowsVersion() == seen) return door();
+    // What was done behind this click was meant for the row that it did not choose.
+    binder_.ForgetHands();
   });
 }
 

@@ -7,12 +7,12 @@
 
 namespace tavlo::platform {
 
-/// Measures the sound of files that a walk holds, on the thread of the walk.
+/// Measures the sound of files that walks hold, on the thread of their place and on no other.
 class HeldFileMeter {
  public:
   virtual ~HeldFileMeter() = default;
 
-  /// Reads the file by its handle. Gives signs as it goes on.
+  /// Reads the file by its handle, and waits for the disk. Gives signs as it goes on.
   virtual store::MeasuredSound Measure(const store::HeldFile& held, Errands::Sign& sign) = 0;
 };
 
@@ -21,7 +21,8 @@ class HeldFileMeters {
  public:
   virtual ~HeldFileMeters() = default;
 
-  /// On the loop's thread; the meter is then used on another one, and may outlive this.
+  /// On the loop's thread. The meter is then used on that of its place, ends on either, and may
+  /// outlive this.
   virtual std::unique_ptr<HeldFileMeter> Make() = 0;
 };
 

@@ -55,8 +55,9 @@ void PatientWalk::Ahead::Start(const std::string& folder, Errands::Sign& sign) {
 PatientWalk::Ahead::Looked PatientWalk::Ahead::LookAtFile(Errands::Sign& sign) {
   Looked file{.name = walk->Name(), .readiness = walk->TestReadiness()};
   file.held = walk->Open();
-  const bool free = file.readiness == Readiness::Free || file.readiness == Readiness::FreeReadOnly;
-  file.held.measured = free ? disk->meter->Measure(walk->Open(), sign) : store::MeasuredSound{};
+  // A document with a saved position is listed though it is not ready.
+  const bool opened = file.held.opened == store::DiskResult::Done;
+  file.held.measured = opened ? disk->meter->Measure(walk->Open(), sign) : store::MeasuredSound{};
   file.held.handle = -1;
   walk->CloseFile();
   return file;

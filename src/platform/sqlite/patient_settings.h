@@ -12,9 +12,10 @@
 namespace tavlo::platform {
 
 /// Settings databases on a disk that may stall: what touches a file is an errand, and a call that
-/// gets no answer fails like any other that the disk refuses. The rows are read once, when a
-/// database is opened, so that who looks at them asks nothing of the disk. Lives on the loop's
-/// thread.
+/// gets no answer fails like any other that the disk refuses. The first 64 rows of each table, more
+/// than any of ours has, are read when a database is opened and kept, so that who looks at them
+/// asks nothing of the disk. To read a row behind them is an errand, as every write is: the loop
+/// breathes meanwhile, and the record is empty where no answer comes. Lives on the loop's thread.
 class PatientSettingsDatabases : public store::SettingsDatabases {
  public:
   /// `errands` must outlive it and every database that it opens. `openAccess` is as for

@@ -17,6 +17,10 @@ namespace tavlo::platform {
 /// The watcher library of the root, loaded when the first watch starts. A library that is missing,
 /// or lacks one of the three calls, or cannot be reached, starts no watch. It stays loaded until
 /// the process ends, since it may have threads.
+///
+/// Used on the loop's thread, on which its calls are made, too; they may not wait for a pedal. The
+/// library itself is loaded by an errand, and held in memory as far as the process may, so that no
+/// call of it waits for the root.
 class PluginUsbWatcher : public pedals::UsbWatcher, public WatchedFoot {
  public:
   /// The errands must outlive it.

@@ -8,26 +8,22 @@
 #include <stdexcept>
 #include <thread>
 
+#include "support/held_calls.h"
+#include "support/patience.h"
+
 namespace tavlo::test {
 namespace {
 
 using platform::SideThread;
 using Flag = std::binary_semaphore;
 
-/// Work that tells when it has begun and stands still until it may end.
-struct Stall {
-  Flag begun{0};
-  Flag mayEnd{0};
-};
-
-std::shared_ptr<Stall> Occupy(SideThread& thread) {
-  auto stall = std::make_shared<Stall>();
-  thread.Do([stall] {
-    stall->begun.release();
-    stall->mayEnd.acquire();
-  });
-  stall->begun.acquire();
-  return stall;
+/// Has the thread stand still in its work until the calls are opened.
+std::shared_ptr<HeldCalls> Occupy(SideThread& thread) {
+  auto calls = std::make_shared<HeldCalls>();
+  calls->Shut();
+  thread.Do([calls] { calls->Pass(); });
+  EXPECT_TRUE(calls->AwaitCalls(1));
+  return calls;
 }
 
 TEST(SideThread, WorkIsDoneOnOneOtherThread) {
@@ -40,7 +36,7 @@ TEST(SideThread, WorkIsDoneOnOneOtherThread) {
       *id = std::this_thread::get_id();
       done.release();
     });
-    done.acquire();
+    ASSERT_TRUE(done.try_acquire_for(kPatience));
   }
   EXPECT_EQ(first, second);
   EXPECT_NE(first, std::this_thread::get_id());
@@ -48,26 +44,26 @@ TEST(SideThread, WorkIsDoneOnOneOtherThread) {
 
 TEST(SideThread, WorkThatHasNotBegunGivesWayToWhatIsAskedLater) {
   SideThread thread;
-  const auto stall = Occupy(thread);
+  const auto calls = Occupy(thread);
   Flag done{0};
   bool forgotten = true;
   thread.Do([&forgotten] { forgotten = false; });
   thread.Do([&done] { done.release(); });
-  stall->mayEnd.release();
-  done.acquire();
+  calls->Open();
+  ASSERT_TRUE(done.try_acquire_for(kPatience));
   EXPECT_TRUE(forgotten);
 }
 
 TEST(SideThread, ThreadThatIsStuckIsLeftBehindWithItsWorkAndDoesNothingElseAfterIt) {
   std::optional<SideThread> thread(std::in_place);
-  const auto stall = Occupy(*thread);
+  const auto calls = Occupy(*thread);
   bool done = false;
   const auto held = std::make_shared<int>(0);
   thread->Do([&done, held] { done = true; });
   thread.reset();
   EXPECT_EQ(held.use_count(), 2) << "the thread has ended though its work has not";
-  stall->mayEnd.release();
-  while (held.use_count() > 1) std::this_thread::yield();
+  calls->Open();
+  ASSERT_TRUE(Comes([&] { return held.use_count() == 1; }));
   EXPECT_FALSE(done);
 }
 
@@ -77,9 +73,9 @@ TEST(SideThread, EndOfAnIdleThreadIsTheEndOfAllThatItHeld) {
     SideThread thread;
     Flag done{0};
     thread.Do([&done, held] { done.release(); });
-    done.acquire();
+    ASSERT_TRUE(done.try_acquire_for(kPatience));
   }
-  EXPECT_EQ(held.use_count(), 1);
+  EXPECT_TRUE(Comes([&] { return held.use_count() == 1; }));
 }
 
 TEST(SideThread, WorkThatFailsIsForgottenAndTheNextIsDone) {
@@ -89,10 +85,10 @@ TEST(SideThread, WorkThatFailsIsForgottenAndTheNextIsDone) {
     failing.release();
     throw std::runtime_error("no memory");
   });
-  failing.acquire();
+  ASSERT_TRUE(failing.try_acquire_for(kPatience));
   Flag done{0};
   thread.Do([&done] { done.release(); });
-  done.acquire();
+  ASSERT_TRUE(done.try_acquire_for(kPatience));
 }
 
 }  // namespace

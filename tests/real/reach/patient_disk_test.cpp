@@ -16,6 +16,7 @@
 #include "platform/reach/patient_walk.h"
 #include "reach/stalling_place.h"
 #include "store/folder_walk.h"
+#include "support/patience.h"
 #include "support/temporary_folder.h"
 
 namespace tavlo::test {
@@ -73,34 +74,19 @@ class CountingMeters : public platform::HeldFileMeters {
   const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
 };
 
-/// Folders of which those named with a great first letter may stall.
-class FolderPlaces : public platform::Places {
- public:
-  explicit FolderPlaces(const std::string& root) : root_(root) {}
-
-  platform::Place PlaceOf(const std::string& path) override {
-    const std::string inside = path.starts_with(root_) ? path.substr(root_.size() + 1) : "";
-    return letters_.PlaceOf(inside);
-  }
-
- private:
-  const std::string root_;
-  LetterPlaces letters_;
-};
-
-struct PatientDiskTest : testing::Test {
+/// A disk over folders of which those named with a great first letter may stall.
+struct PatientDiskTest : testing::Test, StallingPlaces {
   PatientDiskTest() {
+    places.Root = folder / "";
     for (const char* name : {"a", "A", "B"}) fs::create_directory(folder / name);
   }
   /// Has the place answer nothing until `call` answers; it is out of reach behind this.
   void Stall(const std::string& place, const StuckCall& call) {
-    loop.NoAnswerComes = true;
-    EXPECT_FALSE(errands.Run(folder / place, call.Work()));
-    loop.NoAnswerComes = false;
+    EXPECT_FALSE(RunInVain(folder / place, call));
   }
   void EndStall(const std::string& place, const StuckCall& call) {
     call.Answer();
-    while (errands.OutOfReach(folder / place)) std::this_thread::yield();
+    AwaitReach(folder / place);
   }
   std::vector<std::string> Names(store::FolderWalk& walk) {
     std::vector<std::string> names;
@@ -110,11 +96,6 @@ struct PatientDiskTest : testing::Test {
   }
 
   const TemporaryFolder folder;
-  WaitingLoop loop;
-  FolderPlaces places{folder.Path()};
-  CountedHush hush;
-  platform::FootGate feet{hush};
-  platform::PlaceErrands errands{loop, loop, places, feet};
   CountingMeters meters;
   platform::PatientDisk disk{errands, meters, [] {}};
 };
@@ -244,7 +225,7 @@ TEST_F(PatientDiskTest, WalkLooksAheadAndNoFurther) {
   const auto walk = disk.Walk(folder / "A/");
   ASSERT_TRUE(walk->Next());
   const auto ahead = static_cast<int>(platform::PatientWalk::kAhead);
-  while (meters.Measured() < ahead) std::this_thread::yield();
+  ASSERT_TRUE(Comes([&] { return meters.Measured() >= ahead; }));
   EXPECT_LE(meters.Measured(), ahead + 1);
 }
 

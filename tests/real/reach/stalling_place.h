@@ -1,34 +1,35 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <poll.h>
 
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <semaphore>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <utility>
 
 #include "platform/reach/foot_gate.h"
 #include "platform/reach/place_errands.h"
 #include "support/counted_hush.h"
+#include "support/held_calls.h"
+#include "support/patience.h"
 #include "support/simulated_loop.h"
 
 namespace tavlo::test {
-
-/// How long an answer may take on a busy machine.
-inline constexpr std::chrono::seconds kAnswerLimit{120};
 
 /// A loop whose time stands while it waits for an answer that will come, and passes at once when
 /// the test says that none will.
 class WaitingLoop : public SimulatedLoop, public platform::DescriptorWaits {
  public:
   bool NoAnswerComes = false;
+  /// What must have come about before time passes without an answer.
+  std::function<void()> BeforeTimePasses = [] {};
 
   bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override {
     Breathe();
+    if (NoAnswerComes) BeforeTimePasses();
     while (!NoAnswerComes && !done()) Sleep();
     const bool came = done();
     if (!came) Busy(limit - Now());
@@ -48,7 +49,7 @@ class WaitingLoop : public SimulatedLoop, public platform::DescriptorWaits {
  private:
   void Sleep() {
     pollfd news{.fd = descriptor_, .events = POLLIN, .revents = 0};
-    constexpr int kLimit = std::chrono::milliseconds(kAnswerLimit).count();
+    constexpr auto kLimit = static_cast<int>(kPatience / std::chrono::milliseconds(1));
     if (::poll(&news, 1, kLimit) > 0) return call_();
     throw std::runtime_error("no answer came");
   }
@@ -57,11 +58,15 @@ class WaitingLoop : public SimulatedLoop, public platform::DescriptorWaits {
   std::function<void()> call_;
 };
 
-/// Paths whose first letter says where they stand: small letters can not stall, great ones may.
+/// Paths whose first letter behind `Root` says where they stand: small letters can not stall, great
+/// ones may.
 class LetterPlaces : public platform::Places {
  public:
+  std::string Root;
+
   platform::Place PlaceOf(const std::string& path) override {
-    const char letter = path.empty() ? 'a' : path.front();
+    const bool inside = path.starts_with(Root) && path.size() > Root.size();
+    const char letter = inside ? path[Root.size()] : 'a';
     return {.mount = letter, .mayStall = letter >= 'A' && letter <= 'Z'};
   }
 };
@@ -74,24 +79,23 @@ class ScriptedFoot : public platform::WatchedFoot {
   bool LetGo() override { return OnLook(); }
 };
 
-/// A call that gives no answer until the test lets it.
+/// A call that gives no answer until the test lets it. A copy is the same call.
 class StuckCall {
  public:
+  StuckCall() { calls_->Shut(); }
+
   std::function<void(platform::Errands::Sign&)> Work() const {
-    return [shared = shared_](platform::Errands::Sign&) {
-      shared->begun.release();
-      shared->answer.acquire();
-    };
+    return [calls = calls_](platform::Errands::Sign&) { calls->Pass(); };
   }
-  void AwaitBegin() const { shared_->begun.acquire(); }
-  void Answer() const { shared_->answer.release(); }
+  void AwaitBegin() const {
+    if (!calls_->AwaitCalls(1)) throw std::runtime_error("a call has not begun");
+  }
+  void Answer() const { calls_->Open(); }
+  /// Who has a part in the call: each copy, and each work that was not let go of.
+  long Owners() const { return calls_.use_count(); }
 
  private:
-  struct Shared {
-    std::counting_semaphore<> begun{0};
-    std::counting_semaphore<> answer{0};
-  };
-  std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
+  std::shared_ptr<HeldCalls> calls_ = std::make_shared<HeldCalls>();
 };
 
 /// Errands for places that stall when a test wants them to.
@@ -103,9 +107,17 @@ struct StallingPlaces {
     loop.NoAnswerComes = false;
     return ran;
   }
+  /// The same for a call that is the first at its place. It has begun before time passes: one that
+  /// has not is taken back, and its place owes nothing.
+  bool RunInVain(const std::string& path, const StuckCall& call) {
+    loop.BeforeTimePasses = [&call] { call.AwaitBegin(); };
+    const bool ran = RunInVain(path, call.Work());
+    loop.BeforeTimePasses = [] {};
+    return ran;
+  }
   /// Waits until a stuck call has returned.
   void AwaitReach(const std::string& path) {
-    while (errands.OutOfReach(path)) std::this_thread::yield();
+    EXPECT_TRUE(Comes([&] { return !errands.OutOfReach(path); })) << path;
   }
 
   WaitingLoop loop;

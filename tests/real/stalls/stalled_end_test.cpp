@@ -16,7 +16,8 @@
 namespace tavlo::test {
 namespace {
 
-using Silence = StallingMount::Silence;
+/// How a server gives no answer.
+enum class Silence { Stopped, Holding };
 
 /// A program that has left a call behind on a share that gives no answer.
 struct StalledEnd : testing::TestWithParam<Silence>, ScreenUser {
@@ -26,13 +27,17 @@ struct StalledEnd : testing::TestWithParam<Silence>, ScreenUser {
     if (!share->Mount().Fault().empty()) GTEST_SKIP() << share->Mount().Fault();
   }
 
+  void StallTheShare() {
+    if (GetParam() == Silence::Stopped) return share->Mount().Stop();
+    share->Mount().Hold();
+  }
   /// Refreshes the list in vain, and answers the box that says so.
   void LeaveACallBehind(DrivenProgram& program) {
     ASSERT_TRUE(program.Begin());
     ASSERT_TRUE(Until([&] { return program.IsReady() || !program.Box().empty(); }));
     if (!program.Box().empty()) program.AnswerBox();
     ASSERT_TRUE(Until([&] { return program.IsReady(); }));
-    share->Mount().Stall(GetParam());
+    StallTheShare();
     program.Do([&] {
       QMetaObject::invokeMethod(
           qApp, [&] { program.Main().cmdUpdateFileList.Press(forms::By::Hand); },
@@ -76,7 +81,7 @@ TEST_P(StalledEnd, OfTheSessionLeavesNothingThatTheNextStartNeeds) {
 TEST_P(StalledEnd, OfTheProgramLetsTheNextOneStart) {
   StartedProgram first(TAVLO_PROGRAM, home.Path());
   ASSERT_TRUE(Until([&] { return screen.Splash().id != XCB_NONE; }));
-  share->Mount().Stall(GetParam());
+  StallTheShare();
   StartAndExit();
   StartedProgram second(TAVLO_PROGRAM, home.Path());
   StartAndExit();

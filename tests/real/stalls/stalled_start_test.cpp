@@ -35,7 +35,7 @@ struct StalledStart : testing::TestWithParam<const char*>, ScreenUser {
 };
 
 TEST_P(StalledStart, EndsWithABoxAndChangesNothingAndTheNextOneIsAsEver) {
-  share->Mount().Stall();
+  share->Mount().Stop();
   {
     StartedProgram program = Start();
     Answer("Tavlo Deck");

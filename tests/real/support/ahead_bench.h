@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/ffmpeg/ahead_audio_file.h"
-#include "support/errands_here.h"
+#include "support/errands_at_hand.h"
 #include "support/plain_loop.h"
 
 namespace tavlo::test {
@@ -30,7 +30,7 @@ struct AheadBench {
   }
 
   PlainLoop loop;
-  ErrandsHere errands;
+  ErrandsAtHand errands;
   int Told = 0;
   int LateBlocks = 0;
   platform::AheadAudioFile file;

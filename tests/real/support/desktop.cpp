@@ -1,6 +1,7 @@
 #include "support/desktop.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -157,6 +158,7 @@ Desktop::~Desktop() {
 }
 
 void Desktop::KillScreen() {
+  ASSERT_GT(screen_, 0) << "there is no screen to kill";
   kill(screen_, SIGKILL);
   waitpid(screen_, nullptr, 0);
   screen_ = -1;

@@ -13,6 +13,8 @@ class ErrandsAtHand : public platform::Errands {
  public:
   /// The next errand gives no answer.
   bool Stalls = false;
+  /// False: the place is out of reach, though nothing was left behind there.
+  bool PlacesAnswer = true;
   int Asked = 0;
   int Signs = 0;
 
@@ -26,7 +28,7 @@ class ErrandsAtHand : public platform::Errands {
     Do(work);
     return true;
   }
-  bool OutOfReach(const std::string&) override { return static_cast<bool>(behind_); }
+  bool OutOfReach(const std::string&) override { return !PlacesAnswer || behind_; }
 
   /// The stall is over, and what was left behind is done after all.
   void ComeBack() {

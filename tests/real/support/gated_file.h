@@ -2,39 +2,19 @@
 
 #include <algorithm>
 #include <atomic>
-#include <condition_variable>
 #include <limits>
 #include <memory>
-#include <mutex>
 #include <stdexcept>
 #include <thread>
 
 #include "playback/audio_objects.h"
-#include "support/plain_loop.h"
+#include "support/held_calls.h"
 
 namespace tavlo::test {
 
-/// The daemon of a mount that a test stops: calls that come while it is stopped wait.
-class Gate {
+/// The daemon of a mount that a test stops: calls that come while it is shut wait.
+class Gate : public HeldCalls {
  public:
-  void Shut() { Set(true); }
-  void Open() { Set(false); }
-  /// Where a call goes to the disk.
-  void Pass() {
-    std::unique_lock lock(mutex_);
-    ++Calls;
-    ++inside_;
-    changed_.notify_all();
-    changed_.wait(lock, [this] { return !shut_; });
-    --inside_;
-  }
-  /// Waits until so many calls stand at the gate; false when they never come.
-  bool AwaitCalls(int waiting) {
-    std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, kPatience, [&] { return inside_ == waiting; });
-  }
-
-  std::atomic<int> Calls = 0;
   /// From this sample on a file cannot be read.
   std::atomic<playback::SampleCount> ReadableTo = std::numeric_limits<int>::max();
   std::atomic<bool> CallsThrow = false;
@@ -42,18 +22,6 @@ class Gate {
   /// Files that were closed on the thread that made this gate.
   std::atomic<int> ClosedByTheLoop = 0;
   const std::thread::id Loop = std::this_thread::get_id();
-
- private:
-  void Set(bool shut) {
-    const std::lock_guard lock(mutex_);
-    shut_ = shut;
-    changed_.notify_all();
-  }
-
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  bool shut_ = false;
-  int inside_ = 0;
 };
 
 /// Ten minutes of sound in which each sample has its own number, behind a gate for whatever is

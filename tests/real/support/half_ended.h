@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -21,24 +22,30 @@ class HalfEnded {
   HalfEnded(const std::function<void()>& begin, const std::function<void()>& last) {
     std::array<int, 2> wires{};
     if (::pipe2(wires.data(), O_CLOEXEC) != 0) std::abort();
-    const int process = ::fork();
+    const pid_t process = ::fork();
     if (process == 0) {
       begin();
-      const auto stuck = static_cast<int>(::syscall(SYS_clone, CLONE_FILES | SIGCHLD, 0, 0, 0, 0));
+      const auto stuck =
+          static_cast<pid_t>(::syscall(SYS_clone, CLONE_FILES | SIGCHLD, 0, 0, 0, 0));
       while (stuck == 0) ::pause();
       const bool told = ::write(wires[1], &stuck, sizeof stuck) == sizeof stuck;
       last();
       ::_exit(told ? 0 : 1);
     }
-    if (::read(wires[0], &stuck_, sizeof stuck_) != sizeof stuck_) std::abort();
-    for (const int end : wires) ::close(end);
-    ::waitpid(process, nullptr, 0);
+    ::close(wires[1]);
+    const bool told = ::read(wires[0], &stuck_, sizeof stuck_) == sizeof stuck_;
+    ::close(wires[0]);
+    if (process > 0) ::waitpid(process, nullptr, 0);
+    EXPECT_TRUE(told && stuck_ > 0) << "there is no process that goes on";
   }
-  ~HalfEnded() { ::kill(stuck_, SIGKILL); }
+  ~HalfEnded() {
+    // A process that was never there is -1, and to kill that would end every process of the user.
+    if (stuck_ > 0) ::kill(stuck_, SIGKILL);
+  }
   HalfEnded(const HalfEnded&) = delete;
 
  private:
-  int stuck_ = 0;
+  pid_t stuck_ = -1;
 };
 
 }  // namespace tavlo::test

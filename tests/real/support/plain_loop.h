@@ -7,11 +7,9 @@
 
 #include "base/loop.h"
 #include "platform/wake/descriptor_waits.h"
+#include "support/patience.h"
 
 namespace tavlo::test {
-
-/// How long any news may take on a busy machine.
-inline constexpr base::Duration kPatience = std::chrono::seconds(120);
 
 /// A loop on the real clock and without a toolkit: it sleeps until the next timer is due or a
 /// descriptor that it waits for can be read.

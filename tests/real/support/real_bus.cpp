@@ -1,6 +1,7 @@
 #include "support/real_bus.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -31,6 +32,9 @@ bool RealBus::StartService(const std::string& name, const std::string& path) con
   return std::system(command.c_str()) == 0;
 }
 
-void RealBus::Freeze() { ::kill(-daemon_.Process(), SIGSTOP); }
+void RealBus::Freeze() {
+  ASSERT_TRUE(daemon_.Running()) << "there is no bus to freeze";
+  ::kill(-daemon_.Process(), SIGSTOP);
+}
 
 }  // namespace tavlo::test

@@ -4,6 +4,9 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fuse3/fuse.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -16,26 +19,39 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <fstream>
 #include <memory>
+#include <new>
 #include <utility>
+
+#include "support/patience.h"
 
 namespace tavlo::test {
 namespace {
 
-constexpr int kHold = SIGUSR1;
-constexpr int kLetGo = SIGUSR2;
 constexpr useconds_t kMomentInHold = 5000;
 
-/// Set by the signals, which are given nothing but themselves.
-std::atomic<bool> holds = false;
+/// What the server knows while it serves.
+struct Served {
+  std::string source;
+  const std::atomic<bool>& holds;
+};
 
-void HearSignal(int signal) { holds = signal == kHold; }
+/// A flag that this process has in common with those that it forks.
+std::atomic<bool>* MakeSharedFlag() {
+  void* const memory = ::mmap(nullptr, sizeof(std::atomic<bool>), PROT_READ | PROT_WRITE,
+                              MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) std::abort();
+  return new (memory) std::atomic<bool>(false);
+}
 
 /// Where a path of the mount stands behind it. Every call begins with this, so it is here that one
 /// is held.
 std::string Behind(const char* path) {
-  while (holds) ::usleep(kMomentInHold);
-  return *static_cast<const std::string*>(fuse_get_context()->private_data) + path;
+  const auto& served = *static_cast<const Served*>(fuse_get_context()->private_data);
+  while (served.holds) ::usleep(kMomentInHold);
+  return served.source + path;
 }
 
 int ResultOf(int call) { return call == 0 ? 0 : -errno; }
@@ -184,14 +200,37 @@ fuse_operations Operations() {
   return calls;
 }
 
+/// Asked of the kernel's list, for whoever was forked by the test is no parent that could wait.
+bool IsStopped(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  std::string line;
+  std::getline(file, line);
+  return line.find(") T ") != std::string::npos;
+}
+
+void Unmount(const std::string& point) {
+  if (::umount2(point.c_str(), MNT_DETACH) == 0) return;
+  // A plain user may have it done by this program alone.
+  std::array<std::string, 4> words{"fusermount3", "-u", "-z", point};
+  std::array<char*, 5> arguments{words[0].data(), words[1].data(), words[2].data(), words[3].data(),
+                                 nullptr};
+  pid_t program = -1;
+  int status = -1;
+  if (::posix_spawnp(&program, arguments[0], nullptr, nullptr, arguments.data(), environ) == 0) {
+    ::waitpid(program, &status, 0);
+  }
+  EXPECT_EQ(status, 0) << point << " stays mounted";
+}
+
 }  // namespace
 
 StallingMount::StallingMount(std::string source, std::string point)
-    : source_(std::move(source)), point_(std::move(point)) {
+    : source_(std::move(source)), point_(std::move(point)), holds_(MakeSharedFlag()) {
   std::array<int, 2> ready{};
   if (::pipe2(ready.data(), O_CLOEXEC) != 0) std::abort();
   server_ = ::fork();
   if (server_ == 0) Serve(ready[1]);
+  EXPECT_GT(server_, 0) << "no server can be forked";
   ::close(ready[1]);
   char answer = 0;
   if (::read(ready[0], &answer, 1) != 1) fault_ = "nothing can be mounted here by FUSE";
@@ -199,36 +238,51 @@ StallingMount::StallingMount(std::string source, std::string point)
 }
 
 StallingMount::~StallingMount() {
-  ::kill(server_, SIGKILL);
-  ::waitpid(server_, nullptr, 0);
-  ::umount2(point_.c_str(), MNT_DETACH);
+  if (server_ > 0) Kill();
+  if (fault_.empty()) Unmount(point_);
+  ::munmap(holds_, sizeof *holds_);
 }
 
 void StallingMount::Serve(int ready) const {
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-  std::signal(kHold, HearSignal);
-  std::signal(kLetGo, HearSignal);
   std::string program = "stalling_mount";
   std::array<char*, 2> arguments{program.data(), nullptr};
   fuse_args options = FUSE_ARGS_INIT(1, arguments.data());
   const fuse_operations calls = Operations();
-  std::string source = source_;
-  fuse* const server = fuse_new(&options, &calls, sizeof calls, &source);
+  Served served{.source = source_, .holds = *holds_};
+  fuse* const server = fuse_new(&options, &calls, sizeof calls, &served);
   const bool mounted = server && fuse_mount(server, point_.c_str()) == 0;
   if (!mounted || ::write(ready, "!", 1) != 1) ::_exit(1);
-  // A signal that only tells to hold ends one turn of the loop.
-  while (fuse_loop(server) != 0) {
-  }
-  ::_exit(0);
+  // One call after the other, so whoever is held or stopped holds up all.
+  ::_exit(fuse_loop(server) == 0 ? 0 : 1);
 }
 
-void StallingMount::Stall(Silence how) {
-  ::kill(server_, how == Silence::Stopped ? SIGSTOP : kHold);
+bool StallingMount::Send(int signal) const {
+  // Without a server this would go to every process of the user.
+  const bool sent = server_ > 0 && ::kill(server_, signal) == 0;
+  EXPECT_TRUE(sent) << "no server of " << point_ << " can be sent the signal " << signal;
+  return sent;
 }
 
-void StallingMount::GoOn() {
-  ::kill(server_, SIGCONT);
-  ::kill(server_, kLetGo);
+void StallingMount::Stop() const {
+  if (!Send(SIGSTOP)) return;
+  EXPECT_TRUE(Comes([this] { return IsStopped(server_); })) << "the server does not stop";
+}
+
+void StallingMount::Hold() const {
+  EXPECT_GT(server_, 0) << "nobody serves " << point_;
+  *holds_ = true;
+}
+
+void StallingMount::GoOn() const {
+  *holds_ = false;
+  Send(SIGCONT);
+}
+
+void StallingMount::Kill() {
+  if (!Send(SIGKILL)) return;
+  ::waitpid(server_, nullptr, 0);
+  server_ = -1;
 }
 
 }  // namespace tavlo::test

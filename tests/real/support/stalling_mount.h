@@ -2,18 +2,15 @@
 
 #include <sys/types.h>
 
+#include <atomic>
 #include <string>
 
 namespace tavlo::test {
 
 /// A folder that a program serves, as the folders of a file server are: what is asked of it may get
-/// no answer. Needs the right to mount. The program ends with this object, and with the test.
+/// no answer. The program ends with this object, and with the test.
 class StallingMount {
  public:
-  /// How answers stay out. To a program that is stopped nothing gets through, and whoever waits for
-  /// it can be killed; one that has taken a call and does not answer keeps even the dead.
-  enum class Silence { Stopped, Holding };
-
   /// Shows what stands in `source` at `point`, both of which stand already.
   StallingMount(std::string source, std::string point);
   /// Takes the mount away; who waits for an answer gets none.
@@ -22,17 +19,28 @@ class StallingMount {
 
   /// Empty when the mount stands, else why it does not.
   const std::string& Fault() const { return fault_; }
+  /// Where the mount is, and the folder that it shows.
+  const std::string& Path() const { return point_; }
+  const std::string& Behind() const { return source_; }
 
-  /// From here on nothing is answered. May be called in a process that the test has forked.
-  void Stall(Silence how = Silence::Stopped);
+  /// From when one of these returns nothing is answered. To a program that is stopped nothing gets
+  /// through, and whoever waits for it can be killed; one that has taken a call and holds it keeps
+  /// even the dead. Both may be called in a process that the test has forked.
+  void Stop() const;
+  void Hold() const;
   /// All that was asked meanwhile is answered, and whatever comes.
-  void GoOn();
+  void GoOn() const;
+  /// Each call on the mount fails from here on.
+  void Kill();
 
  private:
-  void Serve(int ready) const;
+  [[noreturn]] void Serve(int ready) const;
+  /// False, and a failure of the test, when there is no server to be sent a signal.
+  bool Send(int signal) const;
 
   const std::string source_;
   const std::string point_;
+  std::atomic<bool>* const holds_;  ///< Shared with the server and all that the test forks.
   pid_t server_ = -1;
   std::string fault_;
 };

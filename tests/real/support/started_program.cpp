@@ -1,6 +1,7 @@
 #include "support/started_program.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/prctl.h>
@@ -32,6 +33,10 @@ bool Enter(const Surroundings& surroundings) {
 StartedProgram::StartedProgram(const std::string& program, const std::string& home,
                                const Surroundings& surroundings)
     : process_(::fork()) {
+  if (process_ < 0) {
+    status_ = 127;
+    ADD_FAILURE() << "no process can be forked for " << program;
+  }
   if (process_ != 0) return;
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   ::setenv("HOME", home.c_str(), 1);

@@ -163,7 +163,9 @@ TEST(FinishingThatStalls, LeavesOneDocumentThatTheNextListShowsWhereItIs) {
   for (const FinishingKey key : {kCompleteKey, kSaveKey, kSkipKey}) {
     StallAtEachOperation(key, [](InWorkOnAShare& desk, const auto& mendAndRefresh) {
       mendAndRefresh();
-      EXPECT_EQ(desk.Places().size(), 1u);
+      const std::size_t aside = SetAside(desk.Places());
+      EXPECT_LE(aside, 1u);
+      EXPECT_EQ(desk.Places().size(), 1 + aside);
       EXPECT_EQ(desk.disk.FilesHolding("sound of " + desk.other).size(), 1u);
       EXPECT_EQ(desk.Listed(), desk.disk.NamesIn(desk.folders.InQueuePath));
     });
