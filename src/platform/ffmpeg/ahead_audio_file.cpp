@@ -91,9 +91,10 @@ OpenResult AheadAudioFile::OpenFile(const std::string& path) {
 }
 
 OpenResult AheadAudioFile::OpenHeldFile(const store::HeldFile& held) {
+  if (held.measured) return TakeMeasured(held);
   const FileIdentity identity{held.inode, held.facts.size, held.facts.stamp};
   const bool opened = held.opened == store::DiskResult::Done;
-  if (!opened || held.measured || measured_->Find(held.path, identity)) {
+  if (!opened || measured_->Find(held.path, identity)) {
     // Nothing is asked of the disk.
     CloseFile();
     Opening opening{.held = true};
@@ -106,6 +107,24 @@ OpenResult AheadAudioFile::OpenHeldFile(const store::HeldFile& held) {
     opening.fileSystem = FileSystemOf(held.handle);
     return file.OpenHeldFile(held);
   });
+}
+
+/// As little as can be is done here: a scan asks this of each of its documents, and only a length is
+/// wanted of them.
+OpenResult AheadAudioFile::TakeMeasured(const store::HeldFile& held) {
+  using Outcome = store::MeasuredSound::Outcome;
+  CloseFile();
+  const store::MeasuredSound& sound = *held.measured;
+  if (sound.outcome == Outcome::ProcessInTrouble) openStatus_ = kProcessInTrouble;
+  if (sound.outcome == Outcome::Unplayable) return OpenResult::Unplayable;
+  if (sound.outcome != Outcome::Opened) return OpenResult::OutOfReach;
+  figures_ = {.playable = true,
+              .samplesPerSecond = sound.samplesPerSecond,
+              .channels = sound.channels,
+              .totalSamples = sound.totalSamples};
+  milliseconds_ =
+      sound.samplesPerSecond > 0 ? sound.totalSamples * 1000 / sound.samplesPerSecond : 0;
+  return OpenResult::Opened;
 }
 
 OpenResult AheadAudioFile::OpenBy(const std::string& path, const Open& open) {

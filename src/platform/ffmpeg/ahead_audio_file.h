@@ -69,6 +69,7 @@ class AheadAudioFile : public playback::AudioFile {
   /// Opens the file, and says on which file system it stands.
   using Open = std::function<playback::OpenResult(playback::AudioFile& file, Opening& opening)>;
 
+  playback::OpenResult TakeMeasured(const store::HeldFile& held);
   playback::OpenResult OpenBy(const std::string& path, const Open& open);
   /// Takes over what an errand has opened.
   playback::OpenResult Accept(Opening& opening);
