@@ -1,5 +1,6 @@
 #include "platform/reach/patient_walk.h"
 
+#include <chrono>
 #include <deque>
 #include <mutex>
 #include <utility>
@@ -10,6 +11,13 @@ namespace tavlo::platform {
 
 using store::DiskResult;
 using store::Readiness;
+
+namespace {
+
+/// A sign that was given so long ago is given again, whatever has come.
+constexpr std::chrono::milliseconds kLongestUntold{200};
+
+}  // namespace
 
 struct PatientWalk::Ahead {
   /// A file that was looked at.
@@ -38,9 +46,13 @@ struct PatientWalk::Ahead {
   Looked LookAtFile(Errands::Sign& sign);
   /// Takes over a file; false when that is enough for now.
   bool Add(Looked file);
-  bool HasNews() {
+  bool HasFiles() {
     const std::lock_guard hold(mutex);
     return !looked.empty() || end;
+  }
+  bool HasBatch() {
+    const std::lock_guard hold(mutex);
+    return looked.size() >= kBatch || rests || end;
   }
 };
 
@@ -72,9 +84,17 @@ bool PatientWalk::Ahead::Add(Looked file) {
 
 void PatientWalk::Ahead::WalkOn(Errands::Sign& sign) {
   const AtHand atHand(*disk, sign);
+  std::size_t untold = 0;
+  auto told = std::chrono::steady_clock::now();
   while (walk->Next()) {
     const bool goesOn = Add(LookAtFile(sign));
-    sign.Give();
+    const auto now = std::chrono::steady_clock::now();
+    if (++untold >= kBatch || now - told >= kLongestUntold) {
+      sign.Give();
+      untold = 0;
+      told = now;
+    }
+    // The end of the errand is told, too.
     if (!goesOn) return;
   }
   const std::lock_guard hold(mutex);
@@ -126,14 +146,11 @@ bool PatientWalk::GiveUp() {
 
 bool PatientWalk::Next() {
   if (over_) return false;
-  if (!ahead_->HasNews()) {
-    if (!walking_ || !errands_.Await(*walking_, [this] { return ahead_->HasNews(); })) {
-      return GiveUp();
-    }
-  }
+  if (!givenUp_ && !ahead_->HasFiles()) givenUp_ = !AwaitFiles();
   {
     const std::lock_guard hold(ahead_->mutex);
     over_ = ahead_->looked.empty();
+    if (over_ && givenUp_) return GiveUp();
     if (over_) {
       end_ = *ahead_->end;
       return false;
@@ -144,8 +161,12 @@ bool PatientWalk::Next() {
     held_ = std::move(next.held);
     ahead_->looked.pop_front();
   }
-  WalkOn();
+  if (!givenUp_) WalkOn();
   return true;
+}
+
+bool PatientWalk::AwaitFiles() {
+  return walking_ && errands_.Await(*walking_, [this] { return ahead_->HasBatch(); });
 }
 
 DiskResult PatientWalk::SetAttributesNormal() {

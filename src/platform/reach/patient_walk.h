@@ -18,7 +18,9 @@ class PatientWalk : public store::FolderWalk {
  public:
   /// How many files are looked at ahead. More bridge a slower loop, and what stands in them is
   /// older when it is given out.
-  static constexpr std::size_t kAhead = 64;
+  static constexpr std::size_t kAhead = 128;
+  /// The loop waits for so many at once: to wake it takes longer than to look at a file.
+  static constexpr std::size_t kBatch = 32;
 
   /// Lists the folder. The errands must outlive the walk.
   PatientWalk(PlaceErrands& errands, const Place& place, std::shared_ptr<PlaceDisk> disk,
@@ -38,7 +40,8 @@ class PatientWalk : public store::FolderWalk {
  private:
   struct Ahead;
 
-  bool Await(const PlaceErrands::Begun& begun);
+  /// Waits for the next files; false when the folder gives no answer.
+  bool AwaitFiles();
   /// Has the thread go on where it rests though there is room ahead.
   void WalkOn();
   /// Ends the walk where the folder gives no answer.
@@ -51,6 +54,7 @@ class PatientWalk : public store::FolderWalk {
   std::optional<PlaceErrands::Begun> walking_;
   bool started_ = false;
   bool over_ = false;
+  bool givenUp_ = false;  ///< What has been looked at is handed over yet.
   store::WalkEnd end_ = store::WalkEnd::OutOfReach;
 
   std::string name_;
