@@ -57,6 +57,8 @@ Finishing::Finishing(base::Loop& loop, window::MainWindow& window,
 void Finishing::Finish(Way way) {
   // Another list change is inside a wait: it may be about to select something else.
   if (!window_.guards.ListsMayChange()) return;
+  // The settings may keep the place of the player waiting, and the ear must not wait with it.
+  engine_.HushPlay();
   if (form_.frmMain.WindowShape == forms::Shape::Normal) window_.SavePlayerPosition();
   // A document that was clicked earlier and does not show any more must not be taken.
   if (!ChosenDocumentShows()) opening_.SelectedQueueFile.clear();

@@ -37,8 +37,10 @@ void FootPedal::Take(bool left, bool center, bool right) {
 }
 
 bool FootPedal::MayDispatch() const {
-  return (PedalEvent == Pedal::Center && form_.cmdPlay.Enabled) || form_.cmdStop.Enabled;
+  return (PedalEvent == Pedal::Center && form_.cmdPlay.Enabled) || ReleaseStops();
 }
+
+bool FootPedal::ReleaseStops() const { return form_.cmdStop.Enabled; }
 
 void FootPedal::DispatchPedalEvent() {
   switch (PedalEvent) {

@@ -34,6 +34,9 @@ class FootPedal {
   void Take(bool left, bool center, bool right);
   /// True when a pedal may act: a document is in work, or the center pedal may begin one.
   bool MayDispatch() const;
+  /// True when a release of all pedals would be dispatched, and so would stop what sounds. Under a
+  /// preview no pedal acts.
+  bool ReleaseStops() const;
   /// Acts on `PedalEvent`.
   void DispatchPedalEvent();
   /// The pedal that the player believes to be down, as far as a pedal that is polled has told it.

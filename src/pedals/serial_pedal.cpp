@@ -27,6 +27,11 @@ SerialPedal::SerialPedal(base::Loop& loop, forms::ConfigurationForm& config, Foo
 
 SerialPedal::~SerialPedal() { Stop(); }
 
+bool SerialPedal::ReleaseStops() const {
+  // Only a change is dispatched.
+  return pedal_.HeldLast() != Pedal::None && pedal_.ReleaseStops();
+}
+
 bool SerialPedal::IsChosen() const { return config_.txtUSBorSerialFootPedal.Value.Get() == "S"; }
 
 void SerialPedal::TakePort() {

@@ -37,6 +37,9 @@ class SerialPedal : public window::PedalChoice, private base::Listener {
   /// Ends the ticks and gives the port back.
   void Stop();
 
+  /// Whether a release of its pedals, if it came now, would stop what sounds.
+  bool ReleaseStops() const;
+
   bool IsChosen() const;
   /// The port is open and has not gone.
   bool Reads() const { return reads_; }

@@ -47,6 +47,9 @@ class UsbPedal final : private base::Listener {
   /// Ends ticks and watch without a word or a wait.
   void Drop();
 
+  /// Whether a release of its pedals, if it came now, would stop what sounds.
+  bool ReleaseStops() const { return pedal_.ReleaseStops(); }
+
   UsbPresence Presence() { return watcher_.Presence(MyMonitor); }
 
  private:

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "base/loop.h"
 #include "forms/configuration_form.h"
@@ -64,6 +63,9 @@ class AudioEngine {
   void ApplyDocumentVolume();
   void StartPlay();
   void StopPlay();
+  /// Silence at once, for a rule that stops the document after something that may take its time. To
+  /// the rules nothing has happened before that stop.
+  void HushPlay() { player_.Silence(); }
   /// Reads, stretches and queues one block, now or when the file gives it. A fault loses the block
   /// without a word; then nothing more of the run is loaded, and the end that follows was not
   /// heard.

@@ -121,6 +121,9 @@ class AudioPlayer {
   /// Silence within a few milliseconds, without a click; drops the queue. Raises OnTimer once more,
   /// so that the position is where the ear was, before it returns.
   virtual void StopOutput() = 0;
+  /// Silence within a few milliseconds, without a click; the queue and the position stay as they
+  /// are, and no event tells of it. Start, stop and ClearQueue end it.
+  virtual void Silence() = 0;
   virtual void QueueArray(SampleArray block) = 0;
   /// While a request is held open its block comes later than the handler returns, and a queue that
   /// has run dry is a gap: no OnEndPlay comes. Start, stop and ClearQueue close it.

@@ -100,17 +100,29 @@ Moved FileMoves::MoveAcross(const std::string& source, const std::string& target
     DropCopy(move, copy.result);
     return {.result = copy.result};
   }
+  move.copied = copy.facts;
+  // The session may end in a breath of what follows, and then begins the same move anew.
+  unfinished_.Add(move);
   Moved moved = RenameOver(copy.path, target, inTheWay);
   if (moved.result != DiskResult::Done && moved.result != DiskResult::OutOfReach) {
+    unfinished_.Forget(move);
+    move.copied.reset();
     DropCopy(move, moved.result);
     return moved;
   }
   // The source must not go before the new name is sure to stay.
   if (moved.result == DiskResult::Done) moved.result = disk_.FlushFolder(FolderOf(target));
-  move.deletes = moved.result == DiskResult::Done;
-  if (move.deletes) moved.result = disk_.Delete(source);
-  move.copied = copy.facts;
-  if (moved.result == DiskResult::OutOfReach) unfinished_.Add(move);
+  if (moved.result == DiskResult::Done) {
+    unfinished_.Forget(move);
+    move.deletes = true;
+    unfinished_.Add(move);
+    moved.result = disk_.Delete(source);
+  }
+  if (moved.result == DiskResult::OutOfReach) {
+    spentNames_.insert(copy.path);
+  } else {
+    unfinished_.Forget(move);
+  }
   return moved;
 }
 
@@ -119,7 +131,9 @@ void FileMoves::DropCopy(const UnfinishedMoves::Unfinished& move, DiskResult why
   if (move.copy.empty()) return;
   const bool goesLater =
       why == DiskResult::OutOfReach || disk_.Delete(move.copy) == DiskResult::OutOfReach;
-  if (goesLater) unfinished_.Add(move);
+  if (!goesLater) return;
+  spentNames_.insert(move.copy);
+  unfinished_.Add(move);
 }
 
 /// Copies the source under a name of our own into the target's folder and makes sure that all of it
@@ -143,15 +157,14 @@ FileMoves::Copied FileMoves::CopyBeside(const std::string& source, const std::st
 FileMoves::Copied FileMoves::CopyToFreeName(const std::string& source, const std::string& folder) {
   for (int number = 1; number <= kMostOfOneName; ++number) {
     const std::string path = folder + NumberedName(kHalfCopyName, number);
-    DiskResult copied = disk_.Copy(source, path);
-    // Only this program moves files in its own tree, so what stands there is left from a crash or
-    // from a move that was given up.
-    if (copied == DiskResult::AlreadyThere && IsInOurTree(folder)) {
-      const DiskResult cleared = disk_.Delete(path);
-      if (cleared == DiskResult::OutOfReach) return {.result = cleared};
-      if (cleared == DiskResult::Done) copied = disk_.Copy(source, path);
-    }
+    if (spentNames_.contains(path)) continue;
+    const DiskResult copied = disk_.Copy(source, path);
     if (copied != DiskResult::AlreadyThere) return {.result = copied, .path = path};
+    // Only this program moves files in its own tree, so what stands there is left from a crash. A
+    // call of that time may still come.
+    if (!IsInOurTree(folder)) continue;
+    spentNames_.insert(path);
+    if (disk_.Delete(path) == DiskResult::OutOfReach) return {.result = DiskResult::OutOfReach};
   }
   return {.result = DiskResult::AlreadyThere};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -42,8 +43,10 @@ enum class InTheWay { GoesToRescue, Stays };
 ///
 /// A step that is out of reach is the last one: it may happen late, so it is not repeated, and no
 /// rescue, no delete and no other try follows on it. A copy that a move so left behind beside its
-/// target or at it is taken back by the next list or move once the folders answer, or by the next
-/// move that copies into the folder, as after a crash. On the loop's thread.
+/// target or at it is taken back by the next list or move once the folders answer; one that a crash
+/// left beside its target, by the next move that comes upon its name. A move that is begun anew in
+/// a breath of itself, as the end of the session does, takes back what it has made so far. On the
+/// loop's thread.
 class FileMoves : private UnfinishedMoves::Aside {
  public:
   FileMoves(Disk& disk, const WorkFolders& folders)
@@ -86,7 +89,7 @@ class FileMoves : private UnfinishedMoves::Aside {
     FileFacts facts = {};   ///< Of the copy, once it is Done.
   };
   Copied CopyBeside(const std::string& source, const std::string& target);
-  /// Gives the copy the first name of our own that is free in the folder.
+  /// Gives the copy the first name of our own that is free in the folder and not spent.
   Copied CopyToFreeName(const std::string& source, const std::string& folder);
   void DropCopy(const UnfinishedMoves::Unfinished& move, DiskResult why);
   DiskResult Rename(const std::string& from, const std::string& to);
@@ -97,6 +100,9 @@ class FileMoves : private UnfinishedMoves::Aside {
   Disk& disk_;
   const WorkFolders& folders_;
   UnfinishedMoves unfinished_;
+  /// Full paths of copies that a late call may still reach: a rename that comes late must not catch
+  /// the copy of another move, half made as it is.
+  std::set<std::string> spentNames_;
 };
 
 /// The n-th choice of a name: the name itself, then "name (2)", "name (3)" and so on, the number

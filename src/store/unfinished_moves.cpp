@@ -2,8 +2,18 @@
 
 namespace tavlo::store {
 
+void UnfinishedMoves::Forget(const Unfinished& move) {
+  std::erase_if(moves_, [&move](const Unfinished& other) {
+    return other.source == move.source && other.copy == move.copy;
+  });
+}
+
 void UnfinishedMoves::TakeBack() {
-  std::erase_if(moves_, [this](Unfinished& move) { return TakenBack(move); });
+  // What is asked for here may add to the moves, or take some back in its breath.
+  const std::vector<Unfinished> moves = moves_;
+  for (const Unfinished& move : moves) {
+    if (TakenBack(move)) Forget(move);
+  }
 }
 
 void UnfinishedMoves::MayStandAt(const std::string& from, const std::string& to) {
@@ -17,7 +27,7 @@ void UnfinishedMoves::MayStandAt(const std::string& from, const std::string& to)
   moves_.insert(moves_.end(), there.begin(), there.end());
 }
 
-bool UnfinishedMoves::TakenBack(Unfinished& move) {
+bool UnfinishedMoves::TakenBack(const Unfinished& move) {
   if (disk_.OutOfReach(move.source) || disk_.OutOfReach(move.target)) return false;
   const Sight source = See(move.source);
   const Sight copy = See(move.copy);
@@ -26,9 +36,12 @@ bool UnfinishedMoves::TakenBack(Unfinished& move) {
   if (!source.facts) return false;
   if (source.facts != move.before) return true;
   if (copy.facts) {
+    if (disk_.Delete(move.copy) != DiskResult::OutOfReach) return true;
     // It was not renamed, so what stands at the target is another document.
-    move.copied.reset();
-    return disk_.Delete(move.copy) != DiskResult::OutOfReach;
+    for (Unfinished& other : moves_) {
+      if (other.copy == move.copy) other.copied.reset();
+    }
+    return false;
   }
   if (!move.copied) return true;
   const Sight target = See(move.target);

@@ -2,19 +2,20 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "store/disk.h"
 
 namespace tavlo::store {
 
-/// Moves across file systems that were given up in the middle, because a folder gave no answer.
-/// What was asked last may happen late, so a document may then stand twice: where it was, and as a
-/// copy on its way or at its end. Nobody was told that it has moved, so it is the copy that goes
-/// again, once both folders answer and the document is seen to stand where it was, unchanged. Where
-/// it has gone from there the copy is the document, and stays. Where the delete of the document was
-/// asked for the copy is set aside instead of deleted: from a mount that was replaced meanwhile
-/// that delete may still be on its way. On the loop's thread.
+/// Moves across file systems that are under way, or were given up in the middle because a folder
+/// gave no answer. What was asked last may happen late, so a document may then stand twice: where
+/// it was, and as a copy on its way or at its end. Nobody was told that it has moved, so it is the
+/// copy that goes again, once both folders answer and the document is seen to stand where it was,
+/// unchanged. Where it has gone from there the copy is the document, and stays. Where the delete of
+/// the document was asked for the copy is set aside instead of deleted: from a mount that was
+/// replaced meanwhile that delete may still be on its way. On the loop's thread.
 class UnfinishedMoves {
  public:
   /// Puts what stands at a path where nobody takes it for a document.
@@ -36,6 +37,8 @@ class UnfinishedMoves {
     bool deletes = false;  ///< The delete of the source was asked for.
   };
   void Add(Unfinished move) { moves_.push_back(std::move(move)); }
+  /// Nothing of the move is left to be taken back.
+  void Forget(const Unfinished& move);
 
   /// Takes back what can be taken back now. What is out of reach still waits for the next call.
   void TakeBack();
@@ -44,7 +47,7 @@ class UnfinishedMoves {
 
  private:
   /// True when nothing is left to do.
-  bool TakenBack(Unfinished& move);
+  bool TakenBack(const Unfinished& move);
 
   struct Sight {
     bool certain = false;

@@ -116,6 +116,7 @@ std::string Day::Look() {
   if (wrong.empty()) wrong = desk_.hearing.TakeFault();
   if (wrong.empty()) wrong = typist_.TookWrongly();
   if (wrong.empty()) wrong = typist_.WaitedTooLong();
+  if (wrong.empty()) wrong = desk_.TakeSilence();
   if (wrong.empty()) wrong = typist_.DisobeyedPedal();
   if (wrong.empty()) wrong = typist_.DisobeyedMixer();
   if (!wrong.empty()) trace_.Note(Described(desk_));

@@ -11,6 +11,8 @@ constexpr forms::Twips kAboveContent = 840;
 /// No rule needs as much within one moment.
 constexpr int kMostChangesInAMoment = 200'000;
 constexpr int kMostBoxes = 8;
+/// In so long a document that plays is heard on, at any speed and from any block to the next.
+constexpr base::Duration kHeardOn = std::chrono::seconds{1};
 
 bool MayHaveHappened(DiskResult result) {
   return result == DiskResult::Done || result == DiskResult::OutOfReach;
@@ -24,6 +26,13 @@ void WatchedLoop::TimersChanged() {
     changesInThisMoment_ = 0;
   }
   if (++changesInThisMoment_ > kMostChangesInAMoment) throw Storm{"The time stands still."};
+}
+
+bool WatchedLoop::BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) {
+  const std::function<void()> look = OnWait ? OnWait() : nullptr;
+  const bool came = SimulatedLoop::BreatheUntil(done, limit);
+  if (look) look();
+  return came;
 }
 
 base::Reply WatchedLoop::ShowBox(const base::MessageBox& box) {
@@ -77,6 +86,7 @@ Desk::Desk(const Conditions& conditions) {
     hearing.Renamed(from, to);
     if (OnGone) OnGone(from, to);
   };
+  loop.OnWait = [this] { return FollowTheEar(); };
   mixer.Devices = {{{.name = "Output"}, {.name = "Tavlo Deck"}, {.name = "Microphone"}},
                    {{.name = "Headset", .volume = 20'000}}};
   if (conditions.freshRoot) {
@@ -123,6 +133,17 @@ void Desk::WatchFeetAndWinds() {
         &Rooms()->usbPedal.TmrHIDRead}) {
     timer->OnTick = [this, tick = timer->OnTick] { Choose(tick); };
   }
+}
+
+std::function<void()> Desk::FollowTheEar() {
+  if (!player.IsRunning() || !player.Connected) return nullptr;
+  return [this, begun = loop.Now(), heard = player.PlayedSamples(), starts = player.Starts,
+          stops = player.Stops, clears = player.Clears] {
+    const bool sameRun =
+        player.Starts == starts && player.Stops == stops && player.Clears == clears;
+    if (!sameRun || loop.Now() - begun < kHeardOn || player.PlayedSamples() > heard) return;
+    silence_ = "What plays stands still while a folder gives no answer.";
+  };
 }
 
 void Desk::Choose(const std::function<void()>& act) {

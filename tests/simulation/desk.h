@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "shell/deck.h"
 #include "simulation/conditions.h"
@@ -27,7 +28,10 @@ class WatchedLoop : public test::SimulatedLoop {
   std::function<Answer(const base::MessageBox&)> OnBox;
   /// Runs once a box has closed, before the rule that asked goes on.
   std::function<void(const base::MessageBox&, base::Reply)> OnAnswered;
+  /// Runs when the program begins to wait for an answer; what it gives runs when that is over.
+  std::function<std::function<void()>()> OnWait;
 
+  bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
   void TimersChanged() override;
 
  protected:
@@ -110,6 +114,9 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
   test::SimulatedDatabase* Settings();
   /// Lets a hand or a foot act; where that puts the position, it was chosen.
   void Choose(const std::function<void()>& act);
+  /// The empty text, or that a document which played stood still while the program waited for an
+  /// answer of some folder.
+  std::string TakeSilence() { return std::exchange(silence_, ""); }
   /// The first refresh is done and nothing has ended the program.
   bool AtWork();
 
@@ -119,7 +126,10 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
  private:
   void ProvideShare();
   void WatchFeetAndWinds();
+  /// Remembers where the ear is; what it gives looks at where it has come to.
+  std::function<void()> FollowTheEar();
 
+  std::string silence_;
   bool sessionEnds_ = false;
   shell::Annex annex_;
   std::optional<shell::Deck> deck_;

@@ -1,7 +1,5 @@
 #include "simulation/ledger.h"
 
-#include <cstdio>
-
 #include "simulation/trace.h"
 
 namespace tavlo::simulation {

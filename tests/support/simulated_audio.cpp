@@ -169,6 +169,7 @@ bool SimulatedPlayer::StartOutput() {
   heard_ = 0;
   endRaised_ = false;
   requestOpen_ = false;
+  hushed_ = false;
   freshQueue_ = true;
   running_ = status_ >= 0;
   playedUpTo_ = loop_.Now();
@@ -184,8 +185,15 @@ void SimulatedPlayer::StopOutput() {
   if (OnTimer) OnTimer(PlayedSamples(), Level, Level);
   running_ = false;
   requestOpen_ = false;
+  hushed_ = false;
   feed_.Stop();
   queue_.clear();
+}
+
+void SimulatedPlayer::Silence() {
+  if (!running_) return;
+  TakeHeard();
+  hushed_ = true;
 }
 
 void SimulatedPlayer::QueueArray(SampleArray block) {
@@ -202,6 +210,7 @@ void SimulatedPlayer::ClearQueue() {
   queue_.clear();
   endRaised_ = false;
   requestOpen_ = false;
+  hushed_ = false;
   freshQueue_ = true;
   heard_ = 0;
 }
@@ -244,7 +253,7 @@ void SimulatedPlayer::TakeHeard() {
   // What a busy loop let pass beyond the queued blocks was silence and is not heard time.
   double passed = Seconds(loop_.Now() - playedUpTo_) * rate_;
   playedUpTo_ = loop_.Now();
-  if (!Connected) return;
+  if (!Connected || hushed_) return;
   for (Playing& next : queue_) {
     const auto samples = static_cast<double>(next.block.Samples());
     const double played = std::min(passed, samples - next.played);

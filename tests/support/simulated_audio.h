@@ -141,6 +141,7 @@ class SimulatedPlayer : public playback::AudioPlayer {
   void SetOutputFormat(int samplesPerSecond, int channels) override;
   bool StartOutput() override;
   void StopOutput() override;
+  void Silence() override;
   void QueueArray(SampleArray block) override;
   void HoldRequestOpen(bool open) override { requestOpen_ = open; }
   void ClearQueue() override;
@@ -191,6 +192,7 @@ class SimulatedPlayer : public playback::AudioPlayer {
   bool running_ = false;
   bool endRaised_ = false;
   bool requestOpen_ = false;
+  bool hushed_ = false;
   bool freshQueue_ = false;  ///< No feed has looked at the queue since it was emptied.
   int rate_ = 8000;
   int channels_ = 1;

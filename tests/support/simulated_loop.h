@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <functional>
-#include <string>
 #include <vector>
 
 #include "base/loop.h"

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <cstdlib>
-#include <optional>
 #include <utility>
 
 #include "platform/beside/side_thread.h"
@@ -45,13 +44,18 @@ constexpr PlainFile::Accepted kPromptFiles{.links = Links::Followed,
 struct Program::Parts {
   Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port)
       : application(argc, argv), serialPort(port ? std::move(port) : MachinePort()) {
-    feet.Watch(usbWatcher);
+    // The watch and the port end with the rooms, and nobody lets go of them after that.
+    feet.Watch(usbWatcher, [this] { return deck.Built()->usbPedal.ReleaseStops(); });
   }
 
   std::unique_ptr<pedals::SerialPort> MachinePort() {
     auto machine = std::make_unique<PosixSerialPort>();
-    feet.Watch(*machine);
+    feet.Watch(*machine, [this] { return deck.Built()->serialPedal.ReleaseStops(); });
     return machine;
+  }
+
+  void Breathe() {
+    if (!sessionEnds) loop.Breathe();
   }
 
   /// From here on nothing breathes any more: the screen may be gone, and with it the toolkit.
@@ -82,12 +86,10 @@ struct Program::Parts {
   PlaceErrands errands{loop, loop, places, feet};
   const std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>();
   SoundMeters meters{measured};
-  PatientDisk disk{errands, meters, [this] {
-                     if (!sessionEnds) loop.Breathe();
-                   }};
+  PatientDisk disk{errands, meters, [this] { Breathe(); }};
   PatientSettingsDatabases databases{
       errands, store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
-  AheadAudioFile audioFile{loop, errands, [this] { loop.Breathe(); }, measured};
+  AheadAudioFile audioFile{loop, errands, [this] { Breathe(); }, measured};
   SoundTouchTransform audioTransform;
   SideThread promptThread;
   PromptVoice promptVoice{loop, audioPlayer,

@@ -120,6 +120,28 @@ TEST_F(FinishingOutOfReach, EndOfTheSessionInTheMiddleAsksForNothingTwice) {
   }
 }
 
+TEST_F(FinishingOutOfReach, KeyIsSilenceAtOnceThoughThePlaceOfThePlayerIsLongInBeingStored) {
+  for (const FinishingKey key : {kCompleteKey, kSaveKey, kSkipKey}) {
+    InWorkOnAShare desk;
+    desk.form.cmdPlay.Press(By::Hand);
+    desk.loop.Advance(1s);
+    const SampleCount heard = desk.player.PlayedSamples();
+    ASSERT_GT(heard, 0);
+    desk.form.cmdComplete.Enabled = true;
+    desk.form.frmMain.Left = 4321;
+    int stored = 0;
+    desk.form.txtPlayerLeft.OnChange = [&] {
+      ++stored;
+      desk.loop.BreatheUntil([] { return false; }, desk.loop.Now() + 5s);
+      EXPECT_EQ(desk.player.PlayedSamples(), heard);
+      EXPECT_TRUE(desk.engine.IsPlaying) << "its rule stops it later";
+    };
+    desk.Press(key);
+    EXPECT_EQ(stored, 1);
+    EXPECT_FALSE(desk.player.IsRunning());
+  }
+}
+
 TEST_F(FinishingOutOfReach, KeysWorkAgainOnceTheFolderAnswers) {
   Press(kCompleteKey);
   disk.Places.Resume(folders.InQueuePath, Late::Fails);

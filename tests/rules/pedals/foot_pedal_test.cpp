@@ -57,6 +57,14 @@ TEST_F(FootPedalTest, CenterPedalPlaysWhileItIsDown) {
   EXPECT_NEAR(Second(), 3.0, 0.1);
 }
 
+TEST_F(FootPedalTest, ReleaseStopsADocumentInWorkAndNoPreview) {
+  ASSERT_EQ(preview.Start(), playback::Primed::Yes);
+  ASSERT_TRUE(engine.IsPlaying);
+  EXPECT_FALSE(pedal.ReleaseStops());
+  Dispatch(Pedal::Center);
+  EXPECT_TRUE(pedal.ReleaseStops());
+}
+
 TEST_F(FootPedalTest, CenterPedalIsRefusedWhileADocumentIsMoved) {
   const window::ListTransition moving(window.guards);
   Dispatch(Pedal::Center);

@@ -45,6 +45,15 @@ TEST_P(SerialPedalTest, NoPortIsOpenedForAUsbPedal) {
   EXPECT_FALSE(serial.tmrSerialFootPedal.Enabled());
 }
 
+TEST_P(SerialPedalTest, ReleaseStopsOnlyWhatAPressOfItHasBegun) {
+  ChooseSerial();
+  Hold({.DSRHolding = true});
+  EXPECT_TRUE(serial.ReleaseStops());
+  Hold({});
+  Play();
+  EXPECT_FALSE(serial.ReleaseStops()) << "a hand has begun it";
+}
+
 TEST_P(SerialPedalTest, NumberOfThePortIsNormalizedAndOpenedOnce) {
   config.txtUSBorSerialFootPedal.Value = "S";
   config.txtSerialFootPedalComPort.Value = "01st";

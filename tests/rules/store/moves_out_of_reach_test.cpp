@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "store/file_moves.h"
@@ -17,6 +19,22 @@ using store::DiskResult;
 using store::InTheWay;
 using Late = SimulatedPlaces::Late;
 using Names = std::vector<std::string>;
+
+/// Whatever is looked at of some paths fails, and says nothing of what stands there.
+class DimDisk : public SimulatedDisk {
+ public:
+  using SimulatedDisk::SimulatedDisk;
+
+  std::set<std::string> Unseen;
+
+  std::optional<store::FileFacts> Facts(const std::string& path) override {
+    if (Unseen.contains(path)) return {};
+    return SimulatedDisk::Facts(path);
+  }
+  store::Entry Look(const std::string& path) override {
+    return Unseen.contains(path) ? store::Entry::Other : SimulatedDisk::Look(path);
+  }
+};
 
 /// A Queue and a Completed folder that are shares, each with a file system of its own.
 struct SharesThatStall {
@@ -42,11 +60,13 @@ struct SharesThatStall {
   }
 
   SimulatedLoop loop;
-  SimulatedDisk disk{loop};
+  DimDisk disk{loop};
   store::WorkFolders folders{disk, kRoot};
   store::FileMoves moves{disk, folders};
   const std::string queued = folders.InQueuePath + "a.wav";
   const std::string completed = folders.CompletedPath() + "a.wav";
+  /// Where the first copy into Completed stands until it is whole.
+  const std::string half = folders.CompletedPath() + ".TavloDeckMove";
 };
 
 struct MovesOutOfReach : testing::Test, SharesThatStall {};
@@ -153,6 +173,122 @@ TEST_F(MovesOutOfReach, SameMoveOnceMoreLeavesOneDocument) {
   EXPECT_EQ(again.result, DiskResult::Done);
   EXPECT_EQ(again.displaced, "");
   EXPECT_EQ(Places(), Names{completed});
+}
+
+TEST_F(MovesOutOfReach, NothingIsTakenBackWhileALookFails) {
+  for (const std::string& unseen : {half, completed, queued}) {
+    SCOPED_TRACE(unseen);
+    SharesThatStall share;
+    share.StallAt("Rename " + share.folders.CompletedPath(), share.folders.CompletedPath());
+    std::ignore = share.moves.MoveOrRescue(share.queued, share.completed);
+    share.disk.Places.Resume(share.folders.CompletedPath(), Late::Happens);
+    share.disk.Unseen = {unseen};
+    share.moves.TakeBackUnfinished();
+    EXPECT_EQ(share.Places(), (Names{share.completed, share.queued}));
+    share.disk.Unseen.clear();
+    share.moves.TakeBackUnfinished();
+    EXPECT_EQ(share.Places(), Names{share.queued});
+  }
+}
+
+TEST_F(MovesOutOfReach, RenameThatComesFromAMountBeforeCatchesNoOtherCopy) {
+  StallAt("Rename " + folders.CompletedPath(), folders.CompletedPath());
+  std::ignore = moves.MoveOrRescue(queued, completed);
+  // Another mount stands in its place, and the call is on its way yet.
+  disk.Places.Resume(folders.CompletedPath(), Late::Fails);
+  disk.OnNextCopy = [&] { EXPECT_EQ(disk.Rename(half, completed), DiskResult::NotFound); };
+  EXPECT_EQ(moves.MoveOrRescue(queued, completed).result, DiskResult::Done);
+  EXPECT_EQ(Places(), Names{completed});
+  EXPECT_EQ(disk.NamesIn(folders.CompletedPath()), Names{"a.wav"});
+}
+
+TEST_F(MovesOutOfReach, RenameThatComesFromAProgramBeforeCatchesNoCopy) {
+  disk.WithFile(half, "half of another");
+  disk.OnNextCopy = [&] { EXPECT_EQ(disk.Rename(half, completed), DiskResult::NotFound); };
+  EXPECT_EQ(moves.MoveOrRescue(queued, completed).result, DiskResult::Done);
+  EXPECT_EQ(Places(), Names{completed});
+  EXPECT_EQ(disk.NamesIn(folders.CompletedPath()), Names{"a.wav"});
+}
+
+TEST_F(MovesOutOfReach, CopyThatIsSetAsideIsFollowedThere) {
+  disk.WithFileSystemAt("/share");
+  StallAt("Delete ", folders.InQueuePath);
+  std::ignore = moves.MoveOrRescue(queued, completed);
+  // Its rename, a look at it, and its copy.
+  disk.StallAtOperation(3, "/share");
+  EXPECT_EQ(moves.Move(completed, "/share/a.wav").result, DiskResult::OutOfReach);
+  disk.Places.Resume(folders.InQueuePath, Late::Fails);
+  disk.Places.Resume("/share", Late::Happens);
+  EXPECT_EQ(Places().size(), 3U);
+  moves.TakeBackUnfinished();
+  moves.TakeBackUnfinished();
+  EXPECT_EQ(Places(), (Names{folders.CompletedPath() + ".Rescued a.wav", queued}));
+}
+
+/// Ends the session behind one of its answers.
+class EndingDisk : public SimulatedDisk {
+ public:
+  using SimulatedDisk::SimulatedDisk;
+
+  int AnswersUntilTheEnd = 0;
+  std::function<void()> End;
+
+  std::optional<store::FileFacts> Facts(const std::string& path) override {
+    return Answered(SimulatedDisk::Facts(path));
+  }
+  DiskResult Copy(const std::string& from, const std::string& to) override {
+    return Answered(SimulatedDisk::Copy(from, to));
+  }
+  DiskResult Rename(const std::string& from, const std::string& to) override {
+    return Answered(SimulatedDisk::Rename(from, to));
+  }
+  DiskResult Delete(const std::string& path) override {
+    return Answered(SimulatedDisk::Delete(path));
+  }
+  DiskResult MakeFolder(const std::string& path) override {
+    return Answered(SimulatedDisk::MakeFolder(path));
+  }
+  DiskResult FlushFolder(const std::string& folder) override {
+    return Answered(SimulatedDisk::FlushFolder(folder));
+  }
+
+ private:
+  template <typename Answer>
+  Answer Answered(Answer answer) {
+    if (--AnswersUntilTheEnd == 0) End();
+    return answer;
+  }
+};
+
+TEST(MoveThatIsBegunAnew, InABreathOfItselfAtTheEndOfTheSessionLeavesEachDocumentOnce) {
+  for (const bool occupied : {false, true}) {
+    bool ended = true;
+    for (int nth = 1; ended; ++nth) {
+      SCOPED_TRACE((occupied ? "occupied, answer " : "answer ") + std::to_string(nth));
+      SimulatedLoop loop;
+      EndingDisk disk(loop);
+      disk.WithFolder(kRoot);
+      store::WorkFolders folders(disk, kRoot);
+      folders.MakeTree();
+      disk.WithFileSystemAt(folders.InQueuePath).WithFileSystemAt(folders.CompletedPath());
+      const std::string queued = folders.InQueuePath + "a.wav";
+      const std::string completed = folders.CompletedPath() + "a.wav";
+      disk.WithFile(queued, "the new one");
+      if (occupied) disk.WithFile(completed, "the old one");
+      store::FileMoves moves(disk, folders);
+      ended = false;
+      disk.AnswersUntilTheEnd = nth;
+      disk.End = [&] {
+        ended = true;
+        std::ignore = moves.MoveOrRescue(queued, completed);
+        // The process is gone, and nothing that it still does reaches the disk.
+        disk.CrashAtOperation(0);
+      };
+      std::ignore = moves.MoveOrRescue(queued, completed);
+      EXPECT_EQ(disk.FilesHolding("the new one"), Names{completed});
+      EXPECT_EQ(disk.FilesHolding("the old one").size(), occupied ? 1U : 0U);
+    }
+  }
 }
 
 /// Which folder stalls, and what becomes of the call that was left behind.
