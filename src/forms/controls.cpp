@@ -1,6 +1,9 @@
 #include "forms/controls.h"
 
 #include <algorithm>
+#include <compare>
+#include <cstdint>
+#include <tuple>
 #include <utility>
 
 #include "base/text.h"
@@ -8,13 +11,47 @@
 namespace tavlo::forms {
 namespace {
 
+char Folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
 std::string Folded(std::string_view text) {
   std::string folded(text);
-  for (char& c : folded) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
+  for (char& c : folded) c = Folded(c);
   return folded;
 }
+
+/// The first bytes of a text as numbers that compare as the folded text does. They tell nearly all
+/// cells of a list apart, and a sort does not touch the texts.
+class SortKey {
+ public:
+  SortKey(std::string_view text, int itsRow) : row(itsRow) {
+    for (std::size_t i = 0; i < kBytes; ++i) {
+      const bool there = i < text.size();
+      Append(there ? static_cast<unsigned char>(Folded(text[i])) : 0, i);
+    }
+    // Among texts that begin alike, and zeros at their end among them, the shorter one is less.
+    Append(IsLonger(text) ? 0xFF : static_cast<unsigned char>(text.size()), kBytes);
+  }
+
+  int row;
+
+  /// What the keys alone say; equal for texts that are longer than the keys and begin alike.
+  std::strong_ordering operator<=>(const SortKey& other) const {
+    return std::tie(first_, second_) <=> std::tie(other.first_, other.second_);
+  }
+  bool IsWhole() const { return (second_ & 0xFF) != 0xFF; }
+
+ private:
+  static constexpr std::size_t kBytes = 15;
+
+  static bool IsLonger(std::string_view text) { return text.size() > kBytes; }
+  void Append(unsigned char byte, std::size_t at) {
+    std::uint64_t& word = at < sizeof(first_) ? first_ : second_;
+    word = word << 8 | byte;
+  }
+
+  std::uint64_t first_ = 0;
+  std::uint64_t second_ = 0;
+};
 
 }  // namespace
 
@@ -187,22 +224,23 @@ const std::string& Table::TextAt(int row, int column) const {
 void Table::Sort(int column, SortOrder order) {
   sortColumn_ = column;
   sortOrder_ = order;
-  struct Keyed {
-    std::string key;
-    int row;
-  };
-  std::vector<Keyed> keyed;
-  keyed.reserve(rows_.size());
+  std::vector<SortKey> keys;
+  keys.reserve(rows_.size());
   for (int row = 0; row < static_cast<int>(rows_.size()); ++row) {
-    keyed.push_back({Folded(TextAt(row, column)), row});
+    keys.emplace_back(TextAt(row, column), row);
   }
-  std::stable_sort(keyed.begin(), keyed.end(), [order](const Keyed& a, const Keyed& b) {
-    return order == SortOrder::Ascending ? a.key < b.key : b.key < a.key;
+  const auto isLess = [this, column](const SortKey& a, const SortKey& b) {
+    const std::strong_ordering byKey = a <=> b;
+    if (byKey != 0 || a.IsWhole()) return byKey < 0;
+    return Folded(TextAt(a.row, column)) < Folded(TextAt(b.row, column));
+  };
+  std::stable_sort(keys.begin(), keys.end(), [&](const SortKey& a, const SortKey& b) {
+    return order == SortOrder::Ascending ? isLess(a, b) : isLess(b, a);
   });
   std::vector<Row> sorted;
   sorted.reserve(rows_.size());
   int chosen = -1;
-  for (const Keyed& next : keyed) {
+  for (const SortKey& next : keys) {
     if (next.row == ListIndex) chosen = static_cast<int>(sorted.size());
     sorted.push_back(std::move(rows_[static_cast<std::size_t>(next.row)]));
   }

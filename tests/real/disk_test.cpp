@@ -9,7 +9,6 @@
 #include <atomic>
 #include <csignal>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>

@@ -15,18 +15,22 @@ FileHandle Refuse(int error = EINVAL) {
   return none;
 }
 
-FileHandle OpenIn(int folder, const std::string& path, Links links, struct stat& status) {
+FileHandle OpenIn(int folder, const std::string& path, Links links) {
   // A path with a NUL in it would open another file than the one that was named.
   if (path.find('\0') != path.npos) return Refuse();
   // Without O_NONBLOCK a pipe without a writer would hold the whole program.
   const int follow = links == Links::Refused ? O_NOFOLLOW : 0;
   for (;;) {
     FileHandle file(folder, path.c_str(), O_RDONLY | O_NONBLOCK | follow);
-    if (!file && errno == EINTR) continue;
-    if (file && ::fstat(file.Get(), &status) != 0) return Refuse(errno);
-    if (file && !S_ISREG(status.st_mode)) return Refuse();
-    return file;
+    if (file || errno != EINTR) return file;
   }
+}
+
+FileHandle OpenIn(int folder, const std::string& path, Links links, struct stat& status) {
+  FileHandle file = OpenIn(folder, path, links);
+  if (file && ::fstat(file.Get(), &status) != 0) return Refuse(errno);
+  if (file && !S_ISREG(status.st_mode)) return Refuse();
+  return file;
 }
 
 }  // namespace
@@ -42,6 +46,10 @@ FileHandle OpenPlainFile(const std::string& path, Links links, struct stat& stat
 
 FileHandle OpenPlainFileIn(int folder, const std::string& name, struct stat& status) {
   return OpenIn(folder, name, Links::Refused, status);
+}
+
+FileHandle OpenAnyIn(int folder, const std::string& name) {
+  return OpenIn(folder, name, Links::Refused);
 }
 
 std::optional<std::string> ReadPlainFile(const std::string& path, std::size_t mostBytes) {

@@ -20,6 +20,9 @@ FileHandle OpenPlainFile(const std::string& path, Links links);
 FileHandle OpenPlainFile(const std::string& path, Links links, struct stat& status);
 /// The same for a name in a folder that is open; links are refused.
 FileHandle OpenPlainFileIn(int folder, const std::string& name, struct stat& status);
+/// Opens whatever has this name in a folder, for who asks afterwards what it is. Links are refused,
+/// and nothing makes the call wait.
+FileHandle OpenAnyIn(int folder, const std::string& name);
 
 /// All that the plain file at a path holds, links followed. Nothing when there is no such file,
 /// when the disk fails, and when it holds more than `mostBytes`, whatever it says of its size.

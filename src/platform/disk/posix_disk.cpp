@@ -10,6 +10,7 @@
 #include "platform/disk/file_copy.h"
 #include "platform/disk/file_handle.h"
 #include "platform/disk/file_status.h"
+#include "platform/disk/listed_folder.h"
 #include "platform/disk/open_folder.h"
 #include "platform/disk/open_plain_file.h"
 #include "platform/disk/posix_walk.h"
@@ -55,11 +56,15 @@ store::Listing PosixDisk::ListPlainFiles(const std::string& folder) {
 }
 
 std::unique_ptr<store::FolderWalk> PosixDisk::Walk(const std::string& folder) {
-  return WalkFolder(folder);
+  return WalkOver(ListFolder(folder));
 }
 
-std::unique_ptr<PosixWalk> PosixDisk::WalkFolder(const std::string& folder) {
-  return std::make_unique<PosixWalk>(folder, writers_, breathe_);
+std::shared_ptr<const ListedFolder> PosixDisk::ListFolder(const std::string& folder) {
+  return std::make_shared<const ListedFolder>(folder, breathe_);
+}
+
+std::unique_ptr<PosixWalk> PosixDisk::WalkOver(std::shared_ptr<const ListedFolder> folder) {
+  return std::make_unique<PosixWalk>(std::move(folder), writers_);
 }
 
 std::optional<store::FileFacts> PosixDisk::Facts(const std::string& path) {
@@ -79,13 +84,13 @@ store::Entry PosixDisk::Look(const std::string& path) {
 }
 
 store::Readiness PosixDisk::TestReadiness(const std::string& path) {
-  struct stat status;
-  const FileHandle file = OpenPlainFile(path, Links::Refused, status);
+  const FileHandle file = OpenPlainFile(path, Links::Refused);
   if (!file) {
     return IsOfTheProcess(errno) ? store::Readiness::ProcessInTrouble : store::Readiness::Unusable;
   }
   writers_.ForgetDevice();
-  return writers_.Look(file.Get(), status, path);
+  struct stat status;
+  return writers_.Look(file.Get(), path, status);
 }
 
 DiskResult PosixDisk::SetAttributesNormal(const std::string& path) {

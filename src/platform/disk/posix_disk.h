@@ -12,6 +12,7 @@
 namespace tavlo::platform {
 
 class PosixWalk;
+struct ListedFolder;
 
 /// The real file system. Names are bytes. A fifo, a device or a link never blocks an operation.
 class PosixDisk : public store::Disk {
@@ -25,8 +26,9 @@ class PosixDisk : public store::Disk {
 
   store::Listing ListPlainFiles(const std::string& folder) override;
   std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
-  /// The same, for who takes the files one by one ahead of the rules.
-  std::unique_ptr<PosixWalk> WalkFolder(const std::string& folder);
+  std::shared_ptr<const ListedFolder> ListFolder(const std::string& folder);
+  /// Walks over one folder may go on in several threads.
+  std::unique_ptr<PosixWalk> WalkOver(std::shared_ptr<const ListedFolder> folder);
   std::optional<store::FileFacts> Facts(const std::string& path) override;
   store::Entry Look(const std::string& path) override;
   store::Readiness TestReadiness(const std::string& path) override;

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <string_view>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 #include "platform/disk/disk_result.h"

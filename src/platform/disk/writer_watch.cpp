@@ -65,8 +65,10 @@ WriterWatch::WriterWatch(Clock clock, LeaseTrust leaseTrust)
   TakeOverLeaseSignal();
 }
 
-store::Readiness WriterWatch::Look(int handle, const struct stat& status, const std::string& path) {
+store::Readiness WriterWatch::Look(int handle, const std::string& path, struct stat& status) {
   const int lease = TryLease(handle);
+  const bool plain = ::fstat(handle, &status) == 0 && S_ISREG(status.st_mode);
+  if (!plain) return store::Readiness::Unusable;
   if (IsOfTheProcess(lease)) return store::Readiness::ProcessInTrouble;
   const Trust trust = TrustInLeaseOn(handle, status.st_dev);
   if (lease == EAGAIN && trust != Trust::None) return store::Readiness::InUse;
@@ -75,7 +77,13 @@ store::Readiness WriterWatch::Look(int handle, const struct stat& status, const 
   return IsWritable(status) ? store::Readiness::Free : store::Readiness::FreeReadOnly;
 }
 
+void WriterWatch::ForgetDevice() {
+  const std::lock_guard lock(mutex_);
+  lastDevice_.reset();
+}
+
 WriterWatch::Trust WriterWatch::TrustInLeaseOn(int handle, dev_t device) {
+  const std::lock_guard lock(mutex_);
   if (!lastDevice_ || lastDevice_->device != device) {
     struct statfs fileSystem;
     const bool known = ::fstatfs(handle, &fileSystem) == 0;
@@ -86,6 +94,7 @@ WriterWatch::Trust WriterWatch::TrustInLeaseOn(int handle, dev_t device) {
 
 bool WriterWatch::StandsStill(const std::string& path, const store::FileFacts& facts) {
   const std::int64_t now = clock_();
+  const std::lock_guard lock(mutex_);
   const auto seen = sightings_.find(path);
   const bool sameAsSeen =
       seen != sightings_.end() && seen->second.facts == facts && seen->second.since <= now;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -36,10 +37,12 @@ class WriterWatch {
 
   WriterWatch(Clock clock, LeaseTrust leaseTrust);
 
-  /// Of a plain file that is open for reading; `status` and `path` are its own.
-  store::Readiness Look(int handle, const struct stat& status, const std::string& path);
+  /// Of a file that is open for reading and has this path. `status` is what it is behind the look,
+  /// for its writer may put down its last bytes before. What is no plain file is unusable. By any
+  /// thread.
+  store::Readiness Look(int handle, const std::string& path, struct stat& status);
   /// A device number may come to mean another file system: whoever begins with a folder says so.
-  void ForgetDevice() { lastDevice_.reset(); }
+  void ForgetDevice();
 
  private:
   struct Sighting {
@@ -55,8 +58,10 @@ class WriterWatch {
   /// True when the file has stood still for long enough.
   bool StandsStill(const std::string& path, const store::FileFacts& facts);
 
-  Clock clock_;
-  LeaseTrust leaseTrust_;
+  const Clock clock_;
+  const LeaseTrust leaseTrust_;
+  std::mutex mutex_;
+  // Under the lock.
   /// The device of the file that was looked at last, so that a scan asks once.
   std::optional<TrustedDevice> lastDevice_;
   std::unordered_map<std::string, Sighting> sightings_;

@@ -6,7 +6,6 @@
 #include <mutex>
 #include <new>
 #include <optional>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -248,6 +247,8 @@ SampleArray AheadReader::Take(SampleCount samples) {
   desk.values.erase(desk.values.begin(), end);
   block.sourceBegin = static_cast<double>(desk.position);
   desk.position += taken;
+  // The thread may have come to rest while this waited for it, and there is room ahead again.
+  desk.asked.notify_one();
   block.sourceEnd = static_cast<double>(desk.position);
   block.last = desk.endsHere && desk.values.empty() && taken > 0;
   takeFailed_ = desk.failed && taken < samples;

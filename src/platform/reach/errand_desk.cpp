@@ -10,7 +10,8 @@ class ErrandDesk::DeskSign : public Errands::Sign {
  public:
   explicit DeskSign(ErrandDesk& desk) : desk_(desk) {}
 
-  void Give() override { desk_.GiveSign(); }
+  void Give() override { ++desk_.signs_; }
+  void Tell() override { desk_.Tell(); }
 
  private:
   ErrandDesk& desk_;
@@ -52,6 +53,11 @@ bool ErrandDesk::Owes() {
   return owes_;
 }
 
+std::size_t ErrandDesk::Waiting() {
+  const std::lock_guard hold(mutex_);
+  return waiting_.size();
+}
+
 bool ErrandDesk::IsClosed() {
   const std::lock_guard hold(mutex_);
   return !runs_;
@@ -64,8 +70,9 @@ void ErrandDesk::Close() {
   told_.wait(hold, [this] { return !runs_ || atWork_; });
 }
 
-void ErrandDesk::GiveSign() {
+void ErrandDesk::Tell() {
   {
+    // Who is about to wait has either seen what is told of, or is woken.
     const std::lock_guard hold(mutex_);
     ++signs_;
   }
@@ -101,7 +108,7 @@ void ErrandDesk::Work() {
     atWork_ = false;
     owes_ = false;
     hold.unlock();
-    GiveSign();
+    Tell();
     hold.lock();
   }
   runs_ = false;

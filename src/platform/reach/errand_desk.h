@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <exception>
@@ -46,14 +47,16 @@ class ErrandDesk : public std::enable_shared_from_this<ErrandDesk> {
   /// Takes back an errand that has not begun.
   void TakeBack(const std::shared_ptr<Errand>& errand);
   /// Waits, without the loop, until `done` or for so long; says whether `done`. It is asked at
-  /// each sign, and may ask nothing of the desk.
+  /// each sign that tells, and may ask nothing of the desk.
   bool Watch(const std::function<bool()>& done, std::chrono::milliseconds length);
-  /// How many signs there were. The end of an errand is one, too.
+  /// How many signs there were. The end of an errand is one, too, and tells.
   std::uint64_t Signs() const { return signs_; }
 
   /// The errand at hand is left behind: the desk owes an answer until it has returned.
   void LeaveBehind();
   bool Owes();
+  /// Errands that have not begun.
+  std::size_t Waiting();
   /// Nothing is at hand and there is no thread.
   bool IsClosed();
   /// Ends the thread and waits for that; a thread that is at work ends after its errand, and nobody
@@ -66,7 +69,7 @@ class ErrandDesk : public std::enable_shared_from_this<ErrandDesk> {
   void Work();
   /// The next errand; null when the thread is to end.
   std::shared_ptr<Errand> AwaitErrand(std::unique_lock<std::mutex>& hold);
-  void GiveSign();
+  void Tell();
 
   const std::shared_ptr<Answers> answers_;
   const std::chrono::milliseconds idle_;

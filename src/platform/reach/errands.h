@@ -18,7 +18,10 @@ class Errands {
   class Sign {
    public:
     virtual ~Sign() = default;
+    /// Costs next to nothing and wakes nobody.
     virtual void Give() = 0;
+    /// A sign, at which a loop that waits asks again whether it has enough.
+    virtual void Tell() { Give(); }
   };
 
   virtual ~Errands() = default;

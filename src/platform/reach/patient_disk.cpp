@@ -21,7 +21,9 @@ PatientDisk::PatientDisk(PlaceErrands& errands, HeldFileMeters& meters,
       meters_(meters),
       clock_(clock),
       leaseTrust_(leaseTrust),
-      here_(std::move(clock), std::move(leaseTrust), std::move(breathe)) {}
+      breathe_(std::move(breathe)),
+      meter_(meters_.Make()),
+      here_(std::move(clock), std::move(leaseTrust), breathe_) {}
 
 std::shared_ptr<PlaceDisk> PatientDisk::DiskOf(const Place& place) {
   std::shared_ptr<PlaceDisk>& disk = there_[place.mount];
@@ -50,7 +52,9 @@ Listing PatientDisk::ListPlainFiles(const std::string& folder) {
 std::unique_ptr<store::FolderWalk> PatientDisk::Walk(const std::string& folder) {
   const Place place = errands_.PlaceOf(folder);
   if (!place.mayStall && !kWalkAheadOfLocal) return here_.Walk(folder);
-  return std::make_unique<PatientWalk>(errands_, place, DiskOf(place), folder);
+  return std::make_unique<PatientWalk>(errands_, place, DiskOf(place),
+                                       PatientWalk::Own{.meter = *meter_, .breathe = breathe_},
+                                       folder);
 }
 
 std::optional<FileFacts> PatientDisk::Facts(const std::string& path) {

@@ -56,6 +56,8 @@ class PatientDisk : public store::Disk {
   HeldFileMeters& meters_;
   const WriterWatch::Clock clock_;
   const WriterWatch::LeaseTrust leaseTrust_;
+  const std::function<void()> breathe_;
+  std::unique_ptr<HeldFileMeter> meter_;             ///< For what can not stall.
   PosixDisk here_;                                   ///< For what can not stall.
   std::map<int, std::shared_ptr<PlaceDisk>> there_;  ///< By the number of the mount.
 };

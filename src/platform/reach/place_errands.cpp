@@ -149,4 +149,10 @@ int PlaceErrands::LeftBehind() const {
       std::ranges::count_if(desks_, [](const auto& entry) { return entry.second->Owes(); }));
 }
 
+std::size_t PlaceErrands::Waiting() const {
+  std::size_t waiting = 0;
+  for (const auto& [mount, desk] : desks_) waiting += desk->Waiting();
+  return waiting;
+}
+
 }  // namespace tavlo::platform

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -57,12 +58,14 @@ class PlaceErrands : public Errands {
   /// when the place is out of reach. Work that is not awaited, and stalls, keeps its place busy:
   /// the next that is awaited there finds it out of reach.
   std::optional<Begun> Begin(const Place& place, std::function<void(Sign&)> work);
-  /// Breathes until begun work has returned or `enough`, which is asked at each sign on this
-  /// thread. False: the place is out of reach, and the work is left behind or has not begun.
+  /// Breathes until begun work has returned or `enough`, which is asked on this thread at each
+  /// sign that tells. False: the place is out of reach, and the work is left behind or has not
+  /// begun.
   bool Await(const Begun& begun, const std::function<bool()>& enough);
   static bool HasReturned(const Begun& begun) { return begun.errand_->returned; }
   /// Lets go of something on the thread of its place, since that may stall as well. Nobody waits.
-  /// The caller keeps no share of it.
+  /// The caller keeps no share of it. Where the place owes an answer it waits there until that has
+  /// come, so what no errand was begun with, and so has nothing open, is not brought here.
   void LetGo(const Place& place, std::shared_ptr<void> thing);
 
   /// The loop is not turned any more: the screen may be gone, and the toolkit with it. What waits
@@ -71,6 +74,8 @@ class PlaceErrands : public Errands {
 
   /// Places that owe an answer.
   int LeftBehind() const;
+  /// Errands that have not begun, at all places.
+  std::size_t Waiting() const;
 
  private:
   ErrandDesk& DeskOf(const Place& place);

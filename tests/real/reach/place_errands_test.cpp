@@ -153,6 +153,22 @@ TEST_F(PlaceErrandsTest, FootThatLetsGoIsHeardWhileTheLoopWaits) {
   AwaitReach("A");
 }
 
+TEST_F(PlaceErrandsTest, FootThatHoldsNothingOfWhatSoundsSilencesNothing) {
+  ScriptedFoot foot;
+  bool asked = false;
+  foot.OnLook = [] { return true; };
+  feet.Watch(foot, [&] {
+    asked = true;
+    return false;
+  });
+  const StuckCall call;
+  EXPECT_FALSE(RunInVain("A", call));
+  EXPECT_TRUE(asked);
+  EXPECT_EQ(hush.silences, 0);
+  call.Answer();
+  AwaitReach("A");
+}
+
 TEST_F(PlaceErrandsTest, WorkGoesOnWhileTheLoopTakesWhatIsReady) {
   struct Row {
     std::atomic<int> ready = 0;
@@ -162,7 +178,7 @@ TEST_F(PlaceErrandsTest, WorkGoesOnWhileTheLoopTakesWhatIsReady) {
   const auto begun = errands.Begin({.mount = 'A', .mayStall = true}, [row](Errands::Sign& sign) {
     for (int i = 0; i < 3; ++i) {
       ++row->ready;
-      sign.Give();
+      sign.Tell();
       TakeTurn(row->more);
     }
   });
@@ -198,6 +214,21 @@ TEST_F(PlaceErrandsTest, ThingIsLetGoOnTheThreadOfItsPlace) {
   errands.LetGo({.mount = 'A', .mayStall = true}, std::move(thing));
   const std::thread::id thread = ThreadOf("A");
   EXPECT_EQ(ended->load(), thread);
+}
+
+TEST_F(PlaceErrandsTest, ThingIsLetGoAtAStuckPlaceOnceThatAnswers) {
+  const StuckCall call;
+  EXPECT_FALSE(RunInVain("A", call));
+  EXPECT_FALSE(RunInVain("A", [](Errands::Sign&) {}));
+  EXPECT_EQ(errands.Waiting(), 0U) << "what is refused does not wait";
+  const auto ended = std::make_shared<std::atomic<bool>>(false);
+  errands.LetGo({.mount = 'A', .mayStall = true},
+                std::shared_ptr<void>(nullptr, [ended](void*) { *ended = true; }));
+  EXPECT_EQ(errands.Waiting(), 1U);
+  EXPECT_FALSE(*ended);
+  call.Answer();
+  EXPECT_TRUE(Comes([&] { return ended->load(); }));
+  EXPECT_EQ(errands.Waiting(), 0U);
 }
 
 TEST_F(PlaceErrandsTest, EndWaitsForNoCallThatGivesNoAnswer) {

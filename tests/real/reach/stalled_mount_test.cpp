@@ -83,6 +83,7 @@ TEST_F(StalledMount, IsOutOfReachWhileItsServerIsStoppedAndInReachOnceThatGoesOn
     EXPECT_FALSE(disk.Walk(mount.Path() + "/")->Started());
   }
   EXPECT_EQ(errands.LeftBehind(), 1);
+  EXPECT_EQ(errands.Waiting(), 0U);
   mount.GoOn();
   ASSERT_TRUE(ComesBack());
   EXPECT_EQ(disk.Look(path), Entry::PlainFile);

@@ -247,6 +247,22 @@ TEST_F(ControlsTest, SortIsStableIgnoresCaseAndTheChoiceFollowsItsRow) {
   EXPECT_EQ(list.TextAt(list.ListIndex, 1), "3");
 }
 
+TEST_F(ControlsTest, SortOrdersTextsOfAnyLengthAsTheirBytesDo) {
+  using namespace std::string_literals;
+  const std::string fifteen = "20040309140512x";
+  const std::string longer = fifteen + "yz and so on";
+  const std::vector<std::string> inOrder{
+      "",  "\0"s,  "\0\0"s, fifteen,   fifteen + "\0"s, fifteen + "y", longer + " 1", longer + " 2",
+      "a", "a\0"s, "a b",   "\xC3\xA9"};
+  for (std::size_t i = 0; i < inOrder.size(); ++i) {
+    list.Add(inOrder[i * 7 % inOrder.size()]);
+  }
+  list.Sort(0, SortOrder::Ascending);
+  for (std::size_t i = 0; i < inOrder.size(); ++i) {
+    EXPECT_EQ(list.TextAt(static_cast<int>(i), 0), inOrder[i]) << i;
+  }
+}
+
 TEST_F(ControlsTest, DescendingSortKeepsTheOrderOfEqualRows) {
   for (const auto& [key, name] : {std::pair{"a", "1"}, {"b", "2"}, {"a", "3"}, {"b", "4"}}) {
     list.Add(forms::Row{{{key}, {name}}});
