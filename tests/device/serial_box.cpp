@@ -131,6 +131,7 @@ void Control(fuse_req_t request, int command, void* argument, fuse_file_info*, u
   int lines = 0;
   switch (static_cast<unsigned>(command)) {
     case TIOCMGET:
+      if (room > 0) ++port.wires.reads;
       Give(request, argument, room, port.wires.Closed() | port.wires.raised.load());
       return;
     case TIOCMIWAIT:

@@ -27,6 +27,7 @@ class SerialWires {
   /// Nothing is plugged in at either end, and no thread waits.
   void Part() {
     closed_ = 0;
+    reads = 0;
     raised = 0;
     openings = 0;
     waits = 0;
@@ -35,6 +36,8 @@ class SerialWires {
 
   /// The lines that the program at the port has raised.
   std::atomic<int> raised = 0;
+  /// How many times the lines have been read.
+  std::atomic<int> reads = 0;
   /// How many times the port is open now.
   std::atomic<int> openings = 0;
   /// How many callers wait for a line to change.

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "desk.h"
+#include "pedals/poll.h"
 #include "support/screen.h"
 
 namespace tavlo::test {
@@ -16,9 +17,6 @@ using namespace std::chrono_literals;
 constexpr int kLeft = TIOCM_CD;
 constexpr int kCenter = TIOCM_DSR;
 constexpr int kRight = TIOCM_CTS;
-/// Changes are seen 50 ms apart; what stands for so long is seen.
-constexpr auto kSeen = 150ms;
-
 /// The real program at a machine with a serial port and a switch box on it.
 struct SerialPedalDevice : AtTheDesk {
   void SetUp() override {
@@ -27,20 +25,33 @@ struct SerialPedalDevice : AtTheDesk {
     ASSERT_EQ(desk->PedalState(), "Port 5 is being read.");
   }
   static void Hold(int lines) { desk->hardware.Wires().Close(lines); }
-  /// The contact of these lines closes or opens, and bounces for so long.
-  static void Bounce(int from, int to, int milliseconds) {
-    const auto settled = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+  /// The contact of these lines closes or opens, and bounces for so long. False when that took so
+  /// much longer that the program may have seen the contact both ways, one after the other.
+  static bool Bounce(int from, int to, int milliseconds) {
+    const auto begun = std::chrono::steady_clock::now();
+    const auto settled = begun + std::chrono::milliseconds(milliseconds);
     for (int lines = to; std::chrono::steady_clock::now() < settled; lines ^= from ^ to) {
       Hold(lines);
       std::this_thread::sleep_for(1ms);
     }
     Hold(to);
+    return std::chrono::steady_clock::now() - begun < pedals::kPollInterval;
   }
-  static void Touch(int lines) {
-    Hold(lines);
-    std::this_thread::sleep_for(kSeen);
-    Hold(0);
-    std::this_thread::sleep_for(kSeen);
+  static bool SeesLines(int lines) {
+    return desk->Sees(lines & kLeft, lines & kCenter, lines & kRight);
+  }
+  static bool Rests() {
+    return desk->program->Ask(
+        [] { return !desk->program->Rooms().serialPedal.tmrSerialFootPedal.Enabled(); });
+  }
+  /// Waits until the program has seen these lines, and has read them again and acted on that.
+  static bool AreTakenIn(int lines) {
+    if (!Until([&] { return SeesLines(lines); })) return false;
+    // The first of these reads may have begun before, and the third begins when the second has been
+    // acted on.
+    const SerialWires& wires = desk->hardware.Wires();
+    const int enough = wires.reads + 3;
+    return Until([&] { return wires.reads >= enough || Rests(); });
   }
   bool Begin() {
     if (!desk->Select()) return false;
@@ -66,39 +77,42 @@ TEST_F(SerialPedalDevice, PortWithoutADeviceIsTold) {
 
 TEST_F(SerialPedalDevice, CenterPedalSoundsTheDocumentForAsLongAsItIsDown) {
   ASSERT_TRUE(desk->Select());
+  ASSERT_TRUE(desk->FallsSilent());
+  const double begin = desk->recorder.Seconds();
   Hold(kCenter);
   ASSERT_TRUE(Until([] { return desk->Playing(); }));
-  const Sound heard = desk->Listen(2);
-  EXPECT_GT(AudibleSeconds(heard), 1.0);
-  EXPECT_NEAR(Cents(PitchOf(heard.Between(1, 2)), kPartHertz[0]), 0, kPitchTolerance);
+  EXPECT_TRUE(desk->SoundsSince(begin, 1));
+  EXPECT_NEAR(Cents(desk->PitchSince(begin), kPartHertz[0]), 0, kPitchTolerance);
   Hold(0);
   ASSERT_TRUE(Until([] { return !desk->Playing(); }));
-  desk->Listen(0.6);
-  EXPECT_EQ(AudibleSeconds(desk->Listen(0.5)), 0);
+  const double position = desk->Position();
+  EXPECT_TRUE(desk->FallsSilent());
+  EXPECT_LT(desk->HeardSince(begin), position + kMostAfterStop);
 }
 
 TEST_F(SerialPedalDevice, SidePedalsWindWhileTheyAreDown) {
   ASSERT_TRUE(Begin());
-  const double begin = desk->Position();
+  desk->StandAt(0);
   Hold(kRight);
-  ASSERT_TRUE(Until([&] { return desk->Winding() && desk->Position() > begin + 19; }));
+  // Two jumps, though the foot be slow to leave.
+  ASSERT_TRUE(Until([] { return desk->Position() > 19; }));
   Hold(0);
-  ASSERT_TRUE(Until([] { return !desk->Winding(); }));
-  const double forwards = desk->Position();
+  ASSERT_TRUE(Until([] { return !desk->Winding() && desk->SeesNone(); }));
+  desk->StandAt(50);
   Hold(kLeft);
-  ASSERT_TRUE(Until([&] { return desk->Winding() && desk->Position() < forwards; }));
+  ASSERT_TRUE(Until([] { return desk->Position() < 31; }));
   Hold(0);
   EXPECT_TRUE(Until([] { return !desk->Winding(); }));
 }
 
 TEST_F(SerialPedalDevice, SecondQuickPressSkipsToBeginningAndEnd) {
   ASSERT_TRUE(Begin());
-  Touch(kRight);
-  Touch(kRight);
-  EXPECT_TRUE(Until([] { return desk->Position() == 3 * kPartSeconds; })) << desk->Position();
-  Touch(kLeft);
-  Touch(kLeft);
-  EXPECT_TRUE(Until([] { return desk->Position() == 0; })) << desk->Position();
+  const auto holdsRight = [](bool down) { Hold(down ? kRight : 0); };
+  const auto holdsLeft = [](bool down) { Hold(down ? kLeft : 0); };
+  ASSERT_TRUE(desk->PressTwice(holdsRight, &playback::Transport::LastForwardPressTime));
+  EXPECT_EQ(desk->Position(), 3 * kPartSeconds);
+  ASSERT_TRUE(desk->PressTwice(holdsLeft, &playback::Transport::LastRewindPressTime));
+  EXPECT_EQ(desk->Position(), 0);
 }
 
 TEST_F(SerialPedalDevice, OpenPortIsWaitedForAndClosingItEndsTheWait) {
@@ -113,38 +127,41 @@ TEST_F(SerialPedalDevice, OpenPortIsWaitedForAndClosingItEndsTheWait) {
 }
 
 TEST_F(SerialPedalDevice, PortAtRestIsNotReadAgainAndAgain) {
-  const auto rests = [] {
-    return desk->program->Ask(
-        [] { return !desk->program->Rooms().serialPedal.tmrSerialFootPedal.Enabled(); });
-  };
-  EXPECT_TRUE(Until(rests));
+  EXPECT_TRUE(Until(Rests));
   ASSERT_TRUE(desk->Select());
   Hold(kCenter);
   ASSERT_TRUE(Until([] { return desk->Playing(); }));
-  EXPECT_FALSE(rests());
+  EXPECT_FALSE(Rests());
   Hold(0);
   ASSERT_TRUE(Until([] { return !desk->Playing(); }));
-  EXPECT_TRUE(Until(rests));
+  EXPECT_TRUE(Until(Rests));
 }
 
 TEST_F(SerialPedalDevice, ContactThatBouncesIsOnePressAndOneRelease) {
   ASSERT_TRUE(Begin());
-  desk->program->Do(
-      [] { desk->program->Rooms().documentInWork.CurrentSamplePosition = 30 * kRate; });
-  double position = 30;
   for (int bounce = 1; bounce <= 20; ++bounce) {
     const bool forwards = bounce % 2 != 0;
     const int pedal = forwards ? kRight : kLeft;
-    Bounce(0, pedal, bounce);
-    std::this_thread::sleep_for(kSeen);
-    EXPECT_TRUE(desk->Winding()) << bounce;
-    Bounce(pedal, 0, bounce);
-    std::this_thread::sleep_for(kSeen);
-    EXPECT_FALSE(desk->Winding()) << bounce;
-    position += forwards ? 10 : -10;
-    EXPECT_NEAR(desk->Position(), position, 0.001) << bounce;
-    // Another press of this pedal would be a double one until then.
-    std::this_thread::sleep_for(kSeen);
+    bool isShort = false;
+    bool winds = false;
+    bool stops = false;
+    const auto bounceOnce = [&] {
+      desk->StandAt(30);
+      isShort = Bounce(0, pedal, bounce);
+      if (!AreTakenIn(pedal)) return false;
+      winds = desk->Winding();
+      isShort = Bounce(pedal, 0, bounce) && isShort;
+      if (!AreTakenIn(0)) return false;
+      stops = !desk->Winding();
+      return true;
+    };
+    ASSERT_TRUE(TakeQuickly([&] {
+      if (!TakeWithinAJump(bounceOnce)) return Pace::Never;
+      return isShort ? Pace::Quick : Pace::Slow;
+    })) << bounce;
+    EXPECT_TRUE(winds) << bounce;
+    EXPECT_TRUE(stops) << bounce;
+    EXPECT_NEAR(desk->Position(), forwards ? 40 : 20, 0.001) << bounce;
   }
 }
 
@@ -165,7 +182,7 @@ TEST_F(SerialPedalDevice, PulledAdapterStopsWhatThePedalHeldAndIsFoundAgain) {
   ASSERT_TRUE(Until([] { return desk->Playing(); }));
   ASSERT_TRUE(desk->hardware.UnplugSerialBox());
   EXPECT_TRUE(Until([] { return !desk->Playing(); }));
-  EXPECT_EQ(desk->PedalState(), "Port 5 can not be read.");
+  EXPECT_TRUE(Until([] { return desk->PedalState() == "Port 5 can not be read."; }));
   ASSERT_TRUE(desk->hardware.PlugSerialBox());
   EXPECT_TRUE(Until([] { return desk->PedalState() == "Port 5 is being read."; }));
   Hold(kCenter);
@@ -179,10 +196,12 @@ TEST_F(SerialPedalDevice, UsbPedalWorksBesideIt) {
   ASSERT_TRUE(desk->hardware.PermitPedal());
   ASSERT_TRUE(desk->Select());
   ASSERT_TRUE(Until([] { return desk->UsbPresence() == pedals::UsbPresence::Ready; }));
+  ASSERT_TRUE(desk->FallsSilent());
+  const double begin = desk->recorder.Seconds();
   ASSERT_TRUE(desk->hardware.Press({2}));
   ASSERT_TRUE(Until([] { return desk->Playing(); }));
   // The serial lines stand still, so they do not stop the other pedal.
-  EXPECT_GT(AudibleSeconds(desk->Listen(1)), 0.5);
+  EXPECT_TRUE(desk->SoundsSince(begin, 0.5));
   EXPECT_TRUE(desk->Playing());
   Hold(kRight);
   ASSERT_TRUE(Until([] { return desk->Winding(); }));
@@ -197,9 +216,11 @@ TEST_F(SerialPedalDevice, UsbPedalWorksBesideIt) {
 
 TEST_F(SerialPedalDevice, WithUsbChosenTheLinesAreNotHeard) {
   desk->Choose("U");
+  EXPECT_TRUE(Until([] { return desk->hardware.Wires().openings == 0; }));
   ASSERT_TRUE(desk->Select());
   Hold(kCenter);
-  desk->Listen(0.5);
+  // The recording goes on while nothing is heard of the pedal.
+  ASSERT_TRUE(desk->recorder.Pass(0.5));
   EXPECT_FALSE(desk->Playing());
   desk->Choose("S");
   EXPECT_TRUE(Until([] { return desk->Playing(); }));
