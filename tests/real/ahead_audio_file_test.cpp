@@ -96,7 +96,7 @@ TEST_F(AheadFileTest, ClosedFileIsLetGo) {
   ASSERT_EQ(Take(4000).Samples(), 4000);
   EXPECT_EQ(OpenHandles(), before + 1);
   file.CloseFile();
-  EXPECT_TRUE(loop.WaitUntil([&] { return OpenHandles() == before; }, kPatience));
+  EXPECT_TRUE(Comes([&] { return OpenHandles() == before; }));
 }
 
 TEST_F(AheadFileTest, EachDocumentIsReadFromItsBeginning) {

@@ -97,9 +97,8 @@ TEST_F(LongBreath, KeepsWhatHandsDoAndRunsItInOrderWhenItIsOver) {
   shown.main.cmdRewind.OnPress = [&] { ran += "rewind "; };
   shown.main.cmdForward.OnPress = [&] { ran += "forward "; };
   shown.loop.Post([&] { ran += "post "; });
-  shown.typist.ClickUnseen(shown.typist.Middle("cmdForward"));
-  shown.typist.ClickUnseen(shown.typist.Middle("cmdRewind"));
-  AskedInVain();
+  shown.ClickInABreath(shown.typist.Middle("cmdForward"));
+  shown.ClickInABreath(shown.typist.Middle("cmdRewind"));
   EXPECT_EQ(ran, "");
   EXPECT_TRUE(shown.typist.Until([&] { return ran.ends_with("rewind "); }));
   EXPECT_EQ(ran, "post forward rewind ");
@@ -129,8 +128,7 @@ TEST_F(LongBreath, PressOnAnotherKeyIsNoSilence) {
   ShowPlaying();
   int presses = 0;
   shown.main.cmdRewind.OnPress = [&] { ++presses; };
-  shown.typist.ClickUnseen(shown.typist.Middle("cmdRewind"));
-  AskedInVain();
+  shown.ClickInABreath(shown.typist.Middle("cmdRewind"));
   EXPECT_TRUE(shown.typist.Until([&] { return presses == 1; }));
   EXPECT_EQ(shown.hush.silences, 0);
 }
@@ -143,8 +141,7 @@ TEST_F(LongBreath, HandsThatItKeptWaitForTheBoxThatFollowsIt) {
     pressed = true;
     pressedUnderABox = shown.loop.MessageBoxOpen();
   };
-  shown.typist.ClickUnseen(shown.typist.Middle("cmdRewind"));
-  AskedInVain();
+  shown.ClickInABreath(shown.typist.Middle("cmdRewind"));
   Timer timer(shown.loop, "t", 300ms);
   timer.OnTick = [&] {
     EXPECT_FALSE(pressed);
@@ -165,13 +162,11 @@ TEST_F(LongBreath, ClickOnARowIsForgottenWhenTheListHasOtherRowsByThen) {
   shown.main.listViewInQueue.OnRowClick = [&] {
     chosen += std::to_string(shown.main.listViewInQueue.ListIndex.Get()) + " ";
   };
-  shown.typist.ClickUnseen(shown.QueueRow(2));
-  AskedInVain();
+  shown.ClickInABreath(shown.QueueRow(2));
   shown.main.listViewInQueue.Remove(0);
   shown.typist.Rest();
   EXPECT_EQ(chosen, "");
-  shown.typist.ClickUnseen(shown.QueueRow(2));
-  AskedInVain();
+  shown.ClickInABreath(shown.QueueRow(2));
   shown.typist.Rest();
   EXPECT_EQ(chosen, "2 ");
 }

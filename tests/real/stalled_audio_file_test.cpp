@@ -4,6 +4,7 @@
 
 #include "support/ahead_bench.h"
 #include "support/gated_file.h"
+#include "support/patience.h"
 #include "support/sound_files.h"
 
 namespace tavlo::test {
@@ -40,8 +41,7 @@ struct StalledFileTest : testing::Test {
   /// Takes a block and lets the reader come to rest behind it.
   bool ReadAllAhead() {
     return bench->Take(4000).Samples() == 4000 &&
-           bench->loop.WaitUntil([this] { return gate->Calls >= kCallsAhead; }, kPatience) &&
-           gate->AwaitCalls(0);
+           Comes([this] { return gate->Calls >= kCallsAhead; }) && gate->AwaitCalls(0);
   }
   /// Half a second that was taken, and what is read ahead.
   static constexpr int kCallsAhead =
@@ -113,7 +113,7 @@ TEST_F(StalledFileTest, CloseDoesNotWaitAndTheReaderClosesTheFile) {
   EXPECT_EQ(gate->FilesThere, 1);
   EXPECT_FALSE(bench->file.ReadArray(4000).late);
   gate->Open();
-  EXPECT_TRUE(bench->loop.WaitUntil([this] { return AllClosed(); }, kPatience));
+  EXPECT_TRUE(Comes([this] { return AllClosed(); }));
   EXPECT_EQ(gate->ClosedByTheLoop, 0);
 }
 
@@ -125,7 +125,7 @@ TEST_F(StalledFileTest, FileWhoseClosingStallsHoldsNobodyUp) {
   ASSERT_TRUE(gate->AwaitCalls(1));
   EXPECT_EQ(gate->FilesThere, 1);
   gate->Open();
-  EXPECT_TRUE(bench->loop.WaitUntil([this] { return AllClosed(); }, kPatience));
+  EXPECT_TRUE(Comes([this] { return AllClosed(); }));
   EXPECT_EQ(gate->ClosedByTheLoop, 0);
 }
 
@@ -140,7 +140,7 @@ TEST_F(StalledFileTest, AnotherDocumentOfThatFileSystemWaitsBehindTheStuckReader
   EXPECT_TRUE(gate->AwaitCalls(1));
   gate->Open();
   EXPECT_EQ(bench->Take(4000).sourceBegin, 8000);
-  EXPECT_TRUE(bench->loop.WaitUntil([this] { return gate->FilesThere == 1; }, kPatience));
+  EXPECT_TRUE(Comes([this] { return gate->FilesThere == 1; }));
   EXPECT_EQ(gate->ClosedByTheLoop, 0);
 }
 
@@ -158,29 +158,20 @@ TEST_F(StalledFileTest, DocumentOfAnotherFileSystemIsReadMeanwhile) {
   EXPECT_EQ(both.Take(4000).Samples(), 4000);
   EXPECT_EQ(both.file.Readers(), 2U);
   gate->Open();
-  ASSERT_TRUE(both.loop.WaitUntil([this] { return AllClosed(); }, kPatience));
-  ASSERT_TRUE(both.loop.WaitUntil(
-      [&] {
-        EXPECT_TRUE(Opens(both.file, kElsewhere));
-        return both.file.Readers() == 1;
-      },
-      kPatience))
-      << "the reader that came back has gone";
+  ASSERT_TRUE(Comes([this] { return AllClosed(); }));
+  ASSERT_TRUE(Comes([&] {
+    EXPECT_TRUE(Opens(both.file, kElsewhere));
+    return both.file.Readers() == 1;
+  })) << "the reader that came back has gone";
 }
 
 TEST_F(StalledFileTest, FileSystemIsOutOfReachOnceItsReaderHasBeenStuckForLong) {
   StallAtTheFirstBlock();
-  ASSERT_TRUE(bench->loop.WaitUntil(
-      [this] {
-        const OpenResult result = bench->file.OpenFile(kHere);
-        if (result == OpenResult::Opened) bench->loop.Wait(100ms);
-        return result == OpenResult::OutOfReach;
-      },
-      kPatience));
+  ASSERT_TRUE(Comes([this] { return bench->file.OpenFile(kHere) == OpenResult::OutOfReach; }));
   EXPECT_EQ(bench->file.OpenFile(kHere), OpenResult::OutOfReach);
   EXPECT_EQ(bench->file.TotalSamples(), 0);
   gate->Open();
-  ASSERT_TRUE(bench->loop.WaitUntil([this] { return AllClosed(); }, kPatience));
+  ASSERT_TRUE(Comes([this] { return AllClosed(); }));
   EXPECT_TRUE(Opens(bench->file, kHere));
   EXPECT_EQ(bench->Take(4000).Samples(), 4000);
 }
@@ -228,7 +219,7 @@ TEST_F(StalledFileTest, WhatIsReadAheadHasABound) {
 TEST_F(StalledFileTest, NothingIsReadBeforeItIsWanted) {
   ASSERT_TRUE(Opens(bench->file, kHere));
   bench->file.CloseFile();
-  ASSERT_TRUE(bench->loop.WaitUntil([this] { return AllClosed(); }, kPatience));
+  ASSERT_TRUE(Comes([this] { return AllClosed(); }));
   EXPECT_EQ(gate->Calls, 1) << "the closing";
 }
 
@@ -247,7 +238,7 @@ TEST_F(StalledFileTest, ThousandStallsLeaveNoThreadNoHandleAndNoFile) {
   EXPECT_LE(Entries("/proc/self/task"), threads);
   EXPECT_LE(Entries("/proc/self/fd"), handles);
   gate->Open();
-  EXPECT_TRUE(bench->loop.WaitUntil([this] { return gate->FilesThere == 1; }, kPatience));
+  EXPECT_TRUE(Comes([this] { return gate->FilesThere == 1; }));
 }
 
 TEST_F(StalledFileTest, EndOfTheFileLeavesAStuckReaderBehindWhichEndsLater) {
@@ -255,8 +246,7 @@ TEST_F(StalledFileTest, EndOfTheFileLeavesAStuckReaderBehindWhichEndsLater) {
   bench.reset();
   EXPECT_EQ(gate->FilesThere, 1);
   gate->Open();
-  for (int look = 0; look < 100'000 && !AllClosed(); ++look) Sleep(1ms);
-  EXPECT_TRUE(AllClosed());
+  EXPECT_TRUE(Comes([this] { return AllClosed(); }));
   EXPECT_EQ(gate->ClosedByTheLoop, 0);
 }
 

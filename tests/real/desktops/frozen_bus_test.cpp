@@ -77,7 +77,10 @@ struct FrozenBus : testing::Test {
       EXPECT_TRUE(Until([&] { return program.IsReady(); }));
     });
     Expect("box", [&] {
-      EXPECT_TRUE(program.Until([] { return QApplication::activeWindow() != nullptr; }));
+      EXPECT_TRUE(program.Until([] {
+        const QWidget* const active = QApplication::activeWindow();
+        return active && active->objectName() == "frmMain";
+      }));
       program.Keys({kAlt, kF4});
       EXPECT_TRUE(Until([&] { return !program.Box().empty(); }));
       program.Keys({kEscape});

@@ -1,8 +1,14 @@
 #include "support/shown_windows.h"
 
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QEvent>
 #include <QTableView>
 #include <string>
 #include <vector>
+
+#include "support/patience.h"
 
 namespace tavlo::test {
 namespace {
@@ -19,6 +25,20 @@ Row DocumentRow(const std::vector<std::string>& texts) {
   row.cells[1].colour = kBlue;
   return row;
 }
+
+/// Counts the keys of the mouse that were let go over the program's windows.
+class Releases : public QObject {
+ public:
+  Releases() { qApp->installEventFilter(this); }
+
+  int Count = 0;
+
+ private:
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (object->isWindowType() && event->type() == QEvent::MouseButtonRelease) ++Count;
+    return false;
+  }
+};
 
 }  // namespace
 
@@ -95,6 +115,12 @@ QPoint ShownWindows::QueueRow(int row) {
   if (!list) return {};
   const QRect cell = list->visualRect(list->model()->index(row, 2));
   return list->viewport()->mapToGlobal(cell.center());
+}
+
+void ShownWindows::ClickInABreath(QPoint place) {
+  const Releases releases;
+  typist.ClickUnseen(place);
+  EXPECT_TRUE(loop.BreatheUntil([&] { return releases.Count > 0; }, loop.Now() + kPatience));
 }
 
 }  // namespace tavlo::test

@@ -20,6 +20,10 @@ struct ShownWindows {
   void PlayDocument();
   /// The place on the screen of a row of the Queue list.
   QPoint QueueRow(int row);
+  /// Clicks while the loop is in a long breath, which ends when the click has come. A window
+  /// manager that takes a press first hands it on with the pointer where that is by then, so the
+  /// next click has to wait for this one.
+  void ClickInABreath(QPoint place);
 
   platform::qt::QtLoop loop;
   forms::MainForm main{loop};
