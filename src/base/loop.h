@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <functional>
-#include <string>
 #include <string_view>
 
 #include "base/message_box.h"

@@ -12,7 +12,7 @@ namespace tavlo::lists {
 namespace {
 
 /// A completed document is never marked Saved, so the column is not shown.
-constexpr forms::Twips kSavedWidth = 0;
+constexpr forms::Twips kSavedWidthInCompleted = 0;
 
 constexpr std::string_view kNothingCompleted =
     "Nothing completed yet\nA dictation comes here when you press Complete.";
@@ -58,7 +58,7 @@ CompletedList::CompletedList(base::Loop& loop, window::MainWindow& window,
 }
 
 void CompletedList::MakeColumns(const std::string& subjectHeading) {
-  form_.listViewCompleted.SetColumns(DocumentColumns(subjectHeading, kSavedWidth));
+  form_.listViewCompleted.SetColumns(DocumentColumns(subjectHeading, kSavedWidthInCompleted));
   form_.listViewCompleted.WhenEmpty = std::string(kNothingCompleted);
 }
 

@@ -6,7 +6,7 @@
 namespace tavlo::lists {
 namespace {
 
-constexpr forms::Twips kSavedWidth = 650;
+constexpr forms::Twips kSavedWidthInQueue = 650;
 
 }  // namespace
 
@@ -25,7 +25,7 @@ QueueList::QueueList(base::Loop& loop, window::MainWindow& window,
 }
 
 void QueueList::MakeColumns(const std::string& subjectHeading) {
-  form_.listViewInQueue.SetColumns(DocumentColumns(subjectHeading, kSavedWidth));
+  form_.listViewInQueue.SetColumns(DocumentColumns(subjectHeading, kSavedWidthInQueue));
   form_.listViewInQueue.WhenEmpty = NothingWaits();
 }
 

@@ -20,6 +20,7 @@
 #include "base/text.h"
 #include "platform/sqlite/sqlite_settings.h"
 #include "store/settings_fields.h"
+#include "support/send_signal.h"
 
 namespace tavlo::test {
 namespace {
@@ -268,8 +269,7 @@ struct Holder {
     close(ready[1]);
   }
   ~Holder() {
-    kill(process, SIGKILL);
-    waitpid(process, nullptr, 0);
+    if (SendSignal(process, SIGKILL)) waitpid(process, nullptr, 0);
   }
   pid_t process = 0;
 };
@@ -425,7 +425,7 @@ TEST_F(SqliteTest, KillDuringSavesLeavesAWholeSave) {
       ASSERT_EQ(read(told[0], &word, 1), 1);
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(20 + 3 * run));
-    ASSERT_EQ(kill(saver, SIGKILL), 0);
+    ASSERT_TRUE(SendSignal(saver, SIGKILL));
     int status = 0;
     ASSERT_EQ(waitpid(saver, &status, 0), saver);
     close(told[0]);

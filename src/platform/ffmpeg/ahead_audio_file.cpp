@@ -18,8 +18,6 @@ using playback::SampleCount;
 
 namespace {
 
-constexpr int kProcessInTrouble = -1;
-
 /// 0 where it cannot be told.
 std::uint64_t FileSystemOf(const std::string& path) {
   struct stat facts;
@@ -109,8 +107,8 @@ OpenResult AheadAudioFile::OpenHeldFile(const store::HeldFile& held) {
   });
 }
 
-/// As little as can be is done here: a scan asks this of each of its documents, and only a length is
-/// wanted of them.
+/// A scan asks this of each of its documents and wants no more than a length of them, so as little
+/// as can be is done here.
 OpenResult AheadAudioFile::TakeMeasured(const store::HeldFile& held) {
   using Outcome = store::MeasuredSound::Outcome;
   CloseFile();

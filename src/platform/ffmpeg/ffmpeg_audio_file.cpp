@@ -14,12 +14,6 @@ using playback::OpenResult;
 using playback::SampleArray;
 using playback::SampleCount;
 
-namespace {
-
-constexpr int kProcessInTrouble = -1;
-
-}  // namespace
-
 FfmpegAudioFile::FfmpegAudioFile(std::function<void()> breathe, PlainFile::Accepted accepted,
                                  std::shared_ptr<MeasuredFiles> measured)
     : measured_(std::move(measured)), accepted_(accepted) {

@@ -12,6 +12,9 @@
 
 namespace tavlo::platform {
 
+/// The `OpenStatus` of a file in a process that has no handle, memory or thread left.
+inline constexpr int kProcessInTrouble = -1;
+
 /// Measures and decodes sound files: waves and MPEG audio by readers of our own, all else by
 /// FFmpeg's, on the thread that calls: one at a time. Opening a wave or an mp3 only measures it,
 /// and one that was measured before and has not changed is not even opened; the decoder is made at

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 
 #include "platform/ffmpeg/bytes.h"
 #include "platform/ffmpeg/codec.h"

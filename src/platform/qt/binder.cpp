@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
-#include <QSignalBlocker>
 #include <memory>
 #include <utility>
 

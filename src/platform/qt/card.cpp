@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kPadding = 12;
 constexpr int kCardLineSpacing = 10;
-constexpr double kRounding = 6;
+constexpr double kCornerRadius = 6;
 constexpr double kEdge = 0.16;   ///< Share of the letters' colour in the edge.
 constexpr double kLight = 0.06;  ///< Share of white in the sheet of a dark desktop.
 constexpr double kSheet = 0.6;   ///< Share of the desktop's paper in the sheet of a light one.
@@ -31,7 +31,8 @@ void Card::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(Mixed(page, ink, kEdge), 1));
   painter.setBrush(dark ? Mixed(page, Qt::white, kLight)
                         : Mixed(page, palette().color(QPalette::Base), kSheet));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRounding, kRounding);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius,
+                          kCornerRadius);
 }
 
 }  // namespace tavlo::platform::qt

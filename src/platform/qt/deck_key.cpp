@@ -13,7 +13,7 @@ namespace tavlo::platform::qt {
 namespace {
 
 constexpr double kRound = 6;
-constexpr int kGap = 8;  ///< Between a glyph and the caption beside it.
+constexpr int kGapBesideGlyph = 8;  ///< To its caption.
 constexpr int kCaptionedGlyph = 14;
 constexpr int kLoneGlyph = 16;
 constexpr double kRingWidth = 2;
@@ -145,11 +145,12 @@ void DeckKey::paintEvent(QPaintEvent*) {
   const QFontMetrics metrics(font());
   const int captionWidth = metrics.size(Qt::TextShowMnemonic, text()).width();
   // A narrow key has room for its glyph alone; its caption still reaches it by the keyboard.
-  const bool captionFits = captionWidth + scale_(kCaptionedGlyph) + scale_(kGap) <= width();
+  const bool captionFits =
+      captionWidth + scale_(kCaptionedGlyph) + scale_(kGapBesideGlyph) <= width();
   const bool captioned = !text().isEmpty() && (glyph_ == Glyph::None || captionFits);
   const int drawn = glyph_ == Glyph::None ? 0 : captioned ? kCaptionedGlyph : kLoneGlyph;
   const int glyphSize = scale_(drawn);
-  const int gap = glyphSize > 0 && captioned ? scale_(kGap) : 0;
+  const int gap = glyphSize > 0 && captioned ? scale_(kGapBesideGlyph) : 0;
   const int left = (width() - glyphSize - gap - (captioned ? captionWidth : 0)) / 2;
   if (glyphSize > 0) {
     painter.drawPixmap(left, (height() - glyphSize) / 2,

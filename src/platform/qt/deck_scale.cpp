@@ -13,7 +13,8 @@ constexpr double kPointsInInch = 72;
 /// Height of the desktop's letters beside which the deck was drawn: ten points at 96 to the inch.
 constexpr double kUsualLetters = 10 * 96 / kPointsInInch;
 constexpr double kSteps = 20;
-constexpr double kRounding = 1e-6;
+/// A whole number of steps may come out of the arithmetic a little too small.
+constexpr double kSlightlyMore = 1e-6;
 
 double LettersOfTheDesktop() {
   const QFont font = QApplication::font();
@@ -28,7 +29,7 @@ void DeckScale::Follow(QSize drawn, QSize room) {
   const double fits = std::min(static_cast<double>(room.width()) / drawn.width(),
                                static_cast<double>(room.height()) / drawn.height());
   const double asked = std::min(LettersOfTheDesktop() / kUsualLetters, fits);
-  const double factor = std::max(1.0, std::floor(asked * kSteps + kRounding) / kSteps);
+  const double factor = std::max(1.0, std::floor(asked * kSteps + kSlightlyMore) / kSteps);
   if (factor == factor_ && letters_ == QApplication::font()) return;
   factor_ = factor;
   letters_ = QApplication::font();

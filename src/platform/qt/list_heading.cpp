@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "platform/qt/colours.h"
+#include "platform/qt/text_widths.h"
 
 namespace tavlo::platform::qt {
 namespace {
@@ -12,10 +13,7 @@ namespace {
 constexpr int kPadding = 7;
 constexpr int kHeightPadding = 13;
 constexpr double kArrowShare = 0.42;  ///< Of the letters' height in the width of the arrow.
-/// Letters end between two pixels, and at a scale that is no whole number they are drawn a little
-/// wider than they are measured.
-constexpr int kRounding = 2;
-constexpr double kLineShare = 0.2;  ///< Of the letters' colour in the lines between the titles.
+constexpr double kLineShare = 0.2;    ///< Of the letters' colour in the lines between the titles.
 
 }  // namespace
 
@@ -39,7 +37,7 @@ int ListHeading::ArrowWidth() const {
 
 int ListHeading::WidthFor(const QString& title) const {
   const double letters = QFontMetricsF(Letters(), this).horizontalAdvance(title);
-  return static_cast<int>(std::ceil(letters)) + kRounding + kPadding + ArrowRoom();
+  return static_cast<int>(std::ceil(letters)) + kLetterRounding + kPadding + ArrowRoom();
 }
 
 bool ListHeading::StandsAtTheRight(int column) const {

@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QRadioButton>
-#include <QVBoxLayout>
 
 #include "platform/qt/accessible_parts.h"
 #include "platform/qt/binder.h"

@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 #include <QImage>
-#include <QObject>
 #include <QSocketNotifier>
 #include <functional>
 #include <memory>

@@ -14,8 +14,8 @@ namespace tavlo::platform::qt {
 namespace {
 
 constexpr QSize kPlace{104, 40};
-constexpr int kGap = 8;
-constexpr int kLetters = 15;
+constexpr int kGapBetweenKeys = 8;
+constexpr int kKeyLetters = 15;
 
 }  // namespace
 
@@ -48,9 +48,9 @@ PlayKeys::PlayKeys(forms::MainForm& form, Binder& binder, DeckScale& scale, QWid
   }
   scale_.Fit([this, row] {
     setFixedSize(scale_(kPlace));
-    row->setSpacing(scale_(kGap));
+    row->setSpacing(scale_(kGapBetweenKeys));
     for (DeckKey* const key : {play_, stop_}) {
-      key->setFont(DeckFont(scale_(kLetters), QFont::Bold));
+      key->setFont(DeckFont(scale_(kKeyLetters), QFont::Bold));
       key->setFixedHeight(height());
     }
     ShareWidth();
@@ -69,7 +69,7 @@ bool PlayKeys::ShowsBoth() const {
 }
 
 void PlayKeys::ShareWidth() {
-  const int half = (width() - scale_(kGap)) / 2;
+  const int half = (width() - scale_(kGapBetweenKeys)) / 2;
   for (DeckKey* const key : {play_, stop_}) key->setFixedWidth(ShowsBoth() ? half : width());
 }
 

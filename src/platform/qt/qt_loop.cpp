@@ -1,7 +1,7 @@
 #include "platform/qt/qt_loop.h"
 
 #include <QAbstractEventDispatcher>
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QEventLoop>
 #include <QScopedValueRollback>

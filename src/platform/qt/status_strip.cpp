@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kPad = 12;
 constexpr int kHeight = 28;
-constexpr int kLetters = 13;
+constexpr int kStripLetters = 13;
 constexpr int kWholePanel = 130;  ///< A long author must not squeeze department and date away.
 
 }  // namespace
@@ -50,7 +50,7 @@ ElidingLabel* StatusStrip::AddLabel(const QColor& colour) {
 void StatusStrip::FitPanels(const DeckScale& scale) {
   setFixedHeight(scale(kHeight));
   const auto fit = [&scale](ElidingLabel& label, QFont::Weight weight) {
-    label.setFont(DeckFont(scale(kLetters), weight));
+    label.setFont(DeckFont(scale(kStripLetters), weight));
     label.setContentsMargins(scale(kPad), 0, scale(kPad), 0);
   };
   for (ElidingLabel* const panel : panels_) {

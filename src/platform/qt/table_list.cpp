@@ -34,7 +34,6 @@ constexpr int kMarkWidth = 3;  ///< Of the bar at the head of the chosen row.
 /// rows are measured for it.
 constexpr const char* kShortText = "00/00/00000";
 constexpr int kRowsMeasured = 50;
-constexpr int kRounding = 2;  ///< At a scale that is no whole number, letters are not either.
 
 Qt::Alignment SideOf(const forms::Column& column) {
   return Qt::AlignVCenter | (column.figures ? Qt::AlignRight : Qt::AlignLeft);
@@ -218,7 +217,8 @@ int TableList::LeastWidth(int column) {
   for (int row = 0; row < std::min(kRowsMeasured, model_->rowCount()) && text < enough; ++row) {
     text = std::max(text, textWidths_.Of(model_->index(row, column).data().toString(), font()));
   }
-  return std::max(heading_->WidthFor(title), std::min(text, enough) + 2 * kCellPadding + kRounding);
+  return std::max(heading_->WidthFor(title),
+                  std::min(text, enough) + 2 * kCellPadding + kLetterRounding);
 }
 
 /// The columns fill the list and keep their proportions, save those that would be too narrow for

@@ -7,6 +7,10 @@
 
 namespace tavlo::platform::qt {
 
+/// Letters end between two pixels, and at a scale that is no whole number they are drawn a little
+/// wider than they are measured. So many pixels more have room for them.
+inline constexpr int kLetterRounding = 2;
+
 /// How wide texts are, in pixels, remembered: to shape the letters of a page of a list takes longer
 /// than all else that is done to show it, and most of its texts have been there before.
 class TextWidths {

@@ -14,7 +14,8 @@ class DescriptorWait {
 };
 
 /// A loop that waits for file descriptors beside its timers, so that what another process or thread
-/// has to tell is taken when it comes and nothing looks for it meanwhile.
+/// has to tell is taken when it comes and nothing looks for it meanwhile. `call` makes the
+/// descriptor quiet; for news that stands until somebody looks there is `ReadableOnce`.
 class DescriptorWaits {
  public:
   virtual ~DescriptorWaits() = default;

@@ -9,6 +9,8 @@
 #include <csignal>
 #include <sstream>
 
+#include "support/send_signal.h"
+
 namespace tavlo::test {
 namespace {
 
@@ -46,9 +48,7 @@ ScreenReader::ScreenReader() {
 ScreenReader::~ScreenReader() {
   if (to_) std::fclose(to_);
   if (from_) std::fclose(from_);
-  if (process_ <= 0) return;
-  kill(process_, SIGTERM);
-  waitpid(process_, nullptr, 0);
+  if (SendSignal(process_, SIGTERM)) waitpid(process_, nullptr, 0);
 }
 
 std::string ScreenReader::ReadLine() {

@@ -14,6 +14,7 @@
 
 #include "support/driven_program.h"
 #include "support/screen.h"
+#include "support/send_signal.h"
 
 namespace tavlo::test {
 namespace {
@@ -41,8 +42,7 @@ class WaylandDesktop {
     if (xwayland == XWayland::Yes) TakeXServer();
   }
   ~WaylandDesktop() {
-    ::kill(compositor_, SIGTERM);
-    ::waitpid(compositor_, nullptr, 0);
+    if (SendSignal(compositor_, SIGTERM)) ::waitpid(compositor_, nullptr, 0);
     ::unsetenv("WAYLAND_DISPLAY");
     ::setenv("DISPLAY", before_.c_str(), 1);
     ::setenv("QT_QPA_PLATFORM", "xcb", 1);

@@ -3,9 +3,7 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QScreen>
-#include <algorithm>
 #include <map>
-#include <string>
 
 #include "look/desktop_letters.h"
 #include "platform/qt/theme.h"

@@ -8,6 +8,8 @@
 #include <fstream>
 #include <regex>
 
+#include "support/send_signal.h"
+
 namespace tavlo::test {
 
 std::string Pactl(const std::string& arguments) {
@@ -48,11 +50,9 @@ bool IsMute(const std::string& kind, const std::string& name) {
 
 FrozenServer::FrozenServer() : process_(0) {
   std::ifstream(std::string(std::getenv("PULSE_RUNTIME_PATH")) + "/pid") >> process_;
-  if (process_ > 0) kill(process_, SIGSTOP);
+  SendSignal(process_, SIGSTOP);
 }
 
-FrozenServer::~FrozenServer() {
-  if (process_ > 0) kill(process_, SIGCONT);
-}
+FrozenServer::~FrozenServer() { SendSignal(process_, SIGCONT); }
 
 }  // namespace tavlo::test

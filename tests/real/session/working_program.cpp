@@ -1,6 +1,7 @@
 #include "session/working_program.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
@@ -10,6 +11,7 @@
 #include <thread>
 
 #include "support/screen.h"
+#include "support/send_signal.h"
 
 namespace tavlo::test {
 namespace {
@@ -37,10 +39,7 @@ WorkingProgram::WorkingProgram(const Home& home, const std::function<void(Driven
 }
 
 WorkingProgram::~WorkingProgram() {
-  if (process_ > 0) {
-    ::kill(process_, SIGKILL);
-    ::waitpid(process_, nullptr, 0);
-  }
+  if (SendSignal(process_, SIGKILL)) ::waitpid(process_, nullptr, 0);
   ::close(moment_[0]);
   ::close(moment_[1]);
 }
@@ -50,9 +49,12 @@ bool WorkingProgram::Await() {
   return ::poll(&look, 1, kPatienceMilliseconds) == 1;
 }
 
-void WorkingProgram::Send(int signal) { ::kill(process_, signal); }
+void WorkingProgram::Send(int signal) {
+  EXPECT_TRUE(SendSignal(process_, signal)) << "there is no program to send a signal to";
+}
 
 std::optional<int> WorkingProgram::ExitStatus() {
+  if (process_ <= 0) return {};
   int status = 0;
   if (!Until([&] { return ::waitpid(process_, &status, WNOHANG) == process_; })) return {};
   process_ = -1;

@@ -2,9 +2,7 @@
 
 #include <QApplication>
 #include <csignal>
-#include <functional>
 #include <optional>
-#include <string>
 
 #include "platform/disk/instance_lock.h"
 #include "platform/sqlite/sqlite_settings.h"

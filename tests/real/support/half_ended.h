@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <functional>
 
+#include "support/send_signal.h"
+
 namespace tavlo::test {
 
 /// A process that has ended, while another one that shares its open files goes on: to the kernel
@@ -38,10 +40,7 @@ class HalfEnded {
     if (process > 0) ::waitpid(process, nullptr, 0);
     EXPECT_TRUE(told && stuck_ > 0) << "there is no process that goes on";
   }
-  ~HalfEnded() {
-    // A process that was never there is -1, and to kill that would end every process of the user.
-    if (stuck_ > 0) ::kill(stuck_, SIGKILL);
-  }
+  ~HalfEnded() { SendSignal(stuck_, SIGKILL); }
   HalfEnded(const HalfEnded&) = delete;
 
  private:

@@ -26,6 +26,7 @@
 #include <utility>
 
 #include "support/patience.h"
+#include "support/send_signal.h"
 
 namespace tavlo::test {
 namespace {
@@ -258,8 +259,7 @@ void StallingMount::Serve(int ready) const {
 }
 
 bool StallingMount::Send(int signal) const {
-  // Without a server this would go to every process of the user.
-  const bool sent = server_ > 0 && ::kill(server_, signal) == 0;
+  const bool sent = SendSignal(server_, signal);
   EXPECT_TRUE(sent) << "no server of " << point_ << " can be sent the signal " << signal;
   return sent;
 }
