@@ -40,15 +40,18 @@ class Group:
         self.broken = []
 
     def figure(self, name, ours, other, unit, against, limit=None, most=None, compared=None,
-               tail=None, most_tail=None):
+               tail=None, most_tail=None, worst=None):
         """Prints one figure. `limit` is the highest ratio that passes, `most` the highest value of
         ours; with neither it is a figure to know. `compared` is the part of ours that the ratio is
-        of, where that is not all of it; `tail` our 99th percentile and `most_tail` its highest."""
+        of, where that is not all of it; `tail` our 99th percentile and `most_tail` its highest;
+        `worst` the highest ratio of a single round, which is to be known."""
         ratio = (ours if compared is None else compared) / other
         full = f"{self.name}.{name}"
         print(
             f"{full} ours={short(ours)} other={short(other)} unit={unit} with={against} "
-            f"ratio={ratio:.2f}" + ("" if tail is None else f" p99={short(tail)}"),
+            f"ratio={ratio:.2f}"
+            + ("" if tail is None else f" p99={short(tail)}")
+            + ("" if worst is None else f" worst={worst:.2f}"),
             flush=True,
         )
         if limit is not None and ratio > limit:

@@ -36,6 +36,14 @@ class Figures(unittest.TestCase):
             "scan.first ours=0.0811 other=0.0744 unit=s with=soxi ratio=1.09\n",
         )
 
+    def test_worst_round_stands_behind_the_ratio(self):
+        printed = io.StringIO()
+        with contextlib.redirect_stdout(printed):
+            Group("play").figure("cpu", 0.8, 1.0, "s", "mpv", worst=0.914)
+        self.assertEqual(
+            printed.getvalue(), "play.cpu ours=0.800 other=1.00 unit=s with=mpv ratio=0.80 worst=0.91\n"
+        )
+
     def test_ratio_above_its_limit_fails_the_group_and_one_at_it_does_not(self):
         group = Group("scan")
         with contextlib.redirect_stdout(io.StringIO()):
