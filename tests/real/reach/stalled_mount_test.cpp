@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/ffmpeg/sound_meter.h"
@@ -132,6 +135,27 @@ TEST_F(StalledMount, EndOfTheErrandsWaitsForNoServer) {
   EXPECT_EQ(Threads(), threads + 1) << "the call is still stuck";
   mount.GoOn();
   EXPECT_TRUE(Comes([threads] { return Threads() == threads; }));
+}
+
+TEST_F(StalledMount, CountsWhatTheWatchedThreadAsksAndNothingOfOthers) {
+  const std::string path = Put("a.wav", "12345");
+  std::ifstream open(path);
+  const std::vector<std::function<void()>> calls{
+      [&] { EXPECT_TRUE(fs::exists(path)); },
+      [&] { EXPECT_EQ(::access(path.c_str(), R_OK), 0); },
+      [&] { EXPECT_NE(fs::directory_iterator(mount.Path()), fs::directory_iterator()); },
+      [&] { EXPECT_EQ(open.get(), '1'); },
+  };
+  mount.Watch(::getpid());
+  int asked = 0;
+  for (const auto& call : calls) {
+    call();
+    EXPECT_GT(mount.AskedByTheWatched(), asked);
+    asked = mount.AskedByTheWatched();
+  }
+  std::thread([&] { EXPECT_TRUE(fs::exists(path)); }).join();
+  EXPECT_EQ(disk.Look(path), Entry::PlainFile);
+  EXPECT_EQ(mount.AskedByTheWatched(), asked);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ class Share {
       : source_(aside_ / "share"), mount_(source_, Move(home.Path() + below)) {}
 
   StallingMount& Mount() { return mount_; }
+  const StallingMount& Mount() const { return mount_; }
 
  private:
   const std::string& Move(const std::string& point) {

@@ -33,7 +33,7 @@ class DrivenProgram {
   shell::Windows& Windows() { return program_.Deck().windows; }
   forms::MainForm& Main() { return Windows().main; }
   shell::Rooms& Rooms() { return *program_.Deck().Built(); }
-  base::Loop& Loop() { return program_.Loop(); }
+  platform::qt::QtLoop& Loop() { return program_.Loop(); }
 
   // For the script.
 

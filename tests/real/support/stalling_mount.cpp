@@ -37,21 +37,20 @@ constexpr useconds_t kMomentInHold = 5000;
 struct Served {
   std::string source;
   const std::atomic<bool>& holds;
+  const std::atomic<pid_t>& watched;
+  std::atomic<int>& askedByTheWatched;
 };
 
-/// A flag that this process has in common with those that it forks.
-std::atomic<bool>* MakeSharedFlag() {
-  void* const memory = ::mmap(nullptr, sizeof(std::atomic<bool>), PROT_READ | PROT_WRITE,
-                              MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  if (memory == MAP_FAILED) std::abort();
-  return new (memory) std::atomic<bool>(false);
-}
-
 /// Where a path of the mount stands behind it. Every call begins with this, so it is here that one
-/// is held.
+/// is held, and counted.
 std::string Behind(const char* path) {
-  const auto& served = *static_cast<const Served*>(fuse_get_context()->private_data);
+  const fuse_context& call = *fuse_get_context();
+  const auto& served = *static_cast<const Served*>(call.private_data);
   while (served.holds) ::usleep(kMomentInHold);
+  if (call.pid == served.watched) {
+    ++served.askedByTheWatched;
+    std::fprintf(stderr, "the watched thread asks for %s\n", path);
+  }
   return served.source + path;
 }
 
@@ -65,11 +64,19 @@ void* Begin(fuse_conn_info*, fuse_config* config) {
   config->entry_timeout = 0;
   config->attr_timeout = 0;
   config->negative_timeout = 0;
+  config->direct_io = 1;
   return fuse_get_context()->private_data;
 }
 
 int GetAttributes(const char* path, struct stat* status, fuse_file_info*) {
   return ResultOf(::lstat(Behind(path).c_str(), status));
+}
+
+int MayAccess(const char* path, int how) { return ResultOf(::access(Behind(path).c_str(), how)); }
+
+int OpenFolder(const char* path, fuse_file_info*) {
+  Behind(path);
+  return 0;
 }
 
 int ReadLink(const char* path, char* target, std::size_t size) {
@@ -178,6 +185,8 @@ fuse_operations Operations() {
   fuse_operations calls{};
   calls.init = Begin;
   calls.getattr = GetAttributes;
+  calls.access = MayAccess;
+  calls.opendir = OpenFolder;
   calls.readlink = ReadLink;
   calls.mkdir = MakeFolder;
   calls.unlink = Unlink;
@@ -226,7 +235,7 @@ void Unmount(const std::string& point) {
 }  // namespace
 
 StallingMount::StallingMount(std::string source, std::string point)
-    : source_(std::move(source)), point_(std::move(point)), holds_(MakeSharedFlag()) {
+    : source_(std::move(source)), point_(std::move(point)), common_(MakeCommon()) {
   std::array<int, 2> ready{};
   if (::pipe2(ready.data(), O_CLOEXEC) != 0) std::abort();
   server_ = ::fork();
@@ -241,7 +250,14 @@ StallingMount::StallingMount(std::string source, std::string point)
 StallingMount::~StallingMount() {
   if (server_ > 0) Kill();
   if (fault_.empty()) Unmount(point_);
-  ::munmap(holds_, sizeof *holds_);
+  ::munmap(common_, sizeof *common_);
+}
+
+StallingMount::Common* StallingMount::MakeCommon() {
+  void* const memory =
+      ::mmap(nullptr, sizeof(Common), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) std::abort();
+  return new (memory) Common;
 }
 
 void StallingMount::Serve(int ready) const {
@@ -250,7 +266,10 @@ void StallingMount::Serve(int ready) const {
   std::array<char*, 2> arguments{program.data(), nullptr};
   fuse_args options = FUSE_ARGS_INIT(1, arguments.data());
   const fuse_operations calls = Operations();
-  Served served{.source = source_, .holds = *holds_};
+  Served served{.source = source_,
+                .holds = common_->holds,
+                .watched = common_->watched,
+                .askedByTheWatched = common_->askedByTheWatched};
   fuse* const server = fuse_new(&options, &calls, sizeof calls, &served);
   const bool mounted = server && fuse_mount(server, point_.c_str()) == 0;
   if (!mounted || ::write(ready, "!", 1) != 1) ::_exit(1);
@@ -271,13 +290,17 @@ void StallingMount::Stop() const {
 
 void StallingMount::Hold() const {
   EXPECT_GT(server_, 0) << "nobody serves " << point_;
-  *holds_ = true;
+  common_->holds = true;
 }
 
 void StallingMount::GoOn() const {
-  *holds_ = false;
+  common_->holds = false;
   Send(SIGCONT);
 }
+
+void StallingMount::Watch(pid_t thread) const { common_->watched = thread; }
+
+int StallingMount::AskedByTheWatched() const { return common_->askedByTheWatched; }
 
 void StallingMount::Kill() {
   if (!Send(SIGKILL)) return;

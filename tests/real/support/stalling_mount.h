@@ -33,14 +33,28 @@ class StallingMount {
   /// Each call on the mount fails from here on.
   void Kill();
 
+  /// Counts from here on what this thread, -1 for none, asks of the mount. The kernel keeps nothing
+  /// of a mount to answer by itself, so a thread of which nothing is counted can not have waited
+  /// for the server.
+  void Watch(pid_t thread) const;
+  int AskedByTheWatched() const;
+
  private:
   [[noreturn]] void Serve(int ready) const;
   /// False, and a failure of the test, when there is no server to be sent a signal.
   bool Send(int signal) const;
 
+  /// What this process has in common with the server and all that the test forks.
+  struct Common {
+    std::atomic<bool> holds = false;
+    std::atomic<pid_t> watched = -1;
+    std::atomic<int> askedByTheWatched = 0;
+  };
+  static Common* MakeCommon();
+
   const std::string source_;
   const std::string point_;
-  std::atomic<bool>* const holds_;  ///< Shared with the server and all that the test forks.
+  Common* const common_;
   pid_t server_ = -1;
   std::string fault_;
 };
