@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <ranges>
 
 namespace tavlo::platform {
 namespace {
@@ -67,9 +66,9 @@ struct MountTable::Walk {
 
   void PutAhead(const std::string& path) {
     const auto names = Split(path, '/');
-    for (const std::string_view name : names | std::views::reverse) {
+    std::for_each(names.rbegin(), names.rend(), [this](std::string_view name) {
       if (name != ".") ahead.emplace_back(name);
-    }
+    });
   }
   std::string TakeNext() {
     std::string name = std::move(ahead.back());

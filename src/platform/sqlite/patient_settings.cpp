@@ -167,7 +167,8 @@ OpenedDatabase PatientSettingsDatabases::OpenBy(Calls call, const std::string& p
         opening->failure = opened.failure;
         if (!opened.database) return;
         opening->tables = ReadTables(*opened.database);
-        opening->file = std::make_shared<OpenFile>(std::move(opened.database), pulse);
+        opening->file = std::make_shared<OpenFile>(
+            OpenFile{.database = std::move(opened.database), .pulse = pulse});
       });
   // A database that is opened after that is closed by the errand, which is then its only owner.
   if (!answered) return {{}, SettingsSentence(path, kNoAnswer)};
