@@ -136,13 +136,18 @@ void FileMoves::DropCopy(const UnfinishedMoves::Unfinished& move, DiskResult why
   unfinished_.Add(move);
 }
 
+/// Why nothing is known of a file. One of which the folder has lost its server is not gone.
+DiskResult FileMoves::WhyUnknown(const std::string& path) {
+  const Entry stands = disk_.Look(path);
+  if (stands == Entry::OutOfReach || disk_.OutOfReach(path)) return DiskResult::OutOfReach;
+  return stands == Entry::Nothing ? DiskResult::NotFound : DiskResult::Failed;
+}
+
 /// Copies the source under a name of our own into the target's folder and makes sure that all of it
 /// arrived, and that it did not change on the way.
 FileMoves::Copied FileMoves::CopyBeside(const std::string& source, const std::string& target) {
   const auto before = disk_.Facts(source);
-  if (!before) {
-    return {.result = disk_.OutOfReach(source) ? DiskResult::OutOfReach : DiskResult::NotFound};
-  }
+  if (!before) return {.result = WhyUnknown(source)};
   Copied copy = CopyToFreeName(source, FolderOf(target));
   copy.before = *before;
   if (copy.result != DiskResult::Done) return copy;

@@ -89,6 +89,7 @@ class FileMoves : private UnfinishedMoves::Aside {
     FileFacts facts = {};   ///< Of the copy, once it is Done.
   };
   Copied CopyBeside(const std::string& source, const std::string& target);
+  DiskResult WhyUnknown(const std::string& path);
   /// Gives the copy the first name of our own that is free in the folder and not spent.
   Copied CopyToFreeName(const std::string& source, const std::string& folder);
   void DropCopy(const UnfinishedMoves::Unfinished& move, DiskResult why);

@@ -92,7 +92,8 @@ TEST_F(StalledQueue, HandsOnTheDocumentWaitForNothingAndAServerThatIsKilledIsTol
     program->Click("cmdSkipEnd");
     program->Click("cmdComplete");
     EXPECT_TRUE(program->AnswerBox().starts_with(kQueueFault));
-    EXPECT_EQ(Line(), "Not moved to Completed: there is no such file or folder. Document: " + name);
+    EXPECT_EQ(Line(),
+              "Not moved to Completed: the disk reported an error. It stays in the Queue: " + name);
   });
   EXPECT_EQ(Standing(), (Places{{"InQueue/" + name, "Brown"}}));
 }
