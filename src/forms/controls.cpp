@@ -53,6 +53,27 @@ class SortKey {
   std::uint64_t second_ = 0;
 };
 
+/// So many keys are made or sorted in some hundred microseconds.
+constexpr std::ptrdiff_t kPiece = 2048;
+
+/// A stable sort that breathes between its pieces.
+template <typename Less>
+void SortInPieces(std::vector<SortKey>& keys, const Less& less,
+                  const std::function<void()>& breathe) {
+  const std::ptrdiff_t size = std::ssize(keys);
+  const auto at = [&](std::ptrdiff_t index) { return keys.begin() + std::min(index, size); };
+  for (std::ptrdiff_t begin = 0; begin < size; begin += kPiece) {
+    if (begin > 0) breathe();
+    std::stable_sort(at(begin), at(begin + kPiece), less);
+  }
+  for (std::ptrdiff_t sorted = kPiece; sorted < size; sorted *= 2) {
+    for (std::ptrdiff_t begin = 0; begin + sorted < size; begin += 2 * sorted) {
+      breathe();
+      std::inplace_merge(at(begin), at(begin + sorted), at(begin + 2 * sorted), less);
+    }
+  }
+}
+
 }  // namespace
 
 Control::Control(Pane* parent, std::string name, const First& first)
@@ -192,10 +213,11 @@ void Table::SetColumnTitle(int column, std::string title) {
   RowsChanged();
 }
 
-void Table::Clear() {
-  rows_.clear();
+std::vector<Row> Table::TakeRows() {
+  std::vector<Row> taken = std::exchange(rows_, {});
   RowsChanged();
   ListIndex = -1;
+  return taken;
 }
 
 void Table::Add(Row row) {
@@ -221,12 +243,11 @@ const std::string& Table::TextAt(int row, int column) const {
   return cells[static_cast<std::size_t>(column)].text;
 }
 
-void Table::Sort(int column, SortOrder order) {
-  sortColumn_ = column;
-  sortOrder_ = order;
+void Table::Sort(int column, SortOrder order, const std::function<void()>& breathe) {
   std::vector<SortKey> keys;
   keys.reserve(rows_.size());
   for (int row = 0; row < static_cast<int>(rows_.size()); ++row) {
+    if (row > 0 && row % kPiece == 0) breathe();
     keys.emplace_back(TextAt(row, column), row);
   }
   const auto isLess = [this, column](const SortKey& a, const SortKey& b) {
@@ -234,9 +255,12 @@ void Table::Sort(int column, SortOrder order) {
     if (byKey != 0 || a.IsWhole()) return byKey < 0;
     return Folded(TextAt(a.row, column)) < Folded(TextAt(b.row, column));
   };
-  std::stable_sort(keys.begin(), keys.end(), [&](const SortKey& a, const SortKey& b) {
+  const auto standsBefore = [&](const SortKey& a, const SortKey& b) {
     return order == SortOrder::Ascending ? isLess(a, b) : isLess(b, a);
-  });
+  };
+  SortInPieces(keys, standsBefore, breathe);
+  sortColumn_ = column;
+  sortOrder_ = order;
   std::vector<Row> sorted;
   sorted.reserve(rows_.size());
   int chosen = -1;

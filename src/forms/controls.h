@@ -258,7 +258,9 @@ class Table : public Control {
   void SetColumnTitle(int column, std::string title);
 
   const std::vector<Row>& Rows() const { return rows_; }
-  void Clear();
+  void Clear() { TakeRows(); }
+  /// Empties the list and gives out what stood in it: to free many rows takes its time.
+  std::vector<Row> TakeRows();
   void Add(Row row);
   void Add(std::string text) { Add(Row{{Cell{std::move(text)}}}); }
   void Remove(int row);
@@ -268,7 +270,10 @@ class Table : public Control {
   int SortColumn() const { return sortColumn_; }
   SortOrder Order() const { return sortOrder_; }
   /// Sorts by the column's text; rows with equal text keep their order. The choice follows its row.
-  void Sort(int column, SortOrder order);
+  /// A long sort calls `breathe` again and again; the rows change after its last call, all at once,
+  /// and must stay as they are until then.
+  void Sort(
+      int column, SortOrder order, const std::function<void()>& breathe = [] {});
   /// What a click on a header does: the clicked column becomes the key, the order flips.
   void SortByHeader(int column);
 

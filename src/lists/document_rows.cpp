@@ -71,9 +71,9 @@ std::string ListCaption(const std::string& list, int count, double totalMillisec
   return list + ":     " + std::to_string(count) + "     " + base::FormatHMS(totalMilliseconds);
 }
 
-void SortByPriorityAndAge(forms::Table& list) {
-  list.Sort(forms::document_column::StampSort, forms::SortOrder::Ascending);
-  list.Sort(forms::document_column::PrioritySort, forms::SortOrder::Descending);
+void SortByPriorityAndAge(forms::Table& list, const std::function<void()>& breathe) {
+  list.Sort(forms::document_column::StampSort, forms::SortOrder::Ascending, breathe);
+  list.Sort(forms::document_column::PrioritySort, forms::SortOrder::Descending, breathe);
 }
 
 }  // namespace tavlo::lists

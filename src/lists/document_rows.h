@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,7 @@ forms::Row DocumentRow(const store::DocumentRecord& record, const std::string& f
 std::string ListCaption(const std::string& list, int count, double totalMilliseconds);
 
 /// The order in which the user first sees a list: priority documents first, each group oldest
-/// dictation first.
-void SortByPriorityAndAge(forms::Table& list);
+/// dictation first. `breathe` is as `Table::Sort` takes it.
+void SortByPriorityAndAge(forms::Table& list, const std::function<void()>& breathe);
 
 }  // namespace tavlo::lists

@@ -1,6 +1,7 @@
 #include "lists/document_scan.h"
 
 #include <memory>
+#include <vector>
 
 #include "base/text.h"
 #include "lists/document_rows.h"
@@ -8,6 +9,9 @@
 
 namespace tavlo::lists {
 namespace {
+
+/// To free so many rows takes some hundred microseconds.
+constexpr std::size_t kFreedAtOnce = 250;
 
 ScanEnd EndOf(const store::FolderWalk& walk) {
   switch (walk.End()) {
@@ -38,11 +42,16 @@ ScanEnd DocumentScan::Run(forms::Table& list, const std::string& folder,
     return EndOf(*walk);
   }
   TotalLength = 0;
-  list.Clear();
+  Empty(list);
   const ScanEnd end = AddRows(list, *walk, parseIfFree);
   engine_.CloseFile();
-  if (end == ScanEnd::Whole) SortByPriorityAndAge(list);
+  if (end == ScanEnd::Whole) SortByPriorityAndAge(list, [this] { loop_.Breathe(); });
   return end;
+}
+
+void DocumentScan::Empty(forms::Table& list) {
+  std::vector<forms::Row> rows = list.TakeRows();
+  for (; rows.size() > kFreedAtOnce; loop_.Breathe()) rows.resize(rows.size() - kFreedAtOnce);
 }
 
 ScanEnd DocumentScan::AddRows(forms::Table& list, store::FolderWalk& walk,

@@ -44,6 +44,8 @@ class DocumentScan {
   ScanEnd Run(forms::Table& list, const std::string& folder, const ParseIfFree& parseIfFree);
 
  private:
+  /// Frees the rows bit by bit: all rows of a long list take longer than a breath may be late.
+  void Empty(forms::Table& list);
   ScanEnd AddRows(forms::Table& list, store::FolderWalk& walk, const ParseIfFree& parseIfFree);
   /// Whole when the walk may go on.
   ScanEnd AddRow(forms::Table& list, store::FolderWalk& walk);

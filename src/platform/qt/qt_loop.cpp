@@ -19,8 +19,10 @@ namespace {
 
 using base::operator""ms;
 
-/// Breathing more often than the screen can show costs a scan its speed and gains nothing.
-constexpr base::Duration kBreath = 15ms;
+/// A look at the desktop's events is cheap, and what they ask for comes on top of this.
+constexpr base::Duration kBreath = 4ms;
+/// Showing more often than the screen can costs a scan its speed and gains nothing.
+constexpr base::Duration kShowing = 15ms;
 
 /// The toolkit counts whole milliseconds; rounding up keeps it from waking just before the due
 /// time.
@@ -115,8 +117,10 @@ void QtLoop::Breathe() {
   {
     const QScopedValueRollback breathing(breathing_, true);
     RunFeeds();
-    if (ShowChanges) ShowChanges();
+    const bool shows = Now() - lastShowing_ >= kShowing;
+    if (shows && ShowChanges) ShowChanges();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    if (shows) lastShowing_ = Now();
   }
   inputHeld_ = true;
   EndBreath();

@@ -76,6 +76,7 @@ class QtLoop : public base::Loop, public DescriptorWaits {
   QElapsedTimer clock_;
   QTimer alarm_;
   base::MonotonicTime lastBreath_;
+  base::MonotonicTime lastShowing_;  ///< By a breath.
   bool breathing_ = false;
   std::vector<Wakening*> refused_;           ///< Those that rang in the breath.
   std::deque<std::function<void()>> hands_;  ///< What hands did and no rule has heard of yet.

@@ -273,6 +273,23 @@ TEST_F(ControlsTest, DescendingSortKeepsTheOrderOfEqualRows) {
   EXPECT_EQ(names, "2413");
 }
 
+TEST_F(ControlsTest, LongSortBreathesWhileTheRowsStandAndKeepsTheOrderOfEqualOnes) {
+  constexpr int kRows = 10'000;
+  const auto text = [](int number) { return std::to_string(100'000 + number); };
+  for (int i = 0; i < kRows; ++i) list.Add(forms::Row{{{text(i * 7 % 100)}, {text(i)}}});
+  int breaths = 0;
+  int moved = 0;
+  list.Sort(0, SortOrder::Ascending, [&] {
+    ++breaths;
+    for (int i = 0; i < kRows; ++i) moved += list.TextAt(i, 1) == text(i) ? 0 : 1;
+  });
+  EXPECT_GT(breaths, 10);
+  EXPECT_EQ(moved, 0);
+  for (int i = 1; i < kRows; ++i) {
+    EXPECT_LT(list.TextAt(i - 1, 0) + list.TextAt(i - 1, 1), list.TextAt(i, 0) + list.TextAt(i, 1));
+  }
+}
+
 TEST_F(ControlsTest, HeaderClickTakesTheColumnAndFlipsTheOrder) {
   list.Add("a");
   list.Add("b");

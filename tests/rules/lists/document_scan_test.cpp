@@ -99,6 +99,21 @@ TEST_F(DocumentScanTest, NoDocumentIsHeldWhileTheWindowPaints) {
   EXPECT_EQ(held, (std::vector<int>{1, 1}));
 }
 
+TEST_F(DocumentScanTest, LongListIsEmptyAtOnceAndTheLoopBreathesWhileItsRowsAreFreed) {
+  constexpr int kRows = 10'000;
+  for (int i = 0; i < kRows; ++i) form.listViewInQueue.Add("row");
+  int rowsSeen = 0;
+  feed.OnTick = [&] {
+    rowsSeen += Rows();
+    loop.Busy(base::Duration{1});
+  };
+  feed.Start();
+  loop.Busy(base::Duration{1});
+  queue.RefreshQueueList();
+  EXPECT_GT(loop.Breaths, 10);
+  EXPECT_EQ(rowsSeen, 0);
+}
+
 TEST_F(DocumentScanTest, SavedDocumentThatVanishesAfterTheListingStandsWithLengthZero) {
   Drop(Document().By("First"));
   const std::string gone = Drop(Document().By("Gone").Saved(5));
