@@ -118,8 +118,12 @@ TEST_F(DeviceChange, DeviceThatIsPulledOutWhilePlayingEndsNothingAndKeepsThePosi
   ASSERT_EQ(SoundsOn(), "Second");
   const auto before = player->PlayedSamples();
   PullOut(second);
-  EXPECT_TRUE(PlaysOn(1)) << "the default device takes over";
-  EXPECT_EQ(SoundsOn(), "deck");
+  const auto takesOver = [this] {
+    loop.Wait(100ms);
+    return SoundsOn() == "deck";
+  };
+  EXPECT_TRUE(loop.WaitUntil(takesOver, kPatience));
+  EXPECT_TRUE(PlaysOn(1));
   EXPECT_GE(player->PlayedSamples(), before);
   EXPECT_EQ(pump->Ends, 0);
   pump->Stop();
