@@ -77,12 +77,12 @@ struct FrozenBus : testing::Test {
       EXPECT_TRUE(Until([&] { return program.IsReady(); }));
     });
     Expect("box", [&] {
-      EXPECT_TRUE(program.Until([] {
-        const QWidget* const active = QApplication::activeWindow();
-        return active && active->objectName() == "frmMain";
+      // The window manager may yet be taking the keyboard from the window that has gone, and a key
+      // that comes then reaches nobody.
+      EXPECT_TRUE(Until([&] {
+        if (program.Box().empty()) program.Keys({kAlt, kF4});
+        return !program.Box().empty();
       }));
-      program.Keys({kAlt, kF4});
-      EXPECT_TRUE(Until([&] { return !program.Box().empty(); }));
       program.Keys({kEscape});
       EXPECT_TRUE(Until([&] { return program.Box().empty(); }));
     });
