@@ -31,6 +31,9 @@ ConversionCode DssConversion::Run() {
   const Bytes read(head.data(), got);
   if (code == ConversionCode::Done) code = ReadHeader(read, header_);
   if (code != ConversionCode::Done) return code;
+  // A header that claims a block too much would take the first third of a second with it.
+  const bool tookSound = FrameCutter::IsSound(read.first(header_.bytes).last(kBlockBytes));
+  if (tookSound) return ConversionCode::Damaged;
   cutter_.emplace(header_.mode);
   // It makes room for the true one, which has the same length.
   code = wave_.Append(*conversion::WaveHeaderBytes(FormOf(rate_), 0));

@@ -35,6 +35,12 @@ class FrameCutter {
   /// Appends what the last block still holds.
   void End(std::vector<Frame>& frames);
 
+  /// Whether a block reads as one of sound.
+  static bool IsSound(Bytes block) {
+    Block ignored;
+    return FrameCutter().Read(block, ignored) == ConversionCode::Done;
+  }
+
   /// How often a frame was left out because its other part is not there.
   int LostFrames() const { return lostFrames_; }
 
@@ -48,6 +54,7 @@ class FrameCutter {
     Bytes Continuation() const;
   };
 
+  FrameCutter() = default;
   ConversionCode Read(Bytes raw, Block& block) const;
   /// Cuts the block that is held, now that the one behind it is known.
   void Cut(const Block* next, std::vector<Frame>& frames);
