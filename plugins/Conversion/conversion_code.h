@@ -38,6 +38,10 @@ enum class ConversionCode : int {
   CutOff = 27,          ///< Shorter than its own header says: the rest is missing.
   DecodeFailed = 28,    ///< The decoder refused the sound.
   NoDecoder = 29,       ///< FFmpeg on this machine lacks the decoder.
+
+  // The program itself, where no library could be asked.
+  LibraryMissing = 40,  ///< The library is not in the root.
+  LibraryBroken = 41,   ///< It can not be loaded, or lacks the call.
 };
 
 }  // namespace tavlo::conversion
