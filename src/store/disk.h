@@ -62,16 +62,25 @@ class Disk {
 
   /// Plain files only, in the folder's own order: no folders, no links, no devices, no dot files.
   virtual Listing ListPlainFiles(const std::string& folder) = 0;
+  /// The same for the dot files alone: what decks keep out of every list for a while.
+  virtual Listing ListDotFiles(const std::string& folder) = 0;
   /// Begins a walk over the same files for who asks more of each than its name. `folder` is empty
   /// or ends in a separator. The walk must not outlive the disk.
   virtual std::unique_ptr<FolderWalk> Walk(const std::string& folder) = 0;
   /// Size and stamp of a plain file; nothing when there is none, or when it is out of reach.
   virtual std::optional<FileFacts> Facts(const std::string& path) = 0;
+  /// When a plain file was last changed in any way: written, named or renewed. Nanoseconds since
+  /// 1970 by the clock of whoever keeps its folder, so moments of one folder alone compare. Nothing
+  /// when there is no such file, or when it is out of reach.
+  virtual std::optional<std::int64_t> ChangedAt(const std::string& path) = 0;
   virtual Entry Look(const std::string& path) = 0;
   /// Asks the kernel whether a program is still writing the file. Changes nothing.
   virtual Readiness TestReadiness(const std::string& path) = 0;
   /// Makes the file writable for its owner.
   virtual DiskResult SetAttributesNormal(const std::string& path) = 0;
+  /// Has the file changed now, as `ChangedAt` tells it; contents and stamp stay. NoAccess for the
+  /// file of another user.
+  virtual DiskResult Renew(const std::string& path) = 0;
 
   /// Copies the contents and the stamp into a new file and flushes it to the disk. The copy keeps
   /// the mode, and the owner where that may be; on the way there it is its owner's alone. Refuses

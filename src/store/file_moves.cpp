@@ -48,6 +48,13 @@ Moved FileMoves::Move(const std::string& source, const std::string& target, InTh
   return across;
 }
 
+Moved FileMoves::MoveInOneStep(const std::string& source, const std::string& target,
+                               InTheWay inTheWay) {
+  if (source == target) return {.result = DiskResult::Done, .arrived = true};
+  unfinished_.TakeBack();
+  return RenameOver(source, target, inTheWay);
+}
+
 Moved FileMoves::MoveOrRescue(const std::string& source, const std::string& target,
                               InTheWay inTheWay) {
   Moved moved = Move(source, target, inTheWay);
@@ -184,14 +191,17 @@ DiskResult FileMoves::Rename(const std::string& from, const std::string& to) {
 FileMoves::Place FileMoves::Rescue(const std::string& path) {
   const std::string rescued = folders_.RescuedPath();
   std::ignore = disk_.MakeFolder(rescued.substr(0, rescued.size() - 1));
-  const Place place = RenameToFreeName(path, rescued, "");
+  const Place place = RenameToFreeName(path, rescued, NameOf(path));
   const bool isOver = place.result == DiskResult::Done || place.result == DiskResult::OutOfReach;
-  return isOver ? place : RenameToFreeName(path, FolderOf(path), ".Rescued ");
+  return isOver ? place : RenameToFreeName(path, FolderOf(path), ".Rescued " + NameOf(path));
+}
+
+FileMoves::Place FileMoves::RenameBeside(const std::string& path, std::string_view name) {
+  return RenameToFreeName(path, FolderOf(path), name);
 }
 
 FileMoves::Place FileMoves::RenameToFreeName(const std::string& path, const std::string& folder,
-                                             std::string_view prefix) {
-  const std::string name = std::string(prefix) + NameOf(path);
+                                             std::string_view name) {
   for (int number = 1; number <= kMostOfOneName; ++number) {
     const std::string free = folder + NumberedName(name, number);
     const DiskResult renamed = Rename(path, free);

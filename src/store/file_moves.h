@@ -57,6 +57,11 @@ class FileMoves : private UnfinishedMoves::Aside {
   Moved Move(const std::string& source, const std::string& target,
              InTheWay inTheWay = InTheWay::GoesToRescue);
 
+  /// The same as long as one rename does it: OtherFileSystem, and nothing done, where it would need
+  /// a copy.
+  Moved MoveInOneStep(const std::string& source, const std::string& target,
+                      InTheWay inTheWay = InTheWay::GoesToRescue);
+
   /// The same for the rules by which the source goes even when its copy failed: then it is rescued.
   /// It stays where a document is in its way that stays.
   Moved MoveOrRescue(const std::string& source, const std::string& target,
@@ -66,6 +71,9 @@ class FileMoves : private UnfinishedMoves::Aside {
     DiskResult result = DiskResult::Done;
     std::string path;
   };
+  /// Gives a document another name in its folder, with a number where that is taken, and says where
+  /// it is then. With OutOfReach: where it may be.
+  Place RenameBeside(const std::string& path, std::string_view name);
   /// Moves a document into the rescue folder and says where it is then.
   Place Rescue(const std::string& path);
 
@@ -94,8 +102,7 @@ class FileMoves : private UnfinishedMoves::Aside {
   Copied CopyToFreeName(const std::string& source, const std::string& folder);
   void DropCopy(const UnfinishedMoves::Unfinished& move, DiskResult why);
   DiskResult Rename(const std::string& from, const std::string& to);
-  Place RenameToFreeName(const std::string& path, const std::string& folder,
-                         std::string_view prefix);
+  Place RenameToFreeName(const std::string& path, const std::string& folder, std::string_view name);
   bool IsInOurTree(const std::string& folder) const;
 
   Disk& disk_;

@@ -27,6 +27,17 @@ DiskResult SimulatedDisk::SetAttributesNormal(const std::string& path) {
   return fault ? *fault : make();
 }
 
+DiskResult SimulatedDisk::Renew(const std::string& path) {
+  const auto absolute = Absolute(path);
+  const auto renew = [this, absolute] {
+    if (!Is(absolute, Kind::File)) return DiskResult::NotFound;
+    entries_.at(absolute).changedAt = Stamp();
+    return DiskResult::Done;
+  };
+  const auto fault = Begin("Renew " + absolute, {absolute}, renew);
+  return fault ? *fault : renew();
+}
+
 DiskResult SimulatedDisk::Copy(const std::string& from, const std::string& to) {
   const auto source = Absolute(from);
   const auto target = Absolute(to);
@@ -79,13 +90,16 @@ DiskResult SimulatedDisk::Rename(const std::string& from, const std::string& to)
 }
 
 DiskResult SimulatedDisk::RenameNow(const std::string& source, const std::string& target) {
+  if (!Is(FolderOf(target), Kind::Folder)) return DiskResult::NotFound;
+  if (FileSystemOf(source) != FileSystemOf(target)) return DiskResult::OtherFileSystem;
   const DiskResult held = CanHold(target);
   if (held != DiskResult::Done) return held;
-  if (FileSystemOf(source) != FileSystemOf(target)) return DiskResult::OtherFileSystem;
   if (!entries_.contains(source)) return DiskResult::NotFound;
+  if (lockedFolders_.contains(FolderOf(source))) return DiskResult::NoAccess;
   if (entries_.contains(target)) return DiskResult::AlreadyThere;
   if (IsBelow(target, source)) return DiskResult::Failed;
   MoveEntries(source, target);
+  entries_.at(target).changedAt = Stamp();
   unflushedRenames_.push_back({source, target, loop_.Now()});
   return DiskResult::Done;
 }
@@ -94,6 +108,7 @@ DiskResult SimulatedDisk::Delete(const std::string& path) {
   const auto absolute = Absolute(path);
   const auto remove = [this, absolute] {
     if (Is(absolute, Kind::Folder)) return DiskResult::Failed;
+    if (lockedFolders_.contains(FolderOf(absolute))) return DiskResult::NoAccess;
     return entries_.erase(absolute) == 1 ? DiskResult::Done : DiskResult::NotFound;
   };
   const auto fault = Begin("Delete " + absolute, {absolute}, remove);

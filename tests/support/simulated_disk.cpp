@@ -130,6 +130,14 @@ std::vector<std::string> SimulatedDisk::Changes() const {
 }
 
 store::Listing SimulatedDisk::ListPlainFiles(const std::string& folder) {
+  return List(folder, Dots::Hidden);
+}
+
+store::Listing SimulatedDisk::ListDotFiles(const std::string& folder) {
+  return List(folder, Dots::Alone);
+}
+
+store::Listing SimulatedDisk::List(const std::string& folder, Dots dots) {
   const auto absolute = Absolute(folder);
   const auto fault = BeginToOpen("List " + absolute, {absolute});
   if (fault) return {.processInTrouble = fault == DiskResult::ProcessInTrouble};
@@ -138,7 +146,8 @@ store::Listing SimulatedDisk::ListPlainFiles(const std::string& folder) {
   if (broken != brokenListings_.end() && broken->second == 0) return {};
   std::vector<std::pair<int, std::string>> found;
   for (const auto& [path, node] : entries_) {
-    if (node.kind == Kind::File && FolderOf(path) == absolute && !NameOf(path).starts_with('.')) {
+    const bool listed = NameOf(path).starts_with('.') == (dots == Dots::Alone);
+    if (node.kind == Kind::File && FolderOf(path) == absolute && listed) {
       found.emplace_back(node.number, NameOf(path));
     }
   }
@@ -158,6 +167,13 @@ std::optional<store::FileFacts> SimulatedDisk::Facts(const std::string& path) {
   if (Begin("Facts " + absolute, {absolute}) || !Is(absolute, Kind::File)) return {};
   const Node& node = entries_.at(absolute);
   return store::FileFacts{.size = node.contents.size(), .stamp = node.stamp};
+}
+
+std::optional<std::int64_t> SimulatedDisk::ChangedAt(const std::string& path) {
+  const auto absolute = Absolute(path);
+  if (Begin("Facts " + absolute, {absolute}) || !Is(absolute, Kind::File)) return {};
+  const Node& node = entries_.at(absolute);
+  return std::max(node.stamp, node.changedAt);
 }
 
 store::Entry SimulatedDisk::Look(const std::string& path) {
@@ -233,6 +249,7 @@ bool SimulatedDisk::Is(const std::string& absolute, Kind kind) const {
 
 DiskResult SimulatedDisk::CanHold(const std::string& absolute) const {
   if (!Is(FolderOf(absolute), Kind::Folder)) return DiskResult::NotFound;
+  if (lockedFolders_.contains(FolderOf(absolute))) return DiskResult::NoAccess;
   return NameOf(absolute).size() > kMostBytesOfAName ? DiskResult::Failed : DiskResult::Done;
 }
 

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,10 @@ class SimulatedDisk : public store::Disk {
   void CloseWriter(const std::string& path) { entries_.at(Absolute(path)).writers -= 1; }
   void SetReadOnly(const std::string& path) { entries_.at(Absolute(path)).readOnly = true; }
   void SetUnreadable(const std::string& path) { entries_.at(Absolute(path)).unreadable = true; }
+  /// Nobody but another user may rename or delete what stands in the folder, or make anything in
+  /// it.
+  void LockFolder(const std::string& folder) { lockedFolders_.insert(Absolute(folder)); }
+  void UnlockFolder(const std::string& folder) { lockedFolders_.erase(Absolute(folder)); }
   void Write(const std::string& path, const std::string& contents);
   void Remove(const std::string& path) { entries_.erase(Absolute(path)); }
   /// Runs once, at the end of the next copy: another program interferes.
@@ -104,11 +109,14 @@ class SimulatedDisk : public store::Disk {
   int HeldByWalks() const { return heldByWalks_; }
 
   store::Listing ListPlainFiles(const std::string& folder) override;
+  store::Listing ListDotFiles(const std::string& folder) override;
   std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
   std::optional<store::FileFacts> Facts(const std::string& path) override;
+  std::optional<std::int64_t> ChangedAt(const std::string& path) override;
   store::Entry Look(const std::string& path) override;
   store::Readiness TestReadiness(const std::string& path) override;
   store::DiskResult SetAttributesNormal(const std::string& path) override;
+  store::DiskResult Renew(const std::string& path) override;
   store::DiskResult Copy(const std::string& from, const std::string& to) override;
   store::DiskResult Rename(const std::string& from, const std::string& to) override;
   store::DiskResult Delete(const std::string& path) override;
@@ -129,6 +137,7 @@ class SimulatedDisk : public store::Disk {
     Kind kind = Kind::File;
     std::string contents;  ///< Of a link: where it leads.
     std::int64_t stamp = 0;
+    std::int64_t changedAt = 0;
     int number = 0;  ///< The order of making, which is the folder's own order.
     int writers = 0;
     bool readOnly = false;
@@ -146,6 +155,8 @@ class SimulatedDisk : public store::Disk {
   /// What an operation does to the disk, now or late.
   using Effect = std::function<store::DiskResult()>;
 
+  enum class Dots { Hidden, Alone };
+  store::Listing List(const std::string& folder, Dots dots);
   std::string Absolute(const std::string& path) const;
   std::string FileSystemOf(const std::string& absolute) const;
   std::int64_t Stamp() const;
@@ -182,6 +193,7 @@ class SimulatedDisk : public store::Disk {
   std::vector<std::string> fileSystems_;
   std::map<std::string, std::uint64_t> freeSpace_;
   std::map<std::string, std::size_t> brokenListings_;
+  std::set<std::string> lockedFolders_;
   struct UnflushedRename {
     std::string from;
     std::string to;

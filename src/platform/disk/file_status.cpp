@@ -1,14 +1,26 @@
 #include "platform/disk/file_status.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "platform/disk/disk_result.h"
 
 namespace tavlo::platform {
+namespace {
+
+std::int64_t NanosecondsOf(const timespec& moment) {
+  return moment.tv_sec * std::int64_t{1'000'000'000} + moment.tv_nsec;
+}
+
+}  // namespace
 
 store::FileFacts FactsOf(const struct stat& status) {
   return {.size = static_cast<std::uint64_t>(status.st_size),
-          .stamp = status.st_mtim.tv_sec * std::int64_t{1'000'000'000} + status.st_mtim.tv_nsec};
+          .stamp = NanosecondsOf(status.st_mtim)};
+}
+
+std::int64_t ChangedAtOf(const struct stat& status) {
+  return std::max(NanosecondsOf(status.st_mtim), NanosecondsOf(status.st_ctim));
 }
 
 bool IsWritable(const struct stat& status) { return (status.st_mode & S_IWUSR) != 0; }

@@ -2,12 +2,18 @@
 
 #include <sys/stat.h>
 
+#include <cstdint>
+
 #include "store/disk.h"
 
 /// What the kernel tells of an open file.
 namespace tavlo::platform {
 
 store::FileFacts FactsOf(const struct stat& status);
+
+/// The later one of the last writing and the last change of anything, since not every file system
+/// notes the second.
+std::int64_t ChangedAtOf(const struct stat& status);
 
 /// Whether the owner of a file may write it.
 bool IsWritable(const struct stat& status);

@@ -18,14 +18,14 @@ bool IsPlainFile(DIR* folder, const dirent& entry) {
          S_ISREG(status.st_mode);
 }
 
-}  // namespace
-
-store::Listing ReadPlainFiles(const OpenFolder& folder, const std::function<void()>& goesOn) {
+/// The plain files whose names begin with a dot, or those whose names do not.
+store::Listing ReadFiles(const OpenFolder& folder, bool withDot,
+                         const std::function<void()>& goesOn) {
   if (!folder) return {.processInTrouble = IsOfTheProcess(errno)};
   store::Listing listing{.started = true};
   errno = 0;
   while (const dirent* const entry = ::readdir(folder.get())) {
-    if (entry->d_name[0] != '.' && IsPlainFile(folder.get(), *entry)) {
+    if ((entry->d_name[0] == '.') == withDot && IsPlainFile(folder.get(), *entry)) {
       listing.names.emplace_back(entry->d_name);
     }
     goesOn();
@@ -34,6 +34,16 @@ store::Listing ReadPlainFiles(const OpenFolder& folder, const std::function<void
   listing.finished = errno == 0;
   listing.processInTrouble = IsOfTheProcess(errno);
   return listing;
+}
+
+}  // namespace
+
+store::Listing ReadPlainFiles(const OpenFolder& folder, const std::function<void()>& goesOn) {
+  return ReadFiles(folder, false, goesOn);
+}
+
+store::Listing ReadDotFiles(const OpenFolder& folder, const std::function<void()>& goesOn) {
+  return ReadFiles(folder, true, goesOn);
 }
 
 }  // namespace tavlo::platform

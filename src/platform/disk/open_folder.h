@@ -23,5 +23,7 @@ using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 /// What stands in a folder that was just opened. Of null, the reason in errno is told. Calls
 /// `goesOn` at each name.
 store::Listing ReadPlainFiles(const OpenFolder& folder, const std::function<void()>& goesOn);
+/// The same for the files whose names begin with a dot.
+store::Listing ReadDotFiles(const OpenFolder& folder, const std::function<void()>& goesOn);
 
 }  // namespace tavlo::platform

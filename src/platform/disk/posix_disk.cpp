@@ -1,7 +1,9 @@
 #include "platform/disk/posix_disk.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <cerrno>
 #include <utility>
 #include <vector>
@@ -55,6 +57,10 @@ store::Listing PosixDisk::ListPlainFiles(const std::string& folder) {
   return ReadPlainFiles(OpenFolder(::opendir(FolderPath(folder))), breathe_);
 }
 
+store::Listing PosixDisk::ListDotFiles(const std::string& folder) {
+  return ReadDotFiles(OpenFolder(::opendir(FolderPath(folder))), breathe_);
+}
+
 std::unique_ptr<store::FolderWalk> PosixDisk::Walk(const std::string& folder) {
   return WalkOver(ListFolder(folder));
 }
@@ -71,6 +77,12 @@ std::optional<store::FileFacts> PosixDisk::Facts(const std::string& path) {
   struct stat status;
   if (::lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
   return FactsOf(status);
+}
+
+std::optional<std::int64_t> PosixDisk::ChangedAt(const std::string& path) {
+  struct stat status;
+  if (::lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  return ChangedAtOf(status);
 }
 
 store::Entry PosixDisk::Look(const std::string& path) {
@@ -97,6 +109,14 @@ DiskResult PosixDisk::SetAttributesNormal(const std::string& path) {
   struct stat status;
   const FileHandle file = OpenPlainFile(path, Links::Refused, status);
   return file ? MakeWritable(file.Get(), status) : ResultOf(errno);
+}
+
+DiskResult PosixDisk::Renew(const std::string& path) {
+  // The moment of the last reading is set, and with it the kernel notes a change. Asked for by no
+  // other moment than now, so that it is the clock of the file system that counts.
+  const std::array<timespec, 2> times{timespec{.tv_nsec = UTIME_NOW},
+                                      timespec{.tv_nsec = UTIME_OMIT}};
+  return ResultOfCall(::utimensat(AT_FDCWD, path.c_str(), times.data(), AT_SYMLINK_NOFOLLOW));
 }
 
 DiskResult PosixDisk::Copy(const std::string& from, const std::string& to) {

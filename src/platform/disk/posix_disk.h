@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -25,14 +26,17 @@ class PosixDisk : public store::Disk {
       std::function<void()> breathe = [] {});
 
   store::Listing ListPlainFiles(const std::string& folder) override;
+  store::Listing ListDotFiles(const std::string& folder) override;
   std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
   std::shared_ptr<const ListedFolder> ListFolder(const std::string& folder);
   /// Walks over one folder may go on in several threads.
   std::unique_ptr<PosixWalk> WalkOver(std::shared_ptr<const ListedFolder> folder);
   std::optional<store::FileFacts> Facts(const std::string& path) override;
+  std::optional<std::int64_t> ChangedAt(const std::string& path) override;
   store::Entry Look(const std::string& path) override;
   store::Readiness TestReadiness(const std::string& path) override;
   store::DiskResult SetAttributesNormal(const std::string& path) override;
+  store::DiskResult Renew(const std::string& path) override;
   store::DiskResult Copy(const std::string& from, const std::string& to) override;
   store::DiskResult Rename(const std::string& from, const std::string& to) override;
   store::DiskResult Delete(const std::string& path) override;

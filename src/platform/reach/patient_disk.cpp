@@ -49,6 +49,10 @@ Listing PatientDisk::ListPlainFiles(const std::string& folder) {
   return Ask<Listing>(folder, [folder](Disk& disk) { return disk.ListPlainFiles(folder); }, {});
 }
 
+Listing PatientDisk::ListDotFiles(const std::string& folder) {
+  return Ask<Listing>(folder, [folder](Disk& disk) { return disk.ListDotFiles(folder); }, {});
+}
+
 std::unique_ptr<store::FolderWalk> PatientDisk::Walk(const std::string& folder) {
   const Place place = errands_.PlaceOf(folder);
   if (!place.mayStall && !kWalkAheadOfLocal) return here_.Walk(folder);
@@ -59,6 +63,11 @@ std::unique_ptr<store::FolderWalk> PatientDisk::Walk(const std::string& folder) 
 
 std::optional<FileFacts> PatientDisk::Facts(const std::string& path) {
   return Ask<std::optional<FileFacts>>(path, [path](Disk& disk) { return disk.Facts(path); }, {});
+}
+
+std::optional<std::int64_t> PatientDisk::ChangedAt(const std::string& path) {
+  return Ask<std::optional<std::int64_t>>(path, [path](Disk& disk) { return disk.ChangedAt(path); },
+                                          {});
 }
 
 Entry PatientDisk::Look(const std::string& path) {
@@ -74,6 +83,11 @@ Readiness PatientDisk::TestReadiness(const std::string& path) {
 DiskResult PatientDisk::SetAttributesNormal(const std::string& path) {
   return Ask<DiskResult>(
       path, [path](Disk& disk) { return disk.SetAttributesNormal(path); }, DiskResult::OutOfReach);
+}
+
+DiskResult PatientDisk::Renew(const std::string& path) {
+  return Ask<DiskResult>(
+      path, [path](Disk& disk) { return disk.Renew(path); }, DiskResult::OutOfReach);
 }
 
 DiskResult PatientDisk::Copy(const std::string& from, const std::string& to) {

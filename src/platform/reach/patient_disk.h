@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -31,11 +32,14 @@ class PatientDisk : public store::Disk {
               WriterWatch::LeaseTrust leaseTrust = WriterWatch::TrustInLeasesOf);
 
   store::Listing ListPlainFiles(const std::string& folder) override;
+  store::Listing ListDotFiles(const std::string& folder) override;
   std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
   std::optional<store::FileFacts> Facts(const std::string& path) override;
+  std::optional<std::int64_t> ChangedAt(const std::string& path) override;
   store::Entry Look(const std::string& path) override;
   store::Readiness TestReadiness(const std::string& path) override;
   store::DiskResult SetAttributesNormal(const std::string& path) override;
+  store::DiskResult Renew(const std::string& path) override;
   store::DiskResult Copy(const std::string& from, const std::string& to) override;
   store::DiskResult Rename(const std::string& from, const std::string& to) override;
   store::DiskResult Delete(const std::string& path) override;
