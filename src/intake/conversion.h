@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <set>
+#include <string>
+
+#include "base/loop.h"
+#include "intake/carried.h"
+#include "intake/claims.h"
+#include "intake/conversion_libraries.h"
+#include "intake/passes_front.h"
+#include "store/disk.h"
+#include "store/file_moves.h"
+#include "store/work_folders.h"
+
+namespace tavlo::intake {
+
+/// Makes waves of what the player does not play, by the libraries of the root. A wave is made
+/// behind a dot in its folder and takes its name once it is whole and on the disk; only then does
+/// its source go. So no list shows half a wave, a document of that name is set aside instead of
+/// overwritten, and what a library leaves behind that failed is deleted. On the loop's thread.
+class Conversion {
+ public:
+  /// All of them must outlive it.
+  struct Edges {
+    base::Loop& loop;
+    store::Disk& disk;
+    store::WorkFolders& folders;
+    store::FileMoves& moves;
+    Claims& claims;
+    ConversionLibraries& libraries;
+    PassesFront& front;
+  };
+  explicit Conversion(const Edges& edges);
+
+  /// The rate that selects the library, in kHz. Always "11", whatever is set for `WavConvMode`.
+  std::string ConversionRate;
+  /// Of the latest call of a DSS library. A number that does not fit is cut, as it is shown.
+  std::int16_t ConversionStatus = 0;
+  /// Of the latest call of the header library.
+  std::uint8_t AddHdrResult = 0;
+
+  /// A file of the recorders' folder, into the Queue. Shows what its library could not do.
+  Carried ConvertDs2File(const std::string& entry);
+  /// A file without a header, into the Queue. Shows that it failed.
+  Carried AddHeaderToEu2File(const std::string& entry);
+  /// A file of the import directory `subdirectory` ("0" is the import folder itself). `entry` is
+  /// given the name of the wave at once, whatever comes of it. Shows every failure.
+  Carried ConvertImportDssFile(std::string& entry, const std::string& subdirectory);
+
+ private:
+  enum class Called { Success, Failure, NoAnswer };
+  using Call = std::function<Called(const std::string& source, const std::string& destination)>;
+
+  Called ConvertDssFile(const std::string& source, const std::string& destination);
+  Called AddHdr(const std::string& source, const std::string& destination);
+  Carried Convert(const std::string& folder, const std::string& entry, const std::string& target,
+                  const Call& call);
+  /// The wave is what the library says it made of the claimed file.
+  Carried PutInPlace(const std::string& claimed, const std::string& wave,
+                     const std::string& target);
+  Carried DeleteSource(const std::string& claimed, const store::Moved& moved);
+  Carried Fail(store::DiskResult why, const store::Moved& moved = {});
+  Carried LeaveBehind(const store::Moved& moved = {});
+  void TidyUpOnce(const std::string& folder);
+  void ShowConversionError(const std::string& words, const std::string& title);
+
+  const Edges edges_;
+  std::set<std::string> tidy_;  ///< Folders of waves in which this process has tidied up.
+};
+
+}  // namespace tavlo::intake

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tavlo::intake {
+
+/// What a call is answered with whose library is not there, cannot be loaded or lacks the call. No
+/// success of either call, and it fits into the byte that one of them gives.
+inline constexpr std::int32_t kNoLibrary = 254;
+inline constexpr std::int32_t kLibraryLacksTheCall = 255;
+
+/// The calls of the conversion libraries that stand in the root. They are told nothing but two full
+/// paths, the source first. The loop breathes until they return, so nothing interleaves. Nothing is
+/// answered when a call gives no sign any more; it is left behind and may still write its
+/// destination, so nobody uses that name again. On the loop's thread.
+class ConversionLibraries {
+ public:
+  virtual ~ConversionLibraries() = default;
+
+  /// `_WriteFile` of the library of one output rate, one of `store::kDssCodecRates`. 0: the wave
+  /// stands at the destination. Anything else is a failure code of the library.
+  virtual std::optional<std::int32_t> WriteFile(std::string_view rate, const std::string& source,
+                                                const std::string& destination) = 0;
+  /// `AddHdr`. 0 and 5 are successes.
+  virtual std::optional<std::uint8_t> AddHdr(const std::string& source,
+                                             const std::string& destination) = 0;
+};
+
+}  // namespace tavlo::intake

@@ -1,0 +1,20 @@
+#include "intake/window_front.h"
+
+namespace tavlo::intake {
+
+void WindowFront::ShowFtpSort(bool shows) {
+  window_.Form().lblFtpParsing.Visible = shows;
+  window_.Form().lblFtpWait.Visible = shows;
+}
+
+std::string WindowFront::FtpParseImportDirPointer() const {
+  return window_.Form().txtFtpParseImportDirPointer.Value;
+}
+
+void WindowFront::SayHowFar(const std::string& text) {
+  window_.SayWhile(false, howFar_);
+  howFar_ = text;
+  window_.SayWhile(!howFar_.empty(), howFar_);
+}
+
+}  // namespace tavlo::intake
