@@ -150,6 +150,10 @@ Carried Conversion::Convert(const std::string& folder, const std::string& entry,
     const bool waveIsLeft = carried.outcome == Outcome::TakenByAnother ||
                             (carried.outcome == Outcome::Failed && !carried.arrived);
     if (!waveIsLeft) return carried;
+  } else if (edges_.claims.WasGivenBack()) {
+    // It failed because its source was taken away.
+    edges_.claims.LetGo();
+    carried.outcome = Outcome::TakenByAnother;
   } else {
     edges_.claims.GiveBack();
   }

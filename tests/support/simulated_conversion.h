@@ -40,26 +40,30 @@ class SimulatedConversion : public intake::ConversionLibraries {
   std::optional<std::int32_t> WriteFile(std::string_view rate, const std::string& source,
                                         const std::string& destination) override {
     calls.push_back({"DssCodec" + std::string(rate), source, destination});
+    const bool readable = disk_.Has(source);
     if (!Work(source, destination, status == 0)) return {};
-    return disk_.Has(source) ? status : kSourceIsMissing;
+    return readable ? status : kSourceIsMissing;
   }
   std::optional<std::uint8_t> AddHdr(const std::string& source,
                                      const std::string& destination) override {
     calls.push_back({"MuLawHeader", source, destination});
+    const bool readable = disk_.Has(source);
     if (!Work(source, destination, result == 0 || result == 5)) return {};
-    return disk_.Has(source) ? result : static_cast<std::uint8_t>(kSourceIsMissing);
+    return readable ? result : static_cast<std::uint8_t>(kSourceIsMissing);
   }
 
  private:
   static constexpr std::int32_t kSourceIsMissing = 2;
 
+  /// The source stays open, whatever becomes of its name.
   bool Work(const std::string& source, const std::string& destination, bool whole) {
+    const bool readable = disk_.Has(source);
+    const std::string sound = disk_.Contents(source);
     if (takes > base::Duration{0}) loop_.BreatheUntil([] { return false; }, loop_.Now() + takes);
     meanwhile();
     if (givesNoAnswer) return false;
-    if (disk_.Has(source) && !makesNothing) {
-      disk_.WithFile(destination,
-                     (whole ? "wave of " : "half a wave of ") + disk_.Contents(source));
+    if (readable && !makesNothing) {
+      disk_.WithFile(destination, (whole ? "wave of " : "half a wave of ") + sound);
     }
     return true;
   }
