@@ -7,10 +7,10 @@
 
 namespace tavlo::intake {
 
-/// What a call is answered with whose library is not there, cannot be loaded or lacks the call. No
-/// success of either call, and it fits into the byte that one of them gives.
-inline constexpr std::int32_t kNoLibrary = 254;
-inline constexpr std::int32_t kLibraryLacksTheCall = 255;
+/// What a call is answered with whose library is not in the root, or cannot be loaded or lacks the
+/// call. The libraries themselves use neither number.
+inline constexpr std::int32_t kLibraryMissing = 40;
+inline constexpr std::int32_t kLibraryBroken = 41;
 
 /// The calls of the conversion libraries that stand in the root. They are told nothing but two full
 /// paths, the source first. The loop breathes until they return, so nothing interleaves. Nothing is
