@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
