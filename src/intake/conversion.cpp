@@ -101,15 +101,22 @@ Carried Conversion::AddHeaderToEu2File(const std::string& entry) {
   return carried;
 }
 
-Carried Conversion::ConvertImportDssFile(std::string& entry, const std::string& subdirectory) {
-  const std::string source = entry;
+void Conversion::ConvertImportDssFile(std::string& fileName) {
+  const std::string source = fileName;
   // The scan goes on under this name whatever comes of the conversion.
-  entry = source.substr(0, source.size() - 4) + ".wav";
+  fileName = source.substr(0, source.size() - 4) + ".wav";
+  const std::string subdirectory = edges_.front.WavImportSubdirectory();
   const std::string folder =
       edges_.folders.WavQueuePath + (subdirectory == "0" ? "" : subdirectory + "/");
   const Carried carried =
-      Convert(folder, source, folder + entry,
+      Convert(folder, source, folder + fileName,
               [this](const auto& from, const auto& wave) { return ConvertDssFile(from, wave); });
+  TellOfImport(folder, source, carried);
+}
+
+void Conversion::TellOfImport(const std::string& folder, const std::string& source,
+                              const Carried& carried) {
+  if (!carried.displaced.empty()) edges_.front.Say(DisplacedInWords(carried.displaced));
   switch (carried.outcome) {
     case Outcome::Arrived:
     case Outcome::TakenByAnother:
@@ -123,11 +130,8 @@ Carried Conversion::ConvertImportDssFile(std::string& entry, const std::string& 
     case Outcome::Failed:
     case Outcome::OutOfReach:
       edges_.loop.Show(RetrievalFault(folder + source, carried));
+      break;
   }
-  if (!carried.displaced.empty()) {
-    edges_.front.Say(DisplacedInWords(carried.displaced));
-  }
-  return carried;
 }
 
 Carried Conversion::Convert(const std::string& folder, const std::string& entry,

@@ -9,6 +9,7 @@
 #include "intake/carried.h"
 #include "intake/claims.h"
 #include "intake/conversion_libraries.h"
+#include "intake/import_conversion.h"
 #include "intake/passes_front.h"
 #include "store/disk.h"
 #include "store/file_moves.h"
@@ -20,7 +21,7 @@ namespace tavlo::intake {
 /// behind a dot in its folder and takes its name once it is whole and on the disk; only then does
 /// its source go. So no list shows half a wave, a document of that name is set aside instead of
 /// overwritten, and what a library leaves behind that failed is deleted. On the loop's thread.
-class Conversion {
+class Conversion : public ImportConversion {
  public:
   /// All of them must outlive it.
   struct Edges {
@@ -45,9 +46,7 @@ class Conversion {
   Carried ConvertDs2File(const std::string& entry);
   /// A file without a header, into the Queue. Shows that it failed.
   Carried AddHeaderToEu2File(const std::string& entry);
-  /// A file of the import directory `subdirectory` ("0" is the import folder itself). `entry` is
-  /// given the name of the wave at once, whatever comes of it. Shows every failure.
-  Carried ConvertImportDssFile(std::string& entry, const std::string& subdirectory);
+  void ConvertImportDssFile(std::string& fileName) override;
 
  private:
   enum class Called { Success, Failure, NoAnswer };
@@ -63,6 +62,7 @@ class Conversion {
   Carried DeleteSource(const std::string& claimed, const store::Moved& moved);
   Carried Fail(store::DiskResult why, const store::Moved& moved = {});
   Carried LeaveBehind(const store::Moved& moved = {});
+  void TellOfImport(const std::string& folder, const std::string& source, const Carried& carried);
   void TidyUpOnce(const std::string& folder);
   void ShowConversionError(const std::string& words, const std::string& title);
 

@@ -13,6 +13,8 @@ class PassesFront {
   virtual void ShowFtpSort(bool shows) = 0;
   /// The text of `txtFtpParseImportDirPointer`.
   virtual std::string FtpParseImportDirPointer() const = 0;
+  /// The text of `txtWavImportSubdirectory`.
+  virtual std::string WavImportSubdirectory() const = 0;
   /// Says in the quiet line what needs no answer.
   virtual void Say(const std::string& text) = 0;
   /// Says how far a long work is, in place of what was said of it before; the empty text when it is

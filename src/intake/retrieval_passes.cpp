@@ -14,28 +14,10 @@ using Outcome = Carried::Outcome;
 
 /// What matches everything.
 constexpr const char* kAnyEnding = "";
-constexpr int kImportDirectories = 26;
 /// A pass over fewer files is over before anybody could read how far it is.
 constexpr std::size_t kWorthTelling = 50;
 
 std::string WithoutEnding(const std::string& entry) { return entry.substr(0, entry.size() - 4); }
-
-/// While it lives the import asks and announces nothing; then the directory on show is shown again.
-class AutoImportRun {
- public:
-  explicit AutoImportRun(ImportDesk& desk) : desk_(desk), before_(desk.WavImportSubdirectory()) {
-    desk_.SetAutoImportRunning(true);
-  }
-  ~AutoImportRun() {
-    desk_.SetWavImportSubdirectory(before_);
-    desk_.SetAutoImportRunning(false);
-  }
-  AutoImportRun(const AutoImportRun&) = delete;
-
- private:
-  ImportDesk& desk_;
-  const std::string before_;
-};
 
 }  // namespace
 
@@ -134,24 +116,8 @@ std::string RetrievalPasses::TargetOfSorted(const std::string& entry, double sta
 }
 
 PassEnd RetrievalPasses::AutoImportAll() {
-  ImportDesk& desk = edges_.importDesk;
-  if (desk.AutoImportMode() == "N") return PassEnd::Over;
-  const AutoImportRun run(desk);
-  for (int index = 1; index <= kImportDirectories; ++index) ImportDirectory(index);
+  edges_.importChain.AutoImportAll();
   return PassEnd::Over;
-}
-
-void RetrievalPasses::ImportDirectory(int index) {
-  ImportDesk& desk = edges_.importDesk;
-  desk.RefreshProfiles();
-  if (desk.ImportSynchronize() == "Y") {
-    desk.FindProfile(index);
-  } else {
-    desk.MoveToFirstProfile();
-  }
-  desk.SetWavImportSubdirectory(std::to_string(index - 1));
-  desk.PressRefreshImportList();
-  desk.PressSendAllImportFilesToQueue();
 }
 
 PassEnd RetrievalPasses::Sweep(const DropFolder& folder, const Treat& treat) {

@@ -11,7 +11,7 @@
 #include "intake/carrier.h"
 #include "intake/claims.h"
 #include "intake/conversion.h"
-#include "intake/import_desk.h"
+#include "intake/import_chain.h"
 #include "intake/passes_front.h"
 #include "intake/retrieval.h"
 #include "store/disk.h"
@@ -44,7 +44,7 @@ class RetrievalPasses : public Retrieval {
     store::FileMoves& moves;
     Claims& claims;
     Conversion& conversion;
-    ImportDesk& importDesk;
+    ImportChain& importChain;
     PassesFront& front;
   };
   explicit RetrievalPasses(const Edges& edges);
@@ -94,7 +94,6 @@ class RetrievalPasses : public Retrieval {
   PassEnd TellNetworkFault(const DropFolder& folder);
   std::string TargetOfSorted(const std::string& entry, double stamp) const;
   double StampOfNow() const;
-  void ImportDirectory(int index);
   void RunInOrder(const std::vector<PassEnd (RetrievalPasses::*)()>& passes);
 
   const Edges edges_;

@@ -11,6 +11,10 @@ std::string WindowFront::FtpParseImportDirPointer() const {
   return window_.Form().txtFtpParseImportDirPointer.Value;
 }
 
+std::string WindowFront::WavImportSubdirectory() const {
+  return window_.Form().txtWavImportSubdirectory.Value;
+}
+
 void WindowFront::SayHowFar(const std::string& text) {
   window_.SayWhile(false, howFar_);
   howFar_ = text;

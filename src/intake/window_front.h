@@ -14,6 +14,7 @@ class WindowFront : public PassesFront {
 
   void ShowFtpSort(bool shows) override;
   std::string FtpParseImportDirPointer() const override;
+  std::string WavImportSubdirectory() const override;
   void Say(const std::string& text) override { window_.Say(text); }
   void SayHowFar(const std::string& text) override;
 

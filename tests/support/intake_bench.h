@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace tavlo::test {
 class FrontTwin : public intake::PassesFront {
  public:
   std::string pointer = "0";
+  std::string subdirectory = "0";
   bool ftpSortShows = false;
   int ftpSortShown = 0;
   std::vector<std::string> said;
@@ -25,37 +27,20 @@ class FrontTwin : public intake::PassesFront {
     ftpSortShown += shows;
   }
   std::string FtpParseImportDirPointer() const override { return pointer; }
+  std::string WavImportSubdirectory() const override { return subdirectory; }
   void Say(const std::string& text) override { said.push_back(text); }
   void SayHowFar(const std::string& text) override { howFar.push_back(text); }
 };
 
-/// Writes down how automatic import drives the Import list.
-class ImportDeskTwin : public intake::ImportDesk {
+/// Runs in the place of automatic import.
+class ImportChainTwin : public intake::ImportChain {
  public:
-  std::string mode = "N";
-  std::string synchronize = "Y";
-  std::string subdirectory = "7";
-  bool running = false;
-  std::vector<std::string> steps;
-  std::function<void()> OnRefresh = [] {};
+  int runs = 0;
+  std::function<void()> OnRun = [] {};
 
-  std::string AutoImportMode() const override { return mode; }
-  std::string ImportSynchronize() const override { return synchronize; }
-  std::string WavImportSubdirectory() const override { return subdirectory; }
-  void SetWavImportSubdirectory(const std::string& text) override {
-    subdirectory = text;
-    steps.push_back("show " + text);
-  }
-  void SetAutoImportRunning(bool isRunning) override { running = isRunning; }
-  void RefreshProfiles() override { steps.emplace_back("profiles"); }
-  void FindProfile(int number) override { steps.push_back("find " + std::to_string(number)); }
-  void MoveToFirstProfile() override { steps.emplace_back("first"); }
-  void PressRefreshImportList() override {
-    steps.push_back(running ? "refresh" : "refresh aloud");
-    OnRefresh();
-  }
-  void PressSendAllImportFilesToQueue() override {
-    steps.push_back(running ? "send" : "send aloud");
+  void AutoImportAll() override {
+    ++runs;
+    OnRun();
   }
 };
 
@@ -68,7 +53,7 @@ struct IntakeDeck {
         claims(loop, disk, moves, owner),
         libraries(loop, disk),
         conversion({loop, disk, folders, moves, claims, libraries, front}),
-        passes({loop, disk, folders, moves, claims, conversion, importDesk, front}) {
+        passes({loop, disk, folders, moves, claims, conversion, importChain, front}) {
     disk.WithFolder(root);
     folders.MakeTree();
     folders.ReloadQueuePaths({.ew2QueuePath = folders.DefaultQueuePath(store::QueuePath::Ew2),
@@ -81,7 +66,7 @@ struct IntakeDeck {
   store::WorkFolders folders;
   store::FileMoves moves;
   FrontTwin front;
-  ImportDeskTwin importDesk;
+  ImportChainTwin importChain;
   intake::Claims claims;
   SimulatedConversion libraries;
   intake::Conversion conversion;

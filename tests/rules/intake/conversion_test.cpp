@@ -14,7 +14,6 @@ namespace tavlo::test {
 namespace {
 
 using Names = std::vector<std::string>;
-using Outcome = intake::Carried::Outcome;
 
 struct Conversion : testing::Test, IntakeBench {
   SimulatedConversion& libraries = deck.libraries;
@@ -173,12 +172,13 @@ struct ImportConversion : Conversion {
 
 TEST_F(ImportConversion, WaveTakesThePlaceOfItsSourceInTheDirectoryOnShow) {
   std::string entry = "n.dss";
-  EXPECT_EQ(conversion.ConvertImportDssFile(entry, "0").outcome, Outcome::Arrived);
+  conversion.ConvertImportDssFile(entry);
   EXPECT_EQ(entry, "n.wav");
   EXPECT_EQ(disk.FilesHolding("wave of root"), Names{deck.Import("n.wav")});
   EXPECT_FALSE(disk.Has(deck.Import("n.dss")));
   entry = "N.DSS";
-  EXPECT_EQ(conversion.ConvertImportDssFile(entry, "4").outcome, Outcome::Arrived);
+  front.subdirectory = "4";
+  conversion.ConvertImportDssFile(entry);
   EXPECT_EQ(entry, "N.wav");
   EXPECT_EQ(disk.NamesIn(deck.Import("4")), Names{"N.wav"});
 }
@@ -186,7 +186,7 @@ TEST_F(ImportConversion, WaveTakesThePlaceOfItsSourceInTheDirectoryOnShow) {
 TEST_F(ImportConversion, FailureSwitchesTheNameAllTheSameAndKeepsTheSource) {
   libraries.status = 17;
   std::string entry = "n.dss";
-  EXPECT_EQ(conversion.ConvertImportDssFile(entry, "0").outcome, Outcome::NotConverted);
+  conversion.ConvertImportDssFile(entry);
   EXPECT_EQ(entry, "n.wav");
   EXPECT_EQ(Title(), "Tavlo Deck - Import Conversion");
   EXPECT_EQ(Text(), "Dss to Wav Conversion error:  17");
@@ -197,7 +197,7 @@ TEST_F(ImportConversion, FailureSwitchesTheNameAllTheSameAndKeepsTheSource) {
 TEST_F(ImportConversion, WaveOfThatNameIsSetAside) {
   disk.WithFile(deck.Import("n.wav"), "another");
   std::string entry = "n.dss";
-  EXPECT_EQ(conversion.ConvertImportDssFile(entry, "0").outcome, Outcome::Arrived);
+  conversion.ConvertImportDssFile(entry);
   EXPECT_EQ(disk.Contents(deck.Rescued("n.wav")), "another");
   EXPECT_EQ(disk.Contents(deck.Import("n.wav")), "wave of root");
   EXPECT_EQ(front.said.size(), 1u);
@@ -206,7 +206,8 @@ TEST_F(ImportConversion, WaveOfThatNameIsSetAside) {
 TEST_F(ImportConversion, DirectoryWhoseFilesMayNotBeRenamedKeepsThem) {
   disk.LockFolder(deck.Import("4"));
   std::string entry = "N.DSS";
-  EXPECT_EQ(conversion.ConvertImportDssFile(entry, "4").outcome, Outcome::MayNotClaim);
+  front.subdirectory = "4";
+  conversion.ConvertImportDssFile(entry);
   EXPECT_EQ(Title(), "Tavlo Deck - Retrieval");
   EXPECT_TRUE(libraries.calls.empty());
   EXPECT_EQ(front.said.size(), 1u);

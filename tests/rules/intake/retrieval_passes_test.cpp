@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -40,13 +39,10 @@ TEST_F(RetrievalPasses, WhatFtpFetchedReachesTheQueueInTheSameRun) {
 }
 
 TEST_F(RetrievalPasses, GenericFileOfFtpWaitsInItsImportDirectoryWhenTheImportLooksThere) {
-  deck.importDesk.mode = "Y";
   front.pointer = "3";
   disk.WithFile(Ftp("note.mp3"));
   std::size_t seen = 0;
-  deck.importDesk.OnRefresh = [&] {
-    if (deck.importDesk.subdirectory == "3") seen = disk.NamesIn(deck.Import("3")).size();
-  };
+  deck.importChain.OnRun = [&] { seen = disk.NamesIn(deck.Import("3")).size(); };
   passes.RunRetrievalPasses();
   EXPECT_EQ(seen, 1u);
 }
@@ -125,13 +121,13 @@ TEST_F(RetrievalPasses, EmptyFoldersGiveNoMessage) {
 }
 
 TEST_F(RetrievalPasses, RunWithinARunDoesNothing) {
-  deck.importDesk.mode = "Y";
   disk.WithFile(Ew2("late.eW2"));
-  deck.importDesk.OnRefresh = [this] {
+  deck.importChain.OnRun = [this] {
     passes.RunRetrievalPasses();
     EXPECT_TRUE(Queue().empty());
   };
   passes.RunRetrievalPasses();
+  EXPECT_EQ(deck.importChain.runs, 1);
   EXPECT_EQ(Queue(), Names{"late.wav"});
 }
 
@@ -154,41 +150,21 @@ TEST_F(RetrievalPasses, LongPassSaysHowFarItIsAndTakesThatBack) {
   EXPECT_EQ(front.howFar.back(), "");
 }
 
-struct AutoImport : RetrievalPasses {};
-
-TEST_F(AutoImport, ModeNTouchesNothing) {
-  passes.AutoImportAll();
-  EXPECT_TRUE(deck.importDesk.steps.empty());
-  EXPECT_EQ(deck.importDesk.subdirectory, "7");
+TEST_F(RetrievalPasses, ImportComesBehindTheDssFilesAndBeforeThoseWithoutAHeader) {
+  disk.WithFile(Ds2("a.dS2")).WithFile(Eu2("b.eU2")).WithFile(Ew2("c.eW2"));
+  Names before;
+  deck.importChain.OnRun = [&] { before = Queue(); };
+  passes.RunRetrievalPasses();
+  EXPECT_EQ(deck.importChain.runs, 1);
+  EXPECT_EQ(before, Names{"a.wav"});
 }
 
-TEST_F(AutoImport, ModeOtherThanNRuns) {
-  deck.importDesk.mode = "";
-  passes.AutoImportAll();
-  EXPECT_FALSE(deck.importDesk.steps.empty());
-}
-
-TEST_F(AutoImport, WalksEachDirectoryWithTheProfileThatIsLinkedToIt) {
-  deck.importDesk.mode = "Y";
-  passes.AutoImportAll();
-  Names expected;
-  for (int index = 1; index <= 26; ++index) {
-    for (const std::string& step :
-         {std::string("profiles"), "find " + std::to_string(index),
-          "show " + std::to_string(index - 1), std::string("refresh"), std::string("send")}) {
-      expected.push_back(step);
-    }
-  }
-  expected.emplace_back("show 7");
-  EXPECT_EQ(deck.importDesk.steps, expected);
-  EXPECT_FALSE(deck.importDesk.running);
-}
-
-TEST_F(AutoImport, WithoutTheLinkEachDirectoryTakesTheFirstProfile) {
-  deck.importDesk.mode = "Y";
-  deck.importDesk.synchronize = "N";
-  passes.AutoImportAll();
-  EXPECT_EQ(std::ranges::count(deck.importDesk.steps, std::string("first")), 26);
+TEST_F(RetrievalPasses, ImportIsNotReachedInARunThatEndedBefore) {
+  disk.WithFile(Ftp("note.mp3"));
+  front.pointer = "99";
+  passes.RunRetrievalPasses();
+  EXPECT_EQ(Titles(), Names{"Tavlo Deck - Retrieval"});
+  EXPECT_EQ(deck.importChain.runs, 0);
 }
 
 struct FtpSort : RetrievalPasses {
