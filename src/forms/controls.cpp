@@ -303,6 +303,12 @@ void Table::HeaderClick(int column) {
   });
 }
 
+void Table::DropFiles(const std::vector<std::string>& paths) {
+  CommandByHand([this, &paths] {
+    if (OnDropFiles) OnDropFiles(paths);
+  });
+}
+
 Pane::Pane(Pane* parent, std::string name, const First& first)
     : Control(parent, std::move(name), first),
       Caption(*this, first.caption),

@@ -252,6 +252,9 @@ class Table : public Control {
   std::function<void()> OnDoubleClick;
   std::function<void(int column)> OnHeaderClick;
   std::function<void()> OnSelect;  ///< ListIndex changed, by a hand or a rule.
+  /// Files of the desktop were let go over the list: their full paths, bytes as the desktop has
+  /// them.
+  std::function<void(const std::vector<std::string>& paths)> OnDropFiles;
 
   const std::vector<Column>& Columns() const { return columns_; }
   void SetColumns(std::vector<Column> columns);
@@ -283,6 +286,7 @@ class Table : public Control {
   void RowClick(int row);
   void DoubleClick(int row);
   void HeaderClick(int column);
+  void DropFiles(const std::vector<std::string>& paths);
 
  private:
   void RowsChanged();

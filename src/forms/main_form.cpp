@@ -15,6 +15,7 @@ MainForm::MainForm(base::Loop& loop)
       QueueFrame(frameFiles),
       CompletedFrame(frameFiles),
       ImportFrame(frmMain, frameFiles),
+      AuthorProfileFrame(frameImport),
       FtpFrame(frmMain, frameFiles) {
   frmMain.Height = kFullHeight;
   frmMain.Width = kFullWidth;

@@ -25,6 +25,7 @@ struct MainForm : MainFrame,
                   QueueFrame,
                   CompletedFrame,
                   ImportFrame,
+                  AuthorProfileFrame,
                   FtpFrame {
   explicit MainForm(base::Loop& loop);
 };

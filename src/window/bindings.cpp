@@ -128,4 +128,18 @@ std::vector<Binding> FtpBindings(forms::ConfigurationForm& config) {
   };
 }
 
+std::vector<Binding> AuthorBindings(forms::MainForm& main) {
+  using enum Saving;
+  return {
+      {"NumericSorter", Never, &main.txtImportAuthorCount},
+      {"SystemID", WithItsRow, &main.txtImportSystemID},
+      {"AuthorID", WithItsRow, &main.txtImportAuthorID},
+      {"AuthorLastName", WithItsRow, &main.txtImportAuthorLastName},
+      {"Department", WithItsRow, &main.txtImportDepartment},
+      {"Worktype", WithItsRow, &main.txtImportWorktype},
+      {"Priority", WithItsRow, &main.txtImportPriority, &main.chkImportPriority},
+      {"Subject", WithItsRow, &main.txtImportSubject},
+  };
+}
+
 }  // namespace tavlo::window

@@ -56,5 +56,8 @@ std::vector<Binding> MainBindings(forms::MainForm& main);
 /// What stands on the Ftp page for the server profile that shows, in the order in which it is
 /// written.
 std::vector<Binding> FtpBindings(forms::ConfigurationForm& config);
+/// What stands on the Import view for the author profile that shows, in the order in which it is
+/// written.
+std::vector<Binding> AuthorBindings(forms::MainForm& main);
 
 }  // namespace tavlo::window

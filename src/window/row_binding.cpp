@@ -32,6 +32,16 @@ bool RowBinding::Save() {
   return saver_.Write(table_, row_, fields);
 }
 
+bool RowBinding::HasEdits() const {
+  if (row_ == kNoRow) return false;
+  const store::Record saved = saver_.Read(table_, row_);
+  return std::ranges::any_of(held_, [&saved](const Binding* binding) {
+    const auto found = saved.find(std::string(binding->field));
+    return binding->saving != Saving::Never && found != saved.end() &&
+           found->second != binding->Shown();
+  });
+}
+
 bool RowBinding::MoveTo(int row) {
   if (row < 0 || row >= saver_.RowCount(table_)) return false;
   Save();

@@ -33,6 +33,9 @@ class RowBinding {
   /// again with its row.
   bool Save();
 
+  /// Whether a control of the row holds another value than was saved last.
+  bool HasEdits() const;
+
   /// Each of these saves the row that shows and then shows another. False when there is no such
   /// row, as behind the last one: then nothing is saved and all stays as it was. False, too, when
   /// the other row cannot be read: then the row is saved and stays.

@@ -32,7 +32,8 @@ SettingsBinding::SettingsBinding(base::Loop& loop, forms::MainForm& main,
       folders_(folders),
       saver_(loop, settings),
       bindings_(GeneralBindings(main, config)),
-      ftpProfile_(saver_, Table::FtpSettings, FtpBindings(config)) {
+      ftpProfile_(saver_, Table::FtpSettings, FtpBindings(config)),
+      authorProfile_(saver_, Table::ImportAuthors, AuthorBindings(main)) {
   for (const Binding& binding : bindings_) {
     if (binding.saving == Saving::AtChange) binding.text->OnStored = [this] { StoreChanged(); };
   }
@@ -56,6 +57,7 @@ void SettingsBinding::Load() {
   }
   for (const Binding& binding : bindings_) show(binding);
   ftpProfile_.Show(0);
+  authorProfile_.Show(0);
   loading_ = false;
   StoreChanged();
 }

@@ -33,7 +33,8 @@ class SettingsBinding {
   std::uint8_t DeleteCompletedFiles = 0;
 
   /// Shows the stored values. This counts as a change of each control: its handler runs. A field
-  /// that is missing leaves its control as it was. The Ftp page shows its first row.
+  /// that is missing leaves its control as it was. The Ftp page and the author profile show their
+  /// first rows.
   void Load();
   /// True inside `Load`, for handlers that act on a choice and not on a value.
   bool Loading() const { return loading_; }
@@ -53,6 +54,8 @@ class SettingsBinding {
 
   /// The server profile that shows on the Ftp page.
   RowBinding& FtpProfile() { return ftpProfile_; }
+  /// The author profile that shows on the Import view.
+  RowBinding& AuthorProfile() { return authorProfile_; }
   /// For whoever saves rows of another table.
   SettingsSaver& Saver() { return saver_; }
 
@@ -72,6 +75,7 @@ class SettingsBinding {
   SettingsSaver saver_;
   const std::vector<Binding> bindings_;
   RowBinding ftpProfile_;
+  RowBinding authorProfile_;
   bool loading_ = false;
 };
 

@@ -40,6 +40,7 @@ struct BindingsTest : testing::Test {
   std::vector<Binding> All() {
     std::vector<Binding> all = general;
     std::ranges::copy(ftp, std::back_inserter(all));
+    std::ranges::copy(author, std::back_inserter(all));
     return all;
   }
   std::vector<Binding> Pairs() {
@@ -53,13 +54,14 @@ struct BindingsTest : testing::Test {
   forms::ConfigurationForm config{loop};
   std::vector<Binding> general;
   std::vector<Binding> ftp = window::FtpBindings(config);
+  std::vector<Binding> author = window::AuthorBindings(main);
 };
 
 TEST_F(BindingsTest, EveryFieldButTheFewWithoutAControlIsBoundOnce) {
-  const std::set<std::string_view> unbound{"OEMLogo", "FtpListFileDefinition"};
+  const std::set<std::string_view> unbound{"OEMLogo", "FtpListFileDefinition", "Secretary"};
   std::multiset<std::string_view> bound;
   for (const Binding& each : All()) bound.insert(each.field);
-  for (const Table table : {Table::GeneralSettings, Table::FtpSettings}) {
+  for (const Table table : {Table::GeneralSettings, Table::FtpSettings, Table::ImportAuthors}) {
     for (const store::Field& field : store::FieldsOf(table)) {
       EXPECT_EQ(bound.count(field.name), unbound.contains(field.name) ? 0u : 1u) << field.name;
     }
@@ -79,6 +81,7 @@ TEST_F(BindingsTest, EveryTruthHasACheckBoxAndEveryYesOrNoACheckBoxBeforeItsText
   };
   expect(general, Table::GeneralSettings);
   expect(ftp, Table::FtpSettings);
+  expect(author, Table::ImportAuthors);
 }
 
 TEST_F(BindingsTest, EveryCheckBoxStandsForAFieldButTheFewThatStandForSomethingElse) {
@@ -143,9 +146,9 @@ TEST_F(BindingsTest, PairsOfAPageAreThoseWhoseBoxesStandOnIt) {
   const std::vector<Binding> pairs = window::PairsOn(config.frameConfigEqualizer, general);
   ASSERT_EQ(pairs.size(), 1u);
   EXPECT_EQ(pairs[0].check, &config.chkEqEnable);
-  std::size_t onPages = window::PairsOn(main.frmMain, general).size();
+  std::size_t onPages = window::PairsOn(main.frmMain, All()).size();
   for (const forms::Pane* const page : config.Pages()) {
-    onPages += window::PairsOn(*page, general).size();
+    onPages += window::PairsOn(*page, All()).size();
   }
   EXPECT_EQ(onPages, Pairs().size());
   EXPECT_EQ(window::PairsOn(main.frameImport, general).size(), 1u);
