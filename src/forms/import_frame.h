@@ -82,18 +82,14 @@ struct AuthorProfileFrame {
 
   Pane frameImportDemographics;
   /// The last names of all profiles, in the order of their numbers.
-  Table comboAuthorLastName{&frameImportDemographics,
-                            "comboAuthorLastName",
-                            {.tooltip = "Select an author profile"}};
+  Table comboAuthorLastName{
+      &frameImportDemographics, "comboAuthorLastName", {.tooltip = "Select an author profile"}};
   Text lblAuthorLastName{
       &frameImportDemographics, "lblAuthorLastName", {.caption = "Author Last Name"}};
-  Text txtImportAuthorLastName{&frameImportDemographics,
-                               "txtImportAuthorLastName",
-                               {.heard = "Author Last Name"},
-                               14};
+  Text txtImportAuthorLastName{
+      &frameImportDemographics, "txtImportAuthorLastName", {.heard = "Author Last Name"}, 14};
   Text lblAuthorID{&frameImportDemographics, "lblAuthorID", {.caption = "Author ID"}};
-  Text txtImportAuthorID{
-      &frameImportDemographics, "txtImportAuthorID", {.heard = "Author ID"}, 6};
+  Text txtImportAuthorID{&frameImportDemographics, "txtImportAuthorID", {.heard = "Author ID"}, 6};
   Text lblDepartment{&frameImportDemographics, "lblDepartment", {.caption = "Dept"}};
   Text txtImportDepartment{
       &frameImportDemographics, "txtImportDepartment", {.tooltip = "Department"}, 2};

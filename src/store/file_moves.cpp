@@ -55,6 +55,26 @@ Moved FileMoves::MoveInOneStep(const std::string& source, const std::string& tar
   return RenameOver(source, target, inTheWay);
 }
 
+FileMoves::Place FileMoves::CopyInto(const std::string& source, const std::string& folder) {
+  unfinished_.TakeBack();
+  const std::string name = NameOf(source);
+  const Copied copy = CopyBeside(source, folder + name);
+  UnfinishedMoves::Unfinished move{source, copy.path, folder + name, copy.before, {}};
+  if (copy.result != DiskResult::Done) {
+    DropCopy(move, copy.result);
+    return {copy.result, {}};
+  }
+  Place place = RenameToFreeName(copy.path, folder, name);
+  if (place.result == DiskResult::Done) {
+    const DiskResult flushed = disk_.FlushFolder(folder);
+    // The copy shows already, so only its lasting is not known.
+    if (flushed == DiskResult::OutOfReach) place.result = flushed;
+    return place;
+  }
+  DropCopy(move, place.result);
+  return {place.result, {}};
+}
+
 Moved FileMoves::MoveOrRescue(const std::string& source, const std::string& target,
                               InTheWay inTheWay) {
   Moved moved = Move(source, target, inTheWay);

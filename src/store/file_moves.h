@@ -74,6 +74,10 @@ class FileMoves : private UnfinishedMoves::Aside {
   /// Gives a document another name in its folder, with a number where that is taken, and says where
   /// it is then. With OutOfReach: where it may be.
   Place RenameBeside(const std::string& path, std::string_view name);
+  /// Copies a file into a folder, which ends in a separator, under its own name or that name with a
+  /// number before the extension, and says where the copy is then. It shows there only when it is
+  /// whole; a file that changes meanwhile gives none. Nothing happens to the source.
+  Place CopyInto(const std::string& source, const std::string& folder);
   /// Moves a document into the rescue folder and says where it is then.
   Place Rescue(const std::string& path);
 
