@@ -84,9 +84,12 @@ bool ImportList::RefreshImportList(const std::string& directory) {
     const std::unique_ptr<store::FolderWalk> walk = disk_.Walk(folder);
     if (walk->Started()) {
       ForgetRows();
+      listedFolder_ = folder;
       end = AddRows(*walk, folder);
       engine_.CloseFile();
     } else {
+      // Rows of another directory would pass for files of this one.
+      if (folder != listedFolder_) ForgetRows();
       form_.listViewImport.ListIndex = -1;
       end = walk->End();
     }
@@ -297,9 +300,8 @@ void ImportList::DeleteAll() {
     const forms::Hourglass hourglass(form_.frmMain);
     const std::string folder = ImportDirectoryPath(folders_, form_.txtWavImportSubdirectory.Value);
     const ImportDeletions deletions = DeleteDirectory(folder);
-    ShowAsEmptied();
     const std::string words = ImportDeletionsInWords(deletions);
-    if (!words.empty()) form_.listViewImport.WhenEmpty = std::string(kSomeFilesStay);
+    ShowAsEmptied(words.empty());
     window_.Say(words);
     if (words.empty()) voice_.PlayPrompt("DeleteAllImport");
   }
@@ -333,10 +335,10 @@ ImportDeletions ImportList::DeleteDirectory(const std::string& folder) {
   return deletions;
 }
 
-void ImportList::ShowAsEmptied() {
+void ImportList::ShowAsEmptied(bool empty) {
   ForgetRows();
   window::ShowNoDocument(form_);
-  form_.listViewImport.WhenEmpty = std::string(kNothingToImport);
+  form_.listViewImport.WhenEmpty = std::string(empty ? kNothingToImport : kSomeFilesStay);
   // This is intended: the caption counts the Completed list. The next scan puts it right.
   WriteCaption(static_cast<int>(form_.listViewCompleted.Rows().size()), 0);
   SetEnabled(forms::ImportKeys(form_), false);

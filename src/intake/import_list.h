@@ -43,8 +43,8 @@ class ImportList {
   void SetImportButtons();
 
   /// What both commands that empty a directory leave behind: no rows and a caption with the count
-  /// of the Completed list.
-  void ShowAsEmptied();
+  /// of the Completed list. `empty`: no file stays that the command was for.
+  void ShowAsEmptied(bool empty);
   /// Asks a question of the Import view.
   bool UserAgrees(const char* question, base::Reply byDefault);
 
@@ -80,6 +80,8 @@ class ImportList {
   bool sorted_ = false;
   /// The choice of a directory is inside its wait.
   bool turning_ = false;
+  /// Whose files the rows are.
+  std::string listedFolder_;
   /// The files that have rows, by their full paths, as they were when they were listed.
   std::map<std::string, store::FileFacts> seen_;
 };

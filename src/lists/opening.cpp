@@ -2,11 +2,15 @@
 
 #include <vector>
 
+#include "intake/import_directories.h"
+
 namespace tavlo::lists {
 
 Opening::Opening(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
-                 const playback::Playback& playback, WaitingWork& waitingWork)
-    : loop_(loop),
+                 const playback::Playback& playback, WaitingWork& waitingWork,
+                 std::string& selectedImportFile)
+    : SelectedImportFile(selectedImportFile),
+      loop_(loop),
       form_(window.Form()),
       config_(window.Config()),
       folders_(files.folders),
@@ -54,7 +58,6 @@ void Opening::WireImport() {
     waitingWork_.UserActed();
     PreviewImportDocument(form_.txtWavImportSubdirectory.Value);
   };
-  list.OnHeaderClick = [&list](int column) { list.SortByHeader(column); };
 }
 
 void Opening::GetSelectedJob() {
@@ -87,8 +90,7 @@ void Opening::PreviewCompletedDocument() {
 void Opening::PreviewImportDocument(const std::string& subdirectory) {
   engine_.tmrPlaySnipet.Stop();
   if (SelectedImportFile.empty()) return;
-  const std::string below = subdirectory == "0" ? "" : subdirectory + "/";
-  SoundBeginning(folders_.WavQueuePath + below + SelectedImportFile);
+  SoundBeginning(intake::ImportDirectoryPath(folders_, subdirectory) + SelectedImportFile);
 }
 
 void Opening::SoundBeginning(const std::string& documentPath) {

@@ -16,13 +16,15 @@ namespace tavlo::lists {
 /// locked nor marked.
 class Opening {
  public:
+  /// `selectedImportFile` is the Import list's, which empties it when it is built anew.
   Opening(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
-          const playback::Playback& playback, WaitingWork& waitingWork);
+          const playback::Playback& playback, WaitingWork& waitingWork,
+          std::string& selectedImportFile);
 
   /// Bare file name of the row last clicked in each list; empty until then.
   std::string SelectedQueueFile;
   std::string SelectedCompletedFile;
-  std::string SelectedImportFile;
+  std::string& SelectedImportFile;
 
   void GetSelectedJob();
   /// The two lists beside the Queue only let a document be heard: it cannot be played from there,

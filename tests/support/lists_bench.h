@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "intake/import_list.h"
 #include "intake/retrieval.h"
 #include "lists/completed_list.h"
 #include "lists/finishing.h"
@@ -29,6 +31,35 @@ class IntakeTwin : public intake::Retrieval, public lists::WorkFigures {
   void TakeWaitingWorkAsSeen() override { ++waitingWorkSeen; }
 };
 
+/// Converts as the real part does, or fails and leaves the source.
+class ImportConversionTwin : public intake::ImportConversion {
+ public:
+  ImportConversionTwin(SimulatedDisk& disk, SimulatedAudioFile& file, const std::string& directory)
+      : disk_(disk), file_(file), directory_(directory) {}
+
+  /// The next files can not be converted.
+  bool Fails = false;
+  /// Names of what was to be converted.
+  std::vector<std::string> Asked;
+  std::function<void()> Meanwhile;
+
+  void ConvertImportDssFile(std::string& fileName) override {
+    Asked.push_back(fileName);
+    const std::string source = directory_ + fileName;
+    fileName.replace(fileName.size() - 4, 4, ".wav");
+    if (Meanwhile) Meanwhile();
+    if (Fails) return;
+    disk_.WithFile(directory_ + fileName, disk_.Contents(source));
+    file_.Sounds[directory_ + fileName] = {.samples = 80'000};
+    disk_.Remove(source);
+  }
+
+ private:
+  SimulatedDisk& disk_;
+  SimulatedAudioFile& file_;
+  const std::string& directory_;
+};
+
 /// How many of the paths are those of documents that were set aside.
 inline std::size_t SetAside(const std::vector<std::string>& paths) {
   return static_cast<std::size_t>(std::ranges::count_if(paths, [](const std::string& path) {
@@ -45,11 +76,15 @@ struct ListsBench : PlaybackBench {
   int& retrievals = intake.retrievals;
   int& waitingWorkSeen = intake.waitingWorkSeen;
   const store::DocumentFiles files{disk, folders, names, moves};
+  /// Where the converted files stand.
+  std::string convertsIn;
   const playback::Playback playback{documentInWork, engine, transport, preview, voice};
   lists::WaitingWork waitingWork{loop, intake};
   lists::QueueList queue{loop, window, files, engine};
   lists::Refresh refresh{loop, window, playback, queue, waitingWork, intake};
-  lists::Opening opening{loop, window, files, playback, waitingWork};
+  ImportConversionTwin conversion{disk, file, convertsIn};
+  intake::ImportList importList{loop, window, files, playback, conversion};
+  lists::Opening opening{loop, window, files, playback, waitingWork, importList.SelectedImportFile};
   lists::CompletedList completed{loop, window, files, playback, opening};
   lists::Finishing finishing{loop, window, files, playback, queue, opening, waitingWork, intake};
 
