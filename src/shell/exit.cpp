@@ -49,6 +49,7 @@ void Exit::EndSessionNow() {
   rooms_.finishing.StoreAtOnce();
   rooms_.engine.CloseFile();
   rooms_.prompts.Close();
+  rooms_.authorProfiles.StoreEdits();
   rooms_.configuration.SaveAtOnce();
   rooms_.annex.ReleaseFtp();
   rooms_.usbPedal.Drop();
@@ -110,6 +111,7 @@ void Exit::End() {
   rooms_.usbPedal.StopWatch();
   // A disk that gives no answer may keep the settings waiting, and nobody shall wait for that.
   form_.frmMain.Visible = false;
+  rooms_.authorProfiles.StoreEdits();
   rooms_.binding.Flush();
   endProcess_(0);
 }

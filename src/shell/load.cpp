@@ -65,6 +65,7 @@ void Load::InitializeWorkAreas() {
   rooms_.configuration.ReloadQueuePaths();
   rooms_.queue.MakeColumns(windows_.configuration.txtSubjectHeading.Value);
   rooms_.completed.MakeColumns(windows_.configuration.txtSubjectHeading.Value);
+  rooms_.importList.MakeColumns();
   ResetPedals();
   window.guards = {};
   window.PlayRequested = false;

@@ -6,6 +6,11 @@
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
 #include "forms/splash_form.h"
+#include "intake/author_profiles.h"
+#include "intake/auto_import.h"
+#include "intake/dropped_files.h"
+#include "intake/import_list.h"
+#include "intake/import_sending.h"
 #include "lists/completed_list.h"
 #include "lists/finishing.h"
 #include "lists/opening.h"
@@ -75,6 +80,11 @@ struct Rooms {
   playback::SoundShaping soundShaping;
   playback::Preview preview;
   const playback::Playback playback;
+  intake::ImportList importList;
+  intake::AuthorProfiles authorProfiles;
+  intake::ImportSending importSending;
+  intake::AutoImport autoImport;
+  intake::DroppedFiles droppedFiles;
   lists::WaitingWork waitingWork;
   lists::QueueList queue;
   lists::Refresh refresh;

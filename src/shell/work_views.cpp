@@ -37,25 +37,22 @@ void CompletedView::Enter() {
   completed_.SetCompletedButtons();
 }
 
-ImportView::ImportView(forms::MainForm& form, lists::WaitingWork& waitingWork, Annex& annex)
-    : form_(form), waitingWork_(waitingWork), annex_(annex) {
-  OfferRefresh();
-  form_.chkImportSynchronize.Enabled = form_.chkImportSynchronize.OnClick != nullptr;
-}
+ImportView::ImportView(forms::MainForm& form, intake::ImportList& list,
+                       intake::AuthorProfiles& profiles, lists::WaitingWork& waitingWork,
+                       Annex& annex)
+    : form_(form), list_(list), profiles_(profiles), waitingWork_(waitingWork), annex_(annex) {}
 
 void ImportView::Enter() {
   SetEnabled(forms::SoundShapingKeys(form_), true);
   SetEnabled(forms::TransportKeys(form_), false);
   form_.cmdRefreshImportList.Visible = false;
-  annex_.BuildImportList();
-  OfferRefresh();
-  SetEnabled(forms::ImportKeys(form_), !form_.listViewImport.Rows().empty());
+  annex_.RetrieveForImport();
+  profiles_.EnterLists();
+  list_.RefreshImportList(form_.txtWavImportSubdirectory.Value);
+  form_.cmdRefreshImportList.Visible = true;
+  list_.SetImportButtons();
   waitingWork_.TakeAsSeen();
   waitingWork_.GoOn();
-}
-
-void ImportView::OfferRefresh() {
-  form_.cmdRefreshImportList.Visible = form_.cmdRefreshImportList.OnPress != nullptr;
 }
 
 FtpView::FtpView(forms::MainForm& form, playback::AudioEngine& engine, Annex& annex)

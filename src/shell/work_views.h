@@ -1,6 +1,8 @@
 #pragma once
 
 #include "forms/main_form.h"
+#include "intake/author_profiles.h"
+#include "intake/import_list.h"
 #include "lists/completed_list.h"
 #include "lists/queue_list.h"
 #include "lists/waiting_work.h"
@@ -45,10 +47,11 @@ class CompletedView : public View {
   lists::CompletedList& completed_;
 };
 
-/// The files in the import folders. A control that no room answers to is not offered.
+/// The files in the import directories.
 class ImportView : public View {
  public:
-  ImportView(forms::MainForm& form, lists::WaitingWork& waitingWork, Annex& annex);
+  ImportView(forms::MainForm& form, intake::ImportList& list, intake::AuthorProfiles& profiles,
+             lists::WaitingWork& waitingWork, Annex& annex);
 
   const char* Word() const override { return "Import"; }
   forms::Command& Entry() override { return form_.mnuViewImport; }
@@ -57,9 +60,9 @@ class ImportView : public View {
   void Enter() override;
 
  private:
-  void OfferRefresh();
-
   forms::MainForm& form_;
+  intake::ImportList& list_;
+  intake::AuthorProfiles& profiles_;
   lists::WaitingWork& waitingWork_;
   Annex& annex_;
 };

@@ -30,7 +30,7 @@ constexpr ControlRule kEnabled[] = {
     // control                                 Queue Compl Import Ftp  work
     {&The<&MainForm::mnuFile>, {on, on, on, on, off}},
     {&The<&MainForm::mnuView>, {on, on, on, on, off}},
-    {&The<&MainForm::mnuReport>, {on, on, on, any, off}},
+    {&The<&MainForm::mnuReport>, {on, on, any, any, off}},
     {&The<&MainForm::mnuConfiguration>, {on, on, on, on, any}},
     {&The<&MainForm::mnuExit>, {on, on, on, on, any}},
     {&The<&MainForm::listViewInQueue>, {on, any, any, any, off}},

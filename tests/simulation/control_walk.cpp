@@ -18,6 +18,7 @@ constexpr const char* kShowsOnly = "It shows a level and can not be taken.";
 constexpr std::array kLeftOut{
     Exception{"mnuExit", "Who asks to close presses it; else a day would be spent with starting."},
     Exception{"txtFocus", "It holds the keyboard and takes no text."},
+    Exception{"txtWavImportSubdirectory", "It shows a number, which the scroll bar chooses."},
     Exception{"DeviceCombo", kMixerHand},
     Exception{"slVolume", kMixerHand},
     Exception{"slBalance", kMixerHand},

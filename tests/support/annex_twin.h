@@ -11,8 +11,8 @@ namespace tavlo::test {
 class AnnexTwin : public shell::Annex {
  public:
   std::string ran;
-  /// What the Import view is built from.
-  std::function<void()> OnBuildImportList = [] {};
+  /// What comes with the passes for the Import list.
+  std::function<void()> OnRetrieveForImport = [] {};
 
   void RunRetrievalPasses() override { ran += "retrieve "; }
   void TakeWaitingWorkAsSeen() override { ran += "count "; }
@@ -20,9 +20,9 @@ class AnnexTwin : public shell::Annex {
   void ReleaseFtp() override { ran += "release "; }
   void UpgradeDatabase() override { ran += "upgrade "; }
   void PurgeCompletedFiles() override { ran += "purge "; }
-  void BuildImportList() override {
+  void RetrieveForImport() override {
     ran += "import ";
-    OnBuildImportList();
+    OnRetrieveForImport();
   }
   void BuildFtpServers() override { ran += "servers "; }
 };

@@ -110,7 +110,7 @@ TEST_P(ViewControls, AreAsTheViewSaysWhateverViewStoodBefore) {
 TEST_P(ViewControls, OfAListWithEntriesAreOffered) {
   Keep(Document().By("Done").Name());
   Enter(From());
-  form.listViewImport.Add("");
+  disk.WithFile(Path("/Files/ImportQueue/memo.wav"));
   Enter(To());
   ExpectListKeysEnabled(true);
 }

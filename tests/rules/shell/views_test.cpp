@@ -205,11 +205,7 @@ TEST_F(ViewsTest, EveryViewIsOffered) {
 }
 
 TEST_F(ViewsTest, WhatNoRoomAnswersToIsNotOfferedInItsView) {
-  ASSERT_FALSE(form.cmdRefreshImportList.OnPress);
   ASSERT_FALSE(form.bConnect.OnPress);
-  form.mnuViewImport.Press(By::Hand);
-  EXPECT_FALSE(form.cmdRefreshImportList.Visible);
-  EXPECT_FALSE(form.chkImportSynchronize.Enabled);
   form.mnuViewFtp.Press(By::Hand);
   EXPECT_FALSE(form.bConnect.Enabled);
   EXPECT_FALSE(form.comboFtpServerNames.Enabled);
@@ -222,12 +218,10 @@ struct HookedViewsTest : ViewsTest {
   bool filesToImport = true;
 
   HookedViewsTest() {
-    annex.OnBuildImportList = [this] {
+    annex.OnRetrieveForImport = [this] {
       listHiddenMeanwhile = !form.cmdRefreshImportList.Visible;
-      form.listViewImport.Clear();
-      if (filesToImport) form.listViewImport.Add("");
+      if (filesToImport) disk.WithFile(Path("/Files/ImportQueue/memo.wav"));
     };
-    form.cmdRefreshImportList.OnPress = [] {};
     annex.ran.clear();
   }
 };
@@ -238,7 +232,9 @@ TEST_F(HookedViewsTest, ImportViewBuildsItsListAndOffersItsButtons) {
   EXPECT_FALSE(form.frameInQueue.Visible);
   EXPECT_TRUE(listHiddenMeanwhile);
   EXPECT_TRUE(form.cmdRefreshImportList.Visible);
-  EXPECT_EQ(form.frameImport.Caption.Get(), "Import");
+  EXPECT_EQ(form.frameImport.Caption.Get(), "Import:     1     00:00:00");
+  EXPECT_EQ(form.comboAuthorLastName.Rows().size(), 26u);
+  EXPECT_EQ(form.comboAuthorLastName.ListIndex.Get(), 0);
   EXPECT_EQ(deck.Built()->mainWindow.CurrentView, "Import");
   EXPECT_FALSE(form.cmdPlay.Enabled);
   for (const forms::Command* button :
