@@ -299,6 +299,17 @@ TEST_F(ControlsTest, HeaderClickTakesTheColumnAndFlipsTheOrder) {
   EXPECT_EQ(list.TextAt(0, 0), "a");
 }
 
+TEST_F(ControlsTest, FilesAreLetGoOverAListThatAHandReaches) {
+  std::vector<std::string> dropped;
+  list.OnDropFiles = [&dropped](const std::vector<std::string>& paths) { dropped = paths; };
+  list.Enabled = false;
+  list.DropFiles({"/a.wav"});
+  EXPECT_TRUE(dropped.empty());
+  list.Enabled = true;
+  list.DropFiles({"/a.wav", "/b.wav"});
+  EXPECT_EQ(dropped, (std::vector<std::string>{"/a.wav", "/b.wav"}));
+}
+
 TEST_F(ControlsTest, RemovingARowMovesTheChoiceWithItsRow) {
   for (const char* name : {"a", "b", "c"}) list.Add(name);
   list.ListIndex = 2;

@@ -51,6 +51,13 @@ TEST_F(LoadTest, ImportLinkIsCheckedWhenItsSettingSaysSo) {
   EXPECT_TRUE(form.chkImportSynchronize.Value);
 }
 
+TEST_F(LoadTest, ImportListGetsItsColumnsAndShowsTheFirstDirectoryAndProfile) {
+  LoadWith("ImportWavSynchronizeFlag", "Y");
+  EXPECT_EQ(form.listViewImport.Columns().size(), 3u);
+  EXPECT_EQ(form.txtWavImportSubdirectory.Value.Get(), "0");
+  EXPECT_EQ(form.txtImportAuthorLastName.Value.Get(), "Author1");
+}
+
 TEST_F(LoadTest, FullShapeIsTakenAsTheWindowStandsOnTheScreen) {
   LoadWith("AudioPromptsFlag", "Y");
   const window::MainWindow& window = deck.Built()->mainWindow;

@@ -59,6 +59,15 @@ TEST_F(SessionEndTest, StoresWhereTheEarWasInADocumentThatPlaysAndEnds) {
   EXPECT_FALSE(file.IsOpen());
 }
 
+TEST_F(SessionEndTest, StoresWhatWasTypedIntoAnAuthorProfile) {
+  StartUntilReady();
+  form.mnuViewImport.Press(By::Hand);
+  form.txtImportSubject.Change("cardio");
+  deck.EndSession();
+  const SettingsTables stored = databases.Look(SettingsPath());
+  EXPECT_EQ(stored.at(store::Table::ImportAuthors).at(0).at("Subject"), "cardio");
+}
+
 TEST_F(SessionEndTest, ChangesNothingOnTheDiskButTheName) {
   Play();
   disk.Operations.clear();

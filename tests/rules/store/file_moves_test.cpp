@@ -47,6 +47,46 @@ TEST_F(FileMovesTest, MoveOnOneFileSystemIsOneRename) {
             std::vector{"Rename " + Queued("a.wav") + " -> " + Completed("a.wav")});
 }
 
+TEST_F(FileMovesTest, MoveOnOneDiskRefusesWhatWouldNeedACopyAndDoesNothing) {
+  disk.WithFile(Queued("a.wav"), "A");
+  EXPECT_EQ(moves.MoveOnOneDisk(Queued("a.wav"), "/share/a.wav").result,
+            DiskResult::OtherFileSystem);
+  EXPECT_EQ(disk.FilesHolding("A"), std::vector{Queued("a.wav")});
+  EXPECT_EQ(moves.MoveOnOneDisk(Queued("a.wav"), Completed("a.wav")).result, DiskResult::Done);
+  EXPECT_EQ(disk.FilesHolding("A"), std::vector{Completed("a.wav")});
+}
+
+TEST_F(FileMovesTest, CopyIntoAFolderTakesANumberWhereTheNameIsTaken) {
+  disk.WithFile("/share/a.wav", "A").WithFile(Queued("a.wav"), "another");
+  const auto place = moves.CopyInto("/share/a.wav", folders.InQueuePath);
+  EXPECT_EQ(place.result, DiskResult::Done);
+  EXPECT_EQ(place.path, Queued("a (2).wav"));
+  EXPECT_EQ(disk.Contents(Queued("a.wav")), "another");
+  EXPECT_EQ(disk.Contents(Queued("a (2).wav")), "A");
+  EXPECT_EQ(disk.Contents("/share/a.wav"), "A");
+}
+
+TEST_F(FileMovesTest, CopyIntoAFolderOfAFileThatGrowsMeanwhileGivesNone) {
+  disk.WithFile("/share/a.wav", "A");
+  disk.OnNextCopy = [this] { disk.Write("/share/a.wav", "AA"); };
+  EXPECT_EQ(moves.CopyInto("/share/a.wav", folders.InQueuePath).result, DiskResult::Failed);
+  EXPECT_TRUE(disk.NamesIn(folders.InQueuePath).empty());
+}
+
+TEST_F(FileMovesTest, CopyIntoAFolderIsWholeOrNothingWhateverOperationFails) {
+  for (int nth = 1;; ++nth) {
+    Place place;
+    place.disk.WithFile("/share/a.wav", "A");
+    place.disk.FailOperation(nth, DiskResult::Failed);
+    std::ignore = place.moves.CopyInto("/share/a.wav", place.folders.InQueuePath);
+    EXPECT_EQ(place.disk.Contents("/share/a.wav"), "A");
+    for (const std::string& name : place.disk.NamesIn(place.folders.InQueuePath)) {
+      EXPECT_EQ(place.disk.Contents(place.Queued(name)), "A") << nth;
+    }
+    if (place.disk.FaultPending()) break;
+  }
+}
+
 TEST_F(FileMovesTest, MoveToItselfDoesNothing) {
   disk.WithFile(Queued("a.wav"), "A");
   EXPECT_EQ(moves.Move(Queued("a.wav"), Queued("a.wav")).result, DiskResult::Done);

@@ -93,6 +93,18 @@ TEST_F(RowBindingTest, ChangeThatWasNotSavedIsForgottenWhenAnotherRowIsShown) {
   EXPECT_EQ(lastName.Value.Get(), "Author1");
 }
 
+TEST_F(RowBindingTest, ARowHasEditsFromAChangeToItsSave) {
+  EXPECT_FALSE(author.HasEdits());
+  author.Show(0);
+  EXPECT_FALSE(author.HasEdits());
+  number.Value = "7";
+  EXPECT_FALSE(author.HasEdits()) << "the number is never written";
+  lastName.Value = "Brown";
+  EXPECT_TRUE(author.HasEdits());
+  author.Save();
+  EXPECT_FALSE(author.HasEdits());
+}
+
 TEST_F(RowBindingTest, MovingSavesTheRowThatIsLeftThoughNothingChanged) {
   author.Show(0);
   EXPECT_TRUE(author.MoveToNext());
