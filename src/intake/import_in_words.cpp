@@ -13,20 +13,22 @@ using store::DiskResult;
 constexpr std::size_t kMostNamed = 3;
 constexpr std::string_view kBeingWritten = "a program is still writing it";
 
-std::string Why(DiskResult result) { return std::string(store::WhyNot(result)); }
+std::string ReasonInWords(DiskResult result) { return std::string(store::WhyNot(result)); }
 
-std::string Files(int count) { return std::to_string(count) + (count == 1 ? " file" : " files"); }
+std::string FilesInWords(int count) {
+  return std::to_string(count) + (count == 1 ? " file" : " files");
+}
 
 /// Of what may still happen nothing is claimed.
 std::string NotKnown(std::string_view whether) {
-  return "It is not known whether " + std::string(whether) + ": " + Why(DiskResult::OutOfReach) +
-         ". The next list shows it.";
+  return "It is not known whether " + std::string(whether) + ": " +
+         ReasonInWords(DiskResult::OutOfReach) + ". The next list shows it.";
 }
 
 /// " 3 files stay: reason." and nothing for no file.
-std::string Stay(int count, std::string_view why) {
+std::string StayInWords(int count, std::string_view why) {
   if (count == 0) return {};
-  return " " + Files(count) + (count == 1 ? " stays: " : " stay: ") + std::string(why) + ".";
+  return " " + FilesInWords(count) + (count == 1 ? " stays: " : " stay: ") + std::string(why) + ".";
 }
 
 }  // namespace
@@ -45,15 +47,17 @@ std::string ImportDeletionInWords(const ImportDeletion& deletion, const std::str
   if (deletion.result == DiskResult::OutOfReach) {
     return NotKnown("the file was deleted") + " File: " + name;
   }
-  return "Not deleted: " + Why(deletion.result) + ". File: " + name;
+  return "Not deleted: " + ReasonInWords(deletion.result) + ". File: " + name;
 }
 
 std::string ImportDeletionsInWords(const ImportDeletions& deletions) {
   if (deletions.result == DiskResult::OutOfReach) return NotKnown("all files were deleted");
   if (deletions.All() && deletions.result == DiskResult::Done) return {};
-  return "Not all files were deleted." + Stay(deletions.areNew, "new since the list was built") +
-         Stay(deletions.inUse, "still being written") +
-         Stay(deletions.refused, Why(deletions.result));
+  return "Not all files were deleted." +
+         StayInWords(deletions.areNew, "new since the list was built") +
+         StayInWords(deletions.inUse, "still being written") +
+         StayInWords(deletions.refused, ReasonInWords(deletions.result)) +
+         (deletions.All() ? " " + ReasonInWords(deletions.result) + "." : "");
 }
 
 std::string ImportSentInWords(const ImportSent& sent, const std::string& name,
@@ -65,11 +69,10 @@ std::string ImportSentInWords(const ImportSent& sent, const std::string& name,
     const std::string perhaps = moved.rescued.empty() ? "" : "; it may be kept as " + moved.rescued;
     return NotKnown("the file was sent to the Queue") + " File: " + name + perhaps;
   }
-  if (moved.arrived && moved.rescued.empty()) {
-    return "Sent to the Queue, but it was not deleted here: " + Why(moved.result) +
-           ". File: " + name;
-  }
-  std::string text = "Not sent to the Queue: " + Why(moved.result) + ".";
+  const std::string text =
+      (moved.arrived ? "Sent to the Queue, but it was not deleted here: "
+                     : "Not sent to the Queue: ") +
+      ReasonInWords(moved.result) + ".";
   if (moved.rescued.empty()) return text + " File: " + name;
   const bool inRescueFolder = moved.rescued.starts_with(folders.RescuedPath());
   return text + (inRescueFolder ? " The file is in the rescue folder: " : " The file is kept as ") +
@@ -78,13 +81,13 @@ std::string ImportSentInWords(const ImportSent& sent, const std::string& name,
 
 std::string ImportBatchInWords(const ImportBatch& batch) {
   if (batch.AllSent()) return {};
-  std::string text = std::to_string(batch.sent) + " of " + Files(batch.files) +
-                     " went to the Queue." + Stay(batch.inUse, "still being written");
+  std::string text = std::to_string(batch.sent) + " of " + FilesInWords(batch.files) +
+                     " went to the Queue." + StayInWords(batch.inUse, "still being written");
   if (batch.failed > 0) {
-    text += " " + std::to_string(batch.failed) + " did not: " + Why(batch.result) + ".";
+    text += " " + std::to_string(batch.failed) + " did not: " + ReasonInWords(batch.result) + ".";
   }
   if (batch.rescued > 0) {
-    text += " " + std::to_string(batch.rescued) + " of them went to the rescue folder.";
+    text += " " + std::to_string(batch.rescued) + " of them were set aside in the rescue folder.";
   }
   if (batch.pastItsTimes) text += " The others wait here for the next Send All.";
   if (!batch.whole) text += " The directory could not be read to its end.";
@@ -92,7 +95,7 @@ std::string ImportBatchInWords(const ImportBatch& batch) {
 }
 
 std::string ImportListCutShortInWords() {
-  return "The Import list is not whole: " + Why(DiskResult::ProcessInTrouble) +
+  return "The Import list is not whole: " + ReasonInWords(DiskResult::ProcessInTrouble) +
          ". The next list shows the rest.";
 }
 

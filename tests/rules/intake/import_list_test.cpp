@@ -12,13 +12,14 @@ using forms::By;
 using forms::Pointer;
 using Spoken = std::vector<std::string>;
 using Listed = std::vector<std::string>;
-namespace column = forms::import_column;
 
 struct ImportListTest : testing::Test, ImportBench {
   void Agree(int times) {
     for (int i = 0; i < times; ++i) loop.Expect({.reply = Reply::Yes});
   }
-  std::string LengthAt(int row) { return form.listViewImport.TextAt(row, column::Length); }
+  std::string LengthAt(int row) {
+    return form.listViewImport.TextAt(row, forms::import_column::Length);
+  }
 };
 
 TEST_F(ImportListTest, ShowsEveryFileWhateverItsNameWithItsLength) {
@@ -29,7 +30,7 @@ TEST_F(ImportListTest, ShowsEveryFileWhateverItsNameWithItsLength) {
   EXPECT_EQ(Names(), (Listed{"memo.wav", "notes.txt"}));
   EXPECT_EQ(LengthAt(0), "00:01:01");
   EXPECT_EQ(LengthAt(1), "00:00:00");
-  EXPECT_EQ(form.listViewImport.Rows()[0].cells[column::FileName].colour, 0u);
+  EXPECT_EQ(form.listViewImport.Rows()[0].cells[forms::import_column::FileName].colour, 0u);
   EXPECT_EQ(importList.ImportCount, 2);
   EXPECT_EQ(Caption(), "Import:     2     00:01:01");
   EXPECT_TRUE(ButtonsAre(true));
@@ -54,10 +55,10 @@ TEST_F(ImportListTest, ADirectoryWhoseFilesAreAllLockedGivesAnEmptyListWithItsCa
 TEST_F(ImportListTest, ColumnsAreMadeOnce) {
   const auto& columns = form.listViewImport.Columns();
   ASSERT_EQ(columns.size(), 3u);
-  EXPECT_EQ(columns[column::Nothing].width, 0);
-  EXPECT_EQ(columns[column::FileName].title, "File Name");
-  EXPECT_EQ(columns[column::FileName].width, 5000);
-  EXPECT_EQ(columns[column::Length].title, "Length");
+  EXPECT_EQ(columns[forms::import_column::Nothing].width, 0);
+  EXPECT_EQ(columns[forms::import_column::FileName].title, "File Name");
+  EXPECT_EQ(columns[forms::import_column::FileName].width, 5000);
+  EXPECT_EQ(columns[forms::import_column::Length].title, "Length");
 }
 
 TEST_F(ImportListTest, TheRootsOwnFoldersAreNoRows) {
@@ -227,7 +228,7 @@ TEST_F(ImportListTest, AClickOnAHeaderFlipsTheOrderAndEveryListIsSortedFromThenO
   Put(0, "alpha.wav");
   Put(0, "memo.wav");
   Refresh();
-  form.listViewImport.HeaderClick(column::FileName);
+  form.listViewImport.HeaderClick(forms::import_column::FileName);
   EXPECT_EQ(Names(), (Listed{"memo.wav", "alpha.wav"}));
   Put(0, "zebra.wav");
   Refresh();

@@ -14,7 +14,6 @@ namespace {
 using base::Reply;
 using forms::By;
 using Spoken = std::vector<std::string>;
-using Times = std::vector<std::string>;
 
 struct ImportSendingTest : testing::Test, ImportBench {
   void SendOne() { form.cmdSendImportFileToQueue.Press(By::Hand); }
