@@ -170,7 +170,7 @@ ImportSent ImportSending::SendToQueue(const std::string& folder, const std::stri
 }
 
 ImportSent ImportSending::MoveToQueue(const std::string& source, const std::string& target) {
-  const store::Moved renamed = moves_.MoveOnOneDisk(source, target, store::InTheWay::Stays);
+  const store::Moved renamed = moves_.MoveInOneStep(source, target, store::InTheWay::Stays);
   switch (renamed.result) {
     case DiskResult::Done:
     case DiskResult::AlreadyThere:

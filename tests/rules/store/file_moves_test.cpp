@@ -47,12 +47,12 @@ TEST_F(FileMovesTest, MoveOnOneFileSystemIsOneRename) {
             std::vector{"Rename " + Queued("a.wav") + " -> " + Completed("a.wav")});
 }
 
-TEST_F(FileMovesTest, MoveOnOneDiskRefusesWhatWouldNeedACopyAndDoesNothing) {
+TEST_F(FileMovesTest, MoveInOneStepRefusesWhatWouldNeedACopyAndDoesNothing) {
   disk.WithFile(Queued("a.wav"), "A");
-  EXPECT_EQ(moves.MoveOnOneDisk(Queued("a.wav"), "/share/a.wav").result,
+  EXPECT_EQ(moves.MoveInOneStep(Queued("a.wav"), "/share/a.wav").result,
             DiskResult::OtherFileSystem);
   EXPECT_EQ(disk.FilesHolding("A"), std::vector{Queued("a.wav")});
-  EXPECT_EQ(moves.MoveOnOneDisk(Queued("a.wav"), Completed("a.wav")).result, DiskResult::Done);
+  EXPECT_EQ(moves.MoveInOneStep(Queued("a.wav"), Completed("a.wav")).result, DiskResult::Done);
   EXPECT_EQ(disk.FilesHolding("A"), std::vector{Completed("a.wav")});
 }
 
