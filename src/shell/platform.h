@@ -4,6 +4,8 @@
 #include <string>
 
 #include "base/loop.h"
+#include "intake/claims.h"
+#include "intake/conversion_libraries.h"
 #include "pedals/serial_port.h"
 #include "pedals/usb_watcher.h"
 #include "playback/audio_objects.h"
@@ -32,6 +34,9 @@ struct Platform {
   playback::SourceMixer& sourceMixer;
   pedals::SerialPort& serialPort;
   pedals::UsbWatcher& usbWatcher;
+  intake::ConversionLibraries& conversionLibraries;
+  /// Whose name stands in what this copy claims of folders that several decks sweep.
+  intake::ClaimOwner claimOwner;
   /// Full path of the root under which all folders and the settings stand, without a trailing
   /// separator.
   std::string installRoot;

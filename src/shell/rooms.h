@@ -8,9 +8,13 @@
 #include "forms/splash_form.h"
 #include "intake/author_profiles.h"
 #include "intake/auto_import.h"
+#include "intake/claims.h"
+#include "intake/conversion.h"
 #include "intake/dropped_files.h"
 #include "intake/import_list.h"
 #include "intake/import_sending.h"
+#include "intake/retrieval_passes.h"
+#include "intake/window_front.h"
 #include "lists/completed_list.h"
 #include "lists/finishing.h"
 #include "lists/opening.h"
@@ -80,10 +84,14 @@ struct Rooms {
   playback::SoundShaping soundShaping;
   playback::Preview preview;
   const playback::Playback playback;
+  intake::WindowFront passesFront;
+  intake::Claims claims;
+  intake::Conversion conversion;
   intake::ImportList importList;
   intake::AuthorProfiles authorProfiles;
   intake::ImportSending importSending;
   intake::AutoImport autoImport;
+  intake::RetrievalPasses retrieval;
   intake::DroppedFiles droppedFiles;
   lists::WaitingWork waitingWork;
   lists::QueueList queue;

@@ -39,14 +39,18 @@ void CompletedView::Enter() {
 
 ImportView::ImportView(forms::MainForm& form, intake::ImportList& list,
                        intake::AuthorProfiles& profiles, lists::WaitingWork& waitingWork,
-                       Annex& annex)
-    : form_(form), list_(list), profiles_(profiles), waitingWork_(waitingWork), annex_(annex) {}
+                       intake::RetrievalPasses& retrieval)
+    : form_(form),
+      list_(list),
+      profiles_(profiles),
+      waitingWork_(waitingWork),
+      retrieval_(retrieval) {}
 
 void ImportView::Enter() {
   SetEnabled(forms::SoundShapingKeys(form_), true);
   SetEnabled(forms::TransportKeys(form_), false);
   form_.cmdRefreshImportList.Visible = false;
-  annex_.RetrieveForImport();
+  retrieval_.RunImportPasses();
   profiles_.EnterLists();
   list_.RefreshImportList(form_.txtWavImportSubdirectory.Value);
   form_.cmdRefreshImportList.Visible = true;

@@ -3,6 +3,7 @@
 #include "forms/main_form.h"
 #include "intake/author_profiles.h"
 #include "intake/import_list.h"
+#include "intake/retrieval_passes.h"
 #include "lists/completed_list.h"
 #include "lists/queue_list.h"
 #include "lists/waiting_work.h"
@@ -51,7 +52,7 @@ class CompletedView : public View {
 class ImportView : public View {
  public:
   ImportView(forms::MainForm& form, intake::ImportList& list, intake::AuthorProfiles& profiles,
-             lists::WaitingWork& waitingWork, Annex& annex);
+             lists::WaitingWork& waitingWork, intake::RetrievalPasses& retrieval);
 
   const char* Word() const override { return "Import"; }
   forms::Command& Entry() override { return form_.mnuViewImport; }
@@ -64,7 +65,7 @@ class ImportView : public View {
   intake::ImportList& list_;
   intake::AuthorProfiles& profiles_;
   lists::WaitingWork& waitingWork_;
-  Annex& annex_;
+  intake::RetrievalPasses& retrieval_;
 };
 
 /// The servers. A control that no room answers to is not offered.

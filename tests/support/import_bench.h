@@ -56,19 +56,19 @@ struct ImportBench : ListsBench {
   /// Builds the list and clicks the row of that name.
   void Choose(const std::string& name) {
     Refresh();
-    const std::vector<std::string> names = Names();
-    for (std::size_t row = 0; row < names.size(); ++row) {
-      if (names[row] == name) form.listViewImport.RowClick(static_cast<int>(row));
+    const std::vector<std::string> listed = Names();
+    for (std::size_t row = 0; row < listed.size(); ++row) {
+      if (listed[row] == name) form.listViewImport.RowClick(static_cast<int>(row));
     }
   }
   void TurnTo(int directory) { form.scrollImportWavSubDirectories.Change(directory + 1); }
 
   std::vector<std::string> Names() const {
-    std::vector<std::string> names;
+    std::vector<std::string> listed;
     for (const forms::Row& row : form.listViewImport.Rows()) {
-      names.push_back(row.cells.at(forms::import_column::FileName).text);
+      listed.push_back(row.cells.at(forms::import_column::FileName).text);
     }
-    return names;
+    return listed;
   }
   std::vector<std::string> Queued() const { return disk.NamesIn(folders.InQueuePath); }
   const std::string& Caption() const { return form.frameImport.Caption; }

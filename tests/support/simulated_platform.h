@@ -8,6 +8,7 @@
 #include "shell/platform.h"
 #include "support/install.h"
 #include "support/simulated_audio.h"
+#include "support/simulated_conversion.h"
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
@@ -39,6 +40,7 @@ class SimulatedPlatformOf {
   SimulatedMixer mixer;
   SimulatedSerialPort serialPort;
   SimulatedUsbWatcher usbWatcher;
+  SimulatedConversion conversionLibraries{loop, disk};
   /// Another copy runs on the same root.
   bool anotherCopy = false;
   /// The desktop has a program that shows what the machine is made of.
@@ -77,6 +79,8 @@ class SimulatedPlatformOf {
             .sourceMixer = mixer,
             .serialPort = serialPort,
             .usbWatcher = usbWatcher,
+            .conversionLibraries = conversionLibraries,
+            .claimOwner = {.host = "desk", .process = 41},
             .installRoot = kRoot,
             .shareFolder = kShare,
             .claimRoot = [this] { return ClaimRoot(); },

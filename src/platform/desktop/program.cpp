@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/beside/side_thread.h"
+#include "platform/convert/plugin_conversion_libraries.h"
 #include "platform/desktop/folders.h"
 #include "platform/desktop/hang_up.h"
 #include "platform/desktop/message_buses.h"
@@ -12,6 +13,7 @@
 #include "platform/desktop/screen_search.h"
 #include "platform/desktop/session_end.h"
 #include "platform/desktop/system_information.h"
+#include "platform/desktop/this_process.h"
 #include "platform/ffmpeg/ahead_audio_file.h"
 #include "platform/ffmpeg/decoder_libraries.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
@@ -97,7 +99,9 @@ struct Program::Parts {
                           promptThread};
   PulseMixer sourceMixer{loop, loop};
   const std::unique_ptr<pedals::SerialPort> serialPort;
-  PluginUsbWatcher usbWatcher{errands, store::WorkFolders(disk, root).PedalWatchPath()};
+  const store::WorkFolders libraries{disk, root};
+  PluginUsbWatcher usbWatcher{errands, libraries.PedalWatchPath()};
+  PluginConversionLibraries conversionLibraries{errands, libraries};
   /// It gives the lock back by an errand, which looks at the pedals.
   RootLock rootLock{errands, root};
   shell::Annex annex;
@@ -111,6 +115,8 @@ struct Program::Parts {
                     .sourceMixer = sourceMixer,
                     .serialPort = *serialPort,
                     .usbWatcher = usbWatcher,
+                    .conversionLibraries = conversionLibraries,
+                    .claimOwner = ThisProcess(),
                     .installRoot = root,
                     .shareFolder = ShareFolder(),
                     .claimRoot = [this] { return rootLock.Claim(); },

@@ -8,11 +8,10 @@ namespace tavlo::test {
 namespace {
 
 using forms::By;
-using store::Table;
 
 struct AuthorProfilesTest : testing::Test, ImportBench {
   std::string Stored(int number, const char* field) {
-    return database.Value(Table::ImportAuthors, number - 1, field);
+    return database.Value(store::Table::ImportAuthors, number - 1, field);
   }
   void Unlink() { form.chkImportSynchronize.Value = false; }
   void Rename(const std::string& name) {

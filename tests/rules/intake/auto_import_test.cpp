@@ -9,8 +9,6 @@
 namespace tavlo::test {
 namespace {
 
-using store::Table;
-
 struct AutoImportTest : testing::Test, ImportBench {
   AutoImportTest() { config.txtAutoImport.Value = "Y"; }
 
@@ -62,7 +60,7 @@ TEST_F(AutoImportTest, TheViewStandsAfterwardsAsBefore) {
   EXPECT_EQ(form.txtWavImportSubdirectory.Value.Get(), "3");
   EXPECT_EQ(form.txtImportAuthorCount.Value.Get(), "4");
   EXPECT_EQ(form.txtImportSubject.Value.Get(), "cardio");
-  EXPECT_EQ(database.Value(Table::ImportAuthors, 3, "Subject"), "cardio");
+  EXPECT_EQ(database.Value(store::Table::ImportAuthors, 3, "Subject"), "cardio");
   EXPECT_TRUE(Names().empty());
   EXPECT_EQ(Caption(), "Import:     0     00:00:00");
 }
@@ -98,7 +96,7 @@ TEST_F(AutoImportTest, OneBoxTellsOfAllDirectoriesThatCanNotBeReached) {
 }
 
 TEST_F(AutoImportTest, ADirectoryWithoutAProfileWaits) {
-  database.WithRows(Table::ImportAuthors, 5);
+  database.WithRows(store::Table::ImportAuthors, 5);
   Put(4, "memo.wav");
   const std::string path = Put(9, "memo.wav");
   autoImport.AutoImportAll();

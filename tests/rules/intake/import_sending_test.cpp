@@ -29,8 +29,8 @@ struct ImportSendingTest : testing::Test, ImportBench {
     for (int i = 1; i <= count; ++i) Put(0, "memo" + std::to_string(i) + ".wav");
   }
   /// The path of a file in the Queue by its contents.
-  std::string Holding(const std::string& file) {
-    const auto paths = disk.FilesHolding("sound of " + file);
+  std::string Holding(const std::string& dropped) {
+    const auto paths = disk.FilesHolding("sound of " + dropped);
     return paths.size() == 1 ? paths[0] : "";
   }
 };

@@ -24,8 +24,17 @@ struct LoadTest : testing::Test, DeckBench {
 TEST_F(LoadTest, StepsOfOtherRoomsComeInTheirOrder) {
   LoadWith("DeleteCompletedFiles", "30");
   EXPECT_EQ(annex.ran, "attach upgrade purge usb count ");
+}
+
+TEST_F(LoadTest, WhatWaitsInADropFolderIsInTheQueueOnceTheWindowShows) {
+  const std::string dropped = Path("/Files/eW2Queue/a.eW2");
+  disk.WithFile(dropped);
+  LoadWith("DeleteCompletedFiles", "30");
+  EXPECT_TRUE(disk.Has(dropped));
   loop.Advance(2s);
-  EXPECT_EQ(annex.ran, "attach upgrade purge usb count retrieve ");
+  EXPECT_FALSE(disk.Has(dropped));
+  ASSERT_EQ(form.listViewInQueue.Rows().size(), 1u);
+  EXPECT_EQ(form.listViewInQueue.TextAt(0, forms::document_column::FileName), "a.wav");
 }
 
 TEST_F(LoadTest, NoDaysToKeepRunNoPurge) {

@@ -212,25 +212,11 @@ TEST_F(ViewsTest, WhatNoRoomAnswersToIsNotOfferedInItsView) {
   EXPECT_FALSE(form.comboFtpFileTypesToList.Enabled);
 }
 
-/// Views whose rooms stand beside them.
-struct HookedViewsTest : ViewsTest {
-  bool listHiddenMeanwhile = false;
-  bool filesToImport = true;
-
-  HookedViewsTest() {
-    annex.OnRetrieveForImport = [this] {
-      listHiddenMeanwhile = !form.cmdRefreshImportList.Visible;
-      if (filesToImport) disk.WithFile(Path("/Files/ImportQueue/memo.wav"));
-    };
-    annex.ran.clear();
-  }
-};
-
-TEST_F(HookedViewsTest, ImportViewBuildsItsListAndOffersItsButtons) {
+TEST_F(ViewsTest, ImportViewSortsWhatLandedByFtpBuildsItsListAndOffersItsButtons) {
+  disk.WithFile(Path("/Files/FtpQueue/memo.mp3"));
   form.mnuViewImport.Press(By::Hand);
   EXPECT_TRUE(form.frameImport.Visible);
   EXPECT_FALSE(form.frameInQueue.Visible);
-  EXPECT_TRUE(listHiddenMeanwhile);
   EXPECT_TRUE(form.cmdRefreshImportList.Visible);
   EXPECT_EQ(form.frameImport.Caption.Get(), "Import:     1     00:00:00");
   EXPECT_EQ(form.comboAuthorLastName.Rows().size(), 26u);
@@ -244,8 +230,7 @@ TEST_F(HookedViewsTest, ImportViewBuildsItsListAndOffersItsButtons) {
   }
 }
 
-TEST_F(HookedViewsTest, ImportViewWithoutFilesLeavesItsButtonsDisabled) {
-  filesToImport = false;
+TEST_F(ViewsTest, ImportViewWithoutFilesLeavesItsButtonsDisabled) {
   form.mnuViewImport.Press(By::Hand);
   for (const forms::Command* button :
        {&form.cmdSendImportFileToQueue, &form.cmdSendAllImportFilesToQueue,
@@ -254,7 +239,17 @@ TEST_F(HookedViewsTest, ImportViewWithoutFilesLeavesItsButtonsDisabled) {
   }
 }
 
-TEST_F(HookedViewsTest, FtpViewHasNothingToPlayAndNothingToPrint) {
+TEST_F(ViewsTest, ImportViewLeavesTheRecordersFoldersToTheQueue) {
+  const std::string dropped = Path("/Files/eW2Queue/a.eW2");
+  disk.WithFile(dropped);
+  form.mnuViewImport.Press(By::Hand);
+  EXPECT_TRUE(disk.Has(dropped));
+  form.mnuViewQueue.Press(By::Hand);
+  EXPECT_FALSE(disk.Has(dropped));
+}
+
+TEST_F(ViewsTest, FtpViewHasNothingToPlayAndNothingToPrint) {
+  annex.ran.clear();
   const std::string caption = form.frameFtp.Caption;
   ClickRow(0);
   form.mnuViewFtp.Press(By::Hand);
@@ -275,7 +270,7 @@ TEST_F(HookedViewsTest, FtpViewHasNothingToPlayAndNothingToPrint) {
   }
 }
 
-TEST_F(HookedViewsTest, FirstRefreshLeavesTheReportDisabledWhileFtpShows) {
+TEST_F(ViewsTest, FirstRefreshLeavesTheReportDisabledWhileFtpShows) {
   form.mnuViewFtp.Press(By::Hand);
   deck.Built()->refresh.tmrGetAllJobs.Start();
   loop.Advance(5s);
