@@ -38,12 +38,12 @@ Carried Carrier::Carry(const std::string& folder, const std::string& entry,
 }
 
 Carried Carrier::CarryAcross(const std::string& folder, const std::string& entry,
-                             const std::string& target) {
+                             const std::string& target, store::InTheWay inTheWay) {
   const Claims::Taken claim = claims_.Take(folder, entry);
   if (claim.result != DiskResult::Done) {
     return NotClaimed(disk_, folder + entry, claim.result);
   }
-  const store::Moved moved = moves_.Move(claim.path, target);
+  const store::Moved moved = moves_.Move(claim.path, target, inTheWay);
   if (moved.result == DiskResult::Done || moved.result == DiskResult::OutOfReach) {
     claims_.LetGo();
     const bool done = moved.result == DiskResult::Done;

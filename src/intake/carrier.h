@@ -25,11 +25,13 @@ class Carrier {
 
   /// `folder` is empty or ends in a separator. After a failure the file stands in its folder.
   Carried Carry(const std::string& folder, const std::string& entry, const std::string& target);
+  /// The same, by a copy of the claimed file. Failed for AlreadyThere: what stands at the target
+  /// stays.
+  Carried CarryAcross(const std::string& folder, const std::string& entry,
+                      const std::string& target,
+                      store::InTheWay inTheWay = store::InTheWay::GoesToRescue);
 
  private:
-  Carried CarryAcross(const std::string& folder, const std::string& entry,
-                      const std::string& target);
-
   store::Disk& disk_;
   store::FileMoves& moves_;
   Claims& claims_;

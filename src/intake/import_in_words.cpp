@@ -69,10 +69,9 @@ std::string ImportSentInWords(const ImportSent& sent, const std::string& name,
     const std::string perhaps = moved.rescued.empty() ? "" : "; it may be kept as " + moved.rescued;
     return NotKnown("the file was sent to the Queue") + " File: " + name + perhaps;
   }
-  const std::string text =
-      (moved.arrived ? "Sent to the Queue, but it was not deleted here: "
-                     : "Not sent to the Queue: ") +
-      ReasonInWords(moved.result) + ".";
+  const std::string text = (moved.arrived ? "Sent to the Queue, but it was not deleted here: "
+                                          : "Not sent to the Queue: ") +
+                           ReasonInWords(moved.result) + ".";
   if (moved.rescued.empty()) return text + " File: " + name;
   const bool inRescueFolder = moved.rescued.starts_with(folders.RescuedPath());
   return text + (inRescueFolder ? " The file is in the rescue folder: " : " The file is kept as ") +

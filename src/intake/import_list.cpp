@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "forms/control_groups.h"
+#include "intake/file_progress.h"
 #include "intake/import_directories.h"
 #include "store/settings_fields.h"
 #include "window/no_document.h"
@@ -115,7 +116,9 @@ void ImportList::TellEnd(WalkEnd end, const std::string& directory) {
 }
 
 WalkEnd ImportList::AddRows(store::FolderWalk& walk, const std::string& folder) {
+  FileProgress progress([this](const auto& text) { window_.SayHowFar(text); }, "Listing", {});
   while (walk.Next()) {
+    progress.Next();
     loop_.Breathe();
     switch (store::WorkFolders::FileIsLocked(walk)) {
       case store::Locked::Yes:
@@ -311,7 +314,10 @@ void ImportList::DeleteAll() {
 ImportDeletions ImportList::DeleteDirectory(const std::string& folder) {
   const store::Listing listing = disk_.ListPlainFiles(folder);
   ImportDeletions deletions;
+  FileProgress progress([this](const auto& text) { window_.SayHowFar(text); }, "Deleting",
+                        listing.names.size());
   for (const std::string& name : listing.names) {
+    progress.Next();
     loop_.Breathe();
     const ImportDeletion deletion = DeleteIfSeen(folder + name);
     deletions.areNew += deletion.stays == Stays::IsNew;

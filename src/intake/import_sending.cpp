@@ -1,5 +1,6 @@
 #include "intake/import_sending.h"
 
+#include "intake/file_progress.h"
 #include "intake/import_directories.h"
 #include "store/document_name.h"
 #include "store/settings_fields.h"
@@ -43,13 +44,14 @@ bool BatchTimes::Next() {
 
 ImportSending::ImportSending(base::Loop& loop, window::MainWindow& window,
                              const store::DocumentFiles& files, const playback::Playback& playback,
-                             ImportList& list)
+                             ImportList& list, Claims& claims)
     : loop_(loop),
       form_(window.Form()),
       window_(window),
       disk_(files.disk),
       folders_(files.folders),
       moves_(files.moves),
+      carrier_(files.disk, files.moves, claims),
       engine_(playback.engine),
       voice_(playback.voice),
       list_(list) {
@@ -119,7 +121,10 @@ ImportBatch ImportSending::SendBatch(const std::string& folder, const store::Lis
   const window::ListPause pause(window_.guards);
   ImportBatch batch{.files = static_cast<int>(listing.names.size()), .whole = listing.finished};
   BatchTimes times(loop_.WallClock());
+  FileProgress progress([this](const auto& text) { window_.SayHowFar(text); }, "Sending",
+                        listing.names.size());
   for (const std::string& name : listing.names) {
+    progress.Next();
     loop_.Breathe();
     if (!times.Next()) {
       batch.pastItsTimes = true;
@@ -162,27 +167,56 @@ ImportSent ImportSending::SendToQueue(const std::string& folder, const std::stri
                                       base::CalendarTime sentAt) {
   ImportSent sent;
   for (int tries = 0; tries < kMostNames; ++tries) {
-    sent = MoveToQueue(folder + name, folders_.InQueuePath + ComposedName(name, sentAt));
+    sent = MoveToQueue(folder, name, folders_.InQueuePath + ComposedName(name, sentAt));
     if (sent.inUse || sent.moved.result != DiskResult::AlreadyThere) return sent;
     sentAt = NextSecond(sentAt);
   }
   return sent;
 }
 
-ImportSent ImportSending::MoveToQueue(const std::string& source, const std::string& target) {
+ImportSent ImportSending::MoveToQueue(const std::string& folder, const std::string& name,
+                                      const std::string& target) {
+  const std::string source = folder + name;
   const store::Moved renamed = moves_.MoveInOneStep(source, target, store::InTheWay::Stays);
   switch (renamed.result) {
     case DiskResult::Done:
     case DiskResult::AlreadyThere:
     case DiskResult::OutOfReach:
       return {.moved = renamed};
+    case DiskResult::OtherFileSystem:
+      return CopyToQueue(folder, name, target);
+    default:
+      return {.moved = moves_.MoveOrRescue(source, target, store::InTheWay::Stays)};
+  }
+}
+
+/// Other decks may send from the same directory, so what is copied is claimed before.
+ImportSent ImportSending::CopyToQueue(const std::string& folder, const std::string& name,
+                                      const std::string& target) {
+  // A rename takes the writer along. A copy would lack what it still writes.
+  if (disk_.TestReadiness(folder + name) == store::Readiness::InUse) return {.inUse = true};
+  const Carried carried = carrier_.CarryAcross(folder, name, target, store::InTheWay::Stays);
+  switch (carried.outcome) {
+    case Carried::Outcome::Arrived:
+      return {.moved = {.arrived = true}};
+    case Carried::Outcome::TakenByAnother:
+      return {.moved = {.result = DiskResult::NotFound}};
+    case Carried::Outcome::OutOfReach:
+      return {.moved = {.result = DiskResult::OutOfReach}};
     default:
       break;
   }
-  // A rename takes the writer along. A copy would lack what it still writes.
-  const bool copies = renamed.result == DiskResult::OtherFileSystem;
-  if (copies && disk_.TestReadiness(source) == store::Readiness::InUse) return {.inUse = true};
-  return {.moved = moves_.MoveOrRescue(source, target, store::InTheWay::Stays)};
+  ImportSent sent{.moved = {.result = carried.why, .arrived = carried.arrived}};
+  // A file that may not be claimed may not be moved anywhere either.
+  const bool stays =
+      carried.outcome != Carried::Outcome::Failed || carried.why == DiskResult::AlreadyThere;
+  if (stays) return sent;
+  const store::FileMoves::Place aside = moves_.Rescue(carried.standsAt);
+  if (aside.result == DiskResult::OutOfReach) sent.moved.result = aside.result;
+  if (aside.result == DiskResult::Done || aside.result == DiskResult::OutOfReach) {
+    sent.moved.rescued = aside.path;
+  }
+  return sent;
 }
 
 std::string ImportSending::ComposedName(const std::string& name, base::CalendarTime sentAt) const {

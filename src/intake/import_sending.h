@@ -4,6 +4,8 @@
 
 #include "base/loop.h"
 #include "forms/main_form.h"
+#include "intake/carrier.h"
+#include "intake/claims.h"
 #include "intake/import_in_words.h"
 #include "intake/import_list.h"
 #include "playback/playback.h"
@@ -20,7 +22,7 @@ namespace tavlo::intake {
 class ImportSending {
  public:
   ImportSending(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
-                const playback::Playback& playback, ImportList& list);
+                const playback::Playback& playback, ImportList& list, Claims& claims);
 
  private:
   void SendOne();
@@ -29,7 +31,10 @@ class ImportSending {
   void ShowBatch(const ImportBatch& batch);
   ImportSent SendToQueue(const std::string& folder, const std::string& name,
                          base::CalendarTime sentAt);
-  ImportSent MoveToQueue(const std::string& source, const std::string& target);
+  ImportSent MoveToQueue(const std::string& folder, const std::string& name,
+                         const std::string& target);
+  ImportSent CopyToQueue(const std::string& folder, const std::string& name,
+                         const std::string& target);
   std::string ComposedName(const std::string& name, base::CalendarTime sentAt) const;
 
   base::Loop& loop_;
@@ -38,6 +43,7 @@ class ImportSending {
   store::Disk& disk_;
   store::WorkFolders& folders_;
   store::FileMoves& moves_;
+  Carrier carrier_;
   playback::AudioEngine& engine_;
   playback::Voice& voice_;
   ImportList& list_;

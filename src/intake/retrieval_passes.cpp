@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/text.h"
+#include "intake/file_progress.h"
 #include "intake/names.h"
 #include "window/guards.h"
 
@@ -14,8 +15,6 @@ using Outcome = Carried::Outcome;
 
 /// What matches everything.
 constexpr const char* kAnyEnding = "";
-/// A pass over fewer files is over before anybody could read how far it is.
-constexpr std::size_t kWorthTelling = 50;
 
 std::string WithoutEnding(const std::string& entry) { return entry.substr(0, entry.size() - 4); }
 
@@ -135,17 +134,14 @@ RetrievalPasses::Found RetrievalPasses::Enumerate(const DropFolder& folder) {
 
 PassEnd RetrievalPasses::TreatEach(const DropFolder& folder, const Found& found,
                                    const Treat& treat) {
-  const bool tells = found.names.size() >= kWorthTelling;
+  FileProgress progress([this](const auto& text) { edges_.front.SayHowFar(text); }, "Retrieving",
+                        found.names.size());
   std::optional<PassEnd> end;
   for (std::size_t index = 0; index < found.names.size() && !end; ++index) {
+    progress.Next();
     edges_.loop.Breathe();
     end = TreatIfFree(folder, found.names[index], index, treat);
-    if (tells) {
-      edges_.front.SayHowFar("Retrieving " + std::to_string(index + 1) + " of " +
-                             std::to_string(found.names.size()) + " files");
-    }
   }
-  if (tells) edges_.front.SayHowFar({});
   return end ? *end : EndOfEnumeration(folder, found.listing);
 }
 

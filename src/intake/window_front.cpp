@@ -15,10 +15,4 @@ std::string WindowFront::WavImportSubdirectory() const {
   return window_.Form().txtWavImportSubdirectory.Value;
 }
 
-void WindowFront::SayHowFar(const std::string& text) {
-  window_.SayWhile(false, howFar_);
-  howFar_ = text;
-  window_.SayWhile(!howFar_.empty(), howFar_);
-}
-
 }  // namespace tavlo::intake

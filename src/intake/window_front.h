@@ -16,11 +16,10 @@ class WindowFront : public PassesFront {
   std::string FtpParseImportDirPointer() const override;
   std::string WavImportSubdirectory() const override;
   void Say(const std::string& text) override { window_.Say(text); }
-  void SayHowFar(const std::string& text) override;
+  void SayHowFar(const std::string& text) override { window_.SayHowFar(text); }
 
  private:
   window::MainWindow& window_;
-  std::string howFar_;
 };
 
 }  // namespace tavlo::intake

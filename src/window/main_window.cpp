@@ -51,6 +51,12 @@ void MainWindow::SayWhile(bool so, const std::string& text) {
   ShowNotices();
 }
 
+void MainWindow::SayHowFar(const std::string& text) {
+  SayWhile(false, howFar_);
+  howFar_ = text;
+  Say(howFar_);
+}
+
 void MainWindow::ForgetNotice() {
   notices_.clear();
   ShowNotices();

@@ -48,6 +48,9 @@ class MainWindow {
   void Say(const std::string& text);
   /// Says it when it is so, and takes it back when it is so no more.
   void SayWhile(bool so, const std::string& text);
+  /// Says how far a long work is, in place of what was said of it before; the empty text when it is
+  /// over.
+  void SayHowFar(const std::string& text);
   void ForgetNotice();
 
   /// Takes the keyboard away from every key and list.
@@ -85,6 +88,7 @@ class MainWindow {
   forms::ConfigurationForm& config_;
   std::function<void()> storePlayerPosition_;
   std::vector<std::string> notices_;
+  std::string howFar_;
   bool resizing_ = false;
 };
 

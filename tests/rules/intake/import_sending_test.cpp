@@ -152,6 +152,31 @@ TEST_F(ImportSendingTest, AFileThatIsWrittenGoesWithItsWriterOnOneDiskAndStaysOn
   EXPECT_EQ(Notice(), "1 of 2 files went to the Queue. 1 file stays: still being written.");
 }
 
+TEST_F(ImportSendingTest, AFileOfAShareIsClaimedBeforeItIsCopiedSoThatItGoesToOneDeck) {
+  disk.WithFileSystemAt("/share");
+  folders.WavQueuePath = "/share/";
+  Put(0, "memo.wav");
+  Refresh();
+  std::vector<std::string> besideMeanwhile;
+  disk.OnNextCopy = [&] { besideMeanwhile = disk.NamesIn("/share/"); };
+  SendAll();
+  EXPECT_EQ(besideMeanwhile, std::vector<std::string>{".TavloClaim desk 41 memo.wav"});
+  EXPECT_EQ(Queued().size(), 1u);
+  EXPECT_TRUE(disk.NamesIn("/share/").empty());
+}
+
+TEST_F(ImportSendingTest, ALongBatchSaysHowFarItIs) {
+  disk.WithFileSystemAt("/share");
+  folders.WavQueuePath = "/share/";
+  PutMany(50);
+  Refresh();
+  std::string meanwhile;
+  disk.OnNextCopy = [&] { meanwhile = Notice(); };
+  SendAll();
+  EXPECT_EQ(meanwhile, "Sending 1 of 50 files");
+  EXPECT_EQ(Notice(), "");
+}
+
 TEST_F(ImportSendingTest, SendAllAsksAndSendsTheDirectoryAndNotTheList) {
   for (int i = 0; i < 7; ++i) form.listViewCompleted.Add("");
   Put(0, "memo.wav");
