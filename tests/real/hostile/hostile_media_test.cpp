@@ -132,6 +132,8 @@ class Watch {
          {"/usr/", "/lib/", "/etc/", "/proc/", "/sys/", "/dev/", "/var/cache/fontconfig/"}) {
       if (path.starts_with(folder)) return true;
     }
+    // One of the retrieval's passes lists the folder that the process works in.
+    if (path == fs::current_path().string() + "/.") return true;
     return path.find("/Lyrane/TavloDeck") != path.npos;
   }
 
