@@ -35,15 +35,19 @@ class AroundCommand {
 };
 
 /// What the Import view shows, put back however the run ends. The profile is, too: what is sent by
-/// hand next must not go out under another author than the one that was chosen.
+/// hand next must not go out under another author than the one that was chosen. No hand reaches the
+/// view meanwhile: it would choose beside a directory and a profile that only pass by.
 class ShownBefore {
  public:
   ShownBefore(forms::MainForm& form, AuthorProfiles& profiles)
       : form_(form),
         profiles_(profiles),
         directory_(form.txtWavImportSubdirectory.Value),
-        row_(profiles.ShownRow()) {}
+        row_(profiles.ShownRow()) {
+    form_.frameImport.Enabled = false;
+  }
   ~ShownBefore() {
+    form_.frameImport.Enabled = true;
     form_.txtWavImportSubdirectory.Value = directory_;
     profiles_.ShowRow(row_);
   }

@@ -44,11 +44,17 @@ std::string MayNotRenameInWords(const std::string& folder, store::DiskResult why
          ", for this deck can not rename its files: " + Because(why);
 }
 
+std::string NameTooLongInWords(const std::string& source) {
+  return "The file " + source + " was not retrieved: its name is too long. Shorten it.";
+}
+
 std::string DisplacedInWords(const std::string& displaced) {
   return "A document of the same name came in anew; the one before is kept as " + displaced;
 }
 
-std::string KeptInWords(const std::string& source, const std::string& kept) {
+std::string KeptInWords(const std::string& source, const std::string& kept, bool arrived) {
+  if (arrived)
+    return "The file " + source + " was retrieved, but not deleted: it is kept as " + kept;
   return "The file " + source + " was not retrieved and is kept as " + kept;
 }
 

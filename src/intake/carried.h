@@ -13,6 +13,8 @@ struct [[nodiscard]] Carried {
     Arrived,         ///< It stands at its target and nowhere else.
     TakenByAnother,  ///< Another deck or program has it, so there is nothing to do.
     NotConverted,    ///< Its library could not convert it: it stands where it was.
+    InUse,           ///< A program has begun to write it: it stands where it was.
+    NameTooLong,     ///< No claim can hold its name: it stands where it was.
     MayNotClaim,     ///< It may not be renamed where it stands, so it was not copied.
     Failed,          ///< A step on its files failed: it stands at `standsAt`.
     OutOfReach,      ///< A folder gave no answer: it is not known where it stands.
@@ -31,8 +33,10 @@ base::MessageBox RetrievalFault(const std::string& source, const Carried& carrie
 /// Titles, texts and the quiet line's words of the passes. `folder` as the passes join it.
 base::MessageBox NetworkFault(const std::string& prefix, const std::string& folder);
 std::string MayNotRenameInWords(const std::string& folder, store::DiskResult why);
+std::string NameTooLongInWords(const std::string& source);
 std::string DisplacedInWords(const std::string& displaced);
-std::string KeptInWords(const std::string& source, const std::string& kept);
+/// `arrived`: the target holds all of it, and only its delete failed.
+std::string KeptInWords(const std::string& source, const std::string& kept, bool arrived);
 std::string CutShortInWords(const std::string& folder);
 
 }  // namespace tavlo::intake

@@ -9,7 +9,10 @@ bool HasGone(store::Disk& disk, const std::string& path) {
   return disk.Look(path) == store::Entry::Nothing;
 }
 
-Carried NotClaimed(store::Disk& disk, const std::string& source, DiskResult why) {
+Carried NotClaimed(store::Disk& disk, const std::string& source, const Claims::Taken& claim) {
+  const DiskResult why = claim.result;
+  if (claim.nameTooLong) return {.outcome = Outcome::NameTooLong, .why = why};
+  if (claim.inUse) return {.outcome = Outcome::InUse, .why = why};
   if (why == DiskResult::OutOfReach) return {.outcome = Outcome::OutOfReach};
   if (why == DiskResult::NotFound && HasGone(disk, source)) {
     return {.outcome = Outcome::TakenByAnother};
@@ -41,7 +44,7 @@ Carried Carrier::CarryAcross(const std::string& folder, const std::string& entry
                              const std::string& target, store::InTheWay inTheWay) {
   const Claims::Taken claim = claims_.Take(folder, entry);
   if (claim.result != DiskResult::Done) {
-    return NotClaimed(disk_, folder + entry, claim.result);
+    return NotClaimed(disk_, folder + entry, claim);
   }
   const store::Moved moved = moves_.Move(claim.path, target, inTheWay);
   if (moved.result == DiskResult::Done || moved.result == DiskResult::OutOfReach) {

@@ -12,7 +12,7 @@ namespace tavlo::intake {
 /// Whether nothing stands at the path any more, as far as that is known.
 bool HasGone(store::Disk& disk, const std::string& path);
 /// What it means that a file could not be claimed.
-Carried NotClaimed(store::Disk& disk, const std::string& source, store::DiskResult why);
+Carried NotClaimed(store::Disk& disk, const std::string& source, const Claims::Taken& claim);
 
 /// Brings files as they are from one folder into another, each to exactly one deck: by one rename,
 /// or by a copy of what was claimed before. A file that stands at the target makes way and is set

@@ -13,6 +13,8 @@ using store::DiskResult;
 constexpr std::string_view kClaim = ".TavloClaim ";
 constexpr std::string_view kClock = ".TavloClock ";
 constexpr std::string_view kWave = ".TavloWave ";
+/// What the conversion libraries write into until it is whole.
+constexpr std::string_view kHalfWave = ".TavloDeckWave-";
 
 /// A claim whose name is taken gets a number, which must not cut the name that it holds.
 constexpr std::size_t kRoomForANumber = 8;
@@ -33,7 +35,8 @@ std::string_view ClaimedName(std::string_view claim) {
 }
 
 bool IsOurs(const std::string& name) {
-  return !ClaimedName(name).empty() || name.starts_with(kClock) || name.starts_with(kWave);
+  return !ClaimedName(name).empty() || name.starts_with(kClock) || name.starts_with(kWave) ||
+         name.starts_with(kHalfWave);
 }
 
 }  // namespace
@@ -51,14 +54,26 @@ Claims::Claims(base::Loop& loop, store::Disk& disk, store::FileMoves& moves,
 
 Claims::Taken Claims::Take(const std::string& folder, const std::string& name) {
   const std::string claim = NameOfClaim(name);
-  if (claim.empty()) return {.result = DiskResult::Failed, .path = {}};
+  if (claim.empty()) return {.result = DiskResult::Failed, .nameTooLong = true};
   const store::FileMoves::Place place = moves_.RenameBeside(folder + name, claim);
   if (place.result != DiskResult::Done) return {.result = place.result, .path = {}};
   held_ = Held{.path = place.path, .name = name};
   // Not every file system takes a rename for a change.
   std::ignore = disk_.Renew(place.path);
   tmrRenewal_.Start();
-  return {.result = DiskResult::Done, .path = place.path};
+  switch (disk_.TestReadiness(place.path)) {
+    case store::Readiness::InUse:
+      GiveBack();
+      return {.result = DiskResult::Failed, .inUse = true};
+    case store::Readiness::ProcessInTrouble:
+      GiveBack();
+      return {.result = DiskResult::ProcessInTrouble};
+    case store::Readiness::OutOfReach:
+      LetGo();
+      return {.result = DiskResult::OutOfReach};
+    default:
+      return {.result = DiskResult::Done, .path = place.path};
+  }
 }
 
 bool Claims::WasGivenBack() { return held_ && disk_.Look(held_->path) == store::Entry::Nothing; }

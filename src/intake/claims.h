@@ -37,12 +37,16 @@ class Claims {
   Claims(base::Loop& loop, store::Disk& disk, store::FileMoves& moves, const ClaimOwner& owner);
 
   struct [[nodiscard]] Taken {
-    /// Done, or why the file is not claimed. NotFound: another deck may have been quicker. Failed:
-    /// also for a name that is too long to stand in a claim.
+    /// Done, or why the file is not claimed. NotFound: another deck may have been quicker.
     store::DiskResult result = store::DiskResult::Done;
-    std::string path;  ///< Where it stands while it is claimed.
+    std::string path;          ///< Where it stands while it is claimed.
+    bool nameTooLong = false;  ///< To stand in a claim; with Failed.
+    /// A program has begun to write it since it was seen to be free, so it was given back; with
+    /// Failed.
+    bool inUse = false;
   };
-  /// Claims a file of a folder, whose path is empty or ends in a separator.
+  /// Claims a file of a folder, whose path is empty or ends in a separator. Nobody can open a
+  /// claimed file by its name any more, so what is free now stays so.
   Taken Take(const std::string& folder, const std::string& name);
   /// True when what was claimed has gone from there: somebody took this deck for dead and gave it
   /// back. False as well when that is not known.

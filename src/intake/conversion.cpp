@@ -120,6 +120,10 @@ void Conversion::TellOfImport(const std::string& folder, const std::string& sour
   switch (carried.outcome) {
     case Outcome::Arrived:
     case Outcome::TakenByAnother:
+    case Outcome::InUse:
+      break;
+    case Outcome::NameTooLong:
+      edges_.front.Say(NameTooLongInWords(folder + source));
       break;
     case Outcome::NotConverted:
       ShowConversionError("Dss to Wav Conversion error: ", "Tavlo Deck - Import Conversion");
@@ -138,16 +142,17 @@ Carried Conversion::Convert(const std::string& folder, const std::string& entry,
                             const std::string& target, const Call& call) {
   const Claims::Taken claim = edges_.claims.Take(folder, entry);
   if (claim.result != DiskResult::Done) {
-    return NotClaimed(edges_.disk, folder + entry, claim.result);
+    return NotClaimed(edges_.disk, folder + entry, claim);
   }
-  TidyUpOnce(FolderOfPath(target));
+  TidyUpAtTimes(FolderOfPath(target));
   const std::string wave = edges_.claims.PathForWave(FolderOfPath(target));
   Called called = Called::NoAnswer;
   {
     const HowFar howFar(edges_.loop, edges_.front, entry);
     called = call(claim.path, wave);
   }
-  if (called == Called::NoAnswer) return LeaveBehind();
+  // A library that was left behind may still write its wave, but nobody gives that a name.
+  if (called == Called::NoAnswer) return Fail(DiskResult::OutOfReach);
   Carried carried{.outcome = Outcome::NotConverted};
   if (called == Called::Success) {
     carried = PutInPlace(claim.path, wave, target);
@@ -170,48 +175,54 @@ Carried Conversion::PutInPlace(const std::string& claimed, const std::string& wa
                                const std::string& target) {
   // A library that only says so would cost the dictation.
   const std::optional<store::FileFacts> made = edges_.disk.Facts(wave);
-  if (!made && edges_.disk.OutOfReach(wave)) return LeaveBehind();
+  if (!made && edges_.disk.OutOfReach(wave)) return Fail(DiskResult::OutOfReach);
   if (!made || made->size == 0) return Fail(DiskResult::Failed);
   // The source must not go before the wave is sure to stay: to add nothing writes what is there.
   const DiskResult written = edges_.disk.Append(wave, "");
   if (written != DiskResult::Done) return Fail(written);
+  // What was not there any more has been made anew, without a sound in it.
+  const std::optional<store::FileFacts> kept = edges_.disk.Facts(wave);
+  if (!kept || kept->size != made->size) return Fail(DiskResult::Failed);
   if (edges_.claims.WasGivenBack()) {
     edges_.claims.LetGo();
     return {.outcome = Outcome::TakenByAnother};
   }
-  const store::Moved moved = edges_.moves.Move(wave, target);
-  if (moved.result != DiskResult::Done) return Fail(moved.result, moved);
-  const DiskResult flushed = edges_.disk.FlushFolder(FolderOfPath(target));
-  if (flushed != DiskResult::Done) return Fail(flushed, moved);
-  return DeleteSource(claimed, moved);
-}
-
-Carried Conversion::DeleteSource(const std::string& claimed, const store::Moved& moved) {
   // Where attributes can not be changed the file may be deleted all the same.
   std::ignore = edges_.disk.SetAttributesNormal(claimed);
-  const DiskResult deleted = edges_.disk.Delete(claimed);
-  if (deleted != DiskResult::Done && deleted != DiskResult::NotFound) return Fail(deleted, moved);
+  const store::Moved moved = edges_.moves.Replace(claimed, wave, target);
+  const bool sourceHasGone = moved.arrived && moved.result == DiskResult::NotFound;
+  if (moved.result == DiskResult::OutOfReach) return LeaveBehind(moved);
+  if (moved.result != DiskResult::Done && !sourceHasGone) return Fail(moved.result, moved);
   edges_.claims.LetGo();
   return {.displaced = moved.displaced};
 }
 
 Carried Conversion::Fail(DiskResult why, const store::Moved& moved) {
-  if (why == DiskResult::OutOfReach) return LeaveBehind(moved);
+  const std::string standsAt = edges_.claims.GiveBack();
+  if (why == DiskResult::OutOfReach) {
+    return {.outcome = Outcome::OutOfReach, .displaced = moved.displaced};
+  }
   return {.outcome = Outcome::Failed,
           .why = why,
           .arrived = moved.arrived,
-          .standsAt = edges_.claims.GiveBack(),
+          .standsAt = standsAt,
           .displaced = moved.displaced};
 }
 
-/// The source stays under its claim, which is given back once nobody renews it.
+/// What was asked for last may happen late. The source stays under its claim, which is given back
+/// once nobody renews it; by then the wave is taken back, too, if the source still stands.
 Carried Conversion::LeaveBehind(const store::Moved& moved) {
   edges_.claims.LetGo();
   return {.outcome = Outcome::OutOfReach, .displaced = moved.displaced};
 }
 
-void Conversion::TidyUpOnce(const std::string& folder) {
-  if (tidy_.insert(folder).second) edges_.claims.TidyUp(folder);
+void Conversion::TidyUpAtTimes(const std::string& folder) {
+  const base::MonotonicTime now = edges_.loop.Now();
+  const auto before = tidied_.find(folder);
+  // Nothing in it can have grown old enough since.
+  if (before != tidied_.end() && now - before->second < Claims::kAbandonedAfter) return;
+  tidied_[folder] = now;
+  edges_.claims.TidyUp(folder);
 }
 
 void Conversion::ShowConversionError(const std::string& words, const std::string& title) {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <functional>
-#include <set>
+#include <map>
 #include <string>
 
 #include "base/loop.h"
@@ -59,15 +59,15 @@ class Conversion : public ImportConversion {
   /// The wave is what the library says it made of the claimed file.
   Carried PutInPlace(const std::string& claimed, const std::string& wave,
                      const std::string& target);
-  Carried DeleteSource(const std::string& claimed, const store::Moved& moved);
   Carried Fail(store::DiskResult why, const store::Moved& moved = {});
-  Carried LeaveBehind(const store::Moved& moved = {});
+  Carried LeaveBehind(const store::Moved& moved);
   void TellOfImport(const std::string& folder, const std::string& source, const Carried& carried);
-  void TidyUpOnce(const std::string& folder);
+  void TidyUpAtTimes(const std::string& folder);
   void ShowConversionError(const std::string& words, const std::string& title);
 
   const Edges edges_;
-  std::set<std::string> tidy_;  ///< Folders of waves in which this process has tidied up.
+  /// Folders of waves, and when they were tidied up last.
+  std::map<std::string, base::MonotonicTime> tidied_;
 };
 
 }  // namespace tavlo::intake

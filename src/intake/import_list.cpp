@@ -44,7 +44,7 @@ bool EndsInDss(std::string_view name) {
 
 ImportList::ImportList(base::Loop& loop, window::MainWindow& window,
                        const store::DocumentFiles& files, const playback::Playback& playback,
-                       ImportConversion& conversion)
+                       ImportConversion& conversion, Claims& claims)
     : loop_(loop),
       form_(window.Form()),
       window_(window),
@@ -54,7 +54,8 @@ ImportList::ImportList(base::Loop& loop, window::MainWindow& window,
       engine_(playback.engine),
       transport_(playback.transport),
       voice_(playback.voice),
-      conversion_(conversion) {
+      conversion_(conversion),
+      claims_(claims) {
   form_.cmdRefreshImportList.OnPress = [this] { RefreshByCommand(); };
   form_.cmdDeleteOneImportFile.OnPress = [this] { DeleteOne(); };
   form_.cmdDeleteAllImportFile.OnPress = [this] { DeleteAll(); };
@@ -82,6 +83,7 @@ bool ImportList::RefreshImportList(const std::string& directory) {
   WalkEnd end = WalkEnd::Whole;
   {
     const std::string folder = ImportDirectoryPath(folders_, directory);
+    claims_.TidyUp(folder);
     const std::unique_ptr<store::FolderWalk> walk = disk_.Walk(folder);
     if (walk->Started()) {
       ForgetRows();

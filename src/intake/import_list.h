@@ -5,6 +5,7 @@
 
 #include "base/loop.h"
 #include "forms/main_form.h"
+#include "intake/claims.h"
 #include "intake/import_conversion.h"
 #include "intake/import_in_words.h"
 #include "playback/playback.h"
@@ -20,7 +21,7 @@ namespace tavlo::intake {
 class ImportList {
  public:
   ImportList(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files,
-             const playback::Playback& playback, ImportConversion& conversion);
+             const playback::Playback& playback, ImportConversion& conversion, Claims& claims);
 
   /// Rows in the list.
   int ImportCount = 0;
@@ -76,6 +77,7 @@ class ImportList {
   playback::Transport& transport_;
   playback::Voice& voice_;
   ImportConversion& conversion_;
+  Claims& claims_;
   /// A header was clicked: from then on every list is sorted.
   bool sorted_ = false;
   /// The choice of a directory is inside its wait.

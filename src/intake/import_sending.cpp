@@ -144,14 +144,15 @@ ImportBatch ImportSending::SendBatch(const std::string& folder, const store::Lis
     ++batch.failed;
     batch.rescued += !sent.moved.rescued.empty();
     if (batch.result == DiskResult::Done) batch.result = result;
-    // From here on nothing that is asked of the folder is done.
-    if (result == DiskResult::OutOfReach) break;
+    // Whatever is asked from here on fares no better.
+    if (result == DiskResult::OutOfReach || result == DiskResult::NoSpace) break;
   }
   return batch;
 }
 
 void ImportSending::ShowBatch(const ImportBatch& batch) {
-  const bool cutShort = batch.pastItsTimes || batch.result == DiskResult::OutOfReach;
+  const bool cutShort = batch.pastItsTimes || batch.result == DiskResult::OutOfReach ||
+                        batch.result == DiskResult::NoSpace;
   if (cutShort) {
     // What was not sent yet stays where it is, and shows.
     list_.RefreshImportList(form_.txtWavImportSubdirectory.Value);
@@ -190,33 +191,30 @@ ImportSent ImportSending::MoveToQueue(const std::string& folder, const std::stri
   }
 }
 
-/// Other decks may send from the same directory, so what is copied is claimed before.
+/// Other decks may send from the same directory, so what is copied is claimed before. After a
+/// failure the file stays in its directory: the rescue folder lies on the disk that could not take
+/// it, and a dot file of a share is seen by nobody.
 ImportSent ImportSending::CopyToQueue(const std::string& folder, const std::string& name,
                                       const std::string& target) {
   // A rename takes the writer along. A copy would lack what it still writes.
   if (disk_.TestReadiness(folder + name) == store::Readiness::InUse) return {.inUse = true};
+  // A copy for a name that is taken would be for nothing.
+  if (disk_.Look(target) == store::Entry::PlainFile) {
+    return {.moved = {.result = DiskResult::AlreadyThere}};
+  }
   const Carried carried = carrier_.CarryAcross(folder, name, target, store::InTheWay::Stays);
   switch (carried.outcome) {
     case Carried::Outcome::Arrived:
       return {.moved = {.arrived = true}};
     case Carried::Outcome::TakenByAnother:
       return {.moved = {.result = DiskResult::NotFound}};
+    case Carried::Outcome::InUse:
+      return {.inUse = true};
     case Carried::Outcome::OutOfReach:
       return {.moved = {.result = DiskResult::OutOfReach}};
     default:
-      break;
+      return {.moved = {.result = carried.why, .arrived = carried.arrived}};
   }
-  ImportSent sent{.moved = {.result = carried.why, .arrived = carried.arrived}};
-  // A file that may not be claimed may not be moved anywhere either.
-  const bool stays =
-      carried.outcome != Carried::Outcome::Failed || carried.why == DiskResult::AlreadyThere;
-  if (stays) return sent;
-  const store::FileMoves::Place aside = moves_.Rescue(carried.standsAt);
-  if (aside.result == DiskResult::OutOfReach) sent.moved.result = aside.result;
-  if (aside.result == DiskResult::Done || aside.result == DiskResult::OutOfReach) {
-    sent.moved.rescued = aside.path;
-  }
-  return sent;
 }
 
 std::string ImportSending::ComposedName(const std::string& name, base::CalendarTime sentAt) const {

@@ -181,6 +181,10 @@ std::optional<PassEnd> RetrievalPasses::Settle(const DropFolder& folder, const s
     case Outcome::Arrived:
     case Outcome::TakenByAnother:
     case Outcome::NotConverted:
+    case Outcome::InUse:
+      return {};
+    case Outcome::NameTooLong:
+      edges_.front.Say(NameTooLongInWords(folder.path + entry));
       return {};
     case Outcome::MayNotClaim:
       edges_.front.Say(MayNotRenameInWords(folder.path, carried.why));
@@ -204,7 +208,7 @@ std::optional<PassEnd> RetrievalPasses::SettleIgnored(const DropFolder& folder,
   if (carried.outcome != Outcome::Failed) return PassEnd::Over;
   const store::FileMoves::Place kept = edges_.moves.Rescue(carried.standsAt);
   if (kept.result == DiskResult::Done) {
-    edges_.front.Say(KeptInWords(folder.path + entry, kept.path));
+    edges_.front.Say(KeptInWords(folder.path + entry, kept.path, carried.arrived));
   }
   return {};
 }

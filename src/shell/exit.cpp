@@ -17,7 +17,7 @@ Exit::Exit(base::Loop& loop, Windows& windows, Rooms& rooms,
 }
 
 void Exit::ExitByFrame() {
-  if (DocumentIsBeingMoved() || FtpIsConnected()) return;
+  if (ListIsChanging() || FtpIsConnected()) return;
   // A close during work is dropped without a word.
   if (form_.frmMain.MousePointer == forms::Pointer::Hourglass) return;
   StopSound();
@@ -26,9 +26,8 @@ void Exit::ExitByFrame() {
 }
 
 void Exit::ExitByMenu() {
-  // The File menu is disabled while a document is open or work is under way, so neither is asked
-  // for.
-  if (DocumentIsBeingMoved()) return;
+  // The File menu is disabled while a document is open, so that is not asked for.
+  if (ListIsChanging()) return;
   StopSound();
   if (FtpIsConnected()) return;
   if (UserAgrees()) EndUnlessADocumentIsOpen();
@@ -62,7 +61,8 @@ void Exit::StopSound() {
   rooms_.engine.tmrPlaySnipet.Stop();
 }
 
-bool Exit::DocumentIsBeingMoved() const { return !rooms_.mainWindow.guards.TransportMayAct(); }
+/// Its command would go on behind the window that is gone.
+bool Exit::ListIsChanging() const { return !rooms_.mainWindow.guards.ListsMayChange(); }
 
 bool Exit::FtpIsConnected() {
   if (form_.bConnect.Caption.Get() != "Disconnect") return false;

@@ -30,7 +30,7 @@ class Exit {
   void StopSound();
   /// A Complete or Save that yields to the loop has not stored its outcome yet; an end now would
   /// lose it.
-  bool DocumentIsBeingMoved() const;
+  bool ListIsChanging() const;
   bool FtpIsConnected();
   bool DocumentIsOpen();
   bool UserAgrees();

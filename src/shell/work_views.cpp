@@ -17,8 +17,10 @@ void QueueView::Enter() {
     // A pedal works under the box of a list that can not be reached, too.
     const window::ListPause pause(window_.guards);
     form_.cmdUpdateFileList.Visible = false;
+    SetEnabled(forms::Menus(form_), false);
     retrieval_.RunRetrievalPasses();
     queue_.RefreshQueueList();
+    SetEnabled(forms::Menus(form_), true);
     form_.cmdUpdateFileList.Visible = true;
   }
   SetEnabled(forms::SoundShapingKeys(form_), true);
@@ -37,10 +39,11 @@ void CompletedView::Enter() {
   completed_.SetCompletedButtons();
 }
 
-ImportView::ImportView(forms::MainForm& form, intake::ImportList& list,
+ImportView::ImportView(window::MainWindow& window, intake::ImportList& list,
                        intake::AuthorProfiles& profiles, lists::WaitingWork& waitingWork,
                        intake::RetrievalPasses& retrieval)
-    : form_(form),
+    : form_(window.Form()),
+      window_(window),
       list_(list),
       profiles_(profiles),
       waitingWork_(waitingWork),
@@ -50,7 +53,11 @@ void ImportView::Enter() {
   SetEnabled(forms::SoundShapingKeys(form_), true);
   SetEnabled(forms::TransportKeys(form_), false);
   form_.cmdRefreshImportList.Visible = false;
-  retrieval_.RunImportPasses();
+  {
+    // Under a box of the passes no other list change may begin.
+    const window::ListPause pause(window_.guards);
+    retrieval_.RunImportPasses();
+  }
   profiles_.EnterLists();
   list_.RefreshImportList(form_.txtWavImportSubdirectory.Value);
   form_.cmdRefreshImportList.Visible = true;

@@ -51,7 +51,7 @@ class CompletedView : public View {
 /// The files in the import directories.
 class ImportView : public View {
  public:
-  ImportView(forms::MainForm& form, intake::ImportList& list, intake::AuthorProfiles& profiles,
+  ImportView(window::MainWindow& window, intake::ImportList& list, intake::AuthorProfiles& profiles,
              lists::WaitingWork& waitingWork, intake::RetrievalPasses& retrieval);
 
   const char* Word() const override { return "Import"; }
@@ -62,6 +62,7 @@ class ImportView : public View {
 
  private:
   forms::MainForm& form_;
+  window::MainWindow& window_;
   intake::ImportList& list_;
   intake::AuthorProfiles& profiles_;
   lists::WaitingWork& waitingWork_;

@@ -128,9 +128,23 @@ Moved FileMoves::MoveAcross(const std::string& source, const std::string& target
     return {.result = copy.result};
   }
   move.copied = copy.facts;
+  return PutInPlace(std::move(move), inTheWay);
+}
+
+Moved FileMoves::Replace(const std::string& source, const std::string& made,
+                         const std::string& target) {
+  unfinished_.TakeBack();
+  const auto before = disk_.Facts(source);
+  const auto facts = disk_.Facts(made);
+  if (!before) return {.result = WhyUnknown(source)};
+  if (!facts) return {.result = WhyUnknown(made)};
+  return PutInPlace({source, made, target, *before, *facts}, InTheWay::GoesToRescue);
+}
+
+Moved FileMoves::PutInPlace(UnfinishedMoves::Unfinished move, InTheWay inTheWay) {
   // The session may end in a breath of what follows, and then begins the same move anew.
   unfinished_.Add(move);
-  Moved moved = RenameOver(copy.path, target, inTheWay);
+  Moved moved = RenameOver(move.copy, move.target, inTheWay);
   if (moved.result != DiskResult::Done && moved.result != DiskResult::OutOfReach) {
     unfinished_.Forget(move);
     move.copied.reset();
@@ -138,15 +152,15 @@ Moved FileMoves::MoveAcross(const std::string& source, const std::string& target
     return moved;
   }
   // The source must not go before the new name is sure to stay.
-  if (moved.result == DiskResult::Done) moved.result = disk_.FlushFolder(FolderOf(target));
+  if (moved.result == DiskResult::Done) moved.result = disk_.FlushFolder(FolderOf(move.target));
   if (moved.result == DiskResult::Done) {
     unfinished_.Forget(move);
     move.deletes = true;
     unfinished_.Add(move);
-    moved.result = disk_.Delete(source);
+    moved.result = disk_.Delete(move.source);
   }
   if (moved.result == DiskResult::OutOfReach) {
-    spentNames_.insert(copy.path);
+    spentNames_.insert(move.copy);
   } else {
     unfinished_.Forget(move);
   }

@@ -62,6 +62,11 @@ class FileMoves : private UnfinishedMoves::Aside {
   Moved MoveInOneStep(const std::string& source, const std::string& target,
                       InTheWay inTheWay = InTheWay::GoesToRescue);
 
+  /// A file that was made of a source, on one disk with the target, takes its place there; one that
+  /// stands at the target is rescued. Then the source is deleted. Like a move by copy otherwise:
+  /// the made file is deleted where it can not have the name. Facts of both must be known.
+  Moved Replace(const std::string& source, const std::string& made, const std::string& target);
+
   /// The same for the rules by which the source goes even when its copy failed: then it is rescued.
   /// It stays where a document is in its way that stays.
   Moved MoveOrRescue(const std::string& source, const std::string& target,
@@ -94,6 +99,8 @@ class FileMoves : private UnfinishedMoves::Aside {
   /// `aside`: where the document is that stood at the target.
   Moved RenameInto(const std::string& source, const std::string& target, const std::string& aside);
   Moved MoveAcross(const std::string& source, const std::string& target, InTheWay inTheWay);
+  /// The steps behind the copy, which is whole.
+  Moved PutInPlace(UnfinishedMoves::Unfinished move, InTheWay inTheWay);
   struct Copied {
     DiskResult result = DiskResult::Done;
     std::string path = {};  ///< Empty when nothing can stand there.

@@ -22,7 +22,6 @@ struct ImportBench : ListsBench {
   window::SettingsSaver saver{loop, settings};
   window::RowBinding profile{saver, store::Table::ImportAuthors, window::AuthorBindings(form)};
   intake::AuthorProfiles profiles{window, profile, importList};
-  intake::Claims claims{loop, disk, moves, {.host = "desk", .process = 41}};
   intake::ImportSending sending{loop, window, files, playback, importList, claims};
   intake::AutoImport autoImport{window, importList, profiles};
   intake::DroppedFiles droppedFiles{loop, window, files};

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "intake/claims.h"
 #include "intake/import_list.h"
 #include "intake/retrieval.h"
 #include "lists/completed_list.h"
@@ -83,7 +84,8 @@ struct ListsBench : PlaybackBench {
   lists::QueueList queue{loop, window, files, engine};
   lists::Refresh refresh{loop, window, playback, queue, waitingWork, intake};
   ImportConversionTwin conversion{disk, file, convertsIn};
-  intake::ImportList importList{loop, window, files, playback, conversion};
+  intake::Claims claims{loop, disk, moves, {.host = "desk", .process = 41}};
+  intake::ImportList importList{loop, window, files, playback, conversion, claims};
   lists::Opening opening{loop, window, files, playback, waitingWork, importList.SelectedImportFile};
   lists::CompletedList completed{loop, window, files, playback, opening};
   lists::Finishing finishing{loop, window, files, playback, queue, opening, waitingWork, intake};

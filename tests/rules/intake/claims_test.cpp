@@ -223,11 +223,54 @@ TEST_F(TwoDecks, LongNameTakesTheRoomOfTheHostAndIsNeverCut) {
   EXPECT_EQ(disk.NamesIn("/share"), Names{longest + ".dS2"});
 }
 
-TEST_F(TwoDecks, NameThatNoClaimCanHoldIsNotClaimed) {
+TEST_F(TwoDecks, NameThatNoClaimCanHoldStaysIsToldAndKeepsNoOtherFileOut) {
   const std::string tooLong = std::string(240, 'a') + ".dS2";
-  disk.WithFile(kShareFolder + tooLong, "A");
-  EXPECT_EQ(here.claims.Take(kShareFolder, tooLong).result, DiskResult::Failed);
-  EXPECT_TRUE(disk.Has(kShareFolder + tooLong));
+  disk.WithFile(kShareFolder + tooLong, "A").WithFile(kShareFolder + "b.dS2", "B");
+  here.passes.RunRetrievalPasses();
+  EXPECT_EQ(disk.NamesIn("/share"), Names{tooLong});
+  EXPECT_TRUE(disk.Has(here.Queued("b.wav")));
+  EXPECT_TRUE(loop.Shown.empty());
+  EXPECT_EQ(here.front.said, Names{"The file " + kShareFolder + tooLong +
+                                   " was not retrieved: its name is too long. Shorten it."});
+}
+
+TEST_F(TwoDecks, FileThatAProgramOpensBeforeTheClaimIsGivenBackAndWaits) {
+  disk.WithFile("/share/a.dS2", "A");
+  disk.OpenWriter("/share/a.dS2");
+  intake::Carrier carrier(disk, here.moves, here.claims);
+  EXPECT_EQ(carrier.Carry(kShareFolder, "a.dS2", here.Queued("a.wav")).outcome,
+            intake::Carried::Outcome::InUse);
+  EXPECT_EQ(disk.NamesIn("/share"), Names{"a.dS2"});
+  EXPECT_FALSE(disk.Has(here.Queued("a.wav")));
+}
+
+TEST_F(TwoDecks, WhatAKilledLibraryWasWritingGoesOnceItIsOld) {
+  disk.WithFile("/share/.TavloDeckWave-7-1", "half a wave");
+  here.claims.TidyUp(kShareFolder);
+  EXPECT_EQ(disk.NamesIn("/share").size(), 1u);
+  loop.Advance(Claims::kAbandonedAfter);
+  here.claims.TidyUp(kShareFolder);
+  EXPECT_TRUE(disk.NamesIn("/share").empty());
+}
+
+TEST_F(TwoDecks, ConversionWhoseQueueStallsAtAnyOperationIsThereOnceAfterwards) {
+  for (int nth = 1; nth < 60; ++nth) {
+    IntakeBench bench;
+    bench.disk.WithFile(bench.folders.Ds2QueuePath + "b.dS2", "B");
+    const std::size_t before = bench.disk.Operations.size();
+    bench.disk.StallAtOperation(nth, bench.folders.InQueuePath);
+    bench.passes.RunRetrievalPasses();
+    const bool stalled = bench.disk.Operations.size() - before >= static_cast<std::size_t>(nth);
+    bench.disk.Places.Mend(nth % 2 == 0 ? SimulatedPlaces::Late::Happens
+                                        : SimulatedPlaces::Late::Fails);
+    bench.disk.ForgetStall();
+    bench.loop.Advance(Claims::kAbandonedAfter);
+    bench.passes.RunRetrievalPasses();
+    EXPECT_EQ(bench.disk.FilesHolding("wave of B"), Names{bench.deck.Queued("b.wav")}) << nth;
+    EXPECT_TRUE(bench.disk.NamesIn(bench.folders.Ds2QueuePath).empty()) << nth;
+    if (!stalled) return;
+  }
+  FAIL() << "the passes never ended";
 }
 
 }  // namespace

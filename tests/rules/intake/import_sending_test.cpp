@@ -165,6 +165,34 @@ TEST_F(ImportSendingTest, AFileOfAShareIsClaimedBeforeItIsCopiedSoThatItGoesToOn
   EXPECT_TRUE(disk.NamesIn("/share/").empty());
 }
 
+TEST_F(ImportSendingTest, AQueueThatIsFullEndsTheBatchAndTheFilesOfTheShareStayInSight) {
+  disk.WithFileSystemAt("/share");
+  folders.WavQueuePath = "/share/";
+  PutMany(3);
+  Refresh();
+  disk.SetFreeSpace(folders.InQueuePath, 0);
+  SendAll();
+  EXPECT_EQ(disk.NamesIn("/share/").size(), 3u);
+  EXPECT_EQ(Names().size(), 3u);
+  EXPECT_TRUE(ButtonsAre(true));
+  EXPECT_EQ(Notice(), "0 of 3 files went to the Queue. 1 did not: the disk is full.");
+  EXPECT_TRUE(prompts.empty());
+}
+
+TEST_F(ImportSendingTest, ATakenNameCostsNoCopyOfAFileOfAShare) {
+  disk.WithFileSystemAt("/share");
+  folders.WavQueuePath = "/share/";
+  disk.WithFile(folders.InQueuePath + Sent("10 20 0"), "the one that waits");
+  Put(0, "memo.wav");
+  Choose("memo.wav");
+  disk.Operations.clear();
+  SendOne();
+  EXPECT_EQ(Holding("0/memo.wav"), folders.InQueuePath + Sent("10 20 1"));
+  EXPECT_EQ(std::ranges::count_if(disk.Operations,
+                                  [](const auto& done) { return done.starts_with("Copy "); }),
+            1);
+}
+
 TEST_F(ImportSendingTest, ALongBatchSaysHowFarItIs) {
   disk.WithFileSystemAt("/share");
   folders.WavQueuePath = "/share/";

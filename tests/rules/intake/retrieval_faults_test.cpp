@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -120,6 +121,26 @@ TEST_F(RetrievalFaults, Ee2FileWhoseCopyFailedGoesAndIsKeptBesideWhereItWas) {
   EXPECT_FALSE(disk.Has(ee2));
   EXPECT_EQ(disk.FilesHolding("E"), Names{"/current/.Rescued e.eE2"});
   EXPECT_EQ(front.said, Names{"The file e.eE2 was not retrieved and is kept as .Rescued e.eE2"});
+}
+
+TEST_F(RetrievalFaults, Ee2FileThatIsRetrievedButNotDeletedIsSetAsideAndSaidToBeBoth) {
+  const std::string deleting = "Delete /current/.TavloClaim desk 41 e.eE2";
+  IntakeBench dry;
+  dry.MakeShareOf("/current");
+  dry.disk.WithFile(ee2, "E");
+  dry.disk.Operations.clear();
+  dry.passes.RunRetrievalPasses();
+  const auto nth = std::ranges::find(dry.disk.Operations, deleting) - dry.disk.Operations.begin();
+  ASSERT_LT(nth, std::ssize(dry.disk.Operations));
+
+  disk.Remove(ew2);
+  disk.WithFile(ee2, "E");
+  disk.FailOperation(static_cast<int>(nth) + 1, DiskResult::Failed);
+  passes.RunRetrievalPasses();
+  EXPECT_EQ(disk.Contents(deck.Queued("e.wav")), "E");
+  EXPECT_EQ(disk.NamesIn("/current"), Names{".Rescued e.eE2"});
+  EXPECT_EQ(front.said,
+            Names{"The file e.eE2 was retrieved, but not deleted: it is kept as .Rescued e.eE2"});
 }
 
 TEST_F(RetrievalFaults, FolderWhoseFilesMayNotBeRenamedIsCopiedFromByNobody) {

@@ -151,6 +151,26 @@ TEST_F(ExitTest, MenuInTheMomentOfCompletingIsDroppedToo) {
   EXPECT_FALSE(disk.Has(InQueue() + Document().Name()));
 }
 
+TEST_F(ExitTest, BothWaysAreClosedInTheWaitsOfAutomaticImport) {
+  config.txtAutoImport.Value = "Y";
+  int tried = 0;
+  base::Timer hand(loop, "hand", 1ms);
+  hand.OnTick = [&] {
+    ++tried;
+    form.mnuExit.Press(By::Hand);
+    form.frmMain.CloseRequest();
+  };
+  hand.Start();
+  form.mnuViewQueue.Press(By::Hand);
+  EXPECT_GT(tried, 26);
+  EXPECT_TRUE(loop.Shown.empty());
+  EXPECT_FALSE(ended.has_value());
+  hand.Stop();
+  loop.Expect({.reply = Reply::Yes});
+  form.mnuExit.Press(By::Hand);
+  EXPECT_TRUE(ended.has_value());
+}
+
 TEST_F(ExitTest, SecondCloseWhileTheFirstAsksIsRefused) {
   loop.Expect({.reply = Reply::No, .meanwhile = [&] { form.frmMain.CloseRequest(); }});
   form.frmMain.CloseRequest();
