@@ -4,28 +4,10 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <optional>
 
 #include "base/text.h"
 
 namespace tavlo::store {
-
-/// Hands out the fields of a head or a tail from left to right, each closed by one blank; the last
-/// one is what remains.
-class FieldReader {
- public:
-  explicit FieldReader(std::string_view text) : rest_(text) {}
-
-  std::string_view Next() {
-    const auto blank = rest_.find(' ');
-    const auto field = rest_.substr(0, blank);
-    rest_.remove_prefix(blank == rest_.npos ? rest_.size() : blank + 1);
-    return field;
-  }
-
- private:
-  std::string_view rest_;
-};
 
 namespace {
 
@@ -45,34 +27,34 @@ double Number(std::string_view text) {
   return value;
 }
 
-bool Within(std::string_view text, double lowest, double highest) {
-  const double value = Number(text);
-  return value >= lowest && value <= highest;
+/// A field that is read as a number. A scan asks for the number often, so it is read once.
+struct NumberField {
+  explicit NumberField(std::string_view itsText) : text(itsText), value(Number(itsText)) {}
+
+  std::string_view text;
+  double value;
+};
+
+bool Within(const NumberField& field, double lowest, double highest) {
+  return field.value >= lowest && field.value <= highest;
 }
 
-bool AtMost(std::string_view text, double highest) { return Number(text) <= highest; }
+bool AtMost(const NumberField& field, double highest) { return field.value <= highest; }
 
-/// The number of a text, rounded to a whole number; nothing when it does not fit.
+/// Rounds to a whole number. False, and nothing is stored, when that does not fit.
 template <typename Whole>
-std::optional<Whole> Fitting(std::string_view text) {
-  const double value = std::nearbyint(Number(text));
-  if (value < std::numeric_limits<Whole>::min() || value > std::numeric_limits<Whole>::max()) {
-    return {};
-  }
-  return static_cast<Whole>(value);
-}
-
-template <typename Whole>
-bool Store(std::string_view text, Whole& field) {
-  const auto value = Fitting<Whole>(text);
-  if (value) field = *value;
-  return value.has_value();
+bool Store(double number, Whole& field) {
+  const double value = std::nearbyint(number);
+  const bool fits =
+      value >= std::numeric_limits<Whole>::min() && value <= std::numeric_limits<Whole>::max();
+  if (fits) field = static_cast<Whole>(value);
+  return fits;
 }
 
 /// The zero goes by value and not by length: "03" becomes "003".
-std::string Padded(std::string_view text) {
-  std::string padded = Number(text) < 10 ? "0" : "";
-  return padded += text;
+std::string Padded(const NumberField& field) {
+  std::string padded(field.value < 10 ? 1 : 0, '0');
+  return padded += field.text;
 }
 
 std::string TwoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
@@ -98,18 +80,42 @@ std::string_view ExtensionOf(std::string_view name) {
   return ascii ? last : base::LastCharacters(name, kLength);
 }
 
+}  // namespace
+
+/// Hands out the fields of a head or a tail from left to right, each closed by one blank; the last
+/// one is what remains.
+class FieldReader {
+ public:
+  explicit FieldReader(std::string_view text) : rest_(text) {}
+
+  std::string_view Next() {
+    const auto blank = rest_.find(' ');
+    const auto field = rest_.substr(0, blank);
+    rest_.remove_prefix(blank == rest_.npos ? rest_.size() : blank + 1);
+    return field;
+  }
+
+  NumberField NextNumber() { return NumberField(Next()); }
+
+ private:
+  std::string_view rest_;
+};
+
+namespace {
+
 /// The tail that a dictation system may have left is tested and then forgotten.
 bool TailIsValid(std::string_view tail) {
   if (std::count(tail.begin(), tail.end(), ' ') != 7) return false;
   FieldReader fields(tail);
   fields.Next();
-  const bool valid = Within(fields.Next(), 901, 989) && Within(fields.Next(), 1, 12) &&
-                     Within(fields.Next(), 1, 31) && Within(fields.Next(), 1995, 2100) &&
-                     AtMost(fields.Next(), 24) && AtMost(fields.Next(), 59);
+  const bool valid = Within(fields.NextNumber(), 901, 989) && Within(fields.NextNumber(), 1, 12) &&
+                     Within(fields.NextNumber(), 1, 31) &&
+                     Within(fields.NextNumber(), 1995, 2100) && AtMost(fields.NextNumber(), 24) &&
+                     AtMost(fields.NextNumber(), 59);
   if (!valid) return false;
   const auto last = fields.Next();
   const auto dot = last.find('.');
-  return dot != last.npos && AtMost(last.substr(0, dot), 59);
+  return dot != last.npos && AtMost(NumberField(last.substr(0, dot)), 59);
 }
 
 bool SystemIdIsValid(std::string_view systemId) {
@@ -120,9 +126,9 @@ bool SystemIdIsValid(std::string_view systemId) {
 }  // namespace
 
 bool HasDocumentBlanks(std::string_view name) {
-  const auto headEnd = std::find(name.begin(), name.end(), '_');
-  if (std::count(name.begin(), headEnd, ' ') != 15) return false;
-  const auto behind = std::count(headEnd, name.end(), ' ');
+  const auto head = name.substr(0, name.find('_'));
+  if (std::count(head.begin(), head.end(), ' ') != 15) return false;
+  const auto behind = std::count(head.end(), name.end(), ' ');
   return behind == 0 || behind == 7;
 }
 
@@ -145,46 +151,49 @@ bool DocumentNames::ReadHead(std::string_view head) {
   fields.Next();
   Record.Field2 = "0";
   Record.AuthorName = fields.Next();
-  const auto authorId = fields.Next();
-  if (!Within(authorId, 1, 999'999) || !Store(authorId, Record.AuthorId)) return false;
+  const auto authorId = fields.NextNumber();
+  if (!Within(authorId, 1, 999'999) || !Store(authorId.value, Record.AuthorId)) return false;
   const auto month = fields.Next();
   const auto day = fields.Next();
   const auto year = fields.Next();
   if (!ReadDate(month, day, year)) return false;
-  const auto hour = fields.Next();
-  const auto minute = fields.Next();
-  const auto second = fields.Next();
+  const auto hour = fields.NextNumber();
+  const auto minute = fields.NextNumber();
+  const auto second = fields.NextNumber();
   if (!AtMost(hour, 24) || !AtMost(minute, 59) || !AtMost(second, 59)) return false;
   const auto paddedHour = Padded(hour);
   const auto paddedMinute = Padded(minute);
   const auto paddedSecond = Padded(second);
   Join(Record.DictationTime, {paddedHour, ":", paddedMinute, ":", paddedSecond});
-  Join(Record.DictationStamp,
-       {year, Padded(month), Padded(day), paddedHour, paddedMinute, paddedSecond});
+  Record.DictationStamp.append(paddedHour).append(paddedMinute).append(paddedSecond);
   return ReadDemographics(fields);
 }
 
-bool DocumentNames::ReadDate(std::string_view month, std::string_view day, std::string_view year) {
+bool DocumentNames::ReadDate(std::string_view monthText, std::string_view dayText,
+                             std::string_view yearText) {
+  const NumberField month(monthText);
+  const NumberField day(dayText);
+  const NumberField year(yearText);
   if (!Within(month, 1, 12) || !Within(day, 1, 31) || !Within(year, 1995, 2100)) return false;
   const auto paddedMonth = Padded(month);
   const auto paddedDay = Padded(day);
-  SetDisplayDate(Record.DictationDate, DateFormat == "MMDDYY", paddedMonth, paddedDay, year);
-  std::string key;
-  Join(key, {year, paddedMonth, paddedDay});
-  return Store(key, Record.DictationDateKey);
+  SetDisplayDate(Record.DictationDate, DateFormat == "MMDDYY", paddedMonth, paddedDay, year.text);
+  // The date's part of the stamp is its key, too; the time comes behind it.
+  Join(Record.DictationStamp, {year.text, paddedMonth, paddedDay});
+  return Store(Number(Record.DictationStamp), Record.DictationDateKey);
 }
 
 bool DocumentNames::ReadDemographics(FieldReader& fields) {
-  const auto department = fields.Next();
-  if (!Within(department, 1, 99) || !Store(department, Record.Department)) return false;
-  const auto reserved = fields.Next();
-  if (!AtMost(reserved, 89) || !Store(reserved, Record.Field12)) return false;
-  const auto workType = fields.Next();
-  if (!AtMost(workType, 99) || !Store(workType, Record.WorkType)) return false;
+  const auto department = fields.NextNumber();
+  if (!Within(department, 1, 99) || !Store(department.value, Record.Department)) return false;
+  const auto reserved = fields.NextNumber();
+  if (!AtMost(reserved, 89) || !Store(reserved.value, Record.Field12)) return false;
+  const auto workType = fields.NextNumber();
+  if (!AtMost(workType, 99) || !Store(workType.value, Record.WorkType)) return false;
   Record.Subject = fields.Next();
   const bool longSubject = Record.Subject.size() > kLongestSubjectInCharacters &&
                            base::CharacterCount(Record.Subject) > kLongestSubjectInCharacters;
-  if (longSubject || !Store(fields.Next(), Record.SavedPosition)) return false;
+  if (longSubject || !Store(fields.NextNumber().value, Record.SavedPosition)) return false;
   Record.Priority = fields.Next();
   return Record.Priority == "P" || Record.Priority == "0";
 }
