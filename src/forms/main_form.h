@@ -17,6 +17,13 @@ struct WorkArea {
   explicit WorkArea(Window& window) : frameFiles(&window, "frameFiles") {}
 
   Pane frameFiles;
+  /// Stands under whatever frame shows, while there is anything to open.
+  Command cmdRescued{&frameFiles,
+                     "cmdRescued",
+                     {.caption = "Rescued: 0",
+                      .tooltip = "Open the folder of the documents that were set aside so that "
+                                 "they were not lost",
+                      .visible = false}};
 };
 
 struct MainForm : MainFrame,

@@ -51,6 +51,7 @@ ImportList::ImportList(base::Loop& loop, window::MainWindow& window,
       disk_(files.disk),
       folders_(files.folders),
       moves_(files.moves),
+      rescued_(files.rescued),
       engine_(playback.engine),
       transport_(playback.transport),
       voice_(playback.voice),
@@ -102,6 +103,7 @@ bool ImportList::RefreshImportList(const std::string& directory) {
     form_.listViewImport.Sort(form_.listViewImport.SortColumn(), form_.listViewImport.Order());
   }
   TellEnd(end, directory);
+  rescued_.CountRescued();
   return end == WalkEnd::Whole;
 }
 
@@ -350,6 +352,7 @@ void ImportList::ShowAsEmptied(bool empty) {
   // This is intended: the caption counts the Completed list. The next scan puts it right.
   WriteCaption(static_cast<int>(form_.listViewCompleted.Rows().size()), 0);
   SetEnabled(forms::ImportKeys(form_), false);
+  rescued_.CountRescued();
 }
 
 bool ImportList::UserAgrees(const char* question, base::Reply byDefault) {

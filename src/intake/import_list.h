@@ -73,6 +73,7 @@ class ImportList {
   store::Disk& disk_;
   store::WorkFolders& folders_;
   store::FileMoves& moves_;
+  store::RescueCount& rescued_;
   playback::AudioEngine& engine_;
   playback::Transport& transport_;
   playback::Voice& voice_;

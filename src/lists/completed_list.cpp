@@ -44,6 +44,7 @@ CompletedList::CompletedList(base::Loop& loop, window::MainWindow& window,
       folders_(files.folders),
       names_(files.names),
       moves_(files.moves),
+      rescued_(files.rescued),
       engine_(playback.engine),
       transport_(playback.transport),
       opening_(opening),
@@ -78,6 +79,7 @@ void CompletedList::RefreshCompletedList() {
   if (end == ScanEnd::OutOfReach) loop_.Show(folders_.CompletedPathFault());
   if (end == ScanEnd::Whole) WriteCaption(CompletedTotalLength);
   window_.SayWhile(end == ScanEnd::CutShort, CutShortInWords("Completed"));
+  rescued_.CountRescued();
 }
 
 void CompletedList::SetCompletedButtons() {

@@ -57,6 +57,7 @@ class CompletedList {
   store::WorkFolders& folders_;
   store::DocumentNames& names_;
   store::FileMoves& moves_;
+  store::RescueCount& rescued_;
   playback::AudioEngine& engine_;
   playback::Transport& transport_;
   Opening& opening_;

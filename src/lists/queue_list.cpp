@@ -18,6 +18,7 @@ QueueList::QueueList(base::Loop& loop, window::MainWindow& window,
       folders_(files.folders),
       names_(files.names),
       moves_(files.moves),
+      rescued_(files.rescued),
       scan_(loop, form_, files.disk, files.names, engine) {
   form_.listViewInQueue.OnHeaderClick = [this](int column) {
     form_.listViewInQueue.SortByHeader(column);
@@ -47,6 +48,7 @@ bool QueueList::RefreshQueueList() {
     form_.frameInQueue.Caption = ListCaption("Queue", QueueCount, QueueTotalLength);
   }
   window_.SayWhile(end == ScanEnd::CutShort, CutShortInWords("Queue"));
+  rescued_.CountRescued();
   return end == ScanEnd::Whole;
 }
 

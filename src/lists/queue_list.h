@@ -39,6 +39,7 @@ class QueueList {
   store::WorkFolders& folders_;
   store::DocumentNames& names_;
   store::FileMoves& moves_;
+  store::RescueCount& rescued_;
   DocumentScan scan_;
 };
 

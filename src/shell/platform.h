@@ -47,6 +47,9 @@ struct Platform {
   /// Starts the desktop's own program that shows what the machine is made of, and does not wait for
   /// it. False when there is none.
   std::function<bool()> showSystemInformation;
+  /// Shows a folder, full path, in the desktop's file manager and does not wait for it. False when
+  /// there is none that would start.
+  std::function<bool(const std::string& folder)> openFolder;
   /// Ends the process once the loop is back at its top, or at once when the session ends.
   std::function<void(int status)> endProcess;
 };

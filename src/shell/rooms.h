@@ -43,6 +43,7 @@
 #include "window/configuration_window.h"
 #include "window/main_window.h"
 #include "window/path_choices.h"
+#include "window/rescue_folder.h"
 #include "window/settings_binding.h"
 #include "window/settings_choices.h"
 
@@ -70,6 +71,7 @@ struct Rooms {
   store::WorkFolders& folders;
   store::DocumentNames names;
   store::FileMoves moves;
+  window::RescueFolder rescueFolder;
   const store::DocumentFiles files;
   window::SettingsBinding binding;
   window::MainWindow mainWindow;

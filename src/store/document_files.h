@@ -3,6 +3,7 @@
 #include "store/disk.h"
 #include "store/document_name.h"
 #include "store/file_moves.h"
+#include "store/rescue_count.h"
 #include "store/work_folders.h"
 
 namespace tavlo::store {
@@ -13,6 +14,7 @@ struct DocumentFiles {
   WorkFolders& folders;
   DocumentNames& names;
   FileMoves& moves;
+  RescueCount& rescued;
 };
 
 }  // namespace tavlo::store

@@ -19,6 +19,7 @@
 #include "store/document_files.h"
 #include "support/documents.h"
 #include "support/playback_bench.h"
+#include "window/rescue_folder.h"
 
 namespace tavlo::test {
 
@@ -76,7 +77,8 @@ struct ListsBench : PlaybackBench {
   IntakeTwin intake;
   int& retrievals = intake.retrievals;
   int& waitingWorkSeen = intake.waitingWorkSeen;
-  const store::DocumentFiles files{disk, folders, names, moves};
+  window::RescueFolder rescueFolder{loop, form, disk, folders, Edges().openFolder};
+  const store::DocumentFiles files{disk, folders, names, moves, rescueFolder};
   /// Where the converted files stand.
   std::string convertsIn;
   const playback::Playback playback{documentInWork, engine, transport, preview, voice};

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "shell/platform.h"
 #include "support/install.h"
@@ -46,6 +47,10 @@ class SimulatedPlatformOf {
   /// The desktop has a program that shows what the machine is made of.
   bool hasInformationTool = true;
   int informationShown = 0;
+  /// The desktop has a file manager.
+  bool hasFileManager = true;
+  /// What it was asked to show.
+  std::vector<std::string> foldersOpened;
   /// The status with which the deck asked for the end of the process.
   std::optional<int> ended;
 
@@ -88,6 +93,11 @@ class SimulatedPlatformOf {
                 [this] {
                   informationShown += hasInformationTool;
                   return hasInformationTool;
+                },
+            .openFolder =
+                [this](const std::string& folder) {
+                  if (hasFileManager) foldersOpened.push_back(folder);
+                  return hasFileManager;
                 },
             .endProcess = [this](int status) { EndProcess(status); }};
   }

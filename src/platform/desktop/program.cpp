@@ -9,6 +9,7 @@
 #include "platform/desktop/folders.h"
 #include "platform/desktop/hang_up.h"
 #include "platform/desktop/message_buses.h"
+#include "platform/desktop/open_folder.h"
 #include "platform/desktop/root_lock.h"
 #include "platform/desktop/screen_search.h"
 #include "platform/desktop/session_end.h"
@@ -121,6 +122,7 @@ struct Program::Parts {
                     .shareFolder = ShareFolder(),
                     .claimRoot = [this] { return rootLock.Claim(); },
                     .showSystemInformation = ShowSystemInformation,
+                    .openFolder = OpenFolder,
                     .endProcess = [this](int status) { End(status); }},
                    annex};
   qt::QtWindows windows{loop,

@@ -27,6 +27,7 @@ WorkFrames::WorkFrames(forms::MainForm& form, Binder& binder, QWidget* parent)
   AddCompleted();
   AddImport();
   AddFtp();
+  AddRescued();
   binder.Frame(form.frameFiles, *this);
 }
 
@@ -103,6 +104,13 @@ void WorkFrames::AddFtp() {
   AddCombo(*frame.heading, form_.comboFtpFileTypesToList);
   AddKeys(*frame.heading, {&form_.bConnect});
   frame.rows->addStretch(1);
+}
+
+void WorkFrames::AddRescued() {
+  auto* const key = new RoomyKey(this);
+  key->setFlat(true);
+  frames_->addWidget(key, 0, Qt::AlignLeft);
+  binder_.Press(form_.cmdRescued, *key);
 }
 
 }  // namespace tavlo::platform::qt
