@@ -25,11 +25,13 @@ Day::Day(platform::desktop::Program& program, Left& left, const test::PedalPipe*
 std::vector<Step> Day::Steps() {
   std::vector<Step> steps;
   AddStart(steps);
+  AddArrivals(steps);
   AddListening(steps);
   AddShaping(steps);
   AddFinishing(steps);
   AddList(steps);
   AddCompleted(steps);
+  AddImport(steps);
   AddOtherViews(steps);
   AddOddDocuments(steps);
   AddWindows(steps);
@@ -62,7 +64,7 @@ void Day::AddListening(std::vector<Step>& steps) {
       [this] {
         return Playing() && Main().StatusBar1.Panels.Get()[2] == "Lindqvist" && Seconds() > 2;
       },
-      "03-preview"));
+      "08-preview"));
   steps.push_back(
       Click("cmdImportCompleteSnipetStop", "Stop ends the preview", [this] { return !Playing(); }));
   steps.push_back(Click(
@@ -71,7 +73,7 @@ void Day::AddListening(std::vector<Step>& steps) {
         return Playing() && Main().MeterLeft.Value > 20 && !Main().frameFiles.Visible &&
                Seconds() > 5;
       },
-      "04-playing"));
+      "09-playing"));
   steps.push_back(Click("cmdStop", "Stop stops where the ear is", [this] {
     remembered_ = Seconds();
     return !Playing() && remembered_ > 5;
@@ -104,12 +106,12 @@ void Day::AddShaping(std::vector<Step>& steps) {
 void Day::AddFinishing(std::vector<Step>& steps) {
   steps.push_back(Click(
       "cmdSave", "Save brings the list back and marks the row",
-      [this] { return Ready() && Cell("Lindqvist", column::Saved) == "Saved"; }, "05-saved"));
+      [this] { return Ready() && Cell("Lindqvist", column::Saved) == "Saved"; }, "10-saved"));
   steps.push_back(ClickRowOf("Brown", "the next document is chosen", [this] { return Playing(); }));
   steps.push_back(Click("cmdPlay", "and played", [this] { return Playing() && Seconds() > 1; }));
   steps.push_back(Click(
       "cmdSkipEnd", "Skip to end offers Complete",
-      [this] { return !Playing() && Main().cmdComplete.Enabled; }, "06-at-the-end"));
+      [this] { return !Playing() && Main().cmdComplete.Enabled; }, "11-at-the-end"));
   steps.push_back({.says = "Complete moves the document to the Completed folder",
                    .act =
                        [this] {
@@ -146,12 +148,12 @@ void Day::AddList(std::vector<Step>& steps) {
              typist_.ClickUnseen(list->viewport()->mapToGlobal(QPoint(cell.center().x(), -10)));
            },
        .seen = [this] { return Main().listViewInQueue.SortColumn() == column::Author; },
-       .picture = "07-sorted"});
+       .picture = "12-sorted"});
 }
 
 void Day::AddCompleted(std::vector<Step>& steps) {
   const auto menuShows = [] { return QApplication::activePopupWidget() != nullptr; };
-  steps.push_back(Keys({keys::kAlt, 'v'}, "the View menu opens", menuShows, "08-view-menu"));
+  steps.push_back(Keys({keys::kAlt, 'v'}, "the View menu opens", menuShows, "13-view-menu"));
   steps.push_back(Keys({'c'}, "the Completed view shows the finished document", [this] {
     const forms::Table& list = Main().listViewCompleted;
     return Main().frameCompleted.Visible && !Main().frameInQueue.Visible &&
@@ -161,7 +163,7 @@ void Day::AddCompleted(std::vector<Step>& steps) {
   steps.push_back({.says = "a click sounds its beginning",
                    .act = [this] { ClickAuthor("listViewCompleted", 0); },
                    .seen = [this] { return Playing() && Seconds() > 1; },
-                   .picture = "09-completed"});
+                   .picture = "14-completed"});
   steps.push_back(Click("cmdMoveToQueue", "Return to Queue takes it out of the list", [this] {
     return !Playing() && Main().listViewCompleted.Rows().empty() &&
            !Main().cmdMoveToQueue.Enabled &&
@@ -176,13 +178,13 @@ void Day::AddWindows(std::vector<Step>& steps) {
   const shell::Windows& windows = program_.Deck().windows;
   steps.push_back(Keys(
       {keys::kAlt, 'f'}, "the File menu opens",
-      [] { return QApplication::activePopupWidget() != nullptr; }, "13-menu"));
+      [] { return QApplication::activePopupWidget() != nullptr; }, "22-menu"));
   steps.push_back(Keys(
       {'c'}, "the configuration takes the screen",
       [&windows, this] {
         return windows.configuration.frmConfiguration.Visible && !Main().frmMain.Visible;
       },
-      "14-configuration"));
+      "23-configuration"));
   steps.push_back(Click("cmdCenterMiniPlayer", "its key centers the mini-player", [this] {
     const forms::Window& window = Main().frmMain;
     return std::abs(Main().txtPlayerTop.WholeNumber() -
@@ -198,7 +200,7 @@ void Day::AddWindows(std::vector<Step>& steps) {
                        [] { return QApplication::activePopupWidget() != nullptr; }));
   steps.push_back(Keys(
       {'a'}, "the about box shows", [&windows] { return windows.about.frmAbout.Visible.Get(); },
-      "15-about"));
+      "24-about"));
   steps.push_back(Keys({keys::kAlt, 'c'}, "and closes",
                        [&windows] { return !windows.about.frmAbout.Visible.Get(); }));
   steps.push_back({.says = "a second copy is refused",
@@ -232,7 +234,7 @@ void Day::AddEnd(std::vector<Step>& steps) {
   }));
   steps.push_back(Keys(
       {keys::kAlt, keys::kF4}, "exit is refused while it is in work", [this] { return BoxOpen(); },
-      "16-must-finish"));
+      "25-must-finish"));
   steps.push_back(Keys({keys::kReturn}, "the box closes and the sound has stopped",
                        [this] { return !BoxOpen() && !Playing(); }));
   steps.push_back({.says = "Skip leaves the document as it is and sounds the next one",
@@ -249,7 +251,7 @@ void Day::AddEnd(std::vector<Step>& steps) {
                                 Main().listViewInQueue.ListIndex >= 0 && !Main().cmdSkip.Enabled;
                        }});
   steps.push_back(Keys(
-      {keys::kAlt, keys::kF4}, "exit asks", [this] { return BoxOpen(); }, "17-exit"));
+      {keys::kAlt, keys::kF4}, "exit asks", [this] { return BoxOpen(); }, "26-exit"));
   steps.push_back(Keys({keys::kEscape}, "no keeps the deck", [this] { return !BoxOpen(); }));
   steps.push_back(Keys({keys::kAlt, keys::kF4}, "exit asks again", [this] { return BoxOpen(); }));
   steps.push_back({.says = "yes ends it",
@@ -309,10 +311,11 @@ Step Day::Drag(const char* slider, int percent, std::string says, std::function<
 }
 
 void Day::ClickAuthor(const char* list, int row) {
-  const auto* view = qobject_cast<QTableView*>(typist_.Widget(list));
+  auto* const view = qobject_cast<QTableView*>(typist_.Widget(list));
   if (!view) return;
-  const QRect cell = view->visualRect(view->model()->index(row, column::Author));
-  typist_.ClickUnseen(view->viewport()->mapToGlobal(cell.center()));
+  const QModelIndex cell = view->model()->index(row, column::Author);
+  view->scrollTo(cell);
+  typist_.ClickUnseen(view->viewport()->mapToGlobal(view->visualRect(cell).center()));
 }
 
 int Day::RowOf(const std::string& author) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFile>
 #include <QProcess>
 #include <QString>
 #include <array>
@@ -44,6 +45,12 @@ class Day {
 
  private:
   void AddStart(std::vector<Step>& steps);
+  void AddArrivals(std::vector<Step>& steps);
+  void AddWriter(std::vector<Step>& steps);
+  void AddRescue(std::vector<Step>& steps);
+  void AddImport(std::vector<Step>& steps);
+  void AddProfile(std::vector<Step>& steps);
+  void AddSending(std::vector<Step>& steps);
   void AddListening(std::vector<Step>& steps);
   void AddShaping(std::vector<Step>& steps);
   void AddFinishing(std::vector<Step>& steps);
@@ -75,6 +82,7 @@ class Day {
   shell::Rooms* Rooms() { return program_.Deck().Built(); }
   /// A click on the author's name in a row of the list.
   void ClickAuthor(const char* list, int row);
+  void ClickImportRow(int row);
   int RowOf(const std::string& author);
   std::string Cell(const std::string& author, int column);
   /// A line for each setting that has a control: its field, and what the control shows.
@@ -93,6 +101,8 @@ class Day {
   const test::PedalPipe* foot_;
   test::Typist typist_;
   QProcess secondCopy_;
+  /// A dictation that somebody is just writing.
+  QFile writer_;
   double remembered_ = 0;
   int rows_ = 0;
 };

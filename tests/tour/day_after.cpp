@@ -40,7 +40,7 @@ void Day::AddOddDocuments(std::vector<Step>& steps) {
        .act = put,
        .seen = [this] { return Ready() && RowOf("Broken") >= 0 && RowOf("Silent") >= 0; }});
   steps.push_back(ClickRowOf(
-      "Broken", "what can not be played says so", [this] { return BoxOpen(); }, "12-unplayable"));
+      "Broken", "what can not be played says so", [this] { return BoxOpen(); }, "21-unplayable"));
   steps.push_back(Keys({keys::kReturn}, "and may be completed",
                        [this] { return !BoxOpen() && Main().cmdComplete.Enabled; }));
   steps.push_back(Click("cmdComplete", "which takes it away",
@@ -56,14 +56,6 @@ void Day::AddOtherViews(std::vector<Step>& steps) {
     typist_.KeysUnseen({keys::kAlt, 'v'});
     typist_.KeysUnseen({letter});
   };
-  steps.push_back({.says = "the Import view shows its list and plays nothing",
-                   .act = [enter] { enter('i'); },
-                   .seen =
-                       [this] {
-                         return Main().frameImport.Visible && !Main().frameInQueue.Visible &&
-                                !Main().cmdPlay.Enabled && Main().sldVol.Enabled;
-                       },
-                   .picture = "10-import"});
   steps.push_back({.says = "the Ftp view shows its servers and has nothing to shape",
                    .act = [enter] { enter('t'); },
                    .seen =
@@ -71,7 +63,7 @@ void Day::AddOtherViews(std::vector<Step>& steps) {
                          return Main().frameFtp.Visible && !Main().frameImport.Visible &&
                                 !Main().sldVol.Enabled && !Main().cmdEQ.Enabled;
                        },
-                   .picture = "11-ftp"});
+                   .picture = "20-ftp"});
   steps.push_back({.says = "the Queue view gives the sound back",
                    .act = [enter] { enter('q'); },
                    .seen = [this] { return Ready() && Main().sldVol.Enabled; }});
@@ -106,7 +98,7 @@ std::vector<Step> Day::NextMorning() {
         return Playing() && saved > 0 && Seconds() > saved - back && Seconds() < saved - back + 4 &&
                window.Left == left_.playerLeft && window.Top == left_.playerTop;
       },
-      "18-remembered"));
+      "27-remembered"));
   AddFoot(steps);
   AddEqualizer(steps);
   AddMixer(steps);
