@@ -4,6 +4,7 @@
 #include <QTabBar>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -191,9 +192,14 @@ void Sitting::TakeRemarks(const std::string& shape) {
   Remark("");
 }
 
+/// Something was rescued, so the key to it stands under each of them.
 void Sitting::TakeViews() {
+  const fs::path rescued = home.Root() + "/Files/Rescued";
+  fs::create_directories(rescued);
+  std::ofstream(rescued / "memo.wav") << "kept";
   TakeView(Main().mnuViewCompleted, Main().frameCompleted, "completed");
   TakeView(Main().mnuViewImport, Main().frameImport, "import");
+  EXPECT_TRUE(program->Ask([this] { return Main().cmdRescued.Visible.Get(); }));
   TakeView(Main().mnuViewFtp, Main().frameFtp, "ftp");
   Press(Main().mnuViewQueue);
   ASSERT_TRUE(Ready());
