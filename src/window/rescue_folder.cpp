@@ -15,6 +15,7 @@ RescueFolder::RescueFolder(base::Loop& loop, forms::MainForm& form, store::Disk&
 }
 
 void RescueFolder::CountRescued() {
+  if (disk_.OutOfReach(Path())) return;
   const store::Listing listing = disk_.ListPlainFiles(folders_.RescuedPath());
   // Until something is rescued there is no such folder. One that is there and does not tell what it
   // holds is not said to be empty.

@@ -35,6 +35,14 @@ struct ScanOutOfReach : testing::Test, ListsBench {
     ASSERT_NE(found, all.end()) << operation;
     disk.StallAtOperation(static_cast<int>(found - all.begin()) + 1, folders.InQueuePath);
   }
+  /// The last thing that the share was asked.
+  std::string LastAsked() const {
+    const auto& all = disk.Operations;
+    const auto found = std::find_if(all.rbegin(), all.rend(), [this](const std::string& operation) {
+      return operation.find(folders.InQueuePath) != operation.npos;
+    });
+    return found == all.rend() ? "" : *found;
+  }
   base::Duration Passed() const { return loop.Now().sinceStart; }
   void ExpectTheQueuesOwnBox() {
     ASSERT_EQ(loop.Shown.size(), 1u);
@@ -62,7 +70,7 @@ TEST_F(ScanOutOfReach, FileThatGivesNoAnswerEndsTheScanWithTheRowsMadeSoFar) {
   EXPECT_EQ(form.frameInQueue.Caption.Get(), "Queue");
   EXPECT_EQ(queue.QueueCount, 1);
   EXPECT_EQ(disk.HeldByWalks(), 0);
-  EXPECT_EQ(disk.Operations.back(), "Open " + second);
+  EXPECT_EQ(LastAsked(), "Open " + second);
 }
 
 TEST_F(ScanOutOfReach, AttributesThatGiveNoAnswerEndTheScanToo) {
@@ -70,7 +78,7 @@ TEST_F(ScanOutOfReach, AttributesThatGiveNoAnswerEndTheScanToo) {
   // Behind the listing and the openings of the first two.
   disk.StallAtOperation(4, folders.InQueuePath);
   EXPECT_FALSE(queue.RefreshQueueList());
-  EXPECT_EQ(disk.Operations.back(), "SetAttributesNormal " + second);
+  EXPECT_EQ(LastAsked(), "SetAttributesNormal " + second);
   ExpectTheQueuesOwnBox();
   EXPECT_EQ(Rows(), 1);
 }

@@ -133,6 +133,16 @@ TEST_F(RescueFolderTest, KeepsWhatItShowsWhileTheFolderIsOutOfReach) {
   EXPECT_EQ(Caption(), "Rescued: 2");
 }
 
+TEST_F(RescueFolderTest, IsAskedNothingWhileItOwesAnAnswer) {
+  disk.Places.Stall(path);
+  queue.RefreshQueueList();
+  disk.Operations.clear();
+  queue.RefreshQueueList();
+  for (const std::string& operation : disk.Operations) {
+    EXPECT_EQ(operation.find(path), operation.npos) << operation;
+  }
+}
+
 TEST_F(RescueFolderTest, OutOfReachIsNamedAndNotOpened) {
   Rescue("memo.wav");
   queue.RefreshQueueList();
