@@ -17,7 +17,7 @@ struct WorkArea {
   explicit WorkArea(Window& window) : frameFiles(&window, "frameFiles") {}
 
   Pane frameFiles;
-  /// Stands under whatever frame shows, while there is anything to open.
+  /// Stands over the list of whatever frame shows, while there is anything to open.
   Command cmdRescued{&frameFiles,
                      "cmdRescued",
                      {.caption = "Rescued: 0",

@@ -27,7 +27,6 @@ WorkFrames::WorkFrames(forms::MainForm& form, Binder& binder, QWidget* parent)
   AddCompleted();
   AddImport();
   AddFtp();
-  AddRescued();
   binder.Frame(form.frameFiles, *this);
 }
 
@@ -44,6 +43,8 @@ WorkFrames::Frame WorkFrames::AddFrame(forms::Pane& pane) {
   caption->setMinimumHeight(28);
   frame.heading->addWidget(caption);
   frame.heading->BeginRightPart();
+  // One in each frame: a row of its own would take the room of a row of the list.
+  AddKeys(*frame.heading, {&form_.cmdRescued});
   frames_->addWidget(frame.widget, 1);
   binder_.Frame(pane, *frame.widget, caption);
   return frame;
@@ -104,13 +105,6 @@ void WorkFrames::AddFtp() {
   AddCombo(*frame.heading, form_.comboFtpFileTypesToList);
   AddKeys(*frame.heading, {&form_.bConnect});
   frame.rows->addStretch(1);
-}
-
-void WorkFrames::AddRescued() {
-  auto* const key = new RoomyKey(this);
-  key->setFlat(true);
-  frames_->addWidget(key, 0, Qt::AlignLeft);
-  binder_.Press(form_.cmdRescued, *key);
 }
 
 }  // namespace tavlo::platform::qt

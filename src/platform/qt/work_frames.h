@@ -30,8 +30,6 @@ class WorkFrames : public QWidget {
   void AddCompleted();
   void AddImport();
   void AddFtp();
-  /// The key to the rescue folder: a line of text under the frames that can be pressed.
-  void AddRescued();
   void AddKeys(WrappingRow& row, std::initializer_list<forms::Command*> commands);
   /// A button that F5 presses too, where it stands on the frame that is shown.
   void AddRefresh(WrappingRow& row, forms::Command& command);

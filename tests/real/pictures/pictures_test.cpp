@@ -192,7 +192,7 @@ void Sitting::TakeRemarks(const std::string& shape) {
   Remark("");
 }
 
-/// Something was rescued, so the key to it stands under each of them.
+/// Something was rescued, so the key to it stands over each of them.
 void Sitting::TakeViews() {
   const fs::path rescued = home.Root() + "/Files/Rescued";
   fs::create_directories(rescued);
