@@ -9,7 +9,8 @@ namespace tavlo::forms {
 
 struct PathsPage {
   explicit PathsPage(Window& window)
-      : frameConfigAlternatePath(&window, "frameConfigAlternatePath", {.visible = false}) {}
+      : frameConfigAlternatePath(&window, "frameConfigAlternatePath",
+                                 {.caption = "Where dictations come from", .visible = false}) {}
 
   Pane frameConfigAlternatePath;
   Table Drive1{&frameConfigAlternatePath, "Drive1", {.tooltip = "Select a drive"}};
@@ -27,10 +28,11 @@ struct PathsPage {
       &frameConfigAlternatePath,
       "cmdSetEw2QueuePath",
       {.caption = "Set", .tooltip = "Take the browsed folder as the path for .eW2 files"}};
-  Command cmdEw2QueuePathDefault{
-      &frameConfigAlternatePath,
-      "cmdEw2QueuePathDefault",
-      {.caption = "Default", .tooltip = "Put the default path for .eW2 files back"}};
+  Command cmdEw2QueuePathDefault{&frameConfigAlternatePath,
+                                 "cmdEw2QueuePathDefault",
+                                 {.caption = "Default",
+                                  .tooltip = "Put the default path for .eW2 files back",
+                                  .heard = "Default path for .eW2 files"}};
 
   Text lblDs2QueuePath{
       &frameConfigAlternatePath, "lblDs2QueuePath", {.caption = "Path for .dS2 files"}};
@@ -40,10 +42,11 @@ struct PathsPage {
       &frameConfigAlternatePath,
       "cmdSetDs2QueuePath",
       {.caption = "Set", .tooltip = "Take the browsed folder as the path for .dS2 files"}};
-  Command cmdDs2QueuePathDefault{
-      &frameConfigAlternatePath,
-      "cmdDs2QueuePathDefault",
-      {.caption = "Default", .tooltip = "Put the default path for .dS2 files back"}};
+  Command cmdDs2QueuePathDefault{&frameConfigAlternatePath,
+                                 "cmdDs2QueuePathDefault",
+                                 {.caption = "Default",
+                                  .tooltip = "Put the default path for .dS2 files back",
+                                  .heard = "Default path for .dS2 files"}};
 
   Text lblWavQueuePath{
       &frameConfigAlternatePath, "lblWavQueuePath", {.caption = "Path for generic audio files"}};
@@ -53,10 +56,11 @@ struct PathsPage {
       &frameConfigAlternatePath,
       "cmdSetWavQueuePath",
       {.caption = "Set", .tooltip = "Take the browsed folder as the path for generic audio files"}};
-  Command cmdWavQueuePathDefault{
-      &frameConfigAlternatePath,
-      "cmdWavQueuePathDefault",
-      {.caption = "Default", .tooltip = "Put the default path for generic audio files back"}};
+  Command cmdWavQueuePathDefault{&frameConfigAlternatePath,
+                                 "cmdWavQueuePathDefault",
+                                 {.caption = "Default",
+                                  .tooltip = "Put the default path for generic audio files back",
+                                  .heard = "Default path for generic audio files"}};
 
   Text lblEu2QueuePath{
       &frameConfigAlternatePath, "lblEu2QueuePath", {.caption = "Path for .eU2 files"}};
@@ -66,10 +70,11 @@ struct PathsPage {
       &frameConfigAlternatePath,
       "cmdSetEu2QueuePath",
       {.caption = "Set", .tooltip = "Take the browsed folder as the path for .eU2 files"}};
-  Command cmdEu2QueuePathDefault{
-      &frameConfigAlternatePath,
-      "cmdEu2QueuePathDefault",
-      {.caption = "Default", .tooltip = "Put the default path for .eU2 files back"}};
+  Command cmdEu2QueuePathDefault{&frameConfigAlternatePath,
+                                 "cmdEu2QueuePathDefault",
+                                 {.caption = "Default",
+                                  .tooltip = "Put the default path for .eU2 files back",
+                                  .heard = "Default path for .eU2 files"}};
 };
 
 struct FtpPage {

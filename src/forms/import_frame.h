@@ -62,6 +62,9 @@ struct ImportFrame {
        .largeStep = 1,
        .value = 1,
        .heard = {.atMinimum = 0, .atMaximum = 25, .unit = "directory"}}};
+  /// What waits in each of the 26 directories: how many files, as text, in the order of their
+  /// numbers; empty where it is not known.
+  Pane frameImportDirectories{&frameImport, "frameImportDirectories"};
   Choice chkImportSynchronize{
       &frameImport,
       "chkImportSynchronize",
@@ -105,6 +108,10 @@ struct AuthorProfileFrame {
       &frameImportDemographics,
       "chkImportPriority",
       {.caption = "Priority", .tooltip = "Send this author's files as priority documents"}};
+  Text lblImportGoesAs{
+      &frameImportDemographics, "lblImportGoesAs", {.caption = "Goes to the Queue as"}};
+  /// The document that the profile on show makes of a file, in the words of a list's row.
+  Text lblImportDocument{&frameImportDemographics, "lblImportDocument"};
 
   // Texts that are never visible.
 

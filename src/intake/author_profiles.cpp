@@ -46,8 +46,9 @@ void AuthorProfiles::WireFilters() {
         Filter{form_.txtImportDepartment, NumberFromOne},
         Filter{form_.txtImportWorktype, WholeNumberOf}, Filter{form_.txtImportSubject, SubjectOf},
         Filter{form_.txtImportSystemID, WholeNumberOf}}) {
-    filter.box.OnChange = [&box = filter.box, rule = filter.rule] {
+    filter.box.OnChange = [this, &box = filter.box, rule = filter.rule] {
       box.Value = rule(box.Value.Get());
+      ShowDocument();
     };
   }
 }
@@ -55,9 +56,20 @@ void AuthorProfiles::WireFilters() {
 void AuthorProfiles::WirePriority() {
   for (const window::Binding& binding : profile_.Bindings()) {
     if (!binding.IsPair()) continue;
-    binding.text->OnChange = [&binding] { binding.ShowTick(); };
+    binding.text->OnChange = [this, &binding] {
+      binding.ShowTick();
+      ShowDocument();
+    };
     binding.check->OnClick = [&binding] { binding.TakeTick(); };
   }
+}
+
+void AuthorProfiles::ShowDocument() {
+  const bool priority = store::IsYes(form_.txtImportPriority.Value.Get());
+  form_.lblImportDocument.Value =
+      (priority ? "Pri  " : "") + form_.txtImportAuthorLastName.Value.Get() + "  " +
+      form_.txtImportAuthorID.Value.Get() + "  Dept " + form_.txtImportDepartment.Value.Get() +
+      "  Work " + form_.txtImportWorktype.Value.Get() + "  " + form_.txtImportSubject.Value.Get();
 }
 
 void AuthorProfiles::WireChoice() {

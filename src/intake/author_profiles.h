@@ -40,6 +40,8 @@ class AuthorProfiles {
  private:
   void WireFilters();
   void WirePriority();
+  /// Says what document the profile on show makes of a file.
+  void ShowDocument();
   void WireChoice();
   void WireServerLink();
   void ChooseProfile();

@@ -56,7 +56,8 @@ ImportList::ImportList(base::Loop& loop, window::MainWindow& window,
       transport_(playback.transport),
       voice_(playback.voice),
       conversion_(conversion),
-      claims_(claims) {
+      claims_(claims),
+      counts_(loop, window, disk_, folders_) {
   form_.cmdRefreshImportList.OnPress = [this] { RefreshByCommand(); };
   form_.cmdDeleteOneImportFile.OnPress = [this] { DeleteOne(); };
   form_.cmdDeleteAllImportFile.OnPress = [this] { DeleteAll(); };
@@ -104,6 +105,9 @@ bool ImportList::RefreshImportList(const std::string& directory) {
   }
   TellEnd(end, directory);
   rescued_.CountRescued();
+  counts_.ListWasBuilt(ImportCount, end == WalkEnd::Whole);
+  // An unattended run builds the lists of all directories by itself.
+  if (!AutoImportRunning) counts_.LookAround();
   return end == WalkEnd::Whole;
 }
 
@@ -351,6 +355,7 @@ void ImportList::ShowAsEmptied(bool empty) {
   form_.listViewImport.WhenEmpty = std::string(empty ? kNothingToImport : kSomeFilesStay);
   // This is intended: the caption counts the Completed list. The next scan puts it right.
   WriteCaption(static_cast<int>(form_.listViewCompleted.Rows().size()), 0);
+  counts_.ListWasBuilt(0, empty);
   SetEnabled(forms::ImportKeys(form_), false);
   rescued_.CountRescued();
 }

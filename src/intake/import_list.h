@@ -6,6 +6,7 @@
 #include "base/loop.h"
 #include "forms/main_form.h"
 #include "intake/claims.h"
+#include "intake/directory_counts.h"
 #include "intake/import_conversion.h"
 #include "intake/import_in_words.h"
 #include "playback/playback.h"
@@ -79,6 +80,7 @@ class ImportList {
   playback::Voice& voice_;
   ImportConversion& conversion_;
   Claims& claims_;
+  DirectoryCounts counts_;
   /// A header was clicked: from then on every list is sorted.
   bool sorted_ = false;
   /// The choice of a directory is inside its wait.

@@ -46,6 +46,40 @@ TEST_F(ConfigurationWindow, TheVolumeOfThePromptsIsASlider) {
   EXPECT_NEAR(form.sldPromptVol.Value, 32767, 700);
 }
 
+TEST_F(ConfigurationWindow, TheRateOfConversionsIsSteppedByItsKeyOrTyped) {
+  form.cmdWavConvMode.OnPress = [&] { form.txtWavConvMode.Value = "12"; };
+  shown.typist.Click("cmdWavConvMode");
+  EXPECT_EQ(form.txtWavConvMode.Value.Get(), "12");
+  shown.typist.Click("txtWavConvMode");
+  shown.typist.Keys({keys::kEnd});
+  shown.typist.Keys({'5'});
+  EXPECT_EQ(form.txtWavConvMode.Value.Get(), "125");
+}
+
+TEST_F(ConfigurationWindow, TheFoldersThatWorkComesFromAreOnAPageOfTheirOwn) {
+  form.cmdDs2QueuePathDefault.OnPress = [&] { form.txtDs2QueuePath.Value = "/root/dS2Queue"; };
+  form.tabConfiguration.OnClick = [&] {
+    for (forms::Pane* const page : form.Pages()) {
+      page->Visible = form.TabOf(*page) == form.tabConfiguration.ListIndex;
+    }
+  };
+  form.txtEw2QueuePath.Value = "/media/recorder/out";
+  form.txtWavQueuePath.Value = "/srv/office/import";
+  shown.typist.Keys({keys::kAlt, 'p'});
+  ASSERT_TRUE(shown.typist.Until([&] { return form.frameConfigAlternatePath.Visible.Get(); }));
+  shown.typist.Click("cmdDs2QueuePathDefault");
+  EXPECT_EQ(form.txtDs2QueuePath.Value.Get(), "/root/dS2Queue");
+  shown.typist.Click("txtEu2QueuePath");
+  shown.typist.Keys({'/'});
+  shown.typist.Keys({'m'});
+  EXPECT_EQ(form.txtEu2QueuePath.Value.Get(), "/m");
+  shown.typist.Picture("configuration_paths");
+  for (const char* name : {"txtEw2QueuePath", "cmdEw2QueuePathDefault", "txtWavQueuePath",
+                           "cmdWavQueuePathDefault", "cmdEu2QueuePathDefault"}) {
+    EXPECT_NE(shown.typist.Widget(name), nullptr) << name;
+  }
+}
+
 TEST_F(ConfigurationWindow, ATabLeadsBackFromAPageThatIsEmpty) {
   constexpr int kEqualizer = 1;
   form.tabConfiguration.ListIndex = kEqualizer;
@@ -59,7 +93,8 @@ TEST_F(ConfigurationWindow, EveryWidgetOfASettingStandsInsideIt) {
   for (const char* name :
        {"sliderABS", "sliderAutoPreview", "sliderWindIncrement", "chkAccelerateWindIncrement",
         "chkMinimizeMiniPlayer", "chkAlwaysOnTop", "chkAutoQueueJob", "chkAudioPrompts",
-        "sldPromptVol", "txtSubjectHeading", "chkShowCustomDisplay", "txtCustomDisplay"}) {
+        "sldPromptVol", "txtSubjectHeading", "chkShowCustomDisplay", "txtCustomDisplay",
+        "chkAutoImportMode", "txtWavConvMode", "cmdWavConvMode"}) {
     const QWidget* const widget = shown.typist.Widget(name);
     const QRect place(widget->mapTo(window, QPoint(0, 0)), widget->size());
     EXPECT_TRUE(window->rect().contains(place)) << name;
@@ -117,15 +152,11 @@ TEST_F(ConfigurationWindow, EverySettingHasAPlaceButThoseThatHaveNoEffectYet) {
       if (!HasAPlace(*control)) without.insert(binding.field);
     }
   }
-  const std::set<std::string_view> ofTheListsAndPaths{
-      "AutoImportMode",      "AutoQueueRefreshInterval",
-      "AutoRefreshMode",     "DeleteCompletedFiles",
-      "Ds2QueuePath",        "Eu2QueuePath",
-      "Ew2QueuePath",        "NewDictationAlertInterval",
-      "ViewDelay",           "WavConvMode",
-      "WavQueuePath",        "WordProcessorPath",
+  const std::set<std::string_view> ofTheLists{
+      "AutoQueueRefreshInterval",  "AutoRefreshMode", "DeleteCompletedFiles",
+      "NewDictationAlertInterval", "ViewDelay",       "WordProcessorPath",
       "WorkWaitingAlertMode"};
-  std::set<std::string_view> expected = ofTheListsAndPaths;
+  std::set<std::string_view> expected = ofTheLists;
   for (const window::Binding& binding : window::FtpBindings(form)) expected.insert(binding.field);
   EXPECT_EQ(without, expected);
 }

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -23,8 +24,9 @@ namespace {
 using forms::By;
 
 /// Captions and tooltips change rarely; asking first keeps the toolkit from laying out again.
-void SetCaption(QAbstractButton& button, const std::string& caption) {
-  const QString text = ToQt(caption);
+void SetCaption(QAbstractButton& button, const std::string& caption, char letter = 0) {
+  QString text = ToQt(caption);
+  if (letter != 0) text.insert(std::max<qsizetype>(0, text.indexOf(QChar(letter))), u'&');
   if (button.text() != text) button.setText(text);
 }
 
@@ -125,11 +127,11 @@ void Binder::Edit(forms::Text& text, QLineEdit& box) {
   });
 }
 
-void Binder::Press(forms::Command& command, QAbstractButton& key) {
+void Binder::Press(forms::Command& command, QAbstractButton& key, char letter) {
   QObject::connect(&key, &QAbstractButton::clicked, &key,
                    [this, &command] { ByHand(command, [&command] { command.Press(By::Hand); }); });
-  Bind(command, key, [&command, &key] {
-    SetCaption(key, command.Caption);
+  Bind(command, key, [&command, &key, letter] {
+    SetCaption(key, command.Caption, letter);
     NameAs(key, command);
   });
 }

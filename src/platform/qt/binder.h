@@ -36,7 +36,8 @@ class Binder {
   /// A label. `before` stands in front of its text.
   void Show(forms::Text& text, QLabel& label, const QString& before = {});
   void Edit(forms::Text& text, QLineEdit& box);
-  void Press(forms::Command& command, QAbstractButton& key);
+  /// A key. Alt and `letter` press it, where one is named; in the caption it is underlined.
+  void Press(forms::Command& command, QAbstractButton& key, char letter = 0);
   void Choose(forms::Command& command, QAction& entry);
   void Tick(forms::Choice& choice, QAbstractButton& box);
   void Slide(forms::Range& range, DeckSlider& slider);

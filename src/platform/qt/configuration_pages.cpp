@@ -13,13 +13,14 @@
 #include "platform/qt/equalizer_page.h"
 #include "platform/qt/focus_keeper.h"
 #include "platform/qt/mixer_strips.h"
+#include "platform/qt/paths_cards.h"
 #include "platform/qt/settings_cards.h"
 #include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
 namespace {
 
-enum Tab { kSettingsTab, kEqualizerTab, kMixerTab };
+enum Tab { kSettingsTab, kEqualizerTab, kMixerTab, kPathsTab };
 
 }  // namespace
 
@@ -58,7 +59,7 @@ QWidget* ConfigurationPages::ScrolledPages(forms::ConfigurationForm& form, Binde
   rows->setContentsMargins(0, 0, 0, 0);
   for (QWidget* const page : std::initializer_list<QWidget*>{
            new SettingsCards(form, binder, pages), new EqualizerPage(form, binder, pages),
-           new MixerStrips(form, binder, pages)}) {
+           new MixerStrips(form, binder, pages), new PathsCards(form, binder, pages)}) {
     rows->addWidget(page, 1);
   }
   area->setWidget(pages);
@@ -67,7 +68,7 @@ QWidget* ConfigurationPages::ScrolledPages(forms::ConfigurationForm& form, Binde
 
 /// Whether the page of a tab has been laid out. The tabs of the others are disabled.
 bool ConfigurationPages::HasPage(int tab) {
-  return tab == kSettingsTab || tab == kEqualizerTab || tab == kMixerTab;
+  return tab == kSettingsTab || tab == kEqualizerTab || tab == kMixerTab || tab == kPathsTab;
 }
 
 void ConfigurationPages::AddTabs(forms::ConfigurationForm& form, Binder& binder,

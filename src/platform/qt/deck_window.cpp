@@ -117,6 +117,11 @@ void DeckWindow::AddSpeakers(Binder& binder) {
       {&form_.frmMain, &form_.slPosition, &form_.StatusBar1, &form_.cmdPlay, &form_.cmdSkip,
        &form_.cmdComplete, &form_.lblFilePositionHMS, &form_.lblFileLengthHMS},
       binder, this);
+  new StateSpeaker(
+      [this] {
+        return form_.lblFtpParsing.Visible ? form_.lblFtpParsing.Value.Get() : std::string();
+      },
+      {&form_.lblFtpParsing}, binder, this);
   new StateSpeaker([this] { return form_.lblNotice.Value.Get(); }, {&form_.lblNotice}, binder,
                    this);
 }

@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kMargin = 16;
 constexpr int kBetweenCards = 12;
+constexpr int kRateSides = 16;    ///< Room for the frame of the box of the conversion's rate.
 constexpr int kBetweenParts = 2;  ///< Pixels added between two groups of controls on one card.
 
 }  // namespace
@@ -36,6 +37,7 @@ SettingsCards::SettingsCards(forms::ConfigurationForm& form, Binder& binder, QWi
   AddWindow(AddCard(*left));
   AddShowing(AddCard(*left));
   AddSpeaking(AddCard(*right));
+  AddFiles(AddCard(*right));
   right->addWidget(new PedalFrame(form, binder, this));
   // The last card of each column is stretched, so that both columns are equally high.
   for (QVBoxLayout* const column : {left, right}) column->setStretch(column->count() - 1, 1);
@@ -76,6 +78,24 @@ void SettingsCards::AddSpeaking(QVBoxLayout& lines) {
   auto* const volume = new DeckSlider(DeckSlider::Look::Level, this);
   lines.addWidget(volume);
   binder_.Slide(form_.sldPromptVol, *volume);
+}
+
+void SettingsCards::AddFiles(QVBoxLayout& lines) {
+  AddBoxes(lines, {&form_.chkAutoImportMode});
+  auto* const row = new QHBoxLayout;
+  auto* const label = new QLabel(this);
+  row->addWidget(label);
+  binder_.Show(form_.lblWavConvMode, *label);
+  row->addStretch(1);
+  auto* const rate = new QLineEdit(this);
+  rate->setFixedWidth(rate->fontMetrics().horizontalAdvance("0000") + kRateSides);
+  label->setBuddy(rate);
+  row->addWidget(rate);
+  binder_.Edit(form_.txtWavConvMode, *rate);
+  auto* const next = new RoomyKey(this);
+  row->addWidget(next);
+  binder_.Press(form_.cmdWavConvMode, *next);
+  lines.addLayout(row);
 }
 
 void SettingsCards::AddShowing(QVBoxLayout& lines) {

@@ -12,7 +12,8 @@ namespace tavlo::platform::qt {
 class Binder;
 
 /// The settings page, as far as its settings have an effect yet, on cards in two columns: playing,
-/// the window and what it shows on the left, prompts and the foot pedal on the right.
+/// the window and what it shows on the left, prompts, files that come in and the foot pedal on the
+/// right.
 class SettingsCards : public QWidget {
  public:
   SettingsCards(forms::ConfigurationForm& form, Binder& binder, QWidget* parent);
@@ -22,6 +23,7 @@ class SettingsCards : public QWidget {
   void AddPlaying(QVBoxLayout& lines);
   void AddWindow(QVBoxLayout& lines);
   void AddSpeaking(QVBoxLayout& lines);
+  void AddFiles(QVBoxLayout& lines);
   void AddShowing(QVBoxLayout& lines);
   /// A frame whose caption carries the value of its slider.
   void AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Range& range,

@@ -6,10 +6,12 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
+#include <QTimer>
 #include <QToolTip>
 #include <algorithm>
 #include <numeric>
@@ -20,6 +22,7 @@
 #include "platform/qt/binder.h"
 #include "platform/qt/colours.h"
 #include "platform/qt/column_widths.h"
+#include "platform/qt/dropped_paths.h"
 #include "platform/qt/list_heading.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
@@ -29,7 +32,8 @@ namespace {
 
 constexpr int kRowPadding = 10;
 constexpr int kCellPadding = 7;
-constexpr int kMarkWidth = 3;  ///< Of the bar at the head of the chosen row.
+constexpr QColor kDropVeil{0x2E, 0xC4, 0xB6, 0x28};  ///< Over a list that takes what hovers there.
+constexpr int kMarkWidth = 3;                        ///< Of the bar at the head of the chosen row.
 /// A text that is no wider than this one, which is wider than a date, is never cut off. So many
 /// rows are measured for it.
 constexpr const char* kShortText = "00/00/00000";
@@ -158,6 +162,8 @@ TableList::TableList(forms::Table& table, Binder& binder, QWidget* parent)
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   FitRowsToFont();
   ChooseColours();
+  setAcceptDrops(true);
+  viewport()->setAcceptDrops(true);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
           [this](int column) { SortByHand(column); });
   connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
@@ -259,9 +265,10 @@ bool TableList::viewportEvent(QEvent* event) {
 void TableList::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
   PaintWhenEmpty();
-  if (!hasFocus()) return;
+  if (!hasFocus() && !filesHover_) return;
   QPainter painter(viewport());
   painter.setPen(QPen(theme::kTeal.darker(130), 2));
+  if (filesHover_) painter.setBrush(kDropVeil);
   painter.drawRect(viewport()->rect().adjusted(1, 1, -1, -1));
 }
 
@@ -368,6 +375,41 @@ void TableList::contextMenuEvent(QContextMenuEvent* event) {
   }
   const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
   menu->popup(byKey ? viewport()->mapToGlobal(QPoint(0, 0)) : event->globalPos());
+}
+
+bool TableList::TakesFiles(const QDropEvent& event) const {
+  return table_.OnDropFiles && isEnabled() && event.mimeData()->hasUrls() &&
+         (event.possibleActions() & Qt::CopyAction) && !DroppedPaths(*event.mimeData()).empty();
+}
+
+void TableList::ShowDropPlace(bool shows) {
+  if (filesHover_ == shows) return;
+  filesHover_ = shows;
+  viewport()->update();
+}
+
+void TableList::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
+
+void TableList::dragMoveEvent(QDragMoveEvent* event) {
+  const bool takes = TakesFiles(*event);
+  ShowDropPlace(takes);
+  if (!takes) return event->ignore();
+  // A file is never moved: its sender would delete what could not be taken.
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+}
+
+void TableList::dragLeaveEvent(QDragLeaveEvent*) { ShowDropPlace(false); }
+
+void TableList::dropEvent(QDropEvent* event) {
+  ShowDropPlace(false);
+  if (!TakesFiles(*event)) return event->ignore();
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  // Who let the files go waits for the end of this event, and a long copy is not in it.
+  QTimer::singleShot(0, this, [this, paths = DroppedPaths(*event->mimeData())] {
+    binder_.ByHand(table_, [this, paths] { table_.DropFiles(paths); });
+  });
 }
 
 void TableList::resizeEvent(QResizeEvent* event) {

@@ -72,6 +72,11 @@ class TableList : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
   /// Offers to sort by each column, for who does not reach the headings with a mouse.
   void contextMenuEvent(QContextMenuEvent* event) override;
+  /// Files of the desktop may be let go over a list that takes them, wherever on it.
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dragLeaveEvent(QDragLeaveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -86,6 +91,8 @@ class TableList : public QTableView {
   int LeastWidth(int column);
   void ChooseColours();
   void PaintWhenEmpty();
+  bool TakesFiles(const QDropEvent& event) const;
+  void ShowDropPlace(bool shows);
   void SortByHand(int column);
   void ChooseByKey(int row);
   /// Does what a hand meant for a row. Where that must wait, and the list has other rows by then,
@@ -101,6 +108,7 @@ class TableList : public QTableView {
   bool widthsByHand_ = false;
   bool sharing_ = false;
   int shownIndex_ = -1;
+  bool filesHover_ = false;
 };
 
 }  // namespace tavlo::platform::qt

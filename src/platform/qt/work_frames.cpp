@@ -7,6 +7,8 @@
 #include <QVBoxLayout>
 
 #include "platform/qt/binder.h"
+#include "platform/qt/busy_sign.h"
+#include "platform/qt/import_panel.h"
 #include "platform/qt/roomy_key.h"
 #include "platform/qt/table_list.h"
 #include "platform/qt/theme.h"
@@ -28,6 +30,7 @@ WorkFrames::WorkFrames(forms::MainForm& form, Binder& binder, QWidget* parent)
   AddImport();
   AddFtp();
   binder.Frame(form.frameFiles, *this);
+  new BusySign(form, binder, this);
 }
 
 WorkFrames::Frame WorkFrames::AddFrame(forms::Pane& pane) {
@@ -87,16 +90,15 @@ void WorkFrames::AddCompleted() {
 
 void WorkFrames::AddImport() {
   const Frame frame = AddFrame(form_.frameImport);
-  AddRefresh(*frame.heading, form_.cmdRefreshImportList);
-  frame.rows->addWidget(new TableList(form_.listViewImport, binder_, frame.widget), 1);
-  auto* const keys = new WrappingRow;
-  AddKeys(*keys, {&form_.cmdSendImportFileToQueue, &form_.cmdSendAllImportFilesToQueue,
-                  &form_.cmdDeleteOneImportFile, &form_.cmdDeleteAllImportFile});
-  keys->BeginRightPart();
+  auto* const directory = new QLabel(frame.widget);
+  frame.heading->addWidget(directory);
+  binder_.Show(form_.txtWavImportSubdirectory, *directory, "Directory ");
+  frame.heading->BeginRightPart();
   auto* const link = new QCheckBox(frame.widget);
-  keys->addWidget(link);
+  frame.heading->addWidget(link);
   binder_.Tick(form_.chkImportSynchronize, *link);
-  frame.rows->addLayout(keys);
+  AddRefresh(*frame.heading, form_.cmdRefreshImportList);
+  frame.rows->addWidget(new ImportPanel(form_, binder_, frame.widget), 1);
 }
 
 void WorkFrames::AddFtp() {
