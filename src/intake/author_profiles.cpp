@@ -67,9 +67,9 @@ void AuthorProfiles::WirePriority() {
 void AuthorProfiles::ShowDocument() {
   const bool priority = store::IsYes(form_.txtImportPriority.Value.Get());
   form_.lblImportDocument.Value =
-      (priority ? "Pri  " : "") + form_.txtImportAuthorLastName.Value.Get() + "  " +
-      form_.txtImportAuthorID.Value.Get() + "  Dept " + form_.txtImportDepartment.Value.Get() +
-      "  Work " + form_.txtImportWorktype.Value.Get() + "  " + form_.txtImportSubject.Value.Get();
+      (priority ? "Pri " : "") + form_.txtImportAuthorLastName.Value.Get() + " " +
+      form_.txtImportAuthorID.Value.Get() + " Dept " + form_.txtImportDepartment.Value.Get() +
+      " Work " + form_.txtImportWorktype.Value.Get() + " " + form_.txtImportSubject.Value.Get();
 }
 
 void AuthorProfiles::WireChoice() {

@@ -18,7 +18,7 @@ using store::DiskResult;
 using store::WalkEnd;
 
 constexpr forms::Twips kNameWidth = 5000;
-constexpr forms::Twips kListWidth = 13'320;
+constexpr forms::Twips kListWidth = 7500;
 
 constexpr std::string_view kNothingToImport =
     "Nothing to import\nFiles that are put into this directory show here.";
@@ -71,7 +71,9 @@ ImportList::ImportList(base::Loop& loop, window::MainWindow& window,
 
 void ImportList::MakeColumns() {
   form_.listViewImport.SetColumns(
-      {{"", 0}, {"File Name", kNameWidth}, {"Length", kListWidth - kNameWidth}});
+      {{"", 0},
+       {"File Name", kNameWidth},
+       {.title = "Length", .width = kListWidth - kNameWidth, .figures = true}});
   form_.listViewImport.WhenEmpty = std::string(kNothingToImport);
 }
 

@@ -13,11 +13,12 @@
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kBetweenCells = 4;
+constexpr int kBetweenCells = 3;
 constexpr int kCellRounding = 4;
-constexpr int kCellSide = 4;      ///< Room beside the letters of a cell, at each side.
-constexpr int kCellPitch = 3;     ///< Room above and below them.
-constexpr double kSmaller = 0.9;  ///< The letters of a count beside those of its directory.
+constexpr int kCellSide = 3;       ///< Room beside the letters of a cell, at each side.
+constexpr int kCellPitch = 3;      ///< Room above and below them.
+constexpr double kSmaller = 0.85;  ///< The letters of a count beside those of its directory.
+constexpr int kLeastInOneLine = 5;
 constexpr int kThousand = 1000;
 
 /// A number that has room in a cell: thousands are rounded down.
@@ -31,7 +32,7 @@ QString Short(const QString& count) {
 DirectoryStrip::DirectoryStrip(QWidget* parent)
     : DeckSlider(Look::Level, parent), hovered_(minimum() - 1) {
   setMouseTracking(true);
-  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
 }
@@ -55,13 +56,17 @@ int DirectoryStrip::LeastCellWidth() const {
   return std::max(number, count) + 2 * kCellSide;
 }
 
-int DirectoryStrip::CellHeight() const {
-  return fontMetrics().height() + QFontMetrics(CountLetters()).height() + 2 * kCellPitch;
+int DirectoryStrip::CellHeight(int width) const {
+  const int number = fontMetrics().height() + 2 * kCellPitch;
+  return Lines(width) > 1 ? number : number + QFontMetrics(CountLetters()).height();
 }
 
 /// The lines are equally long, as far as that can be.
 int DirectoryStrip::InOneLine(int width) const {
-  const int most = std::max(1, (width + kBetweenCells) / (LeastCellWidth() + kBetweenCells));
+  int most = (width + kBetweenCells) / (LeastCellWidth() + kBetweenCells);
+  if (most >= Cells()) return Cells();
+  // In several lines a count stands beside its number, where it takes less height.
+  most = std::max(1, (width + kBetweenCells) / (2 * LeastCellWidth() + kBetweenCells));
   const int lines = (Cells() + most - 1) / most;
   return (Cells() + lines - 1) / lines;
 }
@@ -73,14 +78,17 @@ int DirectoryStrip::Lines(int width) const {
 
 int DirectoryStrip::heightForWidth(int width) const {
   const int lines = Lines(width);
-  return lines * CellHeight() + (lines - 1) * kBetweenCells;
+  return lines * CellHeight(width) + (lines - 1) * kBetweenCells;
 }
 
 QSize DirectoryStrip::sizeHint() const {
-  return {Cells() * (LeastCellWidth() + kBetweenCells), CellHeight()};
+  const int width = Cells() * (LeastCellWidth() + kBetweenCells);
+  return {width, heightForWidth(width)};
 }
 
-QSize DirectoryStrip::minimumSizeHint() const { return {LeastCellWidth() * 8, CellHeight()}; }
+QSize DirectoryStrip::minimumSizeHint() const {
+  return {kLeastInOneLine * (2 * LeastCellWidth() + kBetweenCells), fontMetrics().height()};
+}
 
 QRect DirectoryStrip::CellOf(int value) const {
   const int inOneLine = InOneLine(width());
@@ -88,8 +96,9 @@ QRect DirectoryStrip::CellOf(int value) const {
   const int column = place % inOneLine;
   // Cells share the width to the pixel, so that the strip ends where the list below it ends.
   const auto left = [&](int at) { return at * (width() + kBetweenCells) / inOneLine; };
-  const int top = place / inOneLine * (CellHeight() + kBetweenCells);
-  return {left(column), top, left(column + 1) - kBetweenCells - left(column), CellHeight()};
+  const int height = CellHeight(width());
+  const int top = place / inOneLine * (height + kBetweenCells);
+  return {left(column), top, left(column + 1) - kBetweenCells - left(column), height};
 }
 
 int DirectoryStrip::ValueAt(QPoint place) const {
@@ -167,19 +176,23 @@ void DirectoryStrip::PaintCell(QPainter& painter, int value) const {
                           kCellRounding);
 
   const int place = value - minimum();
-  const QRect upper(cell.left(), cell.top() + kCellPitch, cell.width(), fontMetrics().height());
-  const QRect lower(cell.left(), upper.bottom() + 1, cell.width(),
-                    cell.bottom() - kCellPitch - upper.bottom());
+  QRect number(cell.left(), cell.top() + kCellPitch, cell.width(), fontMetrics().height());
+  QRect files(cell.left(), number.bottom() + 1, cell.width(),
+              cell.bottom() - kCellPitch - number.bottom());
+  if (InOneLine(width()) < Cells()) {
+    number = cell.adjusted(0, 0, -cell.width() / 2, 0);
+    files = cell.adjusted(cell.width() / 2, 0, 0, 0);
+  }
   painter.setFont(font());
   painter.setPen(chosen ? QColor(Qt::white) : ink);
-  painter.drawText(upper, Qt::AlignCenter, QString::number(place));
+  painter.drawText(number, Qt::AlignCenter, QString::number(place));
   const QString count = counts_.value(place);
   const bool waits = !count.isEmpty() && count != "0";
   painter.setFont(CountLetters());
   painter.setPen(chosen  ? QColor(Qt::white)
                  : waits ? Readable(theme::kTeal, face)
                          : Mixed(face, ink, 0.45));
-  painter.drawText(lower, Qt::AlignCenter, waits ? Short(count) : QString(QChar(0x2013)));
+  painter.drawText(files, Qt::AlignCenter, waits ? Short(count) : QString(QChar(0x2013)));
   if (!chosen || !hasFocus()) return;
   painter.setPen(QPen(Qt::white, 2));
   painter.setBrush(Qt::NoBrush);

@@ -11,7 +11,7 @@ namespace tavlo::platform::qt {
 /// The import directories side by side, each with its number and below it how many files wait
 /// there; the one on show is filled. It is a scroll bar in another shape: a click goes to a
 /// directory, a key to the next one. Where they do not fit side by side they stand in several
-/// lines.
+/// lines, and a count beside its number.
 class DirectoryStrip : public DeckSlider {
  public:
   explicit DirectoryStrip(QWidget* parent);
@@ -40,7 +40,7 @@ class DirectoryStrip : public DeckSlider {
   int InOneLine(int width) const;
   int Lines(int width) const;
   int LeastCellWidth() const;
-  int CellHeight() const;
+  int CellHeight(int width) const;
   QFont CountLetters() const;
   /// The value whose cell is there; one below the least for none.
   int ValueAt(QPoint place) const;

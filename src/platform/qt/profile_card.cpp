@@ -19,15 +19,9 @@ namespace {
 constexpr int kProfileLineSpacing = 8;
 constexpr int kToItsBox = 2;  ///< From a label down to its box.
 constexpr int kBetweenBoxes = 10;
-constexpr int kLeastLetters = 9;  ///< Of the longest text that a narrow box still shows whole.
+constexpr int kBoxSides = 16;      ///< Both sides of a box together.
+constexpr int kLeastLetters = 10;  ///< Of a longer text the box shows so many at least.
 constexpr forms::Colour kPriorityInk = 0xFF0000;
-
-/// A label's letters beside those that a hand has put in.
-void SetQuiet(QLabel& label) {
-  QFont letters = label.font();
-  letters.setPointSizeF(letters.pointSizeF() * 0.9);
-  label.setFont(letters);
-}
 
 }  // namespace
 
@@ -39,6 +33,7 @@ ProfileCard::ProfileCard(forms::MainForm& form, Binder& binder, QWidget* parent)
   AddBoxes();
   AddDocument();
   Lines().addStretch(1);
+  for (QLabel* const words : findChildren<QLabel*>()) words->setMouseTracking(true);
 }
 
 void ProfileCard::AddHead() {
@@ -74,14 +69,14 @@ void ProfileCard::AddBoxes() {
 void ProfileCard::AddBox(QGridLayout& grid, int row, int column, int columns, forms::Text& label,
                          forms::Text& box) {
   auto* const words = new QLabel(this);
-  SetQuiet(*words);
   grid.addWidget(words, row, column, 1, columns);
   binder_.Show(label, *words);
   auto* const edit = new QLineEdit(this);
+  // A box is as wide as its longest text, where that is a short one.
   const int letters = std::min<int>(static_cast<int>(box.Longest), kLeastLetters);
-  const QMargins inside = edit->textMargins();
-  edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QString(letters, '0')) +
-                        inside.left() + inside.right() + kBetweenBoxes);
+  const QString widest(letters, QChar('0'));
+  edit->setMinimumWidth(std::max(edit->minimumSizeHint().width(),
+                                 edit->fontMetrics().horizontalAdvance(widest) + kBoxSides));
   words->setBuddy(edit);
   grid.addWidget(edit, row + 1, column, 1, columns);
   binder_.Edit(box, *edit);
@@ -92,7 +87,6 @@ void ProfileCard::AddDocument() {
   Lines().addWidget(priority, 0, Qt::AlignLeft);
   binder_.Tick(form_.chkImportPriority, *priority);
   auto* const goesAs = new QLabel(this);
-  SetQuiet(*goesAs);
   Lines().addWidget(goesAs);
   binder_.Show(form_.lblImportGoesAs, *goesAs);
   auto* const document = new ElidingLabel(this);
@@ -100,7 +94,6 @@ void ProfileCard::AddDocument() {
   bold.setWeight(QFont::DemiBold);
   document->setFont(bold);
   Lines().addWidget(document);
-  Lines().setSpacing(kProfileLineSpacing);
   binder_.Show(form_.lblImportDocument, *document);
   // As in the lists: what is urgent is red.
   binder_.Watch(form_.chkImportPriority, [this, document] {

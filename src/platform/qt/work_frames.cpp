@@ -18,6 +18,7 @@ namespace tavlo::platform::qt {
 namespace {
 
 constexpr int kSide = 16;
+constexpr int kBeforeDirectory = 12;
 constexpr int kComboWidth = 200;
 
 }  // namespace
@@ -91,6 +92,7 @@ void WorkFrames::AddCompleted() {
 void WorkFrames::AddImport() {
   const Frame frame = AddFrame(form_.frameImport);
   auto* const directory = new QLabel(frame.widget);
+  directory->setIndent(kBeforeDirectory);
   frame.heading->addWidget(directory);
   binder_.Show(form_.txtWavImportSubdirectory, *directory, "Directory ");
   frame.heading->BeginRightPart();

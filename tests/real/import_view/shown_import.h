@@ -14,7 +14,8 @@ namespace tavlo::test {
 struct ShownImport : testing::Test {
   ShownImport() {
     forms::MainForm& form = shown.main;
-    form.listViewImport.SetColumns({{"", 0}, {"File Name", 5000}, {"Length", 8320}});
+    form.listViewImport.SetColumns(
+        {{"", 0}, {"File Name", 5000}, {.title = "Length", .width = 2500, .figures = true}});
     form.listViewImport.WhenEmpty =
         "Nothing to import\nFiles that are put into this directory show here.";
     form.frameInQueue.Visible = false;
@@ -43,7 +44,7 @@ struct ShownImport : testing::Test {
     form.txtImportSubject.Value = "discharge";
     form.txtImportSystemID.Value = "3";
     form.chkImportPriority.Value = true;
-    form.lblImportDocument.Value = "Pri  Okafor  8801  Dept 5  Work 3  discharge";
+    form.lblImportDocument.Value = "Pri Okafor 8801 Dept 5 Work 3 discharge";
   }
   void FillList() {
     forms::MainForm& form = shown.main;
