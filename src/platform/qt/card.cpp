@@ -22,15 +22,20 @@ Card::Card(QWidget* page) : QWidget(page), lines_(new QVBoxLayout(this)) {
   lines_->setSpacing(kCardLineSpacing);
 }
 
+QColor Card::Sheet() const {
+  const QColor page = palette().color(QPalette::Window);
+  const bool dark = Luminance(palette().color(QPalette::WindowText)) > Luminance(page);
+  return dark ? Mixed(page, Qt::white, kLight)
+              : Mixed(page, palette().color(QPalette::Base), kSheet);
+}
+
 void Card::paintEvent(QPaintEvent*) {
   const QColor page = palette().color(QPalette::Window);
   const QColor ink = palette().color(QPalette::WindowText);
-  const bool dark = Luminance(ink) > Luminance(page);
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(Mixed(page, ink, kEdge), 1));
-  painter.setBrush(dark ? Mixed(page, Qt::white, kLight)
-                        : Mixed(page, palette().color(QPalette::Base), kSheet));
+  painter.setBrush(Sheet());
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius,
                           kCornerRadius);
 }

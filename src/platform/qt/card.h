@@ -14,6 +14,8 @@ class Card : public QWidget {
 
   /// What stands on the card, line under line.
   QVBoxLayout& Lines() { return *lines_; }
+  /// Its colour, for what must be readable on it.
+  QColor Sheet() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

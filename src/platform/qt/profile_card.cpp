@@ -89,21 +89,26 @@ void ProfileCard::AddDocument() {
   auto* const goesAs = new QLabel(this);
   Lines().addWidget(goesAs);
   binder_.Show(form_.lblImportGoesAs, *goesAs);
-  auto* const document = new ElidingLabel(this);
-  QFont bold = document->font();
+  document_ = new ElidingLabel(this);
+  QFont bold = document_->font();
   bold.setWeight(QFont::DemiBold);
-  document->setFont(bold);
-  Lines().addWidget(document);
-  binder_.Show(form_.lblImportDocument, *document);
-  // As in the lists: what is urgent is red.
-  binder_.Watch(form_.chkImportPriority, [this, document] {
-    QPalette own;
-    if (form_.chkImportPriority.Value) {
-      own.setColor(QPalette::WindowText,
-                   Readable(QColor::fromRgb(kPriorityInk), palette().color(QPalette::Window)));
-    }
-    document->setPalette(own);
-  });
+  document_->setFont(bold);
+  Lines().addWidget(document_);
+  binder_.Show(form_.lblImportDocument, *document_);
+  binder_.Watch(form_.chkImportPriority, [this] { InkDocument(); });
+}
+
+void ProfileCard::InkDocument() {
+  QPalette own;
+  if (form_.chkImportPriority.Value) {
+    own.setColor(QPalette::WindowText, Readable(QColor::fromRgb(kPriorityInk), Sheet()));
+  }
+  document_->setPalette(own);
+}
+
+void ProfileCard::changeEvent(QEvent* event) {
+  Card::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && document_ != nullptr) InkDocument();
 }
 
 /// Over a box the pointer is not over the card.

@@ -4,6 +4,7 @@
 #include "platform/qt/card.h"
 
 class QGridLayout;
+class QLabel;
 
 namespace tavlo::platform::qt {
 
@@ -15,6 +16,7 @@ class ProfileCard : public Card {
   ProfileCard(forms::MainForm& form, Binder& binder, QWidget* parent);
 
  protected:
+  void changeEvent(QEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -24,11 +26,14 @@ class ProfileCard : public Card {
   void AddBox(QGridLayout& grid, int row, int column, int columns, forms::Text& label,
               forms::Text& box);
   void AddDocument();
+  /// As in the lists, what is urgent is red.
+  void InkDocument();
   void TellPointer();
   void TellNameClicked();
 
   forms::MainForm& form_;
   Binder& binder_;
+  QLabel* document_ = nullptr;
   /// A movement of the pointer waits to be told; the next ones would tell nothing new.
   bool pointerWaits_ = false;
 };

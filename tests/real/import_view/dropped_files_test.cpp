@@ -41,8 +41,8 @@ struct DroppedOver : ShownImport {
     QDragEnterEvent enter(place, offered, &files, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(view->viewport(), &enter);
     shown.typist.Rest();
-    shown.typist.Picture(std::string("drop_over_") + list);
     if (!enter.isAccepted()) return false;
+    shown.typist.Picture(std::string("drop_over_") + list);
     QDropEvent drop(place, offered, &files, Qt::LeftButton, Qt::NoModifier);
     drop.setDropAction(Qt::MoveAction);
     QApplication::sendEvent(view->viewport(), &drop);

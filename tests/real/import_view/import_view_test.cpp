@@ -5,6 +5,7 @@
 #include <QTableView>
 
 #include "import_view/shown_import.h"
+#include "platform/qt/colours.h"
 #include "support/keys.h"
 
 namespace tavlo::test {
@@ -77,6 +78,9 @@ TEST_F(ImportView, FollowsADarkDesktop) {
   shown.typist.Picture("import_dark");
   const auto* const list = qobject_cast<QTableView*>(shown.typist.Widget("listViewImport"));
   EXPECT_LT(list->palette().color(QPalette::Base).lightness(), 128);
+  const QPalette urgent = shown.typist.Widget("lblImportDocument")->palette();
+  EXPECT_GE(platform::qt::Contrast(urgent.color(QPalette::WindowText), QColor(0x41, 0x41, 0x41)),
+            4.5);
   QApplication::setPalette(desktop);
 }
 

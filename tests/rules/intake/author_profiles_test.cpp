@@ -96,6 +96,17 @@ TEST_F(AuthorProfilesTest, PriorityIsATextBehindItsBox) {
   EXPECT_FALSE(form.chkImportPriority.Value);
 }
 
+TEST_F(AuthorProfilesTest, TheDocumentThatItMakesOfAFileIsInWordsBesideIt) {
+  form.txtImportAuthorLastName.Change("Okafor");
+  form.txtImportAuthorID.Change("8801");
+  form.txtImportDepartment.Change("5");
+  form.txtImportWorktype.Change("3");
+  form.txtImportSubject.Change("discharge");
+  EXPECT_EQ(form.lblImportDocument.Value.Get(), "Okafor 8801 Dept 5 Work 3 discharge");
+  form.chkImportPriority.Click();
+  EXPECT_EQ(form.lblImportDocument.Value.Get(), "Pri Okafor 8801 Dept 5 Work 3 discharge");
+}
+
 TEST_F(AuthorProfilesTest, WhatIsTypedIsStoredWhenAnotherProfileShows) {
   form.txtImportSubject.Change("cardio");
   form.chkImportPriority.Click();
