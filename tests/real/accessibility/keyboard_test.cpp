@@ -43,7 +43,7 @@ TEST_F(WithoutAMouse, TheMiniPlayerIsReachedByTabAndWorkedByItsKeys) {
 TEST_F(WithoutAMouse, TabReachesEveryControlOfEveryPageOfTheConfiguration) {
   OpenConfiguration();
   ExpectTabReachesEverything();
-  for (const std::uint32_t page : {'e', 'm'}) {
+  for (const std::uint32_t page : {'e', 'm', 'p'}) {
     const int before =
         program->Ask([] { return Configuration().tabConfiguration.ListIndex.Get(); });
     Keys({keys::kAlt, page});
@@ -52,6 +52,20 @@ TEST_F(WithoutAMouse, TabReachesEveryControlOfEveryPageOfTheConfiguration) {
     ExpectTabReachesEverything();
   }
   CloseConfiguration();
+}
+
+TEST_F(WithoutAMouse, TabReachesEveryControlOfTheImportView) {
+  Keys({keys::kAlt, 'v'});
+  Keys({'i'});
+  ASSERT_TRUE(program->Until([] { return Main().frameImport.Visible && Main().mnuView.Enabled; }));
+  ExpectTabReachesEverything();
+  ASSERT_TRUE(TabTo("scrollImportWavSubDirectories"));
+  Keys({keys::kRight});
+  EXPECT_TRUE(program->Until([] { return Main().txtWavImportSubdirectory.Value.Get() == "1"; }));
+  EXPECT_TRUE(HasFocus("scrollImportWavSubDirectories"));
+  Keys({keys::kAlt, 'v'});
+  Keys({'q'});
+  EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
 }
 
 TEST_F(WithoutAMouse, ThePedalIsChosenByKeys) {

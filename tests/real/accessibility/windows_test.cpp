@@ -36,7 +36,8 @@ class Windows : public ListeningDesk {
     EXPECT_LT(std::stod(node.minimum), std::stod(node.maximum)) << who;
     EXPECT_GE(std::stod(node.value), std::stod(node.minimum)) << who;
     EXPECT_LE(std::stod(node.value), std::stod(node.maximum)) << who;
-    static const std::set<std::string> kUnits{"percent", "seconds", "dB", "percent to the right"};
+    static const std::set<std::string> kUnits{"percent", "seconds", "dB", "percent to the right",
+                                              "directory"};
     EXPECT_TRUE(kUnits.contains(node.description)) << who << " in " << node.description;
   }
   /// The table has exactly these columns, and whichever way leads to a cell, it is the same cell
@@ -115,7 +116,24 @@ TEST_F(Windows, EveryControlOfEveryPageOfTheConfigurationHasANameARoleAndAValue)
   EXPECT_EQ(reader->Find("label", "Audio device").role, "label");
   EXPECT_EQ(reader->Find("check box", "Mute Output").role, "check box");
   ExpectEveryControlIsNamed("mixer", 8);
+
+  Keys({keys::kAlt, 'p'});
+  EXPECT_TRUE(Meets("push button", "Default path for .eW2 files"));
+  ExpectEveryControlIsNamed("paths", 9);
   CloseConfiguration();
+}
+
+TEST_F(Windows, EveryControlOfTheImportViewHasANameARoleAndAValue) {
+  Keys({keys::kAlt, 'v'});
+  Keys({'i'});
+  ASSERT_TRUE(Meets("table", "Import"));
+  ASSERT_TRUE(program->Until([] { return Main().mnuView.Enabled.Get(); }));
+  ExpectEveryControlIsNamed("import", 14);
+  EXPECT_EQ(Slider("Select an import directory").value, "0");
+  EXPECT_EQ(reader->Find("check box", "Link").role, "check box");
+  Keys({keys::kAlt, 'v'});
+  Keys({'q'});
+  EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
 }
 
 TEST_F(Windows, TheAboutBoxIsADialogThatIsReadAndLeftByEscape) {

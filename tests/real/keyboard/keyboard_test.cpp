@@ -124,8 +124,8 @@ TEST_F(Keyboard, IsGivenAwayByEveryBoxAndKeyOfTheConfiguration) {
     ASSERT_TRUE(NoControlHasIt());
     ExpectGivenAwayBy({"chkAccelerateWindIncrement", "chkMinimizeMiniPlayer", "chkAlwaysOnTop",
                        "chkAutoQueueJob", "cmdCenterMiniPlayer", "chkAudioPrompts",
-                       "chkShowCustomDisplay", "sliderABS", "sliderAutoPreview",
-                       "sliderWindIncrement", "sldPromptVol"});
+                       "chkShowCustomDisplay", "chkAutoImportMode", "cmdWavConvMode", "sliderABS",
+                       "sliderAutoPreview", "sliderWindIncrement", "sldPromptVol"});
     program->Keys({keys::kAlt, 'c'});
     ASSERT_TRUE(program->Until([&] { return program->Main().frmMain.Visible.Get(); }));
     EXPECT_TRUE(NoControlHasIt()) << Holder();

@@ -45,6 +45,17 @@ void FillQueue(const Home& home) {
   }
 }
 
+/// Files that wait in two of the import directories.
+void FillImport(const Home& home) {
+  const std::string folder = home.Root() + "/Files/ImportQueue/";
+  std::filesystem::create_directories(folder + "7");
+  const std::string tone = Tone(90);
+  for (const char* name : {"clinic letter 14.wav", "DM650012.wav", "hearing part 1.wav",
+                           "7/a name of an import file that is much too long for its list.wav"}) {
+    WriteFile(folder + name, tone);
+  }
+}
+
 /// Names as the world makes them: as long as a file system takes them, from right to left, and of
 /// bytes that are no text.
 void FillQueueWithTrouble(const Home& home) {
@@ -304,6 +315,7 @@ TEST_P(PicturesAt, EveryStateIsLegibleAndWhole) {
   ASSERT_TRUE(server.Start());
   desk.home.MakeRoot(kAsShipped);
   FillQueue(desk.home);
+  FillImport(desk.home);
   if (std::string_view(factor) == "1") {
     fs::copy(TAVLO_FASCIA, desk.home.Root() + "/Fascia", fs::copy_options::overwrite_existing);
   }
