@@ -1,6 +1,7 @@
 #include "platform/qt/import_panel.h"
 
 #include <QEvent>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QScrollArea>
@@ -83,7 +84,10 @@ QWidget* ImportPanel::ListWithItsWait() {
   auto* const rows = new QVBoxLayout(place);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->addWidget(new TableList(form_.listViewImport, binder_, place), 1);
-  auto* const wait = new QWidget(place);
+  auto* const wait = new QFrame(place);
+  wait->setFrameStyle(QFrame::StyledPanel);
+  wait->setBackgroundRole(QPalette::Base);
+  wait->setAutoFillBackground(true);
   auto* const words = new QVBoxLayout(wait);
   words->addStretch(2);
   for (forms::Text* const text :

@@ -4,7 +4,6 @@
 
 #include "forms/main_form.h"
 
-class QHBoxLayout;
 
 namespace tavlo::platform::qt {
 
