@@ -4,7 +4,6 @@
 
 #include "forms/main_form.h"
 
-
 namespace tavlo::platform::qt {
 
 class Binder;

@@ -377,9 +377,11 @@ void TableList::contextMenuEvent(QContextMenuEvent* event) {
   menu->popup(byKey ? viewport()->mapToGlobal(QPoint(0, 0)) : event->globalPos());
 }
 
+/// Which files they are is asked once they are let go: each question may make the deck wait for who
+/// holds them.
 bool TableList::TakesFiles(const QDropEvent& event) const {
   return table_.OnDropFiles && isEnabled() && event.mimeData()->hasUrls() &&
-         (event.possibleActions() & Qt::CopyAction) && !DroppedPaths(*event.mimeData()).empty();
+         (event.possibleActions() & Qt::CopyAction);
 }
 
 void TableList::ShowDropPlace(bool shows) {
@@ -403,11 +405,12 @@ void TableList::dragLeaveEvent(QDragLeaveEvent*) { ShowDropPlace(false); }
 
 void TableList::dropEvent(QDropEvent* event) {
   ShowDropPlace(false);
-  if (!TakesFiles(*event)) return event->ignore();
+  std::vector<std::string> dropped = DroppedPaths(*event->mimeData());
+  if (!TakesFiles(*event) || dropped.empty()) return event->ignore();
   event->setDropAction(Qt::CopyAction);
   event->accept();
   // Who let the files go waits for the end of this event, and a long copy is not in it.
-  QTimer::singleShot(0, this, [this, paths = DroppedPaths(*event->mimeData())] {
+  QTimer::singleShot(0, this, [this, paths = std::move(dropped)] {
     binder_.ByHand(table_, [this, paths] { table_.DropFiles(paths); });
   });
 }

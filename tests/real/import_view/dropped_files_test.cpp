@@ -33,10 +33,13 @@ TEST(DroppedPaths, KeepTheBytesOfANameThatIsNoText) {
 
 /// Files of a file manager over the lists of the deck.
 struct DroppedOver : ShownImport {
-  bool Drop(const char* list, Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction) {
+  static constexpr const char* kFiles = "file:///media/memo.wav\r\nfile:///media/note.mp3\r\n";
+
+  bool Drop(const char* list, Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction,
+            const char* uris = kFiles) {
     const auto* const view = qobject_cast<QTableView*>(shown.typist.Widget(list));
     QMimeData files;
-    files.setUrls({QUrl("file:///media/memo.wav"), QUrl("file:///media/note.mp3")});
+    files.setData("text/uri-list", uris);
     const QPoint place = view->viewport()->rect().center();
     QDragEnterEvent enter(place, offered, &files, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(view->viewport(), &enter);
@@ -83,6 +86,13 @@ TEST_F(DroppedOver, AListThatStandsStillTheyAreRefused) {
   shown.main.listViewImport.Enabled = false;
   shown.ShowMain();
   EXPECT_FALSE(Drop("listViewImport"));
+}
+
+TEST_F(DroppedOver, AListWhatIsNoFileOfThisComputerIsRefused) {
+  shown.main.listViewImport.OnDropFiles = [this](const Paths& paths) { got = paths; };
+  shown.ShowMain();
+  EXPECT_FALSE(Drop("listViewImport", Qt::CopyAction, "https://example.org/memo.wav"));
+  EXPECT_EQ(got, Paths{});
 }
 
 TEST_F(DroppedOver, AListTheyAreRefusedWhereTheyMayNotBeCopied) {
