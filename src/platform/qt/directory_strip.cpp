@@ -192,7 +192,7 @@ void DirectoryStrip::PaintCell(QPainter& painter, int value) const {
   painter.setPen(chosen  ? QColor(Qt::white)
                  : waits ? Readable(theme::kTeal, face)
                          : Mixed(face, ink, 0.45));
-  painter.drawText(files, Qt::AlignCenter, waits ? Short(count) : QString(QChar(0x2013)));
+  painter.drawText(files, Qt::AlignCenter, count == "0" ? QString(QChar(0x2013)) : Short(count));
   if (!chosen || !hasFocus()) return;
   painter.setPen(QPen(Qt::white, 2));
   painter.setBrush(Qt::NoBrush);

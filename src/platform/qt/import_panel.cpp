@@ -20,6 +20,7 @@ namespace {
 
 constexpr int kBetweenImportParts = 8;
 constexpr int kBesideProfile = 12;
+constexpr int kLeastLines = 6;
 
 /// As wide as what it holds, which scrolls where the window is too low for it.
 class UprightScroll : public QScrollArea {
@@ -53,6 +54,16 @@ class UprightScroll : public QScrollArea {
   }
 };
 
+/// Keeps the height that a heading and a few lines need, whatever the size of the letters.
+class LowestRoom : public QWidget {
+ public:
+  using QWidget::QWidget;
+
+  QSize minimumSizeHint() const override {
+    return {QWidget::minimumSizeHint().width(), kLeastLines * fontMetrics().height()};
+  }
+};
+
 }  // namespace
 
 ImportPanel::ImportPanel(forms::MainForm& form, Binder& binder, QWidget* parent)
@@ -60,18 +71,36 @@ ImportPanel::ImportPanel(forms::MainForm& form, Binder& binder, QWidget* parent)
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(kBetweenImportParts);
-  AddDirectories();
+  rows->addWidget(ScrolledParts(), 1);
+  rows->addLayout(Keys());
+}
+
+/// With huge letters directories, list and profile may need more height than the window has. The
+/// keys always show.
+QWidget* ImportPanel::ScrolledParts() {
+  auto* const area = new QScrollArea(this);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setMinimumHeight(0);
+  auto* const parts = new QWidget(area);
+  auto* const rows = new QVBoxLayout(parts);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(kBetweenImportParts);
+  AddDirectories(*rows);
   auto* const middle = new QHBoxLayout;
   middle->setSpacing(kBesideProfile);
   middle->addWidget(ListWithItsWait(), 1);
   middle->addWidget(ScrolledProfile());
   rows->addLayout(middle, 1);
-  rows->addLayout(Keys());
+  area->setWidget(parts);
+  return area;
 }
 
-void ImportPanel::AddDirectories() {
+void ImportPanel::AddDirectories(QVBoxLayout& rows) {
   auto* const strip = new DirectoryStrip(this);
-  layout()->addWidget(strip);
+  rows.addWidget(strip);
   binder_.Slide(form_.scrollImportWavSubDirectories, *strip);
   binder_.Watch(form_.frameImportDirectories, [strip, &counts = form_.frameImportDirectories] {
     strip->SetCounts(counts.Panels);
@@ -80,7 +109,7 @@ void ImportPanel::AddDirectories() {
 
 /// The words that wait for the list stand where it will stand.
 QWidget* ImportPanel::ListWithItsWait() {
-  auto* const place = new QWidget(this);
+  auto* const place = new LowestRoom(this);
   auto* const rows = new QVBoxLayout(place);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->addWidget(new TableList(form_.listViewImport, binder_, place), 1);

@@ -4,6 +4,8 @@
 
 #include "forms/main_form.h"
 
+class QVBoxLayout;
+
 namespace tavlo::platform::qt {
 
 class Binder;
@@ -17,7 +19,8 @@ class ImportPanel : public QWidget {
   ImportPanel(forms::MainForm& form, Binder& binder, QWidget* parent);
 
  private:
-  void AddDirectories();
+  QWidget* ScrolledParts();
+  void AddDirectories(QVBoxLayout& rows);
   QWidget* ListWithItsWait();
   QWidget* ScrolledProfile();
   WrappingRow* Keys();

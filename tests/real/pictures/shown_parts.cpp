@@ -13,6 +13,7 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
@@ -97,9 +98,20 @@ class Walk {
     if (widget.isEnabled()) parts_.marks.push_back({NameOf(widget), InWindow(widget, place)});
   }
 
+  /// What an area shows in part or not at all, a hand can scroll to.
+  static bool ScrolledAway(const QWidget& widget) {
+    for (const QWidget* outer = widget.parentWidget(); outer; outer = outer->parentWidget()) {
+      const auto* const area = qobject_cast<const QScrollArea*>(outer);
+      if (!area || !area->viewport()->isAncestorOf(&widget)) continue;
+      const QRect place(widget.mapTo(area->viewport(), QPoint(0, 0)), widget.size());
+      if (!area->viewport()->rect().contains(place)) return true;
+    }
+    return false;
+  }
+
   void Visit(QWidget& widget) {
     if (!widget.isVisible() || widget.size().isEmpty()) return;
-    Describe(widget);
+    if (!ScrolledAway(widget)) Describe(widget);
     for (QObject* const child : widget.children()) {
       auto* const inner = qobject_cast<QWidget*>(child);
       if (inner && !inner->isWindow()) Visit(*inner);
