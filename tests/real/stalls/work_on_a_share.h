@@ -61,6 +61,7 @@ class WorkOnAShare : public testing::Test {
   // For the script.
 
   StallingMount& Mount() { return share->Mount(); }
+  const StallingMount& Mount() const { return share->Mount(); }
   forms::MainForm& Main() { return program->Main(); }
   playback::AudioEngine& Engine() { return program->Rooms().engine; }
   double Position();

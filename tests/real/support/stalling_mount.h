@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 
 namespace tavlo::test {
@@ -33,6 +34,10 @@ class StallingMount {
   /// Each call on the mount fails from here on.
   void Kill();
 
+  /// What stands there now, and has not been touched since, looks an hour older from here on. The
+  /// clock of the mount is as before for whatever is written later.
+  void LetAnHourPass() const;
+
   /// Counts from here on what this thread, -1 for none, asks of the mount. The kernel keeps nothing
   /// of a mount to answer by itself, so a thread of which nothing is counted can not have waited
   /// for the server.
@@ -49,6 +54,8 @@ class StallingMount {
     std::atomic<bool> holds = false;
     std::atomic<pid_t> watched = -1;
     std::atomic<int> askedByTheWatched = 0;
+    /// Whatever has not changed since this moment looks an hour older; nanoseconds since 1970.
+    std::atomic<std::int64_t> agedUntil = 0;
   };
   static Common* MakeCommon();
 
