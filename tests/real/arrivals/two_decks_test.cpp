@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned kSeed = 20'040'310;
+constexpr unsigned kSeedOfTheShare = 20'040'310;
 
 /// Two programs of two users whose drop folder is the same. The parameter is where it stands: with
 /// their Queues on one file system, or on another one.
@@ -52,7 +52,7 @@ struct TwoDecks : testing::TestWithParam<const char*> {
 };
 
 TEST_P(TwoDecks, TakeEachFileOfOneFolderOnceAndToOneOfThem) {
-  const std::vector<Delivery> deliveries = MakeWaves(Length().files, kSeed);
+  const std::vector<Delivery> deliveries = MakeWaves(Length().files, kSeedOfTheShare);
   RetrievingDeck one(first, {.current = first.Path(), .user = {}});
   RetrievingDeck other(second, {.current = second.Path(), .user = {}});
   ASSERT_TRUE(one.AwaitFirstList());

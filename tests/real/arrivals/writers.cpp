@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <random>
 #include <stdexcept>
 #include <thread>
@@ -93,7 +94,7 @@ Writers::Writers(const std::vector<Delivery>& deliveries, const PathOf& pathOf, 
     try {
       Write(process, pathOf, pace, seed);
     } catch (const std::exception& failure) {
-      std::fprintf(stderr, "a writer failed: %s: %m\n", failure.what());
+      std::perror(failure.what());
       ::_exit(1);
     }
     ::_exit(0);

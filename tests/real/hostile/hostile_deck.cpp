@@ -1,19 +1,14 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <QApplication>
-#include <QMessageBox>
-#include <QPushButton>
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <thread>
 
+#include "hostile/hostile_run.h"
 #include "hostile/mutations.h"
 #include "support/driven_program.h"
 #include "support/screen.h"
@@ -40,36 +35,6 @@ constexpr unsigned kSeed = 20'040'309;
 constexpr int kClicked = 200;
 /// Of those that sounded after a click, so many are put in work.
 constexpr int kWorkedOn = 10;
-
-void Mark(const std::string& what) {
-  const int none = ::open(("/tavlo-mark/" + what).c_str(), O_RDONLY | O_CLOEXEC);
-  if (none >= 0) ::close(none);
-}
-
-std::vector<Original> ReadOriginals(const std::string& folder) {
-  std::vector<Original> originals;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    originals.push_back({entry.path().filename(), ReadFile(entry.path())});
-  }
-  std::ranges::sort(originals, {}, &Original::name);
-  return originals;
-}
-
-long PeakKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    long kilobytes = 0;
-    if (word == "VmHWM:" && status >> kilobytes) return kilobytes;
-  }
-  return -1;
-}
-
-/// What this thread has computed so far: a hang is told from a busy machine.
-long ComputedMilliseconds() {
-  timespec time{};
-  ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return time.tv_sec * 1000 + time.tv_nsec / 1'000'000;
-}
 
 /// The script of a run, and what it saw.
 class Run {
@@ -204,32 +169,11 @@ class Run {
     ++Seen["worked"];
   }
 
-  bool CloseBox(DrivenProgram& program) {
-    return program.Ask([] {
-      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box) box->button(QMessageBox::Ok)->click();
-      return box != nullptr;
-    });
-  }
-
   void Settle(DrivenProgram& program) {
     program.Do([&] {
       program.Rooms().engine.StopPlay();
       program.Rooms().engine.CloseFile();
     });
-  }
-
-  /// Runs a call on the program's thread without waiting for it, since it may open a box.
-  std::shared_ptr<std::atomic<bool>> Post(std::function<void()> call) {
-    auto done = std::make_shared<std::atomic<bool>>(false);
-    QMetaObject::invokeMethod(
-        qApp,
-        [call = std::move(call), done] {
-          call();
-          *done = true;
-        },
-        Qt::QueuedConnection);
-    return done;
   }
 
   void Weigh(long milliseconds, const std::string& name) {
