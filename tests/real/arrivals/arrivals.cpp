@@ -25,6 +25,7 @@ void ForEachFile(const std::vector<std::string>& folders,
 
 Arrivals::Arrivals(const std::vector<std::string>& folders) {
   ForEachFile(folders, [this](const fs::path& path) {
+    if (path.filename().string().starts_with(".TavloWave ")) return;
     pathsByBytes_[ReadFile(path)].push_back(path);
     ++count_;
   });

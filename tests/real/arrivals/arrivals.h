@@ -12,7 +12,9 @@ namespace tavlo::test {
 /// What stands in folders, by its bytes: how often, and where.
 class Arrivals {
  public:
-  /// All files of these folders, hidden ones too. A folder that is missing holds nothing.
+  /// All files of these folders, hidden ones too, but for a wave that a library was making when
+  /// its deck gave it up: no list shows it, and a later deck deletes it. A folder that is missing
+  /// holds nothing.
   explicit Arrivals(const std::vector<std::string>& folders);
 
   /// How many files there are.

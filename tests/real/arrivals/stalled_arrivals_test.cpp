@@ -31,7 +31,7 @@ struct StalledArrivals : WorkOnAShare {
     local = Put("Brown", 60);
   }
 
-  /// They come when nothing has been retrieved yet.
+  /// Puts whole files into the drop folder.
   void Deliver(std::vector<Delivery> files) {
     deliveries = std::move(files);
     for (const Delivery& delivery : deliveries) {
@@ -76,7 +76,7 @@ struct StalledArrivals : WorkOnAShare {
     EXPECT_FALSE(Playing());
     EXPECT_EQ(Come(), come);
   }
-  /// Every file has come once, but for `left` of them, which stay in the drop folder.
+  /// Each file, and the local document, stands there once.
   void ExpectEachOnceIn(const std::vector<std::string>& folders) {
     std::vector<Delivery> all = deliveries;
     const std::string document = ReadFile(home.QueuePath() + "/" + local);
@@ -142,6 +142,10 @@ TEST_F(StalledPass, KeepsNobodyFromLeavingAndTheNextStartTakesTheRest) {
 }
 
 struct StalledConversion : StalledArrivals {
+  static constexpr const char* kFault = "Tavlo Deck - Network Fault: The .dS2 file's path ";
+  static constexpr const char* kNotKnown =
+      "Tavlo Deck - Retrieval: It is not known whether the file ";
+
   StalledConversion() : StalledArrivals("dS2Queue") {}
 
   /// A wave that a library makes has no name of its own yet.
@@ -157,10 +161,12 @@ TEST_F(StalledConversion, IsRefusedWithWordsAndTheDeckWorksOnAndTheRestComesOnce
   Run([&] {
     Deliver(MakeRecordings(30, kSeed));
     StopInTheMiddle([&] { return IsConverting(); });
-    EXPECT_EQ(RefreshInVain(), "");
+    const std::string told = RefreshInVain();
+    // The file at hand, or its folder when that was asked for something by the rule itself.
+    EXPECT_TRUE(told.starts_with(kNotKnown) || told.starts_with(kFault)) << told;
     ExpectTheDeckAtWork();
     program->Click("cmdSkip");
-    EXPECT_EQ(program->AnswerBox(), "");
+    EXPECT_TRUE(program->AnswerBox().starts_with(kFault));
     ASSERT_TRUE(Until([&] { return program->IsReady(); })) << program->Box();
     RetrieveTheRest();
   });

@@ -107,7 +107,9 @@ class Intake {
       const bool whole = std::ranges::any_of(PlacesOf(name), [&](const auto& place) {
         return HoldsAt(place.path, place.front, made);
       });
-      ++Seen[whole ? "whole" : fs::exists(WaveOf(name)) ? "converted" : "lost"];
+      const bool converted = !whole && fs::exists(WaveOf(name));
+      ++Seen[whole ? "whole" : converted ? "converted" : "lost"];
+      if (!whole && !converted) std::printf("lost: %s\n", name.c_str());
     }
   }
 
@@ -267,6 +269,8 @@ int RunHostileIntake(const std::string& originals, const std::string& script,
                      const std::string& report, int files) {
   const Home home;
   home.MakeRoot({{"AutoPreview", "5"}});
+  // One of the passes sweeps the folder in which the program stands.
+  fs::current_path(home.Root());
   Intake run(home, Mutations(ReadOriginals(originals), ReadFile(script), kSeed), files);
   DrivenProgram program(home);
   const int status = program.Run([&] { run.Script(program); });
