@@ -162,8 +162,10 @@ class Intake {
   /// It would be refused at each retrieval.
   void PutAsideWhatWasRefused() {
     fs::create_directories(home_.Path() + "/refused");
-    for (const auto& entry : fs::directory_iterator(Files("dS2Queue"))) {
-      fs::rename(entry.path(), Refused(entry.path().filename()));
+    for (const char* folder : {"dS2Queue", "eU2Queue"}) {
+      for (const auto& entry : fs::directory_iterator(Files(folder))) {
+        fs::rename(entry.path(), Refused(entry.path().filename()));
+      }
     }
   }
   std::string Refused(const std::string& name) const { return home_.Path() + "/refused/" + name; }
@@ -233,7 +235,7 @@ class Intake {
     if (name.ends_with(".dS2")) return {{Refused(name)}};
     if (name.ends_with(".eU2")) {
       const std::string wave = home_.QueuePath() + "/" + Renamed(name, ".wav");
-      return {{wave}, {wave, kHeader}};
+      return {{wave}, {wave, kHeader}, {Refused(name)}};
     }
     if (inImport_.empty()) ListImport();
     return {{inImport_[name]}};
