@@ -271,8 +271,6 @@ int RunHostileIntake(const std::string& originals, const std::string& script,
                      const std::string& report, int files) {
   const Home home;
   home.MakeRoot({{"AutoPreview", "5"}});
-  // One of the passes sweeps the folder in which the program stands.
-  fs::current_path(home.Root());
   Intake run(home, Mutations(ReadOriginals(originals), ReadFile(script), kSeed), files);
   DrivenProgram program(home);
   const int status = program.Run([&] { run.Script(program); });
