@@ -74,12 +74,15 @@ constexpr std::array kSettings{
     Setting{"EqualizerChoice", {"Lo", "Cust", "Hi", "Loud"}},
 };
 
-const std::array<std::vector<std::string>, 5> kLayouts{{
+const std::array<std::vector<std::string>, 8> kLayouts{{
     {},
     {"/Files/Completed"},
     {"/Files/InQueue"},
     {"/Files/InQueue", "/Files/Completed"},
     {"/Files/Rescued"},
+    {"/Files/dS2Queue", "/Files/eW2Queue"},
+    {"/Files/ImportQueue", "/Files/Rescued"},
+    {"/Files/FtpQueue", "/Files/eU2Queue", "/Files/InQueue"},
 }};
 
 const Values& ValuesOf(const store::Field& field) {

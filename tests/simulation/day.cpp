@@ -66,7 +66,7 @@ std::string Day::Step() {
 std::string Day::FollowTheEndOfTheSession() {
   if (!desk_.ended) return "The session has ended, and the program goes on.";
   trace_.Note("  the session has ended");
-  desk_.disk.Heal();
+  world_.EndSession();
   Restart();
   return Look();
 }
@@ -126,13 +126,15 @@ std::string Day::Look() {
 std::string Day::Settle() {
   trace_.Note("  everything is mended and settles");
   typist_.StayCalm(true);
+  world_.StayCalm(true);
   const std::string wrong = SettleCalmly();
+  world_.StayCalm(false);
   typist_.StayCalm(false);
   return wrong;
 }
 
 std::string Day::SettleCalmly() {
-  const bool struck = world_.TakeStruck();
+  const Blow struck = world_.TakeStruck();
   world_.MendAll();
   const bool late = world_.TakeLate();
   if (desk_.ended) Restart();

@@ -1,5 +1,7 @@
 #include "simulation/desk.h"
 
+#include "simulation/places.h"
+
 namespace tavlo::simulation {
 namespace {
 
@@ -98,6 +100,8 @@ Desk::Desk(const Conditions& conditions) {
   }
   disk.WithFile(Path("/Files/ImportQueue/short.wav"), Recording{.samples = 4000}.Contents());
   disk.WithFile(Path("/Files/ImportQueue/long.wav"), Recording{.samples = 80'000}.Contents());
+  disk.WithFileSystemAt(kShareOfDecks).WithFolder(std::string(kShareOfDecks) + "3");
+  disk.WithFolder(kDesktop);
   for (const std::string& folder : conditions.fileSystems) disk.WithFileSystemAt(Path(folder));
   PlaceSettings(conditions.settings);
 }

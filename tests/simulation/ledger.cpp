@@ -1,12 +1,29 @@
 #include "simulation/ledger.h"
 
+#include <algorithm>
+#include <array>
+
+#include "simulation/places.h"
 #include "simulation/trace.h"
+#include "support/simulated_conversion.h"
 
 namespace tavlo::simulation {
 namespace {
 
-constexpr std::string_view kHalfCopy = ".TavloDeckMove";
-constexpr std::string_view kRescued = ".Rescued ";
+constexpr std::string_view kRescuedBeside = ".Rescued ";
+constexpr std::string_view kClaim = ".TavloClaim ";
+constexpr std::array<std::string_view, 2> kHalfCopies{".TavloDeckMove", ".TavloWave "};
+/// How all that is written into the folders begins, be it whole or not.
+constexpr std::array<std::string_view, 4> kBeginnings{"dictation ", "text ", "wave of ",
+                                                      "half a wave"};
+
+template <typename Texts>
+bool BeginsWithOneOf(const Texts& texts, std::string_view text) {
+  return std::ranges::any_of(texts,
+                             [text](std::string_view next) { return text.starts_with(next); });
+}
+
+std::string NameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
 }  // namespace
 
@@ -18,18 +35,36 @@ std::string Recording::Contents() const {
 std::optional<Recording> Recording::Of(std::string_view contents) {
   Recording found;
   long long samples = 0;
-  const std::string text(contents);
+  const std::string text = Ledger::DictationIn(contents);
   const int read = std::sscanf(text.c_str(), "dictation %d: %lld samples at %d Hz on %d channels",
                                &found.number, &samples, &found.rate, &found.channels);
   found.samples = samples;
-  if (read != 4 || found.Contents() != contents) return {};
+  if (read != 4 || found.Contents() != text) return {};
   return found;
 }
 
-bool Ledger::IsHalfCopy(std::string_view name) { return name.starts_with(kHalfCopy); }
+bool Ledger::IsHalfCopy(std::string_view name) { return BeginsWithOneOf(kHalfCopies, name); }
+
+bool Ledger::IsClaim(std::string_view name) { return name.starts_with(kClaim); }
+
+std::string Ledger::DictationIn(std::string_view contents) {
+  constexpr std::string_view kWaveOf = test::SimulatedConversion::kWaveOf;
+  while (contents.starts_with(kWaveOf)) contents.remove_prefix(kWaveOf.size());
+  return std::string(contents);
+}
+
+std::vector<std::string> Ledger::FilesOf(const test::SimulatedDisk& disk,
+                                         const std::string& contents) {
+  const std::string dictation = DictationIn(contents);
+  std::vector<std::string> files;
+  disk.ForEachFile([&](const std::string& path, const std::string& held) {
+    if (held.ends_with(dictation) && DictationIn(held) == dictation) files.push_back(path);
+  });
+  return files;
+}
 
 void Ledger::MayBeDeleted(const test::SimulatedDisk& disk, const std::string& path) {
-  const auto known = dictations_.find(disk.Contents(path));
+  const auto known = dictations_.find(DictationIn(disk.Contents(path)));
   if (known != dictations_.end()) known->second.mayBeGone = true;
 }
 
@@ -49,47 +84,87 @@ std::string Ledger::CheckDeletions(const test::SimulatedDisk& disk, bool mayStan
   return wrong;
 }
 
-std::string Ledger::Check(const test::SimulatedDisk& disk, bool faultStruck, bool late) {
-  std::map<std::string, std::vector<std::string>> places;
-  for (const char* folder : {"/Files/InQueue/", "/Files/Completed/", "/Files/Rescued/"}) {
-    for (const std::string& name : disk.NamesIn(root_ + folder)) {
-      if (IsHalfCopy(name)) continue;
-      const std::string contents = disk.Contents(root_ + folder + name);
-      if (Knows(contents)) {
-        places[contents].push_back(folder + name);
-      } else if (!growing_.contains(contents) && !name.starts_with(kRescued)) {
-        return "Half a dictation shows as " + Readable(folder + name) + ": " + contents;
-      }
-    }
-  }
-  for (auto& [contents, dictation] : dictations_) {
-    const std::vector<std::string>& found = places[contents];
-    if (found.empty() && !dictation.mayBeGone) return "Lost: " + contents;
-    if (!dictation.CountsPlaces(found.size(), faultStruck, late)) {
-      return "Two places hold " + contents + ": " + Readable(found[0]) + ", " + Readable(found[1]);
-    }
-  }
-  std::erase_if(dictations_, [&](const auto& entry) { return places[entry.first].empty(); });
+std::string Ledger::Check(const test::SimulatedDisk& disk, Blow blow, bool late) {
+  Places places;
+  std::string wrong;
+  disk.ForEachFile([&](const std::string& path, const std::string& contents) {
+    if (wrong.empty()) wrong = Place(path, contents, places);
+  });
+  if (wrong.empty()) wrong = CheckPlaces(places, blow, late);
+  if (wrong.empty()) wrong = CheckGrowing();
+  if (!wrong.empty()) return wrong;
+  std::erase_if(dictations_, [&](const auto& entry) { return !places.contains(entry.first); });
   // A delete that was left behind may still come.
   if (!disk.Places.AnyOwes()) {
     for (auto& [contents, dictation] : dictations_) dictation.mayBeGone = false;
   }
-  return CheckDeletions(disk, faultStruck || late);
+  return CheckDeletions(disk, blow != Blow::None || late);
 }
 
-bool Ledger::Dictation::CountsPlaces(std::size_t places, bool faultStruck, bool late) {
+std::string Ledger::Place(const std::string& path, const std::string& contents, Places& places) {
+  const std::string name = NameOf(path);
+  const std::string folder = path.substr(0, path.size() - name.size());
+  if (folder == kDesktop || IsHalfCopy(name)) return "";
+  const std::string dictation = DictationIn(contents);
+  if (expected_.erase(dictation) > 0) Came(dictation);
+  if (dictations_.contains(dictation)) {
+    places[dictation].push_back(path);
+    return "";
+  }
+  const auto grows = growing_.find(contents);
+  if (grows != growing_.end()) {
+    const bool stays = grows->second.whileOpen == WhileOpen::Stays;
+    const bool arrived = stays && grows->second.path != path;
+    grows->second.seen = true;
+    return arrived ? "Half a dictation has come to " + Readable(path) + ": " + contents : "";
+  }
+  const bool ofNobody =
+      IsFolderOfDocuments(folder) || BeginsWithOneOf(kBeginnings, std::string_view(contents));
+  if (!ofNobody || name.starts_with(kRescuedBeside)) return "";
+  return "Half a dictation shows as " + Readable(path) + ": " + contents;
+}
+
+bool Ledger::IsFolderOfDocuments(const std::string& folder) const {
+  return folder == root_ + kInQueue || folder == root_ + kCompleted || folder == root_ + kRescued;
+}
+
+std::string Ledger::CheckPlaces(const Places& places, Blow blow, bool late) {
+  for (auto& [contents, dictation] : dictations_) {
+    const auto known = places.find(contents);
+    const std::size_t count = known == places.end() ? 0 : known->second.size();
+    if (count == 0 && !dictation.mayBeGone) return "Lost: " + contents;
+    if (dictation.CountsPlaces(count, blow, late)) continue;
+    std::string wrong = std::to_string(count) + " places hold " + contents + ":";
+    for (const std::string& path : known->second) wrong += " " + Readable(path);
+    return wrong;
+  }
+  return "";
+}
+
+bool Ledger::Dictation::CountsPlaces(std::size_t places, Blow blow, bool late) {
   if (places <= 1) {
-    mayStandTwice = standsTwiceForNow = false;
+    mostPlaces = 1;
+    standsTwiceForNow = false;
     return true;
   }
-  mayStandTwice = mayStandTwice || faultStruck;
+  if (blow == Blow::Kill) mostPlaces = std::max(mostPlaces, std::min(places, mostPlaces + 1));
+  if (blow == Blow::Fault) mostPlaces = std::max(mostPlaces, places);
   standsTwiceForNow = standsTwiceForNow || late;
-  return mayStandTwice || standsTwiceForNow;
+  return places <= mostPlaces || standsTwiceForNow;
+}
+
+std::string Ledger::CheckGrowing() {
+  for (auto& [contents, growing] : growing_) {
+    const bool gone = growing.whileOpen != WhileOpen::MayVanish && !growing.seen;
+    if (gone) return "It has gone from under its writer: " + Readable(growing.path);
+    growing.seen = false;
+  }
+  return "";
 }
 
 std::string Ledger::CheckSettled() const {
   for (const auto& [contents, dictation] : dictations_) {
-    const bool doubled = dictation.standsTwiceForNow && !dictation.mayStandTwice;
+    const bool doubled = dictation.standsTwiceForNow && dictation.mostPlaces == 1;
     if (doubled) return "Stands twice though every folder answers again: " + contents;
   }
   return "";
@@ -98,7 +173,8 @@ std::string Ledger::CheckSettled() const {
 void Ledger::ProgramIsGone() {
   for (auto& [contents, dictation] : dictations_) {
     // A copy may have been on its way that nobody has seen yet.
-    dictation.mayStandTwice = dictation.mayStandTwice || dictation.standsTwiceForNow;
+    if (dictation.standsTwiceForNow)
+      dictation.mostPlaces = std::max(dictation.mostPlaces, std::size_t{2});
   }
 }
 

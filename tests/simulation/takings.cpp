@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "intake/import_directories.h"
+#include "intake/names.h"
 #include "simulation/places.h"
 #include "simulation/trace.h"
 #include "store/saved_position.h"
@@ -107,13 +109,32 @@ Takings::Wish Takings::WishOf(const forms::Command& command) const {
   if (&command == &main.cmdComplete || &command == &main.cmdSave) {
     wish.mayTake = InWork();
     if (wish.mayTake.empty()) {
-      wish.mayTake = Highlighted(main.listViewInQueue, main.frameInQueue, kPathOfInQueue);
+      wish.mayTake = Highlighted(main.listViewInQueue, main.frameInQueue, kPathOfInQueue,
+                                 forms::document_column::FileName);
     }
     if (&command == &main.cmdComplete) wish.givesWay = kPathOfCompleted;
   } else if (&command == &main.cmdMoveToQueue || &command == &main.cmdDeleteOneCompleted) {
-    wish.mayTake = Highlighted(main.listViewCompleted, main.frameCompleted, kPathOfCompleted);
+    wish.mayTake = Highlighted(main.listViewCompleted, main.frameCompleted, kPathOfCompleted,
+                               forms::document_column::FileName);
   } else if (&command == &main.cmdDeleteAllCompleted) {
-    wish.mayClear = true;
+    wish.mayClear = kPathOfCompleted;
+  } else {
+    return WishOfImport(command);
+  }
+  return wish;
+}
+
+Takings::Wish Takings::WishOfImport(const forms::Command& command) const {
+  const forms::MainForm& main = desk_.Main();
+  Wish wish{.name = command.Name};
+  const std::string folder =
+      intake::ImportDirectoryPath(desk_.Rooms()->folders, main.txtWavImportSubdirectory.Value);
+  if (&command == &main.cmdSendImportFileToQueue || &command == &main.cmdDeleteOneImportFile) {
+    wish.mayTake =
+        Highlighted(main.listViewImport, main.frameImport, folder, forms::import_column::FileName);
+  } else if (&command == &main.cmdSendAllImportFilesToQueue ||
+             &command == &main.cmdDeleteAllImportFile) {
+    wish.mayClear = folder;
   }
   return wish;
 }
@@ -125,9 +146,39 @@ std::set<std::string> Takings::InWork() const {
 }
 
 std::set<std::string> Takings::Highlighted(const forms::Table& list, const forms::Pane& frame,
-                                           const std::string& folder) {
+                                           const std::string& folder, int column) {
   if (!frame.Visible || list.ListIndex < 0) return {};
-  return {folder + list.TextAt(list.ListIndex, forms::document_column::FileName)};
+  return {folder + list.TextAt(list.ListIndex, column)};
+}
+
+bool Takings::IsToBeImported(const std::string& path) const {
+  if (!desk_.Rooms()) return false;
+  const std::string folder = FolderOf(path);
+  const std::string name = path.substr(folder.size());
+  const store::WorkFolders& folders = desk_.Rooms()->folders;
+  // What is swept, and what has to be converted, goes without being asked for.
+  const bool isSwept = folder == folders.Ew2QueuePath || folder == folders.Ds2QueuePath ||
+                       folder == folders.Eu2QueuePath || folder == folders.FtpQueuePath;
+  const bool goesByItself = isSwept || intake::EndsInPattern(name, ".dss") ||
+                            desk_.Config().txtAutoImport.Value.Get() != "N";
+  return folder.starts_with(folders.WavQueuePath) && !name.starts_with('.') && !goesByItself;
+}
+
+bool Takings::GivesWayInQueue(const std::string& from, const std::string& to) {
+  const bool givesWay =
+      FolderOf(from) == kPathOfInQueue && IsSetAside(from, to) && !InWork().contains(from);
+  if (givesWay) madeWay_.insert(from);
+  return givesWay;
+}
+
+void Takings::LookAtArrival(const std::string& from, const std::string& to) {
+  if (to.empty() || madeWay_.erase(to) == 0) return;
+  const auto sources = Ledger::FilesOf(desk_.disk, desk_.disk.Contents(to));
+  const bool ofTheUser = FolderOf(from) == kPathOfCompleted || IsToBeImported(from) ||
+                         std::ranges::any_of(sources, [](const std::string& path) {
+                           return FolderOf(path) == kPathOfCompleted;
+                         });
+  if (ofTheUser) Note("What waits in the Queue has given way to " + Readable(from));
 }
 
 void Takings::During(Wish wish, const std::function<void()>& act) {
@@ -137,12 +188,14 @@ void Takings::During(Wish wish, const std::function<void()>& act) {
 }
 
 void Takings::LookAt(const std::string& from, const std::string& to) {
+  LookAtArrival(from, to);
   if (Ledger::IsHalfCopy(from.substr(FolderOf(from).size()))) copies_.insert(to);
-  if (!IsDocument(from)) return;
+  if (!IsDocument(from) && !IsToBeImported(from)) return;
   if (to.empty() && copies_.erase(from) > 0) return;
+  if (GivesWayInQueue(from, to)) return;
   if (wishes_.empty()) return Note("Without a command, away goes " + Readable(from));
   Wish& wish = wishes_.back();
-  if (wish.mayClear && FolderOf(from) == kPathOfCompleted) return;
+  if (FolderOf(from) == wish.mayClear) return;
   if (!wish.mayTake.contains(from)) {
     const bool givesWay = FolderOf(from) == wish.givesWay && IsSetAside(from, to);
     if (!givesWay) {

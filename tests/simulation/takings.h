@@ -34,14 +34,20 @@ class Takings {
     /// Folder in which a document that stands in the way is set aside; empty for none, because
     /// nothing that waits in the Queue gives way.
     std::string givesWay;
-    /// Any document of the Completed folder, because the user has agreed.
-    bool mayClear = false;
+    /// Folder of which any document may be taken, because the user has agreed; empty for none.
+    std::string mayClear = {};
   };
 
   Wish WishOf(const forms::Command& command) const;
+  Wish WishOfImport(const forms::Command& command) const;
   std::set<std::string> InWork() const;
   static std::set<std::string> Highlighted(const forms::Table& list, const forms::Pane& frame,
-                                           const std::string& folder);
+                                           const std::string& folder, int column);
+  /// Whether it waits to be imported, under the eyes of the user.
+  bool IsToBeImported(const std::string& path) const;
+  /// A document of the Queue gives way to one that the passes bring in, and to no other.
+  bool GivesWayInQueue(const std::string& from, const std::string& to);
+  void LookAtArrival(const std::string& from, const std::string& to);
   void During(Wish wish, const std::function<void()>& act);
   void LookAt(const std::string& from, const std::string& to);
   void LookWhetherItIsTrue(const std::string& said, const std::string& path,
@@ -55,6 +61,8 @@ class Takings {
   /// Full paths of what moves have put there as copies. Such a copy may be taken back, since the
   /// document then stands where it was; that none is lost the ledger sees.
   std::set<std::string> copies_;
+  /// Full paths in the Queue whose documents have just been set aside for one that comes in.
+  std::set<std::string> madeWay_;
   std::string fault_;
 };
 

@@ -70,6 +70,8 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"click a completed row", 6, &Typist::ClickCompletedRow},
       {"work on the completed", 6, &Typist::WorkOnCompleted},
       {"click an import row", 3, &Typist::ClickImportRow},
+      {"work on the imports", 16, &Typist::WorkOnImports},
+      {"drop files", 4, &Typist::DropFiles},
       {"finish after something else", 6, &Typist::FinishAfterSomethingElse},
       {"finish beside a rival", 4, &Typist::FinishBesideRival},
       {"end the session", 1, &Typist::EndSession},
@@ -210,7 +212,8 @@ void Typist::WaitAWhile() {
 }
 
 Duration Typist::WaitedInVain() const {
-  return desk_.loop.BreathedFor - desk_.disk.Places.AnsweredAfter;
+  return desk_.loop.BreathedFor - desk_.disk.Places.AnsweredAfter -
+         desk_.conversionLibraries.breathed;
 }
 
 Duration Typist::SomeTime() {

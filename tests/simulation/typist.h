@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -78,6 +79,11 @@ class Typist {
   void ClickCompletedRow();
   void WorkOnCompleted();
   void ClickImportRow();
+  /// Chooses directories and profiles, sends, deletes and drops files over the list.
+  void WorkOnImports();
+  void TurnDirectory();
+  void DropFiles();
+  void NoteImportConsent(const base::MessageBox& box);
   /// Chooses a document, does something else, and asks for Complete as if nothing had been.
   void FinishAfterSomethingElse();
   /// Finishes a document while the name that it would get is taken.
@@ -148,6 +154,8 @@ class Typist {
   std::string waitedTooLong_;
   /// The completed document that was clicked last.
   std::string clickedCompleted_;
+  /// Full paths of the files on the desktop that were dropped over a list.
+  std::set<std::string> dropped_;
 };
 
 template <typename C>

@@ -140,6 +140,7 @@ void Typist::NoteConsent(const base::MessageBox& box, base::Reply reply) {
   // A consent after the end of the session has no effect.
   if (reply != base::Reply::Yes || desk_.ended) return;
   if (box.text == kExitQuestion) agreedToExit_ = true;
+  NoteImportConsent(box);
   const std::string folder = Desk::Path(kCompleted);
   if (box.text == kDeleteOneQuestion && !clickedCompleted_.empty()) {
     ledger_.AgreedToDelete(desk_.disk, folder + clickedCompleted_);

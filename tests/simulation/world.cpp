@@ -34,11 +34,17 @@ World::World(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance ch
       conditions_(conditions),
       chance_(chance),
       trace_(trace),
+      recorders_(desk, ledger, chance.Child("recorders"), trace),
       comesBack_(desk.loop, "a late folder", std::chrono::seconds{1}, base::TimerKind::Feed) {
   comesBack_.OnTick = [this] {
     comesBack_.Stop();
     AnswerLate();
   };
+  recorders_.NewContents = [this] { return NewContents(); };
+  desk_.disk.BetweenOperations = [this] { ActInBetween(); };
+  desk_.disk.ForEachFile([this](const std::string&, const std::string& contents) {
+    if (Recording::Of(contents)) ledger_.Came(contents);
+  });
   std::ranges::copy_if(Events(), std::back_inserter(possible_), [this](const Event& event) {
     return !event.needs || conditions_.*event.needs;
   });
@@ -49,7 +55,11 @@ const std::vector<World::Event>& World::Events() {
       {"drop", 30, nullptr, &World::DropDictation},
       {"drop many", 1, nullptr, &World::DropMany},
       {"begin a slow drop", 6, nullptr, &World::BeginSlowDrop},
-      {"go on writing", 12, nullptr, &World::GoOnWriting},
+      {"write into a drop folder", 30, nullptr, &World::WriteIntoDropFolder},
+      {"go on writing", 40, nullptr, &World::GoOnWriting},
+      {"put on the desktop", 4, nullptr, &World::PutOnDesktop},
+      {"conversions change", 5, nullptr, &World::BreakConversion},
+      {"conversions are mended", 5, nullptr, &World::MendConversion},
       {"collect", 20, nullptr, &World::Collect},
       {"make read-only", 3, nullptr, &World::MakeReadOnly},
       {"take away", 4, &Conditions::othersInterfere, &World::TakeAway},
@@ -96,7 +106,7 @@ void World::Act() {
 void World::DropDictation() {
   // Somebody who tidies up may put one where it does not belong.
   const std::string folder = chance_.OneIn(10) ? kCompleted : kInQueue;
-  const std::string name = FreeName(folder);
+  const std::string name = FreeName(Desk::Path(folder));
   if (!name.empty()) DropAt(Desk::Path(folder) + name);
 }
 
@@ -110,6 +120,16 @@ void World::DropAt(const std::string& path) {
   trace_.Fold(path.substr(slash + 1));
 }
 
+std::vector<std::string> World::AllFolders() const {
+  std::vector<std::string> all = recorders_.Folders();
+  for (const char* folder : kFolders) all.push_back(Desk::Path(folder));
+  return all;
+}
+
+std::string World::SomeFolder() {
+  return chance_.OneIn(2) ? Desk::Path(chance_.Pick(kFolders)) : chance_.Pick(AllFolders());
+}
+
 void World::DropMany() {
   for (int count = 10 + chance_.Below(40); count > 0; --count) DropDictation();
 }
@@ -117,70 +137,26 @@ void World::DropMany() {
 void World::BeginSlowDrop() {
   // A name with a saved position says that its writer has long been done, so this has none.
   const std::string name = test::Document().Id(chance_.Below(30'000)).Name();
-  const std::string folder = chance_.OneIn(6) ? kCompleted : kInQueue;
-  const std::string path = Desk::Path(folder) + name;
-  if (desk_.disk.Has(path)) return;
-  if (!desk_.disk.Has(Desk::Path(folder.substr(0, folder.size() - 1)))) return;
-  Writer writer{.whole = NewContents()};
-  writer.written = writer.whole.substr(0, writer.whole.size() / 3);
-  desk_.disk.WithFile(path, writer.written);
-  desk_.disk.OpenWriter(path);
-  ledger_.Grows(writer.written);
-  writers_.push_back(writer);
-}
-
-void World::GoOnWriting() {
-  if (writers_.empty()) return;
-  const auto at = writers_.begin() + chance_.Below(static_cast<int>(writers_.size()));
-  const auto places = desk_.disk.FilesHolding(at->written);
-  ledger_.NoLongerGrows(at->written);
-  if (places.empty()) {
-    // Somebody deleted it from under its writer.
-    writers_.erase(at);
-    return;
-  }
-  if (at->written.size() * 2 < at->whole.size()) {
-    at->written = at->whole.substr(0, at->whole.size() * 2 / 3);
-    desk_.disk.Write(places.front(), at->written);
-    ledger_.Grows(at->written);
-    return;
-  }
-  desk_.disk.Write(places.front(), at->whole);
-  desk_.disk.CloseWriter(places.front());
-  ledger_.Came(at->whole);
-  writers_.erase(at);
-}
-
-void World::CloseWriters() {
-  for (std::size_t before = writers_.size() * 3; before > 0 && !writers_.empty(); --before) {
-    GoOnWriting();
-  }
+  recorders_.BeginAt(Desk::Path(chance_.OneIn(6) ? kCompleted : kInQueue) + name);
 }
 
 void World::LosePower() {
   Note("the power fails");
-  for (const Writer& writer : writers_) {
-    ledger_.NoLongerGrows(writer.written);
-    for (const std::string& path : desk_.disk.FilesHolding(writer.written)) {
-      desk_.disk.CloseWriter(path);
-      ledger_.Came(writer.written);
-    }
-  }
-  writers_.clear();
+  recorders_.LosePower();
   desk_.disk.Places.ForgetProcess(SimulatedPlaces::Late::Fails);
   desk_.disk.LoseWhatWasNotFlushed();
   struck_ = true;
 }
 
 void World::TakeAway() {
-  const std::string path = SomeDictation(chance_.Pick(kFolders));
+  const std::string path = SomeDictation(SomeFolder());
   if (path.empty()) return;
   ForgetAllCopies(desk_.disk.Contents(path));
 }
 
 void World::Collect() {
-  for (const char* folder : kFolders) {
-    if (desk_.disk.NamesIn(Desk::Path(folder)).size() < kFullFolder) continue;
+  for (const std::string& folder : AllFolders()) {
+    if (desk_.disk.NamesIn(folder).size() < kFullFolder) continue;
     for (int count = static_cast<int>(kFullFolder) / 2; count > 0; --count) {
       const std::string path = SomeDictation(folder);
       if (!path.empty()) ForgetAllCopies(desk_.disk.Contents(path));
@@ -189,10 +165,10 @@ void World::Collect() {
 }
 
 void World::Change() {
-  const std::string path = SomeDictation(chance_.Pick(kFolders));
+  const std::string path = SomeDictation(SomeFolder());
   if (path.empty()) return;
   const std::string before = desk_.disk.Contents(path);
-  if (desk_.disk.FilesHolding(before).size() != 1 || desk_.file.Barred.contains(before)) return;
+  if (Ledger::FilesOf(desk_.disk, before).size() != 1 || desk_.file.Barred.contains(before)) return;
   const std::string after = NewContents();
   desk_.disk.Write(path, after);
   ledger_.Forget(before);
@@ -213,7 +189,7 @@ void World::InterfereWithNextCopy() {
 }
 
 void World::ChangeSourceOf(const std::string& copied) {
-  std::vector<std::string> sources = desk_.disk.FilesHolding(copied);
+  std::vector<std::string> sources = Ledger::FilesOf(desk_.disk, copied);
   std::erase_if(sources, [](const std::string& path) {
     return Ledger::IsHalfCopy(path.substr(path.rfind('/') + 1));
   });
@@ -225,7 +201,7 @@ void World::ChangeSourceOf(const std::string& copied) {
 }
 
 void World::MakeReadOnly() {
-  const std::string path = SomeDictation(kInQueue);
+  const std::string path = SomeDictation(Desk::Path(kInQueue));
   if (!path.empty()) desk_.disk.SetReadOnly(path);
 }
 
@@ -243,7 +219,8 @@ void World::FillDisk() {
 }
 
 void World::MendDisk() {
-  struck_ = struck_ || diskFailing_ || desk_.disk.Crashed();
+  struck_ = struck_ || diskFailing_;
+  killed_ = killed_ || desk_.disk.Crashed();
   desk_.disk.Heal();
   for (const char* folder : kVanishing) desk_.disk.SetFreeSpace(Desk::Path(folder), kPlentyOfSpace);
   diskFailing_ = false;
@@ -253,8 +230,8 @@ void World::KillSoon() { desk_.disk.CrashAtOperation(1 + chance_.Below(25)); }
 
 void World::BreakListing() {
   const bool ofCompleted = chance_.OneIn(4);
-  const std::string folder = Desk::Path(ofCompleted ? kCompleted : kInQueue);
-  desk_.completedOutOfReach = desk_.completedOutOfReach || ofCompleted;
+  const std::string folder = ofCompleted ? Desk::Path(kCompleted) : SomeFolder();
+  desk_.completedOutOfReach = desk_.completedOutOfReach || folder == Desk::Path(kCompleted);
   if (chance_.OneIn(2)) {
     desk_.disk.BreakListing(folder);
   } else {
@@ -268,7 +245,7 @@ void World::RemoveEmptyFolder() {
 }
 
 void World::MendFolders() {
-  for (const char* folder : kFolders) desk_.disk.MendListing(Desk::Path(folder));
+  for (const std::string& folder : AllFolders()) desk_.disk.MendListing(folder);
   desk_.completedOutOfReach = false;
   // Before its first start there is no tree that anybody could mend.
   if (desk_.disk.Has(Desk::SettingsPath())) {
@@ -289,7 +266,7 @@ void World::MendFolders() {
 }
 
 void World::BarFile() {
-  const std::string path = SomeDictation(kInQueue);
+  const std::string path = SomeDictation(Desk::Path(kInQueue));
   if (path.empty()) return;
   desk_.disk.SetUnreadable(path);
   desk_.file.Barred.insert(desk_.disk.Contents(path));
@@ -307,7 +284,8 @@ void World::MendAll() {
   MendDisk();
   AnswerLate();
   MendFolders();
-  CloseWriters();
+  recorders_.Finish();
+  MendConversion();
   MendSound();
   TellMixer();
   AcceptSettings();
@@ -321,10 +299,11 @@ bool World::TakeLate() {
   return wasLate || wasLate_;
 }
 
-bool World::TakeStruck() {
-  const bool struck = struck_ || diskFailing_ || desk_.disk.Crashed();
-  struck_ = false;
-  return struck;
+Blow World::TakeStruck() {
+  const bool fault = std::exchange(struck_, false) || diskFailing_;
+  const bool kill = std::exchange(killed_, false) || desk_.disk.Crashed();
+  if (fault) return Blow::Fault;
+  return kill ? Blow::Kill : Blow::None;
 }
 
 std::string World::NewContents() {
@@ -340,27 +319,27 @@ std::string World::NewContents() {
 std::string World::FreeName(const std::string& folder) {
   for (int tries = 5; tries > 0; --tries) {
     const std::string name = chance_.OneIn(4) ? LookAlike() : DrawName(chance_);
-    if (!name.empty() && !desk_.disk.Has(Desk::Path(folder) + name)) return name;
+    if (!name.empty() && !desk_.disk.Has(folder + name)) return name;
   }
   return "";
 }
 
 std::string World::LookAlike() {
-  const std::string path = SomeDictation(chance_.Pick(kFolders));
+  const std::string path = SomeDictation(Desk::Path(chance_.Pick(kFolders)));
   const std::string name = path.substr(path.rfind('/') + 1);
   // What a killed move left behind bears a name of the program's own, which no dictation is given.
   return path.empty() || Ledger::IsHalfCopy(name) ? "" : DrawLookAlike(name, chance_);
 }
 
 std::string World::SomeDictation(const std::string& folder) {
-  const auto names = desk_.disk.NamesIn(Desk::Path(folder));
+  const auto names = desk_.disk.NamesIn(folder);
   if (names.empty()) return "";
-  const std::string path = Desk::Path(folder) + chance_.Pick(names);
+  const std::string path = folder + chance_.Pick(names);
   return ledger_.Knows(desk_.disk.Contents(path)) ? path : "";
 }
 
 void World::ForgetAllCopies(const std::string& contents) {
-  for (const std::string& path : desk_.disk.FilesHolding(contents)) desk_.disk.Remove(path);
+  for (const std::string& path : Ledger::FilesOf(desk_.disk, contents)) desk_.disk.Remove(path);
   ledger_.Forget(contents);
   desk_.file.Barred.erase(contents);
   desk_.file.Readable.erase(contents);

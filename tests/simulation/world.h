@@ -7,6 +7,7 @@
 #include "simulation/conditions.h"
 #include "simulation/desk.h"
 #include "simulation/ledger.h"
+#include "simulation/recorders.h"
 #include "simulation/trace.h"
 
 namespace tavlo::simulation {
@@ -26,20 +27,20 @@ class World {
   void MendDisk();
   /// All that was broken is mended, every program has closed its files.
   void MendAll();
-  /// A fault may have struck since the last call.
-  bool TakeStruck();
+  /// What may have struck since the last call.
+  Blow TakeStruck();
+  /// Whether the other programs wait until the program is done.
+  void StayCalm(bool calm) { calm_ = calm; }
   /// A folder was late since the last call.
   bool TakeLate();
   /// The program is gone. What it left behind at a late folder may still happen.
   void ForgetProgram();
+  /// The desktop's session ended in the middle of whatever the program did.
+  void EndSession();
   /// The power is gone: what other programs were writing stays as it is.
   void LosePower();
 
  private:
-  struct Writer {
-    std::string written;
-    std::string whole;
-  };
   struct Event {
     const char* name;
     int weight;
@@ -51,8 +52,11 @@ class World {
   // Dictations come and go.
   void DropMany();
   void BeginSlowDrop();
-  void GoOnWriting();
-  void CloseWriters();
+  void WriteIntoDropFolder() { recorders_.Begin(); }
+  void GoOnWriting() { recorders_.GoOn(); }
+  void PutOnDesktop();
+  /// What comes between two operations of the program.
+  void ActInBetween();
   void TakeAway();
   void Collect();
   void Change();
@@ -91,15 +95,20 @@ class World {
   test::SimulatedSource* SomeSource();
   /// The mixer has changed, which it tells now or later.
   void MixerChanged();
+  void BreakConversion();
+  void MendConversion();
   void RefuseSettings();
   void AcceptSettings();
 
   std::string NewContents();
+  /// Full paths of the folders of documents and of those that are swept or imported from.
+  std::vector<std::string> AllFolders() const;
+  std::string SomeFolder();
   /// A name that nothing bears in the folder; empty when luck had none.
   std::string FreeName(const std::string& folder);
   /// A name beside that of some dictation; empty when there is none.
   std::string LookAlike();
-  /// Full path of some known dictation below the folder; empty when there is none.
+  /// Full path of some known dictation in the folder; empty when there is none.
   std::string SomeDictation(const std::string& folder);
   void ForgetAllCopies(const std::string& contents);
   /// Somebody saves a file anew that the program has just copied and not yet deleted.
@@ -114,10 +123,13 @@ class World {
   Trace& trace_;
   /// What may happen under the day's conditions.
   std::vector<Event> possible_;
-  std::vector<Writer> writers_;
+  Recorders recorders_;
+  bool calm_ = false;
+  bool inBetween_ = false;
   int sourcesSoFar_ = 0;
   bool diskFailing_ = false;
   bool struck_ = false;
+  bool killed_ = false;
   bool wasLate_ = false;
   base::Timer comesBack_;
 };

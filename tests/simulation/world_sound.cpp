@@ -61,7 +61,7 @@ void World::CutOff() {
   const std::string path = desk_.hearing.Path();
   const std::string before = desk_.disk.Contents(path);
   auto cut = Recording::Of(before);
-  const bool alone = desk_.disk.FilesHolding(before).size() == 1;
+  const bool alone = Ledger::FilesOf(desk_.disk, before).size() == 1;
   if (!cut || !alone || !ledger_.Knows(before) || desk_.file.Barred.contains(before)) return;
   cut->number = ledger_.NewNumber();
   cut->samples = chance_.Below(static_cast<int>(cut->samples) + 1);

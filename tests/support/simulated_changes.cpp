@@ -187,4 +187,20 @@ DiskResult SimulatedDisk::FlushFolder(const std::string& folder) {
   return fault ? *fault : flush();
 }
 
+DiskResult SimulatedDisk::Produce(const std::string& source, const std::string& path,
+                                  const std::string& contents) {
+  const auto from = Absolute(source);
+  const auto absolute = Absolute(path);
+  const auto make = [this, absolute, contents] {
+    const DiskResult held = CanHold(absolute);
+    if (held != DiskResult::Done) return held;
+    if (entries_.contains(absolute) && !Is(absolute, Kind::File)) return DiskResult::Failed;
+    if (!TakeSpace(absolute, contents.size())) return DiskResult::NoSpace;
+    Make(absolute, Kind::File, contents);
+    return DiskResult::Done;
+  };
+  const auto fault = BeginToOpen("Produce " + absolute, {from, absolute}, make);
+  return fault ? *fault : make();
+}
+
 }  // namespace tavlo::test

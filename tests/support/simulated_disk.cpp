@@ -117,6 +117,24 @@ std::size_t SimulatedDisk::FileCount() const {
                     [](const auto& entry) { return entry.second.kind == Kind::File; }));
 }
 
+void SimulatedDisk::ForEachFile(const LookAtFile& look) const {
+  for (const auto& [path, node] : entries_) {
+    if (node.kind == Kind::File) look(path, node.contents);
+  }
+}
+
+int SimulatedDisk::NumberOf(const std::string& path) const {
+  const auto found = entries_.find(Absolute(path));
+  return found == entries_.end() ? 0 : found->second.number;
+}
+
+std::string SimulatedDisk::PathOf(int number) const {
+  const auto found = std::find_if(entries_.begin(), entries_.end(), [number](const auto& entry) {
+    return entry.second.number == number;
+  });
+  return found == entries_.end() ? "" : found->first;
+}
+
 std::vector<std::string> SimulatedDisk::Changes() const {
   constexpr std::array<std::string_view, 5> kLooking{"List ", "Facts ", "Look ", "Test ", "Open "};
   std::vector<std::string> changes;
@@ -282,6 +300,7 @@ std::optional<DiskResult> SimulatedDisk::BeginToOpen(const std::string& record,
 std::optional<DiskResult> SimulatedDisk::Begin(const std::string& record,
                                                const std::vector<std::string>& paths,
                                                const Effect& effect) {
+  if (BetweenOperations && !Crashed()) BetweenOperations();
   const int number = ++operationCount_;
   if (Crashed()) return DiskResult::Failed;
   Operations.push_back(record);

@@ -48,6 +48,8 @@ class SimulatedDisk : public store::Disk {
   void Remove(const std::string& path) { entries_.erase(Absolute(path)); }
   /// Runs once, at the end of the next copy: another program interferes.
   std::function<void()> OnNextCopy;
+  /// Runs before each operation: other programs act between any two of them.
+  std::function<void()> BetweenOperations;
 
   // Faults. Operations are counted from the call, the next one being 1.
   enum class Failing { Once, ForGood };
@@ -96,6 +98,13 @@ class SimulatedDisk : public store::Disk {
   /// The full paths of all plain files with these contents.
   std::vector<std::string> FilesHolding(const std::string& contents) const;
   std::size_t FileCount() const;
+  using LookAtFile = std::function<void(const std::string& path, const std::string& contents)>;
+  void ForEachFile(const LookAtFile& look) const;
+  /// A number that a file keeps wherever it is moved to, and by which a writer knows the file that
+  /// it holds open; 0 when nothing stands there.
+  int NumberOf(const std::string& path) const;
+  /// Where the file of that number stands; empty when it has gone.
+  std::string PathOf(int number) const;
 
   /// "Rename /from -> /to", "Delete /path" and so on.
   std::vector<std::string> Operations;
@@ -125,6 +134,10 @@ class SimulatedDisk : public store::Disk {
   store::DiskResult MakeFolder(const std::string& path) override;
   store::DiskResult RemoveFolder(const std::string& path) override;
   store::DiskResult FlushFolder(const std::string& folder) override;
+  /// A library of the program reads the source and puts a whole file at the path, in place of what
+  /// stands there, as one operation.
+  store::DiskResult Produce(const std::string& source, const std::string& path,
+                            const std::string& contents);
   bool OutOfReach(const std::string& path) override {
     return Places.OwesOrKeepsWaiting(Absolute(path));
   }

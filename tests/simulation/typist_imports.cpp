@@ -1,0 +1,111 @@
+#include <string_view>
+
+#include "intake/import_directories.h"
+#include "simulation/places.h"
+#include "simulation/typist.h"
+
+namespace tavlo::simulation {
+namespace {
+
+constexpr std::string_view kDeleteOneQuestion =
+    "Are you sure you want to delete the selected Imported file?";
+/// The second of the two questions.
+constexpr std::string_view kDeleteAllQuestion =
+    "Are you absolutely sure you want to delete all the Imported files?";
+/// What is let go over a list beside files: a folder, something that is not there, what is no path
+/// of this computer, and what lies in the deck's own folders.
+constexpr const char* kNoFiles[] = {"/home/typist/Desktop", "/home/typist/Desktop/not there.wav",
+                                    "smb://server/share/a.wav", "/home/typist/../etc"};
+
+}  // namespace
+
+void Typist::WorkOnImports() {
+  forms::MainForm& main = desk_.Main();
+  if (!main.listViewImport.Reachable()) Press(main.mnuViewImport);
+  for (int deeds = 1 + chance_.Below(4); deeds > 0; --deeds) {
+    switch (chance_.Below(9)) {
+      case 0:
+      case 1:
+        TurnDirectory();
+        break;
+      case 2:
+        Press(main.cmdRefreshImportList);
+        break;
+      case 3:
+        Press(main.cmdSendAllImportFilesToQueue);
+        break;
+      case 4:
+        Press(chance_.OneIn(2) ? main.cmdDeleteOneImportFile : main.cmdDeleteAllImportFile);
+        break;
+      case 5:
+        Note("chooses a profile");
+        if (!main.comboAuthorLastName.Rows().empty()) {
+          main.comboAuthorLastName.RowClick(
+              chance_.Below(static_cast<int>(main.comboAuthorLastName.Rows().size())));
+        }
+        break;
+      case 6:
+        Note("clicks " + main.chkImportSynchronize.Name);
+        main.chkImportSynchronize.Click();
+        break;
+      default:
+        ClickImportRow();
+        if (chance_.OneIn(3)) WaitAWhile();
+        Press(main.cmdSendImportFileToQueue);
+        break;
+    }
+  }
+}
+
+void Typist::TurnDirectory() {
+  forms::Range& scroll = desk_.Main().scrollImportWavSubDirectories;
+  // As a rule one of a few, so that what comes in is met.
+  const int directory = chance_.OneIn(3) ? chance_.Below(26) : chance_.Below(4);
+  Note("turns to the directory " + std::to_string(directory));
+  scroll.Press();
+  scroll.Change(directory + 1);
+  scroll.Release();
+}
+
+void Typist::DropFiles() {
+  forms::MainForm& main = desk_.Main();
+  forms::Table& list = main.listViewImport.Reachable() ? main.listViewImport : main.listViewInQueue;
+  std::vector<std::string> paths;
+  for (const std::string& name : desk_.disk.NamesIn(kDesktop)) {
+    // A file that is dropped again would rightly stand there twice.
+    const std::string path = kDesktop + name;
+    if (paths.size() < 3 && !dropped_.contains(path)) paths.push_back(path);
+  }
+  if (list.Reachable()) {
+    for (const std::string& path : paths) {
+      dropped_.insert(path);
+      ledger_.MayCome(desk_.disk.Contents(path));
+    }
+  }
+  if (chance_.OneIn(3)) paths.push_back(chance_.Pick(kNoFiles));
+  if (chance_.OneIn(6)) {
+    for (const std::string& name : desk_.disk.NamesIn(Desk::Path(kInQueue))) {
+      paths.push_back("/home/typist/../.." + Desk::Path(kInQueue) + name);
+    }
+  }
+  Note("drops " + std::to_string(paths.size()) + " files over " + list.Name);
+  list.DropFiles(paths);
+}
+
+void Typist::NoteImportConsent(const base::MessageBox& box) {
+  const forms::MainForm& main = desk_.Main();
+  const std::string folder =
+      intake::ImportDirectoryPath(desk_.Rooms()->folders, main.txtWavImportSubdirectory.Value);
+  const forms::Table& list = main.listViewImport;
+  if (box.text == kDeleteOneQuestion && list.ListIndex >= 0) {
+    ledger_.MayBeDeleted(desk_.disk,
+                         folder + list.TextAt(list.ListIndex, forms::import_column::FileName));
+  }
+  if (box.text != kDeleteAllQuestion) return;
+  // What the list does not show nobody has agreed to.
+  for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
+    ledger_.MayBeDeleted(desk_.disk, folder + list.TextAt(row, forms::import_column::FileName));
+  }
+}
+
+}  // namespace tavlo::simulation
