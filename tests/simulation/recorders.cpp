@@ -15,10 +15,10 @@ constexpr int kImportDirectories = 26;
 constexpr std::size_t kMostWriters = 12;
 constexpr std::size_t kPieces = 3;
 
-constexpr std::array<const char*, 12> kEndings{".eW2", ".dS2", ".eU2", ".eE2", ".EW2",  ".DS2",
-                                               ".dss", ".DSS", ".mp3", ".wav", ".jpeg", ""};
+constexpr std::array<const char*, 12> kEndingsOfFiles{
+    ".eW2", ".dS2", ".eU2", ".eE2", ".EW2", ".DS2", ".dss", ".DSS", ".mp3", ".wav", ".jpeg", ""};
 
-std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+std::string FolderThatHolds(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
 
 std::vector<std::string> CutIntoPieces(const std::string& whole) {
   std::vector<std::string> pieces;
@@ -55,7 +55,7 @@ Ledger::WhileOpen Recorders::WhileOpenIn(const std::string& folder, Manner manne
 
 std::string Recorders::SomeName(const std::string& folder) {
   const store::WorkFolders& folders = desk_.Rooms()->folders;
-  const char* ending = chance_.Pick(kEndings);
+  const char* ending = chance_.Pick(kEndingsOfFiles);
   if (!chance_.OneIn(4)) {
     if (folder == folders.Ew2QueuePath) ending = chance_.OneIn(4) ? ".EW2" : ".eW2";
     if (folder == folders.Ds2QueuePath) ending = chance_.OneIn(4) ? ".DS2" : ".dS2";
@@ -99,7 +99,7 @@ void Recorders::Begin() {
 }
 
 void Recorders::BeginAt(const std::string& path) {
-  if (desk_.disk.Has(path) || !desk_.disk.Has(FolderOf(path))) return;
+  if (desk_.disk.Has(path) || !desk_.disk.Has(FolderThatHolds(path))) return;
   Start({.manner = Manner::HoldsOpen,
          .path = path,
          .writtenAt = path,

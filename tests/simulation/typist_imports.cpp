@@ -7,10 +7,10 @@
 namespace tavlo::simulation {
 namespace {
 
-constexpr std::string_view kDeleteOneQuestion =
+constexpr std::string_view kDeleteImportQuestion =
     "Are you sure you want to delete the selected Imported file?";
 /// The second of the two questions.
-constexpr std::string_view kDeleteAllQuestion =
+constexpr std::string_view kDeleteAllImportsQuestion =
     "Are you absolutely sure you want to delete all the Imported files?";
 /// What is let go over a list beside files: a folder, something that is not there, what is no path
 /// of this computer, and what lies in the deck's own folders.
@@ -97,11 +97,11 @@ void Typist::NoteImportConsent(const base::MessageBox& box) {
   const std::string folder =
       intake::ImportDirectoryPath(desk_.Rooms()->folders, main.txtWavImportSubdirectory.Value);
   const forms::Table& list = main.listViewImport;
-  if (box.text == kDeleteOneQuestion && list.ListIndex >= 0) {
+  if (box.text == kDeleteImportQuestion && list.ListIndex >= 0) {
     ledger_.MayBeDeleted(desk_.disk,
                          folder + list.TextAt(list.ListIndex, forms::import_column::FileName));
   }
-  if (box.text != kDeleteAllQuestion) return;
+  if (box.text != kDeleteAllImportsQuestion) return;
   // What the list does not show nobody has agreed to.
   for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
     ledger_.MayBeDeleted(desk_.disk, folder + list.TextAt(row, forms::import_column::FileName));

@@ -11,7 +11,7 @@ namespace {
 constexpr int kOperationsUndisturbed = 25;
 /// What the libraries answer when they fail.
 constexpr std::array<int, 10> kFailures{1, 3, 4, 6, 10, 20, 22, 24, 27, 41};
-constexpr std::array<std::chrono::seconds, 4> kLengths{
+constexpr std::array<std::chrono::seconds, 4> kTimesOfConversions{
     std::chrono::seconds{1}, std::chrono::seconds{20}, std::chrono::seconds{90},
     std::chrono::minutes{12}};
 /// The second success of the header library.
@@ -49,7 +49,7 @@ void World::BreakConversion() {
       libraries.makesNothing = chance_.OneIn(4);
       break;
     default:
-      libraries.takes = chance_.Pick(kLengths);
+      libraries.takes = chance_.Pick(kTimesOfConversions);
       break;
   }
 }
