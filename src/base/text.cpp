@@ -90,6 +90,14 @@ std::size_t CharacterCount(std::string_view text) {
   return count;
 }
 
+std::string_view FirstCharacters(std::string_view text, std::size_t count) {
+  std::size_t length = 0;
+  for (; count > 0 && length < text.size(); --count) {
+    length += FirstCharacterLength(text.substr(length));
+  }
+  return text.substr(0, length);
+}
+
 std::string_view LastCharacters(std::string_view text, std::size_t count) {
   std::size_t surplus = CharacterCount(text);
   for (; surplus > count; --surplus) text.remove_prefix(FirstCharacterLength(text));

@@ -24,6 +24,9 @@ std::string FormatHMS(double milliseconds);
 /// Characters of a text that is UTF-8 where it can be; a byte that is not counts as one character.
 std::size_t CharacterCount(std::string_view text);
 
+/// The first `count` characters of such a text; the whole text when it is shorter.
+std::string_view FirstCharacters(std::string_view text, std::size_t count);
+
 /// The last `count` characters of such a text; the whole text when it is shorter.
 std::string_view LastCharacters(std::string_view text, std::size_t count);
 

@@ -126,10 +126,7 @@ double Text::Number() const { return base::NumberValue(Value.Get()); }
 std::int64_t Text::WholeNumber() const { return base::WholeNumberValue(Value.Get()); }
 
 void Text::Change(std::string_view typed) {
-  std::string text(typed);
-  while (Longest > 0 && base::CharacterCount(text) > Longest) {
-    text.resize(text.size() - base::LastCharacters(text, 1).size());
-  }
+  const std::string text(Longest > 0 ? base::FirstCharacters(typed, Longest) : typed);
   RunByHand([&] { Value = text; });
 }
 

@@ -60,5 +60,20 @@ TEST(FormatHMS, OfANegativeTimeIsNothing) {
   EXPECT_EQ(base::FormatHMS(-3'661'000), "00:00:00");
 }
 
+TEST(FirstCharacters, AreCountedAsTheyAreRead) {
+  EXPECT_EQ(base::FirstCharacters("abcd", 3), "abc");
+  EXPECT_EQ(base::FirstCharacters("ab", 3), "ab");
+  EXPECT_EQ(base::FirstCharacters("\xC3\x85ngstr\xC3\xB6m", 7), "\xC3\x85ngstr\xC3\xB6");
+  EXPECT_EQ(base::FirstCharacters("\xFF\xFE\xC3", 2), "\xFF\xFE");
+  EXPECT_EQ(base::FirstCharacters("abcd", 0), "");
+}
+
+TEST(FirstCharacters, OfALongTextCostNoMoreThanThose) {
+  const std::string book(50'000'000, 'x');
+  for (int times = 100'000; times > 0; --times) {
+    ASSERT_EQ(base::FirstCharacters(book, 14).size(), 14u);
+  }
+}
+
 }  // namespace
 }  // namespace tavlo::test
