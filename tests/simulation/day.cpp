@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "intake/claims.h"
 #include "simulation/invariants.h"
 
 namespace tavlo::simulation {
@@ -145,13 +146,32 @@ std::string Day::SettleCalmly() {
   std::string wrong = ledger_.Check(desk_.disk, struck, late);
   if (wrong.empty()) wrong = CompareListWithFolder(main.listViewCompleted, "/Files/Completed");
   if (!wrong.empty()) return wrong;
-  if (!typist_.GoHome()) return "The typist finds no way back to the list.";
+  wrong = SettleFolders();
+  if (!wrong.empty()) return wrong;
   desk_.loop.Advance(2s);
   wrong = Look();
   if (wrong.empty()) wrong = ledger_.CheckSettled();
   if (wrong.empty()) wrong = CompareListWithFolder(main.listViewInQueue, "/Files/InQueue");
   if (wrong.empty()) wrong = typist_.TypeOneDocument();
   return wrong.empty() ? Look() : wrong;
+}
+
+std::string Day::SettleFolders() {
+  forms::MainForm& main = desk_.Main();
+  desk_.loop.Advance(intake::Claims::kAbandonedAfter);
+  for (const int directory : world_.ClaimedDirectories()) {
+    if (!typist_.GoTo(main.mnuViewImport, main.frameImport)) return "There is no way to the files.";
+    typist_.TurnToDirectory(directory);
+  }
+  const std::vector<int> claimed = world_.ClaimedDirectories();
+  if (!claimed.empty()) return "Not given back in the directory " + std::to_string(claimed[0]);
+  const std::size_t boxes = desk_.loop.Shown.size();
+  if (!typist_.GoHome()) return "The typist finds no way back to the list.";
+  const bool endedEarly = std::any_of(
+      desk_.loop.Shown.begin() + static_cast<std::ptrdiff_t>(boxes), desk_.loop.Shown.end(),
+      [](const base::MessageBox& box) { return box.title.starts_with("Tavlo Deck - "); });
+  const std::string left = endedEarly ? "" : world_.LeftBehind();
+  return left.empty() ? "" : "Though nothing is wrong it stays: " + Readable(left);
 }
 
 std::string Day::CompareListWithFolder(const forms::Table& list, const std::string& folder) {

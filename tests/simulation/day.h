@@ -29,6 +29,8 @@ class Day {
   std::string Step();
   std::string Settle();
   std::string SettleCalmly();
+  /// Every claim is given back and every finished file taken, once all folders answer.
+  std::string SettleFolders();
   std::string FollowTheEndOfTheSession();
   void Restart();
   void Perish();

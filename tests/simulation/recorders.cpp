@@ -11,7 +11,6 @@
 namespace tavlo::simulation {
 namespace {
 
-constexpr int kImportDirectories = 26;
 constexpr std::size_t kMostWriters = 12;
 constexpr std::size_t kPieces = 3;
 
@@ -36,7 +35,7 @@ std::vector<std::string> Recorders::Folders() const {
   const store::WorkFolders& folders = desk_.Rooms()->folders;
   std::vector<std::string> all{folders.FtpQueuePath, folders.Ew2QueuePath, folders.Ds2QueuePath,
                                folders.Eu2QueuePath, desk_.disk.CurrentFolder + "/"};
-  for (int number = 0; number < kImportDirectories; ++number) {
+  for (int number = 0; number < intake::kImportDirectories; ++number) {
     all.push_back(intake::ImportDirectoryPath(folders, std::to_string(number)));
   }
   std::erase_if(all, [this](const std::string& folder) {

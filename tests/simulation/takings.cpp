@@ -191,7 +191,8 @@ void Takings::LookAt(const std::string& from, const std::string& to) {
   LookAtArrival(from, to);
   if (Ledger::IsHalfCopy(from.substr(FolderOf(from).size()))) copies_.insert(to);
   if (!IsDocument(from) && !IsToBeImported(from)) return;
-  if (to.empty() && copies_.erase(from) > 0) return;
+  const bool isTakenBack = to.empty() || IsSetAside(from, to);
+  if (isTakenBack && copies_.erase(from) > 0) return;
   // What comes in anew under its name sets it aside.
   if (!IsDocument(from) && IsSetAside(from, to)) return;
   if (GivesWayInQueue(from, to)) return;

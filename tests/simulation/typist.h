@@ -44,6 +44,8 @@ class Typist {
   /// Plays the first document of the list that can be played and completes it. The empty text, or
   /// what went wrong. Asks for a list that was just refreshed.
   std::string TypeOneDocument();
+  /// Has the Import view, which shows, list another directory.
+  void TurnToDirectory(int directory);
   /// Nothing that was on its way comes any more.
   void HandsOff() {
     hand_.Stop();
@@ -81,7 +83,6 @@ class Typist {
   void ClickImportRow();
   /// Chooses directories and profiles, sends, deletes and drops files over the list.
   void WorkOnImports();
-  void TurnDirectory();
   void DropFiles();
   void NoteImportConsent(const base::MessageBox& box);
   /// Chooses a document, does something else, and asks for Complete as if nothing had been.

@@ -26,7 +26,9 @@ void Typist::WorkOnImports() {
     switch (chance_.Below(9)) {
       case 0:
       case 1:
-        TurnDirectory();
+        // As a rule one of a few, so that what comes in is met.
+        TurnToDirectory(chance_.OneIn(3) ? chance_.Below(intake::kImportDirectories)
+                                         : chance_.Below(4));
         break;
       case 2:
         Press(main.cmdRefreshImportList);
@@ -57,10 +59,8 @@ void Typist::WorkOnImports() {
   }
 }
 
-void Typist::TurnDirectory() {
+void Typist::TurnToDirectory(int directory) {
   forms::Range& scroll = desk_.Main().scrollImportWavSubDirectories;
-  // As a rule one of a few, so that what comes in is met.
-  const int directory = chance_.OneIn(3) ? chance_.Below(26) : chance_.Below(4);
   Note("turns to the directory " + std::to_string(directory));
   scroll.Press();
   scroll.Change(directory + 1);

@@ -35,6 +35,11 @@ class World {
   bool TakeLate();
   /// The program is gone. What it left behind at a late folder may still happen.
   void ForgetProgram();
+  /// A claim that nobody has given back, or a finished file that a pass should have taken; empty
+  /// when there is none. Asks for a run of the passes just before.
+  std::string LeftBehind() const;
+  /// Numbers of the import directories in which a claim stands.
+  std::vector<int> ClaimedDirectories() const;
   /// The desktop's session ended in the middle of whatever the program did.
   void EndSession();
   /// The power is gone: what other programs were writing stays as it is.

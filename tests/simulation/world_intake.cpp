@@ -1,6 +1,10 @@
+#include <algorithm>
 #include <array>
 #include <chrono>
 
+#include "intake/claims.h"
+#include "intake/import_directories.h"
+#include "intake/names.h"
 #include "simulation/places.h"
 #include "simulation/world.h"
 
@@ -61,6 +65,37 @@ void World::MendConversion() {
   libraries.givesNoAnswer = false;
   libraries.makesNothing = false;
   libraries.takes = base::Duration{0};
+}
+
+std::string World::LeftBehind() const {
+  const store::WorkFolders& folders = desk_.Rooms()->folders;
+  struct Swept {
+    std::string folder;
+    const char* ending;
+  };
+  const std::array<Swept, 5> all{{{folders.FtpQueuePath, ""},
+                                  {folders.Ew2QueuePath, ".eW2"},
+                                  {folders.Ds2QueuePath, ".dS2"},
+                                  {folders.Eu2QueuePath, ".eU2"},
+                                  {desk_.disk.CurrentFolder + "/", ".eE2"}}};
+  for (const Swept& swept : all) {
+    for (const std::string& name : desk_.disk.NamesIn(swept.folder)) {
+      const bool waits = !name.starts_with('.') && intake::EndsInPattern(name, swept.ending);
+      if (!waits && !Ledger::IsClaim(name)) continue;
+      if (ledger_.Knows(desk_.disk.Contents(swept.folder + name))) return swept.folder + name;
+    }
+  }
+  return "";
+}
+
+std::vector<int> World::ClaimedDirectories() const {
+  std::vector<int> numbers;
+  for (int number = 0; number < intake::kImportDirectories; ++number) {
+    const auto names = desk_.disk.NamesIn(
+        intake::ImportDirectoryPath(desk_.Rooms()->folders, std::to_string(number)));
+    if (std::ranges::any_of(names, &Ledger::IsClaim)) numbers.push_back(number);
+  }
+  return numbers;
 }
 
 void World::EndSession() {
