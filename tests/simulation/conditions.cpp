@@ -29,6 +29,7 @@ constexpr std::array kTroubles{
     Trouble{"watcher", &Conditions::watcherFalters},
     Trouble{"mixer", &Conditions::othersMix},
     Trouble{"session", &Conditions::sessionEnds},
+    Trouble{"neighbour", &Conditions::hasNeighbour},
     Trouble{"polled-usb", &Conditions::watcherIsPolled},
     Trouble{"polled-serial", &Conditions::portIsPolled},
 };

@@ -29,6 +29,7 @@ struct Conditions {
   bool portIsPolled = false;
   bool othersMix = false;
   bool sessionEnds = false;
+  bool hasNeighbour = false;
 
   /// Folders below the root that lie on file systems of their own.
   std::vector<std::string> fileSystems;

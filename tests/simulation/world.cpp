@@ -35,6 +35,7 @@ World::World(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance ch
       chance_(chance),
       trace_(trace),
       recorders_(desk, ledger, chance.Child("recorders"), trace),
+      neighbour_(desk, chance.Child("neighbour"), trace),
       comesBack_(desk.loop, "a late folder", std::chrono::seconds{1}, base::TimerKind::Feed) {
   comesBack_.OnTick = [this] {
     comesBack_.Stop();
@@ -57,6 +58,7 @@ const std::vector<World::Event>& World::Events() {
       {"begin a slow drop", 6, nullptr, &World::BeginSlowDrop},
       {"write into a drop folder", 30, nullptr, &World::WriteIntoDropFolder},
       {"go on writing", 40, nullptr, &World::GoOnWriting},
+      {"a neighbour sweeps", 8, &Conditions::hasNeighbour, &World::LetNeighbourSweep},
       {"put on the desktop", 4, nullptr, &World::PutOnDesktop},
       {"conversions change", 5, nullptr, &World::BreakConversion},
       {"conversions are mended", 5, nullptr, &World::MendConversion},
@@ -123,6 +125,7 @@ void World::DropAt(const std::string& path) {
 std::vector<std::string> World::AllFolders() const {
   std::vector<std::string> all = recorders_.Folders();
   for (const char* folder : kFolders) all.push_back(Desk::Path(folder));
+  if (conditions_.hasNeighbour) all.push_back(Neighbour::InQueue());
   return all;
 }
 

@@ -7,6 +7,7 @@
 #include "simulation/conditions.h"
 #include "simulation/desk.h"
 #include "simulation/ledger.h"
+#include "simulation/neighbour.h"
 #include "simulation/recorders.h"
 #include "simulation/trace.h"
 
@@ -59,6 +60,7 @@ class World {
   void BeginSlowDrop();
   void WriteIntoDropFolder() { recorders_.Begin(); }
   void GoOnWriting() { recorders_.GoOn(); }
+  void LetNeighbourSweep();
   void PutOnDesktop();
   /// What comes between two operations of the program.
   void ActInBetween();
@@ -129,6 +131,7 @@ class World {
   /// What may happen under the day's conditions.
   std::vector<Event> possible_;
   Recorders recorders_;
+  Neighbour neighbour_;
   bool calm_ = false;
   bool inBetween_ = false;
   int sourcesSoFar_ = 0;

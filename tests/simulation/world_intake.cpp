@@ -24,10 +24,19 @@ constexpr int kHadAHeader = 5;
 }  // namespace
 
 void World::ActInBetween() {
+  if (neighbour_.IsAtWork()) neighbour_.BeforeOperation();
   if (calm_ || inBetween_ || !desk_.Rooms() || !chance_.OneIn(kOperationsUndisturbed)) return;
   inBetween_ = true;
-  chance_.OneIn(3) ? recorders_.Begin() : recorders_.GoOn();
+  if (conditions_.hasNeighbour && chance_.OneIn(6)) {
+    LetNeighbourSweep();
+  } else {
+    chance_.OneIn(3) ? recorders_.Begin() : recorders_.GoOn();
+  }
   inBetween_ = false;
+}
+
+void World::LetNeighbourSweep() {
+  if (neighbour_.Sweep(conditions_.programIsKilled)) killed_ = true;
 }
 
 void World::PutOnDesktop() {
