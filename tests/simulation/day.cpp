@@ -13,6 +13,8 @@ using base::operator""s;
 
 constexpr int kStepsBetweenSettlings = 120;
 constexpr int kTriesToStart = 3;
+/// Of the step that went wrong, beside what was done.
+constexpr std::size_t kOperationsTold = 40;
 
 }  // namespace
 
@@ -120,8 +122,17 @@ std::string Day::Look() {
   if (wrong.empty()) wrong = desk_.TakeSilence();
   if (wrong.empty()) wrong = typist_.DisobeyedPedal();
   if (wrong.empty()) wrong = typist_.DisobeyedMixer();
-  if (!wrong.empty()) trace_.Note(Described(desk_));
+  if (!wrong.empty()) NoteWhatLedToIt();
   return wrong;
+}
+
+void Day::NoteWhatLedToIt() {
+  const std::vector<std::string>& operations = desk_.disk.Operations;
+  const std::size_t first = operations.size() - std::min(kOperationsTold, operations.size());
+  for (std::size_t at = first; at < operations.size(); ++at) {
+    trace_.Note("  disk: " + operations[at]);
+  }
+  trace_.Note(Described(desk_));
 }
 
 std::string Day::Settle() {

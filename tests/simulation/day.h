@@ -35,6 +35,7 @@ class Day {
   void Restart();
   void Perish();
   std::string Look();
+  void NoteWhatLedToIt();
   /// The program has just ended by itself.
   std::string LookAtTheEnd();
   std::string CompareListWithFolder(const forms::Table& list, const std::string& folder);

@@ -63,6 +63,14 @@ std::vector<std::string> Ledger::FilesOf(const test::SimulatedDisk& disk,
   return files;
 }
 
+void Ledger::Becomes(const std::string& before, const std::string& after) {
+  const auto known = dictations_.find(DictationIn(before));
+  const bool mayBeGone = known != dictations_.end() && known->second.mayBeGone;
+  Forget(before);
+  Came(after);
+  dictations_[DictationIn(after)].mayBeGone = mayBeGone;
+}
+
 void Ledger::MayBeDeleted(const test::SimulatedDisk& disk, const std::string& path) {
   const auto known = dictations_.find(DictationIn(disk.Contents(path)));
   if (known != dictations_.end()) known->second.mayBeGone = true;
@@ -113,7 +121,9 @@ std::string Ledger::Place(const std::string& path, const std::string& contents, 
   }
   const auto grows = growing_.find(contents);
   if (grows != growing_.end()) {
-    const bool stays = grows->second.whileOpen == WhileOpen::Stays;
+    // What comes in anew under its name sets it aside, with its writer, and it goes on growing.
+    const bool isSetAside = name.starts_with(kRescuedBeside) || folder == root_ + kRescued;
+    const bool stays = grows->second.whileOpen == WhileOpen::Stays && !isSetAside;
     const bool arrived = stays && grows->second.path != path;
     grows->second.seen = true;
     return arrived ? "Half a dictation has come to " + Readable(path) + ": " + contents : "";

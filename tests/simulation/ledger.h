@@ -51,6 +51,8 @@ class Ledger {
   void Came(const std::string& contents) { dictations_[DictationIn(contents)] = {}; }
   /// A copy of it may come into a folder of the deck, now or late.
   void MayCome(const std::string& contents) { expected_.insert(contents); }
+  /// Somebody outside has put another dictation into its file, which shares what may become of it.
+  void Becomes(const std::string& before, const std::string& after);
   /// Somebody outside took it away.
   void Forget(const std::string& contents) { dictations_.erase(DictationIn(contents)); }
   bool Knows(const std::string& contents) const {

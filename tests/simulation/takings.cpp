@@ -161,7 +161,11 @@ bool Takings::IsToBeImported(const std::string& path) const {
                        folder == folders.Eu2QueuePath || folder == folders.FtpQueuePath;
   const bool goesByItself = isSwept || intake::EndsInPattern(name, ".dss") ||
                             desk_.Config().txtAutoImport.Value.Get() != "N";
-  return folder.starts_with(folders.WavQueuePath) && !name.starts_with('.') && !goesByItself;
+  if (name.starts_with('.') || goesByItself) return false;
+  // Those that are numbered, and none that happens to lie below the same folder.
+  const std::string& root = folders.WavQueuePath;
+  const bool isNumbered = folder.find_first_not_of("0123456789/", root.size()) == folder.npos;
+  return !root.empty() && root != "/" && folder.starts_with(root) && isNumbered;
 }
 
 bool Takings::GivesWayInQueue(const std::string& from, const std::string& to) {

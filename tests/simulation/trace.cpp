@@ -6,7 +6,7 @@
 namespace tavlo::simulation {
 namespace {
 
-constexpr std::size_t kLinesKept = 80;
+constexpr std::size_t kLinesKept = 120;
 constexpr std::size_t kLongestReadable = 400;
 
 }  // namespace

@@ -174,8 +174,7 @@ void World::Change() {
   if (Ledger::FilesOf(desk_.disk, before).size() != 1 || desk_.file.Barred.contains(before)) return;
   const std::string after = NewContents();
   desk_.disk.Write(path, after);
-  ledger_.Forget(before);
-  ledger_.Came(after);
+  ledger_.Becomes(before, after);
 }
 
 void World::InterfereWithNextCopy() {
@@ -199,8 +198,7 @@ void World::ChangeSourceOf(const std::string& copied) {
   if (sources.empty()) return;
   const std::string after = NewContents();
   for (const std::string& path : sources) desk_.disk.Write(path, after);
-  ledger_.Forget(copied);
-  ledger_.Came(after);
+  ledger_.Becomes(copied, after);
 }
 
 void World::MakeReadOnly() {

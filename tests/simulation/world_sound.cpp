@@ -66,8 +66,7 @@ void World::CutOff() {
   cut->number = ledger_.NewNumber();
   cut->samples = chance_.Below(static_cast<int>(cut->samples) + 1);
   desk_.disk.Write(path, cut->Contents());
-  ledger_.Forget(before);
-  ledger_.Came(cut->Contents());
+  ledger_.Becomes(before, cut->Contents());
   if (test::SimulatedSound* const open = desk_.file.Open()) open->readable = cut->samples;
 }
 
