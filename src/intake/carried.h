@@ -13,7 +13,7 @@ struct [[nodiscard]] Carried {
     Arrived,         ///< It stands at its target and nowhere else.
     TakenByAnother,  ///< Another deck or program has it, so there is nothing to do.
     NotConverted,    ///< Its library could not convert it: it stands where it was.
-    InUse,           ///< A program has begun to write it: it stands where it was.
+    InUse,           ///< A program writes it, or what is in its way: it stands where it was.
     NameTooLong,     ///< No claim can hold its name: it stands where it was.
     MayNotClaim,     ///< It may not be renamed where it stands, so it was not copied.
     Failed,          ///< A step on its files failed: it stands at `standsAt`.

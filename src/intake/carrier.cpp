@@ -9,6 +9,10 @@ bool HasGone(store::Disk& disk, const std::string& path) {
   return disk.Look(path) == store::Entry::Nothing;
 }
 
+bool IsBeingWritten(store::Disk& disk, const std::string& path) {
+  return disk.TestReadiness(path) == store::Readiness::InUse;
+}
+
 Carried NotClaimed(store::Disk& disk, const std::string& source, const Claims::Taken& claim) {
   const DiskResult why = claim.result;
   if (claim.nameTooLong) return {.outcome = Outcome::NameTooLong, .why = why};
@@ -26,7 +30,11 @@ Carried Carrier::Carry(const std::string& folder, const std::string& entry,
                        const std::string& target) {
   const std::string source = folder + entry;
   // A rename is a claim in itself.
-  const store::Moved moved = moves_.MoveInOneStep(source, target);
+  store::Moved moved = moves_.MoveInOneStep(source, target, store::InTheWay::Stays);
+  if (moved.result == DiskResult::AlreadyThere) {
+    if (IsBeingWritten(disk_, target)) return {.outcome = Outcome::InUse};
+    moved = moves_.MoveInOneStep(source, target);
+  }
   if (moved.result == DiskResult::OtherFileSystem) return CarryAcross(folder, entry, target);
   if (moved.result == DiskResult::Done) return {.displaced = moved.displaced};
   if (moved.result == DiskResult::OutOfReach) return {.outcome = Outcome::OutOfReach};
@@ -42,6 +50,9 @@ Carried Carrier::Carry(const std::string& folder, const std::string& entry,
 
 Carried Carrier::CarryAcross(const std::string& folder, const std::string& entry,
                              const std::string& target, store::InTheWay inTheWay) {
+  if (inTheWay == store::InTheWay::GoesToRescue && IsBeingWritten(disk_, target)) {
+    return {.outcome = Outcome::InUse};
+  }
   const Claims::Taken claim = claims_.Take(folder, entry);
   if (claim.result != DiskResult::Done) {
     return NotClaimed(disk_, folder + entry, claim);

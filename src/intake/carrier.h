@@ -11,6 +11,9 @@ namespace tavlo::intake {
 
 /// Whether nothing stands at the path any more, as far as that is known.
 bool HasGone(store::Disk& disk, const std::string& path);
+/// Whether a program still writes what stands at the path. It does not make way then: it would be
+/// set aside half.
+bool IsBeingWritten(store::Disk& disk, const std::string& path);
 /// What it means that a file could not be claimed.
 Carried NotClaimed(store::Disk& disk, const std::string& source, const Claims::Taken& claim);
 

@@ -140,6 +140,7 @@ void Conversion::TellOfImport(const std::string& folder, const std::string& sour
 
 Carried Conversion::Convert(const std::string& folder, const std::string& entry,
                             const std::string& target, const Call& call) {
+  if (IsBeingWritten(edges_.disk, target)) return {.outcome = Outcome::InUse};
   const Claims::Taken claim = edges_.claims.Take(folder, entry);
   if (claim.result != DiskResult::Done) {
     return NotClaimed(edges_.disk, folder + entry, claim);

@@ -121,9 +121,7 @@ std::string Ledger::Place(const std::string& path, const std::string& contents, 
   }
   const auto grows = growing_.find(contents);
   if (grows != growing_.end()) {
-    // What comes in anew under its name sets it aside, with its writer, and it goes on growing.
-    const bool isSetAside = name.starts_with(kRescuedBeside) || folder == root_ + kRescued;
-    const bool stays = grows->second.whileOpen == WhileOpen::Stays && !isSetAside;
+    const bool stays = grows->second.whileOpen == WhileOpen::Stays;
     const bool arrived = stays && grows->second.path != path;
     grows->second.seen = true;
     return arrived ? "Half a dictation has come to " + Readable(path) + ": " + contents : "";

@@ -58,7 +58,7 @@ TEST_F(DirectoryCounts, AreRightAsOfTheLastLookOnly) {
 
 TEST_F(DirectoryCounts, OfADirectoryThatIsNotThereIsNotKnown) {
   folders.WavQueuePath = "/nowhere/";
-  
+
   Refresh();
   LookAround();
   EXPECT_EQ(Of(0), "");

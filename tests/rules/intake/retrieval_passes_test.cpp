@@ -58,6 +58,25 @@ TEST_F(RetrievalPasses, DocumentOfTheSameNameIsOverwrittenWithoutABoxAndKeptInTh
                               deck.Rescued("a.wav")});
 }
 
+TEST_F(RetrievalPasses, FileInTheWayThatAProgramStillWritesIsNotSetAsideHalf) {
+  for (const char* kind : {".eW2", ".dS2", ".eU2"}) {
+    disk.WithFile(folders.FtpQueuePath + "a" + kind, "new");
+  }
+  const std::string growing = folders.Ew2QueuePath + "a.eW2";
+  const std::string queued = folders.InQueuePath + "a.wav";
+  for (const std::string& path : {growing, queued}) {
+    disk.WithFile(path, "half");
+    disk.OpenWriter(path);
+  }
+  passes.RunRetrievalPasses();
+  EXPECT_TRUE(disk.Has(folders.FtpQueuePath + "a.eW2"));
+  EXPECT_TRUE(disk.Has(folders.Ds2QueuePath + "a.dS2"));
+  EXPECT_TRUE(disk.Has(folders.Eu2QueuePath + "a.eU2"));
+  EXPECT_EQ(disk.Contents(growing), "half");
+  EXPECT_EQ(disk.Contents(queued), "half");
+  EXPECT_TRUE(disk.NamesIn(folders.RescuedPath()).empty());
+}
+
 TEST_F(RetrievalPasses, WaveThatWasMadeOverwritesNoDocumentEither) {
   disk.WithFile(deck.Queued("b.wav"), "old").WithFile(Ds2("b.dS2"), "B");
   passes.RunRetrievalPasses();
