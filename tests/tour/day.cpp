@@ -65,8 +65,16 @@ void Day::AddListening(std::vector<Step>& steps) {
         return Playing() && Main().StatusBar1.Panels.Get()[2] == "Lindqvist" && Seconds() > 2;
       },
       "08-preview"));
+  // A preview that ends by itself leaves its key enabled.
   steps.push_back(
-      Click("cmdImportCompleteSnipetStop", "Stop ends the preview", [this] { return !Playing(); }));
+      {.says = "Stop ends the preview",
+       .act =
+           [this] {
+             if (!Playing()) return ClickAuthor("listViewInQueue", RowOf("Lindqvist"));
+             typist_.ClickUnseen(typist_.Middle("cmdImportCompleteSnipetStop"));
+           },
+       .seen = [this] { return !Playing() && !Main().cmdImportCompleteSnipetStop.Enabled; },
+       .over = [] { return true; }});
   steps.push_back(Click(
       "cmdPlay", "Play shrinks the window to the player and sounds the document",
       [this] {
@@ -163,6 +171,7 @@ void Day::AddCompleted(std::vector<Step>& steps) {
   steps.push_back({.says = "a click sounds its beginning",
                    .act = [this] { ClickAuthor("listViewCompleted", 0); },
                    .seen = [this] { return Playing() && Seconds() > 1; },
+                   .over = [this] { return !Playing(); },
                    .picture = "14-completed"});
   steps.push_back(Click("cmdMoveToQueue", "Return to Queue takes it out of the list", [this] {
     return !Playing() && Main().listViewCompleted.Rows().empty() &&
@@ -276,6 +285,7 @@ Step Day::ClickRowOf(const std::string& author, std::string says, std::function<
   return {.says = std::move(says),
           .act = [this, author] { ClickAuthor("listViewInQueue", RowOf(author)); },
           .seen = std::move(seen),
+          .over = [this] { return !Playing() && !BoxOpen(); },
           .picture = std::move(picture)};
 }
 

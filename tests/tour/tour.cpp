@@ -14,6 +14,8 @@ using base::operator""ms;
 /// How often it is looked for what must come: for more than a minute, and longer on a machine that
 /// is busy elsewhere.
 constexpr int kManyLooks = 1500;
+/// What was just done may not have reached the deck yet.
+constexpr int kLooksUntilOver = 20;
 /// What a window needs to be on the screen as its form says.
 constexpr base::Duration kSettle = 250ms;
 
@@ -36,13 +38,25 @@ void Tour::Tick() {
   if (!acted_) {
     acted_ = true;
     looks_ = 0;
-    if (step.act) step.act();
+    Act(step);
   } else if (step.seen()) {
     Finish(step, true);
   } else if (++looks_ == kManyLooks) {
     Finish(step, false);
+  } else if (IsOver(step)) {
+    Act(step);
   }
   tick_.Start();
+}
+
+void Tour::Act(const Step& step) {
+  looksOver_ = 0;
+  if (step.act) step.act();
+}
+
+bool Tour::IsOver(const Step& step) {
+  looksOver_ = step.over && step.over() ? looksOver_ + 1 : 0;
+  return looksOver_ == kLooksUntilOver;
 }
 
 void Tour::Finish(const Step& step, bool seen) {

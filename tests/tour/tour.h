@@ -16,6 +16,10 @@ struct Step {
   std::string says;
   std::function<void()> act;
   std::function<bool()> seen;
+  /// True when what it began is over, so that it is done again unless it was seen. A preview ends
+  /// by the clock, however little of it a machine that stands still now and then has sounded. Empty
+  /// for what does not end by itself.
+  std::function<bool()> over = {};
   /// Name of the picture to take once it was seen; empty for none.
   std::string picture = {};
 };
@@ -37,6 +41,9 @@ class Tour {
 
  private:
   void Tick();
+  void Act(const Step& step);
+  /// What the step began was over at each of the last looks.
+  bool IsOver(const Step& step);
   void Finish(const Step& step, bool seen);
   void TakePicture(const std::string& name) const;
 
@@ -49,6 +56,7 @@ class Tour {
   std::size_t missed_ = 0;
   bool acted_ = false;
   int looks_ = 0;
+  int looksOver_ = 0;
 };
 
 }  // namespace tavlo::tour
