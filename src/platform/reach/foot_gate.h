@@ -16,8 +16,7 @@ class FootGate {
 
   /// The foot must outlive the gate. `holds` says whether the rules of this foot stop what sounds
   /// when it lets go; it is asked only when the foot has.
-  void Watch(
-      WatchedFoot& foot, std::function<bool()> holds = [] { return true; }) {
+  void Watch(WatchedFoot& foot, std::function<bool()> holds) {
     feet_.push_back({&foot, std::move(holds)});
   }
   void Look() {

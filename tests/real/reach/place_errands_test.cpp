@@ -121,7 +121,7 @@ TEST_F(PlaceErrandsTest, WorkThatGivesSignsIsWaitedForHoweverLongItTakes) {
     }
     return false;
   };
-  feet.Watch(foot);
+  feet.Watch(foot, [] { return true; });
   EXPECT_TRUE(RunInVain("A", [steps](Errands::Sign& sign) {
     for (int i = 0; i < kSteps; ++i) {
       TakeTurn(steps->next);
@@ -144,7 +144,7 @@ TEST_F(PlaceErrandsTest, FootThatLetsGoIsHeardWhileTheLoopWaits) {
   ScriptedFoot foot;
   int looks = 0;
   foot.OnLook = [&] { return ++looks == 3; };
-  feet.Watch(foot);
+  feet.Watch(foot, [] { return true; });
   const StuckCall call;
   EXPECT_FALSE(RunInVain("A", call));
   EXPECT_EQ(hush.silences, 1);
