@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/listener.h"
 #include "pedals/heard_news.h"
 #include "pedals/pedal_pipe.h"
 #include "platform/usb/plugin_usb_watcher.h"
@@ -27,13 +28,39 @@ struct PedalLibrary : testing::Test {
   ErrandsAtHand errands;
 };
 
-/// What one read hands over.
-Bytes Read(PluginUsbWatcher& watcher, pedals::MonitorHandle& monitor) {
-  std::array<std::uint8_t, 100> buffer{};
-  std::int32_t count = -1;
-  EXPECT_TRUE(watcher.GetData(monitor, buffer, count));
-  return {buffer.begin(), buffer.begin() + count};
-}
+/// A watch over the pedals that a library knows.
+struct Watch {
+  PluginUsbWatcher watcher;
+  pedals::MonitorHandle monitor = 0;
+
+  Watch(ErrandsAtHand& errands, const std::string& library) : watcher(errands, library) {}
+
+  bool Start() { return watcher.StartWatch(255, 12, 3, monitor); }
+  bool Stop() { return watcher.StopWatch(monitor); }
+  bool TellOnce(base::Listener& listener) { return watcher.TellOnce(monitor, listener); }
+  /// What one read hands over.
+  Bytes Read() {
+    std::array<std::uint8_t, 100> buffer{};
+    std::int32_t count = -1;
+    EXPECT_TRUE(watcher.GetData(monitor, buffer, count));
+    return {buffer.begin(), buffer.begin() + count};
+  }
+};
+
+/// A stand-in for the library, in a folder of its own.
+struct StandIn {
+  const TemporaryFolder folder;
+  const PedalPipe pipe;
+
+  explicit StandIn(const char* kind) : pipe(Path(), kind) {}
+  std::string Path() const { return folder / "PedalWatch.so"; }
+};
+
+/// A watch over the pedal of a stand-in.
+struct StandInWatch : StandIn, Watch {
+  explicit StandInWatch(ErrandsAtHand& errands, const char* kind = TAVLO_PEDAL_STAND_IN)
+      : StandIn(kind), Watch(errands, Path()) {}
+};
 
 TEST_F(PedalLibrary, LibraryThatIsMissingStartsNoWatch) {
   const TemporaryFolder folder;
@@ -96,32 +123,29 @@ TEST_F(PedalLibrary, CodeOfALibraryIsReadWhenItIsLoadedAndNotWhenAPedalIsPressed
   rlimit limit{};
   ASSERT_EQ(::getrlimit(RLIMIT_MEMLOCK, &limit), 0);
   if (limit.rlim_cur < kEnough) GTEST_SKIP() << "this process may hold too little in memory";
-  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
-  pedals::MonitorHandle monitor = 0;
-  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
+  Watch pedal(errands, TAVLO_PEDAL_WATCH);
+  ASSERT_TRUE(pedal.Start());
   EXPECT_TRUE(IsHeldInMemory(std::filesystem::canonical(TAVLO_PEDAL_WATCH)));
-  EXPECT_TRUE(watcher.StopWatch(monitor));
+  EXPECT_TRUE(pedal.Stop());
 }
 
 TEST_F(PedalLibrary, LinkToALibraryIsFollowed) {
   const TemporaryFolder folder;
   std::filesystem::create_symlink(TAVLO_PEDAL_WATCH, folder / "PedalWatch.so");
-  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
-  pedals::MonitorHandle monitor = 0;
-  EXPECT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-  EXPECT_TRUE(watcher.StopWatch(monitor));
+  Watch pedal(errands, folder / "PedalWatch.so");
+  EXPECT_TRUE(pedal.Start());
+  EXPECT_TRUE(pedal.Stop());
 }
 
 TEST_F(PedalLibrary, RealOneWatchesWithoutAPedalAndEndsAtOnce) {
-  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
-  pedals::MonitorHandle monitor = 0;
-  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-  EXPECT_NE(monitor, 0);
-  EXPECT_EQ(Read(watcher, monitor), Bytes{});
-  EXPECT_NE(watcher.Presence(monitor), UsbPresence::NotWatched);
-  EXPECT_TRUE(watcher.StopWatch(monitor));
-  EXPECT_EQ(monitor, 0);
-  EXPECT_FALSE(watcher.StopWatch(monitor));
+  Watch pedal(errands, TAVLO_PEDAL_WATCH);
+  ASSERT_TRUE(pedal.Start());
+  EXPECT_NE(pedal.monitor, 0);
+  EXPECT_EQ(pedal.Read(), Bytes{});
+  EXPECT_NE(pedal.watcher.Presence(pedal.monitor), UsbPresence::NotWatched);
+  EXPECT_TRUE(pedal.Stop());
+  EXPECT_EQ(pedal.monitor, 0);
+  EXPECT_FALSE(pedal.Stop());
 }
 
 TEST_F(PedalLibrary, RealOneRefusesFiguresThatPickNothing) {
@@ -133,127 +157,110 @@ TEST_F(PedalLibrary, RealOneRefusesFiguresThatPickNothing) {
 }
 
 TEST_F(PedalLibrary, RealOneAnswersOnlyToItsHandles) {
-  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
-  pedals::MonitorHandle monitor = 0;
-  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-  pedals::MonitorHandle stranger = monitor + 1;
+  Watch pedal(errands, TAVLO_PEDAL_WATCH);
+  ASSERT_TRUE(pedal.Start());
+  pedals::MonitorHandle stranger = pedal.monitor + 1;
   std::array<std::uint8_t, 100> buffer{};
   std::int32_t count = -1;
-  EXPECT_FALSE(watcher.GetData(stranger, buffer, count));
-  EXPECT_EQ(watcher.Presence(stranger), UsbPresence::NotWatched);
-  EXPECT_FALSE(watcher.StopWatch(stranger));
-  EXPECT_TRUE(watcher.StopWatch(monitor));
+  EXPECT_FALSE(pedal.watcher.GetData(stranger, buffer, count));
+  EXPECT_EQ(pedal.watcher.Presence(stranger), UsbPresence::NotWatched);
+  EXPECT_FALSE(pedal.watcher.StopWatch(stranger));
+  EXPECT_TRUE(pedal.Stop());
 }
 
 TEST_F(PedalLibrary, StandInHandsOverOneReportFirstAndThirtyThreeAtMostLater) {
-  const TemporaryFolder folder;
-  const PedalPipe pipe(folder / "PedalWatch.so");
-  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
-  pedals::MonitorHandle monitor = 0;
-  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-  EXPECT_EQ(watcher.Presence(monitor), UsbPresence::Ready);
-  EXPECT_EQ(Read(watcher, monitor), Bytes{});
-  ASSERT_TRUE(pipe.Report(Bytes(40, 2)));
-  EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 2, 0}));
-  EXPECT_EQ(Read(watcher, monitor).size(), 99u);
-  EXPECT_EQ(Read(watcher, monitor).size(), 18u);
-  EXPECT_TRUE(watcher.StopWatch(monitor));
+  StandInWatch pedal(errands);
+  ASSERT_TRUE(pedal.Start());
+  EXPECT_EQ(pedal.watcher.Presence(pedal.monitor), UsbPresence::Ready);
+  EXPECT_EQ(pedal.Read(), Bytes{});
+  ASSERT_TRUE(pedal.pipe.Report(Bytes(40, 2)));
+  EXPECT_EQ(pedal.Read(), (Bytes{0, 2, 0}));
+  EXPECT_EQ(pedal.Read().size(), 99u);
+  EXPECT_EQ(pedal.Read().size(), 18u);
+  EXPECT_TRUE(pedal.Stop());
 }
 
 TEST_F(PedalLibrary, StandInTellsOnceOfWhatWaitsAndOfWhatComes) {
-  const TemporaryFolder folder;
-  const PedalPipe pipe(folder / "PedalWatch.so");
-  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
-  pedals::MonitorHandle monitor = 0;
+  StandInWatch pedal(errands);
   HeardNews news;
-  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-  ASSERT_TRUE(watcher.TellOnce(monitor, news));
+  ASSERT_TRUE(pedal.Start());
+  ASSERT_TRUE(pedal.TellOnce(news));
   news.Turn();
   EXPECT_EQ(news.Count, 0);
-  ASSERT_TRUE(pipe.Report({2, 0}));
+  ASSERT_TRUE(pedal.pipe.Report({2, 0}));
   EXPECT_TRUE(news.Until(1));
   news.Turn();
   EXPECT_EQ(news.Count, 1);
   // Reports still wait.
-  ASSERT_TRUE(watcher.TellOnce(monitor, news));
+  ASSERT_TRUE(pedal.TellOnce(news));
   EXPECT_TRUE(news.Until(2));
-  EXPECT_EQ(Read(watcher, monitor).size() + Read(watcher, monitor).size(), 6u);
-  ASSERT_TRUE(watcher.TellOnce(monitor, news));
+  EXPECT_EQ(pedal.Read().size() + pedal.Read().size(), 6u);
+  ASSERT_TRUE(pedal.TellOnce(news));
   news.Turn();
   EXPECT_EQ(news.Count, 2);
-  EXPECT_TRUE(watcher.StopWatch(monitor));
-  ASSERT_TRUE(pipe.Report({2}));
+  EXPECT_TRUE(pedal.Stop());
+  ASSERT_TRUE(pedal.pipe.Report({2}));
   news.Turn();
   EXPECT_EQ(news.Count, 2);
 }
 
 TEST_F(PedalLibrary, LibraryThatHandsOutNothingToWaitOnIsRead) {
-  const TemporaryFolder folder;
-  const PedalPipe pipe(folder / "PedalWatch.so", TAVLO_POLLED_STAND_IN);
-  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
-  pedals::MonitorHandle monitor = 0;
+  StandInWatch pedal(errands, TAVLO_POLLED_STAND_IN);
   HeardNews news;
-  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-  EXPECT_FALSE(watcher.TellOnce(monitor, news));
-  ASSERT_TRUE(pipe.Report({2}));
+  ASSERT_TRUE(pedal.Start());
+  EXPECT_FALSE(pedal.TellOnce(news));
+  ASSERT_TRUE(pedal.pipe.Report({2}));
   news.Turn();
   EXPECT_EQ(news.Count, 0);
-  EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 2, 0}));
-  EXPECT_TRUE(watcher.StopWatch(monitor));
+  EXPECT_EQ(pedal.Read(), (Bytes{0, 2, 0}));
+  EXPECT_TRUE(pedal.Stop());
 }
 
 TEST_F(PedalLibrary, FootThatLetsGoIsSeenAheadOfTheRulesWhichReadAllOfItInOrder) {
   for (const char* library : {TAVLO_PEDAL_STAND_IN, TAVLO_POLLED_STAND_IN}) {
-    const TemporaryFolder folder;
-    const PedalPipe pipe(folder / "PedalWatch.so", library);
-    PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
-    pedals::MonitorHandle monitor = 0;
-    EXPECT_FALSE(watcher.LetGo());
-    ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-    EXPECT_FALSE(watcher.LetGo());
-    ASSERT_TRUE(pipe.Report({2}));
-    EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 2, 0}));
-    ASSERT_TRUE(pipe.Report({6, 2}));
-    EXPECT_FALSE(watcher.LetGo()) << "one pedal is still down";
-    ASSERT_TRUE(pipe.Report({0, 4}));
-    EXPECT_TRUE(watcher.LetGo()) << "it was let go, though another one is down by now";
-    EXPECT_FALSE(watcher.LetGo());
-    ASSERT_TRUE(pipe.Report({0}));
-    EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 6, 0, 0, 2, 0}));
-    EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 0, 0, 0, 4, 0}));
-    EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 0, 0}));
-    EXPECT_FALSE(watcher.LetGo()) << "the rules have read it";
-    EXPECT_TRUE(watcher.StopWatch(monitor));
-    EXPECT_FALSE(watcher.LetGo());
+    StandInWatch pedal(errands, library);
+    EXPECT_FALSE(pedal.watcher.LetGo());
+    ASSERT_TRUE(pedal.Start());
+    EXPECT_FALSE(pedal.watcher.LetGo());
+    ASSERT_TRUE(pedal.pipe.Report({2}));
+    EXPECT_EQ(pedal.Read(), (Bytes{0, 2, 0}));
+    ASSERT_TRUE(pedal.pipe.Report({6, 2}));
+    EXPECT_FALSE(pedal.watcher.LetGo()) << "one pedal is still down";
+    ASSERT_TRUE(pedal.pipe.Report({0, 4}));
+    EXPECT_TRUE(pedal.watcher.LetGo()) << "it was let go, though another one is down by now";
+    EXPECT_FALSE(pedal.watcher.LetGo());
+    ASSERT_TRUE(pedal.pipe.Report({0}));
+    EXPECT_EQ(pedal.Read(), (Bytes{0, 6, 0, 0, 2, 0}));
+    EXPECT_EQ(pedal.Read(), (Bytes{0, 0, 0, 0, 4, 0}));
+    EXPECT_EQ(pedal.Read(), (Bytes{0, 0, 0}));
+    EXPECT_FALSE(pedal.watcher.LetGo()) << "the rules have read it";
+    EXPECT_TRUE(pedal.Stop());
+    EXPECT_FALSE(pedal.watcher.LetGo());
   }
 }
 
 TEST_F(PedalLibrary, ReportThatWasTakenAheadIsStillTold) {
-  const TemporaryFolder folder;
-  const PedalPipe pipe(folder / "PedalWatch.so");
-  PluginUsbWatcher watcher(errands, folder / "PedalWatch.so");
-  pedals::MonitorHandle monitor = 0;
+  StandInWatch pedal(errands);
   HeardNews news;
-  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-  ASSERT_TRUE(watcher.TellOnce(monitor, news));
-  ASSERT_TRUE(pipe.Report({2}));
-  EXPECT_FALSE(watcher.LetGo());
+  ASSERT_TRUE(pedal.Start());
+  ASSERT_TRUE(pedal.TellOnce(news));
+  ASSERT_TRUE(pedal.pipe.Report({2}));
+  EXPECT_FALSE(pedal.watcher.LetGo());
   EXPECT_EQ(news.Count, 1);
-  EXPECT_FALSE(watcher.TellOnce(monitor, news)) << "what waits must be read first";
-  EXPECT_EQ(Read(watcher, monitor), (Bytes{0, 2, 0}));
-  EXPECT_TRUE(watcher.TellOnce(monitor, news));
-  EXPECT_TRUE(watcher.StopWatch(monitor));
+  EXPECT_FALSE(pedal.TellOnce(news)) << "what waits must be read first";
+  EXPECT_EQ(pedal.Read(), (Bytes{0, 2, 0}));
+  EXPECT_TRUE(pedal.TellOnce(news));
+  EXPECT_TRUE(pedal.Stop());
 }
 
 TEST_F(PedalLibrary, RealOneTellsForAsLongAsItsWatchRuns) {
-  PluginUsbWatcher watcher(errands, TAVLO_PEDAL_WATCH);
-  pedals::MonitorHandle monitor = 0;
+  Watch pedal(errands, TAVLO_PEDAL_WATCH);
   HeardNews news;
-  EXPECT_FALSE(watcher.TellOnce(monitor, news));
-  ASSERT_TRUE(watcher.StartWatch(255, 12, 3, monitor));
-  EXPECT_TRUE(watcher.TellOnce(monitor, news));
-  EXPECT_TRUE(watcher.StopWatch(monitor));
-  EXPECT_FALSE(watcher.TellOnce(monitor, news));
+  EXPECT_FALSE(pedal.TellOnce(news));
+  ASSERT_TRUE(pedal.Start());
+  EXPECT_TRUE(pedal.TellOnce(news));
+  EXPECT_TRUE(pedal.Stop());
+  EXPECT_FALSE(pedal.TellOnce(news));
 }
 
 }  // namespace
