@@ -98,6 +98,64 @@ TEST_F(StalledQueue, HandsOnTheDocumentWaitForNothingAndAServerThatIsKilledIsTol
   EXPECT_EQ(Standing(), (Places{{"InQueue/" + name, "Brown"}}));
 }
 
+struct ReturningQueue : StalledQueue {
+  std::string first;
+  std::string second;
+
+  void SetUp() override {
+    StalledQueue::SetUp();
+    if (IsSkipped()) return;
+    first = Put("Brown", 60);
+    second = Put("Okafor", kSecondLasts);
+  }
+  /// The share is mounted again, and works as ever.
+  void ComeBackAndWork() {
+    // Its server ends with the thread that has started it.
+    program->Do([&] { Mount().ComeBack(); });
+    Refresh();
+    EXPECT_EQ(Rows(), 2U);
+    Play(second);
+    EXPECT_TRUE(Until([&] { return !Playing(); }));
+    EXPECT_EQ(Line(), "");
+    EXPECT_NEAR(Played(), kSecondLasts * kRate, kRate / 100) << "nothing was left out";
+    program->Click("cmdComplete");
+    ASSERT_TRUE(Until([&] { return program->IsReady(); })) << program->Box();
+    EXPECT_EQ(Rows(), 1U);
+  }
+  void ExpectSecondCompleted() const {
+    EXPECT_EQ(Standing(),
+              (Places{{"Completed/" + second, "Okafor"}, {"InQueue/" + first, "Brown"}}));
+  }
+
+  static constexpr int kSecondLasts = 3;
+};
+
+TEST_F(ReturningQueue, ShareWhoseServerWasKilledUnderWhatPlaysWorksOnceItIsMountedAgain) {
+  Run([&] {
+    Play(first);
+    Mount().Kill();
+    EXPECT_TRUE(
+        Until([&] { return Line().starts_with("The rest of this document can not be read."); }));
+    program->Click("cmdSkip");
+    EXPECT_TRUE(program->AnswerBox().starts_with(kQueueFault));
+    ASSERT_TRUE(Until([&] { return program->IsReady(); })) << program->Box();
+    EXPECT_EQ(Rows(), 0U);
+    ComeBackAndWork();
+  });
+  ExpectSecondCompleted();
+}
+
+TEST_F(ReturningQueue, ShareThatOwedAnAnswerWhenItsServerWasKilledWorksOnceItIsMountedAgain) {
+  Run([&] {
+    Mount().Stop();
+    EXPECT_TRUE(BoxInVain([&] { program->Click("cmdUpdateFileList"); }).starts_with(kQueueFault));
+    ASSERT_TRUE(Until([&] { return program->IsReady(); })) << program->Box();
+    Mount().Kill();
+    ComeBackAndWork();
+  });
+  ExpectSecondCompleted();
+}
+
 struct StalledPreview : WorkOnAShare {
   StalledPreview() : WorkOnAShare("/Lyrane/TavloDeck/Files/InQueue", {{"AutoPreview", "5"}}) {}
 };
@@ -105,16 +163,13 @@ struct StalledPreview : WorkOnAShare {
 TEST_F(StalledPreview, RefreshAndSelectionAreToldInVainAndTheNextOnesAreAsEver) {
   const std::string first = Put("Brown", 2);
   const std::string second = Put("Okafor", 2);
-  const auto rows = [&] {
-    return program->Ask([&] { return Main().listViewInQueue.Rows().size(); });
-  };
   Run([&] {
     Mount().Stop();
     EXPECT_TRUE(BoxInVain([&] { program->Click("cmdUpdateFileList"); }).starts_with(kQueueFault));
     ASSERT_TRUE(Until([&] { return program->IsReady(); }));
     GoOn();
     Refresh();
-    EXPECT_EQ(rows(), 2U);
+    EXPECT_EQ(Rows(), 2U);
     Mount().Stop();
     EXPECT_EQ(BoxInVain([&] { program->ClickRow(program->RowOf(second)); }), kNotFound);
     EXPECT_FALSE(Enabled(&forms::MainForm::cmdPlay));
@@ -161,7 +216,7 @@ struct StalledCompleted : WorkOnAShare {
     ASSERT_TRUE(program->Until([] { return QApplication::activePopupWidget() != nullptr; }));
     program->Keys({'c'});
   }
-  std::size_t Rows() {
+  std::size_t CompletedRows() {
     return program->Ask([&] { return Main().listViewCompleted.Rows().size(); });
   }
   std::string Choose(int row) {
@@ -195,7 +250,7 @@ TEST_F(StalledCompleted, TakesADocumentOnceItAnswersAndLosesNoneButTheOneThatIsD
     program->Click("cmdComplete");
     ASSERT_TRUE(Until([&] { return program->IsReady(); })) << program->Box();
     ChooseCompleted();
-    ASSERT_TRUE(Until([&] { return Rows() == 2; }));
+    ASSERT_TRUE(Until([&] { return CompletedRows() == 2; }));
     EXPECT_EQ(Standing(),
               (Places{{"Completed/" + name, "Brown"}, {"Completed/" + other, "Okafor"}}));
     const std::string first = Choose(0);
@@ -204,7 +259,7 @@ TEST_F(StalledCompleted, TakesADocumentOnceItAnswersAndLosesNoneButTheOneThatIsD
     EXPECT_EQ(Line(), NotKnown("the document was deleted", first));
     GoOn();
     ChooseCompleted();
-    EXPECT_TRUE(Until([&] { return Rows() == 1; }));
+    EXPECT_TRUE(Until([&] { return CompletedRows() == 1; }));
     const std::string second = Choose(0);
     EXPECT_NE(second, first);
     Mount().Kill();

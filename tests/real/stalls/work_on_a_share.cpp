@@ -121,6 +121,10 @@ std::string WorkOnAShare::Line() {
       [&] { return Main().lblNotice.Visible ? Main().lblNotice.Value.Get() : std::string(); });
 }
 
+std::size_t WorkOnAShare::Rows() {
+  return program->Ask([&] { return Main().listViewInQueue.Rows().size(); });
+}
+
 void WorkOnAShare::Play(const std::string& name) {
   program->ClickRow(program->RowOf(name));
   ASSERT_TRUE(Until([&] { return Enabled(&forms::MainForm::cmdPlay); })) << program->Box();

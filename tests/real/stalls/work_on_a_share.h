@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QObject>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <optional>
@@ -69,6 +70,8 @@ class WorkOnAShare : public testing::Test {
   bool Playing();
   bool Enabled(forms::Command forms::MainForm::*command);
   std::string Line();
+  /// Of the Queue's list.
+  std::size_t Rows();
 
   void Play(const std::string& name);
   /// Puts a document in work, stopped at its end.

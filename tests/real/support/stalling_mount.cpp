@@ -251,6 +251,10 @@ void Unmount(const std::string& point) {
 
 StallingMount::StallingMount(std::string source, std::string point)
     : source_(std::move(source)), point_(std::move(point)), common_(MakeCommon()) {
+  if (!StartServer()) fault_ = "nothing can be mounted here by FUSE";
+}
+
+bool StallingMount::StartServer() {
   std::array<int, 2> ready{};
   if (::pipe2(ready.data(), O_CLOEXEC) != 0) std::abort();
   server_ = ::fork();
@@ -258,8 +262,9 @@ StallingMount::StallingMount(std::string source, std::string point)
   EXPECT_GT(server_, 0) << "no server can be forked";
   ::close(ready[1]);
   char answer = 0;
-  if (::read(ready[0], &answer, 1) != 1) fault_ = "nothing can be mounted here by FUSE";
+  const bool serves = ::read(ready[0], &answer, 1) == 1;
   ::close(ready[0]);
+  return serves;
 }
 
 StallingMount::~StallingMount() {
@@ -329,6 +334,12 @@ void StallingMount::Kill() {
   if (!Send(SIGKILL)) return;
   ::waitpid(server_, nullptr, 0);
   server_ = -1;
+}
+
+void StallingMount::ComeBack() {
+  Unmount(point_);
+  common_->holds = false;
+  EXPECT_TRUE(StartServer()) << point_ << " does not come back";
 }
 
 }  // namespace tavlo::test

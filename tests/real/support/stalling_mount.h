@@ -33,6 +33,9 @@ class StallingMount {
   void GoOn() const;
   /// Each call on the mount fails from here on.
   void Kill();
+  /// Mounts it again at the same place after it was killed, by a server that answers. That one ends
+  /// with the thread that calls this, if not before.
+  void ComeBack();
 
   /// What stands there now, and has not been touched since, looks an hour older from here on. The
   /// clock of the mount is as before for whatever is written later.
@@ -45,6 +48,8 @@ class StallingMount {
   int AskedByTheWatched() const;
 
  private:
+  /// Forks a server and waits until it serves. False when nothing can be mounted.
+  bool StartServer();
   [[noreturn]] void Serve(int ready) const;
   /// False, and a failure of the test, when there is no server to be sent a signal.
   bool Send(int signal) const;
