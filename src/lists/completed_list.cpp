@@ -140,9 +140,11 @@ void CompletedList::DeleteOne() {
   engine_.tmrPlaySnipet.Stop();
   {
     const forms::Hourglass hourglass(form_.frmMain);
+    const std::uint64_t givenUp = disk_.CallsGivenUp();
     const store::DiskResult deleted = moves_.DeleteForGood(folders_.CompletedPath() + chosen);
     const bool done = deleted == store::DiskResult::Done;
-    if (!done) window_.Say(DeleteFailureInWords(deleted, chosen));
+    const bool asked = deleted != store::DiskResult::OutOfReach || disk_.CallsGivenUp() != givenUp;
+    if (!done) window_.Say(DeleteFailureInWords(deleted, asked, chosen));
     RefreshCompletedList();
     SetCompletedButtons();
     opening_.SelectedCompletedFile.clear();

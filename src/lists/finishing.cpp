@@ -141,10 +141,12 @@ void Finishing::StoreOutcome(Way way) {
 
 void Finishing::SavePosition() {
   const double position = document_.CurrentSamplePosition;
-  const store::DiskResult stored =
+  const store::Moved stored =
       store::WriteSavedPosition(position, opening_.SelectedQueueFile, folders_, moves_);
   const std::string& name = opening_.SelectedQueueFile;
-  if (stored != store::DiskResult::Done) return StoredOtherwise(SaveFailureInWords(stored, name));
+  if (stored.result != store::DiskResult::Done) {
+    return StoredOtherwise(SaveFailureInWords(stored, name));
+  }
   // Some names take a position that no opening of the document finds again, or none at all.
   store::DocumentNames names(loop_);
   names.ParseDocumentName(name);

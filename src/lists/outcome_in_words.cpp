@@ -35,6 +35,10 @@ std::string Because(DiskResult result) {
   return std::string(store::WhyNot(result)) + ".";
 }
 
+bool MayStillHappen(DiskResult result, bool asked) {
+  return result == DiskResult::OutOfReach && asked;
+}
+
 /// Of what may still happen nothing is claimed.
 std::string NotKnown(std::string_view whether) {
   return "It is not known whether " + std::string(whether) + ": " +
@@ -58,11 +62,11 @@ std::string UnknownMoveInWords(const TripWords& words, const store::Moved& moved
 
 }  // namespace
 
-std::string SaveFailureInWords(DiskResult result, const std::string& name) {
-  if (result == DiskResult::OutOfReach) {
+std::string SaveFailureInWords(const store::Moved& moved, const std::string& name) {
+  if (MayStillHappen(moved.result, moved.asked)) {
     return NotKnown("the position was saved") + " Document: " + name;
   }
-  return "The position was not saved: " + Because(result) + " Document: " + name;
+  return "The position was not saved: " + Because(moved.result) + " Document: " + name;
 }
 
 std::string NamelessPositionInWords(const std::string& name) {
@@ -73,7 +77,7 @@ std::string NamelessPositionInWords(const std::string& name) {
 std::string MoveInWords(Trip trip, const store::Moved& moved, const std::string& name,
                         const store::WorkFolders& folders) {
   const TripWords& words = trip == Trip::ToCompleted ? kToCompleted : kToQueue;
-  if (moved.result == DiskResult::OutOfReach) {
+  if (MayStillHappen(moved.result, moved.asked)) {
     return UnknownMoveInWords(words, moved, name, folders);
   }
   const bool done = moved.result == DiskResult::Done;
@@ -96,8 +100,8 @@ std::string MoveInWords(Trip trip, const store::Moved& moved, const std::string&
   return text;
 }
 
-std::string DeleteFailureInWords(DiskResult result, const std::string& name) {
-  if (result == DiskResult::OutOfReach) {
+std::string DeleteFailureInWords(DiskResult result, bool asked, const std::string& name) {
+  if (MayStillHappen(result, asked)) {
     return NotKnown("the document was deleted") + " Document: " + name;
   }
   return "Not deleted: " + std::string(store::WhyNot(result)) + ". Document: " + name;

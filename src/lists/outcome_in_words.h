@@ -11,7 +11,8 @@
 /// file name of the document that the key was for.
 namespace tavlo::lists {
 
-std::string SaveFailureInWords(store::DiskResult result, const std::string& name);
+/// Of the rename that was to put the position into the name.
+std::string SaveFailureInWords(const store::Moved& moved, const std::string& name);
 /// For a name whose position can not be read back.
 std::string NamelessPositionInWords(const std::string& name);
 
@@ -21,7 +22,8 @@ enum class Trip { ToCompleted, ToQueue };
 std::string MoveInWords(Trip trip, const store::Moved& moved, const std::string& name,
                         const store::WorkFolders& folders);
 
-std::string DeleteFailureInWords(store::DiskResult result, const std::string& name);
+/// `asked`: as Moved has it.
+std::string DeleteFailureInWords(store::DiskResult result, bool asked, const std::string& name);
 std::string DeleteAllFailureInWords(store::DiskResult result);
 
 /// What stands in a list without rows when it is not known what its folder holds.

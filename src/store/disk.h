@@ -103,6 +103,9 @@ class Disk {
   /// Whether the place of `path` owes an answer, be it to a call that still waits for it. Answers
   /// at once.
   virtual bool OutOfReach(const std::string& path) = 0;
+  /// How many calls were given up so far that may have begun. A call that is out of reach and makes
+  /// this no greater was never made, for its place owed an answer already: nothing comes of it.
+  virtual std::uint64_t CallsGivenUp() const = 0;
 };
 
 }  // namespace tavlo::store

@@ -41,7 +41,10 @@ std::string NumberedName(std::string_view name, int number) {
 Moved FileMoves::Move(const std::string& source, const std::string& target, InTheWay inTheWay) {
   if (source == target) return {.result = DiskResult::Done, .arrived = true};
   unfinished_.TakeBack();
-  const Moved renamed = RenameOver(source, target, inTheWay);
+  const std::uint64_t givenUp = disk_.CallsGivenUp();
+  Moved renamed = RenameOver(source, target, inTheWay);
+  const bool refused = renamed.result == DiskResult::OutOfReach && disk_.CallsGivenUp() == givenUp;
+  renamed.asked = !refused || !renamed.displaced.empty();
   if (renamed.result != DiskResult::OtherFileSystem) return renamed;
   Moved across = MoveAcross(source, target, inTheWay);
   if (across.displaced.empty()) across.displaced = renamed.displaced;

@@ -20,6 +20,9 @@ struct [[nodiscard]] Moved {
   /// steps happen; nothing more was done. Anything else: the source was not moved away; it stands
   /// as before unless `rescued` says where it is.
   DiskResult result = DiskResult::Done;
+  /// False with OutOfReach: an earlier call keeps the place busy, so not one step was asked for.
+  /// The source was not moved, and will not be.
+  bool asked = true;
   /// The target holds the whole document. Without Done only the last two steps failed, the flush of
   /// the target's folder or the delete of the source.
   bool arrived = false;

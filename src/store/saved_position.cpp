@@ -39,14 +39,14 @@ std::string CompletedName(const std::string& name) {
   return newName.size() > kMostBytesOfAName ? name : newName;
 }
 
-DiskResult WriteSavedPosition(double position, std::string& selectedQueueFile,
-                              const WorkFolders& folders, FileMoves& moves) {
+Moved WriteSavedPosition(double position, std::string& selectedQueueFile,
+                         const WorkFolders& folders, FileMoves& moves) {
   const std::string newName = WithSavedPosition(selectedQueueFile, position);
-  if (newName == selectedQueueFile) return DiskResult::Done;
-  const Moved moved = moves.Move(folders.InQueuePath + selectedQueueFile,
-                                 folders.InQueuePath + newName, InTheWay::Stays);
+  if (newName == selectedQueueFile) return {};
+  Moved moved = moves.Move(folders.InQueuePath + selectedQueueFile, folders.InQueuePath + newName,
+                           InTheWay::Stays);
   if (moved.result == DiskResult::Done) selectedQueueFile = newName;
-  return moved.result;
+  return moved;
 }
 
 }  // namespace tavlo::store

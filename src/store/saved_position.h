@@ -20,7 +20,7 @@ std::string CompletedName(const std::string& name);
 /// Renames the selected Queue document so that its name carries the position, and puts the new name
 /// into `selectedQueueFile`. Done also when the name is to stay as it is. Anything else: the old
 /// name stays selected. AlreadyThere: something waits under the new name, and is left alone.
-DiskResult WriteSavedPosition(double position, std::string& selectedQueueFile,
-                              const WorkFolders& folders, FileMoves& moves);
+Moved WriteSavedPosition(double position, std::string& selectedQueueFile,
+                         const WorkFolders& folders, FileMoves& moves);
 
 }  // namespace tavlo::store

@@ -122,6 +122,23 @@ struct ListsBench : PlaybackBench {
     return -1;
   }
   void ClickRowOf(const std::string& fileName) { form.listViewInQueue.RowClick(RowOf(fileName)); }
+  /// The file names of all rows, sorted.
+  std::vector<std::string> Listed() {
+    std::vector<std::string> listed;
+    for (int row = 0; row < Rows(); ++row) {
+      listed.push_back(Cell(row, forms::document_column::FileName));
+    }
+    std::ranges::sort(listed);
+    return listed;
+  }
+  /// Puts a document that is listed in work, stopped at that sample.
+  void WorkOn(const std::string& fileName, double sample) {
+    ClickRowOf(fileName);
+    form.cmdPlay.Press(forms::By::Hand);
+    form.cmdStop.Press(forms::By::Hand);
+    documentInWork.CurrentSamplePosition = sample;
+    prompts.clear();
+  }
 };
 
 }  // namespace tavlo::test

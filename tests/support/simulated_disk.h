@@ -141,6 +141,9 @@ class SimulatedDisk : public store::Disk {
   bool OutOfReach(const std::string& path) override {
     return Places.OwesOrKeepsWaiting(Absolute(path));
   }
+  std::uint64_t CallsGivenUp() const override {
+    return static_cast<std::uint64_t>(Places.TimesGivenUp);
+  }
 
  private:
   class Walking;

@@ -49,6 +49,7 @@ class PatientDisk : public store::Disk {
   store::DiskResult RemoveFolder(const std::string& path) override;
   store::DiskResult FlushFolder(const std::string& folder) override;
   bool OutOfReach(const std::string& path) override { return errands_.OutOfReach(path); }
+  std::uint64_t CallsGivenUp() const override { return errands_.GivenUp(); }
 
  private:
   /// Asks the disk of the place of `path`; `otherwise` when that is out of reach.

@@ -110,6 +110,7 @@ bool PlaceErrands::Await(const Begun& begun, const std::function<bool()>& enough
   if (!desk.Watch(done, kGlance) && !WaitPatiently(begun, done)) {
     desk.TakeBack(begun.errand_);
     desk.LeaveBehind();
+    ++givenUp_;
     return false;
   }
   if (errand.returned && errand.failure) std::rethrow_exception(errand.failure);

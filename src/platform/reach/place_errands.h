@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -74,6 +75,8 @@ class PlaceErrands : public Errands {
 
   /// Places that owe an answer.
   int LeftBehind() const;
+  /// How many errands were left behind so far.
+  std::uint64_t GivenUp() const { return givenUp_; }
   /// Errands that have not begun, at all places.
   std::size_t Waiting() const;
 
@@ -93,6 +96,7 @@ class PlaceErrands : public Errands {
   const std::unique_ptr<DescriptorWait> answersWait_;
   std::map<int, std::shared_ptr<ErrandDesk>> desks_;  ///< By the number of the mount.
   bool breathes_ = true;
+  std::uint64_t givenUp_ = 0;
 };
 
 }  // namespace tavlo::platform

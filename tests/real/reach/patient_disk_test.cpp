@@ -151,6 +151,20 @@ TEST_F(PatientDiskTest, SaysOfEachCallThatItIsOutOfReach) {
   EXPECT_FALSE(disk.OutOfReach(path));
 }
 
+TEST_F(PatientDiskTest, CountsTheCallsThatItGaveUpAndNoneThatItNeverMade) {
+  const std::string path = folder.Write("A/x.wav", "12345");
+  EXPECT_EQ(disk.CallsGivenUp(), 0u);
+  const StuckCall call;
+  Stall("A", call);
+  EXPECT_EQ(disk.CallsGivenUp(), 1u);
+  EXPECT_EQ(disk.Rename(path, folder / "A/y.wav"), DiskResult::OutOfReach);
+  EXPECT_EQ(disk.Delete(path), DiskResult::OutOfReach);
+  EXPECT_EQ(disk.Copy(path, folder / "B/x.wav"), DiskResult::OutOfReach);
+  EXPECT_EQ(disk.CallsGivenUp(), 1u);
+  EndStall("A", call);
+  EXPECT_EQ(disk.Look(path), Entry::PlainFile);
+}
+
 TEST_F(PatientDiskTest, RenameFromPlaceToPlaceIsLeftToACopy) {
   const std::string path = folder.Write("A/x", "1");
   EXPECT_EQ(disk.Rename(path, folder / "B/x"), DiskResult::OtherFileSystem);

@@ -99,6 +99,21 @@ TEST_F(CompletedOutOfReach, DeleteOneClaimsNothingAndTheNextListShowsTheTruth) {
   }
 }
 
+TEST_F(CompletedOutOfReach, WhatAnEarlierCallKeptFromBeingAskedForIsSaidNotToHaveHappened) {
+  disk.Places.LeaveBehind(folders.CompletedPath());
+  form.cmdMoveToQueue.Press(By::Hand);
+  EXPECT_EQ(
+      Notice(),
+      "Not returned to the Queue: the folder gives no answer. It stays in Completed: " + chosen);
+  CompletedDesk desk;
+  desk.disk.Places.LeaveBehind(desk.folders.CompletedPath());
+  desk.Agree(1);
+  desk.form.cmdDeleteOneCompleted.Press(By::Hand);
+  EXPECT_EQ(desk.Notice(), "Not deleted: the folder gives no answer. Document: " + desk.chosen);
+  desk.disk.Places.Resume(desk.folders.CompletedPath(), Late::Happens);
+  EXPECT_EQ(desk.Places().size(), 1u);
+}
+
 TEST_F(CompletedOutOfReach, DeleteAllEndsAtTheFirstThatGivesNoAnswer) {
   Agree(2);
   // Behind the listing and the first delete.

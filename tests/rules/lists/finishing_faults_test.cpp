@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -76,13 +75,9 @@ struct FinishingTrial : ListsBench {
     if (scene.unplayable) file.Sounds.erase(folders.InQueuePath + document);
     Drop(other);
     queue.RefreshQueueList();
-    ClickRowOf(document);
-    form.cmdPlay.Press(By::Hand);
-    form.cmdStop.Press(By::Hand);
-    documentInWork.CurrentSamplePosition = 40'000;
+    WorkOn(document, 40'000);
     form.cmdComplete.Enabled = true;
     disk.Operations.clear();
-    prompts.clear();
   }
 
   Names PlacesOfDocument() const { return disk.FilesHolding("sound of " + document); }
@@ -91,14 +86,6 @@ struct FinishingTrial : ListsBench {
     Names waiting = disk.NamesIn(folders.InQueuePath);
     std::erase_if(waiting, [](const std::string& name) { return name.starts_with('.'); });
     return waiting;
-  }
-  Names Listed() {
-    Names listed;
-    for (int row = 0; row < Rows(); ++row) {
-      listed.push_back(Cell(row, forms::document_column::FileName));
-    }
-    std::sort(listed.begin(), listed.end());
-    return listed;
   }
 };
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -35,26 +34,14 @@ struct InWorkOnAShare : ListsBench {
     Drop(document);
     Drop(other);
     queue.RefreshQueueList();
-    ClickRowOf(document);
-    form.cmdPlay.Press(By::Hand);
-    form.cmdStop.Press(By::Hand);
-    documentInWork.CurrentSamplePosition = 40'000;
+    WorkOn(document, 40'000);
     form.cmdComplete.Enabled = true;
     disk.Operations.clear();
-    prompts.clear();
   }
 
   Names Places() const { return disk.FilesHolding("sound of " + document); }
   const std::string& Notice() const { return form.lblNotice.Value; }
   void Press(FinishingKey key) { (form.*key).Press(By::Hand); }
-  Names Listed() {
-    Names listed;
-    for (int row = 0; row < Rows(); ++row) {
-      listed.push_back(Cell(row, forms::document_column::FileName));
-    }
-    std::ranges::sort(listed);
-    return listed;
-  }
 };
 
 struct FinishingOutOfReach : testing::Test, InWorkOnAShare {
@@ -139,6 +126,27 @@ TEST_F(FinishingOutOfReach, KeyIsSilenceAtOnceThoughThePlaceOfThePlayerIsLongInB
     desk.Press(key);
     EXPECT_EQ(stored, 1);
     EXPECT_FALSE(desk.player.IsRunning());
+  }
+}
+
+TEST_F(FinishingOutOfReach, WhatAnEarlierCallKeptFromBeingAskedForIsSaidNotToHaveHappened) {
+  for (const FinishingKey key : {kCompleteKey, kSaveKey}) {
+    InWorkOnAShare desk;
+    const std::string& share = desk.folders.InstallRoot;
+    desk.form.frmMain.Left = 4321;
+    desk.form.txtPlayerLeft.OnChange = [&] { desk.disk.Places.LeaveBehind(share); };
+    desk.Press(key);
+    EXPECT_EQ(
+        desk.Notice(),
+        key == kCompleteKey
+            ? "Not moved to Completed: the folder gives no answer. It stays in the Queue: " +
+                  desk.document
+            : "The position was not saved: the folder gives no answer. Document: " + desk.document);
+    EXPECT_TRUE(desk.prompts.empty());
+    ASSERT_EQ(desk.loop.Shown.size(), 1u);
+    EXPECT_EQ(desk.loop.Shown[0].title, "Tavlo Deck - Network Fault");
+    desk.disk.Places.Resume(share, Late::Happens);
+    EXPECT_EQ(desk.Places(), Names{desk.folders.InQueuePath + desk.document});
   }
 }
 

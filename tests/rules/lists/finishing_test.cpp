@@ -24,14 +24,6 @@ struct FinishingTest : testing::Test, ListsBench {
     Drop(name);
     queue.RefreshQueueList();
   }
-  /// The document is in work, stopped at a sample.
-  void WorkOn(const std::string& document, double sample) {
-    ClickRowOf(document);
-    form.cmdPlay.Press(By::Hand);
-    form.cmdStop.Press(By::Hand);
-    documentInWork.CurrentSamplePosition = sample;
-    prompts.clear();
-  }
 };
 
 TEST_F(FinishingTest, CompleteMovesTheDocumentToTheCompletedFolder) {

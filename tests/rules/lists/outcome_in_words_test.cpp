@@ -63,15 +63,27 @@ TEST_F(OutcomeInWordsTest, OfWhatMayStillHappenNothingIsClaimed) {
   EXPECT_EQ(Words(Trip::ToQueue, {.result = DiskResult::OutOfReach}),
             "It is not known whether the document was returned to the Queue: the folder gives no "
             "answer. The next list shows it. Document: a.wav");
-  EXPECT_EQ(lists::SaveFailureInWords(DiskResult::OutOfReach, "a.wav"),
+  EXPECT_EQ(lists::SaveFailureInWords({.result = DiskResult::OutOfReach}, "a.wav"),
             "It is not known whether the position was saved: the folder gives no answer. The next "
             "list shows it. Document: a.wav");
-  EXPECT_EQ(lists::DeleteFailureInWords(DiskResult::OutOfReach, "a.wav"),
+  EXPECT_EQ(lists::DeleteFailureInWords(DiskResult::OutOfReach, true, "a.wav"),
             "It is not known whether the document was deleted: the folder gives no answer. The "
             "next list shows it. Document: a.wav");
   EXPECT_EQ(lists::DeleteAllFailureInWords(DiskResult::OutOfReach),
             "It is not known whether all documents were deleted: the folder gives no answer. The "
             "next list shows it.");
+}
+
+TEST_F(OutcomeInWordsTest, WhatWasNeverAskedForIsSaidNotToHaveHappened) {
+  const store::Moved refused{.result = DiskResult::OutOfReach, .asked = false};
+  EXPECT_EQ(Words(Trip::ToCompleted, refused),
+            "Not moved to Completed: the folder gives no answer. It stays in the Queue: a.wav");
+  EXPECT_EQ(Words(Trip::ToQueue, refused),
+            "Not returned to the Queue: the folder gives no answer. It stays in Completed: a.wav");
+  EXPECT_EQ(lists::SaveFailureInWords(refused, "a.wav"),
+            "The position was not saved: the folder gives no answer. Document: a.wav");
+  EXPECT_EQ(lists::DeleteFailureInWords(DiskResult::OutOfReach, false, "a.wav"),
+            "Not deleted: the folder gives no answer. Document: a.wav");
 }
 
 TEST_F(OutcomeInWordsTest, PlacesWhereADocumentMayBeAreSaidToBeSuch) {

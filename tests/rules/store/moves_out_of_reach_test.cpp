@@ -74,10 +74,24 @@ struct MovesOutOfReach : testing::Test, SharesThatStall {};
 TEST_F(MovesOutOfReach, RenameThatGivesNoAnswerIsTheLastStepOfItsMove) {
   const std::string saved = folders.InQueuePath + "b.wav";
   StallAtOnce(folders.InQueuePath);
-  EXPECT_EQ(moves.MoveOrRescue(queued, saved).result, DiskResult::OutOfReach);
+  const store::Moved moved = moves.MoveOrRescue(queued, saved);
+  EXPECT_EQ(moved.result, DiskResult::OutOfReach);
+  EXPECT_TRUE(moved.asked);
   EXPECT_EQ(disk.Changes(), Names{"Rename " + queued + " -> " + saved});
   disk.Places.Resume(folders.InQueuePath, Late::Happens);
   EXPECT_EQ(Places(), Names{saved});
+}
+
+TEST_F(MovesOutOfReach, MoveAtAPlaceThatOwesAnAnswerAlreadyIsNotAskedForAndNeverHappens) {
+  for (const std::string& owing : {folders.InQueuePath, folders.CompletedPath()}) {
+    disk.Places.LeaveBehind(owing);
+    const store::Moved moved = moves.MoveOrRescue(queued, completed);
+    EXPECT_EQ(moved.result, DiskResult::OutOfReach);
+    EXPECT_FALSE(moved.asked);
+    EXPECT_EQ(moved.rescued, "");
+    disk.Places.Resume(owing, Late::Happens);
+    EXPECT_EQ(Places(), Names{queued});
+  }
 }
 
 TEST_F(MovesOutOfReach, SourceWhoseCopyGivesNoAnswerIsNeitherDeletedNorRescued) {

@@ -20,7 +20,7 @@ struct SavedPositionTest : testing::Test {
   std::string Write(const std::string& name, double position) {
     disk.WithFile(folders.InQueuePath + name, "dictation");
     std::string selected = name;
-    result = store::WriteSavedPosition(position, selected, folders, moves);
+    result = store::WriteSavedPosition(position, selected, folders, moves).result;
     return selected;
   }
 
@@ -133,7 +133,8 @@ TEST_F(SavedPositionTest, CompletedNameStandsAtZeroUnlessThatWouldBeTooLong) {
 
 TEST_F(SavedPositionTest, DocumentThatHasVanishedKeepsItsNameSelected) {
   std::string selected = Document().Name();
-  EXPECT_EQ(store::WriteSavedPosition(5, selected, folders, moves), store::DiskResult::NotFound);
+  EXPECT_EQ(store::WriteSavedPosition(5, selected, folders, moves).result,
+            store::DiskResult::NotFound);
   EXPECT_EQ(selected, Document().Name());
 }
 
