@@ -62,7 +62,7 @@ void Day::AddListening(std::vector<Step>& steps) {
   steps.push_back(ClickRowOf(
       "Lindqvist", "a click fills the status bar and sounds the beginning",
       [this] {
-        return Playing() && Main().StatusBar1.Panels.Get()[2] == "Lindqvist" && Seconds() > 2;
+        return Playing() && Main().StatusBar1.Panels.Get()[2] == "Lindqvist" && Seconds() > 1;
       },
       "08-preview"));
   // A preview that ends by itself leaves its key enabled.
