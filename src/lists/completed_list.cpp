@@ -140,11 +140,10 @@ void CompletedList::DeleteOne() {
   engine_.tmrPlaySnipet.Stop();
   {
     const forms::Hourglass hourglass(form_.frmMain);
-    const std::uint64_t givenUp = disk_.CallsGivenUp();
-    const store::DiskResult deleted = moves_.DeleteForGood(folders_.CompletedPath() + chosen);
+    const std::string path = folders_.CompletedPath() + chosen;
+    const store::DiskResult deleted = moves_.DeleteForGood(path);
     const bool done = deleted == store::DiskResult::Done;
-    const bool asked = deleted != store::DiskResult::OutOfReach || disk_.CallsGivenUp() != givenUp;
-    if (!done) window_.Say(DeleteFailureInWords(deleted, asked, chosen));
+    if (!done) window_.Say(DeleteFailureInWords(deleted, moves_.IsInDoubt(path), chosen));
     RefreshCompletedList();
     SetCompletedButtons();
     opening_.SelectedCompletedFile.clear();

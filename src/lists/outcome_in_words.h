@@ -22,7 +22,7 @@ enum class Trip { ToCompleted, ToQueue };
 std::string MoveInWords(Trip trip, const store::Moved& moved, const std::string& name,
                         const store::WorkFolders& folders);
 
-/// `asked`: as Moved has it.
+/// `asked`: with OutOfReach, the delete or an earlier one may still happen.
 std::string DeleteFailureInWords(store::DiskResult result, bool asked, const std::string& name);
 std::string DeleteAllFailureInWords(store::DiskResult result);
 

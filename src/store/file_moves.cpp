@@ -42,13 +42,18 @@ Moved FileMoves::Move(const std::string& source, const std::string& target, InTh
   if (source == target) return {.result = DiskResult::Done, .arrived = true};
   unfinished_.TakeBack();
   const std::uint64_t givenUp = disk_.CallsGivenUp();
-  Moved renamed = RenameOver(source, target, inTheWay);
-  const bool refused = renamed.result == DiskResult::OutOfReach && disk_.CallsGivenUp() == givenUp;
-  renamed.asked = !refused || !renamed.displaced.empty();
-  if (renamed.result != DiskResult::OtherFileSystem) return renamed;
-  Moved across = MoveAcross(source, target, inTheWay);
-  if (across.displaced.empty()) across.displaced = renamed.displaced;
-  return across;
+  Moved moved = RenameOver(source, target, inTheWay);
+  const bool asked = disk_.CallsGivenUp() != givenUp || !moved.displaced.empty();
+  if (moved.result == DiskResult::OtherFileSystem) {
+    const std::string displaced = moved.displaced;
+    moved = MoveAcross(source, target, inTheWay);
+    if (moved.displaced.empty()) moved.displaced = displaced;
+    NoteDoubt(source, moved.result, true);
+  } else {
+    NoteDoubt(source, moved.result, asked);
+  }
+  moved.asked = moved.result != DiskResult::OutOfReach || IsInDoubt(source);
+  return moved;
 }
 
 Moved FileMoves::MoveInOneStep(const std::string& source, const std::string& target,
@@ -85,14 +90,30 @@ Moved FileMoves::MoveOrRescue(const std::string& source, const std::string& targ
   const bool isOver = moved.result == DiskResult::Done || moved.result == DiskResult::OutOfReach;
   if (isOver || mustStay) return moved;
   const Place aside = Rescue(source);
-  if (aside.result == DiskResult::OutOfReach) moved.result = aside.result;
+  if (aside.result == DiskResult::OutOfReach) {
+    moved.result = aside.result;
+    NoteDoubt(source, aside.result, true);
+  }
   if (moved.result == DiskResult::OutOfReach || aside.result == DiskResult::Done) {
     moved.rescued = aside.path;
   }
   return moved;
 }
 
-DiskResult FileMoves::DeleteForGood(const std::string& path) { return disk_.Delete(path); }
+DiskResult FileMoves::DeleteForGood(const std::string& path) {
+  const std::uint64_t givenUp = disk_.CallsGivenUp();
+  const DiskResult deleted = disk_.Delete(path);
+  NoteDoubt(path, deleted, disk_.CallsGivenUp() != givenUp);
+  return deleted;
+}
+
+void FileMoves::NoteDoubt(const std::string& path, DiskResult result, bool asked) {
+  if (result != DiskResult::OutOfReach) {
+    inDoubt_.erase(path);
+  } else if (asked) {
+    inDoubt_.insert(path);
+  }
+}
 
 /// A document that stands at the target is set aside first. When the rename fails all the same it
 /// is put back, which also undoes the case of two spellings of one path.

@@ -20,8 +20,8 @@ struct [[nodiscard]] Moved {
   /// steps happen; nothing more was done. Anything else: the source was not moved away; it stands
   /// as before unless `rescued` says where it is.
   DiskResult result = DiskResult::Done;
-  /// False with OutOfReach: an earlier call keeps the place busy, so not one step was asked for.
-  /// The source was not moved, and will not be.
+  /// False with OutOfReach: an earlier call that has nothing to do with the source keeps the place
+  /// busy, so not one step was asked for. The source was not moved, and will not be.
   bool asked = true;
   /// The target holds the whole document. Without Done only the last two steps failed, the flush of
   /// the target's folder or the delete of the source.
@@ -91,6 +91,8 @@ class FileMoves : private UnfinishedMoves::Aside {
 
   /// For what the user deletes, and the purge.
   DiskResult DeleteForGood(const std::string& path);
+  /// Whether a move or a delete of what stands at the path was out of reach and may still happen.
+  bool IsInDoubt(const std::string& path) const { return inDoubt_.contains(path); }
 
   /// Takes back the copies of moves that were given up in the middle, as far as their folders
   /// answer. Before each list, which would show a document twice.
@@ -118,6 +120,9 @@ class FileMoves : private UnfinishedMoves::Aside {
   DiskResult Rename(const std::string& from, const std::string& to);
   Place RenameToFreeName(const std::string& path, const std::string& folder, std::string_view name);
   bool IsInOurTree(const std::string& folder) const;
+  /// Takes note of what came of a move or a delete of what stands at the path. `asked`: a step of
+  /// it may have begun.
+  void NoteDoubt(const std::string& path, DiskResult result, bool asked);
 
   Disk& disk_;
   const WorkFolders& folders_;
@@ -125,6 +130,8 @@ class FileMoves : private UnfinishedMoves::Aside {
   /// Full paths of copies that a late call may still reach: a rename that comes late must not catch
   /// the copy of another move, half made as it is.
   std::set<std::string> spentNames_;
+  /// Full paths of what may still be moved or deleted late.
+  std::set<std::string> inDoubt_;
 };
 
 /// The n-th choice of a name: the name itself, then "name (2)", "name (3)" and so on, the number

@@ -101,6 +101,7 @@ TEST_F(StalledQueue, HandsOnTheDocumentWaitForNothingAndAServerThatIsKilledIsTol
 struct ReturningQueue : StalledQueue {
   std::string first;
   std::string second;
+  std::string third;  ///< Comes while the share is away.
 
   void SetUp() override {
     StalledQueue::SetUp();
@@ -112,19 +113,21 @@ struct ReturningQueue : StalledQueue {
   void ComeBackAndWork() {
     // Its server ends with the thread that has started it.
     program->Do([&] { Mount().ComeBack(); });
+    third = Put("Weiss", 1);
     Refresh();
-    EXPECT_EQ(Rows(), 2U);
+    EXPECT_EQ(Rows(), 3U);
     Play(second);
     EXPECT_TRUE(Until([&] { return !Playing(); }));
     EXPECT_EQ(Line(), "");
     EXPECT_NEAR(Played(), kSecondLasts * kRate, kRate / 100) << "nothing was left out";
     program->Click("cmdComplete");
     ASSERT_TRUE(Until([&] { return program->IsReady(); })) << program->Box();
-    EXPECT_EQ(Rows(), 1U);
+    EXPECT_EQ(Rows(), 2U);
   }
   void ExpectSecondCompleted() const {
-    EXPECT_EQ(Standing(),
-              (Places{{"Completed/" + second, "Okafor"}, {"InQueue/" + first, "Brown"}}));
+    EXPECT_EQ(Standing(), (Places{{"Completed/" + second, "Okafor"},
+                                  {"InQueue/" + first, "Brown"},
+                                  {"InQueue/" + third, "Weiss"}}));
   }
 
   static constexpr int kSecondLasts = 3;
@@ -139,7 +142,6 @@ TEST_F(ReturningQueue, ShareWhoseServerWasKilledUnderWhatPlaysWorksOnceItIsMount
     program->Click("cmdSkip");
     EXPECT_TRUE(program->AnswerBox().starts_with(kQueueFault));
     ASSERT_TRUE(Until([&] { return program->IsReady(); })) << program->Box();
-    EXPECT_EQ(Rows(), 0U);
     ComeBackAndWork();
   });
   ExpectSecondCompleted();

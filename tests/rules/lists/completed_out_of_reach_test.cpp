@@ -114,6 +114,22 @@ TEST_F(CompletedOutOfReach, WhatAnEarlierCallKeptFromBeingAskedForIsSaidNotToHav
   EXPECT_EQ(desk.Places().size(), 1u);
 }
 
+TEST_F(CompletedOutOfReach, SecondTryClaimsNothingWhileTheFirstOneMayStillHappen) {
+  for (const bool deletes : {true, false}) {
+    CompletedDesk desk;
+    desk.disk.Places.Stall(desk.folders.CompletedPath());
+    desk.Agree(1);
+    desk.form.cmdDeleteOneCompleted.Press(By::Hand);
+    desk.form.listViewCompleted.RowClick(0);
+    desk.window.ForgetNotice();
+    if (deletes) desk.Agree(1);
+    (deletes ? desk.form.cmdDeleteOneCompleted : desk.form.cmdMoveToQueue).Press(By::Hand);
+    EXPECT_TRUE(desk.Notice().starts_with("It is not known whether ")) << desk.Notice();
+    desk.disk.Places.Resume(desk.folders.CompletedPath(), Late::Happens);
+    EXPECT_TRUE(desk.Places().empty());
+  }
+}
+
 TEST_F(CompletedOutOfReach, DeleteAllEndsAtTheFirstThatGivesNoAnswer) {
   Agree(2);
   // Behind the listing and the first delete.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "support/deck_bench.h"
 #include "window/settings_saver.h"
@@ -11,6 +12,7 @@ namespace {
 
 using base::Reply;
 using base::operator""s;
+using forms::By;
 using Late = SimulatedPlaces::Late;
 
 constexpr base::Duration kPatience = SimulatedPlaces::kPatience;
@@ -124,6 +126,27 @@ TEST_F(StalledSettings, SaveIsToldOnceInTheWordsOfAnyThatFailsAndWaitedForOnce) 
   const auto box = std::ranges::find(loop.Shown, "Tavlo Deck - Settings", &base::MessageBox::title);
   EXPECT_EQ(box->text, "The settings can not be saved. The settings database " + SettingsPath() +
                            " gives no answer.\nThey stay in effect until the Tavlo Deck ends.");
+}
+
+TEST_F(StalledSettings, CompleteThatASaveKeptFromBeingAskedForIsSaidNotToHaveHappened) {
+  const std::string name = Drop(Document().By("Brown").Name());
+  form.cmdUpdateFileList.Press(By::Hand);
+  ClickRow(0);
+  form.cmdPlay.Press(By::Hand);
+  form.cmdSkipEnd.Press(By::Hand);
+  // The place of the player is saved ahead of what becomes of the document.
+  form.frmMain.Left = form.frmMain.Left + 150;
+  loop.Shown.clear();
+  Stall();
+  form.cmdComplete.Press(By::Hand);
+  EXPECT_EQ(loop.BreathedFor, kPatience);
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "Not moved to Completed: the folder gives no answer. It stays in the Queue: " + name);
+  ASSERT_EQ(loop.Shown.size(), 2u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - Settings");
+  EXPECT_EQ(loop.Shown[1].title, "Tavlo Deck - Network Fault");
+  disk.Places.Resume(kRoot, Late::Happens);
+  EXPECT_EQ(disk.FilesHolding("sound of " + name), std::vector<std::string>{InQueue() + name});
 }
 
 TEST_F(StalledSettings, SaveIsWrittenOnceTheDiskAnswersAgain) {

@@ -94,6 +94,17 @@ TEST_F(MovesOutOfReach, MoveAtAPlaceThatOwesAnAnswerAlreadyIsNotAskedForAndNever
   }
 }
 
+TEST_F(MovesOutOfReach, MoveThatIsNotAskedForMayHappenAllTheSameWhereAnEarlierOneMay) {
+  const std::string saved = folders.InQueuePath + "b.wav";
+  StallAtOnce(folders.InQueuePath);
+  std::ignore = moves.MoveOrRescue(queued, saved);
+  EXPECT_TRUE(moves.MoveOrRescue(queued, saved).asked);
+  EXPECT_TRUE(moves.IsInDoubt(queued));
+  disk.Places.Resume(folders.InQueuePath, Late::Fails);
+  EXPECT_EQ(moves.MoveOrRescue(queued, saved).result, DiskResult::Done);
+  EXPECT_FALSE(moves.IsInDoubt(queued));
+}
+
 TEST_F(MovesOutOfReach, SourceWhoseCopyGivesNoAnswerIsNeitherDeletedNorRescued) {
   StallAt("Copy ", folders.CompletedPath());
   const store::Moved moved = moves.MoveOrRescue(queued, completed);
