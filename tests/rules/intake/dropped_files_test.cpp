@@ -7,7 +7,7 @@
 namespace tavlo::test {
 namespace {
 
-using Listed = std::vector<std::string>;
+using Files = std::vector<std::string>;
 
 struct DroppedFilesTest : testing::Test, ImportBench {
   DroppedFilesTest() { disk.WithFolder("/home/typist/Desktop"); }
@@ -17,7 +17,7 @@ struct DroppedFilesTest : testing::Test, ImportBench {
     disk.WithFile(path, contents);
     return path;
   }
-  void DropOnImport(const Listed& paths) { form.listViewImport.DropFiles(paths); }
+  void DropOnImport(const Files& paths) { form.listViewImport.DropFiles(paths); }
 };
 
 TEST_F(DroppedFilesTest, AreCopiedIntoTheDirectoryOnShowAndListed) {
@@ -26,7 +26,7 @@ TEST_F(DroppedFilesTest, AreCopiedIntoTheDirectoryOnShowAndListed) {
   DropOnImport({source, OnDesktop("other.wav")});
   EXPECT_EQ(disk.Contents(FolderOf(7) + "memo.wav"), "from the desktop");
   EXPECT_TRUE(disk.Has(source));
-  EXPECT_EQ(Names(), (Listed{"memo.wav", "other.wav"}));
+  EXPECT_EQ(Names(), (Files{"memo.wav", "other.wav"}));
   EXPECT_EQ(Notice(), "");
 }
 
@@ -87,7 +87,7 @@ TEST_F(DroppedFilesTest, AFileThatIsStillWrittenIsRefused) {
 TEST_F(DroppedFilesTest, WhatIsRefusedKeepsNothingElseFromComing) {
   disk.WithFolder("/home/typist/Desktop/tapes");
   DropOnImport({"/home/typist/Desktop/tapes", OnDesktop("memo.wav")});
-  EXPECT_EQ(Names(), Listed{"memo.wav"});
+  EXPECT_EQ(Names(), Files{"memo.wav"});
   EXPECT_EQ(Notice(), "Not taken: tapes (it is a folder).");
 }
 

@@ -11,7 +11,7 @@ using base::Reply;
 using forms::By;
 using forms::Pointer;
 using Spoken = std::vector<std::string>;
-using Listed = std::vector<std::string>;
+using Files = std::vector<std::string>;
 
 struct ImportListTest : testing::Test, ImportBench {
   void Agree(int times) {
@@ -27,7 +27,7 @@ TEST_F(ImportListTest, ShowsEveryFileWhateverItsNameWithItsLength) {
   Put(0, "notes.txt");
   file.Sounds.erase("/root/Files/ImportQueue/notes.txt");
   Refresh();
-  EXPECT_EQ(Names(), (Listed{"memo.wav", "notes.txt"}));
+  EXPECT_EQ(Names(), (Files{"memo.wav", "notes.txt"}));
   EXPECT_EQ(LengthAt(0), "00:01:01");
   EXPECT_EQ(LengthAt(1), "00:00:00");
   EXPECT_EQ(form.listViewImport.Rows()[0].cells[forms::import_column::FileName].colour, 0u);
@@ -73,11 +73,11 @@ TEST_F(ImportListTest, TheScrollBarsEndIsDirectoryTwentyFiveAndItsBeginningTheRo
   TurnTo(25);
   EXPECT_EQ(form.scrollImportWavSubDirectories.Value, 26);
   EXPECT_EQ(form.txtWavImportSubdirectory.Value.Get(), "25");
-  EXPECT_EQ(Names(), Listed{"last.wav"});
+  EXPECT_EQ(Names(), Files{"last.wav"});
   TurnTo(0);
   EXPECT_EQ(form.scrollImportWavSubDirectories.Value, 1);
   EXPECT_EQ(form.txtWavImportSubdirectory.Value.Get(), "0");
-  EXPECT_EQ(Names(), Listed{"root.wav"});
+  EXPECT_EQ(Names(), Files{"root.wav"});
   EXPECT_TRUE(FocusIsAway());
 }
 
@@ -128,15 +128,15 @@ TEST_F(ImportListTest, OfTwoChoicesInOneTurnTheLastOneShows) {
   loop.Post([this] { TurnTo(8); });
   TurnTo(5);
   EXPECT_EQ(form.txtWavImportSubdirectory.Value.Get(), "8");
-  EXPECT_EQ(Names(), Listed{"eight.wav"});
+  EXPECT_EQ(Names(), Files{"eight.wav"});
   EXPECT_EQ(form.comboAuthorLastName.ListIndex, 8);
 }
 
 TEST_F(ImportListTest, ADssFileInEitherCaseIsConvertedAndItsWaveTakesItsPlace) {
   Put(0, "LETTER.DSS");
   Refresh();
-  EXPECT_EQ(conversion.Asked, Listed{"LETTER.DSS"});
-  EXPECT_EQ(Names(), Listed{"LETTER.wav"});
+  EXPECT_EQ(conversion.Asked, Files{"LETTER.DSS"});
+  EXPECT_EQ(Names(), Files{"LETTER.wav"});
   EXPECT_EQ(LengthAt(0), "00:00:10");
   EXPECT_FALSE(disk.Has("/root/Files/ImportQueue/LETTER.DSS"));
 }
@@ -145,7 +145,7 @@ TEST_F(ImportListTest, ADssFileThatIsNotConvertedStandsUnderTheNameOfItsWave) {
   conversion.Fails = true;
   Put(0, "letter.dss");
   Refresh();
-  EXPECT_EQ(Names(), Listed{"letter.wav"});
+  EXPECT_EQ(Names(), Files{"letter.wav"});
   EXPECT_EQ(LengthAt(0), "00:00:00");
   EXPECT_TRUE(disk.Has("/root/Files/ImportQueue/letter.dss"));
 }
@@ -185,7 +185,7 @@ TEST_F(ImportListTest, ANegativeStatusEndsTheScanWithTheRowsMadeSoFar) {
   Put(0, "third.wav");
   form.frameImport.Caption = "Import";
   Refresh();
-  EXPECT_EQ(Names(), Listed{"first.wav"});
+  EXPECT_EQ(Names(), Files{"first.wav"});
   EXPECT_EQ(Caption(), "Import");
   EXPECT_TRUE(loop.Shown.empty());
   EXPECT_EQ(form.frmMain.MousePointer, Pointer::Arrow);
@@ -213,7 +213,7 @@ TEST_F(ImportListTest, AWalkThatBreaksOffShowsTheBoxAndKeepsTheRowsMadeSoFar) {
   disk.BreakListingAfter(FolderOf(0), 1);
   Refresh();
   EXPECT_EQ(loop.Shown.size(), 1u);
-  EXPECT_EQ(Names(), Listed{"first.wav"});
+  EXPECT_EQ(Names(), Files{"first.wav"});
 }
 
 TEST_F(ImportListTest, RowsOfAnotherDirectoryDoNotStandForOneThatCanNotBeReached) {
@@ -229,10 +229,10 @@ TEST_F(ImportListTest, AClickOnAHeaderFlipsTheOrderAndEveryListIsSortedFromThenO
   Put(0, "memo.wav");
   Refresh();
   form.listViewImport.HeaderClick(forms::import_column::FileName);
-  EXPECT_EQ(Names(), (Listed{"memo.wav", "alpha.wav"}));
+  EXPECT_EQ(Names(), (Files{"memo.wav", "alpha.wav"}));
   Put(0, "zebra.wav");
   Refresh();
-  EXPECT_EQ(Names(), (Listed{"zebra.wav", "memo.wav", "alpha.wav"}));
+  EXPECT_EQ(Names(), (Files{"zebra.wav", "memo.wav", "alpha.wav"}));
 }
 
 TEST_F(ImportListTest, RefreshHidesTheListWhileItIsBuiltAndSaysSo) {
