@@ -152,18 +152,31 @@ void MountTable::Step(Walk& walk, const LinkReader& links) const {
   walk.PutAhead(*target);
 }
 
-Place MountTable::PlaceOf(const std::string& path, const LinkReader& links) const {
-  if (root_ == mounts_.size()) return {};
+MountTable::Spot MountTable::SpotOf(const std::string& path, const LinkReader& links) const {
+  Spot spot;
+  if (root_ == mounts_.size()) return spot;
   Walk walk{.mount = At({})};
   walk.PutAhead(path);
   while (!walk.ahead.empty() && !walk.mount->mayStall) Step(walk, links);
-  if (!walk.mount->mayStall) return {.mount = walk.mount->number};
+  spot.mayStall_ = walk.mount->mayStall;
   // Each mount inside counts for itself, as far as the names alone tell.
   while (!walk.ahead.empty() && walk.ahead.back() != "..") {
     walk.at += "/" + walk.TakeNext();
     walk.mount = Enter(walk.mount, walk.at);
   }
-  return {.mount = walk.mount->number, .mayStall = true};
+  spot.at_ = std::move(walk.at);
+  spot.mount_ = walk.mount;
+  return spot;
+}
+
+std::optional<Place> MountTable::PlaceIn(const Spot& folder, std::string_view name,
+                                         const LinkReader& links) const {
+  if (folder.mount_ == nullptr) return Place{};
+  const std::string path = folder.at_ + "/" + std::string(name);
+  const Mount* const mount = Enter(folder.mount_, path);
+  const bool mayBeALink = mount == folder.mount_ && !folder.mayStall_;
+  if (mayBeALink && links.TargetOf(path)) return {};
+  return Place{.mount = mount->number, .mayStall = folder.mayStall_ || mount->mayStall};
 }
 
 }  // namespace tavlo::platform

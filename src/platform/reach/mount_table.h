@@ -23,22 +23,41 @@ class LinkReader {
 
 /// The mounts of this process, as the kernel lists them.
 class MountTable {
- public:
-  /// `text` is that of /proc/self/mountinfo. Lines that make no sense are passed over.
-  explicit MountTable(std::string_view text);
-
-  /// The mount on which a full path stands. Links on the way are followed as long as they stand on
-  /// mounts that can not stall; nothing is asked of one that may. A path that leads over a mount
-  /// that may stall does so itself. Where no mount is known nothing stalls.
-  Place PlaceOf(const std::string& path, const LinkReader& links) const;
-
- private:
   struct Mount {
     int number = 0;
     int parent = 0;
     std::string point;
     bool mayStall = false;
   };
+
+ public:
+  /// `text` is that of /proc/self/mountinfo. Lines that make no sense are passed over.
+  explicit MountTable(std::string_view text);
+
+  /// Where a path stands once all links on the way were followed. As long as its table lives.
+  class Spot {
+   public:
+    Place ItsPlace() const { return mount_ ? Place{mount_->number, mayStall_} : Place{}; }
+
+   private:
+    friend class MountTable;
+    std::string at_;                ///< Without links; empty is the root.
+    const Mount* mount_ = nullptr;  ///< None where no mount is known.
+    bool mayStall_ = false;
+  };
+
+  /// The mount on which a full path stands. Links on the way are followed as long as they stand on
+  /// mounts that can not stall; nothing is asked of one that may. A path that leads over a mount
+  /// that may stall does so itself. Where no mount is known nothing stalls.
+  Spot SpotOf(const std::string& path, const LinkReader& links) const;
+  Place PlaceOf(const std::string& path, const LinkReader& links) const {
+    return SpotOf(path, links).ItsPlace();
+  }
+  /// The place of a name in a folder, neither "." nor "..". Nothing when it is a link.
+  std::optional<Place> PlaceIn(const Spot& folder, std::string_view name,
+                               const LinkReader& links) const;
+
+ private:
   struct Walk;
 
   static std::optional<Mount> Parse(std::string_view line);

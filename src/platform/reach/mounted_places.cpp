@@ -8,9 +8,14 @@
 #include <array>
 #include <cerrno>
 #include <optional>
+#include <string_view>
+#include <utility>
 
 namespace tavlo::platform {
 namespace {
+
+/// A work goes through a few folders at a time.
+constexpr std::size_t kMostRemembered = 64;
 
 class KernelLinks : public LinkReader {
  public:
@@ -30,7 +35,10 @@ std::string CurrentFolder() {
 
 }  // namespace
 
-MountedPlaces::MountedPlaces() : list_("/proc/self/mountinfo", O_RDONLY) { Read(); }
+MountedPlaces::MountedPlaces(Clock clock)
+    : clock_(std::move(clock)), list_("/proc/self/mountinfo", O_RDONLY) {
+  Read();
+}
 
 bool MountedPlaces::Changed() const {
   pollfd news{.fd = list_.Get(), .events = POLLPRI, .revents = 0};
@@ -47,13 +55,30 @@ void MountedPlaces::Read() {
     if (count <= 0) break;
     text.append(piece.data(), static_cast<std::size_t>(count));
   }
+  folders_.clear();
   table_ = MountTable(text);
+}
+
+MountTable::Spot MountedPlaces::SpotOfFolder(const std::string& path) {
+  const auto now = clock_();
+  const auto found = folders_.find(path);
+  if (found != folders_.end() && now - found->second.since < kRemembered) return found->second.spot;
+  if (folders_.size() >= kMostRemembered) folders_.clear();
+  const Remembered folder{.spot = table_.SpotOf(path, KernelLinks()), .since = now};
+  folders_.insert_or_assign(path, folder);
+  return folder.spot;
 }
 
 Place MountedPlaces::PlaceOf(const std::string& path) {
   if (Changed()) Read();
-  if (path.starts_with('/')) return table_.PlaceOf(path, KernelLinks());
-  return table_.PlaceOf(CurrentFolder() + "/" + path, KernelLinks());
+  const std::string full = path.starts_with('/') ? path : CurrentFolder() + "/" + path;
+  const std::size_t nameAt = full.rfind('/') + 1;
+  const std::string_view name = std::string_view(full).substr(nameAt);
+  const bool isName = !name.empty() && name != "." && name != "..";
+  const auto place = isName
+                         ? table_.PlaceIn(SpotOfFolder(full.substr(0, nameAt)), name, KernelLinks())
+                         : std::nullopt;
+  return place ? *place : table_.PlaceOf(full, KernelLinks());
 }
 
 }  // namespace tavlo::platform

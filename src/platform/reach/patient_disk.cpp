@@ -32,9 +32,7 @@ std::shared_ptr<PlaceDisk> PatientDisk::DiskOf(const Place& place) {
 }
 
 template <typename Answer>
-Answer PatientDisk::Ask(const std::string& path, std::function<Answer(Disk&)> call,
-                        Answer otherwise) {
-  const Place place = errands_.PlaceOf(path);
+Answer PatientDisk::AskAt(const Place& place, std::function<Answer(Disk&)> call, Answer otherwise) {
   if (!place.mayStall) return call(here_);
   const auto answer = std::make_shared<Answer>(otherwise);
   const auto work = [answer, call = std::move(call), there = DiskOf(place)](Errands::Sign& sign) {
@@ -105,8 +103,8 @@ DiskResult PatientDisk::Rename(const std::string& from, const std::string& to) {
     if (OutOfReach(from) || OutOfReach(to)) return DiskResult::OutOfReach;
     return DiskResult::OtherFileSystem;
   }
-  return Ask<DiskResult>(
-      from, [from, to](Disk& disk) { return disk.Rename(from, to); }, DiskResult::OutOfReach);
+  return AskAt<DiskResult>(
+      source, [from, to](Disk& disk) { return disk.Rename(from, to); }, DiskResult::OutOfReach);
 }
 
 DiskResult PatientDisk::Delete(const std::string& path) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/disk/posix_disk.h"
 #include "platform/reach/held_file_meter.h"
@@ -54,7 +55,11 @@ class PatientDisk : public store::Disk {
  private:
   /// Asks the disk of the place of `path`; `otherwise` when that is out of reach.
   template <typename Answer>
-  Answer Ask(const std::string& path, std::function<Answer(store::Disk&)> call, Answer otherwise);
+  Answer Ask(const std::string& path, std::function<Answer(store::Disk&)> call, Answer otherwise) {
+    return AskAt<Answer>(errands_.PlaceOf(path), std::move(call), std::move(otherwise));
+  }
+  template <typename Answer>
+  Answer AskAt(const Place& place, std::function<Answer(store::Disk&)> call, Answer otherwise);
   std::shared_ptr<PlaceDisk> DiskOf(const Place& place);
 
   PlaceErrands& errands_;

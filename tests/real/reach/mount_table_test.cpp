@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/reach/mounted_places.h"
@@ -112,6 +114,19 @@ TEST_F(MountTableTest, NothingIsAskedOfAMountThatMayStall) {
   EXPECT_EQ(links.Asked, (std::vector<std::string>{"/mnt", "/media", "/media/Anne B"}));
 }
 
+TEST_F(MountTableTest, NameInAFolderThatWasFoundStandsWhereItsWholePathDoes) {
+  links.Targets = {{"/home/anne/Lyrane", "/mnt/share/Lyrane"}};
+  const std::vector<std::pair<std::string, std::string>> paths{
+      {"/", "home"},      {"/home/anne", "a.wav"},        {"/mnt", "share"},
+      {"/net", "server"}, {"/home/anne/Lyrane", "a.wav"}, {"/mnt/share", "inside"}};
+  for (const auto& [folder, name] : paths) {
+    const auto place = table.PlaceIn(table.SpotOf(folder, links), name, links);
+    ASSERT_TRUE(place) << folder;
+    ExpectStanding(folder + "/" + name, place->mount, place->mayStall);
+  }
+  EXPECT_FALSE(table.PlaceIn(table.SpotOf("/home/anne", links), "Lyrane", links)) << "is a link";
+}
+
 TEST_F(MountTableTest, LinksInACircleEnd) {
   links.Targets = {{"/a", "/b"}, {"/b", "/a"}};
   ExpectStanding("/a/c", kRoot, false);
@@ -147,6 +162,43 @@ TEST(MountedPlaces, FolderOfThisMachineCanNotStallAndIsFoundFromWithin) {
   EXPECT_EQ(places.PlaceOf("a.wav").mount, full.mount);
   EXPECT_EQ(places.PlaceOf("").mount, full.mount);
   std::filesystem::current_path(before);
+}
+
+/// Folders on two file systems of this machine, a path that leads into either, and a clock.
+struct LedElsewhere : testing::Test {
+  void Lead(const std::string& link, const TemporaryFolder& target) const {
+    std::filesystem::remove(link);
+    std::filesystem::create_symlink(target.Path(), link);
+  }
+
+  const TemporaryFolder onDisk;
+  const TemporaryFolder inMemory{"/dev/shm"};
+  std::chrono::steady_clock::time_point now;
+  platform::MountedPlaces places{[this] { return now; }};
+  const int disk = places.PlaceOf(onDisk.Path()).mount;
+  const int memory = places.PlaceOf(inMemory.Path()).mount;
+};
+
+TEST_F(LedElsewhere, FolderIsLookedUpAgainAfterAMoment) {
+  using std::chrono::milliseconds;
+  const std::string link = onDisk / "folder";
+  Lead(link, onDisk);
+  EXPECT_EQ(places.PlaceOf(link + "/a.wav").mount, disk);
+  Lead(link, inMemory);
+  now += platform::MountedPlaces::kRemembered - milliseconds(1);
+  EXPECT_EQ(places.PlaceOf(link + "/b.wav").mount, disk) << "remembered";
+  now += milliseconds(1);
+  EXPECT_EQ(places.PlaceOf(link + "/a.wav").mount, memory);
+  EXPECT_EQ(places.PlaceOf(link + "/").mount, memory);
+}
+
+TEST_F(LedElsewhere, LinkAtTheEndIsReadEachTime) {
+  const std::string link = onDisk / "folder";
+  Lead(link, onDisk);
+  EXPECT_EQ(places.PlaceOf(link).mount, disk);
+  Lead(link, inMemory);
+  EXPECT_EQ(places.PlaceOf(link).mount, memory);
+  EXPECT_EQ(places.PlaceOf(link + "/.").mount, memory);
 }
 
 }  // namespace
