@@ -42,6 +42,21 @@ def make_queue(folder, count, seed=1):
         (folder / composed_name(number, dice)).write_bytes(content)
 
 
+def make_dropped(folder, count, ending):
+    """Fills a folder with documents of silence as they wait for their retrieval."""
+    make_queue(folder / "made", count)
+    for path in (folder / "made").iterdir():
+        path.rename(folder / (path.stem + ending))
+    (folder / "made").rmdir()
+
+
+def make_noise(folder, count, size, ending):
+    """Fills a folder with files of real bytes, no two of them equal."""
+    dice = random.Random(1)
+    for number in range(count):
+        (folder / f"{number}{ending}").write_bytes(dice.randbytes(size))
+
+
 def make_long(path, seconds):
     """A document of any length that takes no room on the disk: its silence is a hole."""
     samples = seconds * RATE

@@ -16,7 +16,13 @@ from pathlib import Path
 RUNS = 5
 PROJECT = Path(__file__).resolve().parent.parent
 PROGRAMS = PROJECT / "build" / "release" / "bin"
-IN_QUEUE = Path("Lyrane", "TavloDeck", "Files", "InQueue")
+SHARE = PROJECT / "build" / "release" / "share" / "tavlodeck"
+ROOT = Path("Lyrane", "TavloDeck")
+FILES = ROOT / "Files"
+IN_QUEUE = FILES / "InQueue"
+EW2_QUEUE = FILES / "eW2Queue"
+MEMORY = Path("/dev/shm")  # A file system of its own, and no disk.
+MOST_HELD_MILLISECONDS = 50  # The message loop may not be held for longer.
 
 
 def alternate(*measures, runs=RUNS):
@@ -118,11 +124,35 @@ def start_once(home):
             sys.exit("bench: bench_start did not get ready")
 
 
+def intake_home(home):
+    """Makes a home with drop folders and the conversion libraries."""
+    for name in ("InQueue", "eW2Queue", "dS2Queue", "eU2Queue", "FtpQueue", "ImportQueue"):
+        (home / FILES / name).mkdir(parents=True)
+    for name in ("DssCodec", "MuLawHeader.so"):
+        (home / ROOT / name).symlink_to(SHARE / name)
+    return home
+
+
+def intake(what, home, *more, files):
+    """The figures of bench_intake, which must have brought in so many files."""
+    # The folder that it stands in is a drop folder, too.
+    figures = fields(output_of([program("bench_intake"), what, str(home), *more], cwd=home))
+    if figures["files"] != files:
+        sys.exit(f"bench: {figures['files']:.0f} of {files} files came in")
+    return figures
+
+
+def held(group, runs):
+    """The most processor time between two looks of the loop at its events, in all runs."""
+    group.figure("held", max(run["held"] for run in runs), MOST_HELD_MILLISECONDS, "ms", "allowed",
+                 limit=1.0)
+
+
 @contextmanager
-def scratch():
-    """A folder under build/ that goes when it is no longer needed."""
-    (PROJECT / "build").mkdir(exist_ok=True)
-    with tempfile.TemporaryDirectory(dir=PROJECT / "build", prefix="bench-") as folder:
+def scratch(where=PROJECT / "build"):
+    """A folder, under build/ as a rule, that goes when it is no longer needed."""
+    where.mkdir(exist_ok=True)
+    with tempfile.TemporaryDirectory(dir=where, prefix="bench-") as folder:
         yield Path(folder)
 
 
