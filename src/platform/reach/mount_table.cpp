@@ -169,14 +169,18 @@ MountTable::Spot MountTable::SpotOf(const std::string& path, const LinkReader& l
   return spot;
 }
 
+Place MountTable::EntryIn(const Spot& folder, std::string_view name) const {
+  if (folder.mount_ == nullptr) return {};
+  const Mount* const mount = Enter(folder.mount_, folder.at_ + "/" + std::string(name));
+  return {.mount = mount->number, .mayStall = folder.mayStall_ || mount->mayStall};
+}
+
 std::optional<Place> MountTable::PlaceIn(const Spot& folder, std::string_view name,
                                          const LinkReader& links) const {
-  if (folder.mount_ == nullptr) return Place{};
-  const std::string path = folder.at_ + "/" + std::string(name);
-  const Mount* const mount = Enter(folder.mount_, path);
-  const bool mayBeALink = mount == folder.mount_ && !folder.mayStall_;
-  if (mayBeALink && links.TargetOf(path)) return {};
-  return Place{.mount = mount->number, .mayStall = folder.mayStall_ || mount->mayStall};
+  const Place place = EntryIn(folder, name);
+  const bool mayBeALink = !place.mayStall && place.mount == folder.ItsPlace().mount;
+  if (mayBeALink && links.TargetOf(folder.at_ + "/" + std::string(name))) return {};
+  return place;
 }
 
 }  // namespace tavlo::platform

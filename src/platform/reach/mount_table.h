@@ -53,6 +53,8 @@ class MountTable {
   Place PlaceOf(const std::string& path, const LinkReader& links) const {
     return SpotOf(path, links).ItsPlace();
   }
+  /// The place of a name in a folder, neither "." nor ".."; a link is not followed.
+  Place EntryIn(const Spot& folder, std::string_view name) const;
   /// The place of a name in a folder, neither "." nor "..". Nothing when it is a link.
   std::optional<Place> PlaceIn(const Spot& folder, std::string_view name,
                                const LinkReader& links) const;

@@ -69,15 +69,20 @@ MountTable::Spot MountedPlaces::SpotOfFolder(const std::string& path) {
   return folder.spot;
 }
 
-Place MountedPlaces::PlaceOf(const std::string& path) {
+Place MountedPlaces::PlaceOf(const std::string& path) { return PlaceOf(path, true); }
+
+Place MountedPlaces::PlaceOfEntry(const std::string& path) { return PlaceOf(path, false); }
+
+Place MountedPlaces::PlaceOf(const std::string& path, bool followsLinks) {
   if (Changed()) Read();
   const std::string full = path.starts_with('/') ? path : CurrentFolder() + "/" + path;
   const std::size_t nameAt = full.rfind('/') + 1;
   const std::string_view name = std::string_view(full).substr(nameAt);
   const bool isName = !name.empty() && name != "." && name != "..";
-  const auto place = isName
-                         ? table_.PlaceIn(SpotOfFolder(full.substr(0, nameAt)), name, KernelLinks())
-                         : std::nullopt;
+  if (!isName) return table_.PlaceOf(full, KernelLinks());
+  const MountTable::Spot folder = SpotOfFolder(full.substr(0, nameAt));
+  if (!followsLinks) return table_.EntryIn(folder, name);
+  const std::optional<Place> place = table_.PlaceIn(folder, name, KernelLinks());
   return place ? *place : table_.PlaceOf(full, KernelLinks());
 }
 

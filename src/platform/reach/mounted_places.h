@@ -25,10 +25,12 @@ class MountedPlaces : public Places {
 
   /// A path that is not full is one below the process's current folder.
   Place PlaceOf(const std::string& path) override;
+  Place PlaceOfEntry(const std::string& path) override;
 
  private:
   bool Changed() const;
   void Read();
+  Place PlaceOf(const std::string& path, bool followsLinks);
   MountTable::Spot SpotOfFolder(const std::string& path);
 
   struct Remembered {

@@ -60,12 +60,13 @@ std::unique_ptr<store::FolderWalk> PatientDisk::Walk(const std::string& folder) 
 }
 
 std::optional<FileFacts> PatientDisk::Facts(const std::string& path) {
-  return Ask<std::optional<FileFacts>>(path, [path](Disk& disk) { return disk.Facts(path); }, {});
+  return AskOfEntry<std::optional<FileFacts>>(path, [path](Disk& disk) { return disk.Facts(path); },
+                                              {});
 }
 
 std::optional<std::int64_t> PatientDisk::ChangedAt(const std::string& path) {
-  return Ask<std::optional<std::int64_t>>(path, [path](Disk& disk) { return disk.ChangedAt(path); },
-                                          {});
+  return AskOfEntry<std::optional<std::int64_t>>(
+      path, [path](Disk& disk) { return disk.ChangedAt(path); }, {});
 }
 
 Entry PatientDisk::Look(const std::string& path) {
@@ -74,30 +75,30 @@ Entry PatientDisk::Look(const std::string& path) {
 }
 
 Readiness PatientDisk::TestReadiness(const std::string& path) {
-  return Ask<Readiness>(
+  return AskOfEntry<Readiness>(
       path, [path](Disk& disk) { return disk.TestReadiness(path); }, Readiness::OutOfReach);
 }
 
 DiskResult PatientDisk::SetAttributesNormal(const std::string& path) {
-  return Ask<DiskResult>(
+  return AskOfEntry<DiskResult>(
       path, [path](Disk& disk) { return disk.SetAttributesNormal(path); }, DiskResult::OutOfReach);
 }
 
 DiskResult PatientDisk::Renew(const std::string& path) {
-  return Ask<DiskResult>(
+  return AskOfEntry<DiskResult>(
       path, [path](Disk& disk) { return disk.Renew(path); }, DiskResult::OutOfReach);
 }
 
 DiskResult PatientDisk::Copy(const std::string& from, const std::string& to) {
-  const Place source = errands_.PlaceOf(from);
-  const Place target = errands_.PlaceOf(to);
+  const Place source = errands_.PlaceOfEntry(from);
+  const Place target = errands_.PlaceOfEntry(to);
   if (!source.mayStall && !target.mayStall) return here_.Copy(from, to);
   return PatientCopy(errands_, source, target).Run(from, to);
 }
 
 DiskResult PatientDisk::Rename(const std::string& from, const std::string& to) {
-  const Place source = errands_.PlaceOf(from);
-  const Place target = errands_.PlaceOf(to);
+  const Place source = errands_.PlaceOfEntry(from);
+  const Place target = errands_.PlaceOfEntry(to);
   if (source.mount != target.mount && (source.mayStall || target.mayStall)) {
     // The kernel would say the same, but it would ask both places before.
     if (OutOfReach(from) || OutOfReach(to)) return DiskResult::OutOfReach;
@@ -108,24 +109,24 @@ DiskResult PatientDisk::Rename(const std::string& from, const std::string& to) {
 }
 
 DiskResult PatientDisk::Delete(const std::string& path) {
-  return Ask<DiskResult>(
+  return AskOfEntry<DiskResult>(
       path, [path](Disk& disk) { return disk.Delete(path); }, DiskResult::OutOfReach);
 }
 
 DiskResult PatientDisk::Append(const std::string& path, std::string_view text) {
-  return Ask<DiskResult>(
+  return AskOfEntry<DiskResult>(
       path, [path, text = std::string(text)](Disk& disk) { return disk.Append(path, text); },
       DiskResult::OutOfReach);
 }
 
 DiskResult PatientDisk::MakeLink(const std::string& target, const std::string& path) {
-  return Ask<DiskResult>(
+  return AskOfEntry<DiskResult>(
       path, [target, path](Disk& disk) { return disk.MakeLink(target, path); },
       DiskResult::OutOfReach);
 }
 
 DiskResult PatientDisk::MakeFolder(const std::string& path) {
-  return Ask<DiskResult>(
+  return AskOfEntry<DiskResult>(
       path, [path](Disk& disk) { return disk.MakeFolder(path); }, DiskResult::OutOfReach);
 }
 

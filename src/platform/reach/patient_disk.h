@@ -58,6 +58,12 @@ class PatientDisk : public store::Disk {
   Answer Ask(const std::string& path, std::function<Answer(store::Disk&)> call, Answer otherwise) {
     return AskAt<Answer>(errands_.PlaceOf(path), std::move(call), std::move(otherwise));
   }
+  /// The same for what does not follow a link at the end of the path.
+  template <typename Answer>
+  Answer AskOfEntry(const std::string& path, std::function<Answer(store::Disk&)> call,
+                    Answer otherwise) {
+    return AskAt<Answer>(errands_.PlaceOfEntry(path), std::move(call), std::move(otherwise));
+  }
   template <typename Answer>
   Answer AskAt(const Place& place, std::function<Answer(store::Disk&)> call, Answer otherwise);
   std::shared_ptr<PlaceDisk> DiskOf(const Place& place);

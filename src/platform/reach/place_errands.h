@@ -43,6 +43,7 @@ class PlaceErrands : public Errands {
   bool OutOfReach(const std::string& path) override;
 
   Place PlaceOf(const std::string& path) { return places_.PlaceOf(path); }
+  Place PlaceOfEntry(const std::string& path) { return places_.PlaceOfEntry(path); }
   /// The same for a place that was asked for before.
   bool Run(const Place& place, std::function<void(Sign&)> work);
   bool OutOfReach(const Place& place);

@@ -17,6 +17,8 @@ class Places {
 
   /// Asks nothing of a place that may stall.
   virtual Place PlaceOf(const std::string& path) = 0;
+  /// The same for who does not follow a link that stands at the end of the path, which is cheaper.
+  virtual Place PlaceOfEntry(const std::string& path) { return PlaceOf(path); }
 };
 
 }  // namespace tavlo::platform

@@ -124,7 +124,9 @@ TEST_F(MountTableTest, NameInAFolderThatWasFoundStandsWhereItsWholePathDoes) {
     ASSERT_TRUE(place) << folder;
     ExpectStanding(folder + "/" + name, place->mount, place->mayStall);
   }
-  EXPECT_FALSE(table.PlaceIn(table.SpotOf("/home/anne", links), "Lyrane", links)) << "is a link";
+  const MountTable::Spot home = table.SpotOf("/home/anne", links);
+  EXPECT_FALSE(table.PlaceIn(home, "Lyrane", links)) << "is a link";
+  EXPECT_EQ(table.EntryIn(home, "Lyrane").mount, kHome) << "the link itself";
 }
 
 TEST_F(MountTableTest, LinksInACircleEnd) {
@@ -199,6 +201,7 @@ TEST_F(LedElsewhere, LinkAtTheEndIsReadEachTime) {
   Lead(link, inMemory);
   EXPECT_EQ(places.PlaceOf(link).mount, memory);
   EXPECT_EQ(places.PlaceOf(link + "/.").mount, memory);
+  EXPECT_EQ(places.PlaceOfEntry(link).mount, disk) << "the link itself";
 }
 
 }  // namespace
