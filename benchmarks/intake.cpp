@@ -49,7 +49,7 @@ struct IntakeRooms : bench::QuietRooms {
   intake::WindowFront front{window};
   intake::Claims claims{loop, disk, moves, {.host = "bench", .process = ::getpid()}};
   intake::Conversion conversion{{loop, disk, folders, moves, claims, libraries, front}};
-  intake::ImportList importList{loop, window, files, playback, conversion};
+  intake::ImportList importList{loop, window, files, playback, conversion, claims};
   NoAutoImport noAutoImport;
   intake::RetrievalPasses passes{
       {loop, disk, folders, moves, claims, conversion, noAutoImport, front}};
