@@ -47,6 +47,10 @@ class NothingToHush : public platform::Hush {
   void Silence() override {}
 };
 
+class NothingToCount : public store::RescueCount {
+  void CountRescued() override {}
+};
+
 /// The program's loop. Nobody is there to close a box, so one ends the process with its text.
 class LoopWithoutHands : public platform::qt::QtLoop {
  protected:
@@ -84,7 +88,8 @@ struct QuietRooms {
   store::WorkFolders folders;
   store::DocumentNames names{loop};
   store::FileMoves moves{disk, folders};
-  const store::DocumentFiles files{disk, folders, names, moves};
+  NothingToCount rescued;
+  const store::DocumentFiles files{disk, folders, names, moves, rescued};
 };
 
 }  // namespace tavlo::bench
