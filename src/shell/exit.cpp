@@ -7,6 +7,9 @@ namespace {
 
 using base::operator""ms;
 
+constexpr base::Duration kFirstWait = 1000ms;
+constexpr base::Duration kBothWaits = 2000ms;
+
 }  // namespace
 
 Exit::Exit(base::Loop& loop, Windows& windows, Rooms& rooms,
@@ -103,17 +106,32 @@ void Exit::End() {
   form_.cmdComplete.Enabled = false;
   // The hourglass drops a second close request in the waits.
   form_.frmMain.MousePointer = forms::Pointer::Hourglass;
-  loop_.Wait(1000ms);
+  const base::MonotonicTime begun = loop_.Now();
+  StoreSettings();
+  WaitUntil(begun + kFirstWait);
   rooms_.engine.CloseFile();
   rooms_.prompts.Close();
   rooms_.annex.ReleaseFtp();
-  loop_.Wait(1000ms);
+  WaitUntil(begun + kBothWaits);
   rooms_.usbPedal.StopWatch();
-  // A disk that gives no answer may keep the settings waiting, and nobody shall wait for that.
   form_.frmMain.Visible = false;
-  rooms_.authorProfiles.StoreEdits();
   rooms_.binding.Flush();
   endProcess_(0);
+}
+
+/// A disk that gives no answer may keep the settings waiting for longer than the waits of the end
+/// take. Nobody shall look at the window meanwhile, and the next start shall not wait for both.
+void Exit::StoreSettings() {
+  base::Timer tmrHideWindow(loop_, "tmrHideWindow", kBothWaits, base::TimerKind::Feed);
+  tmrHideWindow.OnTick = [this] { form_.frmMain.Visible = false; };
+  tmrHideWindow.Start();
+  rooms_.authorProfiles.StoreEdits();
+  rooms_.binding.Flush();
+}
+
+void Exit::WaitUntil(base::MonotonicTime moment) {
+  const base::MonotonicTime now = loop_.Now();
+  if (now < moment) loop_.Wait(moment - now);
 }
 
 base::Reply Exit::ShowExitBox(const char* text, base::Icon icon, base::Buttons buttons) {

@@ -36,6 +36,8 @@ class Exit {
   bool UserAgrees();
   void EndUnlessADocumentIsOpen();
   void End();
+  void StoreSettings();
+  void WaitUntil(base::MonotonicTime moment);
   base::Reply ShowExitBox(const char* text, base::Icon icon, base::Buttons buttons);
 
   base::Loop& loop_;

@@ -63,6 +63,8 @@ TEST_F(WithoutAMouse, TabReachesEveryControlOfTheImportView) {
   Keys({keys::kRight});
   EXPECT_TRUE(program->Until([] { return Main().txtWavImportSubdirectory.Value.Get() == "1"; }));
   EXPECT_TRUE(HasFocus("scrollImportWavSubDirectories"));
+  Keys({keys::kHome});
+  EXPECT_TRUE(program->Until([] { return Main().txtWavImportSubdirectory.Value.Get() == "0"; }));
   Keys({keys::kAlt, 'v'});
   Keys({'q'});
   EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
