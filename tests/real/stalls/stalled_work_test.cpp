@@ -287,6 +287,10 @@ TEST_F(StalledRoot, CompleteThatGaveNoAnswerHappensOnce) {
     Mount().Stop();
     EXPECT_TRUE(BoxInVain([&] { program->Click("cmdComplete"); }).starts_with(kQueueFault));
     EXPECT_EQ(Line(), NotKnown("the document was moved to Completed", name));
+    // The drop folders below the root are told, each by its pass, and then the Queue.
+    for (const char* prefix : {"The .dS2", "The .eU2", "The .eW2", ""}) {
+      EXPECT_TRUE(program->AnswerBox().starts_with(std::string(kQueueFault) + prefix));
+    }
     ASSERT_TRUE(Until([&] { return program->IsReady(); })) << program->Box();
     GoOn();
     Refresh();
