@@ -46,12 +46,15 @@ WorkFrames::Frame WorkFrames::AddFrame(forms::Pane& pane) {
   caption->setFont(bold);
   caption->setMinimumHeight(28);
   frame.heading->addWidget(caption);
-  frame.heading->BeginRightPart();
-  // One in each frame: a row of its own would take the room of a row of the list.
-  AddKeys(*frame.heading, {&form_.cmdRescued});
   frames_->addWidget(frame.widget, 1);
   binder_.Frame(pane, *frame.widget, caption);
   return frame;
+}
+
+void WorkFrames::BeginRightPart(WrappingRow& heading) {
+  heading.BeginRightPart();
+  // One in each frame: a row of its own would take the room of a row of the list.
+  AddKeys(heading, {&form_.cmdRescued});
 }
 
 void WorkFrames::AddKeys(WrappingRow& row, std::initializer_list<forms::Command*> commands) {
@@ -77,6 +80,7 @@ void WorkFrames::AddCombo(WrappingRow& row, forms::Table& table) {
 
 void WorkFrames::AddQueue() {
   const Frame frame = AddFrame(form_.frameInQueue);
+  BeginRightPart(*frame.heading);
   AddRefresh(*frame.heading, form_.cmdUpdateFileList);
   frame.rows->addWidget(new TableList(form_.listViewInQueue, binder_, frame.widget), 1);
   frame.rows->addStretch();
@@ -84,6 +88,7 @@ void WorkFrames::AddQueue() {
 
 void WorkFrames::AddCompleted() {
   const Frame frame = AddFrame(form_.frameCompleted);
+  BeginRightPart(*frame.heading);
   AddKeys(*frame.heading,
           {&form_.cmdMoveToQueue, &form_.cmdDeleteOneCompleted, &form_.cmdDeleteAllCompleted});
   frame.rows->addWidget(new TableList(form_.listViewCompleted, binder_, frame.widget), 1);
@@ -95,7 +100,7 @@ void WorkFrames::AddImport() {
   directory->setIndent(kBeforeDirectory);
   frame.heading->addWidget(directory);
   binder_.Show(form_.txtWavImportSubdirectory, *directory, "Directory ");
-  frame.heading->BeginRightPart();
+  BeginRightPart(*frame.heading);
   auto* const link = new QCheckBox(frame.widget);
   frame.heading->addWidget(link);
   binder_.Tick(form_.chkImportSynchronize, *link);
@@ -105,6 +110,7 @@ void WorkFrames::AddImport() {
 
 void WorkFrames::AddFtp() {
   const Frame frame = AddFrame(form_.frameFtp);
+  BeginRightPart(*frame.heading);
   AddCombo(*frame.heading, form_.comboFtpServerNames);
   AddCombo(*frame.heading, form_.comboFtpFileTypesToList);
   AddKeys(*frame.heading, {&form_.bConnect});

@@ -30,6 +30,8 @@ class WorkFrames : public QWidget {
   void AddCompleted();
   void AddImport();
   void AddFtp();
+  /// What the heading is given from here on stands at its right.
+  void BeginRightPart(WrappingRow& heading);
   void AddKeys(WrappingRow& row, std::initializer_list<forms::Command*> commands);
   /// A button that F5 presses too, where it stands on the frame that is shown.
   void AddRefresh(WrappingRow& row, forms::Command& command);
