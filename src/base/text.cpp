@@ -104,4 +104,12 @@ std::string_view LastCharacters(std::string_view text, std::size_t count) {
   return text;
 }
 
+bool EndsInEitherCase(std::string_view text, std::string_view ending) {
+  if (text.size() < ending.size()) return false;
+  const auto lower = [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  };
+  return std::ranges::equal(text.substr(text.size() - ending.size()), ending, {}, lower, lower);
+}
+
 }  // namespace tavlo::base

@@ -30,4 +30,8 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count);
 /// The last `count` characters of such a text; the whole text when it is shorter.
 std::string_view LastCharacters(std::string_view text, std::size_t count);
 
+/// Whether a text ends like this, the letters a to z being one with their capitals: file names may
+/// come from systems that know no case.
+bool EndsInEitherCase(std::string_view text, std::string_view ending);
+
 }  // namespace tavlo::base

@@ -28,18 +28,6 @@ constexpr std::string_view kSomeFilesStay =
 constexpr std::string_view kImportListIsNotWhole =
     "This list is not whole\nIt shows what is there once it can be read again.";
 
-/// Recorders write the ending in either case.
-bool EndsInDss(std::string_view name) {
-  constexpr std::string_view kEnding = ".dss";
-  if (name.size() < kEnding.size()) return false;
-  name.remove_prefix(name.size() - kEnding.size());
-  for (std::size_t i = 0; i < kEnding.size(); ++i) {
-    const char lower = name[i] >= 'A' && name[i] <= 'Z' ? static_cast<char>(name[i] + 32) : name[i];
-    if (lower != kEnding[i]) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 ImportList::ImportList(base::Loop& loop, window::MainWindow& window,
@@ -148,7 +136,7 @@ WalkEnd ImportList::AddRows(store::FolderWalk& walk, const std::string& folder) 
 
 WalkEnd ImportList::AddRow(store::FolderWalk& walk, const std::string& folder) {
   std::string name = walk.Name();
-  const bool converts = EndsInDss(name);
+  const bool converts = base::EndsInEitherCase(name, ".dss");
   if (converts) conversion_.ConvertImportDssFile(name);
   if (engine_.IsPlaying) engine_.StopPlay();
   engine_.CloseFile();

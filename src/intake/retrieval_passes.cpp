@@ -127,7 +127,7 @@ RetrievalPasses::Found RetrievalPasses::Enumerate(const DropFolder& folder) {
   edges_.claims.TidyUp(folder.path);
   Found found{.names = {}, .listing = edges_.disk.ListPlainFiles(folder.path)};
   for (const std::string& name : found.listing.names) {
-    if (EndsInPattern(name, folder.ending)) found.names.push_back(name);
+    if (base::EndsInEitherCase(name, folder.ending)) found.names.push_back(name);
   }
   return found;
 }

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text.h"
 #include "forms/control_groups.h"
 #include "lists/document_rows.h"
 #include "lists/outcome_in_words.h"
@@ -19,18 +20,6 @@ constexpr std::string_view kNothingCompleted =
 /// What the folder still holds is not in the list until it is built anew.
 constexpr std::string_view kSomeStay =
     "Some files stay in the folder\nThe list shows them when you come back.";
-
-/// File names here may come from systems that know no case.
-bool IsWave(std::string_view name) {
-  constexpr std::string_view kEnding = ".wav";
-  if (name.size() < kEnding.size()) return false;
-  name.remove_prefix(name.size() - kEnding.size());
-  for (std::size_t i = 0; i < kEnding.size(); ++i) {
-    const char lower = name[i] >= 'A' && name[i] <= 'Z' ? static_cast<char>(name[i] + 32) : name[i];
-    if (lower != kEnding[i]) return false;
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -196,7 +185,7 @@ CompletedList::Deletion CompletedList::DeleteWaves() {
   const store::Listing walk = disk_.ListPlainFiles(folder);
   Deletion deletion;
   for (const std::string& name : walk.names) {
-    if (!IsWave(name)) {
+    if (!base::EndsInEitherCase(name, ".wav")) {
       deletion.othersStay = true;
       continue;
     }

@@ -75,5 +75,13 @@ TEST(FirstCharacters, OfALongTextCostNoMoreThanThose) {
   }
 }
 
+TEST(Text, EndOfANameIsFoundInEitherCase) {
+  EXPECT_TRUE(base::EndsInEitherCase("letter.DSS", ".dss"));
+  EXPECT_TRUE(base::EndsInEitherCase("memo.ew2", ".eW2"));
+  EXPECT_TRUE(base::EndsInEitherCase("anything", ""));
+  EXPECT_FALSE(base::EndsInEitherCase("dss", ".dss"));
+  EXPECT_FALSE(base::EndsInEitherCase("letter.dss2", ".dss"));
+}
+
 }  // namespace
 }  // namespace tavlo::test
