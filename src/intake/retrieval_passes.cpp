@@ -82,7 +82,9 @@ PassEnd RetrievalPasses::SortFtpQueue() {
   // Each entry uses up a number, also one that is left alone.
   const PassEnd end = TreatEach(folder, found, [&](const std::string& entry, std::size_t index) {
     const double number = stamp + static_cast<double>(index);
-    return carrier_.Carry(path, entry, TargetOfSorted(entry, number));
+    const std::string target = TargetOfSorted(entry, number);
+    const bool fits = target.size() - target.rfind('/') - 1 <= store::kMostBytesOfAName;
+    return fits ? carrier_.Carry(path, entry, target) : Carried{.outcome = Outcome::NameTooLong};
   });
   // This is our own decision: they stand on under the message of a network that is down.
   if (end != PassEnd::NetworkFault) edges_.front.ShowFtpSort(false);

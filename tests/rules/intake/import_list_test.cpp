@@ -150,6 +150,15 @@ TEST_F(ImportListTest, ADssFileThatIsNotConvertedStandsUnderTheNameOfItsWave) {
   EXPECT_TRUE(disk.Has("/root/Files/ImportQueue/letter.dss"));
 }
 
+TEST_F(ImportListTest, ADssFileThatWasNotConvertedIsFoundAgainByTheNextScan) {
+  conversion.Fails = true;
+  Put(0, "letter.dss");
+  Refresh();
+  Refresh();
+  EXPECT_EQ(conversion.Asked, (Files{"letter.dss", "letter.dss"}));
+  EXPECT_EQ(Names(), Files{"letter.wav"});
+}
+
 TEST_F(ImportListTest, ALockedDssFileIsNotConverted) {
   disk.OpenWriter(Put(0, "letter.dss"));
   Refresh();

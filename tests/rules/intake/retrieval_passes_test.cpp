@@ -204,6 +204,16 @@ TEST_F(FtpSort, NameWithTwoPointsGetsTheNumberTwice) {
   EXPECT_TRUE(disk.Has(deck.Import("a_2026115973.b_2026115973.mp3")));
 }
 
+TEST_F(FtpSort, NameThatTheNumberMakesTooLongStaysIsToldAndKeepsNoOtherFileOut) {
+  const std::string tooLong = std::string(245, 'a') + ".mp3";
+  disk.WithFile(Ftp(tooLong)).WithFile(Ftp("b.mp3"));
+  EXPECT_EQ(passes.SortFtpQueue(), intake::PassEnd::Over);
+  EXPECT_EQ(disk.NamesIn(folders.FtpQueuePath), Names{tooLong});
+  EXPECT_EQ(front.said, Names{"The file " + Ftp(tooLong) +
+                              " was not retrieved: its name is too long. Shorten it."});
+  EXPECT_TRUE(loop.Shown.empty());
+}
+
 TEST_F(FtpSort, TwoFilesOfOneSecondGetDifferentNumbers) {
   disk.WithFile(Ftp("a.mp3")).WithFile(Ftp("b.mp3"));
   passes.SortFtpQueue();
