@@ -9,7 +9,7 @@ std::string Because(store::DiskResult why) { return std::string(store::WhyNot(wh
 
 /// What happened to the file, without the reason.
 std::string Happened(const std::string& source, const Carried& carried) {
-  if (carried.outcome == Carried::Outcome::OutOfReach) {
+  if (carried.outcome == Carried::Outcome::OutOfReach && carried.asked) {
     return "It is not known whether the file " + source + " was retrieved: ";
   }
   if (carried.arrived) {
@@ -25,7 +25,7 @@ base::MessageBox RetrievalFault(const std::string& source, const Carried& carrie
   return {.title = "Tavlo Deck - Retrieval",
           .text = Happened(source, carried) +
                   Because(unknown ? store::DiskResult::OutOfReach : carried.why) +
-                  "\n\nThe retrieval ends here. The next one goes on.",
+                  "\n\nThe retrieval ends here. The next one tries it again.",
           .icon = base::Icon::Warning};
 }
 

@@ -21,6 +21,7 @@ struct [[nodiscard]] Carried {
   };
   Outcome outcome = Outcome::Arrived;
   store::DiskResult why = store::DiskResult::Done;  ///< Of MayNotClaim and Failed.
+  bool asked = true;  ///< Of OutOfReach: a step was asked for that may still happen.
   /// With Failed: the target holds all of it, and only the last steps failed.
   bool arrived = false;
   std::string standsAt;   ///< Of Failed: its full path.

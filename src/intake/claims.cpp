@@ -19,10 +19,10 @@ constexpr std::string_view kHalfWave = ".TavloDeckWave-";
 /// A claim whose name is taken gets a number, which must not cut the name that it holds.
 constexpr std::size_t kRoomForANumber = 8;
 
-/// Blanks part the fields of a claim's name.
+/// Blanks part the fields of a claim's name, and a number goes in front of its last point.
 std::string WithoutBlanks(std::string host) {
   std::ranges::replace_if(
-      host, [](char c) { return c == ' ' || c == '/'; }, '-');
+      host, [](char c) { return c == ' ' || c == '/' || c == '.'; }, '-');
   return host;
 }
 

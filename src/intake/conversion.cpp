@@ -201,7 +201,8 @@ Carried Conversion::PutInPlace(const std::string& claimed, const std::string& wa
 Carried Conversion::Fail(DiskResult why, const store::Moved& moved) {
   const std::string standsAt = edges_.claims.GiveBack();
   if (why == DiskResult::OutOfReach) {
-    return {.outcome = Outcome::OutOfReach, .displaced = moved.displaced};
+    // The wave never gets its name.
+    return {.outcome = Outcome::OutOfReach, .asked = false, .displaced = moved.displaced};
   }
   return {.outcome = Outcome::Failed,
           .why = why,

@@ -44,11 +44,18 @@ void DirectoryCounts::LookAtNext() {
       const std::string folder = ImportDirectoryPath(folders_, std::to_string(directory));
       const store::Listing listing = disk_.ListPlainFiles(folder);
       Write(directory, listing.finished ? std::to_string(listing.names.size()) : "");
-      // The directories lie on one place, and it gave no answer.
-      if (disk_.OutOfReach(folder)) return;
+      // The directories lie on one place, as a rule, and it gave no answer: nothing is known of
+      // those behind.
+      if (disk_.OutOfReach(folder)) return ForgetFrom(next_);
     }
   }
   tmrImportDirectories_.Start();
+}
+
+void DirectoryCounts::ForgetFrom(int directory) {
+  for (; directory < kImportDirectories; ++directory) {
+    if (directory != Shown()) Write(directory, "");
+  }
 }
 
 void DirectoryCounts::Write(int directory, const std::string& count) {

@@ -26,6 +26,7 @@ class DirectoryCounts {
 
  private:
   void LookAtNext();
+  void ForgetFrom(int directory);
   void Write(int directory, const std::string& count);
   int Shown() const;
 

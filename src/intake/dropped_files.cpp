@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "intake/file_progress.h"
 #include "intake/import_directories.h"
 #include "intake/import_in_words.h"
 #include "store/disk_words.h"
@@ -66,7 +67,10 @@ bool DroppedFiles::CopyAll(const std::vector<std::string>& paths, const std::str
   const forms::Hourglass hourglass(form_.frmMain);
   std::vector<NotTaken> refused;
   bool came = false;
+  FileProgress progress([this](const auto& text) { window_.SayHowFar(text); }, "Copying",
+                        paths.size());
   for (const std::string& path : paths) {
+    progress.Next();
     loop_.Breathe();
     std::string why = WhyRefused(path);
     if (why.empty()) {

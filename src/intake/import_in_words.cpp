@@ -44,7 +44,7 @@ std::string ImportDeletionInWords(const ImportDeletion& deletion, const std::str
     case Stays::Refused:
       break;
   }
-  if (deletion.result == DiskResult::OutOfReach) {
+  if (deletion.result == DiskResult::OutOfReach && deletion.asked) {
     return NotKnown("the file was deleted") + " File: " + name;
   }
   return "Not deleted: " + ReasonInWords(deletion.result) + ". File: " + name;
@@ -65,7 +65,10 @@ std::string ImportSentInWords(const ImportSent& sent, const std::string& name,
   if (sent.Done()) return {};
   const store::Moved& moved = sent.moved;
   if (sent.inUse) return "Not sent to the Queue: " + std::string(kBeingWritten) + ". File: " + name;
-  if (moved.result == DiskResult::OutOfReach) {
+  if (sent.nameTooLong) {
+    return "Not sent to the Queue: its name is too long. Shorten it. File: " + name;
+  }
+  if (moved.result == DiskResult::OutOfReach && moved.asked) {
     const std::string perhaps = moved.rescued.empty() ? "" : "; it may be kept as " + moved.rescued;
     return NotKnown("the file was sent to the Queue") + " File: " + name + perhaps;
   }
@@ -80,15 +83,21 @@ std::string ImportSentInWords(const ImportSent& sent, const std::string& name,
 
 std::string ImportBatchInWords(const ImportBatch& batch) {
   if (batch.AllSent()) return {};
-  std::string text = std::to_string(batch.sent) + " of " + FilesInWords(batch.files) +
-                     " went to the Queue." + StayInWords(batch.inUse, "still being written");
+  std::string text = std::to_string(batch.sent + batch.arrived) + " of " +
+                     FilesInWords(batch.files) + " went to the Queue." +
+                     StayInWords(batch.inUse, "still being written");
   if (batch.failed > 0) {
     text += " " + std::to_string(batch.failed) + " did not: " + ReasonInWords(batch.result) + ".";
   }
+  if (batch.arrived > 0) {
+    text += " " + FilesInWords(batch.arrived) + " could not be deleted here.";
+  }
+  if (batch.notKnown > 0) text += " " + NotKnown(FilesInWords(batch.notKnown) + " did");
   if (batch.rescued > 0) {
     text += " " + std::to_string(batch.rescued) + " of them were set aside in the rescue folder.";
   }
-  if (batch.pastItsTimes) text += " The others wait here for the next Send All.";
+  if (batch.pastItsTimes || batch.endedEarly)
+    text += " The others wait here for the next Send All.";
   if (!batch.whole) text += " The directory could not be read to its end.";
   return text;
 }

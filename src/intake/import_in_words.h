@@ -23,6 +23,7 @@ enum class Stays {
 struct ImportDeletion {
   Stays stays = Stays::No;
   store::DiskResult result = store::DiskResult::Done;
+  bool asked = true;  ///< The delete was asked for, so it may still happen where it is OutOfReach.
 };
 /// Empty when the file was deleted.
 std::string ImportDeletionInWords(const ImportDeletion& deletion, const std::string& name);
@@ -41,7 +42,8 @@ std::string ImportDeletionsInWords(const ImportDeletions& deletions);
 
 /// What became of a file that was to be sent to the Queue.
 struct ImportSent {
-  bool inUse = false;  ///< It stays: a copy would lack what its program writes yet.
+  bool inUse = false;        ///< It stays: a copy would lack what its program writes yet.
+  bool nameTooLong = false;  ///< To be claimed; with Failed.
   store::Moved moved;
 
   bool Done() const { return !inUse && moved.result == store::DiskResult::Done; }
@@ -53,15 +55,23 @@ std::string ImportSentInWords(const ImportSent& sent, const std::string& name,
 /// How a batch went.
 struct ImportBatch {
   int files = 0;  ///< That the directory held.
-  int sent = 0;
+  int sent = 0;   ///< And have gone from the directory.
   int inUse = 0;
   int failed = 0;
   int rescued = 0;            ///< Of those that failed.
+  int arrived = 0;            ///< That are in the Queue and could not be deleted in the directory.
+  int notKnown = 0;           ///< Of which a step may still happen.
   bool pastItsTimes = false;  ///< It ended because no more times of day were to be had.
+  bool endedEarly = false;    ///< It ended at a file after which none could fare better.
   bool whole = true;          ///< The directory could be listed to its end.
-  store::DiskResult result = store::DiskResult::Done;  ///< The first one that is not Done.
+  /// Of what ended it, else the first one that is not Done.
+  store::DiskResult result = store::DiskResult::Done;
 
-  bool AllSent() const { return whole && !pastItsTimes && inUse == 0 && failed == 0; }
+  /// No file that it came to stays.
+  bool NoneStays() const {
+    return whole && inUse == 0 && failed == 0 && arrived == 0 && notKnown == 0;
+  }
+  bool AllSent() const { return NoneStays() && !pastItsTimes && !endedEarly; }
 };
 /// Empty when all were sent.
 std::string ImportBatchInWords(const ImportBatch& batch);

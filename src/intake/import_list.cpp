@@ -145,7 +145,9 @@ WalkEnd ImportList::AddRow(store::FolderWalk& walk, const std::string& folder) {
   playback::OpenResult result = playback::OpenResult::Unplayable;
   if (converts) {
     result = engine_.File().OpenFile(path);
-    if (const auto facts = disk_.Facts(path)) seen_[path] = *facts;
+    // The row of a file that was not converted has the name of a wave that is not there.
+    const std::string shown = disk_.Facts(path) ? path : folder + walk.Name();
+    if (const auto facts = disk_.Facts(shown)) seen_[shown] = *facts;
   } else {
     const store::HeldFile& held = walk.Open();
     if (held.opened == DiskResult::OutOfReach) return WalkEnd::OutOfReach;
@@ -276,7 +278,8 @@ ImportDeletion ImportList::DeleteIfSeen(const std::string& path) {
   const auto facts = disk_.Facts(path);
   if (!facts) {
     const bool noAnswer = disk_.OutOfReach(path);
-    return {Stays::Refused, noAnswer ? DiskResult::OutOfReach : DiskResult::NotFound};
+    return {Stays::Refused, noAnswer ? DiskResult::OutOfReach : DiskResult::NotFound,
+            moves_.IsInDoubt(path)};
   }
   // A recorder may have put its next dictation there under the same name.
   if (seen == seen_.end() || seen->second != *facts) return {Stays::IsNew, DiskResult::Failed};

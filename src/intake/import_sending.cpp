@@ -111,7 +111,7 @@ void ImportSending::SendAll() {
     const ImportBatch batch = SendBatch(folder, listing);
     ShowBatch(batch);
     // A batch that ran past its times has done what it can, and its line says so.
-    const bool done = batch.inUse == 0 && batch.failed == 0 && batch.whole;
+    const bool done = batch.NoneStays() && !batch.endedEarly;
     if (done && !list_.AutoImportRunning) voice_.PlayPrompt("SentAllImport");
   }
   if (!window_.guards.RefreshIsQuiet()) window_.FocusAway();
@@ -141,19 +141,32 @@ ImportBatch ImportSending::SendBatch(const std::string& folder, const store::Lis
     batch.sent += sent.Done();
     batch.inUse += sent.inUse;
     if (sent.Done() || sent.inUse) continue;
-    ++batch.failed;
-    batch.rescued += !sent.moved.rescued.empty();
-    if (batch.result == DiskResult::Done) batch.result = result;
+    CountFailure(sent, batch);
     // Whatever is asked from here on fares no better.
-    if (result == DiskResult::OutOfReach || result == DiskResult::NoSpace) break;
+    batch.endedEarly = result == DiskResult::OutOfReach || result == DiskResult::NoSpace;
+    if (batch.endedEarly) {
+      batch.result = result;
+      break;
+    }
   }
   return batch;
 }
 
+void ImportSending::CountFailure(const ImportSent& sent, ImportBatch& batch) {
+  const store::Moved& moved = sent.moved;
+  if (batch.result == DiskResult::Done) batch.result = moved.result;
+  if (moved.result == DiskResult::OutOfReach && moved.asked) {
+    ++batch.notKnown;
+  } else if (moved.arrived) {
+    ++batch.arrived;
+  } else {
+    ++batch.failed;
+    batch.rescued += !moved.rescued.empty();
+  }
+}
+
 void ImportSending::ShowBatch(const ImportBatch& batch) {
-  const bool cutShort = batch.pastItsTimes || batch.result == DiskResult::OutOfReach ||
-                        batch.result == DiskResult::NoSpace;
-  if (cutShort) {
+  if (batch.pastItsTimes || batch.endedEarly) {
     // What was not sent yet stays where it is, and shows.
     list_.RefreshImportList(form_.txtWavImportSubdirectory.Value);
     list_.SetImportButtons();
@@ -211,7 +224,9 @@ ImportSent ImportSending::CopyToQueue(const std::string& folder, const std::stri
     case Carried::Outcome::InUse:
       return {.inUse = true};
     case Carried::Outcome::OutOfReach:
-      return {.moved = {.result = DiskResult::OutOfReach}};
+      return {.moved = {.result = DiskResult::OutOfReach, .asked = carried.asked}};
+    case Carried::Outcome::NameTooLong:
+      return {.nameTooLong = true, .moved = {.result = carried.why}};
     default:
       return {.moved = {.result = carried.why, .arrived = carried.arrived}};
   }

@@ -28,6 +28,7 @@ class ImportSending {
   void SendOne();
   void SendAll();
   ImportBatch SendBatch(const std::string& folder, const store::Listing& listing);
+  static void CountFailure(const ImportSent& sent, ImportBatch& batch);
   void ShowBatch(const ImportBatch& batch);
   ImportSent SendToQueue(const std::string& folder, const std::string& name,
                          base::CalendarTime sentAt);

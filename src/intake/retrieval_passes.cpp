@@ -77,7 +77,11 @@ PassEnd RetrievalPasses::SortFtpQueue() {
   const std::string& path = edges_.folders.FtpQueuePath;
   const DropFolder folder{"The ftp file's path ", path, kAnyEnding};
   const Found found = Enumerate(folder);
-  if (found.names.empty()) return EndOfEnumeration(folder, found.listing);
+  if (found.names.empty()) {
+    // They may stand since a message of the network, and there is nothing to process any more.
+    if (found.listing.finished) edges_.front.ShowFtpSort(false);
+    return EndOfEnumeration(folder, found.listing);
+  }
   edges_.front.ShowFtpSort(true);
   // Each entry uses up a number, also one that is left alone.
   const PassEnd end = TreatEach(folder, found, [&](const std::string& entry, std::size_t index) {

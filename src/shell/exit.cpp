@@ -93,6 +93,8 @@ void Exit::EndUnlessADocumentIsOpen() {
 }
 
 void Exit::End() {
+  // What the thaw leaves to hands, as the import directories, would work on in the waits.
+  const window::ListPause pause(rooms_.mainWindow.guards);
   rooms_.usbPedal.StopReading();
   rooms_.serialPedal.Stop();
   rooms_.waitingWork.Pause();
@@ -115,6 +117,8 @@ void Exit::End() {
   WaitUntil(begun + kBothWaits);
   rooms_.usbPedal.StopWatch();
   form_.frmMain.Visible = false;
+  // A profile may have been typed into meanwhile.
+  rooms_.authorProfiles.StoreEdits();
   rooms_.binding.Flush();
   endProcess_(0);
 }

@@ -28,8 +28,8 @@ class Exit {
   void ExitByMenu();
   void ExitByFrame();
   void StopSound();
-  /// A Complete or Save that yields to the loop has not stored its outcome yet; an end now would
-  /// lose it.
+  /// A command that yields to the loop would go on behind the window that is gone; a Complete or a
+  /// Save has not stored its outcome yet.
   bool ListIsChanging() const;
   bool FtpIsConnected();
   bool DocumentIsOpen();

@@ -39,19 +39,12 @@ std::string NumberedName(std::string_view name, int number) {
 }
 
 Moved FileMoves::Move(const std::string& source, const std::string& target, InTheWay inTheWay) {
-  if (source == target) return {.result = DiskResult::Done, .arrived = true};
-  unfinished_.TakeBack();
-  const std::uint64_t givenUp = disk_.CallsGivenUp();
-  Moved moved = RenameOver(source, target, inTheWay);
-  const bool asked = disk_.CallsGivenUp() != givenUp || !moved.displaced.empty();
-  if (moved.result == DiskResult::OtherFileSystem) {
-    const std::string displaced = moved.displaced;
-    moved = MoveAcross(source, target, inTheWay);
-    if (moved.displaced.empty()) moved.displaced = displaced;
-    NoteDoubt(source, moved.result, true);
-  } else {
-    NoteDoubt(source, moved.result, asked);
-  }
+  Moved moved = MoveInOneStep(source, target, inTheWay);
+  if (moved.result != DiskResult::OtherFileSystem) return moved;
+  const std::string displaced = moved.displaced;
+  moved = MoveAcross(source, target, inTheWay);
+  if (moved.displaced.empty()) moved.displaced = displaced;
+  NoteDoubt(source, moved.result, true);
   moved.asked = moved.result != DiskResult::OutOfReach || IsInDoubt(source);
   return moved;
 }
@@ -60,7 +53,12 @@ Moved FileMoves::MoveInOneStep(const std::string& source, const std::string& tar
                                InTheWay inTheWay) {
   if (source == target) return {.result = DiskResult::Done, .arrived = true};
   unfinished_.TakeBack();
-  return RenameOver(source, target, inTheWay);
+  const std::uint64_t givenUp = disk_.CallsGivenUp();
+  Moved moved = RenameOver(source, target, inTheWay);
+  const bool asked = disk_.CallsGivenUp() != givenUp || !moved.displaced.empty();
+  NoteDoubt(source, moved.result, asked);
+  moved.asked = moved.result != DiskResult::OutOfReach || IsInDoubt(source);
+  return moved;
 }
 
 FileMoves::Place FileMoves::CopyInto(const std::string& source, const std::string& folder) {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/text.h"
 #include "intake/import_directories.h"
-#include "intake/names.h"
 #include "simulation/places.h"
 #include "simulation/trace.h"
 #include "store/saved_position.h"
@@ -159,7 +159,7 @@ bool Takings::IsToBeImported(const std::string& path) const {
   // What is swept, and what has to be converted, goes without being asked for.
   const bool isSwept = folder == folders.Ew2QueuePath || folder == folders.Ds2QueuePath ||
                        folder == folders.Eu2QueuePath || folder == folders.FtpQueuePath;
-  const bool goesByItself = isSwept || intake::EndsInPattern(name, ".dss") ||
+  const bool goesByItself = isSwept || base::EndsInEitherCase(name, ".dss") ||
                             desk_.Config().txtAutoImport.Value.Get() != "N";
   if (name.starts_with('.') || goesByItself) return false;
   // Those that are numbered, and none that happens to lie below the same folder.

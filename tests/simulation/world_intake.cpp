@@ -2,9 +2,9 @@
 #include <array>
 #include <chrono>
 
+#include "base/text.h"
 #include "intake/claims.h"
 #include "intake/import_directories.h"
-#include "intake/names.h"
 #include "simulation/places.h"
 #include "simulation/world.h"
 
@@ -89,7 +89,7 @@ std::string World::LeftBehind() const {
                                   {desk_.disk.CurrentFolder + "/", ".eE2"}}};
   for (const Swept& swept : all) {
     for (const std::string& name : desk_.disk.NamesIn(swept.folder)) {
-      const bool waits = !name.starts_with('.') && intake::EndsInPattern(name, swept.ending);
+      const bool waits = !name.starts_with('.') && base::EndsInEitherCase(name, swept.ending);
       if (!waits && !Ledger::IsClaim(name)) continue;
       if (ledger_.Knows(desk_.disk.Contents(swept.folder + name))) return swept.folder + name;
     }

@@ -20,7 +20,10 @@ bool OpenFolder(const std::string& folder) {
   const QByteArray bytes = QByteArray::fromStdString(folder).toPercentEncoding("/");
   const QString address = "file://" + QString::fromLatin1(bytes);
   return std::ranges::any_of(kOpeners, [&address](const char* opener) {
-    const QString program = QStandardPaths::findExecutable(opener);
+    // A folder of the search path may lie on a server that gives no answer.
+    const QStringList ours{"/usr/bin", "/usr/local/bin"};
+    QString program = QStandardPaths::findExecutable(opener, ours);
+    if (program.isEmpty()) program = QStandardPaths::findExecutable(opener);
     return !program.isEmpty() && QProcess::startDetached(program, {address});
   });
 }

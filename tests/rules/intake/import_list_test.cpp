@@ -159,6 +159,17 @@ TEST_F(ImportListTest, ADssFileThatWasNotConvertedIsFoundAgainByTheNextScan) {
   EXPECT_EQ(Names(), Files{"letter.wav"});
 }
 
+TEST_F(ImportListTest, DeleteAllTakesADssFileThatWasNotConvertedToo) {
+  conversion.Fails = true;
+  Put(0, "letter.dss");
+  Refresh();
+  loop.Expect({.reply = base::Reply::Yes});
+  loop.Expect({.reply = base::Reply::Yes});
+  form.cmdDeleteAllImportFile.Press(forms::By::Hand);
+  EXPECT_FALSE(disk.Has("/root/Files/ImportQueue/letter.dss"));
+  EXPECT_EQ(Notice(), "");
+}
+
 TEST_F(ImportListTest, ALockedDssFileIsNotConverted) {
   disk.OpenWriter(Put(0, "letter.dss"));
   Refresh();

@@ -175,7 +175,49 @@ TEST_F(ImportSendingTest, AQueueThatIsFullEndsTheBatchAndTheFilesOfTheShareStayI
   EXPECT_EQ(disk.NamesIn("/share/").size(), 3u);
   EXPECT_EQ(Names().size(), 3u);
   EXPECT_TRUE(ButtonsAre(true));
-  EXPECT_EQ(Notice(), "0 of 3 files went to the Queue. 1 did not: the disk is full.");
+  EXPECT_EQ(Notice(),
+            "0 of 3 files went to the Queue. 1 did not: the disk is full. The others wait here for "
+            "the next Send All.");
+  EXPECT_TRUE(prompts.empty());
+}
+
+TEST_F(ImportSendingTest, WhatEndsABatchIsToldThoughAnotherFileFailedBefore) {
+  disk.WithFileSystemAt("/share");
+  folders.WavQueuePath = "/share/";
+  PutMany(3);
+  Refresh();
+  disk.SetUnreadable("/share/memo1.wav");
+  disk.SetFreeSpace(folders.InQueuePath, 0);
+  SendAll();
+  // A file that can not be read has no row.
+  EXPECT_EQ(Names().size(), 2u);
+  EXPECT_EQ(Notice(),
+            "0 of 3 files went to the Queue. 2 did not: the disk is full. The others wait here for "
+            "the next Send All.");
+}
+
+TEST_F(ImportSendingTest, AFileThatArrivedAndStaysIsSaidToBeBoth) {
+  const auto begin = [](ImportBench& bench) {
+    bench.disk.WithFileSystemAt("/share");
+    bench.folders.WavQueuePath = "/share/";
+    bench.Put(0, "memo.wav");
+    bench.Refresh();
+    bench.disk.Operations.clear();
+  };
+  ImportBench dry;
+  begin(dry);
+  dry.loop.Expect({.reply = Reply::Yes});
+  dry.form.cmdSendAllImportFilesToQueue.Press(By::Hand);
+  const auto nth =
+      std::ranges::find(dry.disk.Operations, "Delete /share/.TavloClaim desk 41 memo.wav") -
+      dry.disk.Operations.begin();
+  ASSERT_LT(nth, std::ssize(dry.disk.Operations));
+
+  begin(*this);
+  disk.FailOperation(static_cast<int>(nth) + 1, store::DiskResult::NoAccess);
+  SendAll();
+  EXPECT_EQ(Queued().size(), 1u);
+  EXPECT_EQ(Notice(), "1 of 1 file went to the Queue. 1 file could not be deleted here.");
   EXPECT_TRUE(prompts.empty());
 }
 

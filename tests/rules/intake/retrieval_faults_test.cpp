@@ -82,7 +82,7 @@ TEST_F(RetrievalFaults, CopyThatFailsEndsTheRunWithABoxThatNamesFileAndReason) {
   EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - Retrieval");
   EXPECT_EQ(loop.Shown[0].text, "The file " + ew2 +
                                     " was not retrieved: the disk is full.\n\n"
-                                    "The retrieval ends here. The next one goes on.");
+                                    "The retrieval ends here. The next one tries it again.");
   EXPECT_EQ(disk.FilesHolding("A"), Names{ew2});
 }
 

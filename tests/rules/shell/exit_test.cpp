@@ -171,6 +171,18 @@ TEST_F(ExitTest, BothWaysAreClosedInTheWaitsOfAutomaticImport) {
   EXPECT_TRUE(ended.has_value());
 }
 
+TEST_F(ExitTest, NoImportDirectoryIsTurnedToWhileTheProgramEnds) {
+  form.mnuViewImport.Press(By::Hand);
+  base::Timer hand(loop, "hand", 100ms);
+  hand.OnTick = [&] { form.scrollImportWavSubDirectories.Change(4); };
+  hand.Start();
+  loop.Expect({.reply = Reply::Yes});
+  form.frmMain.CloseRequest();
+  EXPECT_TRUE(ended.has_value());
+  EXPECT_EQ(form.txtWavImportSubdirectory.Value.Get(), "0");
+  EXPECT_FALSE(form.cmdDeleteAllImportFile.Enabled);
+}
+
 TEST_F(ExitTest, SecondCloseWhileTheFirstAsksIsRefused) {
   loop.Expect({.reply = Reply::No, .meanwhile = [&] { form.frmMain.CloseRequest(); }});
   form.frmMain.CloseRequest();
