@@ -50,7 +50,10 @@ class Telling {
 class PatientWalk::Ahead {
  public:
   Ahead(std::shared_ptr<PlaceDisk> itsDisk, bool loopLooks)
-      : disk(std::move(itsDisk)), loopLooks_(loopLooks), together_(loopLooks ? kTogether : 1) {}
+      : disk(std::move(itsDisk)),
+        loopLooks_(loopLooks),
+        together_(loopLooks ? kTogether : 1),
+        mostAhead_(loopLooks ? kFarAhead : kAhead) {}
 
   /// There once it was opened, and not changed any more.
   std::shared_ptr<const ListedFolder> folder;
@@ -88,6 +91,7 @@ class PatientWalk::Ahead {
 
   const bool loopLooks_;
   const std::size_t together_;
+  const std::size_t mostAhead_;
   std::unique_ptr<PosixWalk> walk_;  ///< Of the thread.
 
   std::mutex mutex_;
@@ -118,7 +122,7 @@ void PatientWalk::Ahead::WalkOn(Errands::Sign& sign) {
 PatientWalk::Slot* PatientWalk::Ahead::GoOn(By by, Slot* done) {
   const std::lock_guard hold(mutex_);
   if (done) done->ready = true;
-  const bool wanted = wanted_ && !AllBegun() && FilesAhead() < kAhead;
+  const bool wanted = wanted_ && !AllBegun() && FilesAhead() < mostAhead_;
   if (by == By::Thread) rests_ = !wanted;
   if (!wanted) return nullptr;
   Slot& slot = slots_.emplace_back();
@@ -153,7 +157,7 @@ bool PatientWalk::Ahead::HasFiles() {
 
 bool PatientWalk::Ahead::Resume() {
   const std::lock_guard hold(mutex_);
-  if (!rests_ || AllBegun() || FilesAhead() > kAhead / 2) return false;
+  if (!rests_ || AllBegun() || FilesAhead() > mostAhead_ / 2) return false;
   rests_ = false;
   return true;
 }
