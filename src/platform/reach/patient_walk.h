@@ -26,8 +26,8 @@ class PatientWalk : public store::FolderWalk {
   /// How many files are looked at ahead. More bridge a slower loop, and what stands in them is
   /// older when it is given out.
   static constexpr std::size_t kAhead = 128;
-  /// The same where the place can not stall. The loop frees the rows of the list before, which takes
-  /// as long as it takes to look at so many.
+  /// The same where the place can not stall. The loop frees the rows of the list before, which
+  /// takes as long as it takes to look at so many.
   static constexpr std::size_t kFarAhead = 2048;
   /// A loop that may not look itself waits for so many at once: to wake it takes longer than to
   /// look at a file.
