@@ -7,12 +7,12 @@
 
 namespace tavlo::conversion {
 
-/// Runs a conversion of two paths behind a C call, across which nothing may be thrown.
-template <typename Conversion>
-ConversionCode AsCCall(const char* source, const char* destination, Conversion convert) {
-  if (source == nullptr || destination == nullptr) return ConversionCode::BadCall;
+/// Runs what takes paths behind a C call, across which nothing may be thrown.
+template <typename Work, typename... Paths>
+ConversionCode AsCCall(Work work, Paths... paths) {
+  if ((... || (paths == nullptr))) return ConversionCode::BadCall;
   try {
-    return convert(std::string(source), std::string(destination));
+    return work(std::string(paths)...);
   } catch (const std::bad_alloc&) {
     return ConversionCode::NoMemory;
   }

@@ -10,26 +10,24 @@
 
 #include "conversion_code.h"
 #include "platform/disk/file_handle.h"
+#include "wave_sink.h"
 
 namespace tavlo::conversion {
 
 /// The file that a conversion makes. It grows beside the destination under a name with a dot and
 /// takes the destination's name when it is whole, so nobody ever sees a part of it. A file or a
-/// link that has that name by then is replaced. One that is never finished is removed. One thread
-/// at a time.
-class DestinationFile {
+/// link that has that name by then is replaced. One that is never finished is removed.
+class DestinationFile : public WaveSink {
  public:
   DestinationFile() = default;
-  ~DestinationFile();
+  ~DestinationFile() override;
   DestinationFile(const DestinationFile&) = delete;
 
   /// Done, or why nothing can be made there. SameFile when the path names the source.
   ConversionCode Create(const std::string& path, const struct stat& source);
 
-  /// Bytes behind those that were appended before.
-  ConversionCode Append(std::span<const std::uint8_t> bytes);
-  /// Bytes in the place of the first ones.
-  ConversionCode ReplaceFront(std::span<const std::uint8_t> bytes);
+  ConversionCode Append(std::span<const std::uint8_t> bytes) override;
+  ConversionCode ReplaceFront(std::span<const std::uint8_t> bytes) override;
 
   /// Flushes the file, gives it its name, and flushes the folder. Nothing is appended afterwards.
   ConversionCode Finish();

@@ -56,6 +56,12 @@ ConversionCode SourceFile::Read(std::span<std::uint8_t> target, std::size_t& got
   return ConversionCode::Done;
 }
 
+ConversionCode SourceFile::Rewind() {
+  read_ = 0;
+  return ::lseek(handle_->Get(), 0, SEEK_SET) == 0 ? ConversionCode::Done
+                                                   : ConversionCode::ReadFailed;
+}
+
 ConversionCode SourceFile::CheckUnchanged() const {
   struct stat now;
   if (::fstat(handle_->Get(), &now) != 0) return ConversionCode::ReadFailed;

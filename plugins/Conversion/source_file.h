@@ -8,27 +8,26 @@
 #include <span>
 #include <string>
 
+#include "byte_source.h"
 #include "conversion_code.h"
 #include "platform/disk/file_handle.h"
 
 namespace tavlo::conversion {
 
-/// The file that is converted, read from front to back. One thread at a time.
-class SourceFile {
+/// The file that is converted.
+class SourceFile : public ByteSource {
  public:
   /// Done, or why it can not be read. Links are refused, and nothing makes the call wait.
   ConversionCode Open(const std::string& path);
 
   /// Of the open file, as it was when it was opened.
-  std::uint64_t Size() const { return static_cast<std::uint64_t>(status_.st_size); }
   const struct stat& Status() const { return status_; }
+  std::uint64_t Size() const override { return static_cast<std::uint64_t>(status_.st_size); }
 
-  /// Fills `target` and writes how many bytes came: fewer at the end alone.
-  ConversionCode Read(std::span<std::uint8_t> target, std::size_t& got);
-
-  /// SourceChanged when all that was read is not what the file held when it was opened, or it has
-  /// been written to since.
-  ConversionCode CheckUnchanged() const;
+  ConversionCode Read(std::span<std::uint8_t> target, std::size_t& got) override;
+  /// It is read from its front once more.
+  ConversionCode Rewind();
+  ConversionCode CheckUnchanged() const override;
 
  private:
   std::optional<platform::FileHandle> handle_;

@@ -13,6 +13,12 @@ extern "C" {
 /// ConversionCode, and leaves things as that header says. A recording of which a part is missing is
 /// a failure, too, since whoever called deletes the source after a success.
 ///
-/// Any thread; it returns when the work is done, and no call knows of another.
+/// Any thread; it returns when the work is done.
 [[gnu::visibility("default")]] std::int32_t _WriteFile(const char* source, const char* destination);
+
+/// The source is likely to be converted soon: where it is short, its wave is made in memory
+/// meanwhile. It is read before this returns, and not kept open. Nothing follows but that
+/// `_WriteFile` is quicker, since that takes such a wave only if the source still holds the same
+/// bytes. What can not be read, or is no recording, is told by `_WriteFile` alone. Any thread.
+[[gnu::visibility("default")]] void _Prepare(const char* source);
 }

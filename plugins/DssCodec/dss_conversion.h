@@ -4,12 +4,12 @@
 #include <optional>
 #include <vector>
 
-#include "destination_file.h"
+#include "byte_source.h"
 #include "dss_header.h"
 #include "frame_cutter.h"
 #include "rate_converter.h"
-#include "source_file.h"
 #include "speech_decoder.h"
+#include "wave_sink.h"
 
 namespace tavlo::dss {
 
@@ -18,8 +18,8 @@ namespace tavlo::dss {
 /// thread.
 class DssConversion {
  public:
-  /// Both files are open, and outlive it.
-  DssConversion(conversion::SourceFile& source, conversion::DestinationFile& wave, int rate)
+  /// Both are open, and outlive it.
+  DssConversion(conversion::ByteSource& source, conversion::WaveSink& wave, int rate)
       : source_(source), wave_(wave), rate_(rate) {}
 
   /// Writes all of the wave; finishing it is left to the caller. Done, or why there is none.
@@ -37,8 +37,8 @@ class DssConversion {
   ConversionCode CheckLength() const;
   ConversionCode WriteHeader();
 
-  conversion::SourceFile& source_;
-  conversion::DestinationFile& wave_;
+  conversion::ByteSource& source_;
+  conversion::WaveSink& wave_;
   const int rate_;
   DssHeader header_;
   std::optional<FrameCutter> cutter_;

@@ -75,5 +75,5 @@ ConversionCode MakeWave(const std::string& sourcePath, const std::string& destin
 }  // namespace
 
 std::uint8_t AddHdr(const char* source, const char* destination) {
-  return static_cast<std::uint8_t>(AsCCall(source, destination, MakeWave));
+  return static_cast<std::uint8_t>(AsCCall(MakeWave, source, destination));
 }

@@ -15,6 +15,9 @@ using base::operator""s;
 using store::DiskResult;
 using Outcome = Carried::Outcome;
 
+/// This is our own decision: the one rate that a document is converted to, whatever is set.
+constexpr const char* kOnlyRate = "11";
+
 constexpr std::uint8_t kHeaderAdded = 0;
 /// The source had a header already and was taken as it is.
 constexpr std::uint8_t kHadAHeader = 5;
@@ -56,8 +59,7 @@ Conversion::Conversion(const Edges& edges) : edges_(edges) {}
 
 Conversion::Called Conversion::ConvertDssFile(const std::string& source,
                                               const std::string& destination) {
-  // This is our own decision: the one rate that a document is converted to, whatever is set.
-  ConversionRate = "11";
+  ConversionRate = kOnlyRate;
   const auto& rates = store::kDssCodecRates;
   if (std::ranges::find(rates, ConversionRate) == rates.end()) return Called::Failure;
   const std::optional<std::int32_t> status =
@@ -76,12 +78,17 @@ Conversion::Called Conversion::AddHdr(const std::string& source, const std::stri
   return added ? Called::Success : Called::Failure;
 }
 
-Carried Conversion::ConvertDs2File(const std::string& entry) {
+Carried Conversion::ConvertDs2File(const std::string& entry, std::span<const std::string> next) {
   const store::WorkFolders& folders = edges_.folders;
   const std::string output = WithEachReplaced(entry, ".dS2", ".wav");
-  const Carried carried = Convert(
-      folders.Ds2QueuePath, entry, folders.InQueuePath + output,
-      [this](const auto& source, const auto& wave) { return ConvertDssFile(source, wave); });
+  const auto convert = [&](const std::string& source, const std::string& wave) {
+    for (const std::string& name : next) {
+      edges_.libraries.Prepare(kOnlyRate, folders.Ds2QueuePath + name);
+    }
+    return ConvertDssFile(source, wave);
+  };
+  const Carried carried =
+      Convert(folders.Ds2QueuePath, entry, folders.InQueuePath + output, convert);
   if (carried.outcome == Outcome::NotConverted) {
     ShowConversionError("Dss to Wav Conversion error: ", "Tavlo Deck - Conversion");
   }

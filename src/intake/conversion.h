@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 
 #include "base/loop.h"
@@ -42,8 +43,9 @@ class Conversion : public ImportConversion {
   /// Of the latest call of the header library.
   std::uint8_t AddHdrResult = 0;
 
-  /// A file of the recorders' folder, into the Queue. Shows what its library could not do.
-  Carried ConvertDs2File(const std::string& entry);
+  /// A file of the recorders' folder, into the Queue. Shows what its library could not do. It may
+  /// prepare meanwhile what of that folder is likely to be converted `next`.
+  Carried ConvertDs2File(const std::string& entry, std::span<const std::string> next);
   /// A file without a header, into the Queue. Shows that it failed.
   Carried AddHeaderToEu2File(const std::string& entry);
   void ConvertImportDssFile(std::string& fileName) override;

@@ -1,6 +1,8 @@
 #include "intake/retrieval_passes.h"
 
+#include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "base/text.h"
 #include "intake/file_progress.h"
@@ -12,6 +14,9 @@ namespace {
 
 using store::DiskResult;
 using Outcome = Carried::Outcome;
+
+/// How many recordings are prepared while one is converted.
+constexpr std::size_t kPreparedAhead = 2;
 
 /// What matches everything.
 constexpr const char* kAnyEnding = "";
@@ -60,8 +65,14 @@ PassEnd RetrievalPasses::RetrieveEw2Files() {
 
 PassEnd RetrievalPasses::RetrieveDs2Files() {
   const DropFolder folder{"The .dS2 file's path ", edges_.folders.Ds2QueuePath, ".dS2"};
-  return Sweep(folder, [this](const std::string& entry, std::size_t) {
-    return edges_.conversion.ConvertDs2File(entry);
+  const Found found = Enumerate(folder);
+  // How many of the names were prepared, or treated before that.
+  std::size_t prepared = 0;
+  return TreatEach(folder, found, [&](const std::string& entry, std::size_t index) {
+    const std::size_t begin = std::max(prepared, index + 1);
+    prepared = std::min(index + 1 + kPreparedAhead, found.names.size());
+    const std::span next = std::span(found.names).subspan(begin, prepared - begin);
+    return edges_.conversion.ConvertDs2File(entry, next);
   });
 }
 

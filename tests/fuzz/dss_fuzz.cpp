@@ -3,9 +3,11 @@
 
 #include <string>
 
+#include "destination_file.h"
 #include "dss_conversion.h"
 #include "fuzz/promise.h"
 #include "fuzz/scratch_file.h"
+#include "source_file.h"
 
 namespace tavlo::fuzz {
 namespace {

@@ -43,12 +43,15 @@ class SimulatedConversion : public intake::ConversionLibraries {
     std::string destination;
   };
   std::vector<Call> calls;
+  /// The sources that were to be prepared, in their order.
+  std::vector<std::string> prepared;
 
   std::optional<std::int32_t> WriteFile(std::string_view rate, const std::string& source,
                                         const std::string& destination) override {
     calls.push_back({"DssCodec" + std::string(rate), source, destination});
     return Convert(source, destination, status, status == 0);
   }
+  void Prepare(std::string_view, const std::string& source) override { prepared.push_back(source); }
   std::optional<std::uint8_t> AddHdr(const std::string& source,
                                      const std::string& destination) override {
     calls.push_back({"MuLawHeader", source, destination});

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <memory>
+#include <tuple>
 #include <utility>
 
 #include "platform/convert/life_signs.h"
@@ -11,6 +12,7 @@
 namespace tavlo::platform {
 namespace {
 
+using PrepareCall = void (*)(const char* source);
 using WriteFileCall = std::int32_t (*)(const char* source, const char* destination);
 using AddHdrCall = std::uint8_t (*)(const char* source, const char* destination);
 
@@ -39,6 +41,16 @@ std::optional<std::int32_t> PluginConversionLibraries::WriteFile(std::string_vie
              [source, destination](void* call) {
                return reinterpret_cast<WriteFileCall>(call)(source.c_str(), destination.c_str());
              });
+}
+
+void PluginConversionLibraries::Prepare(std::string_view rate, const std::string& source) {
+  const std::string library = folders_.DssCodecPath(rate);
+  const Place place = PlaceOfCalls(library, source, source);
+  if (place.mayStall) return;
+  std::ignore = errands_.Begin(place, [library, source](Errands::Sign&) {
+    const Found found = Find(library, "_Prepare");
+    if (found.call != nullptr) reinterpret_cast<PrepareCall>(found.call)(source.c_str());
+  });
 }
 
 std::optional<std::uint8_t> PluginConversionLibraries::AddHdr(const std::string& source,

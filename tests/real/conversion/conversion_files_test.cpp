@@ -30,6 +30,8 @@ struct ConversionFiles : testing::Test {
     return library.WriteFile(folder / source, folder / destination);
   }
 
+  void Prepare(const std::string& source) const { library.Prepare((folder / source).c_str()); }
+
   /// What a process of its own returns, to which something may be done that lasts.
   static int InAProcess(const std::function<int()>& work) {
     const pid_t child = ::fork();
@@ -169,6 +171,32 @@ TEST_F(ConversionFiles, SourceThatShrinksMeanwhileIsNotTaken) {
   std::size_t got = 0;
   ASSERT_EQ(source.Read(bytes, got), ConversionCode::Done);
   EXPECT_EQ(source.CheckUnchanged(), ConversionCode::SourceChanged);
+}
+
+TEST_F(ConversionFiles, PreparedSourceGivesTheSameWave) {
+  ASSERT_EQ(Convert("d.dss", "d.wav"), ConversionCode::Done);
+  Prepare("d.dss");
+  ASSERT_EQ(Convert("d.dss", "prepared.wav"), ConversionCode::Done);
+  EXPECT_EQ(folder.Read("prepared.wav"), folder.Read("d.wav"));
+  EXPECT_EQ(NamesIn(folder.Path()).size(), 3U);
+}
+
+TEST_F(ConversionFiles, SourceThatIsAnotherSinceItWasPreparedIsConvertedAnew) {
+  DssWriter writer(dss::Mode::LongPlay);
+  writer.Append(LongPlay(6));
+  Prepare("d.dss");
+  folder.Write("d.dss", writer.File(6));
+  ASSERT_EQ(Convert("d.dss", "d.wav"), ConversionCode::Done);
+  EXPECT_EQ(SamplesOf(folder.Read("d.wav")).size(), 6U * 11'025);
+}
+
+TEST_F(ConversionFiles, WhatCanNotBePreparedIsToldByItsConversion) {
+  folder.Write("text.dss", "no recording");
+  for (const char* const name : {"text.dss", "none.dss"}) Prepare(name);
+  library.Prepare(nullptr);
+  EXPECT_EQ(Convert("text.dss", "t.wav"), ConversionCode::NotDss);
+  EXPECT_EQ(Convert("none.dss", "t.wav"), ConversionCode::NotFound);
+  EXPECT_EQ(Convert("d.dss", "d.wav"), ConversionCode::Done);
 }
 
 }  // namespace

@@ -33,6 +33,10 @@ class ConverterLibrary {
         Call<std::uint8_t>("AddHdr")(source.c_str(), destination.c_str()));
   }
 
+  void Prepare(const char* source) const {
+    reinterpret_cast<void (*)(const char*)>(::dlsym(library_, "_Prepare"))(source);
+  }
+
   template <typename Result>
   auto Call(const char* name) const -> Result (*)(const char*, const char*) {
     return reinterpret_cast<Result (*)(const char*, const char*)>(::dlsym(library_, name));

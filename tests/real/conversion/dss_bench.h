@@ -6,7 +6,9 @@
 
 #include "conversion/converter_library.h"
 #include "conversion/dss_writer.h"
+#include "destination_file.h"
 #include "dss_conversion.h"
+#include "source_file.h"
 
 namespace tavlo::test {
 

@@ -41,6 +41,27 @@ TEST_F(ConversionLibrary, CallMakesTheWaveAndItsResultComesBack) {
   EXPECT_EQ(folder.Read("c.wav"), "header of B");
 }
 
+TEST_F(ConversionLibrary, WhatFollowsIsPreparedBeforeTheCallThatIsWaitedFor) {
+  const std::string source = folder.Write("b.dS2", "B");
+  libraries.Prepare("11", folder.Write("c.dS2", "C"));
+  EXPECT_EQ(libraries.WriteFile("11", source, folder / "b.wav"), 0);
+  EXPECT_EQ(folder.Read("c.dS2.prepared"), "preparation of C");
+}
+
+TEST_F(ConversionLibrary, NothingIsPreparedWhereACallMayStall) {
+  libraries.Prepare("11", folder.Write("Stalls.dS2", "S"));
+  EXPECT_EQ(libraries.WriteFile("11", folder.Write("b.dS2", "B"), folder / "b.wav"), 0);
+  EXPECT_EQ(libraries.WriteFile("11", folder / "Stalls.dS2", folder / "s.wav"), 0);
+  EXPECT_FALSE(std::filesystem::exists(folder / "Stalls.dS2.prepared"));
+}
+
+TEST_F(ConversionLibrary, LibraryThatIsMissingOrKnowsNothingOfItPreparesNothing) {
+  const std::string source = folder.Write("b.dS2", "B");
+  libraries.Prepare("44", source);
+  EXPECT_EQ(libraries.WriteFile("11", source, folder / "b.wav"), 0);
+  EXPECT_FALSE(std::filesystem::exists(folder / "b.dS2.prepared"));
+}
+
 TEST_F(ConversionLibrary, FailureComesBackWithAllOfItsNumber) {
   const std::string source = folder.Write("b.dS2", "");
   EXPECT_EQ(libraries.WriteFile("11", source, folder / "b.wav"), 70'000);

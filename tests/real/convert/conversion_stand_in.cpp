@@ -4,7 +4,7 @@
 #include <string>
 
 /// Conversion libraries in one: what they make is the name of the call, and what the source holds.
-/// A source that is empty is answered with its own number.
+/// A source that is empty is answered with its own number. What was prepared is told beside it.
 
 namespace {
 
@@ -26,6 +26,10 @@ extern "C" {
 [[gnu::visibility("default")]] std::int32_t _WriteFile(const char* source,
                                                        const char* destination) {
   return Make("wave", source, destination) ? 0 : kEmpty;
+}
+
+[[gnu::visibility("default")]] void _Prepare(const char* source) {
+  Make("preparation", source, (source + std::string(".prepared")).c_str());
 }
 
 [[gnu::visibility("default")]] std::uint8_t AddHdr(const char* source, const char* destination) {

@@ -178,6 +178,25 @@ TEST_F(RetrievalPasses, ImportComesBehindTheDssFilesAndBeforeThoseWithoutAHeader
   EXPECT_EQ(before, Names{"a.wav"});
 }
 
+TEST_F(RetrievalPasses, RecordingIsConvertedWhileTheTwoBehindItArePrepared) {
+  for (const char* const name : {"a", "b", "c", "d"})
+    disk.WithFile(Ds2(name + std::string(".dS2")));
+  std::vector<Names> preparedBefore;
+  deck.libraries.meanwhile = [&] { preparedBefore.push_back(deck.libraries.prepared); };
+  passes.RetrieveDs2Files();
+  const Names first{Ds2("b.dS2"), Ds2("c.dS2")};
+  const Names all{Ds2("b.dS2"), Ds2("c.dS2"), Ds2("d.dS2")};
+  EXPECT_EQ(preparedBefore, (std::vector<Names>{first, all, all, all}));
+  EXPECT_EQ(Queue().size(), 4u);
+}
+
+TEST_F(RetrievalPasses, OneRecordingAloneHasNothingPrepared) {
+  disk.WithFile(Ds2("a.dS2")).WithFile(Ds2("note.txt"));
+  passes.RetrieveDs2Files();
+  EXPECT_EQ(deck.libraries.prepared, Names{});
+  EXPECT_EQ(Queue(), Names{"a.wav"});
+}
+
 TEST_F(RetrievalPasses, ImportIsNotReachedInARunThatEndedBefore) {
   disk.WithFile(Ftp("note.mp3"));
   front.pointer = "99";
