@@ -14,8 +14,9 @@ QSize ElidingLabel::minimumSizeHint() const {
 }
 
 bool ElidingLabel::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QLabel::event(event);
   const bool cut = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
-  if (event->type() != QEvent::ToolTip || !cut) return QLabel::event(event);
+  if (!cut) return QLabel::event(event);
   const QString before = toolTip().isEmpty() ? QString() : toolTip() + ": ";
   QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), ToTooltip(before + text()),
                      this);
