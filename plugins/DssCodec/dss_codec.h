@@ -18,7 +18,8 @@ extern "C" {
 
 /// The source is likely to be converted soon: where it is short, its wave is made in memory
 /// meanwhile. It is read before this returns, and not kept open. Nothing follows but that
-/// `_WriteFile` is quicker, since that takes such a wave only if the source still holds the same
-/// bytes. What can not be read, or is no recording, is told by `_WriteFile` alone. Any thread.
+/// `_WriteFile` has less to do: it takes such a wave, once it is made, if the source still holds
+/// the same bytes. What can not be read, or is no recording, is told by `_WriteFile` alone. Any
+/// thread.
 [[gnu::visibility("default")]] void _Prepare(const char* source);
 }

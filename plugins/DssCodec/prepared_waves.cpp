@@ -38,6 +38,7 @@ class RecordingInMemory : public conversion::ByteSource {
 
 struct WaveInMemory : conversion::WaveSink {
   ConversionCode Append(std::span<const std::uint8_t> more) override {
+    if (bytes.size() + more.size() > PreparedWaves::kMostWaveBytes) return ConversionCode::TooLong;
     bytes.insert(bytes.end(), more.begin(), more.end());
     return ConversionCode::Done;
   }
@@ -65,7 +66,8 @@ std::optional<std::vector<std::uint8_t>> WaveOf(std::span<const std::uint8_t> re
 
 void PreparedWaves::Begin(std::vector<std::uint8_t> recording) {
   std::list<Prepared> last;
-  Prepared& begun = last.emplace_back(std::move(recording));
+  last.push_back({.recording = std::move(recording), .wave = {}});
+  Prepared& begun = last.back();
   try {
     // The list keeps what stands in it where it is.
     begun.wave =

@@ -16,9 +16,11 @@ namespace tavlo::dss {
 /// made of, so it does not matter what has become of their file. Any thread.
 class PreparedWaves {
  public:
-  /// The most bytes of a recording: five minutes of long play, of which a wave at 11025 Hz has
-  /// 7 MB.
+  /// The most bytes of a recording: five minutes of long play.
   static constexpr std::size_t kMostBytes = 256 * 1024;
+  /// The most bytes of its wave. Those five minutes have 7 MB at 11025 Hz, but frames of silence
+  /// take a byte each, so that hours of it fit into a short recording.
+  static constexpr std::size_t kMostWaveBytes = 16 * 1024 * 1024;
   /// How many are kept: one that is asked for, and two behind it.
   static constexpr std::size_t kMost = 3;
 
@@ -32,7 +34,8 @@ class PreparedWaves {
   /// Whether one of a recording of so many bytes may be there.
   bool MayHold(std::uint64_t bytes) const;
   /// The wave of the recording, once it is made; nothing when it was not begun, or there is no wave
-  /// of it. They are asked for in the order in which they were begun, so those before it go, too.
+  /// of it or too long a one. They are asked for in the order in which they were begun, so those
+  /// before it go, too.
   std::optional<std::vector<std::uint8_t>> Take(std::span<const std::uint8_t> recording);
 
  private:

@@ -83,7 +83,7 @@ Carried Conversion::ConvertDs2File(const std::string& entry, std::span<const std
   const std::string output = WithEachReplaced(entry, ".dS2", ".wav");
   const auto convert = [&](const std::string& source, const std::string& wave) {
     for (const std::string& name : next) {
-      edges_.libraries.Prepare(kOnlyRate, folders.Ds2QueuePath + name);
+      edges_.libraries.Prepare(kOnlyRate, folders.Ds2QueuePath + name, folders.InQueuePath);
     }
     return ConvertDssFile(source, wave);
   };

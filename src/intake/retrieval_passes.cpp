@@ -66,7 +66,7 @@ PassEnd RetrievalPasses::RetrieveEw2Files() {
 PassEnd RetrievalPasses::RetrieveDs2Files() {
   const DropFolder folder{"The .dS2 file's path ", edges_.folders.Ds2QueuePath, ".dS2"};
   const Found found = Enumerate(folder);
-  // How many of the names were prepared, or treated before that.
+  // How many of the names were handed on, to be prepared or treated.
   std::size_t prepared = 0;
   return TreatEach(folder, found, [&](const std::string& entry, std::size_t index) {
     const std::size_t begin = std::max(prepared, index + 1);

@@ -51,7 +51,9 @@ class SimulatedConversion : public intake::ConversionLibraries {
     calls.push_back({"DssCodec" + std::string(rate), source, destination});
     return Convert(source, destination, status, status == 0);
   }
-  void Prepare(std::string_view, const std::string& source) override { prepared.push_back(source); }
+  void Prepare(std::string_view, const std::string& source, const std::string&) override {
+    prepared.push_back(source);
+  }
   std::optional<std::uint8_t> AddHdr(const std::string& source,
                                      const std::string& destination) override {
     calls.push_back({"MuLawHeader", source, destination});

@@ -43,9 +43,10 @@ std::optional<std::int32_t> PluginConversionLibraries::WriteFile(std::string_vie
              });
 }
 
-void PluginConversionLibraries::Prepare(std::string_view rate, const std::string& source) {
+void PluginConversionLibraries::Prepare(std::string_view rate, const std::string& source,
+                                        const std::string& destination) {
   const std::string library = folders_.DssCodecPath(rate);
-  const Place place = PlaceOfCalls(library, source, source);
+  const Place place = PlaceOfCalls(library, source, destination);
   if (place.mayStall) return;
   std::ignore = errands_.Begin(place, [library, source](Errands::Sign&) {
     const Found found = Find(library, "_Prepare");

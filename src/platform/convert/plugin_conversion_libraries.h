@@ -26,7 +26,8 @@ class PluginConversionLibraries : public intake::ConversionLibraries {
   std::optional<std::int32_t> WriteFile(std::string_view rate, const std::string& source,
                                         const std::string& destination) override;
   /// Not where a call may stall: it would hold up the one that is waited for.
-  void Prepare(std::string_view rate, const std::string& source) override;
+  void Prepare(std::string_view rate, const std::string& source,
+               const std::string& destination) override;
   std::optional<std::uint8_t> AddHdr(const std::string& source,
                                      const std::string& destination) override;
 

@@ -11,6 +11,7 @@
 #include <functional>
 
 #include "conversion/dss_bench.h"
+#include "support/effort.h"
 #include "support/few_handles.h"
 #include "support/unread_pipe.h"
 
@@ -179,6 +180,20 @@ TEST_F(ConversionFiles, PreparedSourceGivesTheSameWave) {
   ASSERT_EQ(Convert("d.dss", "prepared.wav"), ConversionCode::Done);
   EXPECT_EQ(folder.Read("prepared.wav"), folder.Read("d.wav"));
   EXPECT_EQ(NamesIn(folder.Path()).size(), 3U);
+}
+
+TEST_F(ConversionFiles, PreparedSourceIsNotDecodedAgain) {
+  DssWriter writer(dss::Mode::LongPlay);
+  writer.Append(LongPlay(60));
+  folder.Write("d.dss", writer.File(60));
+  const auto computed = [this] {
+    const Effort effort;
+    EXPECT_EQ(Convert("d.dss", "d.wav"), ConversionCode::Done);
+    return effort.Computed();
+  };
+  const auto decoding = computed();
+  Prepare("d.dss");
+  EXPECT_LT(2 * computed(), decoding);
 }
 
 TEST_F(ConversionFiles, SourceThatIsAnotherSinceItWasPreparedIsConvertedAnew) {

@@ -63,9 +63,30 @@ TEST_F(PreparedWaves, FourthMakesTheFirstGo) {
 
 TEST_F(PreparedWaves, WhatIsNoRecordingHasNoWave) {
   waves.Begin(File(2048, 7));
-  waves.Begin({});
+  EXPECT_TRUE(waves.MayHold(2048));
   EXPECT_FALSE(waves.Take(File(2048, 7)));
-  EXPECT_FALSE(waves.Take({}));
+  EXPECT_FALSE(waves.MayHold(2048));
+}
+
+/// Blocks full of frames that were not sent, a byte each: 7.65 s of silence in 512 bytes.
+File Silence(int blocks) {
+  DssWriter writer(dss::Mode::LongPlay);
+  for (int block = 0; block < blocks; ++block) {
+    writer.Append(std::vector<std::string>(255, "\x03"));
+    writer.Pause();
+  }
+  const std::string bytes = writer.File(0);
+  return {bytes.begin(), bytes.end()};
+}
+
+TEST_F(PreparedWaves, LongSilenceInAShortRecordingHasNone) {
+  // Of a block there are 168 KB of wave.
+  for (const int blocks : {90, 110}) {
+    const File recording = Silence(blocks);
+    ASSERT_LT(recording.size(), dss::PreparedWaves::kMostBytes);
+    waves.Begin(recording);
+    EXPECT_EQ(waves.Take(recording).has_value(), blocks == 90);
+  }
 }
 
 TEST_F(PreparedWaves, OnlyShortRecordingsAreLookedFor) {

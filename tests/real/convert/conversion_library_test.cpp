@@ -43,21 +43,23 @@ TEST_F(ConversionLibrary, CallMakesTheWaveAndItsResultComesBack) {
 
 TEST_F(ConversionLibrary, WhatFollowsIsPreparedBeforeTheCallThatIsWaitedFor) {
   const std::string source = folder.Write("b.dS2", "B");
-  libraries.Prepare("11", folder.Write("c.dS2", "C"));
+  libraries.Prepare("11", folder.Write("c.dS2", "C"), folder / "c.wav");
   EXPECT_EQ(libraries.WriteFile("11", source, folder / "b.wav"), 0);
   EXPECT_EQ(folder.Read("c.dS2.prepared"), "preparation of C");
 }
 
 TEST_F(ConversionLibrary, NothingIsPreparedWhereACallMayStall) {
-  libraries.Prepare("11", folder.Write("Stalls.dS2", "S"));
+  libraries.Prepare("11", folder.Write("Stalls.dS2", "S"), folder / "s.wav");
+  libraries.Prepare("11", folder.Write("c.dS2", "C"), folder / "Stalls.wav");
   EXPECT_EQ(libraries.WriteFile("11", folder.Write("b.dS2", "B"), folder / "b.wav"), 0);
   EXPECT_EQ(libraries.WriteFile("11", folder / "Stalls.dS2", folder / "s.wav"), 0);
   EXPECT_FALSE(std::filesystem::exists(folder / "Stalls.dS2.prepared"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "c.dS2.prepared"));
 }
 
-TEST_F(ConversionLibrary, LibraryThatIsMissingOrKnowsNothingOfItPreparesNothing) {
+TEST_F(ConversionLibrary, LibraryThatIsMissingPreparesNothing) {
   const std::string source = folder.Write("b.dS2", "B");
-  libraries.Prepare("44", source);
+  libraries.Prepare("44", source, folder / "b.wav");
   EXPECT_EQ(libraries.WriteFile("11", source, folder / "b.wav"), 0);
   EXPECT_FALSE(std::filesystem::exists(folder / "b.dS2.prepared"));
 }
