@@ -136,6 +136,11 @@ TEST_F(StalledPass, KeepsNobodyFromLeavingAndTheNextStartTakesTheRest) {
   ASSERT_TRUE(Until([&] { return Left() > 0; }));
   Mount().LetAnHourPass();
   Run([&] {
+    // The last call of the deck that has gone may come after that hour, and renew its claim.
+    for (int more = 0; Left() > 0 && more < 2; ++more) {
+      Mount().LetAnHourPass();
+      Refresh();
+    }
     EXPECT_EQ(Left(), 0);
     ExpectEachOnceIn(Targets());
   });
