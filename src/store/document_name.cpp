@@ -132,16 +132,22 @@ bool HasDocumentBlanks(std::string_view name) {
   return behind == 0 || behind == 7;
 }
 
-void DocumentNames::ParseDocumentName(std::string_view name) {
+bool DocumentNames::ParseDocumentName(std::string_view name) {
+  const bool holds = Read(name);
+  if (!holds) FallBack();
+  return holds;
+}
+
+bool DocumentNames::Read(std::string_view name) {
   if (name.size() > kLongestNameInCharacters &&
       base::CharacterCount(name) > kLongestNameInCharacters)
-    return FallBack();
+    return false;
   Record.Extension = ExtensionOf(name);
-  if (!HasDocumentBlanks(name)) return FallBack();
+  if (!HasDocumentBlanks(name)) return false;
   const auto headEnd = name.find('_');
-  if (!ReadHead(name.substr(0, headEnd)) || headEnd == name.npos) return FallBack();
+  if (!ReadHead(name.substr(0, headEnd)) || headEnd == name.npos) return false;
   const auto behind = name.substr(headEnd + 1);
-  if (!behind.starts_with('.') && !TailIsValid(behind)) return FallBack();
+  return behind.starts_with('.') || TailIsValid(behind);
 }
 
 bool DocumentNames::ReadHead(std::string_view head) {

@@ -55,13 +55,14 @@ class DocumentNames {
   /// Valid until the next parse: its reader takes the values at once.
   DocumentRecord Record;
 
-  /// Fills `Record` from a bare file name. It never fails: a name that does not hold to the grammar
-  /// gives the record of an unknown author, dated now. Then `SystemId` is "9999" for a "wav"; for
-  /// any other extension it stays what the last name that got so far gave it. `Extension` stays as
-  /// it was for a name of over 255 characters.
-  void ParseDocumentName(std::string_view name);
+  /// Fills `Record` from a bare file name and says whether the name holds to the grammar. One that
+  /// does not gives the record of an unknown author, dated now. Then `SystemId` is "9999" for a
+  /// "wav"; for any other extension it stays what the last name that got so far gave it.
+  /// `Extension` stays as it was for a name of over 255 characters.
+  bool ParseDocumentName(std::string_view name);
 
  private:
+  bool Read(std::string_view name);
   bool ReadHead(std::string_view head);
   bool ReadDate(std::string_view month, std::string_view day, std::string_view year);
   bool ReadDemographics(FieldReader& fields);

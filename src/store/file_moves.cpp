@@ -99,6 +99,15 @@ Moved FileMoves::MoveOrRescue(const std::string& source, const std::string& targ
 }
 
 DiskResult FileMoves::DeleteForGood(const std::string& path) {
+  const DiskResult deleted = DeleteNoting(path);
+  if (deleted != DiskResult::NoAccess) return deleted;
+  // Most places delete what may not be written; only for the others it is made writable, because
+  // to do so each time takes as long as the delete.
+  const DiskResult madeNormal = disk_.SetAttributesNormal(path);
+  return madeNormal == DiskResult::Done ? DeleteNoting(path) : madeNormal;
+}
+
+DiskResult FileMoves::DeleteNoting(const std::string& path) {
   const std::uint64_t givenUp = disk_.CallsGivenUp();
   const DiskResult deleted = disk_.Delete(path);
   NoteDoubt(path, deleted, disk_.CallsGivenUp() != givenUp);

@@ -89,7 +89,8 @@ class FileMoves : private UnfinishedMoves::Aside {
   /// Moves a document into the rescue folder and says where it is then.
   Place Rescue(const std::string& path);
 
-  /// For what the user deletes, and the purge.
+  /// For what the user deletes, and the purge. One that is refused with NoAccess is made writable
+  /// and tried once more; without Done the document stands, maybe writable by now.
   DiskResult DeleteForGood(const std::string& path);
   /// Whether a move or a delete of what stands at the path was out of reach and may still happen.
   bool IsInDoubt(const std::string& path) const { return inDoubt_.contains(path); }
@@ -120,6 +121,8 @@ class FileMoves : private UnfinishedMoves::Aside {
   DiskResult Rename(const std::string& from, const std::string& to);
   Place RenameToFreeName(const std::string& path, const std::string& folder, std::string_view name);
   bool IsInOurTree(const std::string& folder) const;
+  /// One try, of which note is taken.
+  DiskResult DeleteNoting(const std::string& path);
   /// Takes note of what came of a move or a delete of what stands at the path. `asked`: a step of
   /// it may have begun.
   void NoteDoubt(const std::string& path, DiskResult result, bool asked);

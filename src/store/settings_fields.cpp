@@ -40,7 +40,7 @@ constexpr Field kFields[] = {
     {GeneralSettings, "ImportWavSynchronizeFlag", YesNo, "Y",
      "Each import directory goes with the author profile of its number"},
     {GeneralSettings, "DeleteCompletedFiles", NumberText, "0",
-     "Completed documents are purged after this many days, 0 to 255; 0 keeps them"},
+     "Completed documents are purged after this many days, 1 to 22; any other number keeps them"},
     {GeneralSettings, "SerialFootPedalComPort", NumberText, "1", "Serial port of the pedal"},
     {GeneralSettings, "Ew2QueuePath", Path, "eW2Queue", "Where .eW2 files arrive"},
     {GeneralSettings, "Ds2QueuePath", Path, "dS2Queue", "Where .dS2 and .dss files arrive"},

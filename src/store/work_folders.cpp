@@ -77,6 +77,12 @@ std::string WorkFolders::CompletedReportPath() const {
   return ReportsPath() + "Tavlo_Deck_Completed_Report.txt";
 }
 
+std::string WorkFolders::PurgeLogPath() const { return ReportsPath() + "Tavlo_Deck_Purge_Log.txt"; }
+
+std::string WorkFolders::OldPurgeLogPath() const {
+  return ReportsPath() + "Tavlo_Deck_Purge_Log_Old.txt";
+}
+
 std::string WorkFolders::OldDatabasePath() const {
   return Below("PlaceOldDatabaseHere/Lyrane_Tavlo_Deck.mdb");
 }

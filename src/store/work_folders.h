@@ -62,6 +62,9 @@ class WorkFolders {
   std::string ReportsPath() const { return Below("Reports/"); }
   std::string QueueReportPath() const;
   std::string CompletedReportPath() const;
+  /// What the purge has deleted, and the log before that one.
+  std::string PurgeLogPath() const;
+  std::string OldPurgeLogPath() const;
   std::string SettingsDatabasePath() const { return Below("Lyrane_Tavlo_Deck.mdb"); }
   std::string OldDatabasePath() const;
   /// The old database once it has been set aside.

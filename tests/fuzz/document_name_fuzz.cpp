@@ -5,9 +5,11 @@
 #include <string_view>
 #include <tuple>
 
+#include "base/one_line.h"
 #include "base/text.h"
 #include "fuzz/promise.h"
 #include "store/document_name.h"
+#include "store/purge_date.h"
 #include "store/saved_position.h"
 #include "support/simulated_loop.h"
 
@@ -70,14 +72,21 @@ class NameCheck {
   bool Parse(std::string_view name) {
     // Only the fallback writes this field.
     names_.Record.FormatPrefix.clear();
-    names_.ParseDocumentName(name);
-    return names_.Record.FormatPrefix.empty();
+    const bool holds = names_.ParseDocumentName(name);
+    Promise(holds == names_.Record.FormatPrefix.empty(), "who holds to the grammar is no stranger");
+    return holds;
   }
 
   void CheckName(const std::string& name, double number) {
     const bool valid = Parse(name);
     const DocumentRecord record = names_.Record;
     CheckBounds(record);
+    if (const auto dictated = store::PurgeDate(name)) {
+      Promise(store::MinutesBetween(*dictated, *dictated) == 0, "the day of a purge exists");
+    }
+    const std::string line = base::OneLine(name);
+    Promise(line.find_first_of({"\n\r\0", 3}) == line.npos, "a name in the log is one line");
+    Promise(base::OneLine(line) == line, "and proper text");
     const double position = std::clamp(std::trunc(number), 0.0, 2147483647.0);
     const std::string saved = store::WithSavedPosition(name, position);
     Promise(!IsPath(saved), "a saved position makes no path");
@@ -118,6 +127,7 @@ class NameCheck {
     if (!ending.starts_with('.') || ending.find(' ') != ending.npos) return;
     Promise(Parse(name), "a composed name is a document's");
     const DocumentRecord& record = names_.Record;
+    Promise(store::PurgeDate(name).has_value(), "the purge knows the day of a composed name");
     Promise(record.AuthorName == document.authorName, "the author is read as it was written");
     Promise(std::to_string(record.AuthorId) == document.authorId, "so is the id");
     Promise(std::to_string(record.Department) == document.department, "so is the department");

@@ -240,13 +240,6 @@ TEST_F(FileMovesTest, SourceThatGoesAlthoughItsCopyFailedIsRescued) {
   EXPECT_EQ(disk.FilesHolding("A"), std::vector{Rescued("a.wav")});
 }
 
-TEST_F(FileMovesTest, DeleteForGoodDeletes) {
-  disk.WithFile(Completed("a.wav"), "A");
-  EXPECT_EQ(moves.DeleteForGood(Completed("a.wav")), DiskResult::Done);
-  EXPECT_TRUE(disk.FilesHolding("A").empty());
-  EXPECT_EQ(moves.DeleteForGood(Completed("a.wav")), DiskResult::NotFound);
-}
-
 TEST_F(FileMovesTest, NameOf255BytesIsRescuedUnderAShorterStem) {
   const std::string name = std::string(251, 'n') + ".wav";
   disk.WithFile(Queued(name), "A").WithFile(Rescued(name), "B");

@@ -77,6 +77,8 @@ TEST_F(WorkFoldersTest, EveryPathHangsUnderTheRoot) {
   EXPECT_EQ(folders.FasciaPath(), kRoot + "/Fascia/");
   EXPECT_EQ(folders.QueueReportPath(), kRoot + "/Reports/Tavlo_Deck_Queue_Report.txt");
   EXPECT_EQ(folders.CompletedReportPath(), kRoot + "/Reports/Tavlo_Deck_Completed_Report.txt");
+  EXPECT_EQ(folders.PurgeLogPath(), kRoot + "/Reports/Tavlo_Deck_Purge_Log.txt");
+  EXPECT_EQ(folders.OldPurgeLogPath(), kRoot + "/Reports/Tavlo_Deck_Purge_Log_Old.txt");
   EXPECT_EQ(folders.SettingsDatabasePath(), kRoot + "/Lyrane_Tavlo_Deck.mdb");
   EXPECT_EQ(folders.OldDatabasePath(), kRoot + "/PlaceOldDatabaseHere/Lyrane_Tavlo_Deck.mdb");
   EXPECT_EQ(folders.OldDatabaseAsidePath(), kRoot + "/PlaceOldDatabaseHere/Lyrane_Tavlo_Deck.md1");
