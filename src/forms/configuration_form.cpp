@@ -5,8 +5,8 @@
 namespace tavlo::forms {
 namespace {
 
-constexpr Twips kHeight = 8700;
-constexpr Twips kWidth = 11100;
+constexpr Twips kHeight = 9750;
+constexpr Twips kWidth = 14250;
 
 }  // namespace
 

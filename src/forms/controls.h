@@ -347,6 +347,9 @@ class Window : public Pane {
   /// Height of all that stands above the content: frame, title, menu bar. The binding measures it
   /// when the window first shows; 0 until then.
   Twips AboveContent = 0;
+  /// Whether what is typed goes to this window, to a message box or to another window of the
+  /// program; the binding keeps it.
+  bool HasKeyboard = false;
 
   std::function<void()> OnActivate;
   std::function<void()> OnResize;

@@ -33,9 +33,9 @@ struct PlayerFrame {
                    {.tooltip = "Right audio channel amplitude indicator"},
                    {.minimum = 0, .maximum = 100, .heard = kPercent}};
   Text lblCustomDisplay{&framePlayer, "lblCustomDisplay", {.visible = false}};
-  Pane picBriselBitMap{&framePlayer, "picBriselBitMap", {.visible = false}};
-  Text lblBriselName{&framePlayer, "lblBriselName", {.visible = false}};
-  Pane picSorelLogo{&framePlayer, "picSorelLogo", {.visible = false}};
+  Pane picBriselBitMap{&framePlayer, "picBriselBitMap", {.tooltip = "Brisel", .visible = false}};
+  Text lblBriselName{&framePlayer, "lblBriselName", {.caption = "Brisel", .visible = false}};
+  Pane picSorelLogo{&framePlayer, "picSorelLogo", {.tooltip = "SorelTek", .visible = false}};
   Range slPosition{&framePlayer,
                    "slPosition",
                    {.tooltip = "Slide to desired position in document", .enabled = false},

@@ -107,16 +107,19 @@ struct SettingsPage {
                          "txtSubjectHeading",
                          {.tooltip = "Heading of the subject column, such as client or patient"}};
   Text lblDeleteCompletedFiles{
-      &frameSettings, "lblDeleteCompletedFiles", {.caption = "Delete Completed Files (days)"}};
+      &frameSettings, "lblDeleteCompletedFiles", {.caption = "Delete Completed Files"}};
   Text txtDeleteCompletedFiles{
       &frameSettings,
       "txtDeleteCompletedFiles",
       {.tooltip = "Delete completed files after this many days, 0 to keep them"}};
-  Text lblViewDelay{&frameSettings, "lblViewDelay", {.caption = "View Delay (seconds)"}};
+  /// What the box does not refuse, the purge does not do.
+  Text lblDeleteCompletedLimit{
+      &frameSettings, "lblDeleteCompletedLimit", {.caption = "Above 22 days nothing is deleted."}};
+  Text lblViewDelay{&frameSettings, "lblViewDelay", {.caption = "View Delay"}};
   Text txtViewDelay{&frameSettings,
                     "txtViewDelay",
                     {.tooltip = "The number of seconds that a new document takes to settle"}};
-  Text lblWavConvMode{&frameSettings, "lblWavConvMode", {.caption = "Wav Conversion (KHz)"}};
+  Text lblWavConvMode{&frameSettings, "lblWavConvMode", {.caption = "Wav Conversion"}};
   Text txtWavConvMode{
       &frameSettings, "txtWavConvMode", {.tooltip = "Wav mode:  8, 11, 12, 16, 22, or 44 KHz"}};
   Command cmdWavConvMode{

@@ -10,9 +10,18 @@ using base::operator""ms;
 WaitingWork::WaitingWork(base::Loop& loop, WorkFigures& figures)
     : tmrWorkWaitingAlert(loop, "tmrWorkWaitingAlert", 5000ms), figures_(figures) {}
 
+void WaitingWork::GoOn() {
+  if (!ended_) tmrWorkWaitingAlert.Start();
+}
+
 void WaitingWork::RestartWith(base::Duration interval) {
   tmrWorkWaitingAlert.SetInterval(interval);
-  tmrWorkWaitingAlert.Start();
+  GoOn();
+}
+
+void WaitingWork::End() {
+  ended_ = true;
+  Pause();
 }
 
 }  // namespace tavlo::lists

@@ -28,8 +28,11 @@ class WaitingWork : public window::AlertTimer {
   std::uint8_t AlertTicks = 0;
 
   void Pause() { tmrWorkWaitingAlert.Stop(); }
-  void GoOn() { tmrWorkWaitingAlert.Start(); }
+  void GoOn();
   void RestartWith(base::Duration interval) override;
+  /// The program ends: nothing starts the timer any more.
+  void End();
+  bool Ended() const { return ended_; }
   /// The user did something: the next check comes a full period later.
   void UserActed() { AlertTicks = 0; }
   /// A list was just built: only work that comes later raises an alert.
@@ -37,6 +40,19 @@ class WaitingWork : public window::AlertTimer {
 
  private:
   WorkFigures& figures_;
+  bool ended_ = false;
+};
+
+/// The watch is paused for as long as this lives, and goes on whatever becomes of the work
+/// meanwhile.
+class WatchPause {
+ public:
+  explicit WatchPause(WaitingWork& watch) : watch_(watch) { watch_.Pause(); }
+  ~WatchPause() { watch_.GoOn(); }
+  WatchPause(const WatchPause&) = delete;
+
+ private:
+  WaitingWork& watch_;
 };
 
 }  // namespace tavlo::lists

@@ -1,7 +1,5 @@
 #include "shell/branding.h"
 
-#include <string>
-
 namespace tavlo::shell {
 
 Branding::Branding(forms::MainForm& form, forms::ConfigurationForm& config, forms::AboutForm& about,
@@ -9,9 +7,9 @@ Branding::Branding(forms::MainForm& form, forms::ConfigurationForm& config, form
     : form_(form), config_(config), about_(about), settings_(settings), names_(names) {}
 
 void Branding::ApplyBranding() {
-  const std::string oemLogoName = settings_.Read(store::Table::GeneralSettings, "OEMLogo");
-  const bool brisel = oemLogoName == "KRT";
-  const bool sorel = oemLogoName == "SorelTek";
+  settings_.ReadInto(OEMLogoName, store::Table::GeneralSettings, "OEMLogo");
+  const bool brisel = OEMLogoName == "KRT";
+  const bool sorel = OEMLogoName == "SorelTek";
   form_.frmMain.Caption = "Tavlo Deck";
   form_.lblCustomDisplay.Visible = false;
   if (config_.txtShowCustomDisplay.Value.Get() == "Y") {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "forms/about_form.h"
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
@@ -15,7 +17,12 @@ class Branding : public window::Brand {
   Branding(forms::MainForm& form, forms::ConfigurationForm& config, forms::AboutForm& about,
            store::SettingsStore& settings, store::DocumentNames& names);
 
+  /// Reads the setting anew, shows its brand and no other, and the user's own line if that is
+  /// wanted.
   void ApplyBranding() override;
+
+  /// What the setting held when it could be read last.
+  std::string OEMLogoName;
 
  private:
   forms::MainForm& form_;

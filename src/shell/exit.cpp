@@ -53,8 +53,10 @@ void Exit::EndSessionNow() {
   rooms_.prompts.Close();
   rooms_.authorProfiles.StoreEdits();
   rooms_.configuration.SaveAtOnce();
+  rooms_.completedPurge.WriteLog();
   rooms_.annex.ReleaseFtp();
   rooms_.usbPedal.Drop();
+  rooms_.workAlert.ForgetNotification();
   endProcess_(0);
 }
 
@@ -97,7 +99,8 @@ void Exit::End() {
   const window::ListPause pause(rooms_.mainWindow.guards);
   rooms_.usbPedal.StopReading();
   rooms_.serialPedal.Stop();
-  rooms_.waitingWork.Pause();
+  rooms_.waitingWork.End();
+  rooms_.workAlert.ForgetNotification();
   rooms_.transport.StopWindAndPreview();
   rooms_.mainWindow.DisableWindowControls();
   form_.cmdStop.Enabled = false;

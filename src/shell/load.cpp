@@ -36,7 +36,9 @@ void Load::LoadMainWindow() {
   settings.Load();
   rooms_.engine.InitializeNCTcontrol();
   settings.TakeDeleteCompletedFiles();
-  if (settings.DeleteCompletedFiles > 0) rooms_.annex.PurgeCompletedFiles();
+  if (settings.DeleteCompletedFiles > 0) {
+    rooms_.completedPurge.PurgeCompletedFiles(settings.DeleteCompletedFiles);
+  }
   InitializeWorkAreas();
   settings.FillEmptySettings();
   for (const auto& pair : window::PairsOn(form.frameImport, settings.Bindings())) pair.ShowTick();
@@ -102,6 +104,7 @@ void Load::HandleActivate() {
   if (config.txtAutoBackspace.Value.Get().empty()) config.txtAutoBackspace.Value = "0";
   config.sliderABS.Value = config.sliderABS.Bounds.Nearest(config.txtAutoBackspace.WholeNumber());
   rooms_.mainWindow.ApplyAlwaysOnTop();
+  rooms_.workAlert.ForgetNotification();
   rooms_.fascia.LoadFasciaPictures();
 }
 

@@ -19,8 +19,6 @@ Menus::Menus(const Platform& platform, forms::AboutForm& about, window::MainWind
   form_.mnuMinimize.OnPress = [this] { form_.frmMain.WindowShape = forms::Shape::Minimized; };
   form_.mnuAbout.OnPress = [this] { ShowAbout(); };
   form_.cmdEQ.OnPress = [this] { ShowEqualizer(); };
-  // An entry that no room answers to is not shown, since a thaw of the window would enable it.
-  form_.mnuReport.Visible = form_.mnuReport.OnPress != nullptr;
   about_.mnuSystemInfo.OnPress = [this] { ShowSystemInformation(); };
   about_.mnuClose.OnPress = [this] { about_.frmAbout.Visible = false; };
   about_.frmAbout.OnCloseRequest = [this] { about_.frmAbout.Visible = false; };

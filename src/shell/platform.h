@@ -6,10 +6,12 @@
 #include "base/loop.h"
 #include "intake/claims.h"
 #include "intake/conversion_libraries.h"
+#include "lists/desktop_notifier.h"
 #include "pedals/serial_port.h"
 #include "pedals/usb_watcher.h"
 #include "playback/audio_objects.h"
 #include "playback/source_mixer.h"
+#include "reports/program_starter.h"
 #include "store/disk.h"
 #include "store/settings_database.h"
 
@@ -35,6 +37,8 @@ struct Platform {
   pedals::SerialPort& serialPort;
   pedals::UsbWatcher& usbWatcher;
   intake::ConversionLibraries& conversionLibraries;
+  lists::DesktopNotifier& notifier;
+  reports::ProgramStarter& programStarter;
   /// Whose name stands in what this copy claims of folders that several decks sweep.
   intake::ClaimOwner claimOwner;
   /// Full path of the root under which all folders and the settings stand, without a trailing

@@ -16,11 +16,14 @@
 #include "intake/retrieval_passes.h"
 #include "intake/window_front.h"
 #include "lists/completed_list.h"
+#include "lists/completed_purge.h"
 #include "lists/finishing.h"
 #include "lists/opening.h"
 #include "lists/queue_list.h"
 #include "lists/refresh.h"
+#include "lists/waiting_figures.h"
 #include "lists/waiting_work.h"
+#include "lists/work_alert.h"
 #include "pedals/foot_pedal.h"
 #include "pedals/pedal_state.h"
 #include "pedals/serial_pedal.h"
@@ -31,6 +34,7 @@
 #include "playback/position_display.h"
 #include "playback/prompts.h"
 #include "playback/sound_shaping.h"
+#include "reports/report.h"
 #include "shell/annex.h"
 #include "shell/branding.h"
 #include "shell/fascia.h"
@@ -95,11 +99,14 @@ struct Rooms {
   intake::AutoImport autoImport;
   intake::RetrievalPasses retrieval;
   intake::DroppedFiles droppedFiles;
+  lists::WaitingFigures waitingFigures;
   lists::WaitingWork waitingWork;
   lists::QueueList queue;
   lists::Refresh refresh;
+  lists::WorkAlert workAlert;
   lists::Opening opening;
   lists::CompletedList completed;
+  lists::CompletedPurge completedPurge;
   lists::Finishing finishing;
   pedals::FootPedal footPedal;
   pedals::SerialPedal serialPedal;
@@ -114,6 +121,7 @@ struct Rooms {
   CompletedView completedView;
   ImportView importView;
   FtpView ftpView;
+  reports::Report report;
   Menus menus;
 };
 

@@ -1,8 +1,9 @@
 #include "window/alert_options.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
-#include <cstdint>
+#include <string>
 
 #include "base/text.h"
 
@@ -12,9 +13,15 @@ namespace {
 /// Twenty ticks make one check.
 constexpr int kMillisecondsASecond = 50;
 
-/// Intervals that the timer takes; what is stored or typed has no bound.
+/// What is stored or typed has no bound. The longest interval is our own decision: the milliseconds
+/// of a tick are a quantity of 16 bits, and 1310 seconds make 65500 of them.
 constexpr double kShortestSeconds = 1;
-constexpr double kLongestSeconds = 10'000'000;
+constexpr double kLongestSeconds = 1310;
+
+/// The seconds that are in effect for a box.
+double SecondsOf(const forms::Text& box) {
+  return std::clamp(std::trunc(box.Number()), kShortestSeconds, kLongestSeconds);
+}
 
 }  // namespace
 
@@ -53,13 +60,14 @@ void AlertOptions::Open() {
   config_.chkAutoRefreshMode.Enabled = off;
   config_.txtNewDictationAlertInterval.Enabled = !off;
   SetOptionsEnabled(!off);
+  // A box that nothing was stored for has not changed yet.
+  ChangeInterval(config_.txtAutoQueueRefreshInterval, config_.chkAutoRefreshMode);
+  ChangeInterval(config_.txtNewDictationAlertInterval, config_.chkWorkWaitingAlertMode);
   configLoading_ = false;
 }
 
 base::Duration AlertOptions::IntervalOf(const forms::Text& seconds) {
-  const double bounded =
-      std::clamp(base::NumberValue(seconds.Value.Get()), kShortestSeconds, kLongestSeconds);
-  return base::Duration(static_cast<std::int64_t>(bounded * kMillisecondsASecond * 1000));
+  return std::chrono::milliseconds(static_cast<int>(SecondsOf(seconds)) * kMillisecondsASecond);
 }
 
 void AlertOptions::ClickAutoRefresh() {
@@ -99,9 +107,7 @@ void AlertOptions::ClickAlert() {
 }
 
 void AlertOptions::ChangeInterval(forms::Text& seconds, const forms::Choice& inUse) {
-  const double number =
-      std::max(std::trunc(base::NumberValue(seconds.Value.Get())), kShortestSeconds);
-  const std::string kept = base::NumberText(number);
+  const std::string kept = base::NumberText(SecondsOf(seconds));
   if (seconds.Value.Get() != kept) {
     // The handler runs again for this write and does the rest there.
     seconds.Value = kept;

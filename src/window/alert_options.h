@@ -16,15 +16,17 @@ class AlertTimer {
 };
 
 /// The options for automatic refresh and for the alert on new dictation, which exclude each other.
-/// Both use one timer, whose interval is their seconds times 50 milliseconds.
+/// Both use one timer, whose interval is their seconds times 50 milliseconds. A box of seconds
+/// holds a whole number from 1 to 1310, whatever is stored or typed.
 class AlertOptions {
  public:
   AlertOptions(forms::ConfigurationForm& config, const SettingsBinding& settings,
                AlertTimer& timer);
 
-  /// Sets the controls from the mode and the check box, without acting on them.
+  /// Sets the controls from the mode and the check box, without acting on them. A database that has
+  /// both switched on leaves both check boxes out of reach.
   void Open();
-  /// The timer's interval for one of the two boxes of seconds.
+  /// The timer's interval for one of the two boxes of seconds, whatever its text.
   static base::Duration IntervalOf(const forms::Text& seconds);
 
  private:

@@ -1,6 +1,7 @@
 #include "window/main_window.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -14,6 +15,10 @@ using forms::Twips;
 
 /// A full window is at least this high; what is lower is a mini-player on its way.
 constexpr Twips kLowestFullHeight = 6001;
+
+/// A deck that refreshes by itself may have something to say each minute while nobody is there.
+/// More than these are not read, and nothing that stays to be done stands here alone.
+constexpr std::size_t kMostNotices = 20;
 
 /// No screen is as large; what is stored has no bound.
 constexpr std::int64_t kFarthest = 1'000'000;
@@ -42,6 +47,7 @@ void MainWindow::OfferComplete() {
 void MainWindow::Say(const std::string& text) {
   if (text.empty() || std::find(notices_.begin(), notices_.end(), text) != notices_.end()) return;
   notices_.push_back(text);
+  if (notices_.size() > kMostNotices) notices_.erase(notices_.begin());
   ShowNotices();
 }
 

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
+#include <initializer_list>
 #include <map>
 #include <set>
 #include <string>
@@ -80,6 +82,56 @@ TEST_F(ConfigurationWindow, TheFoldersThatWorkComesFromAreOnAPageOfTheirOwn) {
   }
 }
 
+TEST_F(ConfigurationWindow, ATextThatARulePutsIntoAnEmptiedBoxGivesWayToTheNextLetter) {
+  form.txtSubjectHeading.Value = "C";
+  form.txtSubjectHeading.OnChange = [&] {
+    if (form.txtSubjectHeading.Value.Get().empty()) form.txtSubjectHeading.Value = "Subject";
+  };
+  shown.typist.Click("txtSubjectHeading");
+  shown.typist.Keys({keys::kEnd});
+  shown.typist.Keys({keys::kBackspace});
+  ASSERT_TRUE(shown.typist.Until([&] { return form.txtSubjectHeading.Value.Get() == "Subject"; }));
+  shown.typist.Keys({'p'});
+  EXPECT_TRUE(shown.typist.Until([&] { return form.txtSubjectHeading.Value.Get() == "p"; }))
+      << form.txtSubjectHeading.Value.Get();
+}
+
+TEST_F(ConfigurationWindow, ATextThatARuleCorrectsKeepsTheTypistsPlace) {
+  form.txtViewDelay.Value = "12";
+  form.txtViewDelay.OnChange = [&] {
+    if (form.txtViewDelay.Value.Get() == "x12") form.txtViewDelay.Value = "12";
+  };
+  shown.typist.Click("txtViewDelay");
+  shown.typist.Keys({keys::kHome});
+  shown.typist.Keys({'x'});
+  shown.typist.Keys({'3'});
+  EXPECT_TRUE(shown.typist.Until([&] { return form.txtViewDelay.Value.Get() == "132"; }))
+      << form.txtViewDelay.Value.Get();
+}
+
+TEST_F(ConfigurationWindow, WhatIsSaidBesideADisabledBoxLooksDisabledToo) {
+  form.txtAutoQueueRefreshInterval.Enabled = false;
+  form.txtSerialFootPedalComPort.Enabled = false;
+  shown.typist.Rest();
+  const QWidget* const page = shown.typist.Widget("frameSettings");
+  std::multiset<std::string> disabled;
+  for (const QLabel* const label : page->findChildren<QLabel*>()) {
+    if (!label->isEnabled()) disabled.insert(label->text().toStdString());
+  }
+  EXPECT_EQ(disabled, (std::multiset<std::string>{"every", "seconds", "Port"}));
+}
+
+TEST_F(ConfigurationWindow, ADesktopThatPlacesItsWindowsShowsNoHeadingOverNothing) {
+  for (forms::Control* const control : std::initializer_list<forms::Control*>{
+           &form.chkMinimizeMiniPlayer, &form.chkAlwaysOnTop, &form.cmdCenterMiniPlayer}) {
+    control->Visible = false;
+  }
+  shown.typist.Rest();
+  for (const QLabel* const label : shown.typist.Widget("frameSettings")->findChildren<QLabel*>()) {
+    EXPECT_FALSE(label->isVisible() && label->text() == "Window");
+  }
+}
+
 TEST_F(ConfigurationWindow, ATabLeadsBackFromAPageThatIsEmpty) {
   constexpr int kEqualizer = 1;
   form.tabConfiguration.ListIndex = kEqualizer;
@@ -90,11 +142,30 @@ TEST_F(ConfigurationWindow, ATabLeadsBackFromAPageThatIsEmpty) {
 
 TEST_F(ConfigurationWindow, EveryWidgetOfASettingStandsInsideIt) {
   const QWidget* const window = shown.typist.Widget("frmConfiguration");
-  for (const char* name :
-       {"sliderABS", "sliderAutoPreview", "sliderWindIncrement", "chkAccelerateWindIncrement",
-        "chkMinimizeMiniPlayer", "chkAlwaysOnTop", "chkAutoQueueJob", "chkAudioPrompts",
-        "sldPromptVol", "txtSubjectHeading", "chkShowCustomDisplay", "txtCustomDisplay",
-        "chkAutoImportMode", "txtWavConvMode", "cmdWavConvMode"}) {
+  for (const char* name : {"sliderABS",
+                           "sliderAutoPreview",
+                           "sliderWindIncrement",
+                           "chkAccelerateWindIncrement",
+                           "chkMinimizeMiniPlayer",
+                           "chkAlwaysOnTop",
+                           "chkAutoQueueJob",
+                           "chkAudioPrompts",
+                           "sldPromptVol",
+                           "txtSubjectHeading",
+                           "chkShowCustomDisplay",
+                           "txtCustomDisplay",
+                           "chkAutoImportMode",
+                           "txtWavConvMode",
+                           "cmdWavConvMode",
+                           "chkAutoRefreshMode",
+                           "txtAutoQueueRefreshInterval",
+                           "chkWorkWaitingAlertMode",
+                           "optNewWorkWaitingAllJobs",
+                           "optNewWorkWaitingPriority",
+                           "txtNewDictationAlertInterval",
+                           "txtDeleteCompletedFiles",
+                           "txtViewDelay",
+                           "txtWordProcessorPath"}) {
     const QWidget* const widget = shown.typist.Widget(name);
     const QRect place(widget->mapTo(window, QPoint(0, 0)), widget->size());
     EXPECT_TRUE(window->rect().contains(place)) << name;
@@ -152,11 +223,7 @@ TEST_F(ConfigurationWindow, EverySettingHasAPlaceButThoseThatHaveNoEffectYet) {
       if (!HasAPlace(*control)) without.insert(binding.field);
     }
   }
-  const std::set<std::string_view> ofTheLists{
-      "AutoQueueRefreshInterval",  "AutoRefreshMode", "DeleteCompletedFiles",
-      "NewDictationAlertInterval", "ViewDelay",       "WordProcessorPath",
-      "WorkWaitingAlertMode"};
-  std::set<std::string_view> expected = ofTheLists;
+  std::set<std::string_view> expected;
   for (const window::Binding& binding : window::FtpBindings(form)) expected.insert(binding.field);
   EXPECT_EQ(without, expected);
 }

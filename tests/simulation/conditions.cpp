@@ -68,8 +68,11 @@ constexpr std::array kSettings{
     Setting{"TitleBarHeight", {"", "840", "500", "-99999"}},
     Setting{"MixerSelection", {"0", "1", "7", "-2147483649"}},
     Setting{"SubjectHeading", {"Subject", "", "Case\nnumber", "\xFF\xFE"}},
-    Setting{"WorkWaitingAlertMode", {"0", "A", "P", "1"}},
-    Setting{"AutoQueueRefreshInterval", {"1", "120", "0", "99999999999"}},
+    Setting{"WorkWaitingAlertMode", {"A", "P", "A", "1"}},
+    Setting{"AutoRefreshMode", {"0", "0", "0", "-1"}},
+    Setting{"AutoImportMode", {"N", "Y", "N", ""}},
+    Setting{"NewDictationAlertInterval", {"30", "5", "120", "99999999999"}},
+    Setting{"AutoQueueRefreshInterval", {"5", "120", "0", "99999999999"}},
     Setting{"USBorSerialFootPedal", {"U", "S", "S", ""}},
     Setting{"SerialFootPedalComPort", {"1", "1", "2", "99999999999"}},
     Setting{"EqualizerChoice", {"Lo", "Cust", "Hi", "Loud"}},
@@ -92,6 +95,16 @@ const Values& ValuesOf(const store::Field& field) {
   return std::ranges::find(kOfForms, field.form, &FormValues::form)->values;
 }
 
+constexpr std::string_view kDaysToKeep = "DeleteCompletedFiles";
+/// From 23 on nothing is deleted.
+constexpr int kMostDaysToKeep = 30;
+
+/// Every day has a watch for new work of its own.
+bool IsOfTheWatch(std::string_view field) {
+  return field == "WorkWaitingAlertMode" || field == "AutoRefreshMode" ||
+         field == "AutoImportMode" || field == "NewDictationAlertInterval";
+}
+
 }  // namespace
 
 Conditions::Conditions(std::uint64_t seed) {
@@ -100,8 +113,13 @@ Conditions::Conditions(std::uint64_t seed) {
   fileSystems = chance.Pick(kLayouts);
   freshRoot = fileSystems.empty() && chance.OneIn(4);
   documentsAtStart = chance.OneIn(20) ? 300 : chance.Below(12);
+  completedAtStart = chance.Below(6);
   for (const store::Field& field : store::FieldsOf(store::Table::GeneralSettings)) {
-    if (chance.OneIn(3)) settings.emplace_back(field.name, chance.Pick(ValuesOf(field)));
+    if (field.name == kDaysToKeep) {
+      settings.emplace_back(field.name, std::to_string(chance.Below(kMostDaysToKeep + 1)));
+    } else if (IsOfTheWatch(field.name) || chance.OneIn(3)) {
+      settings.emplace_back(field.name, chance.Pick(ValuesOf(field)));
+    }
   }
 }
 
@@ -113,6 +131,7 @@ std::string Conditions::Described() const {
   text += "; own file systems:";
   for (const std::string& folder : fileSystems) text += " " + folder;
   text += "; documents at start: " + std::to_string(documentsAtStart);
+  text += "; completed before: " + std::to_string(completedAtStart);
   text += freshRoot ? "; fresh root;" : ";";
   for (const auto& [field, value] : settings) text += " " + field + "=" + value;
   return text;

@@ -35,6 +35,7 @@ struct Conditions {
   std::vector<std::string> fileSystems;
   bool freshRoot = false;
   int documentsAtStart = 0;
+  int completedAtStart = 0;
   /// Stored settings, by field, that differ from the shipped ones.
   std::vector<std::pair<std::string, std::string>> settings;
 

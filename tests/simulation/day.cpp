@@ -13,6 +13,10 @@ using base::operator""s;
 
 constexpr int kStepsBetweenSettlings = 120;
 constexpr int kTriesToStart = 3;
+constexpr int kTicksOfACheck = 20;
+constexpr base::Duration kLongestWaitForACheck = 600s;
+/// Two of them come in one check at most, and a refresh after each.
+constexpr base::Duration kLengthOfAnAlert = 30s;
 /// Of the step that went wrong, beside what was done.
 constexpr std::size_t kOperationsTold = 40;
 
@@ -26,10 +30,16 @@ Day::Day(std::uint64_t seed, bool aloud)
       typist_(desk_, ledger_, conditions_, Chance(seed).Child("typist"), trace_) {
   typist_.OnMeanwhile = [this] { world_.Act(); };
   typist_.OnRival = [this](const std::string& path) { world_.DropAt(path); };
+  desk_.disk.OnDelete = [this](const std::string& path) {
+    if (!desk_.PurgeMayDelete(path)) return;
+    trace_.Note("  the purge deletes " + Readable(path));
+    ledger_.MayBeDeleted(desk_.disk, path);
+  };
 }
 
 std::string Day::Run(int steps) {
   try {
+    world_.KeepCompleted(conditions_.completedAtStart);
     Restart();
     for (int count = conditions_.documentsAtStart; count > 0; --count) world_.DropDictation();
     for (int step = 1; step <= steps; ++step) {
@@ -46,6 +56,7 @@ std::string Day::Run(int steps) {
 }
 
 std::string Day::Step() {
+  world_.BeginStep();
   const int drawn = chance_.Below(100);
   if (drawn < 50) {
     typist_.Act();
@@ -56,8 +67,9 @@ std::string Day::Step() {
   } else if (conditions_.programIsKilled) {
     Perish();
   }
+  // The end of a session crashes the disk, too, and it may come in the start behind a kill.
+  if (desk_.disk.Crashed() && !desk_.SessionEnds()) Perish();
   if (desk_.SessionEnds()) return FollowTheEndOfTheSession();
-  if (desk_.disk.Crashed()) Perish();
   if (desk_.ended) {
     const std::string wrong = LookAtTheEnd();
     if (!wrong.empty()) return wrong;
@@ -119,6 +131,7 @@ std::string Day::Look() {
   if (wrong.empty()) wrong = desk_.hearing.TakeFault();
   if (wrong.empty()) wrong = typist_.TookWrongly();
   if (wrong.empty()) wrong = typist_.WaitedTooLong();
+  if (wrong.empty()) wrong = desk_.alerts.TakeFault();
   if (wrong.empty()) wrong = desk_.TakeSilence();
   if (wrong.empty()) wrong = typist_.DisobeyedPedal();
   if (wrong.empty()) wrong = typist_.DisobeyedMixer();
@@ -156,8 +169,8 @@ std::string Day::SettleCalmly() {
   }
   std::string wrong = ledger_.Check(desk_.disk, struck, late);
   if (wrong.empty()) wrong = CompareListWithFolder(main.listViewCompleted, "/Files/Completed");
-  if (!wrong.empty()) return wrong;
-  wrong = SettleFolders();
+  if (wrong.empty()) wrong = SettleTheWatch();
+  if (wrong.empty()) wrong = SettleFolders();
   if (!wrong.empty()) return wrong;
   desk_.loop.Advance(2s);
   wrong = Look();
@@ -165,6 +178,29 @@ std::string Day::SettleCalmly() {
   if (wrong.empty()) wrong = CompareListWithFolder(main.listViewInQueue, "/Files/InQueue");
   if (wrong.empty()) wrong = typist_.TypeOneDocument();
   return wrong.empty() ? Look() : wrong;
+}
+
+std::string Day::SettleTheWatch() {
+  world_.TransferSome();
+  const std::size_t boxes = desk_.loop.Shown.size();
+  const base::Duration period =
+      desk_.Rooms()->waitingWork.tmrWorkWaitingAlert.Interval() * kTicksOfACheck;
+  if (period > kLongestWaitForACheck) return "";
+  desk_.loop.Advance(period + kLengthOfAnAlert);
+  if (desk_.alerts.SomethingIsDue()) return "Work has come, and nobody is told.";
+  // It waits for the end of a preview, which some settings let sound for years.
+  const bool refreshes = desk_.Config().chkAutoRefreshMode.Value &&
+                         !desk_.Rooms()->engine.tmrPlaySnipet.Enabled() && !PassesEndedEarly(boxes);
+  const std::string left = refreshes ? world_.LeftBehind() : "";
+  // A claim of a program that was killed is given back later.
+  const bool stays = !left.empty() && !Ledger::IsClaim(left.substr(left.rfind('/') + 1));
+  return stays ? "The automatic refresh does not bring in " + Readable(left) : "";
+}
+
+bool Day::PassesEndedEarly(std::size_t boxes) const {
+  return std::any_of(
+      desk_.loop.Shown.begin() + static_cast<std::ptrdiff_t>(boxes), desk_.loop.Shown.end(),
+      [](const base::MessageBox& box) { return box.title.starts_with("Tavlo Deck - "); });
 }
 
 std::string Day::SettleFolders() {
@@ -178,10 +214,7 @@ std::string Day::SettleFolders() {
   if (!claimed.empty()) return "Not given back in the directory " + std::to_string(claimed[0]);
   const std::size_t boxes = desk_.loop.Shown.size();
   if (!typist_.GoHome()) return "The typist finds no way back to the list.";
-  const bool endedEarly = std::any_of(
-      desk_.loop.Shown.begin() + static_cast<std::ptrdiff_t>(boxes), desk_.loop.Shown.end(),
-      [](const base::MessageBox& box) { return box.title.starts_with("Tavlo Deck - "); });
-  const std::string left = endedEarly ? "" : world_.LeftBehind();
+  const std::string left = PassesEndedEarly(boxes) ? "" : world_.LeftBehind();
   return left.empty() ? "" : "Though nothing is wrong it stays: " + Readable(left);
 }
 
@@ -210,6 +243,7 @@ void Day::RecordStep() {
   // Whatever the edges write down would fill the memory in a long run.
   desk_.disk.Operations.clear();
   desk_.loop.Shown.clear();
+  desk_.notifier.notified.clear();
   desk_.file.Seeks.clear();
   desk_.transform.Calls.clear();
   desk_.player.Volumes.clear();

@@ -29,8 +29,13 @@ class Day {
   std::string Step();
   std::string Settle();
   std::string SettleCalmly();
+  /// What comes while nobody does anything is told of, or brought in, by the next check.
+  std::string SettleTheWatch();
   /// Every claim is given back and every finished file taken, once all folders answer.
   std::string SettleFolders();
+  /// Since so many boxes stood in the record of the loop, a run of the passes has said why it ended
+  /// before it was through.
+  bool PassesEndedEarly(std::size_t boxes) const;
   std::string FollowTheEndOfTheSession();
   void Restart();
   void Perish();

@@ -1,6 +1,7 @@
 #include "simulation/desk.h"
 
 #include "simulation/places.h"
+#include "simulation/purge_rules.h"
 
 namespace tavlo::simulation {
 namespace {
@@ -46,6 +47,12 @@ base::Reply WatchedLoop::ShowBox(const base::MessageBox& box) {
   return reply;
 }
 
+store::Listing WatchedDisk::ListPlainFiles(const std::string& folder) {
+  store::Listing listing = SimulatedDisk::ListPlainFiles(folder);
+  if (OnListed) OnListed(folder, listing);
+  return listing;
+}
+
 DiskResult WatchedDisk::Rename(const std::string& from, const std::string& to) {
   const DiskResult renamed = SimulatedDisk::Rename(from, to);
   if (MayHaveHappened(renamed) && OnGone) OnGone(from, to);
@@ -53,6 +60,7 @@ DiskResult WatchedDisk::Rename(const std::string& from, const std::string& to) {
 }
 
 DiskResult WatchedDisk::Delete(const std::string& path) {
+  if (OnDelete) OnDelete(path);
   const DiskResult deleted = SimulatedDisk::Delete(path);
   if (MayHaveHappened(deleted) && OnGone) OnGone(path, "");
   return deleted;
@@ -88,6 +96,10 @@ Desk::Desk(const Conditions& conditions) {
     hearing.Renamed(from, to);
     if (OnGone) OnGone(from, to);
   };
+  disk.OnListed = [this](const std::string& folder, const store::Listing& listing) {
+    if (!neighbourIsAtWork) alerts.Listed(folder, listing);
+  };
+  notifier.OnNotified = [this](const auto& notification) { alerts.Notified(notification); };
   loop.OnWait = [this] { return FollowTheEar(); };
   mixer.Devices = {{{.name = "Output"}, {.name = "Tavlo Deck"}, {.name = "Microphone"}},
                    {{.name = "Headset", .volume = 20'000}}};
@@ -128,7 +140,9 @@ void Desk::Start() {
   controls_.emplace(deck_->windows);
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();
-  if (Rooms()) WatchFeetAndWinds();
+  if (!Rooms()) return;
+  WatchFeetAndWinds();
+  alerts.Follow();
 }
 
 void Desk::WatchFeetAndWinds() {
@@ -179,6 +193,7 @@ void Desk::Kill() {
   controls_.reset();
   deck_.reset();
   nothingToDelete = false;
+  staysOnTop = false;
   // The machine takes back what a process held.
   player.StopOutput();
   file.CloseFile();
@@ -187,6 +202,19 @@ void Desk::Kill() {
 
 test::SimulatedDatabase* Desk::Settings() {
   return Rooms() ? dynamic_cast<test::SimulatedDatabase*>(Rooms()->database.get()) : nullptr;
+}
+
+bool Desk::PurgeMayDelete(const std::string& path) {
+  constexpr int kMostDays = 22;
+  constexpr int kMinutesOfADay = 24 * 60;
+  const std::string folder = Path(kCompleted);
+  // The columns are made by the step behind the purge.
+  if (!Rooms() || !Main().listViewCompleted.Columns().empty() || !path.starts_with(folder)) {
+    return false;
+  }
+  const auto age = AgeByName(path.substr(folder.size()), loop.WallClock());
+  const int days = Rooms()->binding.DeleteCompletedFiles;
+  return age && days > 0 && days <= kMostDays && *age > days * kMinutesOfADay;
 }
 
 bool Desk::AtWork() {

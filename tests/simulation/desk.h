@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "shell/deck.h"
+#include "simulation/alerts.h"
 #include "simulation/conditions.h"
 #include "simulation/control_walk.h"
 #include "simulation/hearing.h"
@@ -50,7 +51,13 @@ class WatchedDisk : public test::SimulatedDisk {
 
   /// `to` is empty where something was deleted.
   std::function<void(const std::string& from, const std::string& to)> OnGone;
+  /// Runs before something is deleted.
+  std::function<void(const std::string& path)> OnDelete;
 
+  /// A folder was listed, or walked over.
+  std::function<void(const std::string& folder, const store::Listing& listing)> OnListed;
+
+  store::Listing ListPlainFiles(const std::string& folder) override;
   store::DiskResult Rename(const std::string& from, const std::string& to) override;
   store::DiskResult Delete(const std::string& path) override;
 };
@@ -82,6 +89,9 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
 
   Hearing hearing{loop, player};
   SettingsRules settingsRules;
+  Alerts alerts{*this};
+  /// Another deck shares this machine's folders and works on them now.
+  bool neighbourIsAtWork = false;
   /// The desktop's mixer has changed and has not told it yet.
   bool mixerNewsDue = false;
   /// Sound devices in the machine. A program finds those that are there when it starts.
@@ -89,6 +99,9 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
   /// The user deleted all documents where no wave was to be found: the hourglass then stays until
   /// the pointer next becomes the arrow.
   bool nothingToDelete = false;
+  /// An alert whose work was to appear in an empty list has left the window on top, until somebody
+  /// turns to it.
+  bool staysOnTop = false;
   /// The walk over the Completed folder breaks off, or does not begin.
   bool completedOutOfReach = false;
   /// When a hand last let a slider of the main window go.
@@ -117,6 +130,9 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
   /// The empty text, or that a document which played stood still while the program waited for an
   /// answer of some folder.
   std::string TakeSilence() { return std::exchange(silence_, ""); }
+  /// The program is at the step of its start that purges, and this document is so old that its
+  /// setting wants it deleted.
+  bool PurgeMayDelete(const std::string& path);
   /// The first refresh is done and nothing has ended the program.
   bool AtWork();
 

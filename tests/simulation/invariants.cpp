@@ -106,7 +106,9 @@ bool CompletedKeysNeedRows(Desk& desk) {
 
 bool WindowIsOnTopAsWished(Desk& desk) {
   if (!desk.Main().frmMain.Visible) return true;
-  return desk.Main().frmMain.TopMost == (desk.Config().txtAlwaysOnTop.Value.Get() == "Y");
+  const bool wished = desk.Config().txtAlwaysOnTop.Value.Get() == "Y";
+  if (desk.Main().frmMain.TopMost == wished) desk.staysOnTop = false;
+  return desk.Main().frmMain.TopMost == wished || desk.staysOnTop;
 }
 
 bool PositionIsInTheDocument(Desk& desk) {

@@ -35,9 +35,18 @@ constexpr std::array kForeign{"letter to the bank.mp3",
                               "no wave.wav.bak",
                               "trailing blank.wav "};
 
+/// Half of them lie in the weeks before a day begins, for the ages by which a purge decides.
+std::string DrawMoment(Chance& chance) {
+  if (chance.OneIn(2)) return chance.Pick(kMoments);
+  const bool thisMonth = chance.OneIn(2);
+  const int day = 1 + chance.Below(thisMonth ? 9 : 29);
+  return (thisMonth ? "3 " : "2 ") + std::to_string(day) + " 2004 " +
+         std::to_string(chance.Below(24)) + " 30 0";
+}
+
 std::string Composed(Chance& chance) {
   test::Document document;
-  document.By(chance.Pick(kAuthors)).Id(chance.Below(3000)).At(chance.Pick(kMoments));
+  document.By(chance.Pick(kAuthors)).Id(chance.Below(3000)).At(DrawMoment(chance));
   document.Department(chance.Below(100)).WorkType(chance.Below(100));
   if (chance.OneIn(3)) document.Priority();
   if (chance.OneIn(6)) document.Saved(chance.Below(200'000));

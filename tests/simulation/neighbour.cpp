@@ -18,7 +18,7 @@ bool Neighbour::Sweep(bool mayBeKilled) {
   trace_.Note("  neighbour: sweeps");
   const bool dies = mayBeKilled && chance_.OneIn(3);
   operationsToLive_ = dies ? chance_.Below(kMostOperationsToLive) : -1;
-  atWork_ = true;
+  atWork_ = desk_.neighbourIsAtWork = true;
   bool killed = false;
   try {
     Start();
@@ -28,7 +28,7 @@ bool Neighbour::Sweep(bool mayBeKilled) {
     killed = true;
     deck_.reset();
   }
-  atWork_ = false;
+  atWork_ = desk_.neighbourIsAtWork = false;
   return killed;
 }
 

@@ -62,9 +62,11 @@ std::string Recorders::SomeName(const std::string& folder) {
     if (folder == desk_.disk.CurrentFolder + "/") ending = chance_.OneIn(4) ? ".EE2" : ".eE2";
   }
   // Few names, so that one comes again while its file of before still waits.
-  const std::string memo = "memo " + std::to_string(chance_.Below(9));
-  return chance_.OneIn(2) ? memo + ending
-                          : test::Document().Id(chance_.Below(9)).Ending(ending).Name();
+  const bool priority = chance_.OneIn(3);
+  const std::string memo = "memo " + std::to_string(chance_.Below(9)) + (priority ? " P_" : "");
+  if (chance_.OneIn(2)) return memo + ending;
+  test::Document document = test::Document().Id(chance_.Below(9)).Ending(ending);
+  return priority ? document.Priority().Name() : document.Name();
 }
 
 std::vector<std::string> Recorders::PiecesFor(Manner manner) {
@@ -76,6 +78,12 @@ std::vector<std::string> Recorders::PiecesFor(Manner manner) {
 }
 
 void Recorders::Begin() {
+  constexpr std::array kManners{Manner::AtOnce, Manner::HoldsOpen, Manner::ClosesOften,
+                                Manner::RenamesIntoPlace};
+  BeginWith(chance_.Pick(kManners));
+}
+
+void Recorders::BeginWith(Manner manner) {
   const std::vector<std::string> folders = Folders();
   if (folders.empty() || writers_.size() >= kMostWriters) return;
   // Half of them write into the five folders that are swept.
@@ -83,9 +91,6 @@ void Recorders::Begin() {
   const std::size_t most = swept ? std::min<std::size_t>(5, folders.size()) : folders.size();
   const std::string folder =
       folders[static_cast<std::size_t>(chance_.Below(static_cast<int>(most)))];
-  constexpr std::array kManners{Manner::AtOnce, Manner::HoldsOpen, Manner::ClosesOften,
-                                Manner::RenamesIntoPlace};
-  const Manner manner = chance_.Pick(kManners);
   const std::string path = folder + SomeName(folder);
   if (desk_.disk.Has(path)) return;
   Start({.manner = manner,

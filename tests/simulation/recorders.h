@@ -24,6 +24,8 @@ class Recorders {
   /// One of them begins to write a dictation into one of the folders that are swept or imported
   /// from; some are done at once.
   void Begin();
+  /// The same, and it is done at once.
+  void WriteAtOnce() { BeginWith(Manner::AtOnce); }
   /// One of them begins to write at this very path, which nothing bears, and holds it open.
   void BeginAt(const std::string& path);
   /// One that is not done writes the next piece.
@@ -56,6 +58,7 @@ class Recorders {
     Ledger::WhileOpen whileOpen = Ledger::WhileOpen::Stays;
   };
 
+  void BeginWith(Manner manner);
   void Start(Writer writer);
   /// False when there is nothing left to write.
   bool WritePiece(Writer& writer);

@@ -200,6 +200,7 @@ void Takings::LookAt(const std::string& from, const std::string& to) {
   // What comes in anew under its name sets it aside.
   if (!IsDocument(from) && IsSetAside(from, to)) return;
   if (GivesWayInQueue(from, to)) return;
+  if (to.empty() && desk_.PurgeMayDelete(from)) return;
   if (wishes_.empty()) return Note("Without a command, away goes " + Readable(from));
   Wish& wish = wishes_.back();
   if (FolderOf(from) == wish.mayClear) return;

@@ -34,6 +34,7 @@ Typist::Typist(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance 
     session_.Stop();
     takings_.EndSession(/*now=*/true);
   };
+  desk_.alerts.OnAlert = [this] { foot_.OthersAct(); };
   mixerHand_.OnMeanwhile = [this] {
     if (OnMeanwhile) OnMeanwhile();
   };
@@ -58,6 +59,7 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"work the pedals", 20, &Typist::WorkThePedals},
       {"shape the sound", 5, &Typist::ShapeTheSound},
       {"work the mixer", 5, &Typist::WorkTheMixer},
+      {"choose alerts", 4, &Typist::ChooseAlerts},
       {"place the window", 4, &Typist::Place},
       {"calibrate", 1, &Typist::Calibrate},
       {"ask to close", 2, &Typist::AskToClose},
@@ -82,6 +84,7 @@ const std::vector<Typist::Habit>& Typist::Habits() {
 
 void Typist::Act() {
   if (actsUnderWay_ >= kMostActsUnderWay) return;
+  const Alerts::Hand hand(desk_.alerts);
   ++actsUnderWay_;
   foot_.OthersAct();
   mixerHand_.OthersAct();

@@ -85,6 +85,8 @@ class Typist {
   void WorkOnImports();
   void DropFiles();
   void NoteImportConsent(const base::MessageBox& box);
+  /// The typist has agreed that the file of that row of the Import list be deleted.
+  void NoteConsentFor(const std::string& shown);
   /// Chooses a document, does something else, and asks for Complete as if nothing had been.
   void FinishAfterSomethingElse();
   /// Finishes a document while the name that it would get is taken.
@@ -98,6 +100,8 @@ class Typist {
   void WorkThePedals() { foot_.Act(); }
   void ShapeTheSound();
   void WorkTheMixer();
+  /// Turns automatic refresh, alerts and automatic import on and off, and sets their seconds.
+  void ChooseAlerts();
   void Place();
   void Calibrate();
   void AskToClose();

@@ -98,14 +98,21 @@ void Typist::NoteImportConsent(const base::MessageBox& box) {
       intake::ImportDirectoryPath(desk_.Rooms()->folders, main.txtWavImportSubdirectory.Value);
   const forms::Table& list = main.listViewImport;
   if (box.text == kDeleteImportQuestion && list.ListIndex >= 0) {
-    ledger_.MayBeDeleted(desk_.disk,
-                         folder + list.TextAt(list.ListIndex, forms::import_column::FileName));
+    NoteConsentFor(folder + list.TextAt(list.ListIndex, forms::import_column::FileName));
   }
   if (box.text != kDeleteAllImportsQuestion) return;
   // What the list does not show nobody has agreed to.
   for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
-    ledger_.MayBeDeleted(desk_.disk, folder + list.TextAt(row, forms::import_column::FileName));
+    NoteConsentFor(folder + list.TextAt(row, forms::import_column::FileName));
   }
+}
+
+void Typist::NoteConsentFor(const std::string& shown) {
+  ledger_.MayBeDeleted(desk_.disk, shown);
+  // A row of what could not be converted bears the name of the wave that was to be made of it.
+  if (desk_.disk.Has(shown)) return;
+  const std::string stem = shown.substr(0, shown.rfind('.'));
+  for (const char* ending : {".dss", ".DSS"}) ledger_.MayBeDeleted(desk_.disk, stem + ending);
 }
 
 }  // namespace tavlo::simulation

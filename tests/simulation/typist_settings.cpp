@@ -1,3 +1,5 @@
+#include <array>
+
 #include "simulation/typist.h"
 
 namespace tavlo::simulation {
@@ -5,6 +7,7 @@ namespace {
 
 /// The place of "&Mixer" among the tabs.
 constexpr int kMixerTab = 2;
+constexpr std::array kSecondsOfChecks{"0", "5", "30", "30", "2000"};
 
 }  // namespace
 
@@ -41,6 +44,29 @@ void Typist::WorkTheMixer() {
   }
   for (int deeds = 1 + chance_.Below(4); deeds > 0; --deeds) mixerHand_.Act();
   if (chance_.OneIn(3)) Press(config.mnuClose);
+}
+
+void Typist::ChooseAlerts() {
+  forms::ConfigurationForm& config = desk_.Config();
+  if (!config.frmConfiguration.Visible) Press(desk_.Main().mnuConfiguration);
+  ActivateWindows();
+  if (!config.frameSettings.Visible) config.tabConfiguration.RowClick(0);
+  for (int clicks = 1 + chance_.Below(3); clicks > 0; --clicks) {
+    forms::Choice& choice = Some<forms::Choice>({{&config.chkWorkWaitingAlertMode, 3},
+                                                 {&config.chkAutoRefreshMode, 2},
+                                                 {&config.optNewWorkWaitingAllJobs, 1},
+                                                 {&config.optNewWorkWaitingPriority, 1},
+                                                 {&config.chkAutoImportMode, 1}});
+    Note("clicks " + choice.Name);
+    choice.Click();
+  }
+  if (chance_.OneIn(3)) {
+    forms::Text& box =
+        chance_.OneIn(2) ? config.txtNewDictationAlertInterval : config.txtAutoQueueRefreshInterval;
+    Note("types into " + box.Name);
+    box.Change(chance_.Pick(kSecondsOfChecks));
+  }
+  if (!chance_.OneIn(4)) Press(config.mnuClose);
 }
 
 void Typist::TurnPage() {

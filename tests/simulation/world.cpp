@@ -112,6 +112,16 @@ void World::DropDictation() {
   if (!name.empty()) DropAt(Desk::Path(folder) + name);
 }
 
+void World::KeepCompleted(int count) {
+  constexpr std::array<const char*, 4> kMoments{"12 31 1999 0 0 0", "2 29 2004 23 59 59",
+                                                "3 8 2004 12 30 0", "3 9 2004 9 0 0"};
+  for (; count > 0; --count) {
+    const std::string name =
+        test::Document().Id(1 + chance_.Below(3000)).At(chance_.Pick(kMoments)).Name();
+    DropAt(Desk::Path(kCompleted) + name);
+  }
+}
+
 void World::DropAt(const std::string& path) {
   const auto slash = path.rfind('/');
   if (desk_.disk.Crashed() || desk_.disk.Has(path)) return;

@@ -21,7 +21,14 @@ class World {
 
   /// One thing happens.
   void Act();
+  /// A step of the day begins, in which other programs come in between a few times at most. An
+  /// alert of what they bring looks into the folders, where they would come in between again.
+  void BeginStep() { betweenThisStep_ = 0; }
   void DropDictation();
+  /// Documents that were completed on other days, some of which a purge may take.
+  void KeepCompleted(int count);
+  /// Some dictations come into the folders that the deck takes files from.
+  void TransferSome();
   /// A dictation comes under this very name, if it is free.
   void DropAt(const std::string& path);
   /// The disk's faults end; a disk that crashed works again.
@@ -134,6 +141,7 @@ class World {
   Neighbour neighbour_;
   bool calm_ = false;
   bool inBetween_ = false;
+  int betweenThisStep_ = 0;
   int sourcesSoFar_ = 0;
   bool diskFailing_ = false;
   bool struck_ = false;

@@ -13,6 +13,8 @@ namespace {
 
 /// Of so many operations of the program one meets another program at work.
 constexpr int kOperationsUndisturbed = 25;
+/// Of a step, in which hours may pass.
+constexpr int kMostInBetween = 40;
 /// What the libraries answer when they fail.
 constexpr std::array<int, 10> kFailures{1, 3, 4, 6, 10, 20, 22, 24, 27, 41};
 constexpr std::array<std::chrono::seconds, 4> kTimesOfConversions{
@@ -26,6 +28,7 @@ constexpr int kHadAHeader = 5;
 void World::ActInBetween() {
   if (neighbour_.IsAtWork()) neighbour_.BeforeOperation();
   if (calm_ || inBetween_ || !desk_.Rooms() || !chance_.OneIn(kOperationsUndisturbed)) return;
+  if (++betweenThisStep_ > kMostInBetween) return;
   inBetween_ = true;
   if (conditions_.hasNeighbour && chance_.OneIn(6)) {
     LetNeighbourSweep();
@@ -33,6 +36,10 @@ void World::ActInBetween() {
     chance_.OneIn(3) ? recorders_.Begin() : recorders_.GoOn();
   }
   inBetween_ = false;
+}
+
+void World::TransferSome() {
+  for (int count = 1 + chance_.Below(3); count > 0; --count) recorders_.WriteAtOnce();
 }
 
 void World::LetNeighbourSweep() {

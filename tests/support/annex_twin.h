@@ -11,11 +11,9 @@ class AnnexTwin : public shell::Annex {
  public:
   std::string ran;
 
-  void TakeWaitingWorkAsSeen() override { ran += "count "; }
   void AttachFtp() override { ran += "attach "; }
   void ReleaseFtp() override { ran += "release "; }
   void UpgradeDatabase() override { ran += "upgrade "; }
-  void PurgeCompletedFiles() override { ran += "purge "; }
   void BuildFtpServers() override { ran += "servers "; }
 };
 

@@ -163,7 +163,10 @@ store::Listing SimulatedDisk::List(const std::string& folder, Dots dots) {
   const auto broken = brokenListings_.find(absolute);
   if (broken != brokenListings_.end() && broken->second == 0) return {};
   std::vector<std::pair<int, std::string>> found;
-  for (const auto& [path, node] : entries_) {
+  const std::string below = absolute == "/" ? absolute : absolute + "/";
+  for (auto entry = entries_.lower_bound(below); entry != entries_.end(); ++entry) {
+    const auto& [path, node] = *entry;
+    if (!path.starts_with(below)) break;
     const bool listed = NameOf(path).starts_with('.') == (dots == Dots::Alone);
     if (node.kind == Kind::File && FolderOf(path) == absolute && listed) {
       found.emplace_back(node.number, NameOf(path));

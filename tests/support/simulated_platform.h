@@ -14,7 +14,9 @@
 #include "support/simulated_disk.h"
 #include "support/simulated_loop.h"
 #include "support/simulated_mixer.h"
+#include "support/simulated_notifier.h"
 #include "support/simulated_pedals.h"
+#include "support/simulated_programs.h"
 #include "support/simulated_prompts.h"
 
 namespace tavlo::test {
@@ -42,6 +44,8 @@ class SimulatedPlatformOf {
   SimulatedSerialPort serialPort;
   SimulatedUsbWatcher usbWatcher;
   SimulatedConversion conversionLibraries{loop, disk};
+  SimulatedNotifier notifier;
+  SimulatedPrograms programs;
   /// Another copy runs on the same root.
   bool anotherCopy = false;
   /// The desktop has a program that shows what the machine is made of.
@@ -85,6 +89,8 @@ class SimulatedPlatformOf {
             .serialPort = serialPort,
             .usbWatcher = usbWatcher,
             .conversionLibraries = conversionLibraries,
+            .notifier = notifier,
+            .programStarter = programs,
             .claimOwner = {.host = "desk", .process = 41},
             .installRoot = kRoot,
             .shareFolder = kShare,

@@ -6,9 +6,11 @@
 
 #include "platform/beside/side_thread.h"
 #include "platform/convert/plugin_conversion_libraries.h"
+#include "platform/desktop/detached_programs.h"
 #include "platform/desktop/folders.h"
 #include "platform/desktop/hang_up.h"
 #include "platform/desktop/message_buses.h"
+#include "platform/desktop/notifications.h"
 #include "platform/desktop/open_folder.h"
 #include "platform/desktop/root_lock.h"
 #include "platform/desktop/screen_search.h"
@@ -22,6 +24,7 @@
 #include "platform/mixer/pulse_mixer.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
+#include "platform/reach/errands_beside.h"
 #include "platform/reach/foot_gate.h"
 #include "platform/reach/mounted_places.h"
 #include "platform/reach/patient_disk.h"
@@ -81,6 +84,7 @@ struct Program::Parts {
 
   bool sessionEnds = false;
   QApplication application;
+  Notifications notifications;
   const std::string root = InstallRoot();
   qt::QtLoop loop;
   CubebPlayer audioPlayer{loop};
@@ -103,6 +107,8 @@ struct Program::Parts {
   const store::WorkFolders libraries{disk, root};
   PluginUsbWatcher usbWatcher{errands, libraries.PedalWatchPath()};
   PluginConversionLibraries conversionLibraries{errands, libraries};
+  ErrandsBeside startErrands{errands};
+  DetachedPrograms programs{startErrands};
   /// It gives the lock back by an errand, which looks at the pedals.
   RootLock rootLock{errands, root};
   shell::Annex annex;
@@ -117,6 +123,8 @@ struct Program::Parts {
                     .serialPort = *serialPort,
                     .usbWatcher = usbWatcher,
                     .conversionLibraries = conversionLibraries,
+                    .notifier = notifications,
+                    .programStarter = programs,
                     .claimOwner = ThisProcess(),
                     .installRoot = root,
                     .shareFolder = ShareFolder(),

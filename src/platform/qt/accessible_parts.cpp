@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "forms/heard_value.h"
+#include "platform/qt/brand_logo.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/figures_label.h"
 #include "platform/qt/meter_bar.h"
@@ -104,6 +105,9 @@ QAccessibleInterface* PartFor(const QString&, QObject* object) {
   if (auto* const figures = dynamic_cast<FiguresLabel*>(object)) return new HeardFigures(*figures);
   if (auto* const speaker = dynamic_cast<StateSpeaker*>(object)) {
     return new QAccessibleWidget(speaker, QAccessible::Notification);
+  }
+  if (auto* const logo = dynamic_cast<BrandLogo*>(object)) {
+    return new QAccessibleWidget(logo, QAccessible::Graphic);
   }
   if (auto* const strip = dynamic_cast<StatusStrip*>(object)) {
     return new QAccessibleWidget(strip, QAccessible::StatusBar);

@@ -122,8 +122,12 @@ void Binder::Edit(forms::Text& text, QLineEdit& box) {
     // Setting an equal text would move the typist's cursor.
     if (box.text() == value) return;
     const int cursor = box.cursorPosition();
+    const bool emptiedByHand = box.isModified() && box.text().isEmpty();
     box.setText(value);
-    if (box.hasFocus()) box.setCursorPosition(cursor);
+    if (!box.hasFocus()) return;
+    // What a rule puts into a box that a hand has emptied gives way to what is typed next.
+    if (emptiedByHand) return box.selectAll();
+    box.setCursorPosition(cursor);
   });
 }
 

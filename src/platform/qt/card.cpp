@@ -1,5 +1,6 @@
 #include "platform/qt/card.h"
 
+#include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -20,6 +21,16 @@ constexpr double kSheet = 0.6;   ///< Share of the desktop's paper in the sheet 
 Card::Card(QWidget* page) : QWidget(page), lines_(new QVBoxLayout(this)) {
   lines_->setContentsMargins(kPadding + 2, kPadding, kPadding + 2, kPadding);
   lines_->setSpacing(kCardLineSpacing);
+}
+
+QLabel* Card::AddHeading(const QString& words) {
+  auto* const heading = new QLabel(words, this);
+  heading->setTextFormat(Qt::PlainText);
+  QFont bold = heading->font();
+  bold.setWeight(QFont::DemiBold);
+  heading->setFont(bold);
+  lines_->addWidget(heading);
+  return heading;
 }
 
 QColor Card::Sheet() const {

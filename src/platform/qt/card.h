@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QLabel;
 class QVBoxLayout;
 
 namespace tavlo::platform::qt {
@@ -14,6 +15,8 @@ class Card : public QWidget {
 
   /// What stands on the card, line under line.
   QVBoxLayout& Lines() { return *lines_; }
+  /// A label in semi-bold letters on the next line, for what the card is about.
+  QLabel* AddHeading(const QString& words = {});
   /// Its colour, for what must be readable on it.
   QColor Sheet() const;
 

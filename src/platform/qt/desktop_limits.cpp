@@ -1,29 +1,14 @@
 #include "platform/qt/desktop_limits.h"
 
-#include <xcb/xcb.h>
-
 #include <QGuiApplication>
 #include <QWindow>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
-#include <string_view>
+
+#include "platform/qt/x_display.h"
 
 namespace tavlo::platform::qt {
 namespace {
-
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, void (*)(void*)>;
-
-/// The connection to the display; null where the desktop is not one of X.
-xcb_connection_t* Display() {
-  const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  return x11 ? x11->connection() : nullptr;
-}
-
-xcb_window_t Root(xcb_connection_t* display) {
-  return xcb_setup_roots_iterator(xcb_get_setup(display)).data->root;
-}
 
 Owned<xcb_get_window_attributes_reply_t> Attributes(xcb_connection_t* display,
                                                     xcb_window_t window) {
@@ -52,27 +37,15 @@ bool IsMapped(const QWindow& window) {
 }
 
 void StandInFront(const QWindow& window) {
-  constexpr std::string_view kWish = "_NET_RESTACK_WINDOW";
+  StandInFront(static_cast<std::uint32_t>(window.winId()));
+}
+
+void StandInFront(std::uint32_t window) {
   // A program that raises its own window without having been used last is refused.
   constexpr std::uint32_t kAsATaskBar = 2;
   xcb_connection_t* const display = Display();
   if (!display) return;
-  const Owned<xcb_intern_atom_reply_t> atom(
-      xcb_intern_atom_reply(display, xcb_intern_atom(display, 0, kWish.size(), kWish.data()),
-                            nullptr),
-      std::free);
-  if (!atom) return;
-  xcb_client_message_event_t message{};
-  message.response_type = XCB_CLIENT_MESSAGE;
-  message.format = 32;
-  message.window = static_cast<xcb_window_t>(window.winId());
-  message.type = atom->atom;
-  message.data.data32[0] = kAsATaskBar;
-  message.data.data32[2] = XCB_STACK_MODE_ABOVE;
-  xcb_send_event(display, 0, Root(display),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                 reinterpret_cast<const char*>(&message));
-  xcb_flush(display);
+  AskManager(display, window, "_NET_RESTACK_WINDOW", {kAsATaskBar, XCB_NONE, XCB_STACK_MODE_ABOVE});
 }
 
 }  // namespace tavlo::platform::qt

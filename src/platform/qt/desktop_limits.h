@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 class QWindow;
 
 namespace tavlo::platform::qt {
@@ -20,5 +22,7 @@ bool IsMapped(const QWindow& window);
 /// Asks the window manager to show a mapped window in front of the others of its layer. The
 /// keyboard stays where it is.
 void StandInFront(const QWindow& window);
+/// The same for a window of any program, by the display's number for it.
+void StandInFront(std::uint32_t window);
 
 }  // namespace tavlo::platform::qt

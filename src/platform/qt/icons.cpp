@@ -44,12 +44,15 @@ QString FileOf(base::Icon icon) {
   return {};
 }
 
+QString FileOf(Brand brand) { return brand == Brand::Brisel ? "brisel" : "sorel"; }
+
 constexpr const char* kSign = "tavlodeck";
 
 QString PathOf(const QString& file) { return ":/icons/" + file + ".svg"; }
+QString PathOf(Brand brand) { return ":/brands/" + FileOf(brand) + ".svg"; }
 
-QPixmap DrawingPixmap(QSvgRenderer& drawing, int size, double ratio) {
-  QPixmap pixmap(QSize(size, size) * ratio);
+QPixmap DrawingPixmap(QSvgRenderer& drawing, QSize size, double ratio) {
+  QPixmap pixmap(size * ratio);
   pixmap.fill(Qt::transparent);
   if (!drawing.isValid()) return pixmap;
   QPainter painter(&pixmap);
@@ -62,7 +65,7 @@ QPixmap DrawingPixmap(QSvgRenderer& drawing, int size, double ratio) {
 QPixmap DrawingPixmap(const QString& file, int size, double ratio) {
   QSvgRenderer drawing;
   if (!file.isEmpty()) drawing.load(PathOf(file));
-  return DrawingPixmap(drawing, size, ratio);
+  return DrawingPixmap(drawing, QSize(size, size), ratio);
 }
 
 }  // namespace
@@ -80,6 +83,20 @@ QPixmap GlyphPixmap(Glyph glyph, int size, const QColor& ink, double ratio) {
   });
 }
 
+QSize BrandSize(Brand brand, int height) {
+  const QSizeF drawn = QSvgRenderer(PathOf(brand)).defaultSize();
+  if (drawn.isEmpty()) return {};
+  return {qRound(drawn.width() * height / drawn.height()), height};
+}
+
+QPixmap BrandPixmap(Brand brand, int height, double ratio) {
+  const QString name = QStringLiteral("brand %1 %2 %3").arg(FileOf(brand)).arg(height).arg(ratio);
+  return KeptPixmap(name, [&] {
+    QSvgRenderer drawing(PathOf(brand));
+    return DrawingPixmap(drawing, BrandSize(brand, height), ratio);
+  });
+}
+
 QPixmap BoxSign(base::Icon icon, int size, double ratio) {
   return DrawingPixmap(FileOf(icon), size, ratio);
 }
@@ -92,7 +109,7 @@ QIcon ApplicationIcon() {
   QIcon icon;
   QSvgRenderer drawing(PathOf(kSign));
   for (const int size : {16, 24, 32, 48, 64, 128}) {
-    icon.addPixmap(DrawingPixmap(drawing, size, 1));
+    icon.addPixmap(DrawingPixmap(drawing, QSize(size, size), 1));
   }
   return icon;
 }

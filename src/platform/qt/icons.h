@@ -8,8 +8,8 @@
 
 class QPainter;
 
-/// The drawings of assets/icons, rendered for the screen they are shown on. Sizes are logical
-/// pixels; `ratio` is how many of the screen's own there are to one.
+/// The drawings of assets/icons and assets/brands, rendered for the screen they are shown on. Sizes
+/// are logical pixels; `ratio` is how many of the screen's own there are to one.
 namespace tavlo::platform::qt {
 
 /// What the keys of the deck show.
@@ -17,6 +17,14 @@ enum class Glyph { None, SkipBegin, Rewind, Play, Stop, Forward, SkipEnd };
 
 /// The glyph in one ink.
 QPixmap GlyphPixmap(Glyph glyph, int size, const QColor& ink, double ratio);
+
+/// The resellers whose logo the deck can bear.
+enum class Brand { Brisel, Sorel };
+
+/// The reseller's logo, as wide as its drawing asks for at that height.
+QPixmap BrandPixmap(Brand brand, int height, double ratio);
+/// The size of that pixmap in logical pixels.
+QSize BrandSize(Brand brand, int height);
 
 /// What a message box shows beside its text. base::Icon::None has no sign.
 QPixmap BoxSign(base::Icon icon, int size, double ratio);

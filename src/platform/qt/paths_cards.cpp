@@ -24,11 +24,7 @@ PathsCards::PathsCards(forms::PathsPage& form, Binder& binder, QWidget* parent)
   auto* const card = new Card(this);
   cards->addWidget(card);
   cards->addStretch(1);
-  auto* const caption = new QLabel(card);
-  QFont bold = caption->font();
-  bold.setWeight(QFont::DemiBold);
-  caption->setFont(bold);
-  card->Lines().addWidget(caption);
+  QLabel* const caption = card->AddHeading();
   AddPath(card->Lines(), form.lblEw2QueuePath, form.txtEw2QueuePath, form.cmdEw2QueuePathDefault);
   AddPath(card->Lines(), form.lblDs2QueuePath, form.txtDs2QueuePath, form.cmdDs2QueuePathDefault);
   AddPath(card->Lines(), form.lblEu2QueuePath, form.txtEu2QueuePath, form.cmdEu2QueuePathDefault);

@@ -4,12 +4,12 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPainter>
 #include <QRadioButton>
 
 #include "platform/qt/accessible_parts.h"
 #include "platform/qt/binder.h"
+#include "platform/qt/number_box.h"
 #include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
@@ -19,7 +19,6 @@ constexpr int kPedalLineSpacing = 8;
 constexpr int kBetweenPedals = 16;
 constexpr QSize kPedalSize{72, 34};
 constexpr qreal kPedalRounding = 6;
-constexpr int kPortWidth = 56;
 
 /// One pedal seen from above. A thicker rim tells a lit one from a dark one without its colour.
 class PedalPicture : public QWidget {
@@ -50,6 +49,7 @@ class PedalPicture : public QWidget {
 PedalFrame::PedalFrame(forms::SettingsPage& form, Binder& binder, QWidget* parent)
     : Card(parent), form_(form), binder_(binder) {
   Lines().setSpacing(kPedalLineSpacing);
+  AddHeading("Foot pedal");
   auto* const caption = new QLabel(this);
   caption->setWordWrap(true);
   Lines().addWidget(caption);
@@ -106,10 +106,12 @@ void PedalFrame::AddKind(QBoxLayout& lines) {
   auto* const label = new QLabel(this);
   row->addWidget(label);
   binder_.Show(form_.lblSerialFootPedalComPort, *label);
-  auto* const port = new QLineEdit(this);
-  port->setFixedWidth(kPortWidth);
+  auto* const port = new NumberBox(this);
   row->addWidget(port);
   binder_.Edit(form_.txtSerialFootPedalComPort, *port);
+  binder_.Watch(form_.txtSerialFootPedalComPort, [label, &box = form_.txtSerialFootPedalComPort] {
+    label->setEnabled(box.Enabled);
+  });
   row->addStretch(1);
   lines.addLayout(row);
 }

@@ -5,10 +5,11 @@
 #include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
-#include <memory>
 #include <utility>
 
+#include "platform/qt/accessible_parts.h"
 #include "platform/qt/binder.h"
+#include "platform/qt/brand_logo.h"
 #include "platform/qt/deck_key.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/eliding_label.h"
@@ -112,7 +113,7 @@ int PlayerPanel::LeastWidth() const { return scale_(kLeastWidth); }
 
 void PlayerPanel::resizeEvent(QResizeEvent*) { fascia_->setGeometry(rect()); }
 
-QLabel* PlayerPanel::Label(forms::Text& text, int letters, const QColor& colour) {
+ElidingLabel* PlayerPanel::Label(forms::Text& text, int letters, const QColor& colour) {
   auto* const label = new ElidingLabel(this);
   scale_.Fit([this, label, letters] { label->setFont(DeckFont(scale_(letters))); });
   QPalette colours = palette();
@@ -184,21 +185,11 @@ QBoxLayout* PlayerPanel::DisplayRow() {
   return row;
 }
 
-QLabel* PlayerPanel::Logo(forms::Pane& picture) {
-  auto* const logo = new QLabel(this);
-  const auto whole = std::make_shared<QPixmap>();
-  const auto show = [this, logo, whole] {
-    const int height = scale_(kLogoHeight);
-    logo->setPixmap(whole->isNull() ? *whole
-                                    : whole->scaledToHeight(height, Qt::SmoothTransformation));
-  };
-  binder_.Bind(picture, *logo, [&picture, whole, show, shown = std::make_shared<std::string>()] {
-    if (*shown == picture.Picture.Get()) return;
-    *shown = picture.Picture;
-    *whole = QPixmap(ToQt(*shown));
-    show();
-  });
-  scale_.Fit(show);
+QWidget* PlayerPanel::Logo(forms::Pane& picture, Brand brand) {
+  auto* const logo = new BrandLogo(brand, this);
+  scale_.Fit([this, logo] { logo->SetHeight(scale_(kLogoHeight)); });
+  binder_.Bind(picture, *logo,
+               [&picture, logo] { SetHeardName(*logo, ToQt(picture.Tooltip.Get())); });
   return logo;
 }
 
@@ -213,33 +204,39 @@ void PlayerPanel::ShowCustomDisplay(QBoxLayout& words) {
   quiet.setColor(QPalette::WindowText, theme::kQuietText);
   line->setPalette(quiet);
   for (QLabel* const label : {heading, line}) {
+    label->setTextFormat(Qt::PlainText);
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     words.addWidget(label);
   }
   binder_.Bind(form_.lblCustomDisplay, *heading, [this, heading, line] {
-    const auto [head, rest] = SplitAtWideGap(ToQt(form_.lblCustomDisplay.Value.Get()));
+    const auto [head, rest] = SplitAtWideGap(ToOneLine(form_.lblCustomDisplay.Value.Get()));
     heading->setText(head);
     line->setText(rest);
     line->setVisible(form_.lblCustomDisplay.Visible && !rest.isEmpty());
   });
 }
 
+/// A logo is never cut; the line of the user's own gives way to it.
 QBoxLayout* PlayerPanel::BrandColumn() {
   auto* const words = new QVBoxLayout;
   words->addStretch(1);
-  QLabel* const brand = Label(form_.lblBriselName, 13, theme::kQuietText);
-  brand->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  words->addWidget(brand);
   ShowCustomDisplay(*words);
   words->addStretch(1);
 
+  ElidingLabel* const name = Label(form_.lblBriselName, 16, theme::kText);
+  name->KeepWhole(QWIDGETSIZE_MAX);
+  auto* const brisel = new QHBoxLayout;
+  brisel->addWidget(Logo(form_.picBriselBitMap, Brand::Brisel));
+  brisel->addWidget(name);
+
   auto* const column = new QHBoxLayout;
-  scale_.Fit([this, words, column] {
+  scale_.Fit([this, words, brisel, column] {
     words->setSpacing(scale_(2));
-    column->setSpacing(scale_(12));
+    brisel->setSpacing(scale_(8));
+    column->setSpacing(scale_(16));
   });
-  column->addWidget(Logo(form_.picBriselBitMap));
-  column->addWidget(Logo(form_.picSorelLogo));
+  column->addLayout(brisel);
+  column->addWidget(Logo(form_.picSorelLogo, Brand::Sorel));
   column->addLayout(words);
   return column;
 }

@@ -13,6 +13,7 @@ namespace tavlo::platform::qt {
 
 class Binder;
 class DeckKey;
+class ElidingLabel;
 
 /// The deck: display, meters, position, keys, and the status bar. Its height is the form's, which
 /// is told how high it is at the desktop's letters.
@@ -37,8 +38,8 @@ class PlayerPanel : public QWidget {
   QBoxLayout* SoundColumn();
   QWidget* Display();
   DeckKey* Key(forms::Command& command, Glyph glyph, QSize size);
-  QLabel* Label(forms::Text& text, int letters, const QColor& colour);
-  QLabel* Logo(forms::Pane& picture);
+  ElidingLabel* Label(forms::Text& text, int letters, const QColor& colour);
+  QWidget* Logo(forms::Pane& picture, Brand brand);
   void FitDisplay(QWidget& well, QLabel& position, QLabel& length);
   QBoxLayout* Meters();
   void ShowCustomDisplay(QBoxLayout& words);

@@ -4,15 +4,18 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QScopedValueRollback>
 #include <QSocketNotifier>
+#include <QWindow>
 #include <algorithm>
 #include <chrono>
 #include <limits>
 #include <utility>
 
+#include "platform/qt/desktop_limits.h"
 #include "platform/qt/held_input.h"
-#include "platform/qt/message_dialog.h"
+#include "platform/qt/others_keyboard.h"
 
 namespace tavlo::platform::qt {
 namespace {
@@ -76,6 +79,8 @@ QtLoop::QtLoop() {
   alarm_.setSingleShot(true);
   alarm_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&alarm_, &QTimer::timeout, &alarm_, [this] { Pass(); });
+  QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &alarm_,
+                   [this](const QWindow* window) { hadKeyboard_ |= window != nullptr; });
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                    &alarm_, [this] { ShowForms(); });
 }
@@ -206,9 +211,16 @@ void QtLoop::Quit(int code) {
 }
 
 base::Reply QtLoop::ShowBox(const base::MessageBox& box) {
+  // Looked at before a window comes or goes, for then the keyboard changes hands. Whoever starts
+  // the deck waits for what it says, whatever was typed in before.
+  OthersKeyboard others;
+  const bool typesElsewhere = hadKeyboard_ && others.IsTheirs();
   ShowForms();
   SleepUntilDue();
-  return RunMessageDialog(box, BoxOwner ? BoxOwner() : nullptr);
+  const base::Reply reply =
+      boxes_.Run(box, BoxOwner ? BoxOwner() : nullptr, typesElsewhere ? &others : nullptr);
+  if (typesElsewhere) typedIn_ = others.Window();
+  return reply;
 }
 
 void QtLoop::LastBoxClosed() {
@@ -238,6 +250,8 @@ void QtLoop::SleepUntilDue() {
 void QtLoop::ShowForms() {
   if (breathing_) return;
   if (ShowChanges) ShowChanges();
+  // A deck that was on top for as long as its box would stay before the letter.
+  if (const std::uint32_t window = std::exchange(typedIn_, 0)) StandInFront(window);
   if (std::exchange(inputHeld_, false)) ReleaseHeldInput();
 }
 

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QTimer>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "base/loop.h"
+#include "platform/qt/message_dialog.h"
 #include "platform/wake/descriptor_waits.h"
 
 class QWidget;
@@ -81,6 +83,9 @@ class QtLoop : public base::Loop, public DescriptorWaits {
   std::vector<Wakening*> refused_;           ///< Those that rang in the breath.
   std::deque<std::function<void()>> hands_;  ///< What hands did and no rule has heard of yet.
   bool inputHeld_ = false;
+  bool hadKeyboard_ = false;  ///< A window of the program has had it.
+  MessageDialogs boxes_;
+  std::uint32_t typedIn_ = 0;  ///< The window of another program that a box has left just now.
   bool quit_ = false;
   int code_ = 0;
 };

@@ -1,52 +1,75 @@
 #include "platform/qt/settings_cards.h"
 
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRadioButton>
+#include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <functional>
+#include <utility>
 
 #include "platform/qt/binder.h"
 #include "platform/qt/card.h"
+#include "platform/qt/card_columns.h"
 #include "platform/qt/deck_slider.h"
+#include "platform/qt/number_box.h"
 #include "platform/qt/pedal_frame.h"
 #include "platform/qt/roomy_key.h"
 
 namespace tavlo::platform::qt {
 namespace {
 
-constexpr int kMargin = 16;
+constexpr int kSettingsMargin = 16;
 constexpr int kBetweenCards = 12;
-constexpr int kRateSides = 16;    ///< Room for the frame of the box of the conversion's rate.
-constexpr int kBetweenParts = 2;  ///< Pixels added between two groups of controls on one card.
+constexpr int kSettingSpacing = 8;
+constexpr int kToItsOwn = 2;        ///< From a name down to what it names.
+constexpr int kBetweenNumbers = 6;  ///< Between the lines of numbers, which are higher than others.
+
+/// A box for a text, which tells when it is clicked twice.
+class TwiceClickedEdit : public QLineEdit {
+ public:
+  TwiceClickedEdit(QWidget* parent, std::function<void()> onDoubleClick)
+      : QLineEdit(parent), onDoubleClick_(std::move(onDoubleClick)) {}
+
+ protected:
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    QLineEdit::mouseDoubleClickEvent(event);
+    onDoubleClick_();
+  }
+
+ private:
+  const std::function<void()> onDoubleClick_;
+};
 
 }  // namespace
 
 SettingsCards::SettingsCards(forms::ConfigurationForm& form, Binder& binder, QWidget* parent)
     : QWidget(parent), form_(form), binder_(binder) {
-  auto* const columns = new QHBoxLayout(this);
-  columns->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  columns->setSpacing(kBetweenCards);
-  auto* const left = new QVBoxLayout;
-  auto* const right = new QVBoxLayout;
-  for (QVBoxLayout* const column : {left, right}) {
-    column->setSpacing(kBetweenCards);
-    columns->addLayout(column, 1);
-  }
-  AddPlaying(AddCard(*left));
-  AddWindow(AddCard(*left));
-  AddShowing(AddCard(*left));
-  AddSpeaking(AddCard(*right));
-  AddFiles(AddCard(*right));
-  right->addWidget(new PedalFrame(form, binder, this));
-  // The last card of each column is stretched, so that both columns are equally high.
-  for (QVBoxLayout* const column : {left, right}) column->setStretch(column->count() - 1, 1);
+  auto* const columns = new CardColumns(this, kSettingsMargin, kBetweenCards);
+  // What is made first is reached first by Tab.
+  AddPlaying(AddCard("Playing"));
+  columns->addWidget(new PedalFrame(form, binder, this));
+  columns->BeginColumnOf(3);
+  AddNewWork(AddCard("New work"));
+  columns->BeginColumnOf(2);
+  AddFiles(AddCard("Files"));
+  columns->BeginColumnOf(3);
+  AddReports(AddCard("Reports"));
+  AddPrompts(AddCard("Spoken prompts"));
+  AddWindow(AddCard("Window"));
+  AddWords(AddCard("Your own words"));
   binder.Frame(form.frameSettings, *this);
 }
 
-QVBoxLayout& SettingsCards::AddCard(QVBoxLayout& column) {
+QVBoxLayout& SettingsCards::AddCard(const QString& heading) {
   auto* const card = new Card(this);
-  column.addWidget(card);
+  card->AddHeading(heading);
+  card->Lines().setSpacing(kSettingSpacing);
+  layout()->addWidget(card);
   return card->Lines();
 }
 
@@ -55,57 +78,88 @@ void SettingsCards::AddPlaying(QVBoxLayout& lines) {
   AddSlider(lines, form_.frameAutoPreview, form_.sliderAutoPreview);
   AddSlider(lines, form_.frameWindIncrement, form_.sliderWindIncrement,
             &form_.chkAccelerateWindIncrement);
+  lines.addStretch(1);
 }
 
-void SettingsCards::AddWindow(QVBoxLayout& lines) {
-  auto* const line = new QHBoxLayout;
-  auto* const boxes = new QVBoxLayout;
-  boxes->setSpacing(lines.spacing());
-  AddBoxes(*boxes, {&form_.chkMinimizeMiniPlayer, &form_.chkAlwaysOnTop, &form_.chkAutoQueueJob});
-  line->addLayout(boxes, 1);
-  auto* const key = new RoomyKey(this);
-  line->addWidget(key);
-  binder_.Press(form_.cmdCenterMiniPlayer, *key);
-  lines.addLayout(line);
-}
-
-void SettingsCards::AddSpeaking(QVBoxLayout& lines) {
-  AddBoxes(lines, {&form_.chkAudioPrompts});
-  lines.addSpacing(kBetweenParts);
-  auto* const volumeLabel = new QLabel(this);
-  lines.addWidget(volumeLabel);
-  binder_.Show(form_.lblPromptVolume, *volumeLabel);
-  auto* const volume = new DeckSlider(DeckSlider::Look::Level, this);
-  lines.addWidget(volume);
-  binder_.Slide(form_.sldPromptVol, *volume);
+void SettingsCards::AddNewWork(QVBoxLayout& lines) {
+  AddBoxes(lines, {&form_.chkAutoRefreshMode});
+  AddInterval(lines, form_.txtAutoQueueRefreshInterval);
+  AddBoxes(lines, {&form_.chkWorkWaitingAlertMode});
+  QBoxLayout& options = AddIndented(lines);
+  for (forms::Choice* const option :
+       {&form_.optNewWorkWaitingAllJobs, &form_.optNewWorkWaitingPriority}) {
+    auto* const button = new QRadioButton(this);
+    options.addWidget(button);
+    binder_.Tick(*option, *button);
+  }
+  options.addStretch(1);
+  AddInterval(lines, form_.txtNewDictationAlertInterval);
+  AddBoxes(lines, {&form_.chkAutoImportMode, &form_.chkAutoQueueJob});
+  lines.addStretch(1);
 }
 
 void SettingsCards::AddFiles(QVBoxLayout& lines) {
-  AddBoxes(lines, {&form_.chkAutoImportMode});
-  auto* const row = new QHBoxLayout;
-  auto* const label = new QLabel(this);
-  row->addWidget(label);
-  binder_.Show(form_.lblWavConvMode, *label);
-  row->addStretch(1);
-  auto* const rate = new QLineEdit(this);
-  rate->setFixedWidth(rate->fontMetrics().horizontalAdvance("0000") + kRateSides);
-  label->setBuddy(rate);
-  row->addWidget(rate);
-  binder_.Edit(form_.txtWavConvMode, *rate);
+  auto* const numbers = new QGridLayout;
+  numbers->setVerticalSpacing(kBetweenNumbers);
+  numbers->setColumnStretch(0, 1);
+  AddNumber(*numbers, form_.lblDeleteCompletedFiles, form_.txtDeleteCompletedFiles, "days");
+  auto* const limit = new QLabel(this);
+  numbers->addWidget(limit, numbers->rowCount(), 0, 1, 3);
+  binder_.Show(form_.lblDeleteCompletedLimit, *limit);
+  AddNumber(*numbers, form_.lblViewDelay, form_.txtViewDelay, "seconds");
+  AddNumber(*numbers, form_.lblWavConvMode, form_.txtWavConvMode, "KHz");
   auto* const next = new RoomyKey(this);
-  row->addWidget(next);
+  numbers->addWidget(next, numbers->rowCount(), 1, 1, 2);
   binder_.Press(form_.cmdWavConvMode, *next);
-  lines.addLayout(row);
+  lines.addLayout(numbers);
+  lines.addStretch(1);
 }
 
-void SettingsCards::AddShowing(QVBoxLayout& lines) {
-  auto* const heading = new QLabel(this);
-  lines.addWidget(heading);
-  binder_.Show(form_.lblSubjectHeading, *heading);
-  AddEdit(lines, form_.txtSubjectHeading);
-  lines.addSpacing(kBetweenParts);
+void SettingsCards::AddReports(QVBoxLayout& lines) {
+  forms::Text& path = form_.txtWordProcessorPath;
+  auto* const box = new TwiceClickedEdit(
+      this, [this, &path] { binder_.ByHand(path, [&path] { path.DoubleClick(); }); });
+  AddNamedEdit(lines, form_.lblWordProcessorPath, path, *box);
+  lines.addStretch(1);
+}
+
+void SettingsCards::AddPrompts(QVBoxLayout& lines) {
+  AddBoxes(lines, {&form_.chkAudioPrompts});
+  auto* const group = new QVBoxLayout;
+  group->setSpacing(kToItsOwn);
+  auto* const name = new QLabel(this);
+  group->addWidget(name);
+  binder_.Show(form_.lblPromptVolume, *name);
+  auto* const volume = new DeckSlider(DeckSlider::Look::Level, this);
+  group->addWidget(volume);
+  binder_.Slide(form_.sldPromptVol, *volume);
+  lines.addLayout(group);
+  lines.addStretch(1);
+}
+
+void SettingsCards::AddWindow(QVBoxLayout& lines) {
+  AddBoxes(lines, {&form_.chkMinimizeMiniPlayer, &form_.chkAlwaysOnTop});
+  auto* const key = new RoomyKey(this);
+  lines.addWidget(key);
+  binder_.Press(form_.cmdCenterMiniPlayer, *key);
+  lines.addStretch(1);
+  // Where a desktop lets windows do none of this, the card would be a heading over nothing.
+  QWidget* const card = lines.parentWidget();
+  const auto hideEmpty = [this, card] {
+    card->setVisible(form_.chkMinimizeMiniPlayer.Visible || form_.chkAlwaysOnTop.Visible ||
+                     form_.cmdCenterMiniPlayer.Visible);
+  };
+  binder_.Watch(form_.chkMinimizeMiniPlayer, hideEmpty);
+  binder_.Watch(form_.chkAlwaysOnTop, hideEmpty);
+  binder_.Watch(form_.cmdCenterMiniPlayer, hideEmpty);
+}
+
+void SettingsCards::AddWords(QVBoxLayout& lines) {
+  AddNamedEdit(lines, form_.lblSubjectHeading, form_.txtSubjectHeading, *new QLineEdit(this));
   AddBoxes(lines, {&form_.chkShowCustomDisplay});
-  AddEdit(lines, form_.txtCustomDisplay);
+  auto* const line = new QLineEdit(this);
+  lines.addWidget(line);
+  binder_.Edit(form_.txtCustomDisplay, *line);
   lines.addStretch(1);
 }
 
@@ -114,7 +168,7 @@ void SettingsCards::AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Ra
   auto* const group = new QWidget(this);
   auto* const lines = new QVBoxLayout(group);
   lines->setContentsMargins(0, 0, 0, 0);
-  lines->setSpacing(2);
+  lines->setSpacing(kToItsOwn);
   auto* const top = new QHBoxLayout;
   auto* const caption = new QLabel(group);
   top->addWidget(caption, 1);
@@ -139,10 +193,53 @@ void SettingsCards::AddBoxes(QVBoxLayout& column, std::initializer_list<forms::C
   }
 }
 
-void SettingsCards::AddEdit(QVBoxLayout& column, forms::Text& text) {
-  auto* const box = new QLineEdit(this);
-  column.addWidget(box);
-  binder_.Edit(text, *box);
+QBoxLayout& SettingsCards::AddIndented(QVBoxLayout& column) {
+  auto* const row = new QHBoxLayout;
+  row->setContentsMargins(style()->pixelMetric(QStyle::PM_IndicatorWidth) +
+                              style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing),
+                          0, 0, 0);
+  column.addLayout(row);
+  return *row;
+}
+
+void SettingsCards::AddInterval(QVBoxLayout& column, forms::Text& seconds) {
+  QBoxLayout& row = AddIndented(column);
+  auto* const every = new QLabel("every", this);
+  row.addWidget(every);
+  auto* const box = new NumberBox(this);
+  row.addWidget(box);
+  auto* const unit = new QLabel("seconds", this);
+  row.addWidget(unit);
+  row.addStretch(1);
+  binder_.Edit(seconds, *box);
+  binder_.Watch(seconds, [every, unit, &seconds] {
+    every->setEnabled(seconds.Enabled);
+    unit->setEnabled(seconds.Enabled);
+  });
+}
+
+void SettingsCards::AddNumber(QGridLayout& grid, forms::Text& label, forms::Text& number,
+                              const QString& unit) {
+  const int row = grid.rowCount();
+  auto* const name = new QLabel(this);
+  grid.addWidget(name, row, 0);
+  binder_.Show(label, *name);
+  auto* const box = new NumberBox(this);
+  grid.addWidget(box, row, 1);
+  binder_.Edit(number, *box);
+  grid.addWidget(new QLabel(unit, this), row, 2);
+}
+
+void SettingsCards::AddNamedEdit(QVBoxLayout& column, forms::Text& label, forms::Text& text,
+                                 QLineEdit& box) {
+  auto* const group = new QVBoxLayout;
+  group->setSpacing(kToItsOwn);
+  auto* const name = new QLabel(this);
+  group->addWidget(name);
+  binder_.Show(label, *name);
+  group->addWidget(&box);
+  binder_.Edit(text, box);
+  column.addLayout(group);
 }
 
 }  // namespace tavlo::platform::qt

@@ -1,35 +1,49 @@
 #pragma once
 
+#include <QString>
 #include <QWidget>
 #include <initializer_list>
 
 #include "forms/configuration_form.h"
 
+class QBoxLayout;
+class QGridLayout;
+class QLabel;
+class QLineEdit;
 class QVBoxLayout;
 
 namespace tavlo::platform::qt {
 
 class Binder;
 
-/// The settings page, as far as its settings have an effect yet, on cards in two columns: playing,
-/// the window and what it shows on the left, prompts, files that come in and the foot pedal on the
-/// right.
+/// The settings page: a card for each group of settings, under a heading that says what it is
+/// about.
 class SettingsCards : public QWidget {
  public:
   SettingsCards(forms::ConfigurationForm& form, Binder& binder, QWidget* parent);
 
  private:
-  QVBoxLayout& AddCard(QVBoxLayout& column);
+  QVBoxLayout& AddCard(const QString& heading);
   void AddPlaying(QVBoxLayout& lines);
-  void AddWindow(QVBoxLayout& lines);
-  void AddSpeaking(QVBoxLayout& lines);
+  void AddNewWork(QVBoxLayout& lines);
   void AddFiles(QVBoxLayout& lines);
-  void AddShowing(QVBoxLayout& lines);
+  void AddReports(QVBoxLayout& lines);
+  void AddPrompts(QVBoxLayout& lines);
+  void AddWindow(QVBoxLayout& lines);
+  void AddWords(QVBoxLayout& lines);
+
   /// A frame whose caption carries the value of its slider.
   void AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Range& range,
                  forms::Choice* box = nullptr);
   void AddBoxes(QVBoxLayout& column, std::initializer_list<forms::Choice*> boxes);
-  void AddEdit(QVBoxLayout& column, forms::Text& text);
+  /// A line that belongs to the box to tick above it.
+  QBoxLayout& AddIndented(QVBoxLayout& column);
+  /// The seconds after which what the box above says is done again.
+  void AddInterval(QVBoxLayout& column, forms::Text& seconds);
+  /// A number with its name before and its unit behind it.
+  void AddNumber(QGridLayout& grid, forms::Text& label, forms::Text& number, const QString& unit);
+  /// A text under its name.
+  void AddNamedEdit(QVBoxLayout& column, forms::Text& label, forms::Text& text, QLineEdit& box);
 
   forms::ConfigurationForm& form_;
   Binder& binder_;

@@ -31,7 +31,9 @@ TopWindow::TopWindow(forms::Window& form, QtLoop& loop, Binder& binder, Qt::Wind
   settle_.setSingleShot(true);
   settle_.setInterval(kSettleMilliseconds);
   connect(&settle_, &QTimer::timeout, this, [this] { Settled(); });
+  connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this] { KeepKeyboard(); });
   KeepScreenSize();
+  KeepKeyboard();
   WatchScreens();
 }
 
@@ -72,6 +74,12 @@ void TopWindow::KeepScreenSize() {
   form_.ScreenHeight = ToTwips(space.height());
 }
 
+void TopWindow::KeepKeyboard() {
+  // What changes in a breath is kept when the window has settled.
+  if (loop_.Breathing()) return settle_.start();
+  form_.HasKeyboard = QGuiApplication::focusWindow() != nullptr;
+}
+
 void TopWindow::WatchScreens() {
   const auto changed = [this] {
     screensChanged_ = true;
@@ -108,6 +116,8 @@ void TopWindow::Show() {
   if (shownTopMost_ != form_.TopMost) {
     shownTopMost_ = form_.TopMost;
     windowHandle()->setFlag(Qt::WindowStaysOnTopHint, shownTopMost_);
+    // Where nobody keeps windows on top, it at least comes there.
+    if (shownTopMost_ && !WindowsAreManaged()) raise();
   }
   ShowShape();
   ShowPlace();
@@ -180,6 +190,7 @@ void TopWindow::Settled() {
     return;
   }
   // What happened during a breath is told now.
+  KeepKeyboard();
   ShapeChanged();
   TellActivated();
   ReturnToAScreen();

@@ -58,6 +58,7 @@ class TopWindow : public QWidget {
   /// Takes the form's wish to be minimized as one that was called back at once.
   void StayUnminimized();
   void KeepScreenSize();
+  void KeepKeyboard();
   void WatchScreens();
   void ReturnToAScreen();
   bool WantsMinimized() const { return form_.WindowShape == forms::Shape::Minimized; }

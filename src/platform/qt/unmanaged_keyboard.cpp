@@ -16,6 +16,11 @@ bool TakesKeyboard(const QWindow& window) {
   return window.isTopLevel() && type != Qt::Popup && type != Qt::ToolTip;
 }
 
+/// It came up by itself while somebody was typing elsewhere.
+bool ComesQuietly(const QWindow& window) {
+  return window.property("_q_showWithoutActivating").toBool();
+}
+
 }  // namespace
 
 UnmanagedKeyboard::UnmanagedKeyboard() { qGuiApp->installEventFilter(this); }
@@ -37,7 +42,7 @@ bool UnmanagedKeyboard::eventFilter(QObject* watched, QEvent* event) {
   if (!window || !TakesKeyboard(*window)) return false;
   switch (event->type()) {
     case QEvent::Expose:
-      if (window->isExposed() &&
+      if (window->isExposed() && !ComesQuietly(*window) &&
           std::find(windows_.begin(), windows_.end(), window) == windows_.end()) {
         GiveTo(window);
       }

@@ -8,9 +8,9 @@ class QWindow;
 
 namespace tavlo::platform::qt {
 
-/// Gives windows the keyboard where no window manager does: each that appears, each that is
-/// clicked, and when the one that had it goes, the latest of those that are left. Does nothing
-/// while there is a manager.
+/// Gives windows the keyboard where no window manager does: each that appears, unless it is shown
+/// without activating, each that is clicked, and when the one that had it goes, the latest of those
+/// that are left. Does nothing while there is a manager.
 class UnmanagedKeyboard : public QObject {
  public:
   /// Watches the application's windows for as long as it lives.

@@ -27,7 +27,7 @@ std::string CloseBox(DrivenProgram& program) {
   const std::string told = program.Box();
   if (told.empty()) return told;
   program.Do([] {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    QMessageBox* const box = DrivenProgram::OpenBox();
     if (box) box->button(QMessageBox::Ok)->click();
   });
   return told;

@@ -125,7 +125,10 @@ TEST_F(Keyboard, IsGivenAwayByEveryBoxAndKeyOfTheConfiguration) {
     ExpectGivenAwayBy({"chkAccelerateWindIncrement", "chkMinimizeMiniPlayer", "chkAlwaysOnTop",
                        "chkAutoQueueJob", "cmdCenterMiniPlayer", "chkAudioPrompts",
                        "chkShowCustomDisplay", "chkAutoImportMode", "cmdWavConvMode", "sliderABS",
-                       "sliderAutoPreview", "sliderWindIncrement", "sldPromptVol"});
+                       "sliderAutoPreview", "sliderWindIncrement", "sldPromptVol",
+                       "chkAutoRefreshMode"});
+    ExpectGivenAwayBy({"chkAutoRefreshMode", "chkWorkWaitingAlertMode", "optNewWorkWaitingAllJobs",
+                       "optNewWorkWaitingPriority", "chkWorkWaitingAlertMode"});
     program->Keys({keys::kAlt, 'c'});
     ASSERT_TRUE(program->Until([&] { return program->Main().frmMain.Visible.Get(); }));
     EXPECT_TRUE(NoControlHasIt()) << Holder();

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "album.h"
+#include "each_face.h"
 #include "support/desktop.h"
 #include "support/driven_program.h"
-#include "support/face.h"
 #include "support/keys.h"
 #include "support/screen.h"
 #include "support/sound_files.h"
@@ -164,24 +164,14 @@ void Sitting::TakeListening() {
   ASSERT_TRUE(Ready());
 }
 
-/// Every face that is there, under the shape of the window that shows the most lettering on it. The
-/// deck then has the one that it began with.
+/// Every face under the shape of the window that shows the most lettering on it.
 void Sitting::TakeFaces() {
-  const forms::Table& faces = Main().listFasciaImages;
-  const auto chosen = [&] { return faces.ListIndex.Get(); };
-  const int count = program->Ask([&] { return static_cast<int>(faces.Rows().size()); });
-  for (int face = 0; face < count; ++face) {
-    const int before = program->Ask(chosen);
-    program->Do([this] { Main().imageFaciaA.Click(); });
-    ASSERT_TRUE(program->Until([&] { return chosen() != before; }));
-    program->Settle();
-    ASSERT_TRUE(program->Until([] { return !FaceIsOnItsWay(); }));
-    const fs::path file = program->Ask([&] { return faces.TextAt(chosen(), 0); });
-    album->TakeLight("face-" + file.stem().string());
+  EachFace(*program, [this](const std::string& name) {
+    album->TakeLight(name);
     Remark("The position was not saved: the disk is full. Document: dictation.wav");
-    album->TakeLight("face-" + file.stem().string() + "-remark");
+    album->TakeLight(name + "-remark");
     Remark("");
-  }
+  });
 }
 
 /// Has the quiet line say this, or nothing.

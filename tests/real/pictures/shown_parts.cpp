@@ -22,6 +22,7 @@
 #include <QTableView>
 #include <QTextEdit>
 
+#include "platform/qt/brand_logo.h"
 #include "platform/qt/deck_key.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/list_heading.h"
@@ -30,6 +31,7 @@
 namespace tavlo::test {
 namespace {
 
+using platform::qt::BrandLogo;
 using platform::qt::DeckKey;
 using platform::qt::DeckSlider;
 using platform::qt::ListHeading;
@@ -120,6 +122,10 @@ class Walk {
 
   void Describe(QWidget& widget) {
     if (auto* label = qobject_cast<QLabel*>(&widget)) return DescribeLabel(*label);
+    if (auto* logo = dynamic_cast<BrandLogo*>(&widget)) {
+      AddControl(*logo);
+      return AddMark(*logo, logo->rect());
+    }
     if (auto* key = dynamic_cast<DeckKey*>(&widget)) return DescribeKey(*key);
     if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
       return DescribeButton(*button);

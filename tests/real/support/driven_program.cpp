@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QTableView>
 #include <QWindow>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
@@ -98,9 +99,21 @@ bool DrivenProgram::IsReady() {
   });
 }
 
+QMessageBox* DrivenProgram::OpenBox() {
+  // One that came up while somebody typed elsewhere is not modal to the toolkit. One that came over
+  // another belongs to that.
+  for (QWidget* const widget : QApplication::topLevelWidgets()) {
+    auto* const box = qobject_cast<QMessageBox*>(widget);
+    if (!box || !box->isVisible()) continue;
+    const auto over = box->findChildren<QMessageBox*>(Qt::FindDirectChildrenOnly);
+    if (std::ranges::none_of(over, &QMessageBox::isVisible)) return box;
+  }
+  return nullptr;
+}
+
 std::string DrivenProgram::Box() {
   return Ask([]() -> std::string {
-    const auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    const QMessageBox* const box = OpenBox();
     return box ? (box->windowTitle() + ": " + box->text()).toStdString() : "";
   });
 }
@@ -171,13 +184,24 @@ void DrivenProgram::Keys(std::initializer_list<std::uint32_t> symbols) {
   Follow();
 }
 
-void DrivenProgram::Click(const char* control) {
+QPoint DrivenProgram::MiddleOf(const char* control) {
   const QPoint place = Rest([&] {
     QWidget* const widget = Widget(control);
     return widget ? Spot{widget, widget->rect().center()} : Spot{};
   });
   if (place.isNull()) ADD_FAILURE() << control << " does not show";
+  return place;
+}
+
+void DrivenProgram::Click(const char* control) {
+  const QPoint place = MiddleOf(control);
   hands_.ClickAt(place.x(), place.y());
+  Follow();
+}
+
+void DrivenProgram::DoubleClick(const char* control) {
+  const QPoint place = MiddleOf(control);
+  for (int click = 0; click < 2; ++click) hands_.ClickAt(place.x(), place.y());
   Follow();
 }
 

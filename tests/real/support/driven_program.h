@@ -12,6 +12,7 @@
 #include "support/hands.h"
 #include "support/home.h"
 
+class QMessageBox;
 class QWidget;
 
 namespace tavlo::test {
@@ -52,6 +53,9 @@ class DrivenProgram {
   void Settle();
   /// The list stands, and nothing is under way.
   bool IsReady();
+  /// The open message box, of several the foremost; null when there is none. For the program's
+  /// thread.
+  static QMessageBox* OpenBox();
   /// Title and text of the open message box with a colon between them; empty when none is open.
   std::string Box();
   int RowOf(const std::string& fileName);
@@ -62,6 +66,7 @@ class DrivenProgram {
   /// Clicks the splash away and waits for the list.
   bool Begin();
   void Click(const char* control);
+  void DoubleClick(const char* control);
   void ClickRow(int row);
   void Keys(std::initializer_list<std::uint32_t> symbols);
   /// Drags a slider's handle to so many hundredths of its width.
@@ -80,6 +85,8 @@ class DrivenProgram {
   static QWidget* Widget(const char* name);
   /// Where the screen really has a spot, in pixels.
   QPoint PlaceOf(const Spot& spot) const;
+  /// The middle of a control once it stands still, in pixels.
+  QPoint MiddleOf(const char* control);
   /// Settles, unless what the hands did was to end the program.
   void Follow();
   /// Where a spot is on the screen once it stands still, in pixels.

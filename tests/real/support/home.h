@@ -11,6 +11,10 @@ namespace tavlo::test {
 /// The home folder of a user of a test's own, with what the deck keeps in it.
 class Home {
  public:
+  Home() = default;
+  /// It stands in that folder.
+  explicit Home(const std::string& where) : folder_(where) {}
+
   const std::string& Path() const { return folder_.Path(); }
   std::string Root() const { return Path() + "/Lyrane/TavloDeck"; }
   std::string SettingsPath() const { return Root() + "/Lyrane_Tavlo_Deck.mdb"; }

@@ -6,6 +6,7 @@
 /// symbol.
 namespace tavlo::test::keys {
 
+inline constexpr std::uint32_t kBackspace = 0xFF08;
 inline constexpr std::uint32_t kTab = 0xFF09;
 inline constexpr std::uint32_t kReturn = 0xFF0D;
 inline constexpr std::uint32_t kEscape = 0xFF1B;

@@ -22,7 +22,9 @@ RealBus::RealBus() {
   ::close(ends[0]);
 }
 
-RealBus::~RealBus() {
+RealBus::~RealBus() { Kill(); }
+
+void RealBus::Kill() {
   if (daemon_.Running()) ::kill(-daemon_.Process(), SIGKILL);
 }
 
@@ -36,5 +38,7 @@ void RealBus::Freeze() {
   ASSERT_TRUE(daemon_.Running()) << "there is no bus to freeze";
   ::kill(-daemon_.Process(), SIGSTOP);
 }
+
+void RealBus::Thaw() { ::kill(-daemon_.Process(), SIGCONT); }
 
 }  // namespace tavlo::test

@@ -21,6 +21,10 @@ class RealBus {
   bool StartService(const std::string& name, const std::string& path) const;
   /// From here on neither the bus nor a service does anything, and their sockets stay.
   void Freeze();
+  /// It goes on.
+  void Thaw();
+  /// It dies, and the services with it.
+  void Kill();
 
  private:
   TemporaryFolder folder_;

@@ -53,6 +53,25 @@ TEST_F(ConfigurationFormTest, SlidersStartAtTheirFirstValues) {
   EXPECT_EQ(config.sliderWindIncrement.Bounds.maximum, 60);
 }
 
+TEST_F(ConfigurationFormTest, RefreshAndAlertsSayWhatTheyDo) {
+  EXPECT_EQ(config.chkAutoRefreshMode.Caption.Get(), "Automatic Queue Refresh");
+  EXPECT_EQ(config.txtAutoQueueRefreshInterval.Tooltip.Get(),
+            "The number of seconds between each automatic queue refresh");
+  EXPECT_EQ(config.txtNewDictationAlertInterval.Tooltip.Get(),
+            "The number of seconds between each check for new dictation");
+  EXPECT_EQ(config.chkWorkWaitingAlertMode.Caption.Get(), "New Dictation Alert");
+  EXPECT_EQ(config.chkWorkWaitingAlertMode.Tooltip.Get(), "Alert when a new dictation has arrived");
+  EXPECT_EQ(config.optNewWorkWaitingAllJobs.Caption.Get(), "Any");
+  EXPECT_EQ(config.optNewWorkWaitingAllJobs.Tooltip.Get(),
+            "Alert when any new dictation has arrived");
+  EXPECT_EQ(config.optNewWorkWaitingPriority.Caption.Get(), "Priority");
+  EXPECT_EQ(config.optNewWorkWaitingPriority.Tooltip.Get(),
+            "Alert when a new priority dictation has arrived");
+  EXPECT_EQ(config.chkAutoImportMode.Caption.Get(), "Automatic Import");
+  EXPECT_EQ(config.chkAutoImportMode.Tooltip.Get(),
+            "Automatically import files into the queue from the import folders");
+}
+
 TEST_F(ConfigurationFormTest, CloneWaitsForTheFirstMemorize) {
   EXPECT_FALSE(config.cmdFtpClone.Enabled);
   EXPECT_TRUE(config.cmdFtpMemorize.Enabled);

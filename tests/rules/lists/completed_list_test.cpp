@@ -346,7 +346,7 @@ TEST_F(CompletedListTest, DeleteThatFailsShowsWhatIsOnTheDisk) {
   Enter();
   Choose(brown);
   loop.Expect({.reply = Reply::Yes});
-  disk.FailOperation(1, store::DiskResult::NoAccess);
+  disk.LockFolder(folders.CompletedPath());
   form.cmdDeleteOneCompleted.Press(By::Hand);
   EXPECT_EQ(CompletedRows(), 1);
   EXPECT_TRUE(prompts.empty());
@@ -421,8 +421,12 @@ TEST_F(CompletedListTest, DeleteAllGoesOnPastAFileThatCanNotBeDeleted) {
   Enter();
   loop.Expect({.reply = Reply::Yes});
   loop.Expect({.reply = Reply::Yes});
-  // The first operation is the listing.
-  disk.FailOperation(2, store::DiskResult::NoAccess);
+  disk.LockFolder(folders.CompletedPath());
+  disk.Operations.clear();
+  // The listing, and both tries at the first file.
+  disk.BetweenOperations = [&] {
+    if (disk.Operations.size() == 4) disk.UnlockFolder(folders.CompletedPath());
+  };
   form.cmdDeleteAllCompleted.Press(By::Hand);
   EXPECT_EQ(disk.NamesIn(folders.CompletedPath()).size(), 1u);
   EXPECT_TRUE(prompts.empty());

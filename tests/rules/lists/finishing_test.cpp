@@ -391,13 +391,20 @@ TEST_F(FinishingTest, CompletePressedInTheMomentOfSelectingIsDropped) {
 }
 
 TEST_F(FinishingTest, FinishingCountsAsTheUsersActAndAsALookAtTheWork) {
-  WorkOn(name, 0);
-  waitingWork.AlertTicks = 7;
-  form.cmdSkip.Press(By::Hand);
-  EXPECT_EQ(waitingWork.AlertTicks, 0);
-  EXPECT_EQ(waitingWorkSeen, 1);
-  EXPECT_EQ(retrievals, 1);
-  EXPECT_TRUE(waitingWork.tmrWorkWaitingAlert.Enabled());
+  for (forms::Command* const key : {&form.cmdSkip, &form.cmdSave, &form.cmdComplete}) {
+    SCOPED_TRACE(key->Name);
+    WorkOn(Cell(0, column::FileName), 0);
+    key->Enabled = true;
+    waitingWork.Pause();
+    waitingWork.AlertTicks = 7;
+    waitingWorkSeen = 0;
+    retrievals = 0;
+    key->Press(By::Hand);
+    EXPECT_EQ(waitingWork.AlertTicks, 0);
+    EXPECT_EQ(waitingWorkSeen, 1);
+    EXPECT_EQ(retrievals, 1);
+    EXPECT_TRUE(waitingWork.tmrWorkWaitingAlert.Enabled());
+  }
 }
 
 }  // namespace

@@ -150,6 +150,25 @@ TEST_F(RefreshTest, FirstRefreshRunsOnceAndFreesTheWindow) {
   EXPECT_EQ(retrievals, 1);
 }
 
+TEST_F(RefreshTest, FirstRefreshShowsTheListBeforeItsLastWaitAndTheHourglassToItsEnd) {
+  form.listViewInQueue.Visible = false;
+  form.cmdUpdateFileList.Enabled = false;
+  refresh.tmrGetAllJobs.Start();
+  int looks = 0;
+  base::Timer look(loop, "look", 70ms);
+  look.OnTick = [&] {
+    ++looks;
+    const base::Duration now = loop.Now().sinceStart;
+    const bool runs = now > 100ms && now < 1600ms;
+    EXPECT_EQ(form.frmMain.MousePointer == forms::Pointer::Hourglass, runs) << now.count();
+    EXPECT_EQ(form.listViewInQueue.Visible, now > 1100ms) << now.count();
+    EXPECT_EQ(form.cmdUpdateFileList.Enabled, now > 1600ms) << now.count();
+  };
+  look.Start();
+  loop.Advance(1700ms);
+  EXPECT_EQ(looks, 24);
+}
+
 TEST_F(RefreshTest, NoHandTakesARowBeforeTheFirstRefreshIsDone) {
   refresh.tmrGetAllJobs.Start();
   base::Timer hand(loop, "hand", 1300ms);

@@ -216,6 +216,12 @@ TEST_F(DeckTest, AlertTimerTakesTheIntervalOfItsMode) {
   EXPECT_EQ(deck.Built()->waitingWork.tmrWorkWaitingAlert.Interval(), 3000ms);
 }
 
+TEST_F(DeckTest, AlertTimerTakesTheLongestIntervalForAStoredOneBeyondIt) {
+  StartWith({{"WorkWaitingAlertMode", "A"}, {"NewDictationAlertInterval", "5000"}});
+  EXPECT_EQ(deck.Built()->waitingWork.tmrWorkWaitingAlert.Interval(), 65'500ms);
+  EXPECT_EQ(config.txtNewDictationAlertInterval.Value.Get(), "1310");
+}
+
 TEST_F(DeckTest, FtpFileTypesAreListedAndTheFirstIsChosen) {
   StartUntilReady();
   EXPECT_EQ(form.comboFtpFileTypesToList.Rows().size(), 11u);

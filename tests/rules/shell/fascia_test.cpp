@@ -35,6 +35,10 @@ TEST_F(FasciaTest, NamesAreListedInAnOrderThatAStoredNumberCanCountOn) {
   EXPECT_FALSE(form.listFasciaImages.Visible);
 }
 
+TEST_F(FasciaTest, ListSaysWhatItIsFor) {
+  EXPECT_EQ(form.listFasciaImages.Tooltip.Get(), "Choose the appearance of your Tavlo Deck");
+}
+
 TEST_F(FasciaTest, StoredPictureIsShownOnceTheWindowIsReady) {
   StartWith("2", {"Ash.png", "Slate.png"});
   EXPECT_EQ(Shown(), Folder() + "Slate.png");

@@ -22,29 +22,19 @@ struct LoadTest : testing::Test, DeckBench {
 };
 
 TEST_F(LoadTest, StepsOfOtherRoomsComeInTheirOrder) {
-  LoadWith("DeleteCompletedFiles", "30");
-  EXPECT_EQ(annex.ran, "attach upgrade purge usb count ");
+  LoadWith("AudioPromptsFlag", "Y");
+  EXPECT_EQ(annex.ran, "attach upgrade usb ");
 }
 
 TEST_F(LoadTest, WhatWaitsInADropFolderIsInTheQueueOnceTheWindowShows) {
   const std::string dropped = Path("/Files/eW2Queue/a.eW2");
   disk.WithFile(dropped);
-  LoadWith("DeleteCompletedFiles", "30");
+  LoadWith("AudioPromptsFlag", "Y");
   EXPECT_TRUE(disk.Has(dropped));
   loop.Advance(2s);
   EXPECT_FALSE(disk.Has(dropped));
   ASSERT_EQ(form.listViewInQueue.Rows().size(), 1u);
   EXPECT_EQ(form.listViewInQueue.TextAt(0, forms::document_column::FileName), "a.wav");
-}
-
-TEST_F(LoadTest, NoDaysToKeepRunNoPurge) {
-  LoadWith("DeleteCompletedFiles", "0");
-  EXPECT_EQ(annex.ran, "attach upgrade usb count ");
-}
-
-TEST_F(LoadTest, DaysThatAreNoByteRunNoPurge) {
-  LoadWith("DeleteCompletedFiles", "300");
-  EXPECT_EQ(annex.ran, "attach upgrade usb count ");
 }
 
 TEST_F(LoadTest, BothListsOfDocumentsGetTheirColumnsUnderTheUsersOwnWord) {
@@ -80,6 +70,19 @@ TEST_F(LoadTest, TitleBarThatIsNotStoredStaysToBeMeasured) {
   form.frmMain.AboveContent = 450;
   LoadWith("TitleBarHeight", "");
   EXPECT_EQ(form.txtTitleBarHeight.Value.Get(), "");
+}
+
+TEST_F(LoadTest, WhatWaitsIsTakenAsSeenBeforeTheFirstRefreshBringsItIn) {
+  disk.WithFile(Path("/Files/eW2Queue/a.eW2"));
+  disk.WithFile(Path("/Files/ImportQueue/letter P_.wav"));
+  LoadWith("WorkWaitingAlertMode", "A");
+  ASSERT_TRUE(deck.Built()->refresh.tmrGetAllJobs.Enabled())
+      << "the first refresh is still to come";
+  const lists::WaitingFigures& figures = deck.Built()->waitingFigures;
+  EXPECT_EQ(figures.LastQueueCount, 1);
+  EXPECT_EQ(figures.LastQueuePriorityCount, 0);
+  EXPECT_EQ(figures.LastImportCount, 1);
+  EXPECT_EQ(figures.LastImportPriorityCount, 1);
 }
 
 TEST_F(LoadTest, AlertTimerOfNoAlertTakesTheIntervalOfTheRefresh) {

@@ -267,8 +267,7 @@ TEST_F(ShownDocument, DeleteAllThatFailsDoesNotSayThatNothingIsCompleted) {
   form.mnuViewCompleted.Press(By::Hand);
   loop.Expect({.reply = base::Reply::Yes});
   loop.Expect({.reply = base::Reply::Yes});
-  // The listing is the first operation, the delete the second.
-  disk.FailOperation(2, store::DiskResult::NoAccess);
+  disk.LockFolder(Completed());
   form.cmdDeleteAllCompleted.Press(By::Hand);
   ASSERT_TRUE(disk.Has(Completed() + typed));
   EXPECT_EQ(form.listViewCompleted.WhenEmpty.Get(),

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/settings_bench.h"
@@ -116,11 +118,19 @@ TEST_F(AlertOptionsTest, OptionWritesItsLetter) {
   EXPECT_EQ(Mode(), "A");
 }
 
-TEST_F(AlertOptionsTest, IntervalThatIsClearedReadsOne) {
-  OpenWith("A");
-  config.txtNewDictationAlertInterval.Change("");
-  EXPECT_EQ(config.txtNewDictationAlertInterval.Value.Get(), "1");
-  EXPECT_EQ(restarts, std::vector<base::Duration>{50ms});
+TEST_F(AlertOptionsTest, NoughtOrNothingTypedAsSecondsLeavesOneInEitherBox) {
+  for (const bool refreshes : {true, false}) {
+    OpenWith(refreshes ? "1" : "A", refreshes ? "-1" : "0");
+    forms::Text& box =
+        refreshes ? config.txtAutoQueueRefreshInterval : config.txtNewDictationAlertInterval;
+    for (const char* typed : {"0", ""}) {
+      box.Value = "30";
+      restarts.clear();
+      box.Change(typed);
+      EXPECT_EQ(box.Value.Get(), "1") << box.Name << " \"" << typed << '"';
+      EXPECT_EQ(restarts, std::vector<base::Duration>{50ms}) << box.Name;
+    }
+  }
 }
 
 TEST_F(AlertOptionsTest, IntervalInUseRestartsTheTimerAndTheOtherDoesNot) {
@@ -143,11 +153,45 @@ TEST_F(AlertOptionsTest, IntervalThatIsNotStoredIsASecond) {
   EXPECT_EQ(window::AlertOptions::IntervalOf(config.txtAutoQueueRefreshInterval), 50ms);
 }
 
-TEST_F(AlertOptionsTest, IntervalBeyondAllBoundsStaysWithinTheTimers) {
+/// What is stored or typed, and the seconds that are taken for it.
+const std::pair<std::string, std::string> kIntervals[] = {
+    {"60", "60"},       {"1", "1"},        {"", "1"},
+    {"0", "1"},         {"-1", "1"},       {"-5000", "1"},
+    {"0.9", "1"},       {"soon", "1"},     {" 7", "1"},
+    {"1309", "1309"},   {"1310", "1310"},  {"1311", "1310"},
+    {"1310.9", "1310"}, {"65536", "1310"}, {std::string(300, '9'), "1310"}};
+
+base::Duration TimerIntervalFor(const std::string& seconds) {
+  return std::chrono::milliseconds(50 * std::stoi(seconds));
+}
+
+TEST_F(AlertOptionsTest, IntervalThatIsTypedIsTakenFromOneSecondTo1310AndTheBoxShowsIt) {
   OpenWith("A");
-  config.txtNewDictationAlertInterval.Change(std::string(300, '9'));
-  ASSERT_EQ(restarts.size(), 1u);
-  EXPECT_EQ(restarts[0], 500'000'000ms);
+  for (const auto& [typed, taken] : kIntervals) {
+    config.txtNewDictationAlertInterval.Value = "500";
+    restarts.clear();
+    config.txtNewDictationAlertInterval.Change(typed);
+    EXPECT_EQ(config.txtNewDictationAlertInterval.Value.Get(), taken) << typed;
+    EXPECT_EQ(restarts, std::vector{TimerIntervalFor(taken)}) << typed;
+  }
+}
+
+TEST_F(AlertOptionsTest, IntervalThatIsStoredIsTakenInTheSameWay) {
+  for (const auto& [stored, taken] : kIntervals) {
+    database.With("AutoQueueRefreshInterval", stored).With("NewDictationAlertInterval", stored);
+    OpenWith("0", "-1");
+    EXPECT_EQ(config.txtAutoQueueRefreshInterval.Value.Get(), taken) << stored;
+    EXPECT_EQ(config.txtNewDictationAlertInterval.Value.Get(), taken) << stored;
+    EXPECT_EQ(window::AlertOptions::IntervalOf(config.txtAutoQueueRefreshInterval),
+              TimerIntervalFor(taken))
+        << stored;
+  }
+  EXPECT_TRUE(restarts.empty());
+}
+
+TEST_F(AlertOptionsTest, LongestIntervalIsTheLastThatFitsIntoSixteenBits) {
+  config.txtAutoQueueRefreshInterval.Value = "1310";
+  EXPECT_EQ(window::AlertOptions::IntervalOf(config.txtAutoQueueRefreshInterval), 65'500ms);
 }
 
 }  // namespace

@@ -295,10 +295,33 @@ TEST_F(ConfigurationWindowTest, KindOfPedalMirrorsTheText) {
 
 TEST_F(ConfigurationWindowTest, BoxesForNumbersKeepTheirNumber) {
   Open();
-  config.txtDeleteCompletedFiles.Change("300 days");
-  EXPECT_EQ(config.txtDeleteCompletedFiles.Value.Get(), "300");
-  config.txtViewDelay.Change("x");
-  EXPECT_EQ(config.txtViewDelay.Value.Get(), "0");
+  const std::pair<const char*, const char*> numbers[] = {
+      {"300 days", "300"}, {"x", "0"}, {"", "0"}, {" 7 ", "0"}, {"-3", "-3"}, {"007", "7"}};
+  for (forms::Text* const box : {&config.txtDeleteCompletedFiles, &config.txtViewDelay}) {
+    for (const auto& [typed, kept] : numbers) {
+      box->Change(typed);
+      EXPECT_EQ(box->Value.Get(), kept) << box->Name << " after " << typed;
+    }
+  }
+}
+
+TEST_F(ConfigurationWindowTest, SliderThatIsLetGoWritesItsTextAndGivesTheKeyboardAway) {
+  Open();
+  const std::pair<forms::Range&, forms::Text&> sliders[] = {
+      {config.sliderABS, config.txtAutoBackspace},
+      {config.sliderAutoPreview, config.txtAutoPreview},
+      {config.sliderWindIncrement, config.txtWindIncrement},
+      {config.sldPromptVol, config.txtPromptVolume}};
+  for (const auto& [slider, text] : sliders) {
+    config.frmConfiguration.FocusOn(slider);
+    slider.Press();
+    slider.Change(11);
+    EXPECT_EQ(text.Value.Get(), "11") << slider.Name;
+    text.Value = "";
+    slider.Release();
+    EXPECT_EQ(text.Value.Get(), "11") << slider.Name;
+    EXPECT_EQ(config.frmConfiguration.Focused(), &config.txtFocus) << slider.Name;
+  }
 }
 
 TEST_F(ConfigurationWindowTest, TooltipFollowsTheCustomDisplay) {
@@ -309,6 +332,7 @@ TEST_F(ConfigurationWindowTest, TooltipFollowsTheCustomDisplay) {
 
 TEST_F(ConfigurationWindowTest, DoubleClickEmptiesTheWordProcessor) {
   Open();
+  config.txtWordProcessorPath.Change("/usr/bin/writer");
   config.txtWordProcessorPath.DoubleClick();
   EXPECT_EQ(config.txtWordProcessorPath.Value.Get(), "");
 }

@@ -37,6 +37,15 @@ TEST_F(MainWindowTest, QuietLineSaysEverythingOfOneCommandAndNothingTwice) {
   EXPECT_FALSE(form.lblNotice.Visible);
 }
 
+TEST_F(MainWindowTest, QuietLineKeepsTheNewestWhileNobodyIsThere) {
+  for (int number = 1; number <= 500; ++number) {
+    window.Say("Note " + std::to_string(number) + ".");
+  }
+  const std::string said = form.lblNotice.Value;
+  EXPECT_TRUE(said.starts_with("Note 481. ")) << said;
+  EXPECT_TRUE(said.ends_with(" Note 500.")) << said;
+}
+
 TEST_F(MainWindowTest, QueueDocumentShowsInWorkOrAsTheHighlightedRowOfTheQueueInFront) {
   form.listViewInQueue.ListIndex = -1;
   EXPECT_FALSE(window.QueueDocumentShows());

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QLayout>
+#include <memory>
+#include <vector>
+
+namespace tavlo::platform::qt {
+
+/// Cards in columns of one width, one under the other and then on in the next column. There are as
+/// many columns as the page has room for, and the cards go on where the columns come out most
+/// alike: with large letters or on a small screen a page gets higher, not wider.
+class CardColumns : public QLayout {
+ public:
+  CardColumns(QWidget* page, int margin, int spacing);
+  ~CardColumns() override;
+  CardColumns(const CardColumns&) = delete;
+
+  /// The next card that is added begins a column where the page has so many columns.
+  void BeginColumnOf(int columns) { next_ = columns; }
+
+  void addItem(QLayoutItem* item) override;
+  int count() const override { return static_cast<int>(slots_.size()); }
+  QLayoutItem* itemAt(int index) const override;
+  QLayoutItem* takeAt(int index) override;
+  /// All columns beside each other.
+  QSize sizeHint() const override;
+  /// One column; the others can go below it.
+  QSize minimumSize() const override;
+  bool hasHeightForWidth() const override { return true; }
+  int heightForWidth(int width) const override;
+  void setGeometry(const QRect& place) override;
+
+ private:
+  struct Slot {
+    std::unique_ptr<QLayoutItem> card;
+    int beginsColumnOf = 0;
+  };
+  /// A card and its height at the width of the columns.
+  struct Placed {
+    QLayoutItem* card;
+    int height;
+  };
+  using Column = std::vector<Placed>;
+
+  int LeastColumnWidth() const;
+  int ColumnsWithin(int width) const;
+  int ColumnWidth(int width, int columns) const;
+  int HeightOf(const Column& column) const;
+  /// The cards that show, in the columns of a page of that width.
+  std::vector<Column> ColumnsFor(int width) const;
+  int HighestOf(const std::vector<Column>& columns) const;
+
+  std::vector<Slot> slots_;
+  int next_ = 0;
+};
+
+}  // namespace tavlo::platform::qt

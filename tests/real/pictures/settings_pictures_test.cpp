@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <cstdlib>
+#include <string>
+
+#include "album.h"
+#include "support/desktop.h"
+#include "support/driven_program.h"
+#include "support/sound_server.h"
+
+namespace tavlo::test {
+namespace {
+
+/// The number of a port that no machine has.
+constexpr const char* kNoPort = "700";
+
+struct SettingsScreen {
+  const char* name;
+  const char* factor;
+  const char* pixels;
+  int letters;  ///< Points, 0 for the desktop's own.
+  bool whole;   ///< The page has room for all of it.
+};
+
+class SettingsPictures : public testing::TestWithParam<SettingsScreen> {
+ protected:
+  SettingsPictures() : desktop_(GetParam().pixels) {
+    EXPECT_EQ(desktop_.Fault(), "");
+    ::setenv("QT_SCALE_FACTOR", GetParam().factor, 1);
+    EXPECT_TRUE(server_.Start());
+    home.MakeRoot({{"WorkWaitingAlertMode", "1"},
+                   {"DeleteCompletedFiles", "14"},
+                   {"ViewDelay", "2"},
+                   {"NewDictationAlertInterval", "1310"},
+                   {"SerialFootPedalComPort", kNoPort}});
+  }
+
+  void Open(DrivenProgram& program) {
+    ASSERT_TRUE(program.Begin());
+    if (GetParam().letters > 0) {
+      program.Do([] {
+        QFont huge = QApplication::font();
+        huge.setPointSize(GetParam().letters);
+        QApplication::setFont(huge);
+      });
+    }
+    program.Do([&] { program.Main().mnuConfiguration.Press(forms::By::Hand); });
+    ASSERT_TRUE(program.Until(
+        [&] { return program.Windows().configuration.frmConfiguration.Visible.Get(); }));
+  }
+  /// The area that the page is scrolled in; null when there is none.
+  static const QScrollArea* Area() {
+    for (const QWidget* const widget : QApplication::allWidgets()) {
+      const auto* const area = qobject_cast<const QScrollArea*>(widget);
+      if (area && area->isVisible()) return area;
+    }
+    return nullptr;
+  }
+  /// Whether the page must be scrolled to the sides, and up and down.
+  static QSize Scrolls() {
+    const QScrollArea* const area = Area();
+    if (!area) return {-1, -1};
+    return {area->horizontalScrollBar()->isVisible(), area->verticalScrollBar()->isVisible()};
+  }
+  /// Takes what shows, and all that a hand can scroll to.
+  static void TakeAll(DrivenProgram& program, Album& album, const std::string& name) {
+    album.Take(name);
+    const auto scrollOn = [] {
+      QScrollBar& bar = *Area()->verticalScrollBar();
+      const int before = bar.value();
+      bar.setValue(before + bar.pageStep() * 2 / 3);
+      return bar.value() > before;
+    };
+    for (int part = 2; program.Ask(scrollOn); ++part) {
+      album.Take(name + "-" + std::to_string(part));
+    }
+    program.Do([] { Area()->verticalScrollBar()->setValue(0); });
+  }
+
+  Home home;
+
+ private:
+  Desktop desktop_;
+  SoundServer server_;
+};
+
+TEST_P(SettingsPictures, AreLegibleAndWholeInEveryStateOfTheAlerts) {
+  DrivenProgram program(home);
+  const int status = program.Run([&] {
+    Album album(program, std::string("settings-") + GetParam().name);
+    Open(program);
+    forms::ConfigurationForm& form = program.Windows().configuration;
+    TakeAll(program, album, "neither");
+    EXPECT_EQ(program.Ask(Scrolls), QSize(0, GetParam().whole ? 0 : 1));
+    program.Do([&] { form.chkAutoRefreshMode.Click(); });
+    TakeAll(program, album, "refresh");
+    program.Do([&] {
+      form.chkAutoRefreshMode.Click();
+      form.chkWorkWaitingAlertMode.Click();
+      form.optionSerial.Click();
+      form.txtWordProcessorPath.Value = "";
+    });
+    TakeAll(program, album, "alert");
+    program.Do([&] { form.mnuClose.Press(forms::By::Hand); });
+    ASSERT_TRUE(program.Until([&] { return program.Main().frmMain.Visible.Get(); }));
+    program.Exit();
+  });
+  EXPECT_EQ(status, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OnEachScreen, SettingsPictures,
+    testing::Values(SettingsScreen{"100Percent", "1", "1366x768", 0, true},
+                    SettingsScreen{"150Percent", "1.5", "1920x1080", 0, true},
+                    SettingsScreen{"200Percent", "2", "2560x1440", 0, true},
+                    SettingsScreen{"1024x768", "1", "1024x768", 0, true},
+                    SettingsScreen{"150PercentOfASmallScreen", "1.5", "1366x768", 0, false},
+                    SettingsScreen{"200PercentOfASmallScreen", "2", "1920x1080", 0, false},
+                    SettingsScreen{"HugeFont", "1", "1366x768", 24, false}),
+    [](const auto& screen) { return std::string(screen.param.name); });
+
+}  // namespace
+}  // namespace tavlo::test
