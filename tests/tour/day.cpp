@@ -19,8 +19,13 @@ QString WorkFolder(const char* name) {
 
 }  // namespace
 
-Day::Day(platform::desktop::Program& program, Left& left, const test::PedalPipe* foot)
-    : program_(program), left_(left), foot_(foot), typist_(program.Loop()) {}
+Day::Day(platform::desktop::Program& program, Left& left, const test::PedalPipe* foot,
+         QString recording)
+    : program_(program),
+      left_(left),
+      foot_(foot),
+      typist_(program.Loop()),
+      recording_(std::move(recording)) {}
 
 std::vector<Step> Day::Steps() {
   std::vector<Step> steps;
@@ -34,6 +39,14 @@ std::vector<Step> Day::Steps() {
   AddImport(steps);
   AddOtherViews(steps);
   AddOddDocuments(steps);
+  AddWishes(steps);
+  AddLetter(steps);
+  AddAlert(steps);
+  AddAnswer(steps);
+  AddReports(steps);
+  AddDeleting(steps);
+  AddFaces(steps);
+  AddQuiet(steps);
   AddWindows(steps);
   AddEnd(steps);
   return steps;
@@ -48,14 +61,14 @@ void Day::AddStart(std::vector<Step>& steps) {
                                 splash.lblVersion.Value.Get().starts_with("Version:  ") &&
                                 splash.ProgressBar1.Value >= 2;
                        },
-                   .picture = "01-splash"});
+                   .picture = "splash"});
   steps.push_back({.says = "the main window shows the Queue, priority first and oldest first",
                    .seen =
                        [this] {
                          return Ready() && Main().listViewInQueue.Rows().size() >= 10 &&
                                 RowOf("Brown") == 0 && RowOf("Okafor") == 1;
                        },
-                   .picture = "02-queue"});
+                   .picture = "queue"});
 }
 
 void Day::AddListening(std::vector<Step>& steps) {
@@ -64,7 +77,7 @@ void Day::AddListening(std::vector<Step>& steps) {
       [this] {
         return Playing() && Main().StatusBar1.Panels.Get()[2] == "Lindqvist" && Seconds() > 1;
       },
-      "08-preview"));
+      "preview"));
   // A preview that ends by itself leaves its key enabled.
   steps.push_back(
       {.says = "Stop ends the preview",
@@ -81,7 +94,7 @@ void Day::AddListening(std::vector<Step>& steps) {
         return Playing() && Main().MeterLeft.Value > 20 && !Main().frameFiles.Visible &&
                Seconds() > 5;
       },
-      "09-playing"));
+      "playing"));
   steps.push_back(Click("cmdStop", "Stop stops where the ear is", [this] {
     remembered_ = Seconds();
     return !Playing() && remembered_ > 5;
@@ -114,24 +127,32 @@ void Day::AddShaping(std::vector<Step>& steps) {
 void Day::AddFinishing(std::vector<Step>& steps) {
   steps.push_back(Click(
       "cmdSave", "Save brings the list back and marks the row",
-      [this] { return Ready() && Cell("Lindqvist", column::Saved) == "Saved"; }, "10-saved"));
-  steps.push_back(ClickRowOf("Brown", "the next document is chosen", [this] { return Playing(); }));
+      [this] { return Ready() && Cell("Lindqvist", column::Saved) == "Saved"; }, "saved"));
+  AddCompleting(steps, "Brown");
+}
+
+void Day::AddCompleting(std::vector<Step>& steps, const std::string& author) {
+  const auto completed = [] {
+    return static_cast<int>(QDir(WorkFolder("Completed")).entryList(QDir::Files).size());
+  };
+  steps.push_back(ClickRowOf(author, "the next document is chosen", [this] { return Playing(); }));
   steps.push_back(Click("cmdPlay", "and played", [this] { return Playing() && Seconds() > 1; }));
   steps.push_back(Click(
       "cmdSkipEnd", "Skip to end offers Complete",
-      [this] { return !Playing() && Main().cmdComplete.Enabled; }, "11-at-the-end"));
+      [this] { return !Playing() && Main().cmdComplete.Enabled; }, "at-the-end"));
   steps.push_back({.says = "Complete moves the document to the Completed folder",
                    .act =
-                       [this] {
+                       [this, completed] {
                          rows_ = static_cast<int>(Main().listViewInQueue.Rows().size());
+                         files_ = completed();
                          typist_.ClickUnseen(typist_.Middle("cmdComplete"));
                        },
                    .seen =
-                       [this] {
+                       [this, completed] {
                          return Ready() &&
                                 static_cast<int>(Main().listViewInQueue.Rows().size()) ==
                                     rows_ - 1 &&
-                                QDir(WorkFolder("Completed")).entryList(QDir::Files).size() == 1;
+                                completed() == files_ + 1;
                        }});
 }
 
@@ -156,12 +177,12 @@ void Day::AddList(std::vector<Step>& steps) {
              typist_.ClickUnseen(list->viewport()->mapToGlobal(QPoint(cell.center().x(), -10)));
            },
        .seen = [this] { return Main().listViewInQueue.SortColumn() == column::Author; },
-       .picture = "12-sorted"});
+       .picture = "sorted"});
 }
 
 void Day::AddCompleted(std::vector<Step>& steps) {
   const auto menuShows = [] { return QApplication::activePopupWidget() != nullptr; };
-  steps.push_back(Keys({keys::kAlt, 'v'}, "the View menu opens", menuShows, "13-view-menu"));
+  steps.push_back(Keys({keys::kAlt, 'v'}, "the View menu opens", menuShows, "view-menu"));
   steps.push_back(Keys({'c'}, "the Completed view shows the finished document", [this] {
     const forms::Table& list = Main().listViewCompleted;
     return Main().frameCompleted.Visible && !Main().frameInQueue.Visible &&
@@ -172,7 +193,7 @@ void Day::AddCompleted(std::vector<Step>& steps) {
                    .act = [this] { ClickAuthor("listViewCompleted", 0); },
                    .seen = [this] { return Playing() && Seconds() > 1; },
                    .over = [this] { return !Playing(); },
-                   .picture = "14-completed"});
+                   .picture = "completed"});
   steps.push_back(Click("cmdMoveToQueue", "Return to Queue takes it out of the list", [this] {
     return !Playing() && Main().listViewCompleted.Rows().empty() &&
            !Main().cmdMoveToQueue.Enabled &&
@@ -187,13 +208,13 @@ void Day::AddWindows(std::vector<Step>& steps) {
   const shell::Windows& windows = program_.Deck().windows;
   steps.push_back(Keys(
       {keys::kAlt, 'f'}, "the File menu opens",
-      [] { return QApplication::activePopupWidget() != nullptr; }, "22-menu"));
+      [] { return QApplication::activePopupWidget() != nullptr; }, "menu"));
   steps.push_back(Keys(
       {'c'}, "the configuration takes the screen",
       [&windows, this] {
         return windows.configuration.frmConfiguration.Visible && !Main().frmMain.Visible;
       },
-      "23-configuration"));
+      "configuration"));
   steps.push_back(Click("cmdCenterMiniPlayer", "its key centers the mini-player", [this] {
     const forms::Window& window = Main().frmMain;
     return std::abs(Main().txtPlayerTop.WholeNumber() -
@@ -209,7 +230,7 @@ void Day::AddWindows(std::vector<Step>& steps) {
                        [] { return QApplication::activePopupWidget() != nullptr; }));
   steps.push_back(Keys(
       {'a'}, "the about box shows", [&windows] { return windows.about.frmAbout.Visible.Get(); },
-      "24-about"));
+      "about"));
   steps.push_back(Keys({keys::kAlt, 'c'}, "and closes",
                        [&windows] { return !windows.about.frmAbout.Visible.Get(); }));
   steps.push_back({.says = "a second copy is refused",
@@ -243,7 +264,7 @@ void Day::AddEnd(std::vector<Step>& steps) {
   }));
   steps.push_back(Keys(
       {keys::kAlt, keys::kF4}, "exit is refused while it is in work", [this] { return BoxOpen(); },
-      "25-must-finish"));
+      "must-finish"));
   steps.push_back(Keys({keys::kReturn}, "the box closes and the sound has stopped",
                        [this] { return !BoxOpen() && !Playing(); }));
   steps.push_back({.says = "Skip leaves the document as it is and sounds the next one",
@@ -260,7 +281,7 @@ void Day::AddEnd(std::vector<Step>& steps) {
                                 Main().listViewInQueue.ListIndex >= 0 && !Main().cmdSkip.Enabled;
                        }});
   steps.push_back(Keys(
-      {keys::kAlt, keys::kF4}, "exit asks", [this] { return BoxOpen(); }, "26-exit"));
+      {keys::kAlt, keys::kF4}, "exit asks", [this] { return BoxOpen(); }, "exit"));
   steps.push_back(Keys({keys::kEscape}, "no keeps the deck", [this] { return !BoxOpen(); }));
   steps.push_back(Keys({keys::kAlt, keys::kF4}, "exit asks again", [this] { return BoxOpen(); }));
   steps.push_back({.says = "yes ends it",
@@ -328,8 +349,7 @@ void Day::ClickAuthor(const char* list, int row) {
   typist_.ClickUnseen(view->viewport()->mapToGlobal(view->visualRect(cell).center()));
 }
 
-int Day::RowOf(const std::string& author) {
-  const forms::Table& list = Main().listViewInQueue;
+int Day::RowIn(const forms::Table& list, const std::string& author) {
   for (int row = 0; row < static_cast<int>(list.Rows().size()); ++row) {
     if (list.TextAt(row, column::Author) == author) return row;
   }

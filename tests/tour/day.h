@@ -13,6 +13,7 @@
 #include "pedals/pedal_pipe.h"
 #include "platform/desktop/program.h"
 #include "support/keys.h"
+#include "support/screen.h"
 #include "support/typist.h"
 #include "tour.h"
 
@@ -36,8 +37,9 @@ struct Left {
 class Day {
  public:
   /// `left` is filled by the first day and looked at on the next one. On the first there is no foot
-  /// pedal.
-  Day(platform::desktop::Program& program, Left& left, const test::PedalPipe* foot);
+  /// pedal. `recording` is the path of the wave that grows while the desk's sound card plays.
+  Day(platform::desktop::Program& program, Left& left, const test::PedalPipe* foot,
+      QString recording);
 
   std::vector<Step> Steps();
   /// The next morning: what the program remembers.
@@ -54,10 +56,24 @@ class Day {
   void AddListening(std::vector<Step>& steps);
   void AddShaping(std::vector<Step>& steps);
   void AddFinishing(std::vector<Step>& steps);
+  /// The author's first document is played to its end and completed.
+  void AddCompleting(std::vector<Step>& steps, const std::string& author);
   void AddList(std::vector<Step>& steps);
   void AddOddDocuments(std::vector<Step>& steps);
   void AddCompleted(std::vector<Step>& steps);
   void AddOtherViews(std::vector<Step>& steps);
+  void AddWishes(std::vector<Step>& steps);
+  /// A word of letters and digits takes the place of what a text box holds.
+  void AddTyping(std::vector<Step>& steps, const char* box, const std::string& text,
+                 const forms::Text& shown, std::string says, std::string picture = {});
+  void AddLetter(std::vector<Step>& steps);
+  void AddAlert(std::vector<Step>& steps);
+  void AddAnswer(std::vector<Step>& steps);
+  void AddReports(std::vector<Step>& steps);
+  void AddReport(std::vector<Step>& steps, const char* kind, const forms::Table& list);
+  void AddDeleting(std::vector<Step>& steps);
+  void AddFaces(std::vector<Step>& steps);
+  void AddQuiet(std::vector<Step>& steps);
   void AddWindows(std::vector<Step>& steps);
   void AddEnd(std::vector<Step>& steps);
   void AddFoot(std::vector<Step>& steps);
@@ -70,6 +86,16 @@ class Day {
                   std::string picture = {});
   Step Keys(std::initializer_list<std::uint32_t> symbols, std::string says,
             std::function<bool()> seen, std::string picture = {});
+  /// Clicks the button of that caption in the message box that shows.
+  Step Answer(const char* button, std::string says, std::function<bool()> seen,
+              std::string picture = {});
+  /// Turns to a window of another program.
+  Step ClickWindow(const std::string& title, std::string says, std::string picture = {});
+  /// Turns to the deck, as by a task bar.
+  Step CallDeck();
+  /// Opens the settings, and leaves the configuration again.
+  Step OpenSettings();
+  Step CloseSettings();
   /// Drags a slider's handle to so many hundredths of its width.
   Step Drag(const char* slider, int percent, std::string says, std::function<bool()> seen);
 
@@ -83,13 +109,30 @@ class Day {
   /// A click on the author's name in a row of the list.
   void ClickAuthor(const char* list, int row);
   void ClickImportRow(int row);
-  int RowOf(const std::string& author);
+  static int RowIn(const forms::Table& list, const std::string& author);
+  int RowOf(const std::string& author) { return RowIn(Main().listViewInQueue, author); }
   std::string Cell(const std::string& author, int column);
   /// A line for each setting that has a control: its field, and what the control shows.
   std::string Settings();
   bool Ready();
   bool BoxOpen() { return program_.Loop().MessageBoxOpen(); }
   bool Playing();
+  bool CompletedShows();
+  bool ConfigurationShows();
+  /// Small letters, blanks, and an end of line, for whichever window has the keyboard.
+  void TypeOn(const std::string& words);
+  /// The next one of the letter.
+  void TypeAWord();
+  bool HasKeyboard(const std::string& title);
+  test::SeenWindow WindowOf(const std::string& title);
+  /// The letter says all that was typed into it, and no more.
+  bool LetterHasAll();
+  /// How many samples of the recording are loud from that byte on.
+  std::ptrdiff_t LoudSamples(qint64 since);
+  /// Nothing has sounded for a second.
+  bool IsSilent();
+  /// Something has sounded since a moment that was marked.
+  bool HeardSpeech();
   double Seconds();
   /// Outer height of the window while only the player shows, in twips.
   int PlayerHeight() {
@@ -100,11 +143,19 @@ class Day {
   Left& left_;
   const test::PedalPipe* foot_;
   test::Typist typist_;
+  test::Screen screen_;
+  const QString recording_;
+  qint64 recordedBefore_ = 0;
   QProcess secondCopy_;
+  QProcess letter_;
+  QProcess recorder_;
+  std::string typed_;  ///< Into the letter.
+  std::size_t words_ = 0;
   /// A dictation that somebody is just writing.
   QFile writer_;
   double remembered_ = 0;
   int rows_ = 0;
+  int files_ = 0;
 };
 
 }  // namespace tavlo::tour

@@ -4,15 +4,14 @@
 #include <cmath>
 
 #include "day.h"
+#include "desk.h"
 
 namespace tavlo::tour {
 namespace {
 
 namespace column = forms::document_column;
 
-QString InQueue(const char* name) {
-  return QDir::homePath() + "/Lyrane/TavloDeck/Files/InQueue/" + name;
-}
+QString InQueue(const QString& name) { return InHome("Lyrane/TavloDeck/Files/InQueue/" + name); }
 
 void Put(const QString& path, const QByteArray& bytes) {
   QFile file(path);
@@ -40,7 +39,7 @@ void Day::AddOddDocuments(std::vector<Step>& steps) {
        .act = put,
        .seen = [this] { return Ready() && RowOf("Broken") >= 0 && RowOf("Silent") >= 0; }});
   steps.push_back(ClickRowOf(
-      "Broken", "what can not be played says so", [this] { return BoxOpen(); }, "21-unplayable"));
+      "Broken", "what can not be played says so", [this] { return BoxOpen(); }, "unplayable"));
   steps.push_back(Keys({keys::kReturn}, "and may be completed",
                        [this] { return !BoxOpen() && Main().cmdComplete.Enabled; }));
   steps.push_back(Click("cmdComplete", "which takes it away",
@@ -63,7 +62,7 @@ void Day::AddOtherViews(std::vector<Step>& steps) {
                          return Main().frameFtp.Visible && !Main().frameImport.Visible &&
                                 !Main().sldVol.Enabled && !Main().cmdEQ.Enabled;
                        },
-                   .picture = "20-ftp"});
+                   .picture = "ftp"});
   steps.push_back({.says = "the Queue view gives the sound back",
                    .act = [enter] { enter('q'); },
                    .seen = [this] { return Ready() && Main().sldVol.Enabled; }});
@@ -86,6 +85,14 @@ std::vector<Step> Day::NextMorning() {
        }});
   steps.push_back({.says = "and so is every setting",
                    .seen = [this] { return Settings() == left_.settings.data(); }});
+  steps.push_back(
+      {.says = "what was completed is older than two weeks and gone, and the purge log tells of it",
+       .seen = [] {
+         const QByteArray log =
+             ContentsOf(InHome("Lyrane/TavloDeck/Reports/Tavlo_Deck_Purge_Log.txt"));
+         return QDir(InHome("Lyrane/TavloDeck/Files/Completed")).isEmpty() &&
+                log.contains("Broken") && log.contains("Silent") && !log.contains("Brown");
+       }});
   steps.push_back(ClickRowOf("Lindqvist", "the saved document is chosen",
                              [this] { return Playing() && Main().cmdPlay.Enabled; }));
   steps.push_back(Click(
@@ -98,7 +105,7 @@ std::vector<Step> Day::NextMorning() {
         return Playing() && saved > 0 && Seconds() > saved - back && Seconds() < saved - back + 4 &&
                window.Left == left_.playerLeft && window.Top == left_.playerTop;
       },
-      "27-remembered"));
+      "remembered"));
   AddFoot(steps);
   AddEqualizer(steps);
   AddMixer(steps);

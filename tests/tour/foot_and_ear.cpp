@@ -56,7 +56,7 @@ void Day::AddEqualizer(std::vector<Step>& steps) {
       [&config, this] {
         return config.sldEQ.back().Value < config.sldEQ.front().Value && Playing();
       },
-      "28-equalizer"));
+      "equalizer"));
   steps.push_back(Click("cmdEqCustom", "Custom takes the typist's own curve",
                         [&config] { return config.txtEqChoice.Value.Get() == "Cust"; }));
   steps.push_back({.says = "a slider is drawn up",
@@ -76,7 +76,7 @@ void Day::AddMixer(std::vector<Step>& steps) {
         return config.frameConfigMixer.Visible && !config.DeviceCombo.Rows().empty() &&
                config.slVolume.front().Visible && config.slVolume.front().Enabled;
       },
-      "29-mixer"));
+      "mixer"));
   steps.push_back(Click("chMute0", "Mute silences the device",
                         [&config] { return config.chMute.front().Value.Get(); }));
   steps.push_back(Click("chMute0", "and gives it back",
@@ -85,7 +85,7 @@ void Day::AddMixer(std::vector<Step>& steps) {
     return config.ShapeCenterPedal.FillColour == forms::PedalShape::kDown;
   };
   steps.push_back(
-      Keys({keys::kAlt, 's'}, "the settings light the pedal that is down", lit, "30-pedals"));
+      Keys({keys::kAlt, 's'}, "the settings light the pedal that is down", lit, "pedals"));
   steps.push_back(Foot(kUp, "its release stops the voice here too",
                        [lit, this] { return !Playing() && !lit(); }));
   steps.push_back(Keys({keys::kAlt, 'c'}, "closing brings the mini-player back",

@@ -3,12 +3,12 @@
 //     tavlodeck_tour FOLDER
 //
 // keeps a picture of what was to be seen in the folder and ends with 0 only if every step was seen.
+// What the desk's sound card plays is to be recorded in the folder's "sound.wav" meanwhile.
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QDir>
-#include <QFile>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "day.h"
+#include "desk.h"
 
 namespace {
 
@@ -28,31 +29,15 @@ std::unique_ptr<tavlo::test::PedalPipe> PlugPedalIn() {
   return std::make_unique<tavlo::test::PedalPipe>(library);
 }
 
-/// The desktop of a tour has no file manager. This one writes down what it was asked to show.
-void InstallFileManager() {
-  const QString bin = QDir::homePath() + "/bin";
-  const QString path = bin + "/xdg-open";
-  QDir().mkpath(bin);
-  QFile script(path);
-  if (script.open(QFile::WriteOnly)) {
-    script.write(
-        "#!/bin/sh\nprintf %s \"$1\" >~/shown-folder.new\n"
-        "mv ~/shown-folder.new ~/shown-folder\n");
-  }
-  script.close();
-  script.setPermissions(script.permissions() | QFile::ExeOwner);
-  qputenv("PATH", QFile::encodeName(bin) + ":" + qgetenv("PATH"));
-}
-
 using Steps = std::vector<tavlo::tour::Step> (tavlo::tour::Day::*)();
 
 /// Runs the program with the steps of one day beside it; true once every step was seen.
 bool Live(Steps steps, tavlo::tour::Left& left, const tavlo::test::PedalPipe* foot, int argc,
           char** argv) {
   tavlo::platform::desktop::Program program(argc, argv);
-  tavlo::tour::Day day(program, left, foot);
-  tavlo::tour::Tour tour(program.Loop(), QString::fromLocal8Bit(argv[1]), (day.*steps)(),
-                         left.stepsSoFar + 1);
+  const QString folder = QString::fromLocal8Bit(argv[1]);
+  tavlo::tour::Day day(program, left, foot, folder + "/sound.wav");
+  tavlo::tour::Tour tour(program.Loop(), folder, (day.*steps)(), left.stepsSoFar + 1);
   tour.Begin();
   const int status = program.Run();
   left.stepsSoFar = tour.After() - 1;
@@ -84,7 +69,7 @@ int main(int argc, char** argv) {
   if (shared == MAP_FAILED) return 1;
   auto& left = *new (shared) tavlo::tour::Left;
   using tavlo::tour::Day;
-  InstallFileManager();
+  const tavlo::tour::Desk desk;
   const bool first = InAProcess([&] { return Live(&Day::Steps, left, nullptr, argc, argv); });
   const bool second = InAProcess([&] {
     const auto foot = PlugPedalIn();

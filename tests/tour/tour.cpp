@@ -64,11 +64,11 @@ void Tour::Finish(const Step& step, bool seen) {
     loop_.Wait(kSettle);
     TakePicture(step.picture);
   }
-  std::printf("%2zu  %-8s %s\n", first_ + next_, seen ? "seen" : "NOT SEEN", step.says.c_str());
+  std::printf("%3zu  %-8s %s\n", Number(), seen ? "seen" : "NOT SEEN", step.says.c_str());
   std::fflush(stdout);
   if (!seen) {
     ++missed_;
-    TakePicture("not-seen-" + std::to_string(first_ + next_));
+    TakePicture("not-seen");
   }
   acted_ = false;
   ++next_;
@@ -76,7 +76,10 @@ void Tour::Finish(const Step& step, bool seen) {
 
 void Tour::TakePicture(const std::string& name) const {
   const QPixmap picture = QApplication::primaryScreen()->grabWindow(0);
-  const QString path = QString("%1/%2.png").arg(pictureFolder_, QString::fromStdString(name));
+  const QString path = QString("%1/%2-%3.png")
+                           .arg(pictureFolder_)
+                           .arg(Number(), 3, 10, QChar('0'))
+                           .arg(QString::fromStdString(name));
   if (!picture.save(path)) std::printf("    the picture %s could not be kept\n", name.c_str());
 }
 

@@ -20,7 +20,7 @@ struct Step {
   /// by the clock, however little of it a machine that stands still now and then has sounded. Empty
   /// for what does not end by itself.
   std::function<bool()> over = {};
-  /// Name of the picture to take once it was seen; empty for none.
+  /// Name of the picture to take once it was seen, less the step's number; empty for none.
   std::string picture = {};
 };
 
@@ -45,6 +45,7 @@ class Tour {
   /// What the step began was over at each of the last looks.
   bool IsOver(const Step& step);
   void Finish(const Step& step, bool seen);
+  std::size_t Number() const { return first_ + next_; }
   void TakePicture(const std::string& name) const;
 
   platform::qt::QtLoop& loop_;

@@ -7,6 +7,7 @@
 #include <array>
 
 #include "day.h"
+#include "desk.h"
 
 namespace tavlo::tour {
 namespace {
@@ -21,14 +22,12 @@ struct Arrival {
 
 constexpr std::array kArrivals{
     Arrival{"Petersen", "Lyrane/TavloDeck/Files/eW2Queue", ".eW2", "a wave of another name",
-            "03-arrived-eW2"},
-    Arrival{"Adeyemi", "Lyrane/TavloDeck/Files/eU2Queue", ".eU2", "bare mu-law", "04-arrived-eU2"},
+            "arrived-eW2"},
+    Arrival{"Adeyemi", "Lyrane/TavloDeck/Files/eU2Queue", ".eU2", "bare mu-law", "arrived-eU2"},
     Arrival{"Sorensen", "Lyrane/TavloDeck/Files/dS2Queue", ".dS2", "a DSS recording",
-            "05-arrived-dS2"},
-    Arrival{"Castell", "", ".eE2", "what lay in the folder of the start", "06-arrived-eE2"},
+            "arrived-dS2"},
+    Arrival{"Castell", "", ".eE2", "what lay in the folder of the start", "arrived-eE2"},
 };
-
-QString InHome(const QString& below) { return QDir::homePath() + "/" + below; }
 
 QString DropFolder() { return InHome("Lyrane/TavloDeck/Files/eW2Queue"); }
 
@@ -37,8 +36,7 @@ QStringList FilesIn(const QString& folder, const QString& pattern) {
 }
 
 QByteArray SomeSpeech() {
-  QFile file(InHome("Lyrane/TavloDeck/Files/InQueue/Memo from Anna.wav"));
-  return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+  return ContentsOf(InHome("Lyrane/TavloDeck/Files/InQueue/Memo from Anna.wav"));
 }
 
 /// Some letters in a row, as a typist presses them.
@@ -113,11 +111,9 @@ void Day::AddRescue(std::vector<Step>& steps) {
                     Main().lblNotice.Value.Get().find("Rescued") != std::string::npos &&
                     RowOf("Ready") >= 0;
            },
-       .picture = "07-rescued"});
+       .picture = "rescued"});
   steps.push_back(Click("cmdRescued", "a click has the desktop show the rescue folder", [] {
-    QFile shown(InHome("shown-folder"));
-    return shown.open(QFile::ReadOnly) &&
-           shown.readAll() == ("file://" + InHome("Lyrane/TavloDeck/Files/Rescued")).toUtf8();
+    return ShownFolder() == ("file://" + InHome("Lyrane/TavloDeck/Files/Rescued")).toUtf8();
   }));
 }
 
@@ -142,7 +138,7 @@ void Day::AddImport(std::vector<Step>& steps) {
                                 !Main().cmdPlay.Enabled && Main().sldVol.Enabled &&
                                 named("Board memo_") && named("Phone note_");
                        },
-                   .picture = "15-import"});
+                   .picture = "import"});
   const auto turn = [this] {
     if (QWidget* const strip = typist_.Widget("scrollImportWavSubDirectories")) strip->setFocus();
     typist_.KeysUnseen({keys::kRight});
@@ -160,7 +156,7 @@ void Day::AddImport(std::vector<Step>& steps) {
                                 list().TextAt(0, forms::import_column::Length) != "00:00:00" &&
                                 Main().txtImportAuthorLastName.Value.Get() == "Author4";
                        },
-                   .picture = "16-import-converted"});
+                   .picture = "import-converted"});
   AddProfile(steps);
   AddSending(steps);
 }
@@ -183,7 +179,7 @@ void Day::AddProfile(std::vector<Step>& steps) {
        .seen = [this] { return Main().txtImportAuthorLastName.Value.Get() == "keller"; }});
   steps.push_back(Click(
       "chkImportPriority", "its files get priority",
-      [this] { return Main().txtImportPriority.Value.Get() == "Y"; }, "17-import-profile"));
+      [this] { return Main().txtImportPriority.Value.Get() == "Y"; }, "import-profile"));
 }
 
 void Day::AddSending(std::vector<Step>& steps) {
@@ -205,7 +201,7 @@ void Day::AddSending(std::vector<Step>& steps) {
                    }});
   steps.push_back(Click(
       "cmdSendAllImportFilesToQueue", "Send All asks first", [this] { return BoxOpen(); },
-      "18-import-send-all"));
+      "import-send-all"));
   steps.push_back(Keys({keys::kReturn}, "and empties the directory", [this, queue] {
     return !BoxOpen() && Main().listViewImport.Rows().empty() &&
            FilesIn(queue, "0002 0 Author3 3 *0_.wav").size() == 1;
@@ -223,7 +219,7 @@ void Day::AddSending(std::vector<Step>& steps) {
                        }});
   steps.push_back(ClickRowOf(
       "keller", "and what was sent sounds", [this] { return Playing() && Seconds() > 1; },
-      "19-import-sent"));
+      "import-sent"));
 }
 
 void Day::ClickImportRow(int row) {
