@@ -20,6 +20,7 @@ SHARE = PROJECT / "build" / "release" / "share" / "tavlodeck"
 ROOT = Path("Lyrane", "TavloDeck")
 FILES = ROOT / "Files"
 IN_QUEUE = FILES / "InQueue"
+COMPLETED = FILES / "Completed"
 EW2_QUEUE = FILES / "eW2Queue"
 MEMORY = Path("/dev/shm")  # A file system of its own, and no disk.
 MOST_HELD_MILLISECONDS = 50  # The message loop may not be held for longer.
