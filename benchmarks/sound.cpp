@@ -48,6 +48,10 @@ class FastLoop : public base::Loop {
     }
     return done();
   }
+  bool TurnUntil(const std::function<bool()>& done, base::MonotonicTime limit) override {
+    while (!done() && now_ < limit.sinceStart) Wait(kTick);
+    return done();
+  }
 
  protected:
   base::Reply ShowBox(const base::MessageBox& /*box*/) override { return base::Reply::Ok; }

@@ -34,6 +34,10 @@ class Loop {
   /// the limit.
   virtual bool BreatheUntil(const std::function<bool()>& done, MonotonicTime limit) = 0;
 
+  /// Yields until `done` says so, which is asked after each pass and each wakening; false at the
+  /// limit. For what another machine answers: timers and hands run meanwhile.
+  virtual bool TurnUntil(const std::function<bool()>& done, MonotonicTime limit) = 0;
+
   /// Runs `call` on the next pass, after what is posted already.
   void Post(std::function<void()> call);
 

@@ -43,6 +43,11 @@ std::size_t FirstCharacterLength(std::string_view text) {
   return length;
 }
 
+char Lower(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                              : character;
+}
+
 }  // namespace
 
 double NumberValue(std::string_view text) {
@@ -106,10 +111,11 @@ std::string_view LastCharacters(std::string_view text, std::size_t count) {
 
 bool EndsInEitherCase(std::string_view text, std::string_view ending) {
   if (text.size() < ending.size()) return false;
-  const auto lower = [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  };
-  return std::ranges::equal(text.substr(text.size() - ending.size()), ending, {}, lower, lower);
+  return std::ranges::equal(text.substr(text.size() - ending.size()), ending, {}, Lower, Lower);
+}
+
+bool StartsInEitherCase(std::string_view text, std::string_view beginning) {
+  return std::ranges::equal(text.substr(0, beginning.size()), beginning, {}, Lower, Lower);
 }
 
 }  // namespace tavlo::base

@@ -33,5 +33,7 @@ std::string_view LastCharacters(std::string_view text, std::size_t count);
 /// Whether a text ends like this, the letters a to z being one with their capitals: file names may
 /// come from systems that know no case.
 bool EndsInEitherCase(std::string_view text, std::string_view ending);
+/// The same for how it begins.
+bool StartsInEitherCase(std::string_view text, std::string_view beginning);
 
 }  // namespace tavlo::base

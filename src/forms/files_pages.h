@@ -104,6 +104,8 @@ struct FtpPage {
   Text eServer{&frameFtp, "eServer", {.tooltip = "Host name or address of the server"}};
   Text lblUser{&frameFtp, "lblUser", {.caption = "User"}};
   Text eUser{&frameFtp, "eUser", {.tooltip = "Name to log in with"}};
+  /// What travels without protection.
+  Text lblFtpUnprotected{&frameFtp, "lblFtpUnprotected"};
   Text lblPass{&frameFtp, "lblPass", {.caption = "Password"}};
   /// Every character of it shows as an asterisk.
   Text ePass{&frameFtp, "ePass", {.tooltip = "Password to log in with"}};

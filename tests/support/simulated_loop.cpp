@@ -71,6 +71,17 @@ bool SimulatedLoop::BreatheUntil(const std::function<bool()>& done, base::Monoto
   }
 }
 
+bool SimulatedLoop::TurnUntil(const std::function<bool()>& done, base::MonotonicTime limit) {
+  while (true) {
+    RunPass();
+    if (done()) return true;
+    if (Now() >= limit) return false;
+    if (HasPosts()) continue;
+    const auto due = Timers().NextDue();
+    now_ = (due ? std::clamp(*due, Now(), limit) : limit).sinceStart;
+  }
+}
+
 base::Reply SimulatedLoop::ShowBox(const base::MessageBox& box) {
   Shown.push_back(box);
   if (answers_.empty()) {

@@ -19,6 +19,7 @@ class SimulatedLoop : public base::Loop {
   void Wait(base::Duration length) override;
   void Breathe() override;
   bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
+  bool TurnUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
 
   /// Runs everything that becomes due while `length` passes, each at its own moment.
   void Advance(base::Duration length) { Wait(length); }

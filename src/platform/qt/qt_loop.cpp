@@ -147,6 +147,20 @@ bool QtLoop::BreatheUntil(const std::function<bool()>& done, base::MonotonicTime
   return came;
 }
 
+bool QtLoop::TurnUntil(const std::function<bool()>& done, base::MonotonicTime limit) {
+  QTimer atLimit;
+  atLimit.setSingleShot(true);
+  atLimit.setTimerType(Qt::PreciseTimer);
+  atLimit.start(MillisecondsUntil(limit - Now()));
+  while (true) {
+    Yield();
+    if (done()) return true;
+    if (quit_ || Now() >= limit) return false;
+    SleepUntilDue();
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+}
+
 void QtLoop::SleepInBreath(base::MonotonicTime limit) {
   const auto feed = Timers().NextDue(base::TimerKind::Feed);
   const base::MonotonicTime wake = feed ? std::min(*feed, limit) : limit;

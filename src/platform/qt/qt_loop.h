@@ -32,6 +32,8 @@ class QtLoop : public base::Loop, public DescriptorWaits {
   /// Sleeps until something comes: an event, news of `WaitInBreathsToo`, a feed that is due. Hands
   /// are let through to the widgets, and what they did is kept for later (`ByHand`).
   bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
+  /// Sleeps in between as the loop does at rest.
+  bool TurnUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
   void TimersChanged() override;
   std::unique_ptr<DescriptorWait> WaitFor(int descriptor, std::string name,
                                           std::function<void()> call) override;

@@ -22,6 +22,9 @@ class PlainLoop : public base::Loop, public platform::DescriptorWaits {
   void Wait(base::Duration length) override;
   void Breathe() override { RunFeeds(); }
   bool BreatheUntil(const std::function<bool()>& done, base::MonotonicTime limit) override;
+  bool TurnUntil(const std::function<bool()>& done, base::MonotonicTime limit) override {
+    return WaitUntil(done, limit - Now());
+  }
   std::unique_ptr<platform::DescriptorWait> WaitFor(int descriptor, std::string name,
                                                     std::function<void()> call) override;
   std::unique_ptr<platform::DescriptorWait> WaitInBreathsToo(int descriptor, std::string name,
