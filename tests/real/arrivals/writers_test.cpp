@@ -54,9 +54,10 @@ struct DropFolders : testing::Test {
   }
 
   /// Lets the writers write while the program retrieves, until each file has arrived once.
-  void Run(const Writers::PathOf& pathOf, std::optional<uid_t> user = {}) {
+  void Run(const Writers::PathOf& pathOf, RetrievingDeck::Setup setup = {}) {
     const std::vector<Delivery> deliveries = MakeDeliveries(Length().files, kSeed);
-    RetrievingDeck deck(home, {.current = paths.at(DropFolder::Current), .user = user});
+    setup.current = paths.at(DropFolder::Current);
+    RetrievingDeck deck(home, setup);
     ASSERT_TRUE(deck.AwaitFirstList());
     Writers writers(deliveries, pathOf, PaceOfWriters(), kSeed);
     AwaitArrivals(writers, deck);
@@ -114,7 +115,7 @@ TEST_F(WrittenFiles, OfAnotherUserArriveOnceAndWhole) {
   }
   ASSERT_EQ(::chown(home.Path().c_str(), kTypist, kTypist), 0);
   ASSERT_EQ(::chown(home.SettingsPath().c_str(), kTypist, kTypist), 0);
-  Run(PathsAsTheyAre(), kTypist);
+  Run(PathsAsTheyAre(), {.user = kTypist});
 }
 
 #ifdef TAVLO_MOUNTS
@@ -137,12 +138,13 @@ struct WrittenFilesOfAShare : DropFolders {
 };
 
 TEST_F(WrittenFilesOfAShare, ArriveOnceAndWholeThoughNobodyMayTellThatTheyAreOpen) {
-  Run([this](DropFolder folder, int process) {
+  const auto pathOf = [this](DropFolder folder, int process) {
     std::string path = paths.at(folder) + "/";
     // Half of the writers work on other machines, of which only the server knows.
     const bool elsewhere = process % 2 == 0 && path.starts_with(mount.Path());
     return elsewhere ? mount.Behind() + path.substr(mount.Path().size()) : path;
-  });
+  };
+  Run(pathOf, {.onAShare = true});
 }
 #endif
 
