@@ -38,6 +38,8 @@ void RetrievalPasses::RunImportPasses() {
   RunInOrder({&RetrievalPasses::RetrieveEe2Files, &RetrievalPasses::SortFtpQueue});
 }
 
+void RetrievalPasses::RunFtpSort() { RunInOrder({&RetrievalPasses::SortFtpQueue}); }
+
 void RetrievalPasses::RunInOrder(const std::vector<PassEnd (RetrievalPasses::*)()>& passes) {
   if (running_) return;
   const window::Raised running(running_);
@@ -87,7 +89,8 @@ PassEnd RetrievalPasses::SortFtpQueue() {
   const double stamp = StampOfNow();
   const std::string& path = edges_.folders.FtpQueuePath;
   const DropFolder folder{"The ftp file's path ", path, kAnyEnding};
-  const Found found = Enumerate(folder);
+  Found found = Enumerate(folder);
+  std::erase(found.names, edges_.receiving.name);
   if (found.names.empty()) {
     // They may stand since a message of the network, and there is nothing to process any more.
     if (found.listing.finished) edges_.front.ShowFtpSort(false);

@@ -11,6 +11,7 @@
 #include "intake/carrier.h"
 #include "intake/claims.h"
 #include "intake/conversion.h"
+#include "intake/file_being_received.h"
 #include "intake/import_chain.h"
 #include "intake/passes_front.h"
 #include "intake/retrieval.h"
@@ -34,7 +35,7 @@ enum class PassEnd {
 /// what is still being written. The patterns know no upper and lower case, while what is compared
 /// and replaced in a name does. On the loop's thread, which breathes at each file, so nothing
 /// interleaves; a run that is asked for within a run, in a wait of the import, does nothing.
-class RetrievalPasses : public Retrieval {
+class RetrievalPasses : public Retrieval, public FtpSort {
  public:
   /// All of them must outlive it.
   struct Edges {
@@ -46,6 +47,7 @@ class RetrievalPasses : public Retrieval {
     Conversion& conversion;
     ImportChain& importChain;
     PassesFront& front;
+    const FileBeingReceived& receiving;
   };
   explicit RetrievalPasses(const Edges& edges);
 
@@ -57,6 +59,7 @@ class RetrievalPasses : public Retrieval {
   void RunRetrievalPasses() override;
   /// The first two: what belongs before a list of the import directories.
   void RunImportPasses();
+  void RunFtpSort() override;
 
   PassEnd RetrieveEe2Files();
   PassEnd SortFtpQueue();

@@ -1,0 +1,57 @@
+#include "ftp/auto_retrieve.h"
+
+namespace tavlo::ftp {
+namespace {
+
+using base::operator""ms;
+
+}  // namespace
+
+AutoRetrieve::AutoRetrieve(Channel& channel, forms::ConfigurationForm& config)
+    : tmrFtpAutoRetrieve(channel.edges.loop, "tmrFtpAutoRetrieve", 5000ms),
+      channel_(channel),
+      form_(channel.form),
+      config_(config) {
+  config_.chkFtpAutoRetrieve.OnClick = [this] { Switch(); };
+  tmrFtpAutoRetrieve.OnTick = [this] { Tick(); };
+}
+
+void AutoRetrieve::Switch() {
+  const bool on = config_.chkFtpAutoRetrieve.Value;
+  form_.mnuViewFtp.Enabled = !on;
+  FtpAutoRetrieveOff = !on;
+  if (on) {
+    tmrFtpAutoRetrieve.Start();
+  } else {
+    tmrFtpAutoRetrieve.Stop();
+  }
+  config_.frmConfiguration.FocusOn(config_.txtFocus);
+}
+
+void AutoRetrieve::Tick() {
+  tmrFtpAutoRetrieve.Stop();
+  // A person's log-in, or another command, is inside a wait: its presses would be lost, and that
+  // command would wait for ours.
+  if (!channel_.Waits() && !channel_.OthersWait()) PressKeys();
+  if (!FtpAutoRetrieveOff && !channel_.Ended()) tmrFtpAutoRetrieve.Start();
+}
+
+void AutoRetrieve::PressKeys() {
+  form_.bConnect.Press();
+  if (channel_.Ended()) return;
+  form_.bList.Press();
+  if (channel_.Ended()) return;
+  // A run that a person began over a part of the list would take the press for a halt.
+  const bool runIsOn = form_.bDownload.Caption.Get() == "Halt";
+  if (!runIsOn && !form_.listFtpList.Rows().empty()) {
+    form_.cmdFtpListToDownload.Press();
+    form_.bDownload.Press();
+    if (channel_.Ended()) return;
+  }
+  // This is our own decision: the second press only logs out. After a log-in that failed it would
+  // try again at once, and where that succeeds leave the keys in the wrong order for every tick to
+  // come: each would log out first and never list.
+  if (form_.bConnect.Caption.Get() == "Disconnect") form_.bConnect.Press();
+}
+
+}  // namespace tavlo::ftp

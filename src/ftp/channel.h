@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "base/loop.h"
+#include "forms/main_form.h"
+#include "ftp/ftp_client.h"
+#include "intake/file_being_received.h"
+#include "intake/retrieval.h"
+#include "store/disk.h"
+#include "store/file_moves.h"
+#include "store/work_folders.h"
+#include "window/main_window.h"
+
+namespace tavlo::ftp {
+
+class ServerList;
+
+/// What the rules of this room stand on. All of it must outlive them.
+struct Edges {
+  base::Loop& loop;
+  window::MainWindow& window;
+  FtpClient& client;
+  ServerList& servers;
+  store::Disk& disk;
+  const store::WorkFolders& folders;
+  store::FileMoves& moves;
+  intake::FtpSort& sort;
+  intake::FileBeingReceived& receiving;
+};
+
+/// What connecting, listing and downloading share: the state of the one channel, the status box, and
+/// who may begin something while a rule waits for the server.
+class Channel {
+ public:
+  explicit Channel(const Edges& edges);
+  Channel(const Channel&) = delete;
+
+  const Edges edges;
+  forms::MainForm& form;
+
+  /// The channel is logged in; a log-out does not clear it, the next log-in does.
+  bool FtpConnected = false;
+  /// The whole listing.
+  std::string FtpListBuffer;
+  /// Stop after the file that is under way.
+  bool FtpHaltRequested = false;
+  /// Bytes of the file that is under way, 0 if unknown.
+  std::int64_t FtpFileLength = 0;
+  /// The profile as it was when the deck logged in.
+  bool FtpDeleteFileCheck = false;
+
+  /// Puts a text into the status box and its tooltip.
+  void Display(const std::string& text);
+  /// Puts the words of a failure there; a code without words changes nothing.
+  void ShowError(int code);
+
+  /// Asks the client for what takes a server's answer. Nothing when the program has ended
+  /// meanwhile: then nothing more is to be done.
+  std::optional<int> Ask(const std::function<int()>& call);
+  /// Lets time pass. False when the program has ended meanwhile.
+  bool Wait(base::Duration length);
+  /// A rule waits inside `Ask` or `Wait`. No command of this room begins then, by hand, by timer or
+  /// by program: it would change what the rule goes on with.
+  bool Waits() const { return waits_; }
+
+  /// Another command is inside a wait, and a tick that waits itself would keep it waiting. Under a
+  /// message box, which may stand for hours, the ticks go on.
+  bool OthersWait() const;
+
+  /// The keyboard leaves what a hand has pressed here. In the other views, under automatic
+  /// retrieval, it stays where the typist has it.
+  void FocusAway();
+  /// The menus are not to be had while a person is connected. Under automatic retrieval they stay
+  /// as whoever uses the deck has them, and so they do when it ends.
+  void TakeMenus();
+  void GiveMenusBack();
+  /// What every failure of the channel ends with: the button offers to connect.
+  void OfferConnect();
+
+  /// The program ends.
+  void End() { ended_ = true; }
+  bool Ended() const { return ended_; }
+
+ private:
+  bool waits_ = false;
+  bool menusTaken_ = false;
+  bool ended_ = false;
+};
+
+}  // namespace tavlo::ftp
