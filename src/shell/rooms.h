@@ -11,6 +11,7 @@
 #include "intake/claims.h"
 #include "intake/conversion.h"
 #include "intake/dropped_files.h"
+#include "intake/file_being_received.h"
 #include "intake/import_list.h"
 #include "intake/import_sending.h"
 #include "intake/retrieval_passes.h"
@@ -97,6 +98,7 @@ struct Rooms {
   intake::AuthorProfiles authorProfiles;
   intake::ImportSending importSending;
   intake::AutoImport autoImport;
+  intake::FileBeingReceived receiving;
   intake::RetrievalPasses retrieval;
   intake::DroppedFiles droppedFiles;
   lists::WaitingFigures waitingFigures;

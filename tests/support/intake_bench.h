@@ -53,7 +53,7 @@ struct IntakeDeck {
         claims(loop, disk, moves, owner),
         libraries(loop, disk),
         conversion({loop, disk, folders, moves, claims, libraries, front}),
-        passes({loop, disk, folders, moves, claims, conversion, importChain, front}) {
+        passes({loop, disk, folders, moves, claims, conversion, importChain, front, receiving}) {
     disk.WithFolder(root);
     folders.MakeTree();
     folders.ReloadQueuePaths({.ew2QueuePath = folders.DefaultQueuePath(store::QueuePath::Ew2),
@@ -66,6 +66,7 @@ struct IntakeDeck {
   store::WorkFolders folders;
   store::FileMoves moves;
   FrontTwin front;
+  intake::FileBeingReceived receiving;
   ImportChainTwin importChain;
   intake::Claims claims;
   SimulatedConversion libraries;

@@ -168,7 +168,10 @@ QColor DeckSlider::HandleColour() const {
                         : look_ == Look::Main ? QColor(Qt::white)
                                               : theme::kHandle;
   if (isSliderDown()) return handle.darker(112);
-  return underMouse() ? handle.lighter(115) : handle;
+  if (!underMouse()) return handle;
+  // Away from the page that it stands on, or it would be harder to see just there.
+  const bool onLight = !OnDeck() && palette().color(QPalette::Window).lightnessF() > 0.5;
+  return onLight ? handle.darker(106) : handle.lighter(115);
 }
 
 void DeckSlider::paintEvent(QPaintEvent*) {
