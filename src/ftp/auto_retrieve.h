@@ -5,8 +5,8 @@
 
 namespace tavlo::ftp {
 
-/// Unattended retrieval: every few seconds it presses the keys of the Ftp view in the order in which
-/// a person would. A press of a disabled key does nothing, and the order relies on it.
+/// Unattended retrieval: every few seconds it presses the keys of the Ftp view in the order in
+/// which a person would. A press of a disabled key does nothing, and the order relies on it.
 class AutoRetrieve {
  public:
   AutoRetrieve(Channel& channel, forms::ConfigurationForm& config);

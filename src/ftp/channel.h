@@ -32,8 +32,8 @@ struct Edges {
   intake::FileBeingReceived& receiving;
 };
 
-/// What connecting, listing and downloading share: the state of the one channel, the status box, and
-/// who may begin something while a rule waits for the server.
+/// What connecting, listing and downloading share: the state of the one channel, the status box,
+/// and who may begin something while a rule waits for the server.
 class Channel {
  public:
   explicit Channel(const Edges& edges);

@@ -114,9 +114,9 @@ std::optional<int> Connection::LogIn(const ServerProfile& profile) {
 void Connection::BeConnected(const ServerProfile& profile) {
   channel_.FtpConnected = true;
   channel_.FtpDeleteFileCheck = profile.deleteFiles;
-  forms::SetEnabled({&form_.bConnect, &form_.bList, &form_.comboFtpFileTypesToList,
-                     &form_.frameFtpFilename},
-                    true);
+  forms::SetEnabled(
+      {&form_.bConnect, &form_.bList, &form_.comboFtpFileTypesToList, &form_.frameFtpFilename},
+      true);
   form_.listFtpList.WhenEmpty = FileLists::kNothingListed;
   if (profile.autoListAndDownload) {
     form_.bList.Press();

@@ -22,9 +22,7 @@ constexpr int kFirstLengthColumn = 3;
 constexpr int kLastLengthColumn = 7;
 
 /// A number in the manner of all figures of the run: the place of a sign stands before it.
-std::string Figure(std::int64_t number) {
-  return (number < 0 ? "" : " ") + std::to_string(number);
-}
+std::string Figure(std::int64_t number) { return (number < 0 ? "" : " ") + std::to_string(number); }
 
 }  // namespace
 
@@ -47,8 +45,8 @@ void Download::FtpStartDownload() {
   if (!RefuseUnaskable()) return RunIsOver();
   const std::string name = form_.listFtpDownloadList.TextAt(0, 0);
   if (fceMatchFile(channel_.FtpListBuffer, 0, name, kMatchBuffer).empty()) {
-    // This is our own decision: the run stays where it is, and Halt changes nothing about it. A name
-    // comes from the listing that it is looked for in, so this is not met in daily work.
+    // This is our own decision: the run stays where it is, and Halt changes nothing about it. A
+    // name comes from the listing that it is looked for in, so this is not met in daily work.
     channel_.Display("No files available that meet the file definition");
     return;
   }
@@ -84,9 +82,8 @@ bool Download::RefuseUnaskable() {
 void Download::LearnLength(const std::string& name) {
   std::string line = name + '\0' + std::string(kLineBuffer, ' ');
   line.resize(std::max(kLineBuffer, name.size() + 1));
-  const std::optional<int> result = channel_.Ask([&] {
-    return channel_.edges.client.fceGetList(FtpClient::kOneFile, line, kLineBuffer);
-  });
+  const std::optional<int> result = channel_.Ask(
+      [&] { return channel_.edges.client.fceGetList(FtpClient::kOneFile, line, kLineBuffer); });
   channel_.FtpFileLength = 0;
   if (!result || *result <= 0) return;
   channel_.FtpFileLength = fceFileLength(line, kFirstLengthColumn, kLastLengthColumn);
@@ -125,8 +122,7 @@ void Download::Get(const std::string& name) {
   if (*result < 0) return GetFailed(*result);
   current_ = {.name = name, .landing = landing.name, .notice = {}};
   if (!landing.why.empty()) {
-    current_.notice =
-        base::OneLine(name) + " lands as " + landing.name + ": " + landing.why + ".";
+    current_.notice = base::OneLine(name) + " lands as " + landing.name + ": " + landing.why + ".";
     channel_.Display(current_.notice);
   }
   tmrFtpDownload.Start();

@@ -6,7 +6,8 @@
 
 namespace tavlo::ftp {
 
-/// The run over the download list: the press of `bDownload`, and the timer that drives the transfer.
+/// The run over the download list: the press of `bDownload`, and the timer that drives the
+/// transfer.
 class Download {
  public:
   explicit Download(Channel& channel);

@@ -21,6 +21,7 @@ void Ftp::End() {
 }
 
 void Ftp::Release() {
+  End();
   if (channel.FtpConnected) channel.edges.client.fceClose();
   if (FtpLibraryAttached) channel.edges.client.fceRelease();
   FtpLibraryAttached = false;

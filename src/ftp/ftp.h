@@ -20,7 +20,7 @@ class Ftp {
   void Attach();
   /// The program ends: no timer of this room ticks any more, and what waits goes no further.
   void End();
-  /// Logs out and lets go of the client, without a wait.
+  /// Ends, logs out and lets go of the client, without a wait.
   void Release();
 
   Channel channel;

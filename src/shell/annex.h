@@ -8,11 +8,7 @@ class Annex {
  public:
   virtual ~Annex() = default;
 
-  virtual void AttachFtp() {}
-  virtual void ReleaseFtp() {}
   virtual void UpgradeDatabase() {}
-  /// Builds the list of servers.
-  virtual void BuildFtpServers() {}
 };
 
 }  // namespace tavlo::shell

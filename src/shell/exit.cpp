@@ -54,7 +54,7 @@ void Exit::EndSessionNow() {
   rooms_.authorProfiles.StoreEdits();
   rooms_.configuration.SaveAtOnce();
   rooms_.completedPurge.WriteLog();
-  rooms_.annex.ReleaseFtp();
+  rooms_.ftp.Release();
   rooms_.usbPedal.Drop();
   rooms_.workAlert.ForgetNotification();
   endProcess_(0);
@@ -90,8 +90,9 @@ bool Exit::UserAgrees() {
 
 void Exit::EndUnlessADocumentIsOpen() {
   // Pedals work under the question too, so a foot may have begun a document meanwhile.
+  // Automatic retrieval may have logged in meanwhile, too.
   StopSound();
-  if (!DocumentIsOpen()) End();
+  if (!DocumentIsOpen() && !FtpIsConnected()) End();
 }
 
 void Exit::End() {
@@ -100,6 +101,7 @@ void Exit::End() {
   rooms_.usbPedal.StopReading();
   rooms_.serialPedal.Stop();
   rooms_.waitingWork.End();
+  rooms_.ftp.End();
   rooms_.workAlert.ForgetNotification();
   rooms_.transport.StopWindAndPreview();
   rooms_.mainWindow.DisableWindowControls();
@@ -116,7 +118,7 @@ void Exit::End() {
   WaitUntil(begun + kFirstWait);
   rooms_.engine.CloseFile();
   rooms_.prompts.Close();
-  rooms_.annex.ReleaseFtp();
+  rooms_.ftp.Release();
   WaitUntil(begun + kBothWaits);
   rooms_.usbPedal.StopWatch();
   form_.frmMain.Visible = false;

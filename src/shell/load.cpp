@@ -23,7 +23,7 @@ Load::Load(base::Loop& loop, Windows& windows, Rooms& rooms)
 void Load::LoadMainWindow() {
   forms::MainForm& form = windows_.main;
   form.frmMain.MousePointer = forms::Pointer::Hourglass;
-  rooms_.annex.AttachFtp();
+  rooms_.ftp.Attach();
   form.frmMain.Centre();
   form.frmMain.Visible = true;
   TakeWindowShape();

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/loop.h"
+#include "ftp/ftp_client.h"
 #include "intake/claims.h"
 #include "intake/conversion_libraries.h"
 #include "lists/desktop_notifier.h"
@@ -38,6 +39,7 @@ struct Platform {
   pedals::UsbWatcher& usbWatcher;
   intake::ConversionLibraries& conversionLibraries;
   lists::DesktopNotifier& notifier;
+  ftp::FtpClient& ftpClient;
   reports::ProgramStarter& programStarter;
   /// Whose name stands in what this copy claims of folders that several decks sweep.
   intake::ClaimOwner claimOwner;

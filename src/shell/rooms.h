@@ -6,6 +6,8 @@
 #include "forms/configuration_form.h"
 #include "forms/main_form.h"
 #include "forms/splash_form.h"
+#include "ftp/ftp.h"
+#include "ftp/server_list.h"
 #include "intake/author_profiles.h"
 #include "intake/auto_import.h"
 #include "intake/claims.h"
@@ -110,6 +112,8 @@ struct Rooms {
   lists::CompletedList completed;
   lists::CompletedPurge completedPurge;
   lists::Finishing finishing;
+  ftp::ServerList ftpServers;
+  ftp::Ftp ftp;
   pedals::FootPedal footPedal;
   pedals::SerialPedal serialPedal;
   pedals::UsbPedal usbPedal;

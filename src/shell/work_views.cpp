@@ -66,16 +66,13 @@ void ImportView::Enter() {
   waitingWork_.GoOn();
 }
 
-FtpView::FtpView(forms::MainForm& form, playback::AudioEngine& engine, Annex& annex)
-    : form_(form), engine_(engine), annex_(annex) {
-  form_.bConnect.Enabled = form_.bConnect.OnPress != nullptr;
-  form_.comboFtpServerNames.Enabled = form_.bConnect.Enabled;
-}
+FtpView::FtpView(forms::MainForm& form, playback::AudioEngine& engine, ftp::ServerList& servers)
+    : form_(form), engine_(engine), servers_(servers) {}
 
 void FtpView::Enter() {
   engine_.tmrPlaySnipet.Stop();
   engine_.CloseFile();
-  annex_.BuildFtpServers();
+  servers_.BuildFtpServers();
   // Nothing is to be played or printed here.
   SetEnabled(forms::SoundShapingKeys(form_), false);
   form_.sldVol.Enabled = false;

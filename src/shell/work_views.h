@@ -1,6 +1,7 @@
 #pragma once
 
 #include "forms/main_form.h"
+#include "ftp/server_list.h"
 #include "intake/author_profiles.h"
 #include "intake/import_list.h"
 #include "intake/retrieval_passes.h"
@@ -8,7 +9,6 @@
 #include "lists/queue_list.h"
 #include "lists/waiting_work.h"
 #include "playback/audio_engine.h"
-#include "shell/annex.h"
 #include "shell/view.h"
 #include "window/main_window.h"
 
@@ -69,10 +69,10 @@ class ImportView : public View {
   intake::RetrievalPasses& retrieval_;
 };
 
-/// The servers. A control that no room answers to is not offered.
+/// The servers.
 class FtpView : public View {
  public:
-  FtpView(forms::MainForm& form, playback::AudioEngine& engine, Annex& annex);
+  FtpView(forms::MainForm& form, playback::AudioEngine& engine, ftp::ServerList& servers);
 
   const char* Word() const override { return "Ftp"; }
   forms::Command& Entry() override { return form_.mnuViewFtp; }
@@ -83,7 +83,7 @@ class FtpView : public View {
  private:
   forms::MainForm& form_;
   playback::AudioEngine& engine_;
-  Annex& annex_;
+  ftp::ServerList& servers_;
 };
 
 }  // namespace tavlo::shell

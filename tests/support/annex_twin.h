@@ -11,10 +11,7 @@ class AnnexTwin : public shell::Annex {
  public:
   std::string ran;
 
-  void AttachFtp() override { ran += "attach "; }
-  void ReleaseFtp() override { ran += "release "; }
   void UpgradeDatabase() override { ran += "upgrade "; }
-  void BuildFtpServers() override { ran += "servers "; }
 };
 
 }  // namespace tavlo::test

@@ -12,6 +12,7 @@
 #include "support/simulated_conversion.h"
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
+#include "support/simulated_ftp.h"
 #include "support/simulated_loop.h"
 #include "support/simulated_mixer.h"
 #include "support/simulated_notifier.h"
@@ -45,6 +46,7 @@ class SimulatedPlatformOf {
   SimulatedUsbWatcher usbWatcher;
   SimulatedConversion conversionLibraries{loop, disk};
   SimulatedNotifier notifier;
+  SimulatedFtpClient ftp{loop, disk};
   SimulatedPrograms programs;
   /// Another copy runs on the same root.
   bool anotherCopy = false;
@@ -90,6 +92,7 @@ class SimulatedPlatformOf {
             .usbWatcher = usbWatcher,
             .conversionLibraries = conversionLibraries,
             .notifier = notifier,
+            .ftpClient = ftp,
             .programStarter = programs,
             .claimOwner = {.host = "desk", .process = 41},
             .installRoot = kRoot,

@@ -6,6 +6,7 @@
 
 #include "platform/beside/side_thread.h"
 #include "platform/convert/plugin_conversion_libraries.h"
+#include "platform/curl/curl_ftp_client.h"
 #include "platform/desktop/detached_programs.h"
 #include "platform/desktop/folders.h"
 #include "platform/desktop/hang_up.h"
@@ -109,6 +110,7 @@ struct Program::Parts {
   PluginConversionLibraries conversionLibraries{errands, libraries};
   ErrandsBeside startErrands{errands};
   DetachedPrograms programs{startErrands};
+  CurlFtpClient ftpClient{loop, loop};
   /// It gives the lock back by an errand, which looks at the pedals.
   RootLock rootLock{errands, root};
   shell::Annex annex;
@@ -124,6 +126,7 @@ struct Program::Parts {
                     .usbWatcher = usbWatcher,
                     .conversionLibraries = conversionLibraries,
                     .notifier = notifications,
+                    .ftpClient = ftpClient,
                     .programStarter = programs,
                     .claimOwner = ThisProcess(),
                     .installRoot = root,

@@ -37,11 +37,12 @@ TEST_F(ExitTest, ClosingTheWindowAsksAndEndsTheProcess) {
 }
 
 TEST_F(ExitTest, ServersAreLetGoBeforeThePedals) {
-  annex.ran.clear();
-  usbWatcher.OnStop = [this] { annex.ran += "usb "; };
+  std::optional<bool> attachedThen;
+  usbWatcher.OnStop = [&] { attachedThen = ftp.attached; };
   loop.Expect({.reply = Reply::Yes});
+  EXPECT_TRUE(ftp.attached);
   form.mnuExit.Press(By::Hand);
-  EXPECT_EQ(annex.ran, "release usb ");
+  EXPECT_EQ(attachedThen, false);
 }
 
 TEST_F(ExitTest, MenuAsksAndEndsTheProcess) {

@@ -13,7 +13,7 @@ using base::operator""s;
 struct LoadTest : testing::Test, DeckBench {
   void LoadWith(const std::string& field, const std::string& value) {
     PlaceSettings({{field, value}});
-    usbWatcher.OnStart = [this] { annex.ran += "usb "; };
+    usbWatcher.OnStart = [this] { annex.ran += ftp.attached ? "attached usb" : "usb"; };
     deck.Start();
     shell::Load load(loop, deck.windows, *deck.Built());
     load.LoadMainWindow();
@@ -23,7 +23,7 @@ struct LoadTest : testing::Test, DeckBench {
 
 TEST_F(LoadTest, StepsOfOtherRoomsComeInTheirOrder) {
   LoadWith("AudioPromptsFlag", "Y");
-  EXPECT_EQ(annex.ran, "attach upgrade usb ");
+  EXPECT_EQ(annex.ran, "upgrade attached usb");
 }
 
 TEST_F(LoadTest, WhatWaitsInADropFolderIsInTheQueueOnceTheWindowShows) {

@@ -1,0 +1,197 @@
+#include "support/simulated_ftp.h"
+
+#include <algorithm>
+
+#include "window/guards.h"
+
+namespace tavlo::test {
+namespace {
+
+bool MayNotTravel(const std::string& text) {
+  return text.find_first_of(std::string("\r\n\0", 3)) != text.npos;
+}
+
+}  // namespace
+
+bool SimulatedFtpClient::Asks(const std::string& call, base::Duration takes) {
+  calls.push_back(call);
+  if (waits_) {
+    misuses.push_back(call);
+    return false;
+  }
+  const window::Raised waiting(waits_);
+  if (Meanwhile) Meanwhile();
+  const base::MonotonicTime answer = loop_.Now() + takes;
+  loop_.TurnUntil([&] { return !attached || loop_.Now() >= answer; }, answer);
+  return attached;
+}
+
+int SimulatedFtpClient::fceAttach(int channels) {
+  if (missing || channels != 1) return kFirstOwn;
+  attached = true;
+  return 0;
+}
+
+void SimulatedFtpClient::fceRelease() {
+  LogOut();
+  attached = false;
+}
+
+int SimulatedFtpClient::fceConnect(const std::string& address, const std::string& user,
+                                   const std::string& password) {
+  LogOut();
+  passive = 0;
+  if (MayNotTravel(address + user + password)) return kTextRefused;
+  const bool answers = !server.down && address == server.address;
+  if (!Asks("connect", answers ? server.latency : kConnectLimit)) return kNotConnected;
+  if (!answers) return kNoAnswer;
+  if (user != server.user || password != server.password) return kLogInRefused;
+  ++server.logIns;
+  ++server.loggedIn;
+  connected_ = true;
+  inDirectory_ = server.directory.empty();
+  return 0;
+}
+
+void SimulatedFtpClient::LogOut() {
+  if (connected_) --server.loggedIn;
+  connected_ = false;
+  transfer_.reset();
+}
+
+void SimulatedFtpClient::fceClose() {
+  calls.emplace_back("close");
+  if (waits_) misuses.emplace_back("close");
+  LogOut();
+}
+
+int SimulatedFtpClient::fceSetLocalDir(const std::string& folder) {
+  localFolder = folder;
+  return disk_.Has(folder.substr(0, folder.size() - 1)) ? 0 : kNoFolder;
+}
+
+int SimulatedFtpClient::fceSetServerDir(const std::string& directory) {
+  if (MayNotTravel(directory)) return kTextRefused;
+  if (directory.empty()) return 0;
+  if (!Asks("directory") || !connected_) return kNotConnected;
+  if (directory != server.directory) return kNoDirectory;
+  inDirectory_ = true;
+  return 0;
+}
+
+int SimulatedFtpClient::fceSetMode(char newMode) {
+  mode = newMode;
+  return 0;
+}
+
+int SimulatedFtpClient::fceSetInteger(int parameter, int value) {
+  if (parameter == kPassive) passive = value;
+  return 0;
+}
+
+std::int64_t SimulatedFtpClient::fceGetInteger(int parameter) const {
+  return parameter == kBytesMoved ? moved_ : 0;
+}
+
+int SimulatedFtpClient::fceGetList(int kind, std::string& buffer, std::size_t size) {
+  const std::string name = buffer.substr(0, buffer.find('\0'));
+  if (kind == kOneFile && MayNotTravel(name)) return kTextRefused;
+  if (!Asks(kind == kNames ? "list" : "length") || !connected_) return kNotConnected;
+  if (kind == kNames && server.failsListings) return kListingFailed;
+  return kind == kNames ? NameList(buffer, size) : LineOf(buffer, size);
+}
+
+int SimulatedFtpClient::NameList(std::string& buffer, std::size_t size) const {
+  std::string text;
+  if (inDirectory_) {
+    for (const auto& [name, contents] : server.files) text += name + "\r\n";
+  }
+  if (server.listing) text = *server.listing;
+  text.resize(std::min(text.size(), size));
+  std::ranges::copy(text, buffer.begin());
+  return static_cast<int>(text.size());
+}
+
+int SimulatedFtpClient::LineOf(std::string& buffer, std::size_t size) const {
+  const std::string name = buffer.substr(0, buffer.find('\0'));
+  const auto found = server.files.find(name);
+  if (found == server.files.end() || !server.tellsLengths) return 0;
+  std::string line = "-rw-r--r-- 1 ftp ftp " + std::to_string(found->second.size()) +
+                     " Mar 09 14:05 " + name + '\0';
+  line.resize(std::min(line.size(), size));
+  std::ranges::copy(line, buffer.begin());
+  return static_cast<int>(line.size());
+}
+
+int SimulatedFtpClient::fceGetFile(const std::string& name, const std::string& landing) {
+  if (MayNotTravel(name)) return kTextRefused;
+  if (!Asks("get " + name) || !connected_) return kNotConnected;
+  const bool refuses = std::ranges::find(server.refused, name) != server.refused.end();
+  if (refuses || !inDirectory_ || !server.files.contains(name)) return kNotSent;
+  const std::string path = localFolder + landing;
+  if (disk_.Has(path)) return kLandingTaken;
+  disk_.WithFile(path, "");
+  transfer_ = Transfer{.name = name, .path = path, .begun = loop_.Now()};
+  moved_ = 0;
+  return 0;
+}
+
+std::size_t SimulatedFtpClient::Come() const {
+  const double seconds = std::chrono::duration<double>(loop_.Now() - transfer_->begun).count();
+  return static_cast<std::size_t>(seconds * static_cast<double>(server.bytesPerSecond));
+}
+
+int SimulatedFtpClient::fceDriver() {
+  if (waits_) misuses.emplace_back("driver");
+  if (!transfer_) return kNotConnected;
+  const std::string& contents = server.files[transfer_->name];
+  const std::size_t come = std::min(Come(), contents.size());
+  const bool breaks = server.breaksAfter && come >= *server.breaksAfter;
+  moved_ = static_cast<std::int64_t>(breaks ? *server.breaksAfter : come);
+  disk_.Write(transfer_->path, contents.substr(0, static_cast<std::size_t>(moved_)));
+  if (breaks || server.down) {
+    LogOut();
+    return kLost;
+  }
+  if (come < contents.size()) return 1;
+  server.sent.push_back(transfer_->name);
+  transfer_.reset();
+  return 0;
+}
+
+void SimulatedFtpClient::fceDelFile(const std::string& name) {
+  calls.push_back("delete " + name);
+  if (waits_) misuses.push_back("delete " + name);
+  if (!connected_ || server.refusesDeletes) return;
+  server.deleted.push_back(name);
+  server.files.erase(name);
+}
+
+std::string SimulatedFtpClient::fceErrorText(int code) const {
+  switch (code) {
+    case kTextRefused:
+      return "The text has a line break in it.";
+    case kNotConnected:
+      return "The connection is closed.";
+    case kLandingTaken:
+      return "A file of that name stands there already.";
+    case kNoAnswer:
+      return "The server gives no answer.";
+    case kLogInRefused:
+      return "The server refuses this user and password.";
+    case kNoDirectory:
+      return "The server has no such directory.";
+    case kListingFailed:
+      return "The server does not list its files.";
+    case kNotSent:
+      return "The server does not send this file.";
+    case kLost:
+      return "The connection was lost.";
+    case kNoFolder:
+      return "The landing folder is missing.";
+    default:
+      return {};
+  }
+}
+
+}  // namespace tavlo::test
