@@ -186,11 +186,7 @@ struct StalledSendAll : StalledArrivals {
   }
   void Agree() {
     ASSERT_TRUE(Until([&] { return program->Box().starts_with("Tavlo Deck - Import: "); }));
-    program->Do([] {
-      qobject_cast<QMessageBox*>(QApplication::activeModalWidget())
-          ->button(QMessageBox::Yes)
-          ->click();
-    });
+    program->Do([] { DrivenProgram::OpenBox()->button(QMessageBox::Yes)->click(); });
   }
 };
 

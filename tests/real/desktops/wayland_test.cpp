@@ -87,7 +87,7 @@ bool PassSplash(DrivenProgram& program) {
 void AnswerBox(DrivenProgram& program) {
   ASSERT_TRUE(Until([&] { return !program.Box().empty(); }));
   program.Do([] {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    auto* const box = DrivenProgram::OpenBox();
     if (box) (box->defaultButton() ? box->defaultButton() : box->button(QMessageBox::Ok))->click();
   });
 }

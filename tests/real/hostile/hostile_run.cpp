@@ -68,7 +68,7 @@ std::shared_ptr<std::atomic<bool>> Post(std::function<void()> call) {
 
 bool CloseBox(DrivenProgram& program) {
   return program.Ask([] {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    auto* const box = DrivenProgram::OpenBox();
     if (box) box->button(QMessageBox::Ok)->click();
     return box != nullptr;
   });

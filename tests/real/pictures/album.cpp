@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QScreen>
 #include <QWidget>
@@ -73,7 +74,7 @@ Album::Album(DrivenProgram& program, std::string name)
 
 QWidget* Album::Front() {
   if (QWidget* const popup = QApplication::activePopupWidget()) return popup;
-  if (QWidget* const box = QApplication::activeModalWidget()) return box;
+  if (QWidget* const box = DrivenProgram::OpenBox()) return box;
   if (QWidget* const active = QApplication::activeWindow()) return active;
   for (QWidget* const window : QApplication::topLevelWidgets()) {
     if (window->isVisible()) return window;

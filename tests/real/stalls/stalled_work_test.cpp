@@ -228,11 +228,7 @@ struct StalledCompleted : WorkOnAShare {
   void AgreeToDelete() {
     program->Click("cmdDeleteOneCompleted");
     ASSERT_TRUE(Until([&] { return program->Box().starts_with("Tavlo Deck - Delete: "); }));
-    program->Do([] {
-      qobject_cast<QMessageBox*>(QApplication::activeModalWidget())
-          ->button(QMessageBox::Yes)
-          ->click();
-    });
+    program->Do([] { DrivenProgram::OpenBox()->button(QMessageBox::Yes)->click(); });
   }
 };
 
