@@ -19,15 +19,20 @@ MainKey::MainKey(QWidget* parent) : RoomyKey(parent) {
   setAttribute(Qt::WA_Hover);
 }
 
+void MainKey::SetStops(bool stops) {
+  if (stops_ == stops) return;
+  stops_ = stops;
+  update();
+}
+
 /// A key that cannot be pressed looks as the desktop's own.
 void MainKey::paintEvent(QPaintEvent* event) {
   if (!isEnabled()) return RoomyKey::paintEvent(event);
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QColor face = isDown()       ? theme::kTeal.darker(120)
-                      : underMouse() ? theme::kTeal.lighter(108)
-                                     : theme::kTeal;
-  painter.setPen(QPen(theme::kTeal.darker(150), 1));
+  const QColor colour = stops_ ? theme::kAmberKey : theme::kTeal;
+  const QColor face = isDown() ? colour.darker(120) : underMouse() ? colour.lighter(108) : colour;
+  painter.setPen(QPen(colour.darker(150), 1));
   painter.setBrush(face);
   const QRectF outline = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
   painter.drawRoundedRect(outline, kMainKeyRounding, kMainKeyRounding);

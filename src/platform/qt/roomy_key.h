@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QPushButton>
+#include <QStringList>
+#include <algorithm>
 
 namespace tavlo::platform::qt {
 
@@ -9,16 +11,23 @@ class RoomyKey : public QPushButton {
  public:
   explicit RoomyKey(QWidget* parent) : QPushButton(parent) { setAutoDefault(false); }
 
+  /// The key is as wide as its widest caption, so that nothing beside it moves when it changes.
+  void KeepRoomFor(const QStringList& captions) { captions_ = captions; }
+
   QSize sizeHint() const override {
-    const QString caption = text().remove('&');
-    const int width = fontMetrics().horizontalAdvance(caption) + kPadding;
-    return QPushButton::sizeHint().expandedTo({width, 0});
+    int letters = fontMetrics().horizontalAdvance(text().remove('&'));
+    for (const QString& caption : captions_) {
+      letters = std::max(letters, fontMetrics().horizontalAdvance(caption));
+    }
+    return QPushButton::sizeHint().expandedTo({letters + kPadding, 0});
   }
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  private:
   /// Both sides of the caption together; some styles leave next to nothing.
   static constexpr int kPadding = 28;
+
+  QStringList captions_;
 };
 
 }  // namespace tavlo::platform::qt
