@@ -22,6 +22,14 @@ QString FileOf(Glyph glyph) {
       return "forward";
     case Glyph::SkipEnd:
       return "skip-end";
+    case Glyph::AllToTheRight:
+      return "all-to-the-right";
+    case Glyph::AllToTheLeft:
+      return "all-to-the-left";
+    case Glyph::File:
+      return "file";
+    case Glyph::Fetching:
+      return "fetching";
     case Glyph::None:
       break;
   }

@@ -12,8 +12,20 @@ class QPainter;
 /// are logical pixels; `ratio` is how many of the screen's own there are to one.
 namespace tavlo::platform::qt {
 
-/// What the keys of the deck show.
-enum class Glyph { None, SkipBegin, Rewind, Play, Stop, Forward, SkipEnd };
+/// What keys show, and the rows of files.
+enum class Glyph {
+  None,
+  SkipBegin,
+  Rewind,
+  Play,
+  Stop,
+  Forward,
+  SkipEnd,
+  AllToTheRight,
+  AllToTheLeft,
+  File,
+  Fetching
+};
 
 /// The glyph in one ink.
 QPixmap GlyphPixmap(Glyph glyph, int size, const QColor& ink, double ratio);
