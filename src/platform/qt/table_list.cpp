@@ -244,19 +244,26 @@ void TableList::ShareWidth() {
   }
 }
 
+QRect TableList::TextPlace(const QRect& cell) const {
+  return cell.adjusted(kCellPadding, 0, -kCellPadding, 0);
+}
+
 bool TableList::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
   const auto* const help = static_cast<QHelpEvent*>(event);
   const QModelIndex index = indexAt(help->pos());
   const QString text = index.data().toString();
   const QRect cell = visualRect(index);
-  for (const EmptyLine& line : EmptyLines()) {
+  const std::vector<EmptyLine> lines = EmptyLines();
+  const bool all = std::ssize(lines) > ToQt(table_.WhenEmpty.Get()).count(u'\n');
+  for (const EmptyLine& line : lines) {
     const bool whole = QFontMetrics(line.font).horizontalAdvance(line.text) <= line.place.width();
-    if (whole || !line.place.contains(help->pos())) continue;
-    QToolTip::showText(help->globalPos(), ToTooltip(line.text), viewport(), line.place);
+    if ((whole && all) || !line.place.contains(help->pos())) continue;
+    const QString words = all ? line.text : accessibleDescription();
+    QToolTip::showText(help->globalPos(), ToTooltip(words), viewport(), line.place);
     return true;
   }
-  const bool cut = fontMetrics().horizontalAdvance(text) > cell.width() - 2 * kCellPadding;
+  const bool cut = fontMetrics().horizontalAdvance(text) > TextPlace(cell).width();
   if (!index.isValid() || !cut) return QTableView::viewportEvent(event);
   QToolTip::showText(help->globalPos(), ToTooltip(text), viewport(), cell);
   return true;
@@ -275,7 +282,8 @@ void TableList::paintEvent(QPaintEvent* event) {
 /// The first line is a heading.
 std::vector<TableList::EmptyLine> TableList::EmptyLines() const {
   std::vector<EmptyLine> lines;
-  if (model_->rowCount() > 0 || !isEnabled() || table_.WhenEmpty.Get().empty()) return lines;
+  const bool speaks = isEnabled() || SpeaksStandingStill();
+  if (model_->rowCount() > 0 || !speaks || table_.WhenEmpty.Get().empty()) return lines;
   const QRect inside = viewport()->rect().adjusted(kRowPadding, 0, -kRowPadding, 0);
   const QColor page = palette().color(QPalette::Base);
   const QColor ink = palette().color(QPalette::Text);
@@ -288,6 +296,7 @@ std::vector<TableList::EmptyLine> TableList::EmptyLines() const {
             std::max(0, inside.height() * 2 / 5 - pitch * static_cast<int>(texts.size()) / 2);
   for (const QString& text : texts) {
     const bool heading = lines.empty();
+    if (!heading && top + pitch > inside.bottom()) break;
     lines.push_back({.text = text,
                      .place = QRect(inside.left(), top, inside.width(), pitch),
                      .font = heading ? letters : font(),

@@ -63,8 +63,10 @@ class TableList : public QTableView {
     QFont font;
     QColor ink;
   };
-  /// Nothing while the list has rows, or stands still.
+  /// Nothing while the list has rows, or stands still and then says nothing.
   std::vector<EmptyLine> EmptyLines() const;
+  /// The part of a cell that its text has.
+  virtual QRect TextPlace(const QRect& cell) const;
 
  protected:
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -82,9 +84,14 @@ class TableList : public QTableView {
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
 
+  /// Marks the row that the form has chosen.
+  virtual void ShowChosen();
+  /// Whether a list that stands still says what it says when it is empty.
+  virtual bool SpeaksStandingStill() const { return false; }
+  void ChooseByKey(int row);
+
  private:
   void Show();
-  void ShowChosen();
   void ShowColumns();
   void ShareWidth();
   void FitRowsToFont();
@@ -94,7 +101,6 @@ class TableList : public QTableView {
   bool TakesFiles(const QDropEvent& event) const;
   void ShowDropPlace(bool shows);
   void SortByHand(int column);
-  void ChooseByKey(int row);
   /// Does what a hand meant for a row. Where that must wait, and the list has other rows by then,
   /// nothing is done.
   void OnRow(std::function<void()> door);
