@@ -4,12 +4,22 @@
 
 namespace tavlo::forms {
 
+/// Columns of both lists of files.
+namespace ftp_column {
+enum { FileName };
+}
+
 /// Fetching files from a server.
 struct FtpFrame {
   FtpFrame(Window& window, Pane& frameFiles)
       : frameFtp(&frameFiles, "frameFtp", {.caption = "Ftp", .visible = false}),
         txtFtpServerSelection(&window, "txtFtpServerSelection", {.visible = false}),
-        txtFtpParseImportDirPointer(&window, "txtFtpParseImportDirPointer", {.visible = false}) {}
+        txtFtpParseImportDirPointer(&window, "txtFtpParseImportDirPointer", {.visible = false}) {
+    for (Table* const list : {&listFtpList, &listFtpDownloadList}) {
+      list->SetColumns({{.title = "File Name", .width = 1500}});
+    }
+    listFtpDownloadList.WhenEmpty = "Nothing to download\nClick a file on the left to put it here.";
+  }
 
   Pane frameFtp;
   Command bConnect{

@@ -18,7 +18,8 @@ constexpr int kSignPadding = 6;
 
 }  // namespace
 
-BusySign::BusySign(forms::FtpFrame& form, Binder& binder, QWidget* lists) : QWidget(lists) {
+BusySign::BusySign(forms::FtpFrame& form, Binder& binder, QWidget* lists)
+    : QWidget(lists), form_(form) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(kSignSide, kSignPadding, kSignSide, kSignPadding);
@@ -40,7 +41,9 @@ BusySign::BusySign(forms::FtpFrame& form, Binder& binder, QWidget* lists) : QWid
 void BusySign::StandInPlace() {
   if (!isVisibleTo(parentWidget())) return;
   const QSize size = sizeHint().boundedTo(parentWidget()->size());
-  setGeometry(QRect(QPoint((parentWidget()->width() - size.width()) / 2, kTop), size));
+  // Over the lists of servers' files, which are hidden meanwhile, all of their place is free.
+  const int top = form_.frameFtp.Visible ? parentWidget()->height() * 2 / 5 : kTop;
+  setGeometry(QRect(QPoint((parentWidget()->width() - size.width()) / 2, top), size));
   raise();
 }
 

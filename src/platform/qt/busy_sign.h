@@ -21,6 +21,8 @@ class BusySign : public QWidget {
 
  private:
   void StandInPlace();
+
+  forms::FtpFrame& form_;
 };
 
 }  // namespace tavlo::platform::qt

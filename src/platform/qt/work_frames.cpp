@@ -1,13 +1,15 @@
 #include "platform/qt/work_frames.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "platform/qt/binder.h"
 #include "platform/qt/busy_sign.h"
+#include "platform/qt/choice_box.h"
+#include "platform/qt/faded_inks.h"
+#include "platform/qt/ftp_panel.h"
 #include "platform/qt/import_panel.h"
 #include "platform/qt/roomy_key.h"
 #include "platform/qt/table_list.h"
@@ -19,7 +21,6 @@ namespace {
 
 constexpr int kSide = 16;
 constexpr int kBeforeDirectory = 12;
-constexpr int kComboWidth = 200;
 
 }  // namespace
 
@@ -72,8 +73,7 @@ void WorkFrames::AddRefresh(WrappingRow& row, forms::Command& command) {
 }
 
 void WorkFrames::AddCombo(WrappingRow& row, forms::Table& table) {
-  auto* const box = new QComboBox(this);
-  box->setMinimumWidth(kComboWidth);
+  auto* const box = new ChoiceBox(this);
   row.addWidget(box);
   binder_.Pick(table, *box);
 }
@@ -110,11 +110,18 @@ void WorkFrames::AddImport() {
 
 void WorkFrames::AddFtp() {
   const Frame frame = AddFrame(form_.frameFtp);
+  KeepDisabledReadable(*frame.widget);
   BeginRightPart(*frame.heading);
   AddCombo(*frame.heading, form_.comboFtpServerNames);
   AddCombo(*frame.heading, form_.comboFtpFileTypesToList);
-  AddKeys(*frame.heading, {&form_.bConnect});
-  frame.rows->addStretch(1);
+  auto* const list = new RoomyKey(this);
+  frame.heading->addWidget(list);
+  binder_.Press(form_.bList, *list, 'L');
+  auto* const connect = new RoomyKey(this);
+  connect->KeepRoomFor({"Connect", "Disconnect"});
+  frame.heading->addWidget(connect);
+  binder_.Press(form_.bConnect, *connect, 'o');
+  frame.rows->addWidget(new FtpPanel(form_, binder_, frame.widget), 1);
 }
 
 }  // namespace tavlo::platform::qt
