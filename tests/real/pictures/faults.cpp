@@ -39,7 +39,10 @@ QString TooltipOf(const ShownText& text) {
   QHelpEvent question(QEvent::ToolTip, text.pointer, text.widget->mapToGlobal(text.pointer));
   QApplication::sendEvent(text.widget, &question);
   const QString told = QToolTip::text();
-  QToolTip::hideText();
+  // The toolkit would leave it standing for a while, on the next picture too.
+  for (QWidget* const window : QApplication::topLevelWidgets()) {
+    if (window->windowType() == Qt::ToolTip) window->hide();
+  }
   return Qt::mightBeRichText(told) ? QTextDocumentFragment::fromHtml(told).toPlainText() : told;
 }
 

@@ -25,6 +25,7 @@
 #include "platform/qt/brand_logo.h"
 #include "platform/qt/deck_key.h"
 #include "platform/qt/deck_slider.h"
+#include "platform/qt/glyph_key.h"
 #include "platform/qt/list_heading.h"
 #include "platform/qt/table_list.h"
 
@@ -34,6 +35,7 @@ namespace {
 using platform::qt::BrandLogo;
 using platform::qt::DeckKey;
 using platform::qt::DeckSlider;
+using platform::qt::GlyphKey;
 using platform::qt::ListHeading;
 using platform::qt::TableList;
 
@@ -127,6 +129,10 @@ class Walk {
       return AddMark(*logo, logo->rect());
     }
     if (auto* key = dynamic_cast<DeckKey*>(&widget)) return DescribeKey(*key);
+    if (auto* key = dynamic_cast<GlyphKey*>(&widget)) {
+      AddControl(*key);
+      return AddMark(*key, key->rect().adjusted(kKeyEdge, kKeyEdge, -kKeyEdge, -kKeyEdge));
+    }
     if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
       return DescribeButton(*button);
     }
@@ -263,7 +269,8 @@ class Walk {
 
   void DescribeList(QAbstractItemView& list) {
     AddControl(list);
-    if (const auto* const rows = dynamic_cast<const TableList*>(&list)) DescribeEmpty(*rows);
+    const auto* const own = dynamic_cast<const TableList*>(&list);
+    if (own) DescribeEmpty(*own);
     if (!list.model()) return;
     const QRect seen = list.viewport()->rect();
     for (int row = std::max(0, list.indexAt(QPoint(5, 1)).row()); row < list.model()->rowCount();
@@ -275,8 +282,9 @@ class Walk {
         shows = shows || cell.intersects(seen);
         const QString text = index.data().toString();
         if (text.isEmpty() || cell.isEmpty() || !seen.contains(cell)) continue;
-        AddText(*list.viewport(), text, cell.adjusted(kCellPadding, 0, -kCellPadding, 0),
-                list.font());
+        const QRect place =
+            own ? own->TextPlace(cell) : cell.adjusted(kCellPadding, 0, -kCellPadding, 0);
+        AddText(*list.viewport(), text, place, list.font());
       }
       if (!shows) break;
     }
