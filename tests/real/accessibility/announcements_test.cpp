@@ -85,6 +85,35 @@ TEST_F(Announcements, AQuietRemarkIsToldOnceAndNotThatItGoes) {
   }
 }
 
+TEST_F(Announcements, WhatHappensOnAServerIsToldWhileItsViewShowsAndNotBehindAnother) {
+  const auto happens = [](const char* words) {
+    program->Do([&] { Main().eMessage.Value = words; });
+  };
+  Keys({keys::kAlt, 'v'});
+  Keys({'t'});
+  ASSERT_TRUE(program->Until([] { return Main().frameFtp.Visible && Main().mnuView.Enabled; }));
+  happens("List completed");
+  EXPECT_TRUE(Told("List completed"));
+  Keys({keys::kAlt, 'v'});
+  Keys({'q'});
+  ASSERT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
+  reader->Heard();
+  happens("No files found");
+  program->Do([] { program->Rooms().mainWindow.Say("Not deleted: access is denied."); });
+  bool told = false;
+  EXPECT_TRUE(Until([&] {
+    for (const std::string& event : reader->Heard()) {
+      EXPECT_EQ(event.find("notification|No files found"), event.npos) << event;
+      told = told || event.find("Not deleted: access is denied.") != event.npos;
+    }
+    return told;
+  }));
+  program->Do([] {
+    program->Rooms().mainWindow.ForgetNotice();
+    Main().eMessage.Value = "";
+  });
+}
+
 TEST_F(Announcements, AKeyThatGoesOutOfUseNamesNoneOfItsNeighbours) {
   Select("Brown");
   Play();

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "accessibility/listening_desk.h"
+#include "ftp_view/ftp_states.h"
 #include "support/screen.h"
 
 namespace tavlo::test {
@@ -65,6 +66,30 @@ TEST_F(WithoutAMouse, TabReachesEveryControlOfTheImportView) {
   EXPECT_TRUE(HasFocus("scrollImportWavSubDirectories"));
   Keys({keys::kHome});
   EXPECT_TRUE(program->Until([] { return Main().txtWavImportSubdirectory.Value.Get() == "0"; }));
+  Keys({keys::kAlt, 'v'});
+  Keys({'q'});
+  EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
+}
+
+TEST_F(WithoutAMouse, FilesOfAServerAreChosenByKeys) {
+  Keys({keys::kAlt, 'v'});
+  Keys({'t'});
+  ASSERT_TRUE(program->Until([] { return Main().frameFtp.Visible && Main().mnuView.Enabled; }));
+  FtpStates states(Main());
+  program->Do([&] {
+    states.Idle();
+    states.Listed(FtpStates::UsualNames());
+    states.Chosen(1);
+  });
+  ExpectTabReachesEverything();
+  ASSERT_TRUE(TabTo("listFtpList"));
+  Keys({keys::kDown});
+  Keys({keys::kReturn});
+  EXPECT_TRUE(program->Until([] { return Main().listFtpDownloadList.Rows().size() == 2; }));
+  EXPECT_EQ(program->Ask([] { return Main().listFtpDownloadList.TextAt(1, 0); }),
+            FtpStates::UsualNames()[2]);
+  EXPECT_TRUE(HasFocus("listFtpList"));
+  program->Do([&] { states.Idle(); });
   Keys({keys::kAlt, 'v'});
   Keys({'q'});
   EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "accessibility/listening_desk.h"
+#include "ftp_view/ftp_states.h"
 #include "support/screen.h"
 
 namespace tavlo::test {
@@ -131,6 +132,32 @@ TEST_F(Windows, EveryControlOfTheImportViewHasANameARoleAndAValue) {
   ExpectEveryControlIsNamed("import", 14);
   EXPECT_EQ(Slider("Select an import directory").value, "0");
   EXPECT_EQ(reader->Find("check box", "Link").role, "check box");
+  Keys({keys::kAlt, 'v'});
+  Keys({'q'});
+  EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
+}
+
+TEST_F(Windows, EveryControlOfTheFtpViewHasANameARoleAndAValue) {
+  Keys({keys::kAlt, 'v'});
+  Keys({'t'});
+  ASSERT_TRUE(Meets("table", "Files on the server"));
+  ASSERT_TRUE(program->Until([] { return Main().mnuView.Enabled.Get(); }));
+  FtpStates states(Main());
+  program->Do([&] {
+    states.Idle();
+    states.Listed(FtpStates::UsualNames());
+    states.Chosen(3);
+  });
+  EXPECT_TRUE(Meets("table", "Files to download"));
+  ExpectEveryControlIsNamed("ftp", 10);
+  EXPECT_EQ(reader->Find("push button", "Move all files to the download list").role, "push button");
+  EXPECT_EQ(reader->Table("Files to download").size(), 4u);
+  program->Do([&] { states.Downloading(" 1204224 bytes  52%"); });
+  EXPECT_TRUE(
+      Until([] { return reader->Find("progress bar", "Progress of the file").value == "52"; }));
+  EXPECT_TRUE(Meets("label", "Received: 1204224 bytes  52%"));
+  EXPECT_TRUE(Meets("push button", "Halt"));
+  program->Do([&] { states.Idle(); });
   Keys({keys::kAlt, 'v'});
   Keys({'q'});
   EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
