@@ -5,12 +5,13 @@
 #include <array>
 #include <utility>
 
+#include "platform/curl/dial.h"
 #include "platform/curl/ftp_failures.h"
 
 namespace tavlo::platform {
 namespace {
 
-using How = Link::Received::How;
+using How = Received::How;
 
 /// The server ends the connection.
 constexpr int kGoodBye = 421;
@@ -20,13 +21,17 @@ constexpr std::chrono::milliseconds kNow{0};
 
 }  // namespace
 
-int ControlConnection::Open(const LogIn& logIn) {
-  int failure = link_.Dial(logIn, tether_);
-  const bool implicit = logIn.server.protection == ftp::Protection::ImplicitTls;
-  if (failure == 0 && implicit) failure = link_.Protect(logIn, tether_);
+int ControlConnection::Open(const ftp::ServerAddress& server, const TrustStore& trust) {
+  using ftp::Protection;
+  SocketHandle socket;
+  if (const int failure = Dial(server, limits_.connect, tether_, socket)) return failure;
+  link_ = Link(std::move(socket));
+  if (server.protection != Protection::None) {
+    party_ = std::make_unique<TlsParty>(trust, server.host);
+  }
+  int failure = server.protection == Protection::ImplicitTls ? Protect() : 0;
   if (failure == 0) failure = Greet();
-  const bool isExplicit = logIn.server.protection == ftp::Protection::ExplicitTls;
-  if (failure == 0 && isExplicit) failure = AgreeOnTls(logIn);
+  if (failure == 0 && server.protection == Protection::ExplicitTls) failure = AskForTls();
   if (failure != 0) Close(failure);
   return failure;
 }
@@ -43,12 +48,12 @@ int ControlConnection::Greet() {
   return greeting.code >= 400 ? kServerBusy : kNoFtpServer;
 }
 
-int ControlConnection::AgreeOnTls(const LogIn& logIn) {
+int ControlConnection::AskForTls() {
   const auto reply = Ask("AUTH TLS");
   if (!reply) return fault_;
   // What came behind the answer came unprotected, so somebody on the way may have put it there.
   if (reply->code != 234 || HasNews()) return kNoProtection;
-  return link_.Protect(logIn, tether_);
+  return Protect();
 }
 
 void ControlConnection::Close(int fault) {
@@ -85,7 +90,7 @@ void ControlConnection::Tell(std::string command) {
 bool ControlConnection::Look() {
   while (IsOpen()) {
     std::array<char, 4096> room;
-    const Link::Received received = link_.Receive(room, In(kNow), tether_);
+    const Received received = link_.Receive(room, In(kNow), tether_);
     if (received.how == How::TimedOut) return true;
     if (received.how != How::Bytes || unread_.size() > ReplyReader::kLongestReply) {
       Close(kConnectionLost);
@@ -118,7 +123,7 @@ int ControlConnection::Read(Deadline deadline, ServerReply& reply) {
       return 0;
     }
     std::array<char, 4096> room;
-    const Link::Received received = link_.Receive(room, deadline, tether_);
+    const Received received = link_.Receive(room, deadline, tether_);
     if (received.how == How::TimedOut || Deadline::clock::now() >= deadline) return kStalled;
     if (received.how != How::Bytes) return kConnectionLost;
     unread_.append(room.data(), received.count);

@@ -1,15 +1,19 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "ftp/ftp_client.h"
+#include "ftp/server_address.h"
 #include "platform/curl/ftp_limits.h"
 #include "platform/curl/link.h"
 #include "platform/curl/reply_reader.h"
 #include "platform/curl/tether.h"
+#include "platform/curl/tls.h"
+#include "platform/curl/trust_store.h"
 
 namespace tavlo::platform {
 
@@ -20,7 +24,7 @@ class ControlConnection {
   ControlConnection(const FtpLimits& limits, Tether& tether) : limits_(limits), tether_(tether) {}
 
   /// Reaches the server, agrees on protection and reads the greeting. 0, or a failure.
-  int Open(const LogIn& logIn);
+  int Open(const ftp::ServerAddress& server, const TrustStore& trust);
   bool IsOpen() const { return link_.Descriptor() >= 0; }
   /// Why it is not open any more: a failure.
   int Fault() const { return fault_; }
@@ -40,10 +44,13 @@ class ControlConnection {
   void Tell(std::string command);
 
   int Descriptor() const { return link_.Descriptor(); }
+  /// With whom connections for data agree on TLS; null when nothing is protected.
+  TlsParty* Party() const { return party_.get(); }
 
  private:
   int Greet();
-  int AgreeOnTls(const LogIn& logIn);
+  int AskForTls();
+  int Protect() { return link_.Protect(*party_, In(limits_.connect), tether_); }
   /// 0 with an answer, or why there is none.
   int Read(Deadline deadline, ServerReply& reply);
   /// Answers that nobody asked for: a server that says good-bye does so before.
@@ -51,6 +58,7 @@ class ControlConnection {
 
   const FtpLimits limits_;
   Tether& tether_;
+  std::unique_ptr<TlsParty> party_;
   Link link_;
   ReplyReader replies_;
   std::string unread_;  ///< What came behind the answer that was read last.

@@ -181,7 +181,7 @@ int CurlFtpClient::Describe(std::string& buffer, std::size_t size) {
 
 int CurlFtpClient::fceGetFile(const std::string& name, const std::string& landing) {
   if (!CanBeSent(name) || name.empty() || !CanBeSent(landing)) return kTextRefused;
-  if (!IsLandingName(landing)) return kTextRefused;
+  if (!IsLandingName(landing)) return kLandingFailed;
   const auto order = std::make_shared<FtpOrder>();
   order->transfer = std::make_shared<Transfer>();
   order->work = [passive = passive_, name, landing](FtpSession& session) {

@@ -128,14 +128,14 @@ int DataPort::Accept() {
   }
 }
 
-int DataPort::Open(const LogIn& logIn, Link& link) {
+int DataPort::Open(Link& link) {
   if (listening_) {
     if (const int failure = Accept()) return failure;
     listening_ = SocketHandle();
   }
   link = Link(std::move(connected_));
-  if (logIn.server.protection == ftp::Protection::None) return 0;
-  return link.Protect(logIn, tether_);
+  TlsParty* const party = control_.Party();
+  return party == nullptr ? 0 : link.Protect(*party, In(limits_.connect), tether_);
 }
 
 }  // namespace tavlo::platform

@@ -21,7 +21,7 @@ class DataPort {
   /// A port of ours is named to the server.
   int PrepareActive();
   /// The connection, once the server has said that data come. 0, or a failure.
-  int Open(const LogIn& logIn, Link& link);
+  int Open(Link& link);
 
  private:
   int Reach(std::uint16_t port);

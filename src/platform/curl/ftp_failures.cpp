@@ -56,6 +56,7 @@ constexpr Words kWords[] = {
      "The server opens no way for data. Change \"Server specifies data port\" on the Ftp page"},
     {kStalled, "Nothing has come from the server for too long. Press Connect to log in again"},
     {kFileCutShort, "The file came in part only. Download it again"},
+    {kFileHasGrown, "The file grew while it came. Download it again when it is complete"},
     {kDiskFailed, "The file could not be written to the disk, which may be full"},
     {kLandingFailed, "The file could not be made in the folder of received files"},
     {kNotOffered, "This can not be done"},

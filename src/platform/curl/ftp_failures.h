@@ -32,11 +32,12 @@ enum FtpFailure : int {
   kNoDataConnection = -121,
   kStalled = -122,  ///< Not a byte for as long as is waited.
   kFileCutShort = -123,
-  kDiskFailed = -124,        ///< What came could not be written.
-  kLandingFailed = -125,     ///< The file could not be made.
-  kNotOffered = -126,        ///< The client does not do that.
-  kBusy = -127,              ///< It waits for something else.
-  kProcessInTrouble = -128,  ///< No thread or descriptor is left.
+  kDiskFailed = -124,     ///< What came could not be written.
+  kLandingFailed = -125,  ///< The file could not be made.
+  kNotOffered = -126,     ///< The client does not do that.
+  kBusy = -127,           ///< It waits for something else.
+  kFileHasGrown = -128,
+  kProcessInTrouble = -129,  ///< No thread or descriptor is left.
 };
 
 /// The failure in words for the person at the deck, 128 bytes at most. Empty for what is none.

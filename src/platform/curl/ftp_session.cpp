@@ -14,7 +14,7 @@ namespace tavlo::platform {
 namespace {
 
 using ftp::FtpClient;
-using How = Link::Received::How;
+using How = Received::How;
 
 /// Of the types that FTP has.
 constexpr char kText = 'A';
@@ -49,12 +49,7 @@ int FtpSession::Lose(int fault) {
 
 int FtpSession::Connect(const ftp::ServerAddress& server, const TrustStore& trust,
                         const std::string& user, const std::string& password) {
-  logIn_ = {.server = server,
-            .trust = trust,
-            .connectLimit = limits_.connect,
-            .tlsSessions = ShareTlsSessions()};
-  if (!logIn_.tlsSessions) return kProcessInTrouble;
-  if (const int failure = control_.Open(logIn_)) return failure;
+  if (const int failure = control_.Open(server, trust)) return failure;
   if (const int failure = LogIn(user, password)) return Lose(failure);
   return 0;
 }
@@ -64,10 +59,10 @@ int FtpSession::LogIn(const std::string& user, const std::string& password) {
   if (reply && reply->code == 331) reply = control_.Ask("PASS " + password);
   if (!reply) return control_.Fault() == kConnectionLost ? kServerBusy : control_.Fault();
   if (!reply->IsGood()) {
-    const bool plain = logIn_.server.protection == ftp::Protection::None;
+    const bool plain = control_.Party() == nullptr;
     return plain && WantsProtection(*reply) ? kProtectionWanted : kLogInRefused;
   }
-  return logIn_.server.protection == ftp::Protection::None ? 0 : Protect();
+  return control_.Party() == nullptr ? 0 : Protect();
 }
 
 int FtpSession::Protect() {
@@ -108,18 +103,22 @@ int FtpSession::Begin(bool passive, const std::string& command, int refused, Sen
   if (!reply) return control_.Fault();
   sending.reply = std::move(*reply);
   if (sending.reply.code >= 300) return sending.reply.code == 425 ? kNoDataConnection : refused;
+  // A server that has nothing to send may say at once that it has sent all.
   sending.over = !sending.reply.IsInterim();
-  failure = port.Open(logIn_, sending.link);
+  if (sending.over) return 0;
+  failure = port.Open(sending.link);
   // Of what the server sends on the way that was not opened nothing can be known.
   return failure != 0 ? Lose(failure) : 0;
 }
 
 int FtpSession::ReadAll(Sending& sending, Deadline end, const Sink& sink) {
+  if (sending.over) return 0;
   std::vector<char> room(kReadAtOnce);
   while (true) {
     const Deadline deadline = std::min(end, In(limits_.silence));
-    const Link::Received received = sending.link.Receive(room, deadline, *tether_);
-    if (received.how == How::End) return 0;
+    const Received received = sending.link.Receive(room, deadline, *tether_);
+    sending.cutShort = received.how == How::CutShort;
+    if (received.how == How::End || sending.cutShort) return 0;
     if (received.how == How::TimedOut || Deadline::clock::now() >= end) return kStalled;
     if (received.how == How::Broken) return kConnectionLost;
     if (const int failure = sink({room.data(), received.count})) return failure;
@@ -230,12 +229,18 @@ int FtpSession::Land(const std::string& landing, File& file) const {
 
 void FtpSession::ReceiveFile(Transfer& transfer) {
   const std::unique_ptr<File> file = std::move(file_);
-  int failure = Receive(file->sending, Deadline::max(), [&](std::span<const char> bytes) {
-    if (!file->file.Write(bytes)) return static_cast<int>(kDiskFailed);
-    transfer.AddBytes(static_cast<std::int64_t>(bytes.size()));
+  int failure = Receive(file->sending, Deadline::max(), [&](std::span<const char> bytes) -> int {
+    const auto count = static_cast<std::int64_t>(bytes.size());
+    // One that has grown since is no whole file, and one without an end would fill the disk.
+    if (file->length >= 0 && transfer.Moved() + count > file->length) return kFileHasGrown;
+    if (!file->file.Write(bytes)) return kDiskFailed;
+    transfer.AddBytes(count);
     return 0;
   });
-  if (failure == 0 && transfer.Moved() < file->length) failure = kFileCutShort;
+  // Where the length is known a file that is whole is whole, however its connection ended.
+  const bool isCutShort = file->sending.over || file->sending.cutShort;
+  const bool whole = file->length >= 0 ? transfer.Moved() == file->length : !isCutShort;
+  if (failure == 0 && !whole) failure = kFileCutShort;
   if (failure == 0 && !file->file.Keep(*folder_, [this] { tether_->GiveSign(); })) {
     failure = kDiskFailed;
   }

@@ -46,7 +46,8 @@ class FtpSession {
   struct Sending {
     Link link;
     ServerReply reply;
-    bool over = false;  ///< The server has said already that it has sent everything.
+    bool over = false;      ///< The server has said already that it has sent everything.
+    bool cutShort = false;  ///< It ended in a way that anybody could have ended it.
   };
   struct File {
     Sending sending;
@@ -73,7 +74,6 @@ class FtpSession {
 
   const FtpLimits limits_;
   const std::shared_ptr<Tether> tether_;
-  platform::LogIn logIn_;
   ControlConnection control_;
   std::shared_ptr<LandingFolder> folder_;
   std::unique_ptr<File> file_;
