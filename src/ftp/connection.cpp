@@ -9,8 +9,7 @@ using base::operator""ms;
 
 constexpr base::Duration kWait = 1000ms;
 
-const char* const kNotConnected =
-    "Not connected\nChoose a server and press Connect to see what it has.";
+const char* const kNotConnected = "Not connected\nChoose a server and press Connect.";
 
 }  // namespace
 

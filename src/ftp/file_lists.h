@@ -16,7 +16,7 @@ class FileLists {
  public:
   /// What stands in the list of the server while nothing does.
   static constexpr const char* kNothingListed =
-      "Nothing is listed\nPress List to see what the server has of the chosen type.";
+      "Nothing is listed\nPress List to see the server's files.";
 
   explicit FileLists(Channel& channel);
 
