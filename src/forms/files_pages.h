@@ -77,6 +77,14 @@ struct PathsPage {
                                   .heard = "Default path for .eU2 files"}};
 };
 
+/// How the password of a profile travels.
+struct ProtectionText : Text {
+  using Text::Text;
+
+  /// It says something that a person should mind.
+  State<bool> Warns{*this, false};
+};
+
 struct FtpPage {
   explicit FtpPage(Window& window) : frameFtp(&window, "frameFtp", {.visible = false}) {}
 
@@ -101,11 +109,14 @@ struct FtpPage {
   Text txtFtpName{
       &frameFtp, "txtFtpName", {.tooltip = "Name of this server profile, letters and digits"}};
   Text lblServerID{&frameFtp, "lblServerID", {.caption = "FTP Server ID"}};
-  Text eServer{&frameFtp, "eServer", {.tooltip = "Host name or address of the server"}};
+  Text eServer{&frameFtp,
+               "eServer",
+               {.tooltip = "Host name or address of the server. ftps:// or ftpes:// before it "
+                           "protects what travels, where the server can do that",
+                .heard = "Host name or address of the server"}};
   Text lblUser{&frameFtp, "lblUser", {.caption = "User"}};
   Text eUser{&frameFtp, "eUser", {.tooltip = "Name to log in with"}};
-  /// What travels without protection.
-  Text lblFtpUnprotected{&frameFtp, "lblFtpUnprotected"};
+  ProtectionText lblFtpUnprotected{&frameFtp, "lblFtpUnprotected"};
   Text lblPass{&frameFtp, "lblPass", {.caption = "Password"}};
   /// Every character of it shows as an asterisk.
   Text ePass{&frameFtp, "ePass", {.tooltip = "Password to log in with"}};

@@ -1,5 +1,6 @@
 #include "intake/author_profiles.h"
 
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -86,9 +87,19 @@ void AuthorProfiles::WireServerLink() {
   config_.txtFtpParseGenericPointer.OnChange = [this] { ShowServerLink(); };
 }
 
+void AuthorProfiles::FillServerLink() {
+  StoreEdits();
+  FillNames(config_.comboAuthorLastName);
+  ShowServerLink();
+}
+
+/// A number that no profile has is linked to none.
 void AuthorProfiles::ShowServerLink() {
   const forms::Text& pointer = config_.txtFtpParseGenericPointer;
-  if (!pointer.Value.Get().empty()) Choose(config_.comboAuthorLastName, pointer.WholeNumber());
+  forms::Table& names = config_.comboAuthorLastName;
+  const std::int64_t index = pointer.Value.Get().empty() ? -1 : pointer.WholeNumber();
+  const bool isOne = index >= 0 && index < std::ssize(names.Rows());
+  names.ListIndex = isOne ? static_cast<int>(index) : -1;
 }
 
 void AuthorProfiles::ChooseProfile() {
@@ -126,13 +137,13 @@ void AuthorProfiles::FollowPointer() {
 }
 
 void AuthorProfiles::FillLists() {
-  StoreEdits();
-  const std::vector<std::string> names = profile_.Values(kLastName);
-  for (forms::Table* const list : {&form_.comboAuthorLastName, &config_.comboAuthorLastName}) {
-    list->Clear();
-    for (const std::string& name : names) list->Add(name);
-  }
-  ShowServerLink();
+  FillServerLink();
+  FillNames(form_.comboAuthorLastName);
+}
+
+void AuthorProfiles::FillNames(forms::Table& list) const {
+  list.Clear();
+  for (const std::string& name : profile_.Values(kLastName)) list.Add(name);
 }
 
 void AuthorProfiles::EnterLists() {

@@ -27,6 +27,8 @@ class AuthorProfiles {
 
   /// Fills both lists of names and chooses `ImportProfileIndex` again, for a view that is entered.
   void EnterLists();
+  /// Fills the list of names beside a server's profile and chooses the one that it is linked to.
+  void FillServerLink();
   /// Shows the profile of a number, 1 to 26. False when there is none; then the one that shows
   /// stays.
   bool ShowProfile(int number);
@@ -47,6 +49,7 @@ class AuthorProfiles {
   void ChooseProfile();
   void FollowPointer();
   void FillLists();
+  void FillNames(forms::Table& list) const;
   void ShowServerLink();
   /// Stores what was typed, then shows the row.
   bool MoveTo(int row);

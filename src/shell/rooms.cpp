@@ -53,6 +53,7 @@ Rooms::Rooms(const Platform& platform, Annex& builtLater, Windows& windows,
       completedPurge(platform.loop, files),
       finishing(platform.loop, mainWindow, files, playback, queue, opening, waitingWork, retrieval),
       ftpServers(windows.main, binding.FtpProfile()),
+      serverProfiles(windows.configuration, binding.FtpProfile(), authorProfiles, ftpServers),
       ftp({platform.loop, mainWindow, platform.ftpClient, ftpServers, platform.disk, folders, moves,
            retrieval, receiving},
           windows.configuration),
@@ -77,6 +78,7 @@ Rooms::Rooms(const Platform& platform, Annex& builtLater, Windows& windows,
   configuration.Register(equalizer);
   configuration.Register(mixerPage);
   configuration.Register(pathChoices);
+  configuration.Register(serverProfiles);
   views.Register(queueView);
   views.Register(completedView);
   views.Register(importView);

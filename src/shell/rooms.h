@@ -8,6 +8,7 @@
 #include "forms/splash_form.h"
 #include "ftp/ftp.h"
 #include "ftp/server_list.h"
+#include "ftp/server_profiles.h"
 #include "intake/author_profiles.h"
 #include "intake/auto_import.h"
 #include "intake/claims.h"
@@ -113,6 +114,7 @@ struct Rooms {
   lists::CompletedPurge completedPurge;
   lists::Finishing finishing;
   ftp::ServerList ftpServers;
+  ftp::ServerProfiles serverProfiles;
   ftp::Ftp ftp;
   pedals::FootPedal footPedal;
   pedals::SerialPedal serialPedal;

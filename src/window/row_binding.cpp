@@ -43,15 +43,15 @@ bool RowBinding::HasEdits() const {
 }
 
 bool RowBinding::MoveTo(int row) {
-  if (row < 0 || row >= saver_.RowCount(table_)) return false;
+  if (row < 0 || row >= RowCount()) return false;
   Save();
   return Show(row);
 }
 
-bool RowBinding::MoveToLast() { return MoveTo(saver_.RowCount(table_) - 1); }
+bool RowBinding::MoveToLast() { return MoveTo(RowCount() - 1); }
 
 std::vector<std::string> RowBinding::Values(std::string_view field) const {
-  std::vector<std::string> values(static_cast<std::size_t>(saver_.RowCount(table_)));
+  std::vector<std::string> values(static_cast<std::size_t>(RowCount()));
   for (std::size_t row = 0; row < values.size(); ++row) {
     const store::Record record = saver_.Read(table_, static_cast<int>(row));
     const auto found = record.find(std::string(field));

@@ -23,6 +23,7 @@ class RowBinding {
 
   /// The row that shows; kNoRow before one was shown.
   int Row() const { return row_; }
+  int RowCount() const { return saver_.RowCount(table_); }
   /// Shows a row and forgets what the controls held; the handlers of their changes run. A field
   /// that the row lacks leaves its control as it was. False when there is no such row or it cannot
   /// be read: then all stays as it was.

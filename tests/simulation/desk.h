@@ -104,6 +104,8 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
   bool staysOnTop = false;
   /// The walk over the Completed folder breaks off, or does not begin.
   bool completedOutOfReach = false;
+  /// The configuration was closed by its frame, which leaves the page of the servers unsaved.
+  bool serversAreUnsaved = false;
   /// When a hand last let a slider of the main window go.
   base::MonotonicTime sliderLetGo;
   /// The program has moved, renamed or (`to` is empty) deleted something.

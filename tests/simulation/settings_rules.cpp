@@ -30,6 +30,7 @@ bool IsStillToBeSaved(const Binding& binding, Desk& desk) {
   // Measured or calibrated by hand, it is saved with the next place.
   if (binding.field == "TitleBarHeight") return true;
   if (binding.saving == Saving::AtChange || binding.saving == Saving::WithPlace) return false;
+  if (binding.saving == Saving::WithItsRow && desk.serversAreUnsaved) return true;
   return desk.Config().frmConfiguration.Visible;
 }
 
@@ -51,6 +52,7 @@ bool PlaceIsSavedWhole(const test::SimulatedDatabase& database) {
 std::string SettingsRules::Broken(Desk& desk) {
   if (!PlaceIsSavedWhole(*desk.Settings()))
     return "A part of the place of the mini-player is saved.";
+  if (desk.Config().frmConfiguration.Visible) desk.serversAreUnsaved = false;
   window::SettingsBinding& binding = desk.Rooms()->binding;
   const std::string wrong = BrokenField(desk, Table::GeneralSettings, 0, binding.Bindings());
   if (!wrong.empty()) return wrong;

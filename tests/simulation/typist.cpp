@@ -201,7 +201,9 @@ void Typist::AskToClose() {
   }
   forms::Window& window = Some(desk_.Controls().windows);
   Note("closes " + window.Name);
+  const bool isConfiguration = &window == &desk_.Config().frmConfiguration && window.Visible;
   window.CloseRequest();
+  if (isConfiguration && !window.Visible) desk_.serversAreUnsaved = true;
 }
 
 void Typist::WaitAWhile() {
