@@ -10,6 +10,7 @@
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/figures_label.h"
 #include "platform/qt/meter_bar.h"
+#include "platform/qt/secret_box.h"
 #include "platform/qt/state_speaker.h"
 #include "platform/qt/status_strip.h"
 #include "platform/qt/texts.h"
@@ -119,9 +120,51 @@ QAccessibleInterface* PartFor(const QString&, QObject* object) {
   return nullptr;
 }
 
+void Tell(QAccessibleEvent* event);
+
+void HandOn(QAccessibleEvent& event) {
+  QAccessible::installUpdateHandler(nullptr);
+  QAccessible::updateAccessibility(&event);
+  QAccessible::installUpdateHandler(Tell);
+}
+
+QString Asterisks(const QString& secret) { return QString(secret.size(), u'*'); }
+
+/// The toolkit's box tells each letter that is typed into it, a password's, too.
+void TellInAsterisks(QAccessibleEvent* event) {
+  if (auto* const insert = dynamic_cast<QAccessibleTextInsertEvent*>(event)) {
+    QAccessibleTextInsertEvent hidden(event->object(), insert->changePosition(),
+                                      Asterisks(insert->textInserted()));
+    hidden.setCursorPosition(insert->cursorPosition());
+    return HandOn(hidden);
+  }
+  if (auto* const removal = dynamic_cast<QAccessibleTextRemoveEvent*>(event)) {
+    QAccessibleTextRemoveEvent hidden(event->object(), removal->changePosition(),
+                                      Asterisks(removal->textRemoved()));
+    hidden.setCursorPosition(removal->cursorPosition());
+    return HandOn(hidden);
+  }
+  if (auto* const update = dynamic_cast<QAccessibleTextUpdateEvent*>(event)) {
+    QAccessibleTextUpdateEvent hidden(event->object(), update->changePosition(),
+                                      Asterisks(update->textRemoved()),
+                                      Asterisks(update->textInserted()));
+    hidden.setCursorPosition(update->cursorPosition());
+    return HandOn(hidden);
+  }
+  if (event->type() != QAccessible::ValueChanged) HandOn(*event);
+}
+
+void Tell(QAccessibleEvent* event) {
+  const bool isSecret = dynamic_cast<SecretBox*>(event->object()) != nullptr;
+  isSecret ? TellInAsterisks(event) : HandOn(*event);
+}
+
 }  // namespace
 
-void InstallAccessibleParts() { QAccessible::installFactory(PartFor); }
+void InstallAccessibleParts() {
+  QAccessible::installFactory(PartFor);
+  QAccessible::installUpdateHandler(Tell);
+}
 
 void SetHeardName(QWidget& widget, const QString& name) {
   if (widget.accessibleName() != name) widget.setAccessibleName(name);

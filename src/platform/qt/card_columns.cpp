@@ -4,13 +4,9 @@
 #include <utility>
 
 namespace tavlo::platform::qt {
-namespace {
 
-constexpr int kMostColumns = 3;
-
-}  // namespace
-
-CardColumns::CardColumns(QWidget* page, int margin, int spacing) : QLayout(page) {
+CardColumns::CardColumns(QWidget* page, int margin, int spacing, int most)
+    : QLayout(page), most_(most) {
   setContentsMargins(margin, margin, margin, margin);
   setSpacing(spacing);
 }
@@ -36,8 +32,8 @@ QLayoutItem* CardColumns::takeAt(int index) {
 
 QSize CardColumns::sizeHint() const {
   const QMargins around = contentsMargins();
-  const int width = kMostColumns * LeastColumnWidth() + (kMostColumns - 1) * spacing() +
-                    around.left() + around.right();
+  const int width =
+      most_ * LeastColumnWidth() + (most_ - 1) * spacing() + around.left() + around.right();
   return {width, heightForWidth(width)};
 }
 
@@ -82,7 +78,7 @@ int CardColumns::LeastColumnWidth() const {
 
 int CardColumns::ColumnsWithin(int width) const {
   const int fitting = (width + spacing()) / (LeastColumnWidth() + spacing());
-  return std::clamp(fitting, 1, kMostColumns);
+  return std::clamp(fitting, 1, most_);
 }
 
 int CardColumns::ColumnWidth(int width, int columns) const {

@@ -11,7 +11,10 @@ namespace tavlo::platform::qt {
 /// alike: with large letters or on a small screen a page gets higher, not wider.
 class CardColumns : public QLayout {
  public:
-  CardColumns(QWidget* page, int margin, int spacing);
+  static constexpr int kMostColumns = 3;
+
+  /// On the widest page there are `most` columns.
+  CardColumns(QWidget* page, int margin, int spacing, int most = kMostColumns);
   ~CardColumns() override;
   CardColumns(const CardColumns&) = delete;
 
@@ -50,6 +53,7 @@ class CardColumns : public QLayout {
   std::vector<Column> ColumnsFor(int width) const;
   int HighestOf(const std::vector<Column>& columns) const;
 
+  const int most_;
   std::vector<Slot> slots_;
   int next_ = 0;
 };

@@ -12,17 +12,13 @@
 #include "platform/qt/binder.h"
 #include "platform/qt/equalizer_page.h"
 #include "platform/qt/focus_keeper.h"
+#include "platform/qt/ftp_page.h"
 #include "platform/qt/mixer_strips.h"
 #include "platform/qt/paths_cards.h"
 #include "platform/qt/settings_cards.h"
 #include "platform/qt/texts.h"
 
 namespace tavlo::platform::qt {
-namespace {
-
-enum Tab { kSettingsTab, kEqualizerTab, kMixerTab, kPathsTab };
-
-}  // namespace
 
 ConfigurationPages::ConfigurationPages(forms::ConfigurationForm& form, QtLoop& loop, Binder& binder)
     : TopWindow(form.frmConfiguration, loop, binder) {
@@ -59,16 +55,12 @@ QWidget* ConfigurationPages::ScrolledPages(forms::ConfigurationForm& form, Binde
   rows->setContentsMargins(0, 0, 0, 0);
   for (QWidget* const page : std::initializer_list<QWidget*>{
            new SettingsCards(form, binder, pages), new EqualizerPage(form, binder, pages),
-           new MixerStrips(form, binder, pages), new PathsCards(form, binder, pages)}) {
+           new MixerStrips(form, binder, pages), new PathsCards(form, binder, pages),
+           new FtpPage(form, binder, pages)}) {
     rows->addWidget(page, 1);
   }
   area->setWidget(pages);
   return area;
-}
-
-/// Whether the page of a tab has been laid out. The tabs of the others are disabled.
-bool ConfigurationPages::HasPage(int tab) {
-  return tab == kSettingsTab || tab == kEqualizerTab || tab == kMixerTab || tab == kPathsTab;
 }
 
 void ConfigurationPages::AddTabs(forms::ConfigurationForm& form, Binder& binder,
@@ -79,7 +71,6 @@ void ConfigurationPages::AddTabs(forms::ConfigurationForm& form, Binder& binder,
   rows.addWidget(tabs);
   for (int row = 0; row < static_cast<int>(form.tabConfiguration.Rows().size()); ++row) {
     tabs->addTab(ToQt(form.tabConfiguration.TextAt(row, 0)));
-    tabs->setTabEnabled(row, HasPage(row));
   }
   QObject::connect(tabs, &QTabBar::currentChanged, this, [&form, &binder](int row) {
     binder.ByHand(form.tabConfiguration, [&form, row] { form.tabConfiguration.RowClick(row); });

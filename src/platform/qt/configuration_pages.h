@@ -14,7 +14,6 @@ class ConfigurationPages : public TopWindow {
 
  private:
   QWidget* ScrolledPages(forms::ConfigurationForm& form, Binder& binder);
-  static bool HasPage(int tab);
   void AddTabs(forms::ConfigurationForm& form, Binder& binder, QVBoxLayout& rows);
 };
 

@@ -44,7 +44,7 @@ TEST_F(WithoutAMouse, TheMiniPlayerIsReachedByTabAndWorkedByItsKeys) {
 TEST_F(WithoutAMouse, TabReachesEveryControlOfEveryPageOfTheConfiguration) {
   OpenConfiguration();
   ExpectTabReachesEverything();
-  for (const std::uint32_t page : {'e', 'm', 'p'}) {
+  for (const std::uint32_t page : {'e', 'm', 'p', 'f'}) {
     const int before =
         program->Ask([] { return Configuration().tabConfiguration.ListIndex.Get(); });
     Keys({keys::kAlt, page});

@@ -131,6 +131,14 @@ void ScreenReader::Press(const std::string& name) {
   for (const std::string& fault : Ask("press " + name)) ADD_FAILURE() << name << ": " << fault;
 }
 
+std::string ScreenReader::Text(const std::string& name) {
+  std::string text;
+  for (const std::string& line : Ask("text " + name)) text += line;
+  return text;
+}
+
+std::vector<std::string> ScreenReader::Typed() { return Ask("typed"); }
+
 std::vector<std::string> ScreenReader::Heard() { return Ask("heard"); }
 
 }  // namespace tavlo::test

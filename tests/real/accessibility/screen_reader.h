@@ -51,6 +51,10 @@ class ScreenReader {
   /// Moves a slider, and presses a button; fails the test when there is none of that name.
   void Set(const std::string& name, int value);
   void Press(const std::string& name);
+  /// What stands in the text box of that name, as far as it is given out.
+  std::string Text(const std::string& name);
+  /// Letters that came and went in text boxes since the last time, in pieces as they were told.
+  std::vector<std::string> Typed();
   /// What was told since the last time, as "event|role|name".
   std::vector<std::string> Heard();
 

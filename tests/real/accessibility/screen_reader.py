@@ -12,6 +12,8 @@ Reads one command a line and answers in lines, the last of which is a single dot
     set NAME VALUE    moves the slider of that name
     press NAME        does what the button of that name does
     heard             what was told since the last time: event, role, name
+    text NAME         what stands in the text box of that name
+    typed             letters that came and went in text boxes since the last time
 
 Fields stand between vertical bars.
 """
@@ -33,11 +35,14 @@ EVENTS = (
     "object:property-change:accessible-description",
     "object:state-changed:showing",
     "object:state-changed:focused",
+    "object:text-changed:insert",
+    "object:text-changed:delete",
 )
 
 warnings.simplefilter("ignore", DeprecationWarning)
 
 heard = []
+typed = []
 
 
 def announce_screen_reader():
@@ -162,15 +167,26 @@ def on_event(event):
         if event.type.startswith("object:state-changed") and not event.detail1:
             return
         kind = event.type.removeprefix("object:")
+        if kind.startswith("text-changed"):
+            typed.append(plain(str(event.any_data)))
+            return
         heard.append("|".join((kind, source.get_role_name(), plain(source.get_name()))))
     except GLib.Error:
         return
 
 
-def take_heard():
-    lines = heard[:]
-    heard.clear()
+def take(told):
+    lines = told[:]
+    told.clear()
     return lines
+
+
+def text(name):
+    node = find(name, lambda found: found.get_text_iface() is not None)
+    if node is None:
+        return ["no text box"]
+    box = node.get_text_iface()
+    return [plain(Atspi.Text.get_text(box, 0, Atspi.Text.get_character_count(box)))]
 
 
 def answer(line):
@@ -190,7 +206,11 @@ def answer(line):
         if command == "press":
             return press(rest)
         if command == "heard":
-            return take_heard()
+            return take(heard)
+        if command == "text":
+            return text(rest)
+        if command == "typed":
+            return take(typed)
     except GLib.Error as error:
         return [f"failed: {error.message}"]
     return ["unknown command"]

@@ -18,9 +18,9 @@ class Windows : public ListeningDesk {
   /// Each control that the keyboard can reach has a role that says what it is, a name that no other
   /// of its kind has, and if it is a slider a value with a unit.
   static void ExpectEveryControlIsNamed(const std::string& window, std::size_t atLeast) {
-    static const std::set<std::string> kRoles{"push button", "check box",     "radio button",
-                                              "slider",      "table",         "text",
-                                              "combo box",   "page tab list", "page tab"};
+    static const std::set<std::string> kRoles{
+        "push button", "check box", "radio button",  "slider",   "table",
+        "text",        "combo box", "page tab list", "page tab", "password text"};
     std::set<std::string> met;
     for (const HeardNode& node : reader->Tree()) {
       if (!node.Is("FOCUSABLE")) continue;
@@ -121,6 +121,51 @@ TEST_F(Windows, EveryControlOfEveryPageOfTheConfigurationHasANameARoleAndAValue)
   Keys({keys::kAlt, 'p'});
   EXPECT_TRUE(Meets("push button", "Default path for .eW2 files"));
   ExpectEveryControlIsNamed("paths", 9);
+
+  Keys({keys::kAlt, 'f'});
+  EXPECT_TRUE(Meets("push button", "Memorize"));
+  EXPECT_EQ(reader->Find("push button", "Go to the next server profile").role, "push button");
+  EXPECT_EQ(reader->Find("label", "Profile 1 of 25").role, "label");
+  ExpectEveryControlIsNamed("servers", 18);
+  CloseConfiguration();
+}
+
+TEST_F(Windows, OfAPasswordNothingIsGivenOutButItsLength) {
+  std::string told;
+  const auto type = [](const char* box, const forms::Text& text, const std::string& letters) {
+    ASSERT_TRUE(TabTo(box));
+    for (const char letter : letters) Keys({static_cast<std::uint32_t>(letter)});
+    EXPECT_TRUE(program->Until([&] { return text.Value.Get() == letters; })) << box;
+  };
+  const auto hears = [&told](const std::string& letters) {
+    return Until([&] {
+      for (const std::string& piece : reader->Typed()) told += piece;
+      return told.find_first_of(letters) != told.npos;
+    });
+  };
+  OpenConfiguration();
+  Keys({keys::kAlt, 'f'});
+  ASSERT_TRUE(Meets("push button", "Memorize"));
+  // Of what showed before.
+  reader->Typed();
+  type("ePass", Configuration().ePass, "qzxv");
+  EXPECT_EQ(program->Ask([] { return Configuration().ePass.Value.Get(); }), "qzxv");
+  for (const HeardNode& node : reader->Tree()) {
+    for (const std::string& said : {node.name, node.description, node.value}) {
+      EXPECT_EQ(said.find("qzxv"), said.npos) << said;
+    }
+  }
+  EXPECT_EQ(reader->Text("Password to log in with").find_first_of("qzxv"), std::string::npos);
+  // What is told of the box behind it comes after all that was told of the password.
+  type("eServerDir", Configuration().eServerDir, "mm");
+  EXPECT_EQ(reader->Text("Directory to change to on the server"), "mm");
+  EXPECT_TRUE(hears("m"));
+  EXPECT_NE(told.find("****"), told.npos) << told;
+  EXPECT_EQ(told.find_first_of("qzxv"), told.npos) << told;
+  program->Do([] {
+    Configuration().ePass.Value = "";
+    Configuration().eServerDir.Value = "";
+  });
   CloseConfiguration();
 }
 

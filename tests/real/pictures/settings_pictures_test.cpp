@@ -111,6 +111,48 @@ TEST_P(SettingsPictures, AreLegibleAndWholeInEveryStateOfTheAlerts) {
   EXPECT_EQ(status, 0);
 }
 
+TEST_P(SettingsPictures, AreLegibleAndWholeOnThePageOfTheServers) {
+  DrivenProgram program(home);
+  const int status = program.Run([&] {
+    Album album(program, std::string("servers-") + GetParam().name);
+    Open(program);
+    forms::ConfigurationForm& form = program.Windows().configuration;
+    program.Do([&] { form.tabConfiguration.RowClick(form.TabOf(form.frameFtp)); });
+    TakeAll(program, album, "empty");
+    EXPECT_EQ(program.Ask(Scrolls).width(), 0);
+    if (GetParam().whole) {
+      EXPECT_EQ(program.Ask(Scrolls).height(), 0);
+    }
+    program.Do([&] {
+      form.cmdFtpLast.Press(forms::By::Hand);
+      form.txtFtpName.Change("ClinicNorth");
+      form.eServer.Change("ftp.clinic.example");
+      form.eUser.Change("typist4");
+      form.ePass.Change("eight888");
+      form.eServerDir.Change("/outgoing/" + std::string(200, 'W'));
+      form.chkFtpAutoListAndDownload.Click();
+      form.chkFtpFileDeleteMode.Click();
+      form.cmdFtpMemorize.Press(forms::By::Hand);
+    });
+    TakeAll(program, album, "unprotected");
+    program.Do([&] {
+      form.cmdFtpPrevious.Press(forms::By::Hand);
+      form.eServer.Change("ftpes://ftp.clinic.example");
+      form.chkFtpAutoRetrieve.Click();
+    });
+    TakeAll(program, album, "protected");
+    program.Do([&] { form.eServer.Change("http://ftp.clinic.example/outgoing"); });
+    TakeAll(program, album, "unreadable");
+    program.Do([&] {
+      form.chkFtpAutoRetrieve.Click();
+      form.mnuClose.Press(forms::By::Hand);
+    });
+    ASSERT_TRUE(program.Until([&] { return program.Main().frmMain.Visible.Get(); }));
+    program.Exit();
+  });
+  EXPECT_EQ(status, 0);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     OnEachScreen, SettingsPictures,
     testing::Values(SettingsScreen{"100Percent", "1", "1366x768", 0, true},
