@@ -89,7 +89,8 @@ std::string fceMatchFile(std::string_view listing, std::size_t start, std::strin
                          std::size_t longest);
 
 /// The length that stands in a line about one file: servers write it in one of the columns `first`
-/// to `last`, counted from 1, as a whole number behind others. 0 when there is none.
+/// to `last`, counted from 1, as a whole number behind others, or as the fact "size=" of the first
+/// column. 0 when there is none.
 std::int64_t fceFileLength(std::string_view line, int first, int last);
 
 }  // namespace tavlo::ftp

@@ -14,8 +14,21 @@ constexpr std::size_t kLongestEnding = 16;
 
 bool IsSeparator(char character) { return character == '/' || character == '\\'; }
 
-bool IsControl(char character) {
-  return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
+/// A name may be UTF-8, whose control characters of the second row take two bytes.
+bool IsControl(std::string_view name, std::size_t at) {
+  const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(name[index]); };
+  const auto inSecondRow = [&](std::size_t index) {
+    return index > 0 && byte(index - 1) == 0xc2 && byte(index) >= 0x80 && byte(index) < 0xa0;
+  };
+  return byte(at) < 0x20 || byte(at) == 0x7f || inSecondRow(at) ||
+         (at + 1 < name.size() && inSecondRow(at + 1));
+}
+
+bool HasControls(std::string_view name) {
+  for (std::size_t at = 0; at < name.size(); ++at) {
+    if (IsControl(name, at)) return true;
+  }
+  return false;
 }
 
 bool HasDriveLetter(std::string_view name) {
@@ -29,11 +42,16 @@ std::string_view EndingOf(std::string_view name) {
                                                                 : name.substr(dot);
 }
 
-/// Cut at the end of a character.
+/// Cut at the end of a character, unless the bytes there are of none.
 std::string Shortened(const std::string& name) {
+  constexpr std::size_t kMostBytesOfACharacter = 4;
   const std::string_view ending = EndingOf(name);
-  std::size_t end = store::kMostBytesOfAName - kRoomForMarks - ending.size();
-  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xc0) == 0x80) --end;
+  const std::size_t most = store::kMostBytesOfAName - kRoomForMarks - ending.size();
+  std::size_t end = most;
+  while (most - end < kMostBytesOfACharacter &&
+         (static_cast<unsigned char>(name[end]) & 0xc0) == 0x80) {
+    --end;
+  }
   return name.substr(0, end) + std::string(ending);
 }
 
@@ -41,15 +59,16 @@ std::string Shortened(const std::string& name) {
 
 LandingName LandingNameOf(std::string_view serverName) {
   if (serverName.empty()) return {.why = "it has no character"};
-  if (serverName.find_first_of(std::string_view("\r\n\0", 3)) != serverName.npos) {
+  if (serverName.find_first_of("\r\n") != serverName.npos) {
     return {.why = "its name has a line break in it"};
   }
+  if (serverName.find('\0') != serverName.npos) return {.why = "its name has a zero byte in it"};
   LandingName landing{.name = std::string(serverName)};
   if (std::ranges::any_of(serverName, IsSeparator)) {
     landing.why = "its name has a separator in it";
   } else if (serverName.front() == '.') {
     landing.why = "its name begins with a dot";
-  } else if (std::ranges::any_of(serverName, IsControl)) {
+  } else if (HasControls(serverName)) {
     landing.why = "its name has a control character in it";
   } else if (HasDriveLetter(serverName)) {
     landing.why = "its name begins with a drive letter";
@@ -60,8 +79,9 @@ LandingName LandingNameOf(std::string_view serverName) {
   }
   if (HasDriveLetter(landing.name)) landing.name[1] = '_';
   if (landing.name.front() == '.') landing.name.front() = '_';
-  std::ranges::replace_if(
-      landing.name, [](char c) { return IsSeparator(c) || IsControl(c); }, '_');
+  for (std::size_t at = 0; at < serverName.size(); ++at) {
+    if (IsSeparator(serverName[at]) || IsControl(serverName, at)) landing.name[at] = '_';
+  }
   if (landing.name.size() > store::kMostBytesOfAName) landing.name = Shortened(landing.name);
   return landing;
 }
