@@ -13,6 +13,7 @@
 #include <random>
 
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
+#include "support/memory_peak.h"
 #include "support/sound_files.h"
 
 namespace tavlo::test {
@@ -336,18 +337,6 @@ INSTANTIATE_TEST_SUITE_P(Kinds, HollowSoundTest,
                          testing::Values("a.mp3", "a.flac", "a.avi", "a.m4a", "a.mov", "a.ogg",
                                          "a.wma", "a.caf", "a.aiff", "a.aac"),
                          [](const auto& kind) { return std::string(kind.param).substr(2); });
-
-/// The most memory that this process has held since the last `ForgetPeak`, in megabytes.
-long PeakMegabytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    long kilobytes = 0;
-    if (word == "VmHWM:" && status >> kilobytes) return kilobytes / 1024;
-  }
-  return -1;
-}
-
-void ForgetPeak() { std::ofstream("/proc/self/clear_refs") << 5; }
 
 TEST_F(UntrustedSoundTest, TableThatClaimsMillionsOfSamplesTakesNoMemoryForThem) {
   const std::string path = folder / "sound.m4a";
