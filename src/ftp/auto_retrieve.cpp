@@ -18,7 +18,7 @@ AutoRetrieve::AutoRetrieve(Channel& channel, forms::ConfigurationForm& config)
 
 void AutoRetrieve::Switch() {
   const bool on = config_.chkFtpAutoRetrieve.Value;
-  form_.mnuViewFtp.Enabled = !on;
+  form_.mnuViewFtp.Enabled = !on && !channel_.FtpLost;
   FtpAutoRetrieveOff = !on;
   if (on) {
     tmrFtpAutoRetrieve.Start();
@@ -36,9 +36,17 @@ void AutoRetrieve::Tick() {
   if (!FtpAutoRetrieveOff && !channel_.Ended()) tmrFtpAutoRetrieve.Start();
 }
 
+/// The status box is out of sight, and the press of the list key takes the reason away.
+void AutoRetrieve::TellFailure() {
+  const bool failed = form_.bConnect.Enabled && form_.bConnect.Caption.Get() == "Connect";
+  if (!failed || form_.frameFtp.Visible || form_.eMessage.Value.Get().empty()) return;
+  channel_.edges.window.Say("Automatic retrieval: " + form_.eMessage.Value.Get());
+}
+
 void AutoRetrieve::PressKeys() {
   form_.bConnect.Press();
   if (channel_.Ended()) return;
+  TellFailure();
   form_.bList.Press();
   if (channel_.Ended()) return;
   // A run that a person began over a part of the list would take the press for a halt.

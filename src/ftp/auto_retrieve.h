@@ -19,6 +19,7 @@ class AutoRetrieve {
   void Switch();
   void Tick();
   void PressKeys();
+  void TellFailure();
 
   Channel& channel_;
   forms::MainForm& form_;

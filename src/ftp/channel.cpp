@@ -25,6 +25,11 @@ std::optional<int> Channel::Ask(const std::function<int()>& call) {
   return result;
 }
 
+void Channel::During(const std::function<void()>& call) {
+  const window::Raised waiting(waits_);
+  call();
+}
+
 bool Channel::Wait(base::Duration length) {
   const window::Raised waiting(waits_);
   edges.loop.Wait(length);

@@ -44,6 +44,8 @@ class Channel {
 
   /// The channel is logged in; a log-out does not clear it, the next log-in does.
   bool FtpConnected = false;
+  /// A connection was lost in a transfer: nothing more goes over this channel until the next start.
+  bool FtpLost = false;
   /// The whole listing.
   std::string FtpListBuffer;
   /// Stop after the file that is under way.
@@ -61,10 +63,12 @@ class Channel {
   /// Asks the client for what takes a server's answer. Nothing when the program has ended
   /// meanwhile: then nothing more is to be done.
   std::optional<int> Ask(const std::function<int()>& call);
+  /// Does what may open a message box.
+  void During(const std::function<void()>& call);
   /// Lets time pass. False when the program has ended meanwhile.
   bool Wait(base::Duration length);
-  /// A rule waits inside `Ask` or `Wait`. No command of this room begins then, by hand, by timer or
-  /// by program: it would change what the rule goes on with.
+  /// A rule waits inside `Ask`, `During` or `Wait`. No command of this room begins then, by hand,
+  /// by timer or by program: it would change what the rule goes on with.
   bool Waits() const { return waits_; }
 
   /// Another command is inside a wait, and a tick that waits itself would keep it waiting. Under a

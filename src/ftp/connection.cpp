@@ -39,7 +39,9 @@ void Connection::Disconnect() {
   form_.eByteCount.Value = "";
   form_.bDownload.Caption = "Download";
   if (!channel_.Wait(kWait)) return;
-  channel_.edges.sort.RunFtpSort();
+  // A box of the sort may stand for hours, and automatic retrieval would log in under it.
+  channel_.During([this] { channel_.edges.sort.RunFtpSort(); });
+  if (channel_.Ended()) return;
   channel_.GiveMenusBack();
   HideWork(false);
   form_.lblFtpParsing.Visible = false;

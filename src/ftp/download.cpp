@@ -7,6 +7,7 @@
 #include "base/one_line.h"
 #include "forms/control_groups.h"
 #include "ftp/landing_name.h"
+#include "ftp/server_list.h"
 #include "store/disk_words.h"
 
 namespace tavlo::ftp {
@@ -69,12 +70,13 @@ bool Download::RefuseUnaskable() {
   while (!list.Rows().empty()) {
     const std::string& name = list.TextAt(0, 0);
     const LandingName landing = LandingNameOf(name);
-    // The empty name is one that the listing does not match.
-    if (!landing.name.empty() || name.empty()) return true;
-    const std::string told = base::OneLine(name) + " is not fetched: " + landing.why + ".";
+    if (!landing.name.empty()) return true;
+    const std::string file = name.empty() ? "A file" : base::OneLine(name);
+    const std::string told = file + " is not fetched: " + landing.why + ".";
     channel_.Display(told);
     channel_.edges.window.Say(told);
     list.Remove(0);
+    ShowCount();
   }
   return false;
 }
@@ -141,7 +143,7 @@ void Download::FtpDownloadTick() {
   if (channel_.OthersWait()) return tmrFtpDownload.Start();
   for (int round = 0; round < kRoundsOfATick; ++round) {
     const int result = channel_.edges.client.fceDriver();
-    if (result < 0) return ConnectionLost(result);
+    if (result < 0) return Failed(result);
     if (result == 0) return Complete();
   }
   channel_.edges.loop.Yield();
@@ -149,8 +151,21 @@ void Download::FtpDownloadTick() {
   if (!channel_.Ended()) tmrFtpDownload.Start();
 }
 
-void Download::ConnectionLost(int code) {
+void Download::Failed(int code) {
   channel_.edges.receiving.name.clear();
+  // Under automatic retrieval nobody looks at the status box, and the part that came is sorted like
+  // a whole file.
+  channel_.edges.window.Say(base::OneLine(current_.name) + " was not received whole. " +
+                            channel_.edges.client.fceErrorText(code));
+  // This is our own decision: a file that is at fault, as one that its author still sends to the
+  // server, does not end the work with all servers until the next start.
+  const bool ofTheFile = code <= FtpClient::kFirstOfTheFile && code > FtpClient::kFirstOwn;
+  if (ofTheFile) return GetFailed(code);
+  ConnectionLost();
+}
+
+void Download::ConnectionLost() {
+  channel_.FtpLost = true;
   form_.bConnect.Caption = "Connect";
   form_.bConnect.Enabled = false;
   form_.bDownload.Caption = "Download";
@@ -158,10 +173,6 @@ void Download::ConnectionLost(int code) {
   channel_.Display("Connection lost.  To ftp again please restart the Tavlo Deck");
   form_.mnuViewFtp.Enabled = false;
   channel_.GiveMenusBack();
-  // Under automatic retrieval nobody looks at the status box, and the part that came is sorted like
-  // a whole file.
-  channel_.edges.window.Say(base::OneLine(current_.name) + " was not received whole. " +
-                            channel_.edges.client.fceErrorText(code));
 }
 
 void Download::Complete() {
@@ -173,15 +184,27 @@ void Download::Complete() {
   channel_.Display(form_.eByteCount.Value.Get() + " transfered.");
   form_.eByteCount.Value = "";
   if (!current_.notice.empty()) channel_.edges.window.Say(current_.notice);
-  if (channel_.FtpDeleteFileCheck) channel_.edges.client.fceDelFile(current_.name);
+  if (channel_.FtpDeleteFileCheck && ProfileStillDeletes())
+    channel_.edges.client.fceDelFile(current_.name);
   RemoveCurrent();
   GoOn();
+}
+
+/// Nothing is deleted that the profile does not say by now, which may be long after the log-in.
+bool Download::ProfileStillDeletes() const {
+  const std::optional<ServerProfile> profile = channel_.edges.servers.Chosen();
+  return profile && profile->deleteFiles;
 }
 
 void Download::RemoveCurrent() {
   forms::Table& list = form_.listFtpDownloadList;
   if (list.TextAt(0, 0) == current_.name && !list.Rows().empty()) list.Remove(0);
-  form_.frameFtpDownloadList.Caption = "Files: " + std::to_string(list.Rows().size());
+  ShowCount();
+}
+
+void Download::ShowCount() {
+  form_.frameFtpDownloadList.Caption =
+      "Files: " + std::to_string(form_.listFtpDownloadList.Rows().size());
 }
 
 void Download::GoOn() {

@@ -35,9 +35,13 @@ class Download {
   void GetFailed(int code);
 
   void FtpDownloadTick();
-  void ConnectionLost(int code);
+  /// The file did not come whole.
+  void Failed(int code);
+  void ConnectionLost();
   void Complete();
+  bool ProfileStillDeletes() const;
   void RemoveCurrent();
+  void ShowCount();
   /// Behind each file: halts, goes on with the next one, or logs out behind the last.
   void GoOn();
   void Halted();

@@ -87,17 +87,10 @@ void FileLists::ShowList() {
 }
 
 void FileLists::TakeNames() {
-  const std::string_view buffer = channel_.FtpListBuffer;
   const forms::Table& types = form_.comboFtpFileTypesToList;
   const std::string& type = types.TextAt(types.ListIndex, 0);
-  std::size_t start = 0;
-  // A name behind which no line ends was cut off and is not taken.
-  for (std::size_t end = 0; end < buffer.size(); ++end) {
-    if (buffer[end] != '\r') continue;
-    const std::string_view file =
-        start < end ? buffer.substr(start, end - start) : std::string_view();
+  for (const std::string_view file : LinesOf(channel_.FtpListBuffer)) {
     if (IsOfType(file, type)) form_.listFtpList.Add(std::string(file));
-    start = end + 2;
   }
 }
 
@@ -121,7 +114,7 @@ void FileLists::MoveAllToDownload() {
   MoveAll(form_.listFtpList, form_.listFtpDownloadList);
   form_.cmdFtpListToDownload.Enabled = false;
   form_.cmdFtpDownloadToList.Enabled = true;
-  form_.bDownload.Enabled = true;
+  form_.bDownload.Enabled = !channel_.FtpLost;
   form_.eByteCount.Enabled = true;
   form_.frameFtpDownloadList.Enabled = true;
   channel_.Display("");
@@ -146,7 +139,7 @@ void FileLists::MoveOneToDownload() {
   if (channel_.Waits()) return;
   if (!MoveRow(form_.listFtpList, form_.listFtpDownloadList, form_.listFtpList.ListIndex)) return;
   form_.cmdFtpDownloadToList.Enabled = true;
-  form_.bDownload.Enabled = true;
+  form_.bDownload.Enabled = !channel_.FtpLost;
   form_.eByteCount.Enabled = true;
   form_.frameFtpDownloadList.Enabled = true;
   channel_.Display("");

@@ -58,15 +58,24 @@ std::int64_t LengthFact(std::string_view facts) {
 
 }  // namespace
 
+std::vector<std::string_view> LinesOf(std::string_view listing) {
+  std::vector<std::string_view> lines;
+  std::size_t start = 0;
+  // Each CR ends a line, and what stands behind it is taken for its LF.
+  for (std::size_t end = 0; end < listing.size(); ++end) {
+    if (listing[end] != '\r') continue;
+    lines.push_back(start < end ? listing.substr(start, end - start) : std::string_view());
+    start = end + 2;
+  }
+  return lines;
+}
+
 std::string fceMatchFile(std::string_view listing, std::size_t start, std::string_view name,
                          std::size_t longest) {
   listing.remove_prefix(std::min(start, listing.size()));
-  while (true) {
-    const std::size_t end = listing.find('\r');
-    if (end == listing.npos) return {};
-    if (listing.substr(0, end) == name) return std::string(name.substr(0, longest));
-    listing.remove_prefix(std::min(end + 2, listing.size()));
-  }
+  const std::vector<std::string_view> lines = LinesOf(listing);
+  const bool stands = std::ranges::find(lines, name) != lines.end();
+  return stands ? std::string(name.substr(0, longest)) : std::string();
 }
 
 std::int64_t fceFileLength(std::string_view line, int first, int last) {

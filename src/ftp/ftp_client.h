@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tavlo::ftp {
 
@@ -33,6 +34,9 @@ class FtpClient {
   static constexpr int kLandingTaken = -3;
   /// The length of the file is known, and the disk has less room.
   static constexpr int kNoRoom = -4;
+  /// From here down to the client's own: faults of the file that is under way, whose server
+  /// answers.
+  static constexpr int kFirstOfTheFile = -50;
   /// Further negative results are the client's own.
   static constexpr int kFirstOwn = -100;
 
@@ -74,7 +78,8 @@ class FtpClient {
   /// called, and also between the calls.
   virtual int fceGetFile(const std::string& name, const std::string& landing) = 0;
   /// How the get is doing: above 0 it goes on, 0 the whole file has arrived and is on the disk for
-  /// good, below 0 it failed and the connection is lost. Waits up to a millisecond for news.
+  /// good, below 0 it failed and the log-in is over: the
+  /// connection is lost, unless the fault is one of the file. Waits up to a millisecond for news.
   virtual int fceDriver() = 0;
   /// Has the server delete a file; nobody waits for its answer.
   virtual void fceDelFile(const std::string& name) = 0;
@@ -82,6 +87,10 @@ class FtpClient {
   /// A failure in words for a person, 128 bytes at most. Empty for a code that is no failure.
   virtual std::string fceErrorText(int code) const = 0;
 };
+
+/// The lines of a listing, each of which ends with CR LF. What stands behind the last one is none:
+/// it was cut off.
+std::vector<std::string_view> LinesOf(std::string_view listing);
 
 /// The line of a listing that is this name, from the byte `start` on, at most `longest` bytes of
 /// it; empty when there is none.

@@ -58,7 +58,7 @@ std::string Shortened(const std::string& name) {
 }  // namespace
 
 LandingName LandingNameOf(std::string_view serverName) {
-  if (serverName.empty()) return {.why = "it has no character"};
+  if (serverName.empty()) return {.why = "its name has no character"};
   if (serverName.find_first_of("\r\n") != serverName.npos) {
     return {.why = "its name has a line break in it"};
   }

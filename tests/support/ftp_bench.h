@@ -49,7 +49,8 @@ struct FtpBench : DeckBench {
   }
   void SwitchAutoRetrieve() {
     form.mnuConfiguration.Press(forms::By::Hand);
-    config.chkFtpAutoRetrieve.Value = !config.chkFtpAutoRetrieve.Value;
+    config.tabConfiguration.RowClick(config.TabOf(config.FtpPage::frameFtp));
+    config.chkFtpAutoRetrieve.Click();
     config.mnuClose.Press(forms::By::Hand);
   }
 

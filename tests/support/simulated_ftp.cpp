@@ -86,11 +86,11 @@ int SimulatedFtpClient::fceSetMode(char newMode) {
 
 int SimulatedFtpClient::fceSetInteger(int parameter, int value) {
   if (parameter == kPassive) passive = value;
-  return 0;
+  return parameter == kBlocking && value == 1 && refusesToBlock ? kNotConnected : 0;
 }
 
 std::int64_t SimulatedFtpClient::fceGetInteger(int parameter) const {
-  return parameter == kBytesMoved ? moved_ : 0;
+  return parameter == kBytesMoved ? movedBefore + moved_ : 0;
 }
 
 int SimulatedFtpClient::fceGetList(int kind, std::string& buffer, std::size_t size) {
@@ -130,6 +130,7 @@ int SimulatedFtpClient::fceGetFile(const std::string& name, const std::string& l
   if (refuses || !inDirectory_ || !server.files.contains(name)) return kNotSent;
   const std::string path = localFolder + landing;
   if (disk_.Has(path)) return kLandingTaken;
+  if (server.files.at(name).size() > room) return kNoRoom;
   disk_.WithFile(path, "");
   transfer_ = Transfer{.name = name, .path = path, .begun = loop_.Now()};
   moved_ = 0;
@@ -153,7 +154,11 @@ int SimulatedFtpClient::fceDriver() {
     LogOut();
     return kLost;
   }
-  if (come < contents.size()) return 1;
+  if (come < contents.size() || roundsBefore-- > 0) return 1;
+  if (transfer_->name == server.growing) {
+    LogOut();
+    return kGrown;
+  }
   server.sent.push_back(transfer_->name);
   transfer_.reset();
   return 0;
@@ -175,6 +180,8 @@ std::string SimulatedFtpClient::fceErrorText(int code) const {
       return "The connection is closed.";
     case kLandingTaken:
       return "A file of that name stands there already.";
+    case kNoRoom:
+      return "The disk has no room for this file.";
     case kNoAnswer:
       return "The server gives no answer.";
     case kLogInRefused:
@@ -187,6 +194,8 @@ std::string SimulatedFtpClient::fceErrorText(int code) const {
       return "The server does not send this file.";
     case kLost:
       return "The connection was lost.";
+    case kGrown:
+      return "The file is longer than the server said.";
     case kNoFolder:
       return "The landing folder is missing.";
     default:

@@ -36,6 +36,8 @@ struct SimulatedFtpServer {
   bool failsListings = false;
   /// The connection is lost once so many bytes of a file have been sent.
   std::optional<std::size_t> breaksAfter;
+  /// Its author still sends this file, so its length was not kept.
+  std::string growing;
   /// What each question takes, and a second of a transfer.
   base::Duration latency = std::chrono::milliseconds{20};
   std::size_t bytesPerSecond = 1'000'000;
@@ -59,6 +61,7 @@ class SimulatedFtpClient : public ftp::FtpClient {
   static constexpr int kNotSent = kFirstOwn - 5;
   static constexpr int kLost = kFirstOwn - 6;
   static constexpr int kNoFolder = kFirstOwn - 7;
+  static constexpr int kGrown = kFirstOfTheFile - 2;
   static constexpr base::Duration kConnectLimit = std::chrono::seconds{30};
 
   SimulatedFtpClient(base::Loop& loop, SimulatedDisk& disk) : loop_(loop), disk_(disk) {}
@@ -72,6 +75,14 @@ class SimulatedFtpClient : public ftp::FtpClient {
   std::vector<std::string> misuses;
   /// Runs in each wait, once the question is on its way.
   std::function<void()> Meanwhile;
+  /// Bytes that count as having come before each file.
+  std::int64_t movedBefore = 0;
+  /// Rounds in which no file is done.
+  int roundsBefore = 0;
+  /// A get does not become a blocking one again.
+  bool refusesToBlock = false;
+  /// Bytes that the disk has room for.
+  std::size_t room = 1'000'000'000;
   int passive = 0;
   char mode = 0;
   std::string localFolder;

@@ -8,6 +8,11 @@ namespace tavlo::platform {
 
 /// What may go wrong with a server, as results of the client, beside those that every client has.
 enum FtpFailure : int {
+  // Of the file; the log-in ends with them all the same.
+  kFileCutShort = ftp::FtpClient::kFirstOfTheFile,
+  kDiskFailed = -51,  ///< What came could not be written.
+  kFileHasGrown = -52,
+
   kConnectionLost = ftp::FtpClient::kFirstOwn,
   kNoAddress = -101,      ///< The profile's server is none.
   kUnknownServer = -102,  ///< Its name leads nowhere.
@@ -30,13 +35,10 @@ enum FtpFailure : int {
   kListTooLong = -119,
   kFileRefused = -120,
   kNoDataConnection = -121,
-  kStalled = -122,  ///< Not a byte for as long as is waited.
-  kFileCutShort = -123,
-  kDiskFailed = -124,     ///< What came could not be written.
-  kLandingFailed = -125,  ///< The file could not be made.
-  kNotOffered = -126,     ///< The client does not do that.
-  kBusy = -127,           ///< It waits for something else.
-  kFileHasGrown = -128,
+  kStalled = -122,           ///< Not a byte for as long as is waited.
+  kLandingFailed = -125,     ///< The file could not be made.
+  kNotOffered = -126,        ///< The client does not do that.
+  kBusy = -127,              ///< It waits for something else.
   kProcessInTrouble = -129,  ///< No thread or descriptor is left.
 };
 

@@ -187,7 +187,7 @@ void FileList::keyPressEvent(QKeyEvent* event) {
     default:
       break;
   }
-  QTableView::keyPressEvent(event);
+  MoveByKey(*event);
   const int row = currentIndex().row();
   if (row >= 0 && row != at_) WalkTo(row);
 }

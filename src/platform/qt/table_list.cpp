@@ -369,10 +369,12 @@ void TableList::keyPressEvent(QKeyEvent* event) {
     if (before >= 0) ChooseByKey(before);
     return;
   }
-  QTableView::keyPressEvent(event);
+  MoveByKey(*event);
   const int row = currentIndex().row();
   if (row >= 0 && row != before) ChooseByKey(row);
 }
+
+void TableList::MoveByKey(QKeyEvent& event) { QTableView::keyPressEvent(&event); }
 
 void TableList::contextMenuEvent(QContextMenuEvent* event) {
   auto* const menu = new QMenu(this);

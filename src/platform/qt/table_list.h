@@ -72,6 +72,8 @@ class TableList : public QTableView {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  /// What the toolkit makes of a key, and nothing more.
+  void MoveByKey(QKeyEvent& event);
   /// Offers to sort by each column, for who does not reach the headings with a mouse.
   void contextMenuEvent(QContextMenuEvent* event) override;
   /// Files of the desktop may be let go over a list that takes them, wherever on it.

@@ -139,6 +139,13 @@ TEST_F(FtpAutoRetrieve, ServerThatIsDownIsTriedOnceATickAndWorksAgainWhenItIsBac
   EXPECT_EQ(server.loggedIn, 0);
 }
 
+TEST_F(FtpAutoRetrieve, LogInThatFailsIsToldInTheQuietLine) {
+  StartUnattended({{"FtpServerPassword", "guess"}});
+  loop.Advance(12s);
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "Automatic retrieval: The server refuses this user and password.");
+}
+
 TEST_F(FtpAutoRetrieve, ListingThatFailsOnceIsMadeGoodByTheNextTicks) {
   server.files = {{"a.eW2", "sound a"}};
   server.failsListings = true;

@@ -226,6 +226,17 @@ TEST_F(FtpConnection, ExitInTheWaitsOfADisconnectEndsAndNothingOfTheDisconnectFo
   EXPECT_NE(Status(), "Disconnected");
 }
 
+TEST_F(FtpConnection, NothingBeginsUnderABoxOfTheSort) {
+  StartConnected();
+  disk.BreakListing(Path("/Files/FtpQueue"));
+  loop.Expect({.delay = 30s, .meanwhile = [&] { form.bConnect.Press(); }});
+  form.bConnect.Press(By::Hand);
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].title, "Tavlo Deck - Network Fault");
+  EXPECT_EQ(server.logIns, 1);
+  EXPECT_EQ(Status(), "Disconnected");
+}
+
 TEST_F(FtpConnection, LogInThatStandsWhenTheSessionEndsIsClosed) {
   StartConnected();
   deck.EndSessionNow();

@@ -248,7 +248,7 @@ TEST_F(FtpDownload, PartThatCameStaysAndIsSortedLikeAnyOtherFileAndTheQuietLineT
   Begin();
   loop.Advance(5s);
   EXPECT_EQ(disk.Contents(Landing("a.eW2")), std::string(1000, 'a'));
-  EXPECT_NE(form.StatusBar1.Panels.Get().size(), 0u);
+  EXPECT_EQ(form.lblNotice.Value.Get(), "a.eW2 was not received whole. The connection was lost.");
   form.mnuViewQueue.Press(By::Hand);
   EXPECT_TRUE(disk.Has(InQueue() + "a.wav"));
 }
@@ -318,12 +318,109 @@ TEST_F(FtpDownload, LengthBeyondThirtyTwoBitsHasItsPercent) {
   StartListed();
   form.cmdFtpListToDownload.Press(By::Hand);
   form.bDownload.Press(By::Hand);
+  // A hundred times what has come, and the length itself, are beyond them, too.
+  ftp.movedBefore = 3'000'000'000;
   deck.Built()->ftp.channel.FtpFileLength = 5'000'000'000;
   Names said;
   form.eMessage.OnChange = [&] { said.push_back(Status()); };
   loop.Advance(55ms);
   ASSERT_FALSE(said.empty());
-  EXPECT_EQ(said[0], " 1 bytes  0% transfered.");
+  EXPECT_EQ(said[0], " 3000000001 bytes  60% transfered.");
+}
+
+TEST_F(FtpDownload, EmptyNamesOfAListingAreRefusedAndTheOthersCome) {
+  server.listing = "a.eW2\r\r\nb.eW2\r\r\n\r\n";
+  server.files = {{"a.eW2", "sound a"}, {"b.eW2", "sound b"}};
+  StartListed();
+  DownloadAll();
+  EXPECT_EQ(server.sent, (Names{"a.eW2", "b.eW2"}));
+  EXPECT_EQ(Status(), "Disconnected after download completed");
+  EXPECT_EQ(form.lblNotice.Value.Get(), "A file is not fetched: its name has no character.");
+}
+
+TEST_F(FtpDownload, FileThatItsAuthorStillSendsEndsTheRunAndNotTheView) {
+  server.files = {{"a.eW2", "sound a"}, {"b.eW2", "sound b"}};
+  server.growing = "a.eW2";
+  Begin({{"FtpDeleteFileCheck", "-1"}});
+  loop.Advance(5s);
+  EXPECT_EQ(Status(), "The file is longer than the server said.");
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "a.eW2 was not received whole. The file is longer than the server said.");
+  EXPECT_EQ(server.deleted, Names{});
+  EXPECT_TRUE(form.bConnect.Enabled && form.mnuViewFtp.Enabled && form.mnuFile.Enabled);
+  server.growing.clear();
+  form.bConnect.Press(By::Hand);
+  form.bList.Press(By::Hand);
+  DownloadAll();
+  EXPECT_EQ(server.sent, (Names{"a.eW2", "b.eW2"}));
+}
+
+TEST_F(FtpDownload, NothingRevivesTheViewBehindALostConnection) {
+  server.files = {{"a.eW2", std::string(500'000, 'a')}, {"b.eW2", "b"}};
+  server.breaksAfter = 1000;
+  StartListed();
+  form.listFtpList.RowClick(0);
+  form.bDownload.Press(By::Hand);
+  loop.Advance(5s);
+  form.cmdFtpListToDownload.Press(By::Hand);
+  EXPECT_FALSE(form.bDownload.Enabled);
+  SwitchAutoRetrieve();
+  SwitchAutoRetrieve();
+  EXPECT_FALSE(form.mnuViewFtp.Enabled);
+  EXPECT_FALSE(form.bConnect.Enabled);
+}
+
+TEST_F(FtpDownload, DeleteThatIsSwitchedOffInTheRunIsNotDone) {
+  server.files = {{"a.eW2", "sound a"}};
+  StartListed({{"FtpDeleteFileCheck", "-1"}});
+  deck.Built()->binding.FtpProfile().Show(0);
+  config.chkFtpFileDeleteMode.Value = false;
+  deck.Built()->binding.FtpProfile().Save();
+  DownloadAll();
+  EXPECT_EQ(server.sent, Names{"a.eW2"});
+  EXPECT_EQ(server.deleted, Names{});
+}
+
+TEST_F(FtpDownload, TickInTheWaitOfAnotherCommandLeavesTheEndOfTheRunForLater) {
+  server.files = {{"a.eW2", "sound a"}};
+  Begin();
+  {
+    const window::ListPause pause(deck.Built()->mainWindow.guards);
+    loop.Advance(5s);
+    EXPECT_EQ(form.bDownload.Caption.Get(), "Halt");
+  }
+  loop.Advance(5s);
+  EXPECT_EQ(Status(), "Disconnected after download completed");
+}
+
+TEST_F(FtpDownload, FileOfTwentyFiveRoundsTakesASecondTick) {
+  server.files = {{"a.eW2", "sound a"}};
+  ftp.roundsBefore = 25;
+  Begin();
+  loop.Advance(55ms);
+  EXPECT_EQ(server.sent, Names{});
+  EXPECT_TRUE(Tick().Enabled());
+  loop.Advance(55ms);
+  EXPECT_EQ(server.sent, Names{"a.eW2"});
+}
+
+TEST_F(FtpDownload, CompletionThatTheClientRefusesIsToldAndOffersToConnect) {
+  server.files = {{"a.eW2", "sound a"}};
+  Begin({{"FtpDeleteFileCheck", "-1"}});
+  ftp.refusesToBlock = true;
+  loop.Advance(5s);
+  EXPECT_EQ(Status(), "The connection is closed.");
+  EXPECT_EQ(form.bConnect.Caption.Get(), "Connect");
+  EXPECT_TRUE(form.bConnect.Enabled && form.mnuFile.Enabled);
+  EXPECT_EQ(server.deleted, Names{});
+}
+
+TEST_F(FtpDownload, DiskWithoutRoomForTheFileIsToldBeforeItComes) {
+  server.files = {{"a.eW2", std::string(500'000, 'a')}};
+  ftp.room = 1000;
+  Begin();
+  EXPECT_EQ(Status(), "The disk has no room for this file.");
+  EXPECT_EQ(disk.NamesIn(Path("/Files/FtpQueue")), Names{});
 }
 
 }  // namespace

@@ -106,7 +106,7 @@ TEST(LandingName, ShortenedNameOfBytesThatAreNoTextKeepsMostOfThem) {
 }
 
 TEST(LandingName, LineBreakZeroByteOrNoCharacterIsRefused) {
-  ExpectLanding("", "", "it has no character");
+  ExpectLanding("", "", "its name has no character");
   for (const std::string_view name : {"a\r\nDELE b", "\n", "a\r", "\ra.wav"}) {
     ExpectLanding(name, "", "its name has a line break in it");
   }
