@@ -6,8 +6,11 @@
 #include <cerrno>
 
 namespace tavlo::platform {
+namespace {
 
 using How = Received::How;
+
+}  // namespace
 
 int Link::Protect(TlsParty& party, Deadline deadline, Tether& tether) {
   tls_ = std::make_unique<TlsChannel>();
