@@ -51,8 +51,9 @@ struct IntakeRooms : bench::QuietRooms {
   intake::Conversion conversion{{loop, disk, folders, moves, claims, libraries, front}};
   intake::ImportList importList{loop, window, files, playback, conversion, claims};
   NoAutoImport noAutoImport;
+  intake::FileBeingReceived receiving;
   intake::RetrievalPasses passes{
-      {loop, disk, folders, moves, claims, conversion, noAutoImport, front}};
+      {loop, disk, folders, moves, claims, conversion, noAutoImport, front, receiving}};
 };
 
 void Measure(const std::function<void()>& work, const std::function<int()>& count) {

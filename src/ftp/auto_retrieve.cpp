@@ -5,6 +5,8 @@ namespace {
 
 using base::operator""ms;
 
+constexpr int kTicksForAnAnswer = 12;
+
 }  // namespace
 
 AutoRetrieve::AutoRetrieve(Channel& channel, forms::ConfigurationForm& config)
@@ -32,8 +34,15 @@ void AutoRetrieve::Tick() {
   tmrFtpAutoRetrieve.Stop();
   // A person's log-in, or another command, is inside a wait: its presses would be lost, and that
   // command would wait for ours.
-  if (!channel_.Waits() && !channel_.OthersWait()) PressKeys();
+  if (!channel_.Waits() && !channel_.OthersWait() && !BoxIsYoung()) PressKeys();
   if (!FtpAutoRetrieveOff && !channel_.Ended()) tmrFtpAutoRetrieve.Start();
+}
+
+/// A person may be about to answer a box, which can not close before a log-in under it has ended.
+/// One that stands for longer waits for somebody who is not there, and keeps nothing up.
+bool AutoRetrieve::BoxIsYoung() {
+  ticksUnderBox_ = channel_.edges.loop.MessageBoxOpen() ? ticksUnderBox_ + 1 : 0;
+  return ticksUnderBox_ > 0 && ticksUnderBox_ <= kTicksForAnAnswer;
 }
 
 /// The status box is out of sight, and the press of the list key takes the reason away.
@@ -44,9 +53,10 @@ void AutoRetrieve::TellFailure() {
 }
 
 void AutoRetrieve::PressKeys() {
+  const bool logsIn = form_.bConnect.Caption.Get() == "Connect";
   form_.bConnect.Press();
   if (channel_.Ended()) return;
-  TellFailure();
+  if (logsIn) TellFailure();
   form_.bList.Press();
   if (channel_.Ended()) return;
   // A run that a person began over a part of the list would take the press for a halt.

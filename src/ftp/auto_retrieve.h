@@ -20,10 +20,12 @@ class AutoRetrieve {
   void Tick();
   void PressKeys();
   void TellFailure();
+  bool BoxIsYoung();
 
   Channel& channel_;
   forms::MainForm& form_;
   forms::ConfigurationForm& config_;
+  int ticksUnderBox_ = 0;  ///< In a row.
 };
 
 }  // namespace tavlo::ftp

@@ -20,6 +20,7 @@ void Channel::ShowError(int code) {
 
 std::optional<int> Channel::Ask(const std::function<int()>& call) {
   const window::Raised waiting(waits_);
+  const window::ServerWait wait(edges.window.guards);
   const int result = call();
   if (ended_) return {};
   return result;
@@ -27,17 +28,25 @@ std::optional<int> Channel::Ask(const std::function<int()>& call) {
 
 void Channel::During(const std::function<void()>& call) {
   const window::Raised waiting(waits_);
+  const window::ServerWait wait(edges.window.guards);
   call();
 }
 
 bool Channel::Wait(base::Duration length) {
   const window::Raised waiting(waits_);
+  const window::ServerWait wait(edges.window.guards);
   edges.loop.Wait(length);
   return !ended_;
 }
 
+void Channel::Turn() {
+  const window::ServerWait wait(edges.window.guards);
+  edges.loop.Yield();
+}
+
 bool Channel::OthersWait() const {
-  return !edges.window.guards.ListsMayChange() && !edges.loop.MessageBoxOpen();
+  const window::Guards& guards = edges.window.guards;
+  return (!guards.ListsMayChange() || guards.IsTelling()) && !edges.loop.MessageBoxOpen();
 }
 
 void Channel::FocusAway() {

@@ -67,6 +67,8 @@ class Channel {
   void During(const std::function<void()>& call);
   /// Lets time pass. False when the program has ended meanwhile.
   bool Wait(base::Duration length);
+  /// One pass of the loop beside a transfer, in which hands work here as ever.
+  void Turn();
   /// A rule waits inside `Ask`, `During` or `Wait`. No command of this room begins then, by hand,
   /// by timer or by program: it would change what the rule goes on with.
   bool Waits() const { return waits_; }
@@ -74,6 +76,9 @@ class Channel {
   /// Another command is inside a wait, and a tick that waits itself would keep it waiting. Under a
   /// message box, which may stand for hours, the ticks go on.
   bool OthersWait() const;
+
+  /// Automatic retrieval works, and nobody looks at the view.
+  bool Unattended() const { return !form.mnuViewFtp.Enabled && !FtpLost; }
 
   /// The keyboard leaves what a hand has pressed here. In the other views, under automatic
   /// retrieval, it stays where the typist has it.

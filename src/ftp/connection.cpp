@@ -20,7 +20,9 @@ Connection::Connection(Channel& channel, FileLists& lists)
 }
 
 void Connection::FtpConnectOrDisconnect() {
-  if (channel_.Waits() || channel_.edges.servers.ChosenName().empty()) return;
+  // In the wait of another command a log-in would keep that command waiting, too.
+  if (channel_.Waits() || channel_.OthersWait()) return;
+  if (channel_.edges.servers.ChosenName().empty()) return;
   if (form_.bConnect.Caption.Get() == "Disconnect") {
     Disconnect();
   } else {

@@ -25,6 +25,10 @@ constexpr int kLastLengthColumn = 7;
 /// A number in the manner of all figures of the run: the place of a sign stands before it.
 std::string Figure(std::int64_t number) { return (number < 0 ? "" : " ") + std::to_string(number); }
 
+bool IsOfTheFile(int code) {
+  return code <= FtpClient::kFirstOfTheFile && code > FtpClient::kFirstOwn;
+}
+
 }  // namespace
 
 Download::Download(Channel& channel)
@@ -39,6 +43,8 @@ void Download::FtpStartDownload() {
   if (form_.bDownload.Caption.Get() == "Halt") return RequestHalt();
   if (channel_.Waits()) return;
   form_.bDownload.Caption = "Halt";
+  // A listing that failed and was made good offers to connect still. The exit asks this key.
+  form_.bConnect.Caption = "Disconnect";
   channel_.FocusAway();
   forms::SetEnabled({&form_.bConnect, &form_.bList, &form_.cmdFtpDownloadToList,
                      &form_.comboFtpFileTypesToList, &form_.frameFtpFilename},
@@ -121,8 +127,8 @@ void Download::Get(const std::string& name) {
   const std::optional<int> result =
       channel_.Ask([&] { return client.fceGetFile(name, landing.name); });
   if (!result) return;
-  if (*result < 0) return GetFailed(*result);
-  current_ = {.name = name, .landing = landing.name, .notice = {}};
+  if (*result < 0) return Refused(name, *result);
+  current_ = {.name = name, .landing = landing.name, .notice = {}, .passedOver = false};
   if (!landing.why.empty()) {
     current_.notice = base::OneLine(name) + " lands as " + landing.name + ": " + landing.why + ".";
     channel_.Display(current_.notice);
@@ -130,10 +136,28 @@ void Download::Get(const std::string& name) {
   tmrFtpDownload.Start();
 }
 
+void Download::Refused(const std::string& name, int code) {
+  if (!channel_.Unattended() || !IsOfTheFile(code)) return GetFailed(code);
+  // This is our own decision: servers list directories among their files, and unattended each tick
+  // would end at the same name again, with all behind it never fetched.
+  channel_.edges.receiving.name.clear();
+  channel_.ShowError(code);
+  channel_.edges.window.Say(base::OneLine(name) + " is not fetched. " + form_.eMessage.Value.Get());
+  current_ = {.name = name, .landing = {}, .notice = {}, .passedOver = true};
+  tmrFtpDownload.Start();
+}
+
 void Download::GetFailed(int code) {
   channel_.edges.receiving.name.clear();
   channel_.ShowError(code);
   channel_.OfferConnect();
+  // Nothing logs out of this session any more, which is when what has landed is sorted.
+  if (channel_.Unattended()) SortWhatLanded();
+}
+
+/// While it is known which author the server belongs to.
+void Download::SortWhatLanded() {
+  channel_.During([this] { channel_.edges.sort.RunFtpSort(); });
 }
 
 void Download::FtpDownloadTick() {
@@ -141,12 +165,16 @@ void Download::FtpDownloadTick() {
   // Inside the wait of another command the end of a run, with its own waits, would keep that
   // command waiting. What comes in does so meanwhile.
   if (channel_.OthersWait()) return tmrFtpDownload.Start();
+  if (current_.passedOver) {
+    RemoveCurrent();
+    return GoOn();
+  }
   for (int round = 0; round < kRoundsOfATick; ++round) {
     const int result = channel_.edges.client.fceDriver();
     if (result < 0) return Failed(result);
     if (result == 0) return Complete();
   }
-  channel_.edges.loop.Yield();
+  channel_.Turn();
   ShowFtpByteCount();
   if (!channel_.Ended()) tmrFtpDownload.Start();
 }
@@ -159,8 +187,7 @@ void Download::Failed(int code) {
                             channel_.edges.client.fceErrorText(code));
   // This is our own decision: a file that is at fault, as one that its author still sends to the
   // server, does not end the work with all servers until the next start.
-  const bool ofTheFile = code <= FtpClient::kFirstOfTheFile && code > FtpClient::kFirstOwn;
-  if (ofTheFile) return GetFailed(code);
+  if (IsOfTheFile(code)) return GetFailed(code);
   ConnectionLost();
 }
 
@@ -173,6 +200,7 @@ void Download::ConnectionLost() {
   channel_.Display("Connection lost.  To ftp again please restart the Tavlo Deck");
   form_.mnuViewFtp.Enabled = false;
   channel_.GiveMenusBack();
+  SortWhatLanded();
 }
 
 void Download::Complete() {
@@ -255,7 +283,7 @@ void Download::ShowFtpByteCount() {
     text += " " + Figure(percent) + "%";
   }
   form_.eByteCount.Value = text;
-  channel_.edges.loop.Yield();
+  channel_.Turn();
 }
 
 }  // namespace tavlo::ftp

@@ -23,6 +23,8 @@ class Download {
     std::string landing;
     /// What is to be said of the name once more, behind what the run says: why it landed so.
     std::string notice;
+    /// The server does not send it; the next tick goes on with the next one.
+    bool passedOver = false;
   };
 
   void RequestHalt();
@@ -32,7 +34,10 @@ class Download {
   /// Nothing may stand at the landing name. In words why it still does; empty when the way is free.
   std::string ClearTheWay(const std::string& landing);
   void Get(const std::string& name);
+  /// The get was not accepted.
+  void Refused(const std::string& name, int code);
   void GetFailed(int code);
+  void SortWhatLanded();
 
   void FtpDownloadTick();
   /// The file did not come whole.

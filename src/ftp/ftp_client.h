@@ -73,9 +73,9 @@ class FtpClient {
   /// the file whose name stands in the buffer up to a NUL.
   virtual int fceGetList(int kind, std::string& buffer, std::size_t size) = 0;
 
-  /// Asks for a file and returns once the server sends it, or a failure. It lands under `landing`
-  /// in the local folder, where no file of that name may stand. It then comes in as `fceDriver` is
-  /// called, and also between the calls.
+  /// Asks for a file and returns once the server sends it, or a failure; a fault of the file leaves
+  /// the log-in as it is. It lands under `landing` in the local folder, where no file of that name
+  /// may stand. It then comes in as `fceDriver` is called, and also between the calls.
   virtual int fceGetFile(const std::string& name, const std::string& landing) = 0;
   /// How the get is doing: above 0 it goes on, 0 the whole file has arrived and is on the disk for
   /// good, below 0 it failed and the log-in is over: the

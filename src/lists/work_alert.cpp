@@ -84,6 +84,8 @@ bool WorkAlert::MustHoldBack() const {
   // A second box on top of a question might be answered in its place, and a list that changes
   // refuses the refresh that belongs to an alert.
   if (loop_.MessageBoxOpen() || !window_.guards.ListsMayChange()) return true;
+  // What waits for a server would go on only once the box is answered.
+  if (window_.guards.ServerIsAwaited()) return true;
   return NoLookForWorkHere();
 }
 
@@ -159,14 +161,19 @@ void WorkAlert::Tell(const Words& words) {
   if (waitingWork_.Ended()) return;
   transport_.StopCommand();
   InFront inFront(*this, words.title, words.text);
-  loop_.Wait(kBeforeThePrompt);
-  if (waitingWork_.Ended()) return;
-  voice_.PlayPrompt(words.prompt);
-  loop_.Wait(kBeforeTheMessage);
+  SayPrompt(words.prompt);
   if (waitingWork_.Ended()) return;
   // Without a message the typist sees the new work appear, and the window stays on top.
   if (queue_.QueueCount < 1 && MayBringWorkIn()) return inFront.Stay();
   loop_.Show({.title = words.title, .text = words.text, .icon = base::Icon::Information});
+}
+
+void WorkAlert::SayPrompt(playback::PromptName prompt) {
+  const window::Telling telling(window_.guards);
+  loop_.Wait(kBeforeThePrompt);
+  if (waitingWork_.Ended()) return;
+  voice_.PlayPrompt(prompt);
+  loop_.Wait(kBeforeTheMessage);
 }
 
 bool WorkAlert::MayBringWorkIn() const {

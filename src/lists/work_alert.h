@@ -49,6 +49,7 @@ class WorkAlert {
   bool MoreInImport(bool priority) const;
   void TellOfBoth(bool priority);
   void Tell(const Words& words);
+  void SayPrompt(playback::PromptName prompt);
   bool MayBringWorkIn() const;
   /// The refresh that ends an alert.
   void BringWorkIn();

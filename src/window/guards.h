@@ -28,15 +28,24 @@ class Guards {
   /// The refresh under way is one that the user did not ask for: no prompt, no change of the
   /// keyboard.
   bool RefreshIsQuiet() const { return QuietRefresh; }
+  /// A rule waits for a server. A box that comes by itself would keep that rule waiting for as long
+  /// as it stands.
+  bool ServerIsAwaited() const { return ServerAwaited; }
+  /// Somebody is just being told of new work.
+  bool IsTelling() const { return TellingOfWork; }
 
  private:
   friend class ListTransition;
   friend class ListPause;
   friend class QuietRefreshing;
+  friend class ServerWait;
+  friend class Telling;
 
   bool ListTransitionBusy = false;  ///< A document is being moved.
   bool ListPauseActive = false;     ///< A list change is inside a wait.
   bool QuietRefresh = false;
+  bool ServerAwaited = false;
+  bool TellingOfWork = false;
 };
 
 /// A list change is inside a wait.
@@ -66,6 +75,24 @@ class QuietRefreshing {
 
  private:
   Raised quiet_;
+};
+
+/// A rule waits for a server, or lets the loop turn beside a transfer.
+class ServerWait {
+ public:
+  explicit ServerWait(Guards& guards) : wait_(guards.ServerAwaited) {}
+
+ private:
+  Raised wait_;
+};
+
+/// Somebody is being told of new work.
+class Telling {
+ public:
+  explicit Telling(Guards& guards) : telling_(guards.TellingOfWork) {}
+
+ private:
+  Raised telling_;
 };
 
 }  // namespace tavlo::window

@@ -58,7 +58,7 @@ class SimulatedFtpClient : public ftp::FtpClient {
   static constexpr int kLogInRefused = kFirstOwn - 2;
   static constexpr int kNoDirectory = kFirstOwn - 3;
   static constexpr int kListingFailed = kFirstOwn - 4;
-  static constexpr int kNotSent = kFirstOwn - 5;
+  static constexpr int kNotSent = kFirstOfTheFile - 3;
   static constexpr int kLost = kFirstOwn - 6;
   static constexpr int kNoFolder = kFirstOwn - 7;
   static constexpr int kGrown = kFirstOfTheFile - 2;

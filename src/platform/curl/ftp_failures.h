@@ -12,6 +12,8 @@ enum FtpFailure : int {
   kFileCutShort = ftp::FtpClient::kFirstOfTheFile,
   kDiskFailed = -51,  ///< What came could not be written.
   kFileHasGrown = -52,
+  // The same; the log-in stands.
+  kFileRefused = -53,
 
   kConnectionLost = ftp::FtpClient::kFirstOwn,
   kNoAddress = -101,      ///< The profile's server is none.
@@ -33,7 +35,6 @@ enum FtpFailure : int {
   kNoLocalFolder = -117,
   kListRefused = -118,
   kListTooLong = -119,
-  kFileRefused = -120,
   kNoDataConnection = -121,
   kStalled = -122,           ///< Not a byte for as long as is waited.
   kLandingFailed = -125,     ///< The file could not be made.

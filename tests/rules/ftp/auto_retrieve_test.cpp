@@ -146,6 +146,46 @@ TEST_F(FtpAutoRetrieve, LogInThatFailsIsToldInTheQuietLine) {
             "Automatic retrieval: The server refuses this user and password.");
 }
 
+TEST_F(FtpAutoRetrieve, NoLogInBeginsUnderABoxThatIsAboutToBeAnswered) {
+  StartUnattended();
+  loop.Expect({.reply = base::Reply::No, .delay = 50s});
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(LogIns(), 0);
+  loop.Advance(6s);
+  EXPECT_EQ(LogIns(), 1);
+}
+
+TEST_F(FtpAutoRetrieve, DirectoryAmongTheFilesIsPassedOverAndTheOthersCome) {
+  server.files = {{"a.eW2", "sound a"}, {"archive", ""}, {"b.eW2", "sound b"}};
+  server.refused = {"archive"};
+  StartUnattended({{"FtpDeleteFileCheck", "-1"}});
+  loop.Advance(20s);
+  EXPECT_EQ(server.sent, (Names{"a.eW2", "b.eW2"}));
+  EXPECT_EQ(disk.NamesIn(Path("/Files/eW2Queue")), (Names{"a.eW2", "b.eW2"}));
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "archive is not fetched. The server does not send this file.");
+  EXPECT_TRUE(server.files.contains("archive"));
+  EXPECT_EQ(ftp.misuses, Names{});
+}
+
+TEST_F(FtpAutoRetrieve, AlertThatComesDueInAWaitForTheServerWaitsForItsEnd) {
+  server.latency = 9s;
+  // With an empty Queue nothing is said, the work just appears.
+  Drop("0007 0 Brown 1234 3 9 2004 14 5 12 2 0 17 cardio 0 0_.wav");
+  StartUnattended();
+  deck.Built()->waitingWork.RestartWith(50ms);
+  config.txtWorkWaitingAlertMode.Value = "A";
+  loop.Advance(4s);
+  bool boxInAWait = false;
+  disk.WithFile(Path("/Files/eW2Queue/x.eW2"));
+  loop.Expect({.delay = 1s, .meanwhile = [&] {
+                 boxInAWait = deck.Built()->mainWindow.guards.ServerIsAwaited();
+               }});
+  loop.Advance(60s);
+  ASSERT_FALSE(loop.Shown.empty());
+  EXPECT_FALSE(boxInAWait);
+}
+
 TEST_F(FtpAutoRetrieve, ListingThatFailsOnceIsMadeGoodByTheNextTicks) {
   server.files = {{"a.eW2", "sound a"}};
   server.failsListings = true;
@@ -212,7 +252,7 @@ TEST_F(FtpAutoRetrieve, LogInUnderTheQuestionOfTheExitIsSeenAndRefusesIt) {
   server.files = {{"a.eW2", std::string(50'000, 'a')}};
   server.bytesPerSecond = 1000;
   StartUnattended();
-  loop.Expect({.reply = base::Reply::Yes, .delay = 8s});
+  loop.Expect({.reply = base::Reply::Yes, .delay = 80s});
   form.frmMain.CloseRequest();
   ASSERT_EQ(loop.Shown.size(), 2u);
   EXPECT_EQ(loop.Shown[1].text, "The Ftp must be disconnected before you may exit the Tavlo Deck");

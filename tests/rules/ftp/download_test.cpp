@@ -247,7 +247,7 @@ TEST_F(FtpDownload, PartThatCameStaysAndIsSortedLikeAnyOtherFileAndTheQuietLineT
   server.breaksAfter = 1000;
   Begin();
   loop.Advance(5s);
-  EXPECT_EQ(disk.Contents(Landing("a.eW2")), std::string(1000, 'a'));
+  EXPECT_EQ(disk.Contents(Path("/Files/eW2Queue/a.eW2")), std::string(1000, 'a'));
   EXPECT_EQ(form.lblNotice.Value.Get(), "a.eW2 was not received whole. The connection was lost.");
   form.mnuViewQueue.Press(By::Hand);
   EXPECT_TRUE(disk.Has(InQueue() + "a.wav"));
@@ -368,6 +368,32 @@ TEST_F(FtpDownload, NothingRevivesTheViewBehindALostConnection) {
   SwitchAutoRetrieve();
   EXPECT_FALSE(form.mnuViewFtp.Enabled);
   EXPECT_FALSE(form.bConnect.Enabled);
+}
+
+TEST_F(FtpDownload, WhatLandedBeforeALostConnectionGoesToTheLinkedAuthor) {
+  server.files = {{"a.mp3", "sound a"}, {"b.mp3", std::string(500'000, 'b')}};
+  server.breaksAfter = 1000;
+  Begin({{"FtpParseGenericPointer", "7"}});
+  loop.Advance(5s);
+  EXPECT_EQ(disk.NamesIn(Path("/Files/ImportQueue/7")).size(), 2u);
+}
+
+TEST_F(FtpDownload, ListingThatIsMadeGoodLeavesTheRunConnected) {
+  server.files = {{"a.eW2", std::string(500'000, 'a')}};
+  server.failsListings = true;
+  StartConnected({{"FtpAutoListDownloadCheck", "-1"}});
+  server.failsListings = false;
+  form.bList.Press(By::Hand);
+  form.cmdFtpListToDownload.Press(By::Hand);
+  form.bDownload.Press(By::Hand);
+  loop.Advance(100ms);
+  form.frmMain.CloseRequest();
+  ASSERT_EQ(loop.Shown.size(), 1u);
+  EXPECT_EQ(loop.Shown[0].text, "The Ftp must be disconnected before you may exit the Tavlo Deck");
+  loop.Advance(10s);
+  EXPECT_EQ(Status(), "Disconnected after download completed");
+  EXPECT_EQ(server.loggedIn, 0);
+  EXPECT_TRUE(disk.Has(Path("/Files/eW2Queue/a.eW2")));
 }
 
 TEST_F(FtpDownload, DeleteThatIsSwitchedOffInTheRunIsNotDone) {
