@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -88,6 +89,36 @@ TEST(ClientCalls, WhatStandsAtTheLandingNameStays) {
   EXPECT_FALSE(fs::exists(bench.folder / "outside"));
   EXPECT_EQ(bench.Get("a.wav", "e.wav"), 0);
   EXPECT_EQ(bench.Landed("e.wav"), "from the server");
+}
+
+TEST(ClientCalls, WhatAppearsAtTheLandingNameWhileTheServerIsAskedStays) {
+  FtpBench bench;
+  Manners manners{.files = {{"a.wav", "from the server"}}};
+  manners.instead = [landing = bench.Landing()](Conversation&, const Command& command) {
+    if (command.verb == "RETR") std::ofstream(landing + "/a.wav") << "mine";
+    return false;
+  };
+  const ScriptedServer server(manners);
+  ASSERT_EQ(bench.Connect(server), 0);
+  EXPECT_EQ(bench.Get("a.wav"), FtpClient::kLandingTaken);
+  EXPECT_EQ(bench.Landed("a.wav"), "mine");
+}
+
+TEST(ClientCalls, LandingNameThatLeadsElsewhereIsRefused) {
+  const ScriptedServer server({.files = {{"a.wav", "from the server"}}});
+  FtpBench bench;
+  fs::create_directory(bench.Landing() + "/in");
+  ASSERT_EQ(bench.Connect(server), 0);
+  const std::vector<std::string> elsewhere{"../b.wav", "in/b.wav", "..",
+                                           ".",        "",         bench.folder / "b.wav"};
+  for (const std::string& landing : elsewhere) {
+    EXPECT_LT(bench.Get("a.wav", landing), 0) << landing;
+  }
+  EXPECT_EQ(bench.LandedNames(), std::vector<std::string>{"in"});
+  EXPECT_TRUE(fs::is_empty(bench.Landing() + "/in"));
+  EXPECT_FALSE(fs::exists(bench.folder / "b.wav"));
+  EXPECT_EQ(server.CountHeard("RETR"), 0);
+  EXPECT_EQ(bench.Get("a.wav"), 0);
 }
 
 TEST(ClientCalls, FileLandsInTheLocalFolderAndForNobodyElse) {
