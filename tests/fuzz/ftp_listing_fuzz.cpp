@@ -53,18 +53,14 @@ void CheckLengths(std::string_view line) {
   Promise(found.empty() || found.ends_with("note.wav"), "a line about a file ends with its name");
 }
 
-/// The lines that the rules make of a listing, each of which a person may choose.
 void CheckListing(std::string_view bytes, std::size_t most) {
   const std::string names = Names(bytes, most, 1);
   Promise(names == Names(bytes, most, 1000), "a listing is the same however it comes");
   Promise(names.size() <= most, "it keeps to the buffer");
-  std::string_view rest = names;
-  for (std::size_t end = rest.find('\r'); end != rest.npos; end = rest.find('\r')) {
-    const std::string_view name = rest.substr(0, end);
+  for (const std::string_view name : ftp::LinesOf(names)) {
     Promise(ftp::fceMatchFile(names, 0, name, kMostOfAnAnswer) == name.substr(0, kMostOfAnAnswer),
             "each name is found in its listing");
     CheckLanding(name);
-    rest.remove_prefix(std::min(end + 2, rest.size()));
   }
 }
 

@@ -37,10 +37,10 @@ enum FtpFailure : int {
   kListTooLong = -119,
   kNoDataConnection = -121,
   kStalled = -122,           ///< Not a byte for as long as is waited.
-  kLandingFailed = -125,     ///< The file could not be made.
-  kNotOffered = -126,        ///< The client does not do that.
-  kBusy = -127,              ///< It waits for something else.
-  kProcessInTrouble = -129,  ///< No thread or descriptor is left.
+  kLandingFailed = -123,     ///< The file could not be made.
+  kNotOffered = -124,        ///< The client does not do that.
+  kBusy = -125,              ///< It waits for something else.
+  kProcessInTrouble = -126,  ///< No thread or descriptor is left.
 };
 
 /// The failure in words for the person at the deck, 128 bytes at most. Empty for what is none.
