@@ -37,7 +37,6 @@ std::vector<Step> Day::Steps() {
   AddList(steps);
   AddCompleted(steps);
   AddImport(steps);
-  AddOtherViews(steps);
   AddOddDocuments(steps);
   AddWishes(steps);
   AddLetter(steps);
@@ -48,6 +47,14 @@ std::vector<Step> Day::Steps() {
   AddFaces(steps);
   AddQuiet(steps);
   AddWindows(steps);
+  AddServer(steps);
+  AddRefusal(steps);
+  AddListing(steps);
+  AddMoving(steps);
+  AddDownload(steps);
+  AddArrived(steps);
+  AddRetrieval(steps);
+  AddLostServer(steps);
   AddEnd(steps);
   return steps;
 }

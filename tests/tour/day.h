@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "office.h"
 #include "pedals/pedal_pipe.h"
 #include "platform/desktop/program.h"
 #include "support/keys.h"
@@ -61,9 +62,8 @@ class Day {
   void AddList(std::vector<Step>& steps);
   void AddOddDocuments(std::vector<Step>& steps);
   void AddCompleted(std::vector<Step>& steps);
-  void AddOtherViews(std::vector<Step>& steps);
   void AddWishes(std::vector<Step>& steps);
-  /// A word of letters and digits takes the place of what a text box holds.
+  /// A word of letters, digits and colons takes the place of what a text box holds.
   void AddTyping(std::vector<Step>& steps, const char* box, const std::string& text,
                  const forms::Text& shown, std::string says, std::string picture = {});
   void AddLetter(std::vector<Step>& steps);
@@ -74,6 +74,21 @@ class Day {
   void AddDeleting(std::vector<Step>& steps);
   void AddFaces(std::vector<Step>& steps);
   void AddQuiet(std::vector<Step>& steps);
+  void AddServer(std::vector<Step>& steps);
+  void AddRefusal(std::vector<Step>& steps);
+  void AddListing(std::vector<Step>& steps);
+  void AddMoving(std::vector<Step>& steps);
+  void AddDownload(std::vector<Step>& steps);
+  void AddArrived(std::vector<Step>& steps);
+  void AddRetrieval(std::vector<Step>& steps);
+  void AddLostServer(std::vector<Step>& steps);
+  /// Opens the configuration at the page of the servers.
+  void AddServersPage(std::vector<Step>& steps, std::string says, std::string picture = {});
+  /// Logs in with the server that is chosen, and lists what it has.
+  void AddConnecting(std::vector<Step>& steps);
+  /// Picks a row of a box, so many below the one that it shows.
+  void AddPicking(std::vector<Step>& steps, const char* box, int rowsDown, std::string says,
+                  std::function<bool()> seen, std::string picture = {});
   void AddWindows(std::vector<Step>& steps);
   void AddEnd(std::vector<Step>& steps);
   void AddFoot(std::vector<Step>& steps);
@@ -93,6 +108,12 @@ class Day {
   Step ClickWindow(const std::string& title, std::string says, std::string picture = {});
   /// Turns to the deck, as by a task bar.
   Step CallDeck();
+  /// Enters a view by the letter of its entry in the menu.
+  Step TurnTo(std::uint32_t letter, std::string says, std::function<bool()> seen,
+              std::string picture = {});
+  /// Clicks the file at that row of one of the lists of the Ftp view.
+  Step ClickFile(const char* list, int row, std::string says, std::function<bool()> seen,
+                 std::string picture = {});
   /// Opens the settings, and leaves the configuration again.
   Step OpenSettings();
   Step CloseSettings();
@@ -109,6 +130,8 @@ class Day {
   /// A click on the author's name in a row of the list.
   void ClickAuthor(const char* list, int row);
   void ClickImportRow(int row);
+  /// The status box of the Ftp view says that, among other things.
+  bool FtpSays(const char* words);
   static int RowIn(const forms::Table& list, const std::string& author);
   int RowOf(const std::string& author) { return RowIn(Main().listViewInQueue, author); }
   std::string Cell(const std::string& author, int column);
@@ -153,6 +176,7 @@ class Day {
   std::size_t words_ = 0;
   /// A dictation that somebody is just writing.
   QFile writer_;
+  Office office_;
   double remembered_ = 0;
   int rows_ = 0;
   int files_ = 0;

@@ -1,4 +1,4 @@
-// Documents out of the ordinary, the views beside the lists, and what is remembered overnight.
+// Documents out of the ordinary, and what is remembered overnight.
 #include <QDir>
 #include <QFile>
 #include <cmath>
@@ -50,24 +50,6 @@ void Day::AddOddDocuments(std::vector<Step>& steps) {
                         [this] { return Ready() && RowOf("Silent") < 0; }));
 }
 
-void Day::AddOtherViews(std::vector<Step>& steps) {
-  const auto enter = [this](std::uint32_t letter) {
-    typist_.KeysUnseen({keys::kAlt, 'v'});
-    typist_.KeysUnseen({letter});
-  };
-  steps.push_back({.says = "the Ftp view shows its servers and has nothing to shape",
-                   .act = [enter] { enter('t'); },
-                   .seen =
-                       [this] {
-                         return Main().frameFtp.Visible && !Main().frameImport.Visible &&
-                                !Main().sldVol.Enabled && !Main().cmdEQ.Enabled;
-                       },
-                   .picture = "ftp"});
-  steps.push_back({.says = "the Queue view gives the sound back",
-                   .act = [enter] { enter('q'); },
-                   .seen = [this] { return Ready() && Main().sldVol.Enabled; }});
-}
-
 std::vector<Step> Day::NextMorning() {
   std::vector<Step> steps;
   steps.push_back({.says = "the next morning the splash stands again", .seen = [this] {
@@ -85,6 +67,9 @@ std::vector<Step> Day::NextMorning() {
        }});
   steps.push_back({.says = "and so is every setting",
                    .seen = [this] { return Settings() == left_.settings.data(); }});
+  steps.push_back({.says = "the Ftp view can be had again", .seen = [this] {
+                     return Main().mnuViewFtp.Enabled && Main().bConnect.Enabled;
+                   }});
   steps.push_back(
       {.says = "what was completed is older than two weeks and gone, and the purge log tells of it",
        .seen = [] {

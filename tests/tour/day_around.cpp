@@ -173,8 +173,13 @@ void Day::AddTyping(std::vector<Step>& steps, const char* box, const std::string
                    .act =
                        [this, text] {
                          typist_.KeysUnseen({keys::kControl, 'a'});
-                         for (const char letter : text)
-                           typist_.KeysUnseen({static_cast<unsigned>(letter)});
+                         for (const char letter : text) {
+                           if (letter == ':') {
+                             typist_.KeysUnseen({keys::kShift, ';'});
+                           } else {
+                             typist_.KeysUnseen({static_cast<unsigned>(letter)});
+                           }
+                         }
                        },
                    .seen = [&shown, text] { return shown.Value.Get() == text; },
                    .picture = std::move(picture)});

@@ -1,16 +1,23 @@
 """An FTP server on a folder, on loopback: prints its port once it listens, then serves until killed.
 
-    file_server.py FOLDER USER PASSWORD [--paper FILE] [--old-tls] [--clear-data]
+    file_server.py FOLDER USER PASSWORD [--paper FILE] [--old-tls] [--clear-data] [--speed BYTES]
 
 A paper (key and certificate) makes it require TLS, asked for before the log-in. With --old-tls it
 speaks no newer one than 1.1; with --clear-data it protects the log-in and refuses to protect data.
+With --speed it sends so much a second, unprotected, as over a poor line. Listings are sorted.
 """
 import argparse
 import logging
 
 from pyftpdlib.authorizers import DummyAuthorizer
-from pyftpdlib.handlers import FTPHandler
+from pyftpdlib.filesystems import AbstractedFS
+from pyftpdlib.handlers import FTPHandler, ThrottledDTPHandler
 from pyftpdlib.servers import FTPServer
+
+
+class SortedFiles(AbstractedFS):
+    def listdir(self, path):
+        return sorted(super().listdir(path))
 
 
 def protecting_handler(arguments):
@@ -44,6 +51,7 @@ def main():
     parser.add_argument("--paper")
     parser.add_argument("--old-tls", action="store_true")
     parser.add_argument("--clear-data", action="store_true")
+    parser.add_argument("--speed", type=int)
     arguments = parser.parse_args()
 
     logging.basicConfig(level=logging.CRITICAL)
@@ -51,6 +59,10 @@ def main():
     handler.authorizer = DummyAuthorizer()
     handler.authorizer.add_user(arguments.user, arguments.password, arguments.folder, "elrd")
     handler.auth_failed_timeout = 0
+    handler.abstracted_fs = SortedFiles
+    if arguments.speed:
+        ThrottledDTPHandler.write_limit = arguments.speed
+        handler.dtp_handler = ThrottledDTPHandler
     server = FTPServer(("127.0.0.1", 0), handler)
     print(server.socket.getsockname()[1], flush=True)
     server.serve_forever(handle_exit=False)
