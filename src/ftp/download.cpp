@@ -183,12 +183,15 @@ void Download::Failed(int code) {
   channel_.edges.receiving.name.clear();
   // Under automatic retrieval nobody looks at the status box, and the part that came is sorted like
   // a whole file.
-  channel_.edges.window.Say(base::OneLine(current_.name) + " was not received whole. " +
-                            channel_.edges.client.fceErrorText(code));
+  const std::string told = base::OneLine(current_.name) + " was not received whole.";
+  if (!IsOfTheFile(code)) {
+    channel_.edges.window.Say(told);
+    return ConnectionLost();
+  }
   // This is our own decision: a file that is at fault, as one that its author still sends to the
   // server, does not end the work with all servers until the next start.
-  if (IsOfTheFile(code)) return GetFailed(code);
-  ConnectionLost();
+  channel_.edges.window.Say(told + " " + channel_.edges.client.fceErrorText(code));
+  GetFailed(code);
 }
 
 void Download::ConnectionLost() {
