@@ -78,8 +78,8 @@ class FtpClient {
   /// may stand. It then comes in as `fceDriver` is called, and also between the calls.
   virtual int fceGetFile(const std::string& name, const std::string& landing) = 0;
   /// How the get is doing: above 0 it goes on, 0 the whole file has arrived and is on the disk for
-  /// good, below 0 it failed and the log-in is over: the connection is lost, unless the fault is one
-  /// of the file. Waits up to a millisecond for news.
+  /// good, below 0 it failed and the log-in is over: the connection is lost, unless the fault is
+  /// one of the file. Waits up to a millisecond for news.
   virtual int fceDriver() = 0;
   /// Has the server delete a file; nobody waits for its answer.
   virtual void fceDelFile(const std::string& name) = 0;
