@@ -35,12 +35,12 @@ enum FtpFailure : int {
   kNoLocalFolder = -117,
   kListRefused = -118,
   kListTooLong = -119,
-  kNoDataConnection = -121,
-  kStalled = -122,           ///< Not a byte for as long as is waited.
-  kLandingFailed = -123,     ///< The file could not be made.
-  kNotOffered = -124,        ///< The client does not do that.
-  kBusy = -125,              ///< It waits for something else.
-  kProcessInTrouble = -126,  ///< No thread or descriptor is left.
+  kNoDataConnection = -120,
+  kStalled = -121,           ///< Not a byte for as long as is waited.
+  kLandingFailed = -122,     ///< The file could not be made.
+  kNotOffered = -123,        ///< The client does not do that.
+  kBusy = -124,              ///< It waits for something else.
+  kProcessInTrouble = -125,  ///< No thread or descriptor is left.
 };
 
 /// The failure in words for the person at the deck, 128 bytes at most. Empty for what is none.

@@ -21,7 +21,7 @@ TEST(FtpFailures, EachHasWordsOfItsOwnThatFitTheBuffer) {
     EXPECT_GT(WordsFor(failure).size(), 10U) << failure;
   };
   for (int failure = FtpClient::kNoRoom; failure < 0; ++failure) look(failure);
-  for (int failure = platform::kFileHasGrown; failure <= FtpClient::kFirstOfTheFile; ++failure) {
+  for (int failure = platform::kFileRefused; failure <= FtpClient::kFirstOfTheFile; ++failure) {
     look(failure);
   }
   for (int failure = platform::kProcessInTrouble; failure <= FtpClient::kFirstOwn; ++failure) {
