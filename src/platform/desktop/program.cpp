@@ -49,8 +49,10 @@ constexpr PlainFile::Accepted kPromptFiles{.links = Links::Followed,
 }  // namespace
 
 struct Program::Parts {
-  Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port)
-      : application(argc, argv), serialPort(port ? std::move(port) : MachinePort()) {
+  Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port, const TrustStore& trust)
+      : application(argc, argv),
+        serialPort(port ? std::move(port) : MachinePort()),
+        ftpClient(loop, loop, trust) {
     // The watch and the port end with the rooms, and nobody lets go of them after that.
     feet.Watch(usbWatcher, [this] { return deck.Built()->usbPedal.ReleaseStops(); });
   }
@@ -110,7 +112,7 @@ struct Program::Parts {
   PluginConversionLibraries conversionLibraries{errands, libraries};
   ErrandsBeside startErrands{errands};
   DetachedPrograms programs{startErrands};
-  CurlFtpClient ftpClient{loop, loop};
+  CurlFtpClient ftpClient;
   /// It gives the lock back by an errand, which looks at the pedals.
   RootLock rootLock{errands, root};
   shell::Annex annex;
@@ -145,10 +147,11 @@ struct Program::Parts {
   DecoderLibraries decoderLibraries;
 };
 
-Program::Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort) {
+Program::Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort,
+                 const TrustStore& trust) {
   LeaveSilentBuses();
   const ScreenSearch search;
-  parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort));
+  parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort), trust);
   qt::PrepareApplication();
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "pedals/serial_port.h"
+#include "platform/curl/trust_store.h"
 #include "platform/qt/qt_loop.h"
 #include "shell/deck.h"
 
@@ -14,8 +15,10 @@ namespace tavlo::platform::desktop {
 /// each process.
 class Program {
  public:
-  /// A serial port that is given takes the place of the machine's.
-  Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort = nullptr);
+  /// A serial port that is given takes the place of the machine's, and a trust store that of the
+  /// system's.
+  Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort = nullptr,
+          const TrustStore& trust = {});
   ~Program();
   Program(const Program&) = delete;
 

@@ -36,8 +36,8 @@ char** HomeFirst(const Home& home, char** arguments) {
 
 }  // namespace
 
-DrivenProgram::DrivenProgram(const Home& home)
-    : program_(argumentCount_, HomeFirst(home, arguments_)) {}
+DrivenProgram::DrivenProgram(const Home& home, const platform::TrustStore& trust)
+    : program_(argumentCount_, HomeFirst(home, arguments_), nullptr, trust) {}
 
 int DrivenProgram::Run(const std::function<void()>& script) {
   std::thread typist([&] {
@@ -205,15 +205,17 @@ void DrivenProgram::DoubleClick(const char* control) {
   Follow();
 }
 
-void DrivenProgram::ClickRow(int row) {
+void DrivenProgram::ClickRow(int row) { ClickCell("listViewInQueue", row, column::Author); }
+
+void DrivenProgram::ClickCell(const char* list, int row, int column) {
   const QPoint place = Rest([&] {
-    auto* const list = qobject_cast<QTableView*>(Widget("listViewInQueue"));
-    if (!list) return Spot{};
-    const QModelIndex cell = list->model()->index(row, column::Author);
-    list->scrollTo(cell);
-    return Spot{list->viewport(), list->visualRect(cell).center()};
+    auto* const table = qobject_cast<QTableView*>(Widget(list));
+    if (!table) return Spot{};
+    const QModelIndex cell = table->model()->index(row, column);
+    table->scrollTo(cell);
+    return Spot{table->viewport(), table->visualRect(cell).center()};
   });
-  if (place.isNull()) ADD_FAILURE() << "row " << row << " does not show";
+  if (place.isNull()) ADD_FAILURE() << "row " << row << " of " << list << " does not show";
   hands_.ClickAt(place.x(), place.y());
   Follow();
 }

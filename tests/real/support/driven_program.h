@@ -23,8 +23,9 @@ namespace tavlo::test {
 /// on the program's thread, between two of the program's events.
 class DrivenProgram {
  public:
-  /// Starts nothing yet. The home must outlive the program.
-  explicit DrivenProgram(const Home& home);
+  /// Starts nothing yet. The home must outlive the program. A trust store takes the place of the
+  /// system's.
+  explicit DrivenProgram(const Home& home, const platform::TrustStore& trust = {});
 
   /// Runs the program and the script to the end of both; returns the program's exit status. A
   /// program that does not end by what the script did fails the test and is ended. One whose loop
@@ -67,7 +68,9 @@ class DrivenProgram {
   bool Begin();
   void Click(const char* control);
   void DoubleClick(const char* control);
+  /// Of the Queue.
   void ClickRow(int row);
+  void ClickCell(const char* list, int row, int column);
   void Keys(std::initializer_list<std::uint32_t> symbols);
   /// Drags a slider's handle to so many hundredths of its width.
   void Drag(const char* slider, int percent);
