@@ -29,10 +29,14 @@ void Home::MakeRoot(const store::Assignments& settings) const {
   }
   platform::SqliteSettingsDatabases databases({.root = Root(), .revision = "0.1.0"});
   ASSERT_EQ(databases.Create(SettingsPath()), "");
-  if (settings.empty()) return;
+  if (!settings.empty()) Store(store::Table::GeneralSettings, 0, settings);
+}
+
+void Home::Store(store::Table table, int row, const store::Assignments& fields) const {
+  platform::SqliteSettingsDatabases databases({.root = Root(), .revision = "0.1.0"});
   const store::OpenedDatabase opened = databases.Open(SettingsPath());
   ASSERT_TRUE(opened.database) << opened.failure;
-  ASSERT_TRUE(opened.database->Write(store::Table::GeneralSettings, 0, settings));
+  ASSERT_TRUE(opened.database->Write(table, row, fields)) << opened.database->LastFailure();
 }
 
 std::string Home::AddToQueue(const std::string& name, const std::string& bytes) const {

@@ -23,6 +23,8 @@ class Home {
 
   /// Makes the root and its Queue folder as an installation has them, but for these settings.
   void MakeRoot(const store::Assignments& settings = {}) const;
+  /// Writes fields of one row into the settings of a root that was made.
+  void Store(store::Table table, int row, const store::Assignments& fields) const;
   /// Puts a file into the Queue folder and returns its path. The stamp is an old one, so that
   /// it does not count as a file that is still being written.
   std::string AddToQueue(const std::string& name, const std::string& bytes) const;
