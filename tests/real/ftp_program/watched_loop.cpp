@@ -20,7 +20,7 @@ using std::chrono::nanoseconds;
 
 thread_local bool watched = false;
 thread_local int callsThatMayStall = 0;
-/// For which waits for other threads that end by themselves were asked to last.
+/// The longest wait for another thread that was asked for among those that end by themselves.
 thread_local nanoseconds readyToWait{0};
 
 /// The function that the one of this program stands in front of.
@@ -52,7 +52,7 @@ void NoteWait(clockid_t clock, const timespec& end) {
   ::clock_gettime(clock, &now);
   const nanoseconds length =
       std::chrono::seconds(end.tv_sec - now.tv_sec) + nanoseconds(end.tv_nsec - now.tv_nsec);
-  readyToWait += std::max(length, nanoseconds(0));
+  readyToWait = std::max(length, readyToWait);
 }
 
 }  // namespace

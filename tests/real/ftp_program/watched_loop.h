@@ -19,9 +19,11 @@ class WatchedLoop {
 
   /// How often the loop came past.
   int Ticks() const { return ticks_; }
-  /// Neither what its thread computed between two ticks nor for how long it was ready to wait for
-  /// other threads there, but for where the loop sleeps, was 50 ms. And no call of its thread went
-  /// to another machine, asked for the address of one, or waited until a disk has a file.
+  /// Neither what its thread computed between two ticks nor the longest wait for another thread
+  /// that it was ready for, but for where the loop sleeps, was 50 ms. Several such waits are no
+  /// fault: on a busy machine many keys are answered between two ticks, and a loop that waits again
+  /// and again has no ticks. And no call of its thread went to another machine, asked for the
+  /// address of one, or waited until a disk has a file.
   void ExpectNothingHeldIt() const;
 
  private:
