@@ -34,7 +34,7 @@ void AutoRetrieve::Tick() {
   tmrFtpAutoRetrieve.Stop();
   // A person's log-in, or another command, is inside a wait: its presses would be lost, and that
   // command would wait for ours.
-  if (!channel_.Waits() && !channel_.OthersWait() && !BoxIsYoung()) PressKeys();
+  if (channel_.MayBegin() && !channel_.OthersWait() && !BoxIsYoung()) PressKeys();
   if (!FtpAutoRetrieveOff && !channel_.Ended()) tmrFtpAutoRetrieve.Start();
 }
 

@@ -69,9 +69,12 @@ class Channel {
   bool Wait(base::Duration length);
   /// One pass of the loop beside a transfer, in which hands work here as ever.
   void Turn();
-  /// A rule waits inside `Ask`, `During` or `Wait`. No command of this room begins then, by hand,
-  /// by timer or by program: it would change what the rule goes on with.
+  /// A rule waits inside `Ask`, `During` or `Wait`.
   bool Waits() const { return waits_; }
+  /// No command of this room begins while a rule waits, by hand, by timer or by program: it would
+  /// change what the rule goes on with. None begins in the waits of the exit either, when the
+  /// client is about to go or has gone.
+  bool MayBegin() const { return !waits_ && !ended_; }
 
   /// Another command is inside a wait, and a tick that waits itself would keep it waiting. Under a
   /// message box, which may stand for hours, the ticks go on.

@@ -21,7 +21,7 @@ Connection::Connection(Channel& channel, FileLists& lists)
 
 void Connection::FtpConnectOrDisconnect() {
   // In the wait of another command a log-in would keep that command waiting, too.
-  if (channel_.Waits() || channel_.OthersWait()) return;
+  if (!channel_.MayBegin() || channel_.OthersWait()) return;
   if (channel_.edges.servers.ChosenName().empty()) return;
   if (form_.bConnect.Caption.Get() == "Disconnect") {
     Disconnect();

@@ -41,7 +41,7 @@ Download::Download(Channel& channel)
 
 void Download::FtpStartDownload() {
   if (form_.bDownload.Caption.Get() == "Halt") return RequestHalt();
-  if (channel_.Waits()) return;
+  if (!channel_.MayBegin()) return;
   form_.bDownload.Caption = "Halt";
   // A listing that failed and was made good offers to connect still. The exit asks this key.
   form_.bConnect.Caption = "Disconnect";

@@ -45,7 +45,7 @@ FileLists::FileLists(Channel& channel) : channel_(channel), form_(channel.form) 
 }
 
 void FileLists::FtpListFiles() {
-  if (channel_.Waits()) return;
+  if (!channel_.MayBegin()) return;
   if (!channel_.FtpConnected) {
     channel_.Display("Not connected");
     channel_.FocusAway();
@@ -110,7 +110,7 @@ void FileLists::ShowCounts() {
 bool FileLists::RunIsOn() const { return form_.bDownload.Caption.Get() == "Halt"; }
 
 void FileLists::MoveAllToDownload() {
-  if (channel_.Waits()) return;
+  if (!channel_.MayBegin()) return;
   MoveAll(form_.listFtpList, form_.listFtpDownloadList);
   form_.cmdFtpListToDownload.Enabled = false;
   form_.cmdFtpDownloadToList.Enabled = true;
@@ -124,7 +124,7 @@ void FileLists::MoveAllToDownload() {
 void FileLists::MoveAllToList() {
   // This is our own decision: as with a click on one of them, nothing leaves the list of a run, for
   // its first file is the one that is under way.
-  if (channel_.Waits() || RunIsOn()) return;
+  if (!channel_.MayBegin() || RunIsOn()) return;
   MoveAll(form_.listFtpDownloadList, form_.listFtpList);
   form_.cmdFtpDownloadToList.Enabled = false;
   form_.cmdFtpListToDownload.Enabled = true;
@@ -136,7 +136,7 @@ void FileLists::MoveAllToList() {
 }
 
 void FileLists::MoveOneToDownload() {
-  if (channel_.Waits()) return;
+  if (!channel_.MayBegin()) return;
   if (!MoveRow(form_.listFtpList, form_.listFtpDownloadList, form_.listFtpList.ListIndex)) return;
   form_.cmdFtpDownloadToList.Enabled = true;
   form_.bDownload.Enabled = !channel_.FtpLost;
@@ -148,7 +148,7 @@ void FileLists::MoveOneToDownload() {
 }
 
 void FileLists::MoveOneToList() {
-  if (channel_.Waits() || RunIsOn()) return;
+  if (!channel_.MayBegin() || RunIsOn()) return;
   if (!MoveRow(form_.listFtpDownloadList, form_.listFtpList, form_.listFtpDownloadList.ListIndex)) {
     return;
   }

@@ -22,8 +22,11 @@ void Ftp::End() {
 
 void Ftp::Release() {
   End();
-  if (channel.FtpConnected) channel.edges.client.fceClose();
-  if (FtpLibraryAttached) channel.edges.client.fceRelease();
+  // The session may end in the waits of an exit, behind which the exit comes here, too.
+  if (!FtpLibraryAttached) return;
+  // Where the session ends while a rule waits for the server the client is to be let go of at once.
+  if (channel.FtpConnected && !channel.Waits()) channel.edges.client.fceClose();
+  channel.edges.client.fceRelease();
   FtpLibraryAttached = false;
 }
 

@@ -72,6 +72,12 @@ WorkAlert::WorkAlert(const Parts& parts)
 void WorkAlert::Tick() {
   const WatchPause pause(waitingWork_);
   if (MustHoldBack() || ++waitingWork_.AlertTicks < kTicksOfACheck) return;
+  // What waits for a server would go on only once the box is answered. The time of such waits
+  // counts all the same: where no server answers they are most of it.
+  if (window_.guards.ServerIsAwaited()) {
+    waitingWork_.AlertTicks = kTicksOfACheck - 1;
+    return;
+  }
   waitingWork_.AlertTicks = 0;
   const window::Raised checking(checking_);
   if (!std::exchange(countGoesOn_, false)) RefreshByItself();
@@ -84,8 +90,6 @@ bool WorkAlert::MustHoldBack() const {
   // A second box on top of a question might be answered in its place, and a list that changes
   // refuses the refresh that belongs to an alert.
   if (loop_.MessageBoxOpen() || !window_.guards.ListsMayChange()) return true;
-  // What waits for a server would go on only once the box is answered.
-  if (window_.guards.ServerIsAwaited()) return true;
   return NoLookForWorkHere();
 }
 

@@ -1,6 +1,7 @@
 #include "support/simulated_ftp.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "window/guards.h"
 
@@ -13,28 +14,40 @@ bool MayNotTravel(const std::string& text) {
 
 }  // namespace
 
+bool SimulatedFtpClient::Misuses(const std::string& call) {
+  if (waits_ || released_) misuses.push_back(call);
+  return waits_ || released_;
+}
+
 bool SimulatedFtpClient::Asks(const std::string& call, base::Duration takes) {
   calls.push_back(call);
-  if (waits_) {
-    misuses.push_back(call);
-    return false;
-  }
+  if (Misuses(call)) return false;
   const window::Raised waiting(waits_);
   if (Meanwhile) Meanwhile();
   const base::MonotonicTime answer = loop_.Now() + takes;
-  loop_.TurnUntil([&] { return !attached || loop_.Now() >= answer; }, answer);
-  return attached;
+  const auto isOver = [this] { return !attached || disk_.Crashed(); };
+  loop_.TurnUntil([&] { return isOver() || loop_.Now() >= answer; }, answer);
+  return !isOver();
+}
+
+bool SimulatedFtpClient::AsksServer(const std::string& call) {
+  const bool silent = connected_ && server.down;
+  if (!Asks(call, silent ? kSilenceLimit : server.latency)) return false;
+  if (server.down) LogOut();
+  return connected_;
 }
 
 int SimulatedFtpClient::fceAttach(int channels) {
   if (missing || channels != 1) return kFirstOwn;
   attached = true;
+  released_ = false;
   return 0;
 }
 
 void SimulatedFtpClient::fceRelease() {
   LogOut();
   attached = false;
+  released_ = true;
 }
 
 int SimulatedFtpClient::fceConnect(const std::string& address, const std::string& user,
@@ -56,12 +69,25 @@ int SimulatedFtpClient::fceConnect(const std::string& address, const std::string
 void SimulatedFtpClient::LogOut() {
   if (connected_) --server.loggedIn;
   connected_ = false;
+  if (!transfer_) return;
+  const std::string part = transfer_->contents.substr(0, static_cast<std::size_t>(moved_));
   transfer_.reset();
+  if (OnCut) OnCut(part);
+}
+
+void SimulatedFtpClient::HangUp() {
+  if (connected_) --server.loggedIn;
+  connected_ = false;
+}
+
+void SimulatedFtpClient::ForgetProcess() {
+  LogOut();
+  attached = false;
 }
 
 void SimulatedFtpClient::fceClose() {
   calls.emplace_back("close");
-  if (waits_) misuses.emplace_back("close");
+  Misuses("close");
   LogOut();
 }
 
@@ -73,7 +99,7 @@ int SimulatedFtpClient::fceSetLocalDir(const std::string& folder) {
 int SimulatedFtpClient::fceSetServerDir(const std::string& directory) {
   if (MayNotTravel(directory)) return kTextRefused;
   if (directory.empty()) return 0;
-  if (!Asks("directory") || !connected_) return kNotConnected;
+  if (!AsksServer("directory")) return kNotConnected;
   if (directory != server.directory) return kNoDirectory;
   inDirectory_ = true;
   return 0;
@@ -96,7 +122,7 @@ std::int64_t SimulatedFtpClient::fceGetInteger(int parameter) const {
 int SimulatedFtpClient::fceGetList(int kind, std::string& buffer, std::size_t size) {
   const std::string name = buffer.substr(0, buffer.find('\0'));
   if (kind == kOneFile && MayNotTravel(name)) return kTextRefused;
-  if (!Asks(kind == kNames ? "list" : "length") || !connected_) return kNotConnected;
+  if (!AsksServer(kind == kNames ? "list" : "length")) return kNotConnected;
   if (kind == kNames && server.failsListings) return kListingFailed;
   return kind == kNames ? NameList(buffer, size) : LineOf(buffer, size);
 }
@@ -125,15 +151,23 @@ int SimulatedFtpClient::LineOf(std::string& buffer, std::size_t size) const {
 
 int SimulatedFtpClient::fceGetFile(const std::string& name, const std::string& landing) {
   if (MayNotTravel(name)) return kTextRefused;
-  if (!Asks("get " + name) || !connected_) return kNotConnected;
+  if (!AsksServer("get " + name)) return kNotConnected;
   const bool refuses = std::ranges::find(server.refused, name) != server.refused.end();
-  if (refuses || !inDirectory_ || !server.files.contains(name)) return kNotSent;
+  const auto found = server.files.find(name);
+  if (refuses || !inDirectory_ || found == server.files.end()) return kNotSent;
   const std::string path = localFolder + landing;
   if (disk_.Has(path)) return kLandingTaken;
-  if (server.files.at(name).size() > room) return kNoRoom;
+  if (found->second.size() > room) return kNoRoom;
+  if (!disk_.Has(localFolder.substr(0, localFolder.size() - 1))) return kNoFolder;
   disk_.WithFile(path, "");
-  transfer_ = Transfer{.name = name, .path = path, .begun = loop_.Now()};
+  transfer_ = Transfer{.name = name,
+                       .contents = found->second,
+                       .path = path,
+                       .file = disk_.NumberOf(path),
+                       .begun = loop_.Now(),
+                       .newsAt = loop_.Now()};
   moved_ = 0;
+  if (OnBegun) OnBegun(path, transfer_->contents);
   return 0;
 }
 
@@ -142,34 +176,53 @@ std::size_t SimulatedFtpClient::Come() const {
   return static_cast<std::size_t>(seconds * static_cast<double>(server.bytesPerSecond));
 }
 
-int SimulatedFtpClient::fceDriver() {
-  if (waits_) misuses.emplace_back("driver");
-  if (!transfer_) return kNotConnected;
-  const std::string& contents = server.files[transfer_->name];
-  const std::size_t come = std::min(Come(), contents.size());
+bool SimulatedFtpClient::Write() {
+  if (!connected_ || server.down) return false;
+  const std::size_t come = std::min(Come(), transfer_->contents.size());
   const bool breaks = server.breaksAfter && come >= *server.breaksAfter;
-  moved_ = static_cast<std::int64_t>(breaks ? *server.breaksAfter : come);
-  disk_.Write(transfer_->path, contents.substr(0, static_cast<std::size_t>(moved_)));
-  if (breaks || server.down) {
+  const auto moved = static_cast<std::int64_t>(breaks ? *server.breaksAfter : come);
+  if (moved != moved_) {
+    transfer_->newsAt = loop_.Now();
+    moved_ = moved;
+    // Whoever has a file open writes on wherever it is moved to.
+    const std::string path = disk_.PathOf(transfer_->file);
+    const std::string part = transfer_->contents.substr(0, static_cast<std::size_t>(moved));
+    if (!path.empty()) disk_.Write(path, part);
+  }
+  return !breaks && loop_.Now() - transfer_->newsAt < kSilenceLimit;
+}
+
+int SimulatedFtpClient::fceDriver() {
+  Misuses("driver");
+  if (!transfer_) return kNotConnected;
+  if (disk_.Crashed()) return 1;
+  if (!Write()) {
     LogOut();
     return kLost;
   }
-  if (come < contents.size() || roundsBefore-- > 0) return 1;
+  if (moved_ < static_cast<std::int64_t>(transfer_->contents.size()) || roundsBefore-- > 0) {
+    return 1;
+  }
   if (transfer_->name == server.growing) {
     LogOut();
     return kGrown;
   }
-  server.sent.push_back(transfer_->name);
-  transfer_.reset();
+  const Transfer whole = *std::exchange(transfer_, {});
+  server.sent.push_back(whole.name);
+  if (OnLanded) OnLanded(whole.name, whole.contents);
   return 0;
 }
 
 void SimulatedFtpClient::fceDelFile(const std::string& name) {
   calls.push_back("delete " + name);
-  if (waits_) misuses.push_back("delete " + name);
-  if (!connected_ || server.refusesDeletes) return;
+  Misuses("delete " + name);
+  const auto found = server.files.find(name);
+  if (!connected_ || disk_.Crashed() || server.refusesDeletes || found == server.files.end()) {
+    return;
+  }
   server.deleted.push_back(name);
-  server.files.erase(name);
+  if (OnDeleted) OnDeleted(found->second);
+  server.files.erase(found);
 }
 
 std::string SimulatedFtpClient::fceErrorText(int code) const {

@@ -30,7 +30,8 @@ struct SimulatedFtpServer {
   bool refusesDeletes = false;
   /// Names that it lists and does not send, such as directories.
   std::vector<std::string> refused;
-  /// Nobody answers: a connection fails after the client's limit.
+  /// Nobody answers: whatever is asked fails after the client's limit, and a connection that stood
+  /// is lost with it.
   bool down = false;
   /// The next listing fails; the log-in stands.
   bool failsListings = false;
@@ -38,7 +39,8 @@ struct SimulatedFtpServer {
   std::optional<std::size_t> breaksAfter;
   /// Its author still sends this file, so its length was not kept.
   std::string growing;
-  /// What each question takes, and a second of a transfer.
+  /// What each question takes, and a second of a transfer; one without a byte is given up after the
+  /// client's limit.
   base::Duration latency = std::chrono::milliseconds{20};
   std::size_t bytesPerSecond = 1'000'000;
 
@@ -51,7 +53,7 @@ struct SimulatedFtpServer {
 
 /// A client as strict as the real one: it turns the loop while it waits, refuses what a wire must
 /// not carry, lands files on the simulated disk as they come, and takes note of whoever calls it
-/// while it waits.
+/// while it waits. Where the disk crashes the program is as good as dead, and so is this.
 class SimulatedFtpClient : public ftp::FtpClient {
  public:
   static constexpr int kNoAnswer = kFirstOwn - 1;
@@ -63,6 +65,8 @@ class SimulatedFtpClient : public ftp::FtpClient {
   static constexpr int kNoFolder = kFirstOwn - 7;
   static constexpr int kGrown = kFirstOfTheFile - 2;
   static constexpr base::Duration kConnectLimit = std::chrono::seconds{30};
+  /// A server that says nothing for so long is given up.
+  static constexpr base::Duration kSilenceLimit = std::chrono::seconds{30};
 
   SimulatedFtpClient(base::Loop& loop, SimulatedDisk& disk) : loop_(loop), disk_(disk) {}
 
@@ -71,7 +75,7 @@ class SimulatedFtpClient : public ftp::FtpClient {
   bool missing = false;
   /// "connect", "list", "get a.wav" and so on, in their order.
   std::vector<std::string> calls;
-  /// Calls that came while another one waited.
+  /// Calls that came while another one waited, or when the client was released.
   std::vector<std::string> misuses;
   /// Runs in each wait, once the question is on its way.
   std::function<void()> Meanwhile;
@@ -90,6 +94,24 @@ class SimulatedFtpClient : public ftp::FtpClient {
 
   /// A transfer is under way.
   bool Receiving() const { return transfer_.has_value(); }
+  /// Where what comes in is written; empty while nothing does.
+  std::string LandingPath() const { return transfer_ ? transfer_->path : ""; }
+  /// Somebody is logged in.
+  bool LoggedIn() const { return connected_; }
+
+  /// A file with these contents begins to come in at this path.
+  std::function<void(const std::string& path, const std::string& contents)> OnBegun;
+  /// The file has come whole.
+  std::function<void(const std::string& name, const std::string& contents)> OnLanded;
+  /// The transfer has ended before that, and this is what came.
+  std::function<void(const std::string& part)> OnCut;
+  /// The server deletes a file with these contents.
+  std::function<void(const std::string& contents)> OnDeleted;
+
+  /// The server closes the connection. The program finds out when it next asks for something.
+  void HangUp();
+  /// The process is gone, and with it its connection.
+  void ForgetProcess();
 
   int fceAttach(int channels) override;
   void fceRelease() override;
@@ -110,15 +132,24 @@ class SimulatedFtpClient : public ftp::FtpClient {
  private:
   struct Transfer {
     std::string name;
+    std::string contents;
     std::string path;
+    /// Of the file that is written, wherever it goes.
+    int file = 0;
     base::MonotonicTime begun;
+    base::MonotonicTime newsAt;
   };
 
   /// Notes the call, and lets the time of a question pass. False when nobody is attached any more,
   /// or the call came while another one waits.
   bool Asks(const std::string& call, base::Duration takes);
-  bool Asks(const std::string& call) { return Asks(call, server.latency); }
+  /// The same of whoever is logged in. False when nobody is any more.
+  bool AsksServer(const std::string& call);
+  /// Whether nothing may be asked now, which is noted.
+  bool Misuses(const std::string& call);
   std::size_t Come() const;
+  /// What has come is written. False when the connection is lost.
+  bool Write();
   int NameList(std::string& buffer, std::size_t size) const;
   int LineOf(std::string& buffer, std::size_t size) const;
   void LogOut();
@@ -126,6 +157,7 @@ class SimulatedFtpClient : public ftp::FtpClient {
   base::Loop& loop_;
   SimulatedDisk& disk_;
   bool waits_ = false;
+  bool released_ = false;
   bool connected_ = false;
   bool inDirectory_ = false;
   std::optional<Transfer> transfer_;

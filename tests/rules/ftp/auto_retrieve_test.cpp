@@ -186,6 +186,19 @@ TEST_F(FtpAutoRetrieve, AlertThatComesDueInAWaitForTheServerWaitsForItsEnd) {
   EXPECT_FALSE(boxInAWait);
 }
 
+TEST_F(FtpAutoRetrieve, LogInsAtAServerThatIsDownKeepNoAlertBackForLong) {
+  server.down = true;
+  Drop("0007 0 Brown 1234 3 9 2004 14 5 12 2 0 17 cardio 0 0_.wav");
+  StartUnattended();
+  // A check every half a minute, as long as each log-in waits.
+  deck.Built()->waitingWork.RestartWith(1500ms);
+  config.txtWorkWaitingAlertMode.Value = "A";
+  disk.WithFile(Path("/Files/eW2Queue/x.eW2"));
+  loop.Advance(50s);
+  ASSERT_FALSE(loop.Shown.empty());
+  EXPECT_EQ(loop.Shown[0].text, "New dictation has arrived!");
+}
+
 TEST_F(FtpAutoRetrieve, ListingThatFailsOnceIsMadeGoodByTheNextTicks) {
   server.files = {{"a.eW2", "sound a"}};
   server.failsListings = true;

@@ -253,6 +253,42 @@ TEST_F(FtpConnection, SessionThatEndsInTheMiddleOfALogInEndsIt) {
   EXPECT_EQ(ftp.calls, Names{"connect"});
 }
 
+TEST_F(FtpConnection, SessionThatEndsWhileTheServerIsAskedLetsGoOfTheClientAtOnce) {
+  StartConnected();
+  ftp.Meanwhile = [&] { deck.EndSessionNow(); };
+  form.bList.Press(By::Hand);
+  EXPECT_EQ(ended, 0);
+  EXPECT_EQ(ftp.misuses, Names{});
+  EXPECT_FALSE(ftp.attached);
+  EXPECT_EQ(server.loggedIn, 0);
+}
+
+TEST_F(FtpConnection, SessionThatEndsInTheWaitsOfTheExitLetsGoOfTheClientOnce) {
+  StartConnected();
+  form.bConnect.Press(By::Hand);
+  loop.Expect({.reply = base::Reply::Yes});
+  base::Timer session(loop, "session", 400ms);
+  session.OnTick = [&] { deck.EndSessionNow(); };
+  session.Start();
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(ended, 0);
+  EXPECT_FALSE(ftp.attached);
+  EXPECT_EQ(ftp.misuses, Names{});
+}
+
+TEST_F(FtpConnection, ConnectThatIsPressedInTheWaitsOfTheExitBeginsNothing) {
+  Start();
+  loop.Expect({.reply = base::Reply::Yes});
+  base::Timer hand(loop, "hand", 400ms);
+  hand.OnTick = [&] { form.bConnect.Press(By::Hand); };
+  hand.Start();
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(ended, 0);
+  EXPECT_EQ(ftp.calls, Names{});
+  EXPECT_EQ(ftp.misuses, Names{});
+  EXPECT_EQ(form.bConnect.Caption.Get(), "Connect");
+}
+
 TEST_F(FtpConnection, ModuleThatCanNotBeAttachedIsToldAndTheDeckGoesOn) {
   ftp.missing = true;
   Start();

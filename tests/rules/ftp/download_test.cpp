@@ -304,6 +304,14 @@ TEST_F(FtpDownload, NameWithALineBreakIsListedAndRefusedAndTheOthersCome) {
   for (const std::string& call : ftp.calls) EXPECT_EQ(call.find('\n'), std::string::npos) << call;
 }
 
+TEST_F(FtpDownload, NameThatIsRefusedLeavesTheCount) {
+  server.listing = "a\nb.eW2\r\nc.eW2\r\nd.eW2\r\n";
+  Begin();
+  EXPECT_EQ(Status(), "The server does not send this file.");
+  EXPECT_EQ(ToDownload(), (Names{"c.eW2", "d.eW2"}));
+  EXPECT_EQ(form.frameFtpDownloadList.Caption.Get(), "Files: 2");
+}
+
 TEST_F(FtpDownload, ListOfNothingButRefusedNamesEndsLikeARun) {
   server.listing = "a\nb.eW2\r\n";
   StartListed();
