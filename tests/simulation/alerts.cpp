@@ -121,6 +121,7 @@ void Alerts::Leave() {
 }
 
 void Alerts::LeaveCheck(const Check& check) {
+  if (check.isUnsure) return;
   if (check.ofQueue) Fault(std::string("Not told: ") + check.ofQueue->text);
   // A hand may have looked at it itself, or the folders give no answer any more.
   if (check.ofImport && !check.isDisturbed) {
@@ -246,7 +247,8 @@ void Alerts::CheckFor(const Sides& now) {
   if (mode == "1" || mode == "0") Fault("A check comes though alerts are off.");
   if (scope.check) return CheckAgain(*scope.check, now);
   const auto [ofQueue, ofImport] = DueOf(now);
-  scope.check = {.ofQueue = ofQueue, .ofImport = ofImport, .import = now.import};
+  scope.check = {
+      .ofQueue = ofQueue, .ofImport = ofImport, .import = now.import, .isUnsure = isUnsure_};
   if (!ofQueue) return;
   seen_.queue = now.queue;
   if (desk_.Config().txtAutoImport.Value.Get() == "Y") seen_.import = now.import;
@@ -273,7 +275,7 @@ void Alerts::Notified(const test::SimulatedNotifier::Notification& notification)
   } else if (check && isOf(check->ofImport)) {
     if (!check->isOverlooked) seen_.import = check->import;
     check->ofImport = nullptr;
-  } else {
+  } else if (!check || !check->isUnsure) {
     return Fault("An alert for which nothing came: " + notification.text);
   }
   scopes_.back().rows = desk_.Main().listViewInQueue.Rows().size();

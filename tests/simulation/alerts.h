@@ -74,6 +74,9 @@ class Alerts {
     /// What waits has been taken as seen since.
     bool isOverlooked = false;
     bool isDisturbed = false;
+    /// What was seen before it was not known. A look of its own refresh makes that known again, and
+    /// then too late.
+    bool isUnsure = false;
   };
   enum class Doing { Watch, Command, Hand };
   struct Scope {

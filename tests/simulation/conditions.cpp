@@ -30,6 +30,7 @@ constexpr std::array kTroubles{
     Trouble{"mixer", &Conditions::othersMix},
     Trouble{"session", &Conditions::sessionEnds},
     Trouble{"neighbour", &Conditions::hasNeighbour},
+    Trouble{"server", &Conditions::serverFails},
     Trouble{"polled-usb", &Conditions::watcherIsPolled},
     Trouble{"polled-serial", &Conditions::portIsPolled},
 };
@@ -99,6 +100,23 @@ constexpr std::string_view kDaysToKeep = "DeleteCompletedFiles";
 /// From 23 on nothing is deleted.
 constexpr int kMostDaysToKeep = 30;
 
+/// What the first profiles say. The first one can log in; the others may.
+constexpr std::array<Setting, 10> kServer{{
+    {"FtpServerName", {"Clinic", "Ward2", "Clinic", "Ftp4"}},
+    {"FtpServerID", {"ftp.example.org", "ftp.example.org", "ftp.example.org", ""}},
+    {"FtpServerUserID", {"typist", "typist", "typist", "typist\r\nDELE a"}},
+    {"FtpServerPassword", {"secret", "secret", "secret", "guess"}},
+    {"FtpServerDir", {"out", "out", "out", "nowhere"}},
+    {"FtpDeleteFileCheck", {"-1", "0", "-1", ""}},
+    {"FtpAutoListDownloadCheck", {"0", "0", "-1", "1"}},
+    {"FtpPassiveModeCheck", {"-1", "0", "-1", "abc"}},
+    {"FtpParseGenericPointer", {"1", "0", "25", "7"}},
+    {"FtpListFileDefinition", {"All files", "Orvane files", "wav files", "no such files"}},
+}};
+constexpr std::size_t kServers = 4;
+/// The fields of it that decide whether a log-in succeeds.
+constexpr std::size_t kLogInFields = 5;
+
 /// Every day has a watch for new work of its own.
 bool IsOfTheWatch(std::string_view field) {
   return field == "WorkWaitingAlertMode" || field == "AutoRefreshMode" ||
@@ -121,6 +139,18 @@ Conditions::Conditions(std::uint64_t seed) {
       settings.emplace_back(field.name, chance.Pick(ValuesOf(field)));
     }
   }
+  Chance ofServers = Chance(seed).Child("servers");
+  for (std::size_t row = 0; row < kServers; ++row) {
+    servers.emplace_back();
+    for (std::size_t at = 0; at < kServer.size(); ++at) {
+      const auto& [field, values] = kServer[at];
+      const bool isGiven = at == 0 || (row == 0 && at < kLogInFields);
+      const char* const value = at == 0   ? values[row]
+                                : isGiven ? values[0]
+                                          : ofServers.Pick(values);
+      servers.back().emplace_back(field, value);
+    }
+  }
 }
 
 std::string Conditions::Described() const {
@@ -134,6 +164,10 @@ std::string Conditions::Described() const {
   text += "; completed before: " + std::to_string(completedAtStart);
   text += freshRoot ? "; fresh root;" : ";";
   for (const auto& [field, value] : settings) text += " " + field + "=" + value;
+  for (const auto& server : servers) {
+    text += "; server:";
+    for (const auto& [field, value] : server) text += " " + field + "=" + value;
+  }
   return text;
 }
 

@@ -30,6 +30,7 @@ struct Conditions {
   bool othersMix = false;
   bool sessionEnds = false;
   bool hasNeighbour = false;
+  bool serverFails = false;
 
   /// Folders below the root that lie on file systems of their own.
   std::vector<std::string> fileSystems;
@@ -38,6 +39,8 @@ struct Conditions {
   int completedAtStart = 0;
   /// Stored settings, by field, that differ from the shipped ones.
   std::vector<std::pair<std::string, std::string>> settings;
+  /// The same of the first server profiles, one after the other.
+  std::vector<std::vector<std::pair<std::string, std::string>>> servers;
 
   /// One line that says it all.
   std::string Described() const;

@@ -28,8 +28,9 @@ const forms::Control& The(const MainForm& main) {
 /// Whether a control is enabled.
 constexpr ControlRule kEnabled[] = {
     // control                                 Queue Compl Import Ftp  work
-    {&The<&MainForm::mnuFile>, {on, on, on, on, off}},
-    {&The<&MainForm::mnuView>, {on, on, on, on, off}},
+    // Whoever is connected has no menus.
+    {&The<&MainForm::mnuFile>, {on, on, on, any, off}},
+    {&The<&MainForm::mnuView>, {on, on, on, any, off}},
     {&The<&MainForm::mnuReport>, {on, on, any, any, off}},
     {&The<&MainForm::mnuConfiguration>, {on, on, on, on, any}},
     {&The<&MainForm::mnuExit>, {on, on, on, on, any}},

@@ -90,6 +90,7 @@ std::string Day::LookAtTheEnd() {
   // A start that failed ends without a question.
   if (!desk_.Rooms()) return "";
   if (!typist_.AgreedToExit()) return "The program ended without consent.";
+  if (desk_.Main().bConnect.Caption.Get() == "Disconnect") return "The program ended connected.";
   return desk_.Main().cmdSkip.Enabled ? "The program ended with a document in work." : "";
 }
 
@@ -131,6 +132,8 @@ std::string Day::Look() {
   if (wrong.empty()) wrong = desk_.hearing.TakeFault();
   if (wrong.empty()) wrong = typist_.TookWrongly();
   if (wrong.empty()) wrong = typist_.WaitedTooLong();
+  if (wrong.empty()) wrong = typist_.ExitedWrongly();
+  if (wrong.empty()) wrong = desk_.landing.TakeFault();
   if (wrong.empty()) wrong = desk_.alerts.TakeFault();
   if (wrong.empty()) wrong = desk_.TakeSilence();
   if (wrong.empty()) wrong = typist_.DisobeyedPedal();
@@ -170,6 +173,7 @@ std::string Day::SettleCalmly() {
   std::string wrong = ledger_.Check(desk_.disk, struck, late);
   if (wrong.empty()) wrong = CompareListWithFolder(main.listViewCompleted, "/Files/Completed");
   if (wrong.empty()) wrong = SettleTheWatch();
+  if (wrong.empty()) wrong = SettleTheServer();
   if (wrong.empty()) wrong = SettleFolders();
   if (!wrong.empty()) return wrong;
   desk_.loop.Advance(2s);
@@ -186,7 +190,9 @@ std::string Day::SettleTheWatch() {
   const base::Duration period =
       desk_.Rooms()->waitingWork.tmrWorkWaitingAlert.Interval() * kTicksOfACheck;
   if (period > kLongestWaitForACheck) return "";
-  desk_.loop.Advance(period + kLengthOfAnAlert);
+  // A check that comes due while a server is waited for comes with a later tick.
+  const bool unattended = desk_.Config().chkFtpAutoRetrieve.Value;
+  desk_.loop.Advance((unattended ? 2 * period : period) + kLengthOfAnAlert);
   if (desk_.alerts.SomethingIsDue()) return "Work has come, and nobody is told.";
   // It waits for the end of a preview, which some settings let sound for years.
   const bool refreshes = desk_.Config().chkAutoRefreshMode.Value &&
@@ -195,6 +201,14 @@ std::string Day::SettleTheWatch() {
   // A claim of a program that was killed is given back later.
   const bool stays = !left.empty() && !Ledger::IsClaim(left.substr(left.rfind('/') + 1));
   return stays ? "The automatic refresh does not bring in " + Readable(left) : "";
+}
+
+std::string Day::SettleTheServer() {
+  // What the connection lost it takes a new start to fetch.
+  if (typist_.ServersAreDead()) Restart();
+  const auto [wrong, deletes] = typist_.FetchAll();
+  if (!wrong.empty()) return wrong;
+  return deletes ? world_.LeftOnServer(*deletes) : "";
 }
 
 bool Day::PassesEndedEarly(std::size_t boxes) const {
@@ -251,6 +265,10 @@ void Day::RecordStep() {
   desk_.serialPort.Opened.clear();
   desk_.promptControl.Told.clear();
   desk_.promptControl.Sounded.clear();
+  for (const std::string& call : desk_.ftp.calls) trace_.Fold(call);
+  desk_.ftp.calls.clear();
+  desk_.ftp.server.sent.clear();
+  desk_.ftp.server.deleted.clear();
   if (desk_.Settings()) desk_.Settings()->Saves.clear();
   auto& queued = desk_.player.Queued;
   if (queued.size() > 1) queued.erase(queued.begin(), queued.end() - 1);

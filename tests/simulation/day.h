@@ -31,6 +31,8 @@ class Day {
   std::string SettleCalmly();
   /// What comes while nobody does anything is told of, or brought in, by the next check.
   std::string SettleTheWatch();
+  /// Everything that the server has can be fetched.
+  std::string SettleTheServer();
   /// Every claim is given back and every finished file taken, once all folders answer.
   std::string SettleFolders();
   /// Since so many boxes stood in the record of the loop, a run of the passes has said why it ended

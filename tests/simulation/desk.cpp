@@ -94,6 +94,7 @@ Desk::Desk(const Conditions& conditions) {
   };
   disk.OnGone = [this](const std::string& from, const std::string& to) {
     hearing.Renamed(from, to);
+    landing.Gone(from, to);
     if (OnGone) OnGone(from, to);
   };
   disk.OnListed = [this](const std::string& folder, const store::Listing& listing) {
@@ -107,7 +108,9 @@ Desk::Desk(const Conditions& conditions) {
     disk.WithFolder("/home/typist");
     return;
   }
-  for (const char* folder : {"/Files/InQueue", "/Files/Completed", "/Prompts", "/Fascia"}) {
+  for (const char* folder :
+       {"/Files/InQueue", "/Files/Completed", "/Files/FtpQueue", "/Files/eW2Queue",
+        "/Files/dS2Queue", "/Files/eU2Queue", "/Prompts", "/Fascia"}) {
     disk.WithFolder(Path(folder));
   }
   disk.WithFile(Path("/Files/ImportQueue/short.wav"), Recording{.samples = 4000}.Contents());
@@ -116,6 +119,16 @@ Desk::Desk(const Conditions& conditions) {
   disk.WithFolder(kDesktop);
   for (const std::string& folder : conditions.fileSystems) disk.WithFileSystemAt(Path(folder));
   PlaceSettings(conditions.settings);
+  PlaceServers(conditions);
+}
+
+void Desk::PlaceServers(const Conditions& conditions) {
+  test::SettingsTables tables = databases.Look(SettingsPath());
+  std::vector<store::Record>& rows = tables.at(store::Table::FtpSettings);
+  for (std::size_t row = 0; row < conditions.servers.size(); ++row) {
+    for (const auto& [field, value] : conditions.servers[row]) rows.at(row).at(field) = value;
+  }
+  databases.Place(SettingsPath(), tables);
 }
 
 void Desk::ProvideShare() {
@@ -192,6 +205,7 @@ void Desk::Kill() {
   sessionEnds_ = false;
   controls_.reset();
   deck_.reset();
+  ftp.ForgetProcess();
   nothingToDelete = false;
   staysOnTop = false;
   // The machine takes back what a process held.

@@ -12,6 +12,7 @@
 #include "simulation/conditions.h"
 #include "simulation/control_walk.h"
 #include "simulation/hearing.h"
+#include "simulation/landing.h"
 #include "simulation/settings_rules.h"
 #include "support/simulated_platform.h"
 
@@ -90,6 +91,7 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
   Hearing hearing{loop, player};
   SettingsRules settingsRules;
   Alerts alerts{*this};
+  Landing landing{*this};
   /// Another deck shares this machine's folders and works on them now.
   bool neighbourIsAtWork = false;
   /// The desktop's mixer has changed and has not told it yet.
@@ -143,6 +145,7 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
 
  private:
   void ProvideShare();
+  void PlaceServers(const Conditions& conditions);
   void WatchFeetAndWinds();
   /// Remembers where the ear is; what it gives looks at where it has come to.
   std::function<void()> FollowTheEar();

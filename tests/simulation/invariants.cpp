@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "simulation/control_rules.h"
+#include "simulation/ftp_rules.h"
 #include "simulation/mixer_rules.h"
 
 namespace tavlo::simulation {
@@ -266,7 +267,9 @@ std::string BrokenInvariant(Desk& desk) {
     if (!invariant.holds(desk)) return std::string("Broken: ") + invariant.sentence;
   }
   const std::string setting = desk.settingsRules.Broken(desk);
-  return setting.empty() ? BrokenControl(desk) : setting;
+  if (!setting.empty()) return setting;
+  const std::string server = BrokenServerRule(desk);
+  return server.empty() ? BrokenControl(desk) : server;
 }
 
 std::string Described(Desk& desk) {
@@ -277,7 +280,8 @@ std::string Described(Desk& desk) {
   for (const forms::Control* control : std::initializer_list<const forms::Control*>{
            &main.cmdPlay, &main.cmdStop, &main.cmdImportCompleteSnipetStop, &main.cmdSkip,
            &main.cmdSave, &main.cmdComplete, &main.listViewInQueue, &main.cmdUpdateFileList,
-           &main.mnuFile, &main.mnuView, &main.mnuReport}) {
+           &main.mnuFile, &main.mnuView, &main.mnuReport, &main.mnuViewFtp, &main.bConnect,
+           &main.bList, &main.bDownload}) {
     if (control->Enabled) text += " " + control->Name + (control->Visible ? "" : " (hidden)");
   }
   const auto add = [&text](const char* name, bool holds) {
@@ -292,6 +296,9 @@ std::string Described(Desk& desk) {
   add("main window", main.frmMain.Visible);
   add("configuration", desk.Config().frmConfiguration.Visible);
   add(rooms.mainWindow.CurrentView.c_str(), true);
+  add(main.bConnect.Caption.Get().c_str(), true);
+  add(main.bDownload.Caption.Get().c_str(), true);
+  add(main.eMessage.Value.Get().c_str(), true);
   add("hourglass", main.frmMain.MousePointer == forms::Pointer::Hourglass);
   return text + "; at " + std::to_string(rooms.documentInWork.CurrentSamplePosition) + " of " +
          std::to_string(rooms.documentInWork.FileLength) + ", begun at " +

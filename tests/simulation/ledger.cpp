@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::string_view kRescuedBeside = ".Rescued ";
 constexpr std::string_view kClaim = ".TavloClaim ";
-constexpr std::array<std::string_view, 2> kHalfCopies{".TavloDeckMove", ".TavloWave "};
+constexpr std::array<std::string_view, 3> kHalfCopies{".TavloDeckMove", ".TavloWave ",
+                                                      ".TavloClock "};
 /// How all that is written into the folders begins, be it whole or not.
 constexpr std::array<std::string_view, 4> kBeginnings{"dictation ", "text ", "wave of ",
                                                       "half a wave"};
@@ -71,7 +72,13 @@ void Ledger::Becomes(const std::string& before, const std::string& after) {
   dictations_[DictationIn(after)].mayBeGone = mayBeGone;
 }
 
+void Ledger::CameAt(const std::string& path, const std::string& contents) {
+  Came(contents);
+  dictations_[DictationIn(contents)].mayBeGone = agreed_.contains(path);
+}
+
 void Ledger::MayBeDeleted(const test::SimulatedDisk& disk, const std::string& path) {
+  agreed_.insert(path);
   const auto known = dictations_.find(DictationIn(disk.Contents(path)));
   if (known != dictations_.end()) known->second.mayBeGone = true;
 }
@@ -79,6 +86,23 @@ void Ledger::MayBeDeleted(const test::SimulatedDisk& disk, const std::string& pa
 void Ledger::AgreedToDelete(const test::SimulatedDisk& disk, const std::string& path) {
   MayBeDeleted(disk, path);
   if (disk.Has(path)) deletions_.push_back({path, disk.Contents(path)});
+}
+
+void Ledger::HasComeIn(const test::SimulatedDisk& disk, const std::string& contents) {
+  incoming_.reset();
+  if (contents.empty()) {
+    emptyParts_ = true;
+    return;
+  }
+  Dictation& dictation = dictations_[DictationIn(contents)];
+  dictation.mostPlaces = std::max(dictation.mostPlaces, FilesOf(disk, contents).size());
+}
+
+std::string Ledger::CheckIncoming(const test::SimulatedDisk& disk) const {
+  if (!incoming_) return "";
+  const std::string part = disk.Contents(incoming_->path);
+  if (disk.Has(incoming_->path) && incoming_->contents.starts_with(part)) return "";
+  return "It was taken while it was received: " + Readable(incoming_->path);
 }
 
 std::string Ledger::CheckDeletions(const test::SimulatedDisk& disk, bool mayStand) {
@@ -98,6 +122,7 @@ std::string Ledger::Check(const test::SimulatedDisk& disk, Blow blow, bool late)
   disk.ForEachFile([&](const std::string& path, const std::string& contents) {
     if (wrong.empty()) wrong = Place(path, contents, places);
   });
+  if (wrong.empty()) wrong = CheckIncoming(disk);
   if (wrong.empty()) wrong = CheckPlaces(places, blow, late);
   if (wrong.empty()) wrong = CheckGrowing();
   if (!wrong.empty()) return wrong;
@@ -105,6 +130,7 @@ std::string Ledger::Check(const test::SimulatedDisk& disk, Blow blow, bool late)
   // A delete that was left behind may still come.
   if (!disk.Places.AnyOwes()) {
     for (auto& [contents, dictation] : dictations_) dictation.mayBeGone = false;
+    agreed_.clear();
   }
   return CheckDeletions(disk, blow != Blow::None || late);
 }
@@ -113,7 +139,9 @@ std::string Ledger::Place(const std::string& path, const std::string& contents, 
   const std::string name = NameOf(path);
   const std::string folder = path.substr(0, path.size() - name.size());
   if (folder == kDesktop || IsHalfCopy(name)) return "";
+  if (incoming_ && path == incoming_->path) return "";
   const std::string dictation = DictationIn(contents);
+  if (dictation.empty() && emptyParts_) return "";
   if (expected_.erase(dictation) > 0) Came(dictation);
   if (dictations_.contains(dictation)) {
     places[dictation].push_back(path);

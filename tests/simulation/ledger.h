@@ -38,8 +38,9 @@ class Ledger {
   /// `root` is the install root.
   explicit Ledger(std::string root) : root_(std::move(root)) {}
 
-  /// A name that no list shows: a copy that a move has not finished, or a wave that is not yet in
-  /// its place. Neither is ever the only form of a dictation.
+  /// A name that no list shows: a copy that a move has not finished, a wave that is not yet in its
+  /// place, or a file that was made to look at a folder's clock. None is ever the only form of a
+  /// dictation.
   static bool IsHalfCopy(std::string_view name);
   /// A name under which a file stands while a deck works on it.
   static bool IsClaim(std::string_view name);
@@ -49,6 +50,9 @@ class Ledger {
   int NewNumber() { return ++lastNumber_; }
   /// A whole dictation stands in a folder from now on.
   void Came(const std::string& contents) { dictations_[DictationIn(contents)] = {}; }
+  /// The same of one that its writer closes at this path, where somebody may have agreed meanwhile
+  /// that it be deleted.
+  void CameAt(const std::string& path, const std::string& contents);
   /// A copy of it may come into a folder of the deck, now or late.
   void MayCome(const std::string& contents) { expected_.insert(contents); }
   /// Somebody outside has put another dictation into its file, which shares what may become of it.
@@ -76,6 +80,15 @@ class Ledger {
     growing_[contents] = {.path = path, .whileOpen = whileOpen};
   }
   void NoLongerGrows(const std::string& contents) { growing_.erase(contents); }
+
+  /// A dictation with these contents begins to come in from a server, into the file at this path.
+  /// Nobody may take that away, and what stands there is a part of it.
+  void ComesIn(const std::string& contents, const std::string& path) {
+    incoming_ = {.contents = contents, .path = path};
+  }
+  /// It has come as far as this, the whole of it or a part, and no more comes. A server that has it
+  /// still may send it again and again; then there are as many of it.
+  void HasComeIn(const test::SimulatedDisk& disk, const std::string& contents);
 
   /// Looks through all folders. The empty text when every dictation is whole in exactly one of
   /// them, otherwise what is wrong. Where a fault or a kill has just struck, a dictation may stand
@@ -107,11 +120,16 @@ class Ledger {
     WhileOpen whileOpen = WhileOpen::Stays;
     bool seen = false;
   };
+  struct Incoming {
+    std::string contents;
+    std::string path;
+  };
   using Places = std::map<std::string, std::vector<std::string>>;
 
   /// What is wrong with one file; notes its place if it holds a dictation.
   std::string Place(const std::string& path, const std::string& contents, Places& places);
   bool IsFolderOfDocuments(const std::string& folder) const;
+  std::string CheckIncoming(const test::SimulatedDisk& disk) const;
   std::string CheckPlaces(const Places& places, Blow blow, bool late);
   std::string CheckGrowing();
   std::string CheckDeletions(const test::SimulatedDisk& disk, bool mayStand);
@@ -122,6 +140,11 @@ class Ledger {
   std::set<std::string> expected_;
   std::map<std::string, Growing> growing_;
   std::vector<Deletion> deletions_;
+  /// Full paths for which the user has just agreed to it.
+  std::set<std::string> agreed_;
+  std::optional<Incoming> incoming_;
+  /// Nothing has come of some file but its name.
+  bool emptyParts_ = false;
 };
 
 }  // namespace tavlo::simulation

@@ -1,6 +1,7 @@
 #include "simulation/names.h"
 
 #include <array>
+#include <vector>
 
 #include "simulation/places.h"
 #include "store/saved_position.h"
@@ -34,6 +35,33 @@ constexpr std::array kForeign{"letter to the bank.mp3",
                               ".wav",
                               "no wave.wav.bak",
                               "trailing blank.wav "};
+
+constexpr std::array kServerEndings{".eW2", ".eW2", ".dS2", ".eU2", ".EW2", ".wav",
+                                    ".mp3", ".wma", ".avi", ".dss", ".vox", ""};
+
+const std::vector<std::string>& HostileNames() {
+  static const std::vector<std::string> names{"..",
+                                              "../../../Lyrane_Tavlo_Deck.mdb",
+                                              "/etc/cron.d/deck.eW2",
+                                              "ward/seven/a.wav",
+                                              "ward_seven_a.wav",
+                                              "..\\..\\InQueue\\a.eW2",
+                                              "//",
+                                              ".hidden.eW2",
+                                              ".TavloClaim desk 41 a.eW2",
+                                              ".TavloDeckMove",
+                                              "C:\\a.dS2",
+                                              "c:a.mp3",
+                                              "bell\a.wav",
+                                              "\x7F\x1B[2J.eU2",
+                                              "line\nfeed.eW2",
+                                              "carriage\rreturn.wav",
+                                              std::string("nul\0.wav", 8),
+                                              std::string(300, 'x') + ".eW2",
+                                              std::string(290, 'y') + "." + std::string(20, 'z'),
+                                              std::string(255, '.')};
+  return names;
+}
 
 /// Half of them lie in the weeks before a day begins, for the ages by which a purge decides.
 std::string DrawMoment(Chance& chance) {
@@ -71,6 +99,16 @@ std::string DrawName(Chance& chance) {
   if (kind == 1) return std::string(kMostBytesOfAName, static_cast<char>('a' + chance.Below(26)));
   if (kind < 4) return chance.Pick(kForeign);
   return Composed(chance);
+}
+
+std::string DrawServerName(Chance& chance) {
+  const int kind = chance.Below(8);
+  if (kind == 0) return DrawName(chance);
+  if (kind == 1) return chance.Pick(HostileNames());
+  const char* const ending = chance.Pick(kServerEndings);
+  // Few names, so that one comes again while its file of before still waits.
+  if (kind < 5) return "memo " + std::to_string(chance.Below(9)) + ending;
+  return test::Document().Id(chance.Below(9)).Ending(ending).Name();
 }
 
 std::string DrawLookAlike(const std::string& name, Chance& chance) {

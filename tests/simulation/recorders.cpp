@@ -190,7 +190,7 @@ void Recorders::Close(Writer& writer) {
   writer.holdsOpen = false;
   if (stands.empty()) return;
   desk_.disk.CloseWriter(stands);
-  ledger_.Came(writer.written);
+  ledger_.CameAt(stands, writer.written);
 }
 
 void Recorders::PutIntoPlace(Writer& writer) {

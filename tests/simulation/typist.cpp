@@ -74,6 +74,9 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"click an import row", 3, &Typist::ClickImportRow},
       {"work on the imports", 16, &Typist::WorkOnImports},
       {"drop files", 4, &Typist::DropFiles},
+      {"work on the servers", 12, &Typist::WorkOnServers},
+      {"switch automatic retrieval", 2, &Typist::SwitchAutoRetrieve},
+      {"edit the servers", 3, &Typist::EditServers},
       {"finish after something else", 6, &Typist::FinishAfterSomethingElse},
       {"finish beside a rival", 4, &Typist::FinishBesideRival},
       {"end the session", 1, &Typist::EndSession},
@@ -230,6 +233,7 @@ Duration Typist::SomeTime() {
 
 WatchedLoop::Answer Typist::AnswerBox(const base::MessageBox& box) {
   trace_.Note("  box: " + box.title + ": " + box.text);
+  LookAtExit(box);
   WatchedLoop::Answer answer;
   if (box.buttons == base::Buttons::YesNo) {
     answer.reply = chance_.OneIn(2) ? base::Reply::Yes : base::Reply::No;
@@ -263,6 +267,7 @@ bool Typist::ComeToTheLists() {
   if (window.WindowShape == forms::Shape::Minimized) {
     window.Place(window.Left, window.Top, window.Width, window.Height, forms::Shape::Normal);
   }
+  LogOut();
   if (windows.main.cmdSkip.Reachable()) Press(windows.main.cmdSkip);
   return windows.main.mnuView.Reachable();
 }

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
+#include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/loop.h"
+#include "ftp/server_list.h"
 #include "simulation/chance.h"
 #include "simulation/conditions.h"
 #include "simulation/desk.h"
@@ -55,6 +58,20 @@ class Typist {
   }
   /// The question whether the program may end was answered with yes since the hands were last off.
   bool AgreedToExit() const { return agreedToExit_; }
+  /// The view of the servers is dead until the program starts again.
+  bool ServersAreDead() const;
+  /// What became of an attempt to fetch all that a server has.
+  struct Fetched {
+    /// The empty text, or what went wrong.
+    std::string wrong;
+    /// Whether the profile has what was fetched deleted on the server. Nothing where no profile can
+    /// log in, and nothing was tried.
+    std::optional<bool> deletes = {};
+  };
+  /// Fetches all that the server has by the first profile that can log in, and logs out.
+  Fetched FetchAll();
+  /// The empty text, or an exit that was refused or offered against the state of the connection.
+  std::string ExitedWrongly() { return std::exchange(exitedWrongly_, ""); }
   /// The empty text, or what goes on against the pedals.
   std::string DisobeyedPedal() { return foot_.Disobeyed(); }
   /// The same against the hand on the mixer page.
@@ -93,6 +110,24 @@ class Typist {
   void FinishBesideRival();
   void EndSession();
   void LookAtAbout();
+  /// Connects, lists, moves files, downloads, halts and disconnects.
+  void WorkOnServers();
+  void WorkOneKeyOfServers();
+  void FetchSome();
+  /// Halts a run that is on, or logs out.
+  void LogOut();
+  void LeaveServers();
+  /// Logs out, behind the end of a run that is on. False when that does not end.
+  bool LogsOut();
+  void TurnToServerPage();
+  void SwitchAutoRetrieve();
+  /// Steps over the profiles of servers, types into them, and copies one to another.
+  void EditServers();
+  void TypeIntoServer();
+  void ClickOn(forms::Choice& choice);
+  /// Turns to a profile that can log in. Nothing when there is none.
+  std::optional<ftp::ServerProfile> ChooseGoodServer();
+  void LookAtExit(const base::MessageBox& box);
   void ChooseAndPlay();
   void PlayToTheEnd();
   void Finish();
@@ -115,6 +150,7 @@ class Typist {
   void Press(forms::Command& command);
   void Drag(forms::Range& slider);
   void ClickRowOf(forms::Table& table, int row);
+  void ClickSomeRowOf(forms::Table& table);
   /// A click, and now and then a second one right after it.
   template <typename C>
   void PointAt(C& place);
@@ -157,6 +193,7 @@ class Typist {
   bool configurationStood_ = false;
   bool agreedToExit_ = false;
   std::string waitedTooLong_;
+  std::string exitedWrongly_;
   /// The completed document that was clicked last.
   std::string clickedCompleted_;
   /// Full paths of the files on the desktop that were dropped over a list.

@@ -52,11 +52,7 @@ void Typist::ClickHeader() {
   table.HeaderClick(chance_.Below(columns));
 }
 
-void Typist::ClickInAList() {
-  forms::Table& table = Some(desk_.Controls().tables);
-  const int rows = static_cast<int>(table.Rows().size());
-  if (rows > 0) ClickRowOf(table, chance_.Below(rows));
-}
+void Typist::ClickInAList() { ClickSomeRowOf(Some(desk_.Controls().tables)); }
 
 void Typist::ClickSomewhere() {
   const bool onText = chance_.OneIn(3);
@@ -80,6 +76,11 @@ void Typist::ClickRowOf(forms::Table& table, int row) {
   }
   table.RowClick(row);
   if (chance_.OneIn(4)) table.DoubleClick(row);
+}
+
+void Typist::ClickSomeRowOf(forms::Table& table) {
+  const int rows = static_cast<int>(table.Rows().size());
+  if (rows > 0) ClickRowOf(table, chance_.Below(rows));
 }
 
 template <typename C>

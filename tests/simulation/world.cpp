@@ -23,6 +23,8 @@ constexpr std::array<playback::SampleCount, 8> kLengths{0,      1,      7,      
                                                         80'000, 80'000, 400'000, 20'000'000};
 constexpr std::array kRates{8000, 11'025, 16'000, 44'100};
 constexpr std::uint64_t kPlentyOfSpace = 1'000'000'000;
+/// Of a move to another file system. The wave of a conversion is none.
+constexpr std::string_view kCopyUnderWay = ".TavloDeckMove";
 /// Files in a folder from which somebody begins to clear it.
 constexpr std::size_t kFullFolder = 40;
 
@@ -36,12 +38,14 @@ World::World(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance ch
       trace_(trace),
       recorders_(desk, ledger, chance.Child("recorders"), trace),
       neighbour_(desk, chance.Child("neighbour"), trace),
+      serverSide_(desk, ledger, conditions, chance.Child("server"), trace),
       comesBack_(desk.loop, "a late folder", std::chrono::seconds{1}, base::TimerKind::Feed) {
   comesBack_.OnTick = [this] {
     comesBack_.Stop();
     AnswerLate();
   };
   recorders_.NewContents = [this] { return NewContents(); };
+  serverSide_.NewContents = [this] { return NewContents(); };
   desk_.disk.BetweenOperations = [this] { ActInBetween(); };
   desk_.disk.ForEachFile([this](const std::string&, const std::string& contents) {
     if (Recording::Of(contents)) ledger_.Came(contents);
@@ -59,6 +63,7 @@ const std::vector<World::Event>& World::Events() {
       {"write into a drop folder", 30, nullptr, &World::WriteIntoDropFolder},
       {"go on writing", 40, nullptr, &World::GoOnWriting},
       {"a neighbour sweeps", 8, &Conditions::hasNeighbour, &World::LetNeighbourSweep},
+      {"something happens at the server", 30, nullptr, &World::ActAtTheServer},
       {"put on the desktop", 4, nullptr, &World::PutOnDesktop},
       {"conversions change", 5, nullptr, &World::BreakConversion},
       {"conversions are mended", 5, nullptr, &World::MendConversion},
@@ -194,7 +199,7 @@ void World::InterfereWithNextCopy() {
     for (const char* folder : kFolders) {
       for (const std::string& name : desk_.disk.NamesIn(Desk::Path(folder))) {
         const std::string copied = desk_.disk.Contents(Desk::Path(folder) + name);
-        if (Ledger::IsHalfCopy(name) && ledger_.Knows(copied)) ChangeSourceOf(copied);
+        if (name.starts_with(kCopyUnderWay) && ledger_.Knows(copied)) ChangeSourceOf(copied);
       }
     }
   };
@@ -296,6 +301,7 @@ void World::MendAll() {
   AnswerLate();
   MendFolders();
   recorders_.Finish();
+  serverSide_.Mend();
   MendConversion();
   MendSound();
   TellMixer();
@@ -346,11 +352,14 @@ std::string World::SomeDictation(const std::string& folder) {
   const auto names = desk_.disk.NamesIn(folder);
   if (names.empty()) return "";
   const std::string path = folder + chance_.Pick(names);
+  if (path == desk_.ftp.LandingPath()) return "";
   return ledger_.Knows(desk_.disk.Contents(path)) ? path : "";
 }
 
 void World::ForgetAllCopies(const std::string& contents) {
-  for (const std::string& path : Ledger::FilesOf(desk_.disk, contents)) desk_.disk.Remove(path);
+  for (const std::string& path : Ledger::FilesOf(desk_.disk, contents)) {
+    if (path != desk_.ftp.LandingPath()) desk_.disk.Remove(path);
+  }
   ledger_.Forget(contents);
   desk_.file.Barred.erase(contents);
   desk_.file.Readable.erase(contents);

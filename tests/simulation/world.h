@@ -9,6 +9,7 @@
 #include "simulation/ledger.h"
 #include "simulation/neighbour.h"
 #include "simulation/recorders.h"
+#include "simulation/server_side.h"
 #include "simulation/trace.h"
 
 namespace tavlo::simulation {
@@ -48,6 +49,9 @@ class World {
   std::string LeftBehind() const;
   /// Numbers of the import directories in which a claim stands.
   std::vector<int> ClaimedDirectories() const;
+  /// What the server still has though the program has just fetched all, and deleted it there if
+  /// `deletes`; empty when nothing is wrong.
+  std::string LeftOnServer(bool deletes) const { return serverSide_.LeftThere(deletes); }
   /// The desktop's session ended in the middle of whatever the program did.
   void EndSession();
   /// The power is gone: what other programs were writing stays as it is.
@@ -68,6 +72,7 @@ class World {
   void WriteIntoDropFolder() { recorders_.Begin(); }
   void GoOnWriting() { recorders_.GoOn(); }
   void LetNeighbourSweep();
+  void ActAtTheServer() { serverSide_.Act(); }
   void PutOnDesktop();
   /// What comes between two operations of the program.
   void ActInBetween();
@@ -139,6 +144,7 @@ class World {
   std::vector<Event> possible_;
   Recorders recorders_;
   Neighbour neighbour_;
+  ServerSide serverSide_;
   bool calm_ = false;
   bool inBetween_ = false;
   int betweenThisStep_ = 0;

@@ -23,6 +23,15 @@ constexpr std::array<std::chrono::seconds, 4> kTimesOfConversions{
 /// The second success of the header library.
 constexpr int kHadAHeader = 5;
 
+/// What has no kind of its own is marked with a long number at each of its dots, and where it must
+/// be claimed for that with more in front.
+bool FitsBehindItsMark(const std::string& name) {
+  constexpr std::size_t kLongestMark = 16;
+  constexpr std::size_t kLongestClaim = 40;
+  const auto dots = static_cast<std::size_t>(std::ranges::count(name, '.'));
+  return name.size() + dots * kLongestMark + kLongestClaim <= kMostBytesOfAName;
+}
+
 }  // namespace
 
 void World::ActInBetween() {
@@ -94,10 +103,14 @@ std::string World::LeftBehind() const {
                                   {folders.Ds2QueuePath, ".dS2"},
                                   {folders.Eu2QueuePath, ".eU2"},
                                   {desk_.disk.CurrentFolder + "/", ".eE2"}}};
+  // What a run has fetched so far waits for its end.
+  const bool runIsOn = desk_.Main().bConnect.Caption.Get() == "Disconnect";
   for (const Swept& swept : all) {
+    if (runIsOn && &swept == &all[0]) continue;
     for (const std::string& name : desk_.disk.NamesIn(swept.folder)) {
+      const bool staysThere = &swept == &all[0] && !FitsBehindItsMark(name);
       const bool waits = !name.starts_with('.') && base::EndsInEitherCase(name, swept.ending);
-      if (!waits && !Ledger::IsClaim(name)) continue;
+      if ((!waits || staysThere) && !Ledger::IsClaim(name)) continue;
       if (ledger_.Knows(desk_.disk.Contents(swept.folder + name))) return swept.folder + name;
     }
   }
