@@ -178,7 +178,7 @@ std::string Day::SettleCalmly() {
   if (!wrong.empty()) return wrong;
   desk_.loop.Advance(2s);
   wrong = Look();
-  if (wrong.empty()) wrong = ledger_.CheckSettled();
+  if (wrong.empty()) wrong = ledger_.CheckSettled(desk_.disk);
   if (wrong.empty()) wrong = CompareListWithFolder(main.listViewInQueue, "/Files/InQueue");
   if (wrong.empty()) wrong = typist_.TypeOneDocument();
   return wrong.empty() ? Look() : wrong;

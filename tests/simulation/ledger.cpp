@@ -198,10 +198,12 @@ std::string Ledger::CheckGrowing() {
   return "";
 }
 
-std::string Ledger::CheckSettled() const {
+std::string Ledger::CheckSettled(const test::SimulatedDisk& disk) const {
   for (const auto& [contents, dictation] : dictations_) {
-    const bool doubled = dictation.standsTwiceForNow && dictation.mostPlaces == 1;
-    if (doubled) return "Stands twice though every folder answers again: " + contents;
+    if (!dictation.standsTwiceForNow || dictation.mostPlaces > 1) continue;
+    std::string wrong = "Stands twice though every folder answers again: " + contents + ":";
+    for (const std::string& path : FilesOf(disk, contents)) wrong += " " + Readable(path);
+    return wrong;
   }
   return "";
 }

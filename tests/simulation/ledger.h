@@ -98,7 +98,7 @@ class Ledger {
   std::string Check(const test::SimulatedDisk& disk, Blow blow, bool late);
   /// The program has looked at every folder, and all of them answered. The empty text when none of
   /// the dictations that stood twice because a folder was late still does.
-  std::string CheckSettled() const;
+  std::string CheckSettled(const test::SimulatedDisk& disk) const;
   /// The program is gone, and with it what it knew of copies that it left behind.
   void ProgramIsGone();
 
