@@ -32,11 +32,13 @@ namespace tavlo::test {
 namespace {
 
 constexpr useconds_t kMomentInHold = 5000;
+constexpr useconds_t kLongWay = 1000;
 
 /// What the server knows while it serves.
 struct Served {
   std::string source;
   const std::atomic<bool>& holds;
+  const std::atomic<bool>& isFarAway;
   const std::atomic<pid_t>& watched;
   std::atomic<int>& askedByTheWatched;
   const std::atomic<std::int64_t>& agedUntil;
@@ -47,6 +49,7 @@ struct Served {
 std::string Behind(const char* path) {
   const fuse_context& call = *fuse_get_context();
   const auto& served = *static_cast<const Served*>(call.private_data);
+  if (served.isFarAway) ::usleep(kLongWay);
   while (served.holds) ::usleep(kMomentInHold);
   if (call.pid == served.watched) {
     ++served.askedByTheWatched;
@@ -288,6 +291,7 @@ void StallingMount::Serve(int ready) const {
   const fuse_operations calls = Operations();
   Served served{.source = source_,
                 .holds = common_->holds,
+                .isFarAway = common_->isFarAway,
                 .watched = common_->watched,
                 .askedByTheWatched = common_->askedByTheWatched,
                 .agedUntil = common_->agedUntil};
@@ -313,6 +317,8 @@ void StallingMount::Hold() const {
   EXPECT_GT(server_, 0) << "nobody serves " << point_;
   common_->holds = true;
 }
+
+void StallingMount::BeFarAway() const { common_->isFarAway = true; }
 
 void StallingMount::GoOn() const {
   common_->holds = false;

@@ -31,6 +31,8 @@ class StallingMount {
   void Hold() const;
   /// All that was asked meanwhile is answered, and whatever comes.
   void GoOn() const;
+  /// Each answer takes a while longer from here on, as over a long line.
+  void BeFarAway() const;
   /// Each call on the mount fails from here on.
   void Kill();
   /// Mounts it again at the same place after it was killed, by a server that answers. That one ends
@@ -57,6 +59,7 @@ class StallingMount {
   /// What this process has in common with the server and all that the test forks.
   struct Common {
     std::atomic<bool> holds = false;
+    std::atomic<bool> isFarAway = false;
     std::atomic<pid_t> watched = -1;
     std::atomic<int> askedByTheWatched = 0;
     /// Whatever has not changed since this moment looks an hour older; nanoseconds since 1970.
