@@ -5,7 +5,7 @@
 namespace tavlo::forms {
 namespace {
 
-constexpr Twips kHeight = 9750;
+constexpr Twips kWindowHeight = 9750;
 constexpr Twips kWidth = 14250;
 
 }  // namespace
@@ -17,7 +17,7 @@ ConfigurationForm::ConfigurationForm(base::Loop& loop)
       MixerPage(frmConfiguration),
       PathsPage(frmConfiguration),
       FtpPage(frmConfiguration) {
-  frmConfiguration.Height = kHeight;
+  frmConfiguration.Height = kWindowHeight;
   frmConfiguration.Width = kWidth;
   for (const char* caption : {"&Settings", "&Equalizer", "&Mixer", "&Paths", "&Ftp"}) {
     tabConfiguration.Add(caption);

@@ -6,7 +6,7 @@
 namespace tavlo::forms {
 namespace {
 
-constexpr Twips kHeight = 3210;
+constexpr Twips kPlayerHeight = 3210;
 
 }  // namespace
 
@@ -19,7 +19,7 @@ PlayerFrame::PlayerFrame(Window& window)
       txtFasciaImagePointer(&window, "txtFasciaImagePointer", {.visible = false}),
       listFasciaImages(&window, "listFasciaImages",
                        {.tooltip = "Choose the appearance of your Tavlo Deck", .visible = false}) {
-  framePlayer.Height = kHeight;
+  framePlayer.Height = kPlayerHeight;
   StatusBar1.Panels = std::vector<std::string>(7);
   StatusBar1.PanelTooltips =
       std::vector<std::string>{"Priority Status", "Author ID", "Author Name",   "Department",

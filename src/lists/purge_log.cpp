@@ -12,13 +12,13 @@ namespace {
 constexpr std::int64_t kMinutesOfAnHour = 60;
 constexpr std::int64_t kHoursOfADay = 24;
 
-std::string Counted(std::int64_t number, const char* unit) {
+std::string InUnits(std::int64_t number, const char* unit) {
   return std::to_string(number) + " " + unit + (number == 1 ? "" : "s");
 }
 
 std::string AgeInWords(std::int64_t minutes) {
   const std::int64_t hours = minutes / kMinutesOfAnHour;
-  return Counted(hours / kHoursOfADay, "day") + " " + Counted(hours % kHoursOfADay, "hour");
+  return InUnits(hours / kHoursOfADay, "day") + " " + InUnits(hours % kHoursOfADay, "hour");
 }
 
 /// The year comes first, so that the lines sort by their text.

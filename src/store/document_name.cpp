@@ -16,7 +16,7 @@ constexpr std::size_t kLongestNameInCharacters = 255;
 constexpr std::size_t kLongestSubjectInCharacters = 15;
 
 /// base::NumberValue, with a short cut for the plain whole numbers that nearly all fields are.
-double Number(std::string_view text) {
+double NumberIn(std::string_view text) {
   constexpr std::size_t kShort = 9;
   std::int32_t value = 0;
   if (text.empty() || text.size() > kShort) return base::NumberValue(text);
@@ -29,7 +29,7 @@ double Number(std::string_view text) {
 
 /// A field that is read as a number. A scan asks for the number often, so it is read once.
 struct NumberField {
-  explicit NumberField(std::string_view itsText) : text(itsText), value(Number(itsText)) {}
+  explicit NumberField(std::string_view itsText) : text(itsText), value(NumberIn(itsText)) {}
 
   std::string_view text;
   double value;
@@ -119,7 +119,7 @@ bool TailIsValid(std::string_view tail) {
 }
 
 bool SystemIdIsValid(std::string_view systemId) {
-  const double value = Number(systemId);
+  const double value = NumberIn(systemId);
   return value <= 9999 && (value != 0 || systemId.starts_with('0'));
 }
 
@@ -186,7 +186,7 @@ bool DocumentNames::ReadDate(std::string_view monthText, std::string_view dayTex
   SetDisplayDate(Record.DictationDate, DateFormat == "MMDDYY", paddedMonth, paddedDay, year.text);
   // The date's part of the stamp is its key, too; the time comes behind it.
   Join(Record.DictationStamp, {year.text, paddedMonth, paddedDay});
-  return Store(Number(Record.DictationStamp), Record.DictationDateKey);
+  return Store(NumberIn(Record.DictationStamp), Record.DictationDateKey);
 }
 
 bool DocumentNames::ReadDemographics(FieldReader& fields) {

@@ -62,8 +62,8 @@ bool FilesAreCounted(Desk& desk) {
 }
 
 bool AutoRetrieveIsArmedWhileItIsOn(Desk& desk) {
-  const bool on = desk.Config().chkFtpAutoRetrieve.Value;
-  return desk.Rooms()->ftp.autoRetrieve.tmrFtpAutoRetrieve.Enabled() == on;
+  const bool isOn = desk.Config().chkFtpAutoRetrieve.Value;
+  return desk.Rooms()->ftp.autoRetrieve.tmrFtpAutoRetrieve.Enabled() == isOn;
 }
 
 bool NobodyOpensTheViewOfAutoRetrieve(Desk& desk) {

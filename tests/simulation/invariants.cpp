@@ -157,8 +157,8 @@ bool PedalsShowWhatCounts(Desk& desk) {
 bool SoundIsShapedAsThePageSays(Desk& desk) {
   const forms::ConfigurationForm& config = desk.Config();
   if (!desk.Rooms()->engine.IsPlaying) return true;
-  const bool on = config.txtEqEnable.Value.Get() == "Y";
-  if (desk.player.EqualizerOn != on || config.chkEqEnable.Value != on) return false;
+  const bool isOn = config.txtEqEnable.Value.Get() == "Y";
+  if (desk.player.EqualizerOn != isOn || config.chkEqEnable.Value != isOn) return false;
   if (desk.player.Gains.empty()) return false;
   for (std::size_t band = 0; band < config.sldEQ.size(); ++band) {
     const auto gain = static_cast<float>(-config.sldEQ[band].Value.Get());

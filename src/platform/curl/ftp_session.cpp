@@ -27,7 +27,7 @@ constexpr std::uint64_t kLongestListing = 100'000'000;
 /// A line about one file, with whatever stands around it.
 constexpr std::size_t kLongestLine = 8192;
 /// For a server that has been told good-bye.
-constexpr std::chrono::milliseconds kMoment{2000};
+constexpr std::chrono::milliseconds kMomentAtGoodbye{2000};
 
 /// The server does not know the command, or not with this argument.
 bool IsUnknown(const ServerReply& reply) { return reply.code >= 500 && reply.code <= 504; }
@@ -254,7 +254,7 @@ void FtpSession::LogOut() {
   if (!control_.IsOpen()) return;
   control_.Tell("QUIT");
   // A connection that is closed over what was not read takes the good-bye along.
-  tether_->Await(control_.Descriptor(), POLLIN, In(kMoment));
+  tether_->Await(control_.Descriptor(), POLLIN, In(kMomentAtGoodbye));
   control_.Look();
   control_.Close(kConnectionLost);
 }

@@ -147,7 +147,9 @@ const std::vector<std::string>& FtpStates::UsualNames() {
 }
 
 std::vector<std::string> FtpStates::TroublesomeNames() {
-  return {std::string(251, 'W') + ".dS2",
+  std::string longest(251, 'W');
+  longest += ".dS2";
+  return {longest,
           "the name of a dictation that somebody gave many words to, and then some more.mp3",
           "\xD7\xA1\xD7\x99\xD7\x9B\xD7\x95\xD7\x9D.wav",
           "Br\xF8wn\xFF caf\xE9.wav",
