@@ -43,9 +43,10 @@ TEST_F(ConversionLibrary, CallMakesTheWaveAndItsResultComesBack) {
 
 TEST_F(ConversionLibrary, WhatFollowsIsPreparedBeforeTheCallThatIsWaitedFor) {
   const std::string source = folder.Write("b.dS2", "B");
-  libraries.Prepare("11", folder.Write("c.dS2", "C"), folder / "c.wav");
+  // The letter of both is the same, and so is the disk, whose calls run one after another.
+  libraries.Prepare("11", folder.Write("b2.dS2", "C"), folder / "b2.wav");
   EXPECT_EQ(libraries.WriteFile("11", source, folder / "b.wav"), 0);
-  EXPECT_EQ(folder.Read("c.dS2.prepared"), "preparation of C");
+  EXPECT_EQ(folder.Read("b2.dS2.prepared"), "preparation of C");
 }
 
 TEST_F(ConversionLibrary, NothingIsPreparedWhereACallMayStall) {
