@@ -56,11 +56,10 @@ struct StalledArrivals : WorkOnAShare {
       };
     });
   }
+  /// As an event of the loop: inside a breath, while another call waits, the share would count as
+  /// one that gives no answer.
   void PressByProgram(forms::Command forms::MainForm::*command) {
-    program->Do([&] {
-      QMetaObject::invokeMethod(
-          qApp, [this, command] { (Main().*command).Press(); }, Qt::QueuedConnection);
-    });
+    program->Do([&] { program->Loop().Post([this, command] { (Main().*command).Press(); }); });
   }
   std::string RefreshInVain() {
     return BoxInVain([this] { PressByProgram(&forms::MainForm::cmdUpdateFileList); });
