@@ -24,8 +24,9 @@ constexpr std::string_view kAnyName;
 /// the name is not parsed, so whatever holds these letters counts as priority.
 constexpr std::string_view kPriorityMark = "P_";
 
-void AddOne(std::int16_t& figure) {
-  if (figure < std::numeric_limits<std::int16_t>::max()) ++figure;
+void Add(std::int16_t& figure, std::int16_t more) {
+  figure = static_cast<std::int16_t>(
+      std::min<int>(figure + more, std::numeric_limits<std::int16_t>::max()));
 }
 
 }  // namespace
@@ -113,14 +114,30 @@ bool WaitingFigures::CountImportDirectory(int directory, const Sum& sum) {
 
 bool WaitingFigures::Count(const std::string& folder, std::string_view ending, const Sum& sum) {
   loop_.Breathe();
+  KnownFolder& known = known_[tally_->nextFolder];
+  const bool isKnown = known.mark && known.path == folder && known.mark == disk_.MarkOf(folder);
+  if (!isKnown) {
+    std::optional<KnownFolder> listed = List(folder, ending);
+    known = listed.value_or(KnownFolder{});
+    if (!listed) return false;
+  }
+  Add(sum.all, known.all);
+  Add(sum.priority, known.priority);
+  return true;
+}
+
+std::optional<WaitingFigures::KnownFolder> WaitingFigures::List(const std::string& folder,
+                                                                std::string_view ending) {
+  // Asked before the names, so that what comes meanwhile changes it.
+  KnownFolder found{.path = folder, .mark = disk_.MarkOf(folder)};
   const store::Listing listing = disk_.ListPlainFiles(folder);
-  if (!listing.finished) return false;
+  if (!listing.finished) return {};
   for (const std::string& name : listing.names) {
     if (!base::EndsInEitherCase(name, ending)) continue;
-    AddOne(sum.all);
-    if (name.find(kPriorityMark) != name.npos) AddOne(sum.priority);
+    Add(found.all, 1);
+    if (name.find(kPriorityMark) != name.npos) Add(found.priority, 1);
   }
-  return true;
+  return found;
 }
 
 void WaitingFigures::SyncLastSeenFigures() {

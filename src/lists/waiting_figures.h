@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,10 +36,10 @@ struct Tally {
 };
 
 /// How much waits in the folders that feed the Queue, and how much did at the last look. Names are
-/// counted, so a file that is still being written counts. The Queue itself, and what a download
-/// left behind, is not looked at. On the loop's thread, which breathes between two folders; a
-/// folder that may stall is listed by a thread of its own, so one without an answer holds up no
-/// more than the count.
+/// counted, so a file that is still being written counts, and a folder whose names have not changed
+/// need not be listed again. The Queue itself, and what a download left behind, is not looked at.
+/// On the loop's thread, which breathes between two folders; a folder that may stall is listed by a
+/// thread of its own, so one without an answer holds up no more than the count.
 class WaitingFigures : public WorkFigures {
  public:
   /// All of them must outlive it.
@@ -77,10 +78,19 @@ class WaitingFigures : public WorkFigures {
     std::int16_t& all;
     std::int16_t& priority;
   };
+  /// What a folder held when it was last listed.
+  struct KnownFolder {
+    std::string path;
+    std::optional<store::FolderMark> mark;
+    std::int16_t all = 0;
+    std::int16_t priority = 0;
+  };
   Counted CountOn();
   bool CountNext();
-  /// Adds the names with that ending, in either case. False when the folder could not be listed.
+  /// Adds the names with that ending, in either case; the folder is listed only where its names may
+  /// have changed. False when it could not be.
   bool Count(const std::string& folder, std::string_view ending, const Sum& sum);
+  std::optional<KnownFolder> List(const std::string& folder, std::string_view ending);
   bool CountImportDirectory(int directory, const Sum& sum);
   void TakeTally();
   void GoBackToLastSeen();
@@ -91,6 +101,7 @@ class WaitingFigures : public WorkFigures {
   const store::WorkFolders& folders_;
   /// The count under way.
   std::optional<Tally> tally_;
+  std::map<int, KnownFolder> known_;  ///< By their places in the order of counting.
   /// A look has failed.
   bool lookIsOwed_ = false;
 };

@@ -30,6 +30,14 @@ struct FileFacts {
   bool operator==(const FileFacts&) const = default;
 };
 
+/// Tells whether the names in a folder are still those of before.
+struct FolderMark {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  std::int64_t changedAt = 0;
+  bool operator==(const FolderMark&) const = default;
+};
+
 /// The plain files of a folder. When `finished` is false the names are those that came before the
 /// walk failed or the folder gave no answer any more; when `started` is false there are none.
 struct Listing {
@@ -64,6 +72,10 @@ class Disk {
   virtual Listing ListPlainFiles(const std::string& folder) = 0;
   /// The same for the dot files alone: what decks keep out of every list for a while.
   virtual Listing ListDotFiles(const std::string& folder) = 0;
+  /// As long as this is the same no name came, went or changed in the folder. Nothing where that is
+  /// not certain: there is no such folder, its names changed a moment ago, so that the next change
+  /// could bear the same time, or another machine or program has a part in it.
+  virtual std::optional<FolderMark> MarkOf(const std::string& folder) = 0;
   /// Begins a walk over the same files for who asks more of each than its name. `folder` is empty
   /// or ends in a separator. The walk must not outlive the disk.
   virtual std::unique_ptr<FolderWalk> Walk(const std::string& folder) = 0;

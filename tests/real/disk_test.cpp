@@ -7,8 +7,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,6 +20,7 @@
 #include "store/file_moves.h"
 #include "store/work_folders.h"
 #include "support/other_program.h"
+#include "support/patience.h"
 #include "support/temporary_folder.h"
 
 namespace tavlo::test {
@@ -67,6 +70,28 @@ TEST_F(DiskTest, EmptyFolderIsTheCurrentOne) {
   EXPECT_EQ(disk.TestReadiness("a.eE2"), Readiness::Free);
   EXPECT_EQ(disk.FlushFolder(""), DiskResult::Done);
   std::filesystem::current_path(before);
+}
+
+TEST_F(DiskTest, MarkOfAFolderStaysUntilItsNamesChange) {
+  using Mark = std::optional<store::FolderMark>;
+  folder.Write("a.wav", "");
+  EXPECT_EQ(disk.MarkOf(folder.Path()), Mark()) << "a change may still bear the same time";
+  Mark first;
+  ASSERT_TRUE(Comes([&] { return (first = disk.MarkOf(folder.Path())).has_value(); }));
+  EXPECT_EQ(disk.MarkOf(folder.Path() + "/"), first);
+  std::filesystem::rename(folder / "a.wav", folder / "b.wav");
+  EXPECT_EQ(disk.MarkOf(folder.Path()), Mark());
+  // Who copies a whole folder gives it the time that the other had.
+  const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(9);
+  std::filesystem::last_write_time(folder.Path(), longAgo);
+  Mark second;
+  ASSERT_TRUE(Comes([&] { return (second = disk.MarkOf(folder.Path())).has_value(); }));
+  EXPECT_NE(second, first);
+}
+
+TEST_F(DiskTest, WhatIsNoFolderHasNoMark) {
+  EXPECT_FALSE(disk.MarkOf(folder / "nothing"));
+  EXPECT_FALSE(disk.MarkOf("/proc/self/exe"));
 }
 
 TEST_F(DiskTest, FileThatAnotherProgramHoldsForWritingIsInUseUntilItLetsGo) {

@@ -190,6 +190,23 @@ std::optional<store::FileFacts> SimulatedDisk::Facts(const std::string& path) {
   return store::FileFacts{.size = node.contents.size(), .stamp = node.stamp};
 }
 
+std::optional<store::FolderMark> SimulatedDisk::MarkOf(const std::string& folder) {
+  const auto absolute = Absolute(folder);
+  const bool certain = FoldersAreMarked && Is(absolute, Kind::Folder) &&
+                       !brokenListings_.contains(absolute) && !Places.AnyStalls();
+  if (!certain) return {};
+  store::FolderMark mark{.inode = static_cast<std::uint64_t>(NumberOf(absolute))};
+  std::string names;
+  const std::string below = absolute == "/" ? absolute : absolute + "/";
+  for (auto entry = entries_.lower_bound(below);
+       entry != entries_.end() && entry->first.starts_with(below); ++entry) {
+    if (FolderOf(entry->first) != absolute) continue;
+    names += entry->first + "/" + std::to_string(entry->second.number);
+  }
+  mark.changedAt = static_cast<std::int64_t>(std::hash<std::string>()(names));
+  return mark;
+}
+
 std::optional<std::int64_t> SimulatedDisk::ChangedAt(const std::string& path) {
   const auto absolute = Absolute(path);
   if (Begin("Facts " + absolute, {absolute}) || !Is(absolute, Kind::File)) return {};

@@ -111,6 +111,9 @@ class SimulatedDisk : public store::Disk {
   /// The recorded operations that changed, or tried to change, the disk.
   std::vector<std::string> Changes() const;
 
+  /// Folders tell whether their names have changed, but for those that are late.
+  bool FoldersAreMarked = false;
+
   /// Where relative paths begin.
   std::string CurrentFolder = "/current";
 
@@ -119,6 +122,8 @@ class SimulatedDisk : public store::Disk {
 
   store::Listing ListPlainFiles(const std::string& folder) override;
   store::Listing ListDotFiles(const std::string& folder) override;
+  /// Neither counted nor recorded.
+  std::optional<store::FolderMark> MarkOf(const std::string& folder) override;
   std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
   std::optional<store::FileFacts> Facts(const std::string& path) override;
   std::optional<std::int64_t> ChangedAt(const std::string& path) override;

@@ -6,13 +6,10 @@
 #include "platform/disk/disk_result.h"
 
 namespace tavlo::platform {
-namespace {
 
 std::int64_t NanosecondsOf(const timespec& moment) {
   return moment.tv_sec * std::int64_t{1'000'000'000} + moment.tv_nsec;
 }
-
-}  // namespace
 
 store::FileFacts FactsOf(const struct stat& status) {
   return {.size = static_cast<std::uint64_t>(status.st_size),

@@ -9,6 +9,9 @@
 /// What the kernel tells of an open file.
 namespace tavlo::platform {
 
+/// A moment in nanoseconds since 1970.
+std::int64_t NanosecondsOf(const timespec& moment);
+
 store::FileFacts FactsOf(const struct stat& status);
 
 /// The later one of the last writing and the last change of anything, since not every file system

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <ctime>
 #include <utility>
 #include <vector>
 
@@ -31,6 +32,9 @@ bool IsPlainFile(const FileHandle& file) {
   struct stat status;
   return ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode);
 }
+
+/// Longer than what a kernel stamps with one time, and than what its clock is set back by quietly.
+constexpr std::int64_t kSettledAfter = 1'000'000'000;
 
 /// For file systems that cannot refuse to overwrite in a rename. A link refuses; where there are no
 /// links either, a look before the rename has to do.
@@ -59,6 +63,17 @@ store::Listing PosixDisk::ListPlainFiles(const std::string& folder) {
 
 store::Listing PosixDisk::ListDotFiles(const std::string& folder) {
   return ReadDotFiles(OpenFolder(::opendir(FolderPath(folder))), breathe_);
+}
+
+std::optional<store::FolderMark> PosixDisk::MarkOf(const std::string& folder) {
+  struct stat status;
+  timespec now{};
+  ::clock_gettime(CLOCK_REALTIME, &now);
+  if (::stat(FolderPath(folder), &status) != 0 || !S_ISDIR(status.st_mode)) return {};
+  // Anybody may give a folder another time of its last writing, and nobody one of its last change.
+  const std::int64_t changedAt = NanosecondsOf(status.st_ctim);
+  if (NanosecondsOf(now) - changedAt < kSettledAfter) return {};
+  return store::FolderMark{.device = status.st_dev, .inode = status.st_ino, .changedAt = changedAt};
 }
 
 std::unique_ptr<store::FolderWalk> PosixDisk::Walk(const std::string& folder) {

@@ -27,6 +27,7 @@ class PosixDisk : public store::Disk {
 
   store::Listing ListPlainFiles(const std::string& folder) override;
   store::Listing ListDotFiles(const std::string& folder) override;
+  std::optional<store::FolderMark> MarkOf(const std::string& folder) override;
   std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
   std::shared_ptr<const ListedFolder> ListFolder(const std::string& folder);
   /// Walks over one folder may go on in several threads.

@@ -51,6 +51,11 @@ Listing PatientDisk::ListDotFiles(const std::string& folder) {
   return Ask<Listing>(folder, [folder](Disk& disk) { return disk.ListDotFiles(folder); }, {});
 }
 
+std::optional<store::FolderMark> PatientDisk::MarkOf(const std::string& folder) {
+  if (errands_.PlaceOf(folder).mayStall) return {};
+  return here_.MarkOf(folder);
+}
+
 std::unique_ptr<store::FolderWalk> PatientDisk::Walk(const std::string& folder) {
   const Place place = errands_.PlaceOf(folder);
   if (!place.mayStall && !kWalkAheadOfLocal) return here_.Walk(folder);

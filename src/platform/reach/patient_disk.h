@@ -34,6 +34,7 @@ class PatientDisk : public store::Disk {
 
   store::Listing ListPlainFiles(const std::string& folder) override;
   store::Listing ListDotFiles(const std::string& folder) override;
+  std::optional<store::FolderMark> MarkOf(const std::string& folder) override;
   std::unique_ptr<store::FolderWalk> Walk(const std::string& folder) override;
   std::optional<store::FileFacts> Facts(const std::string& path) override;
   std::optional<std::int64_t> ChangedAt(const std::string& path) override;

@@ -124,6 +124,11 @@ TEST_F(PatientDiskTest, DoesAtAPlaceThatMayStallWhatItDoesHere) {
   }
 }
 
+TEST_F(PatientDiskTest, MarksNoFolderThatOthersMayHaveAPartIn) {
+  EXPECT_TRUE(Comes([&] { return disk.MarkOf(folder / "a").has_value(); }));
+  EXPECT_FALSE(disk.MarkOf(folder / "A"));
+}
+
 TEST_F(PatientDiskTest, SaysOfEachCallThatItIsOutOfReach) {
   const std::string path = folder.Write("A/x.wav", "1");
   const StuckCall call;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -160,6 +161,70 @@ TEST_F(WaitingFigures, LetTheWindowPaintBetweenTwoFolders) {
   figures.CountWaitingWork();
   EXPECT_GE(loop.Breaths, 29);
   EXPECT_TRUE(disk.Changes().empty());
+}
+
+/// The folders tell whether their names have changed.
+struct MarkedFolders : WaitingFigures {
+  MarkedFolders() { disk.FoldersAreMarked = true; }
+
+  /// How many folders another count lists.
+  int Listed() {
+    disk.Operations.clear();
+    figures.CountWaitingWork();
+    return static_cast<int>(std::ranges::count_if(
+        disk.Operations, [](const std::string& what) { return what.starts_with("List "); }));
+  }
+};
+
+TEST_F(MarkedFolders, AreNotListedAgainAndCountAsBefore) {
+  Put("eW2Queue/a P_.eW2");
+  Put("ImportQueue/7/any.wav");
+  EXPECT_EQ(Waiting(), Four({1, 1, 1, 0}));
+  EXPECT_EQ(Listed(), 0);
+  EXPECT_EQ(Waiting(), Four({1, 1, 1, 0}));
+}
+
+TEST_F(MarkedFolders, ThatHaveChangedAreListedAndNoOthers) {
+  EXPECT_EQ(Waiting(), Four({0, 0, 0, 0}));
+  Put("dS2Queue/a.dS2");
+  EXPECT_EQ(Listed(), 1);
+  EXPECT_EQ(Waiting(), Four({1, 0, 0, 0}));
+  disk.Remove("/root/Files/dS2Queue/a.dS2");
+  EXPECT_EQ(Waiting(), Four({0, 0, 0, 0}));
+}
+
+TEST_F(MarkedFolders, ThatAreOfOtherPathsAreListed) {
+  Put("eW2Queue/a.eW2");
+  disk.WithFolder("/mnt/drop");
+  disk.WithFile("/mnt/drop/b.eW2").WithFile("/mnt/drop/c.eW2");
+  EXPECT_EQ(Waiting(), Four({1, 0, 0, 0}));
+  folders.Ew2QueuePath = "/mnt/drop/";
+  EXPECT_EQ(Waiting(), Four({2, 0, 0, 0}));
+}
+
+TEST_F(MarkedFolders, ThatAreSharedByTwoKindsCountEachKind) {
+  folders.Ds2QueuePath = folders.Ew2QueuePath;
+  Put("eW2Queue/a.eW2");
+  Put("eW2Queue/b.dS2");
+  Put("eW2Queue/c.dS2");
+  EXPECT_EQ(Waiting(), Four({3, 0, 0, 0}));
+  EXPECT_EQ(Waiting(), Four({3, 0, 0, 0}));
+}
+
+TEST_F(MarkedFolders, OfWhichOneFailsAreListedAfterThat) {
+  Put("eW2Queue/a.eW2");
+  EXPECT_EQ(Waiting(), Four({1, 0, 0, 0}));
+  disk.BreakListing("/root/Files/eW2Queue");
+  EXPECT_EQ(figures.CountWaitingWork(), lists::Counted::Failed);
+  disk.MendListing("/root/Files/eW2Queue");
+  EXPECT_EQ(Listed(), 1);
+  EXPECT_EQ(Waiting(), Four({1, 0, 0, 0}));
+}
+
+TEST_F(MarkedFolders, ThatTellNothingAreListedEachTime) {
+  disk.FoldersAreMarked = false;
+  EXPECT_EQ(Listed(), Listed());
+  EXPECT_GT(Listed(), 0);
 }
 
 }  // namespace
