@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "ftp_program/faulty_server.h"
@@ -65,6 +66,19 @@ void AwaitDeck(DrivenProgram& program) {
   ASSERT_TRUE(Until([&] { return program.IsReady(); })) << program.Box();
 }
 
+/// Between two events of the program's loop, and until no rule waits for the server any more: a key
+/// that is pressed under such a wait does nothing.
+void Press(DrivenProgram& program, forms::Command& key) {
+  const auto pressed = std::make_shared<bool>(false);
+  program.Do([&] {
+    program.Loop().Post([pressed, &key] {
+      key.Press();
+      *pressed = true;
+    });
+  });
+  ASSERT_TRUE(program.Until([&] { return *pressed && !program.Rooms().ftp.channel.Waits(); }));
+}
+
 TEST(FtpSession, ThatEndsInTheMiddleOfATransferLeavesThePartWhichTheNextStartSorts) {
   const Home home;
   home.MakeRoot(QuietSettings());
@@ -76,8 +90,7 @@ TEST(FtpSession, ThatEndsInTheMiddleOfATransferLeavesThePartWhichTheNextStartSor
     forms::MainForm& form = program.Main();
     for (forms::Command* const key : {&form.mnuViewFtp, &form.bConnect, &form.bList,
                                       &form.cmdFtpListToDownload, &form.bDownload}) {
-      program.Do([&] { program.Loop().Post([key] { key->Press(); }); });
-      ASSERT_TRUE(program.Until([&] { return !program.Rooms().ftp.channel.Waits(); }));
+      Press(program, *key);
     }
     ASSERT_TRUE(Until([&] { return ReadFile(landed) == kPart; }));
   });
