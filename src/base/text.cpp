@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace tavlo::base {
@@ -87,6 +88,13 @@ std::string FormatHMS(double milliseconds) {
   };
   return twoDigits(seconds / 3600) + ":" + twoDigits(seconds / 60 % 60) + ":" +
          twoDigits(seconds % 60);
+}
+
+std::string MomentText(const CalendarTime& moment) {
+  char text[80];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", moment.year, moment.month,
+                moment.day, moment.hour, moment.minute, moment.second);
+  return text;
 }
 
 std::size_t CharacterCount(std::string_view text) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/time.h"
+
 namespace tavlo::base {
 
 /// The number value of a text: its longest numeric beginning (sign, digits, a decimal point), 0
@@ -20,6 +22,9 @@ std::string NumberText(double number);
 /// Milliseconds as hours:minutes:seconds, each at least two digits. The fraction of a second is
 /// dropped; what is negative reads 00:00:00; hours have no upper end.
 std::string FormatHMS(double milliseconds);
+
+/// A moment to the second. The year comes first, so that such lines sort by their text.
+std::string MomentText(const CalendarTime& moment);
 
 /// Characters of a text that is UTF-8 where it can be; a byte that is not counts as one character.
 std::size_t CharacterCount(std::string_view text);

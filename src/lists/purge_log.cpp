@@ -1,10 +1,10 @@
 #include "lists/purge_log.h"
 
-#include <cstdio>
 #include <tuple>
 #include <utility>
 
 #include "base/one_line.h"
+#include "base/text.h"
 
 namespace tavlo::lists {
 namespace {
@@ -21,20 +21,12 @@ std::string AgeInWords(std::int64_t minutes) {
   return InUnits(hours / kHoursOfADay, "day") + " " + InUnits(hours % kHoursOfADay, "hour");
 }
 
-/// The year comes first, so that the lines sort by their text.
-std::string MomentInWords(const base::CalendarTime& moment) {
-  char text[80];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", moment.year, moment.month,
-                moment.day, moment.hour, moment.minute, moment.second);
-  return text;
-}
-
 }  // namespace
 
 void PurgeLog::Note(std::string_view name, std::int64_t ageInMinutes,
                     const base::CalendarTime& deletedAt, Fate fate) {
   const char* const what = fate == Fate::Gone ? " deleted, " : " may be deleted, ";
-  lines_ += MomentInWords(deletedAt) + what + AgeInWords(ageInMinutes) +
+  lines_ += base::MomentText(deletedAt) + what + AgeInWords(ageInMinutes) +
             " old: " + base::OneLine(name) + "\n";
 }
 
