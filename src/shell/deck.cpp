@@ -8,10 +8,9 @@
 
 namespace tavlo::shell {
 
-Deck::Deck(Platform platform, Annex& annex)
+Deck::Deck(Platform platform)
     : windows(platform.loop),
       platform_(std::move(platform)),
-      annex_(annex),
       folders_(platform_.disk, platform_.installRoot),
       splash_(platform_.loop, windows.splash, [this] { load_->LoadMainWindow(); }) {}
 
@@ -27,7 +26,7 @@ void Deck::Start() {
                                  "start again when it is back.");
   }
   if (!failure.empty()) return EndWith(failure);
-  rooms_.emplace(platform_, annex_, windows, folders_, std::move(opened.database));
+  rooms_.emplace(platform_, windows, folders_, std::move(opened.database));
   load_.emplace(platform_.loop, windows, *rooms_);
   exit_.emplace(platform_.loop, windows, *rooms_, platform_.endProcess);
   splash_.Show(rooms_->settings.ProgramVersionText());

@@ -15,8 +15,8 @@ namespace tavlo::shell {
 /// The whole program on its edges: what main builds and what the tests build.
 class Deck {
  public:
-  /// The annex outlives the deck, like the edges.
-  Deck(Platform platform, Annex& annex);
+  /// The edges outlive the deck.
+  explicit Deck(Platform platform);
 
   Windows windows;
 
@@ -43,7 +43,6 @@ class Deck {
   void EndWith(const std::string& failure);
 
   Platform platform_;
-  Annex& annex_;
   store::WorkFolders folders_;
   std::optional<Rooms> rooms_;
   std::optional<Load> load_;

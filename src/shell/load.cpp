@@ -31,7 +31,7 @@ void Load::LoadMainWindow() {
   form.mnuView.Enabled = false;
   form.mnuReport.Enabled = false;
   loop_.Wait(1000ms);
-  rooms_.annex.UpgradeDatabase();
+  rooms_.databaseUpgrade.UpgradeDatabase();
   window::SettingsBinding& settings = rooms_.binding;
   settings.Load();
   rooms_.engine.InitializeNCTcontrol();

@@ -4,12 +4,12 @@
 
 namespace tavlo::shell {
 
-Rooms::Rooms(const Platform& platform, Annex& builtLater, Windows& windows,
-             store::WorkFolders& workFolders, std::unique_ptr<store::SettingsDatabase> openDatabase)
-    : annex(builtLater),
-      database(std::move(openDatabase)),
+Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& workFolders,
+             std::unique_ptr<store::SettingsDatabase> openDatabase)
+    : database(std::move(openDatabase)),
       settings(*database),
       folders(workFolders),
+      databaseUpgrade(platform.loop, platform.disk, folders, platform.databases, settings),
       names(platform.loop),
       moves(platform.disk, folders),
       rescueFolder(platform.loop, windows.main, platform.disk, folders, platform.openFolder),

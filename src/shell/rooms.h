@@ -39,13 +39,13 @@
 #include "playback/prompts.h"
 #include "playback/sound_shaping.h"
 #include "reports/report.h"
-#include "shell/annex.h"
 #include "shell/branding.h"
 #include "shell/fascia.h"
 #include "shell/menus.h"
 #include "shell/platform.h"
 #include "shell/views.h"
 #include "shell/work_views.h"
+#include "store/database_upgrade.h"
 #include "store/document_files.h"
 #include "store/settings_store.h"
 #include "window/configuration_window.h"
@@ -70,13 +70,13 @@ struct Windows {
 /// All the rooms, in the order in which they build on each other: each is handed those above it.
 /// Made once the settings are open.
 struct Rooms {
-  Rooms(const Platform& platform, Annex& annex, Windows& windows, store::WorkFolders& workFolders,
+  Rooms(const Platform& platform, Windows& windows, store::WorkFolders& workFolders,
         std::unique_ptr<store::SettingsDatabase> openDatabase);
 
-  Annex& annex;
   std::unique_ptr<store::SettingsDatabase> database;
   store::SettingsStore settings;
   store::WorkFolders& folders;
+  store::DatabaseUpgrade databaseUpgrade;
   store::DocumentNames names;
   store::FileMoves moves;
   window::RescueFolder rescueFolder;

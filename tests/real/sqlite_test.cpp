@@ -244,9 +244,9 @@ TEST_F(SqliteTest, MissingRowIsRefused) {
   ExpectRefused("rows of FtpSettings are missing");
 }
 
-TEST_F(SqliteTest, AccessFileIsSentToTheUpgradeFolder) {
+TEST_F(SqliteTest, AccessFileThatNobodyReadsIsLeftAsItIs) {
   WriteBytes(std::string("\0\1\0\0Standard Jet DB\0", 20) + std::string(4096, '\1'));
-  ExpectRefused("PlaceOldDatabaseHere");
+  ExpectRefused("is one of an older release and can not be read");
 }
 
 /// A process of its own, since the lock of a file belongs to a process. It opens the database,

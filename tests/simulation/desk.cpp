@@ -149,7 +149,7 @@ void Desk::Start() {
   player.SelectDevice(0);
   hearing.Forget();
   settingsRules.Forget();
-  deck_.emplace(Edges(), annex_);
+  deck_.emplace(Edges());
   controls_.emplace(deck_->windows);
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();

@@ -152,7 +152,6 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
 
   std::string silence_;
   bool sessionEnds_ = false;
-  shell::Annex annex_;
   std::optional<shell::Deck> deck_;
   std::optional<ControlWalk> controls_;
 };

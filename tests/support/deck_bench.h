@@ -3,7 +3,6 @@
 #include <string>
 
 #include "shell/deck.h"
-#include "support/annex_twin.h"
 #include "support/documents.h"
 #include "support/simulated_platform.h"
 
@@ -11,8 +10,7 @@ namespace tavlo::test {
 
 /// The whole program on simulated edges, with a root that was provisioned by an earlier start.
 struct DeckBench : SimulatedPlatform {
-  AnnexTwin annex;
-  shell::Deck deck{Edges(), annex};
+  shell::Deck deck{Edges()};
   forms::MainForm& form = deck.windows.main;
   forms::ConfigurationForm& config = deck.windows.configuration;
 

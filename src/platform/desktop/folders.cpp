@@ -17,6 +17,11 @@ std::string HomeFolder() {
   return user && user->pw_dir ? user->pw_dir : "";
 }
 
+std::string FolderOfProgram() {
+  std::error_code failed;
+  return std::filesystem::read_symlink("/proc/self/exe", failed).parent_path();
+}
+
 }  // namespace
 
 std::string InstallRoot() {
@@ -24,10 +29,10 @@ std::string InstallRoot() {
   return home.substr(0, home.find_last_not_of('/') + 1) + "/Lyrane/TavloDeck";
 }
 
-std::string ShareFolder() {
-  std::error_code failed;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", failed);
-  return program.parent_path().string() + "/../share/tavlodeck";
+std::string ShareFolder() { return FolderOfProgram() + "/../share/tavlodeck"; }
+
+std::string AccessReader() {
+  return FolderOfProgram() + "/../libexec/tavlodeck/read_access_database";
 }
 
 }  // namespace tavlo::platform::desktop

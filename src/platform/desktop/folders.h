@@ -12,4 +12,7 @@ std::string InstallRoot();
 /// The folder of what an installation supplies, beside the running program.
 std::string ShareFolder();
 
+/// The program that reads Access files, installed beside the running program too.
+std::string AccessReader();
+
 }  // namespace tavlo::platform::desktop

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/access/access_database.h"
 #include "platform/beside/side_thread.h"
 #include "platform/convert/plugin_conversion_libraries.h"
 #include "platform/curl/curl_ftp_client.h"
@@ -98,7 +99,10 @@ struct Program::Parts {
   SoundMeters meters{measured};
   PatientDisk disk{errands, meters, [this] { Breathe(); }};
   PatientSettingsDatabases databases{
-      errands, store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION}};
+      errands, store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION},
+      [reader = AccessReader()](const std::string& path) {
+        return OpenAccessDatabase(path, reader);
+      }};
   AheadAudioFile audioFile{loop, errands, [this] { Breathe(); }, measured};
   SoundTouchTransform audioTransform;
   SideThread promptThread;
@@ -115,7 +119,6 @@ struct Program::Parts {
   CurlFtpClient ftpClient;
   /// It gives the lock back by an errand, which looks at the pedals.
   RootLock rootLock{errands, root};
-  shell::Annex annex;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
                     .databases = databases,
@@ -136,8 +139,7 @@ struct Program::Parts {
                     .claimRoot = [this] { return rootLock.Claim(); },
                     .showSystemInformation = ShowSystemInformation,
                     .openFolder = OpenFolder,
-                    .endProcess = [this](int status) { End(status); }},
-                   annex};
+                    .endProcess = [this](int status) { End(status); }}};
   qt::QtWindows windows{loop,
                         audioPlayer,
                         deck.windows.main,

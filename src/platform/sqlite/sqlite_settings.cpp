@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/sqlite/adopted_settings.h"
 #include "platform/sqlite/private_file.h"
 #include "platform/sqlite/settings_failures.h"
 #include "platform/sqlite/settings_rows.h"
@@ -44,10 +45,8 @@ OpenedDatabase SqliteSettingsDatabases::Open(const std::string& path) {
   SqlSteps steps(connection);
   if (result == StepResult::Done && !HoldFile(steps)) result = steps.Result();
   if (result == StepResult::NotDatabase && IsAccessFile(path)) {
-    return {{},
-            SettingsSentence(path,
-                             "is one of an older release. Move it into the folder "
-                             "PlaceOldDatabaseHere and start again.")};
+    connection.Close();
+    return OpenAdopted(path);
   }
   if (result != StepResult::Done) {
     connection.Close();
@@ -65,6 +64,21 @@ OpenedDatabase SqliteSettingsDatabases::Open(const std::string& path) {
     return {{}, FailureText(path, steps.Result(), connection.LastMessage())};
   }
   return {NewSettingsRows(std::move(connection), path, Mode::ReadWrite), {}};
+}
+
+/// A root of an older release was put in the place of a new one.
+OpenedDatabase SqliteSettingsDatabases::OpenAdopted(const std::string& path) {
+  OpenedDatabase old = openAccess_ ? openAccess_(path) : OpenedDatabase();
+  if (!old.database) {
+    return {{},
+            SettingsSentence(path,
+                             "is one of an older release and can not be read. Move it away, and "
+                             "start again with a root of its own.")};
+  }
+  if (std::string failure = AdoptSettings(path, *old.database, *this); !failure.empty()) {
+    return {{}, std::move(failure)};
+  }
+  return Open(path);
 }
 
 OpenedDatabase SqliteSettingsDatabases::OpenOld(const std::string& path) {

@@ -20,7 +20,8 @@ class SqliteSettingsDatabases : public store::SettingsDatabases {
   using Opener = std::function<store::OpenedDatabase(const std::string& path)>;
 
   /// `openAccess` opens an old release's database that is in Access format; without it such a file
-  /// is refused. The pulse beats while a file is worked on.
+  /// is refused. Where `Open` finds one it takes all of it into a database of our own, which then
+  /// stands in its place. The pulse beats while a file is worked on.
   explicit SqliteSettingsDatabases(store::ShippedDatabase shipped, Opener openAccess = {},
                                    std::shared_ptr<const Pulse> pulse = std::make_shared<Pulse>());
 
@@ -29,6 +30,8 @@ class SqliteSettingsDatabases : public store::SettingsDatabases {
   std::string Create(const std::string& path) override;
 
  private:
+  store::OpenedDatabase OpenAdopted(const std::string& path);
+
   store::ShippedDatabase shipped_;
   Opener openAccess_;
   std::shared_ptr<const Pulse> pulse_;

@@ -13,17 +13,30 @@ using base::operator""s;
 struct LoadTest : testing::Test, DeckBench {
   void LoadWith(const std::string& field, const std::string& value) {
     PlaceSettings({{field, value}});
-    usbWatcher.OnStart = [this] { annex.ran += ftp.attached ? "attached usb" : "usb"; };
+    usbWatcher.OnStart = [this] { attachedBeforeThePedals = ftp.attached; };
     deck.Start();
     shell::Load load(loop, deck.windows, *deck.Built());
     load.LoadMainWindow();
     form.frmMain.OnActivate = nullptr;
   }
+
+  bool attachedBeforeThePedals = false;
 };
 
-TEST_F(LoadTest, StepsOfOtherRoomsComeInTheirOrder) {
+TEST_F(LoadTest, ServersComeBeforeThePedals) {
   LoadWith("AudioPromptsFlag", "Y");
-  EXPECT_EQ(annex.ran, "upgrade attached usb");
+  EXPECT_TRUE(attachedBeforeThePedals);
+}
+
+TEST_F(LoadTest, SettingsOfAnOldDatabaseShowAtTheStartThatTakesThemOver) {
+  SettingsTables old = databases.Shipped();
+  old.at(store::Table::GeneralSettings).at(0).at("SubjectHeading") = "Patient";
+  old.at(store::Table::ImportAuthors).at(0).at("AuthorLastName") = "Brown";
+  databases.Place(Path("/PlaceOldDatabaseHere/Lyrane_Tavlo_Deck.mdb"), old);
+  loop.Expect({.reply = base::Reply::Yes});
+  LoadWith("AudioPromptsFlag", "Y");
+  EXPECT_EQ(config.txtSubjectHeading.Value.Get(), "Patient");
+  EXPECT_EQ(form.txtImportAuthorLastName.Value.Get(), "Brown");
 }
 
 TEST_F(LoadTest, WhatWaitsInADropFolderIsInTheQueueOnceTheWindowShows) {

@@ -90,7 +90,7 @@ TEST_F(PurgeAtStart, NumberOfDaysThatIsNoLimitKeepsEverything) {
 TEST_F(PurgeAtStart, ComesAtEachStartAndNeverDuringARun) {
   PlaceSettings({{"DeleteCompletedFiles", "22"}});
   {
-    shell::Deck first(Edges(), annex);
+    shell::Deck first(Edges());
     first.Start();
     loop.Advance(3600s * 24 * 20);
     first.windows.main.cmdUpdateFileList.Press(forms::By::Hand);

@@ -21,8 +21,6 @@ const std::string kParent = kRoot.substr(0, kRoot.rfind('/'));
 
 /// A machine on which the deck was never started.
 struct FreshMachine : SimulatedPlatform {
-  AnnexTwin annex;
-
   FreshMachine() {
     disk.WithFolder(kParent);
     for (const char* folder : {"/Prompts", "/Fascia"}) disk.WithFolder(kShare + folder);
@@ -84,7 +82,7 @@ TEST(StalledRoot, LeavesAFirstStartThatTheNextOneFinishes) {
       FreshMachine machine;
       machine.disk.StallAtOperation(nth, kParent);
       {
-        shell::Deck first(machine.Edges(), machine.annex);
+        shell::Deck first(machine.Edges());
         first.Start();
       }
       const bool stalled = machine.disk.OutOfReach(kRoot);
@@ -92,7 +90,7 @@ TEST(StalledRoot, LeavesAFirstStartThatTheNextOneFinishes) {
       if (stalled) ExpectRefusal(machine);
       machine.disk.Places.Resume(kParent, late);
       machine.disk.Heal();
-      shell::Deck second(machine.Edges(), machine.annex);
+      shell::Deck second(machine.Edges());
       second.Start();
       EXPECT_NE(second.Built(), nullptr);
       EXPECT_TRUE(machine.disk.Has(SimulatedPlatform::Path("/Prompts/Save.wav")));

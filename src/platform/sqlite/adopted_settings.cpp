@@ -1,0 +1,99 @@
+#include "platform/sqlite/adopted_settings.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "platform/sqlite/private_file.h"
+#include "platform/sqlite/settings_failures.h"
+#include "store/settings_fields.h"
+
+namespace tavlo::platform {
+namespace {
+
+namespace fs = std::filesystem;
+using store::Table;
+
+/// These tell rows and builds apart, and are those of the new database.
+constexpr std::string_view kOurs[] = {"ID", "NumericSorter", "Revision"};
+
+std::string BesideOf(const fs::path& path) {
+  return path.parent_path() / ("." + path.filename().string() + ".new");
+}
+
+void RemoveWithJournal(const std::string& path) {
+  std::error_code failed;
+  fs::remove(path, failed);
+  for (const char* const ending : kBesideEndings) fs::remove(path + ending, failed);
+}
+
+store::Assignments WhatIsTaken(store::Record row) {
+  store::Assignments fields;
+  for (auto& [name, value] : row) {
+    if (std::ranges::find(kOurs, name) != std::end(kOurs)) continue;
+    fields.emplace_back(name, std::move(value));
+  }
+  return fields;
+}
+
+/// False when a row was refused.
+bool TakeRows(store::SettingsDatabase& old, store::SettingsDatabase& fresh) {
+  for (const store::TableShape& shape : store::kTables) {
+    for (int row = 0; row < std::min(old.RowCount(shape.table), shape.rows); ++row) {
+      const store::Assignments fields = WhatIsTaken(old.Read(shape.table, row));
+      if (!fields.empty() && !fresh.Write(shape.table, row, fields)) return false;
+    }
+  }
+  return true;
+}
+
+/// A second name where the file system has such, else a copy.
+bool KeepAside(const std::string& path, const std::string& aside) {
+  std::error_code failed;
+  fs::remove(aside, failed);
+  fs::create_hard_link(path, aside, failed);
+  if (failed) fs::copy_file(path, aside, failed);
+  return !failed;
+}
+
+void FlushFolderOf(const std::string& path) {
+  const std::string folder = fs::path(path).parent_path();
+  const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (handle < 0) return;
+  ::fsync(handle);
+  ::close(handle);
+}
+
+}  // namespace
+
+std::string AdoptSettings(const std::string& path, store::SettingsDatabase& old,
+                          store::SettingsDatabases& databases) {
+  const std::string beside = BesideOf(path);
+  RemoveWithJournal(beside);
+  if (std::string failure = databases.Create(beside); !failure.empty()) return failure;
+  store::OpenedDatabase fresh = databases.Open(beside);
+  std::string failure = fresh.failure;
+  if (fresh.database && !TakeRows(old, *fresh.database)) failure = fresh.database->LastFailure();
+  fresh.database.reset();
+  const std::string aside = fs::path(path).replace_extension(".md1");
+  if (failure.empty() && !KeepAside(path, aside)) {
+    failure =
+        SettingsSentence(path, "is one of an older release, and can not be kept as " + aside + ".");
+  }
+  std::error_code unnamed;
+  if (failure.empty()) fs::rename(beside, path, unnamed);
+  if (unnamed) failure = SettingsSentence(path, "can not be replaced: " + unnamed.message() + ".");
+  if (!failure.empty()) RemoveWithJournal(beside);
+  // Its passwords are nobody else's matter either.
+  NarrowToOwner(aside);
+  FlushFolderOf(path);
+  return failure;
+}
+
+}  // namespace tavlo::platform

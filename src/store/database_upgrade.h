@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/loop.h"
+#include "store/disk.h"
+#include "store/settings_database.h"
+#include "store/settings_store.h"
+#include "store/work_folders.h"
+
+namespace tavlo::store {
+
+/// Takes over the settings of an older release. Whoever wants that puts the old database into a
+/// folder of its own; it is copied field by field, so that a field that it lacks, or that can not
+/// be taken, keeps what a new database holds. At the start behind the copy the old database is set
+/// aside under another name.
+class DatabaseUpgrade {
+ public:
+  /// All of it must outlive the upgrade. `databases` opens the old one, `settings` is the new one.
+  DatabaseUpgrade(base::Loop& loop, Disk& disk, const WorkFolders& folders,
+                  SettingsDatabases& databases, SettingsStore& settings)
+      : loop_(loop), disk_(disk), folders_(folders), databases_(databases), settings_(settings) {}
+
+  /// Runs at each start, before the settings are shown. Without an old database it does nothing.
+  void UpgradeDatabase();
+
+ private:
+  void SetAside();
+  bool Agreed();
+  void CopyGeneralSettings(SettingsDatabase& old);
+  void CopyImportAuthors(SettingsDatabase& old);
+  std::string Shipped(std::string_view field) const;
+  /// What is taken over for a value of the old database: a path as this platform knows it.
+  std::string Taken(std::string_view field, const std::string& stored) const;
+  void WriteMarker();
+
+  base::Loop& loop_;
+  Disk& disk_;
+  const WorkFolders& folders_;
+  SettingsDatabases& databases_;
+  SettingsStore& settings_;
+};
+
+}  // namespace tavlo::store
