@@ -7,6 +7,9 @@
 /// The "&Paths" and "&Ftp" pages of the configuration window: where documents come from.
 namespace tavlo::forms {
 
+/// The row of `PathsPage::Dir1` that leads out of the browsed folder.
+inline constexpr const char* kWayUp = "..";
+
 struct PathsPage {
   explicit PathsPage(Window& window)
       : frameConfigAlternatePath(&window, "frameConfigAlternatePath",
@@ -15,8 +18,9 @@ struct PathsPage {
   Pane frameConfigAlternatePath;
   Table Drive1{&frameConfigAlternatePath, "Drive1", {.tooltip = "Select a drive"}};
   /// The folders in the browsed folder, the way up first.
-  Table Dir1{
-      &frameConfigAlternatePath, "Dir1", {.tooltip = "Double click a folder to browse into it"}};
+  Table Dir1{&frameConfigAlternatePath,
+             "Dir1",
+             {.tooltip = "Double click a folder to browse into it", .heard = "Folders"}};
   Text lblBrowsedFolder{
       &frameConfigAlternatePath, "lblBrowsedFolder", {.tooltip = "The browsed folder"}};
 
@@ -24,10 +28,11 @@ struct PathsPage {
       &frameConfigAlternatePath, "lblEw2QueuePath", {.caption = "Path for .eW2 files"}};
   Text txtEw2QueuePath{
       &frameConfigAlternatePath, "txtEw2QueuePath", {.tooltip = "Path for .eW2 files"}};
-  Command cmdSetEw2QueuePath{
-      &frameConfigAlternatePath,
-      "cmdSetEw2QueuePath",
-      {.caption = "Set", .tooltip = "Take the browsed folder as the path for .eW2 files"}};
+  Command cmdSetEw2QueuePath{&frameConfigAlternatePath,
+                             "cmdSetEw2QueuePath",
+                             {.caption = "Set",
+                              .tooltip = "Take the browsed folder as the path for .eW2 files",
+                              .heard = "Set the path for .eW2 files"}};
   Command cmdEw2QueuePathDefault{&frameConfigAlternatePath,
                                  "cmdEw2QueuePathDefault",
                                  {.caption = "Default",
@@ -38,10 +43,11 @@ struct PathsPage {
       &frameConfigAlternatePath, "lblDs2QueuePath", {.caption = "Path for .dS2 files"}};
   Text txtDs2QueuePath{
       &frameConfigAlternatePath, "txtDs2QueuePath", {.tooltip = "Path for .dS2 files"}};
-  Command cmdSetDs2QueuePath{
-      &frameConfigAlternatePath,
-      "cmdSetDs2QueuePath",
-      {.caption = "Set", .tooltip = "Take the browsed folder as the path for .dS2 files"}};
+  Command cmdSetDs2QueuePath{&frameConfigAlternatePath,
+                             "cmdSetDs2QueuePath",
+                             {.caption = "Set",
+                              .tooltip = "Take the browsed folder as the path for .dS2 files",
+                              .heard = "Set the path for .dS2 files"}};
   Command cmdDs2QueuePathDefault{&frameConfigAlternatePath,
                                  "cmdDs2QueuePathDefault",
                                  {.caption = "Default",
@@ -55,7 +61,9 @@ struct PathsPage {
   Command cmdSetWavQueuePath{
       &frameConfigAlternatePath,
       "cmdSetWavQueuePath",
-      {.caption = "Set", .tooltip = "Take the browsed folder as the path for generic audio files"}};
+      {.caption = "Set",
+       .tooltip = "Take the browsed folder as the path for generic audio files",
+       .heard = "Set the path for generic audio files"}};
   Command cmdWavQueuePathDefault{&frameConfigAlternatePath,
                                  "cmdWavQueuePathDefault",
                                  {.caption = "Default",
@@ -66,10 +74,11 @@ struct PathsPage {
       &frameConfigAlternatePath, "lblEu2QueuePath", {.caption = "Path for .eU2 files"}};
   Text txtEu2QueuePath{
       &frameConfigAlternatePath, "txtEu2QueuePath", {.tooltip = "Path for .eU2 files"}};
-  Command cmdSetEu2QueuePath{
-      &frameConfigAlternatePath,
-      "cmdSetEu2QueuePath",
-      {.caption = "Set", .tooltip = "Take the browsed folder as the path for .eU2 files"}};
+  Command cmdSetEu2QueuePath{&frameConfigAlternatePath,
+                             "cmdSetEu2QueuePath",
+                             {.caption = "Set",
+                              .tooltip = "Take the browsed folder as the path for .eU2 files",
+                              .heard = "Set the path for .eU2 files"}};
   Command cmdEu2QueuePathDefault{&frameConfigAlternatePath,
                                  "cmdEu2QueuePathDefault",
                                  {.caption = "Default",

@@ -13,6 +13,7 @@
 #include "playback/audio_objects.h"
 #include "playback/source_mixer.h"
 #include "reports/program_starter.h"
+#include "store/browsable_folders.h"
 #include "store/disk.h"
 #include "store/settings_database.h"
 
@@ -29,6 +30,7 @@ enum class RootClaim {
 struct Platform {
   base::Loop& loop;
   store::Disk& disk;
+  store::BrowsableFolders& browsableFolders;
   store::SettingsDatabases& databases;
   playback::AudioFile& audioFile;
   playback::AudioTransform& audioTransform;

@@ -64,7 +64,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       branding(windows.main, windows.configuration, windows.about, settings, names),
       fascia(windows.main, platform.disk, folders),
       settingsChoices(mainWindow, binding, waitingWork, branding, serialPedal),
-      pathChoices(windows.configuration, folders),
+      pathChoices(windows.configuration, folders, platform.browsableFolders),
       views(platform.loop, mainWindow, playback),
       queueView(mainWindow, queue, waitingWork, retrieval),
       completedView(windows.main, completed),

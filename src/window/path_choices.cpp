@@ -2,8 +2,9 @@
 
 namespace tavlo::window {
 
-PathChoices::PathChoices(forms::ConfigurationForm& config, const store::WorkFolders& folders)
-    : config_(config), folders_(folders) {
+PathChoices::PathChoices(forms::ConfigurationForm& config, const store::WorkFolders& folders,
+                         store::BrowsableFolders& browsable)
+    : config_(config), folders_(folders), browser_(config, browsable) {
   struct PathRow {
     store::QueuePath path;
     forms::Text& text;
@@ -30,6 +31,10 @@ PathChoices::PathChoices(forms::ConfigurationForm& config, const store::WorkFold
       FocusAway();
     };
   }
+}
+
+void PathChoices::WindowOpens() {
+  if (Frame().Visible) browser_.OfferPlaces();
 }
 
 }  // namespace tavlo::window

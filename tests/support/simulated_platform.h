@@ -12,6 +12,7 @@
 #include "support/simulated_conversion.h"
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
+#include "support/simulated_folders.h"
 #include "support/simulated_ftp.h"
 #include "support/simulated_loop.h"
 #include "support/simulated_mixer.h"
@@ -36,6 +37,7 @@ class SimulatedPlatformOf {
 
   Loop loop;
   Disk disk{loop};
+  SimulatedFolders browsableFolders;
   SimulatedDatabases databases{disk, {.root = kRoot, .revision = "1.2.3"}};
   AudioFile file;
   SimulatedTransform transform;
@@ -82,6 +84,7 @@ class SimulatedPlatformOf {
   shell::Platform Edges() {
     return {.loop = loop,
             .disk = disk,
+            .browsableFolders = browsableFolders,
             .databases = databases,
             .audioFile = file,
             .audioTransform = transform,

@@ -10,7 +10,7 @@
 namespace tavlo::platform::desktop {
 namespace {
 
-std::string HomeFolder() {
+std::string NamedHome() {
   const char* const named = std::getenv("HOME");
   if (named && *named) return named;
   const passwd* const user = ::getpwuid(::getuid());
@@ -24,10 +24,12 @@ std::string FolderOfProgram() {
 
 }  // namespace
 
-std::string InstallRoot() {
-  const std::string home = HomeFolder();
-  return home.substr(0, home.find_last_not_of('/') + 1) + "/Lyrane/TavloDeck";
+std::string HomeFolder() {
+  const std::string home = NamedHome();
+  return home.substr(0, home.find_last_not_of('/') + 1);
 }
+
+std::string InstallRoot() { return HomeFolder() + "/Lyrane/TavloDeck"; }
 
 std::string ShareFolder() { return FolderOfProgram() + "/../share/tavlodeck"; }
 

@@ -4,9 +4,12 @@
 
 namespace tavlo::platform::desktop {
 
-/// The folder under which everything of this user stands, without a trailing separator: in the home
-/// that HOME names, else in the one that the system knows for the user. Paths are bytes, so a home
-/// whose name is no proper text is as good as any.
+/// The home that HOME names, else the one that the system knows for the user; without a trailing
+/// separator, so the root is empty, as is one that nobody knows. Paths are bytes, so a home whose
+/// name is no proper text is as good as any.
+std::string HomeFolder();
+
+/// The folder in the home under which everything of this user stands, without a trailing separator.
 std::string InstallRoot();
 
 /// The folder of what an installation supplies, beside the running program.

@@ -28,6 +28,7 @@
 #include "platform/qt/qt_windows.h"
 #include "platform/reach/errands_beside.h"
 #include "platform/reach/foot_gate.h"
+#include "platform/reach/machine_folders.h"
 #include "platform/reach/mounted_places.h"
 #include "platform/reach/patient_disk.h"
 #include "platform/reach/place_errands.h"
@@ -98,6 +99,7 @@ struct Program::Parts {
   const std::shared_ptr<MeasuredFiles> measured = std::make_shared<MeasuredFiles>();
   SoundMeters meters{measured};
   PatientDisk disk{errands, meters, [this] { Breathe(); }};
+  MachineFolders browsableFolders{errands, places, HomeFolder()};
   PatientSettingsDatabases databases{
       errands, store::ShippedDatabase{.root = root, .revision = TAVLO_REVISION},
       [reader = AccessReader()](const std::string& path) {
@@ -121,6 +123,7 @@ struct Program::Parts {
   RootLock rootLock{errands, root};
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
+                    .browsableFolders = browsableFolders,
                     .databases = databases,
                     .audioFile = audioFile,
                     .audioTransform = audioTransform,

@@ -9,15 +9,26 @@ class QVBoxLayout;
 namespace tavlo::platform::qt {
 
 class Binder;
+class CardColumns;
 
-/// The page of the folders that work comes from.
+/// The page of the folders that work comes from, and where somebody looks for such a folder.
 class PathsCards : public QWidget {
  public:
   PathsCards(forms::PathsPage& form, Binder& binder, QWidget* parent);
 
  private:
-  void AddPath(QVBoxLayout& lines, forms::Text& label, forms::Text& path, forms::Command& putBack);
+  struct Path {
+    forms::Text& label;
+    forms::Text& path;
+    forms::Command& set;
+    forms::Command& putBack;
+  };
 
+  void AddPaths(CardColumns& cards);
+  void AddPath(QVBoxLayout& lines, const Path& path);
+  void AddBrowser(CardColumns& cards);
+
+  forms::PathsPage& form_;
   Binder& binder_;
 };
 

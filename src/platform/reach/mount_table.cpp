@@ -19,6 +19,30 @@ constexpr auto kLocalKinds = std::to_array<std::string_view>(
      "proc",     "pstore",    "ramfs",    "reiserfs", "rootfs",  "securityfs", "squashfs",
      "sysfs",    "tmpfs",     "tracefs",  "xfs",      "zfs"});
 
+/// Kinds of which another program has a part, and which hold nothing but its own affairs.
+constexpr auto kKindsOfPrograms =
+    std::to_array<std::string_view>({"autofs", "binfmt_misc", "fuse.lxcfs", "fuse.portal",
+                                     "fuse.snapfuse", "fusectl", "rpc_pipefs", "selinuxfs"});
+
+/// Where the system keeps its own disks, and the exceptions inside of it.
+constexpr auto kOfTheSystem = std::to_array<std::string_view>(
+    {"/boot", "/dev", "/etc", "/proc", "/run", "/snap", "/sys", "/tmp", "/usr", "/var"});
+constexpr auto kOfPersons = std::to_array<std::string_view>({"/run/media", "/run/user"});
+
+bool StandsIn(std::string_view path, std::string_view folder) {
+  return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+bool HoldsFilesOfPersons(std::string_view point, std::string_view kind, std::string_view source) {
+  const auto holds = [point](std::string_view folder) { return StandsIn(point, folder); };
+  if (std::ranges::any_of(kOfTheSystem, holds) && std::ranges::none_of(kOfPersons, holds)) {
+    return false;
+  }
+  if (std::ranges::find(kKindsOfPrograms, kind) != kKindsOfPrograms.end()) return false;
+  const bool isDisk = source.starts_with("/dev/") || kind == "zfs";
+  return isDisk || std::ranges::find(kLocalKinds, kind) == kLocalKinds.end();
+}
+
 std::optional<int> NumberIn(std::string_view text) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -102,13 +126,15 @@ std::optional<MountTable::Mount> MountTable::Parse(std::string_view line) {
   const auto before = Split(line.substr(0, dash), ' ');
   const auto after = Split(line.substr(dash + kDash.size()), ' ');
   if (before.size() < 5 || after.empty()) return {};
+  const std::string_view source = after.size() > 1 ? after[1] : "";
   const auto number = NumberIn(before[0]);
   const auto parent = NumberIn(before[1]);
   if (!number || !parent) return {};
   return Mount{.number = *number,
                .parent = *parent,
                .point = Unescaped(before[4]),
-               .mayStall = std::ranges::find(kLocalKinds, after[0]) == kLocalKinds.end()};
+               .mayStall = std::ranges::find(kLocalKinds, after[0]) == kLocalKinds.end(),
+               .holdsFiles = HoldsFilesOfPersons(before[4], after[0], source)};
 }
 
 const MountTable::Mount* MountTable::Enter(const Mount* mount, const std::string& path) const {
@@ -181,6 +207,16 @@ std::optional<Place> MountTable::PlaceIn(const Spot& folder, std::string_view na
   const bool mayBeALink = !place.mayStall && place.mount == folder.ItsPlace().mount;
   if (mayBeALink && links.TargetOf(folder.at_ + "/" + std::string(name))) return {};
   return place;
+}
+
+std::vector<std::string> MountTable::DisksAndShares() const {
+  std::vector<std::string> points;
+  for (const Mount& mount : mounts_) {
+    if (mount.holdsFiles && mount.point != "/") points.push_back(mount.point);
+  }
+  std::ranges::sort(points);
+  points.erase(std::unique(points.begin(), points.end()), points.end());
+  return points;
 }
 
 }  // namespace tavlo::platform

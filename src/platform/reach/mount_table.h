@@ -28,6 +28,7 @@ class MountTable {
     int parent = 0;
     std::string point;
     bool mayStall = false;
+    bool holdsFiles = false;  ///< Of persons.
   };
 
  public:
@@ -58,6 +59,9 @@ class MountTable {
   /// The place of a name in a folder, neither "." nor "..". Nothing when it is a link.
   std::optional<Place> PlaceIn(const Spot& folder, std::string_view name,
                                const LinkReader& links) const;
+  /// Where the disks and shares stand that hold files of persons, in the order of their paths: none
+  /// that the system keeps for itself, and not the root.
+  std::vector<std::string> DisksAndShares() const;
 
  private:
   struct Walk;

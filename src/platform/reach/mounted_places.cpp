@@ -69,6 +69,11 @@ MountTable::Spot MountedPlaces::SpotOfFolder(const std::string& path) {
   return folder.spot;
 }
 
+std::vector<std::string> MountedPlaces::DisksAndShares() {
+  if (Changed()) Read();
+  return table_.DisksAndShares();
+}
+
 Place MountedPlaces::PlaceOf(const std::string& path) { return PlaceOf(path, true); }
 
 Place MountedPlaces::PlaceOfEntry(const std::string& path) { return PlaceOf(path, false); }

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "platform/disk/file_handle.h"
 #include "platform/reach/mount_table.h"
@@ -26,6 +27,8 @@ class MountedPlaces : public Places {
   /// A path that is not full is one below the process's current folder.
   Place PlaceOf(const std::string& path) override;
   Place PlaceOfEntry(const std::string& path) override;
+  /// Where the disks and shares stand that hold files of persons, in the order of their paths.
+  std::vector<std::string> DisksAndShares();
 
  private:
   bool Changed() const;

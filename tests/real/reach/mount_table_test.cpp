@@ -204,5 +204,26 @@ TEST_F(LedElsewhere, LinkAtTheEndIsReadEachTime) {
   EXPECT_EQ(places.PlaceOfEntry(link).mount, disk) << "the link itself";
 }
 
+TEST_F(MountTableTest, DisksAndSharesOfPersonsAreNamed) {
+  EXPECT_EQ(table.DisksAndShares(),
+            (std::vector<std::string>{"/a\tb\\c", "/home", "/media/Anne B/stick", "/mnt/share",
+                                      "/net/server"}));
+}
+
+TEST_F(MountTableTest, WhatTheSystemKeepsForItselfIsNot) {
+  const MountTable own(
+      "20 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
+      "21 20 8:2 / /boot/efi rw - vfat /dev/sda2 rw\n"
+      "22 20 7:1 / /snap/core/1 ro - squashfs /dev/loop1 ro\n"
+      "23 20 0:5 / /proc rw - proc proc rw\n"
+      "24 20 0:6 / /run/user/7/doc rw - fuse.portal portal rw\n"
+      "25 20 0:7 / /run/user/7/gvfs rw - fuse.gvfsd-fuse gvfsd-fuse rw\n"
+      "26 20 8:3 / /run/media/anne/stick rw - exfat /dev/sdb1 rw\n"
+      "27 20 8:3 / /run/media/anne/stick rw - exfat /dev/sdb1 rw\n"
+      "28 20 0:8 / /bootstick rw - zfs pool rw\n");
+  EXPECT_EQ(own.DisksAndShares(),
+            (std::vector<std::string>{"/bootstick", "/run/media/anne/stick", "/run/user/7/gvfs"}));
+}
+
 }  // namespace
 }  // namespace tavlo::test

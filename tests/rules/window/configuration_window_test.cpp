@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/settings_bench.h"
+#include "support/simulated_folders.h"
 #include "window/path_choices.h"
 #include "window/settings_choices.h"
 
@@ -66,7 +67,8 @@ struct ConfigurationWindowTest : testing::Test, SettingsBench {
   window::SettingsChoices choices{mainWindow, binding, timer, brand, pedal};
   PageTwin equalizer{config.frameConfigEqualizer};
   PageTwin mixer{config.frameConfigMixer};
-  window::PathChoices paths{config, folders};
+  SimulatedFolders machine;
+  window::PathChoices paths{config, folders, machine};
   PageTwin servers{config.frameFtp};
 };
 
