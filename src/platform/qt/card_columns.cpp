@@ -1,6 +1,8 @@
 #include "platform/qt/card_columns.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <numeric>
 #include <utility>
 
 namespace tavlo::platform::qt {
@@ -32,8 +34,7 @@ QLayoutItem* CardColumns::takeAt(int index) {
 
 QSize CardColumns::sizeHint() const {
   const QMargins around = contentsMargins();
-  const int width =
-      most_ * LeastColumnWidth() + (most_ - 1) * spacing() + around.left() + around.right();
+  const int width = LeastWidth(most_) + around.left() + around.right();
   return {width, heightForWidth(width)};
 }
 
@@ -52,13 +53,14 @@ void CardColumns::setGeometry(const QRect& place) {
   QLayout::setGeometry(place);
   const QRect inside = place.marginsRemoved(contentsMargins());
   const std::vector<Column> columns = ColumnsFor(inside.width());
-  const int width = ColumnWidth(inside.width(), ColumnsWithin(inside.width()));
-  const int highest = HighestOf(columns);
+  const std::vector<int> widths = ColumnWidths(inside.width(), ColumnsWithin(inside.width()));
+  const int end = std::max(HighestOf(columns), inside.height());
   int left = inside.left();
-  for (const Column& column : columns) {
+  for (std::size_t at = 0; at < columns.size(); ++at) {
+    const Column& column = columns[at];
+    const int width = widths[std::min(at, widths.size() - 1)];
     int top = inside.top();
-    // The last card of a column is stretched, so that all columns are equally high.
-    const int spare = highest - HeightOf(column);
+    const int spare = end - HeightOf(column);
     for (const Placed& placed : column) {
       const int height = placed.height + (&placed == &column.back() ? spare : 0);
       placed.card->setGeometry(QRect(left, top, width, height));
@@ -76,13 +78,31 @@ int CardColumns::LeastColumnWidth() const {
   return width;
 }
 
-int CardColumns::ColumnsWithin(int width) const {
-  const int fitting = (width + spacing()) / (LeastColumnWidth() + spacing());
-  return std::clamp(fitting, 1, most_);
+/// The narrowest column has room for each card.
+int CardColumns::LeastWidth(int columns) const {
+  const std::vector<int> shares = SharesOf(columns);
+  const int whole = std::accumulate(shares.begin(), shares.end(), 0);
+  const int narrowest = std::ranges::min(shares);
+  return (LeastColumnWidth() * whole + narrowest - 1) / narrowest + (columns - 1) * spacing();
 }
 
-int CardColumns::ColumnWidth(int width, int columns) const {
-  return (width - (columns - 1) * spacing()) / columns;
+int CardColumns::ColumnsWithin(int width) const {
+  int columns = most_;
+  while (columns > 1 && LeastWidth(columns) > width) --columns;
+  return columns;
+}
+
+std::vector<int> CardColumns::SharesOf(int columns) const {
+  if (columns == most_ && !shares_.empty()) return shares_;
+  return std::vector<int>(static_cast<std::size_t>(columns), 1);
+}
+
+std::vector<int> CardColumns::ColumnWidths(int width, int columns) const {
+  std::vector<int> widths = SharesOf(columns);
+  const int whole = std::accumulate(widths.begin(), widths.end(), 0);
+  const int room = width - (columns - 1) * spacing();
+  for (int& share : widths) share = room * share / whole;
+  return widths;
 }
 
 int CardColumns::HeightOf(const Column& column) const {
@@ -93,11 +113,12 @@ int CardColumns::HeightOf(const Column& column) const {
 
 std::vector<CardColumns::Column> CardColumns::ColumnsFor(int width) const {
   const int count = ColumnsWithin(width);
-  const int columnWidth = ColumnWidth(width, count);
+  const std::vector<int> widths = ColumnWidths(width, count);
   std::vector<Column> columns(1);
   for (const Slot& slot : slots_) {
     if (slot.beginsColumnOf == count) columns.emplace_back();
     if (slot.card->isEmpty()) continue;
+    const int columnWidth = widths[std::min(columns.size(), widths.size()) - 1];
     const int height = slot.card->hasHeightForWidth() ? slot.card->heightForWidth(columnWidth)
                                                       : slot.card->sizeHint().height();
     columns.back().push_back({slot.card.get(), height});

@@ -2,13 +2,15 @@
 
 #include <QLayout>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace tavlo::platform::qt {
 
-/// Cards in columns of one width, one under the other and then on in the next column. There are as
-/// many columns as the page has room for, and the cards go on where the columns come out most
-/// alike: with large letters or on a small screen a page gets higher, not wider.
+/// Cards in columns, one under the other and then on in the next column. There are as many columns
+/// as the page has room for, and the cards go on where the columns come out most alike: with large
+/// letters or on a small screen a page gets higher, not wider. The last card of each column reaches
+/// down to the end of the page.
 class CardColumns : public QLayout {
  public:
   static constexpr int kMostColumns = 3;
@@ -17,6 +19,9 @@ class CardColumns : public QLayout {
   CardColumns(QWidget* page, int margin, int spacing, int most = kMostColumns);
   ~CardColumns() override;
   CardColumns(const CardColumns&) = delete;
+
+  /// How the widest page is divided among its columns; without it they are equally wide.
+  void SetShares(std::vector<int> shares) { shares_ = std::move(shares); }
 
   /// The next card that is added begins a column where the page has so many columns.
   void BeginColumnOf(int columns) { next_ = columns; }
@@ -46,14 +51,18 @@ class CardColumns : public QLayout {
   using Column = std::vector<Placed>;
 
   int LeastColumnWidth() const;
+  int LeastWidth(int columns) const;
+  std::vector<int> SharesOf(int columns) const;
   int ColumnsWithin(int width) const;
-  int ColumnWidth(int width, int columns) const;
+  /// Of a page of that width.
+  std::vector<int> ColumnWidths(int width, int columns) const;
   int HeightOf(const Column& column) const;
   /// The cards that show, in the columns of a page of that width.
   std::vector<Column> ColumnsFor(int width) const;
   int HighestOf(const std::vector<Column>& columns) const;
 
   const int most_;
+  std::vector<int> shares_;
   std::vector<Slot> slots_;
   int next_ = 0;
 };

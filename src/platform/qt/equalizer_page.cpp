@@ -72,6 +72,7 @@ EqualizerPage::EqualizerPage(forms::EqualizerPage& form, Binder& binder, QWidget
 
 void EqualizerPage::AddCurves(QBoxLayout& lines) {
   auto* const card = new Card(this);
+  card->AddHeading("Curve");
   auto* const row = new QHBoxLayout;
   row->setSpacing(kBetweenCurves);
   auto* const enable = new QCheckBox(this);
@@ -109,6 +110,7 @@ void EqualizerPage::AddCurve(QBoxLayout& row, forms::PresetCommand& command) {
 void EqualizerPage::AddBands(QBoxLayout& lines) {
   auto* const desk = new QGridLayout;
   auto* const card = new BandCard(*desk, this);
+  card->AddHeading("Gain of each band");
   desk->setHorizontalSpacing(kBetweenBands);
   desk->setRowMinimumHeight(kSliderRow, kBandHeight);
   AddScale(*desk);

@@ -66,14 +66,13 @@ FtpPage::FtpPage(forms::FtpPage& form, Binder& binder, QWidget* parent)
   cards->BeginColumnOf(2);
   AddDownloads(*cards);
   AddRetrieval(*cards);
-  lines->addWidget(page);
+  lines->addWidget(page, 1);
   auto* const kept = new QLabel(
       "What is changed here is kept when another profile is shown, or this window is left by "
       "Close.",
       this);
   kept->setWordWrap(true);
   lines->addWidget(kept);
-  lines->addStretch(1);
   binder.Frame(form.frameFtp, *this);
 }
 

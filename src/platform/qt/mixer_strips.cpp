@@ -19,7 +19,9 @@ constexpr int kMargin = 16;
 constexpr int kStripLineSpacing = 12;
 constexpr int kBetweenStrips = 6;
 constexpr int kStripPadding = 3;  ///< With more, the keys of eight strips would not fit.
-constexpr int kStripWidth = 132;
+constexpr int kWordsShare = 2;    ///< Of the width, where a strip has one.
+/// With more strips there is no room for words beside them.
+constexpr std::size_t kMostStripsBesideWords = 3;
 constexpr int kDeviceWidth = 300;
 constexpr int kVolumeHeight = 160;
 
@@ -43,7 +45,7 @@ MixerStrips::MixerStrips(forms::MixerPage& form, Binder& binder, QWidget* parent
   for (std::size_t source = 0; source < form.slVolume.size(); ++source) {
     strips->addWidget(AddStrip(source), 1);
   }
-  strips->addStretch();
+  strips->addWidget(AddWords(), kWordsShare);
   lines->addWidget(desk, 1);
   binder.Watch(form.lblNoSource, [desk, &nothingThere = form.lblNoSource] {
     desk->setVisible(!nothingThere.Visible);
@@ -53,6 +55,7 @@ MixerStrips::MixerStrips(forms::MixerPage& form, Binder& binder, QWidget* parent
 
 void MixerStrips::AddDevice(QBoxLayout& lines) {
   auto* const card = new Card(this);
+  card->AddHeading("Where the deck plays");
   auto* const row = new QHBoxLayout;
   auto* const caption = new QLabel(this);
   row->addWidget(caption);
@@ -69,7 +72,6 @@ void MixerStrips::AddDevice(QBoxLayout& lines) {
 
 QWidget* MixerStrips::AddStrip(std::size_t source) {
   auto* const strip = new Card(this);
-  strip->setMaximumWidth(kStripWidth);
   QVBoxLayout* const parts = &strip->Lines();
   QMargins margins = parts->contentsMargins();
   margins.setLeft(kStripPadding);
@@ -78,6 +80,9 @@ QWidget* MixerStrips::AddStrip(std::size_t source) {
 
   auto* const name = new ElidingLabel(strip);
   name->setAlignment(Qt::AlignCenter);
+  QFont bold = name->font();
+  bold.setWeight(QFont::DemiBold);
+  name->setFont(bold);
   parts->addWidget(name);
   binder_.Show(form_.Label[source], *name);
   auto* const volume = new DeckSlider(DeckSlider::Look::Upright, strip);
@@ -105,6 +110,26 @@ QWidget* MixerStrips::AddStrip(std::size_t source) {
   binder_.Watch(form_.Label[source],
                 [strip, &label = form_.Label[source]] { strip->setVisible(label.Visible); });
   return strip;
+}
+
+QWidget* MixerStrips::AddWords() {
+  auto* const card = new Card(this);
+  card->AddHeading("What these sliders move");
+  auto* const words = new QLabel(
+      "\u201cOutput\u201d is the loudness of the device, for everything that plays on it. Each "
+      "other "
+      "strip is one program that plays there now, Tavlo Deck among them.\n\nThe desktop keeps "
+      "these "
+      "figures, not the deck. The volume of the dictation itself is set under the keys of the "
+      "deck.",
+      card);
+  words->setWordWrap(true);
+  card->Lines().addWidget(words);
+  card->Lines().addStretch(1);
+  binder_.Watch(
+      form_.Label[kMostStripsBesideWords],
+      [card, &next = form_.Label[kMostStripsBesideWords]] { card->setVisible(!next.Visible); });
+  return card;
 }
 
 }  // namespace tavlo::platform::qt

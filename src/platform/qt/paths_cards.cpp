@@ -28,6 +28,8 @@ constexpr int kMostColumns = 2;
 PathsCards::PathsCards(forms::PathsPage& form, Binder& binder, QWidget* parent)
     : QWidget(parent), form_(form), binder_(binder) {
   auto* const cards = new CardColumns(this, kPathsMargin, kBetweenCards, kMostColumns);
+  // A path is longer than the name of a folder.
+  cards->SetShares({3, 2});
   AddPaths(*cards);
   cards->BeginColumnOf(kMostColumns);
   AddBrowser(*cards);
@@ -47,6 +49,12 @@ void PathsCards::AddPaths(CardColumns& cards) {
     AddPath(card->Lines(), path);
   }
   card->Lines().addStretch(1);
+  auto* const taken = new QLabel(
+      "What comes into these folders is taken out of them and into the deck at its start, at each "
+      "refresh and behind each finished document.",
+      this);
+  taken->setWordWrap(true);
+  card->Lines().addWidget(taken);
   cards.addWidget(card);
   binder_.Frame(form_.frameConfigAlternatePath, *this, caption);
 }

@@ -107,7 +107,7 @@ void SettingsCards::AddFiles(QVBoxLayout& lines) {
   numbers->addWidget(limit, numbers->rowCount(), 0, 1, 3);
   binder_.Show(form_.lblDeleteCompletedLimit, *limit);
   AddNumber(*numbers, form_.lblViewDelay, form_.txtViewDelay, "seconds");
-  AddNumber(*numbers, form_.lblWavConvMode, form_.txtWavConvMode, "KHz");
+  AddNumber(*numbers, form_.lblWavConvMode, form_.txtWavConvMode, "kHz");
   auto* const next = new RoomyKey(this);
   numbers->addWidget(next, numbers->rowCount(), 1, 1, 2);
   binder_.Press(form_.cmdWavConvMode, *next);
@@ -171,7 +171,9 @@ void SettingsCards::AddSlider(QVBoxLayout& column, forms::Pane& frame, forms::Ra
   lines->setSpacing(kToItsOwn);
   auto* const top = new QHBoxLayout;
   auto* const caption = new QLabel(group);
-  top->addWidget(caption, 1);
+  top->addWidget(caption);
+  top->addWidget(new QLabel("s", group));
+  top->addStretch(1);
   lines->addLayout(top);
   auto* const slider = new DeckSlider(DeckSlider::Look::Level, group);
   lines->addWidget(slider);
