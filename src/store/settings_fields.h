@@ -32,7 +32,10 @@ struct Field {
   /// What a new database holds. '#' stands for the number of the row, counted from 1; for a path
   /// it is the name of a folder of documents below the root.
   std::string_view shipped;
+  /// For whoever uses the deck: the guide's reference of settings prints it.
   std::string_view meaning;
+  /// What the field may hold, where its form does not tell; see AllowedValues.
+  std::string_view allowed = {};
 };
 
 /// Tables with their stored names and how many rows each always has.
@@ -57,6 +60,9 @@ std::span<const Field> AllFields();
 std::span<const Field> FieldsOf(Table table);
 /// The field of that name; null when the table has none.
 const Field* FindField(Table table, std::string_view name);
+
+/// What a field may hold, in words.
+std::string_view AllowedValues(const Field& field);
 
 /// What a new database is made from.
 struct ShippedDatabase {

@@ -25,7 +25,7 @@ std::string Shipped(Table table, std::string_view field, int row = 0) {
   return ShippedValue(*FindField(table, field), row, kShipped);
 }
 
-TEST(SettingsFields, EveryFieldStandsOnceAndWithItsTable) {
+TEST(SettingsFields, EveryFieldStandsOnceWithItsTableAndSaysWhatItMayHold) {
   std::set<std::pair<Table, std::string_view>> seen;
   std::size_t inTables = 0;
   for (const store::TableShape& shape : store::kTables) {
@@ -34,6 +34,7 @@ TEST(SettingsFields, EveryFieldStandsOnceAndWithItsTable) {
       EXPECT_EQ(field.table, shape.table) << field.name;
       EXPECT_TRUE(seen.emplace(field.table, field.name).second) << field.name;
       EXPECT_FALSE(field.meaning.empty()) << field.name;
+      EXPECT_FALSE(store::AllowedValues(field).empty()) << field.name;
     }
   }
   EXPECT_EQ(inTables, store::AllFields().size());
