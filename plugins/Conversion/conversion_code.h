@@ -2,7 +2,7 @@
 
 namespace tavlo::conversion {
 
-/// What a conversion library returns. The numbers are shown to the user, and the user guide says
+/// What a conversion library returns. The numbers are shown to the user, and the guide says
 /// what each means, so none is ever given another meaning. Whatever is no success has left the
 /// source as it was, no wave at the destination and nothing beside it; what stood at the
 /// destination before still stands there. Only at WriteFailed a whole wave may stand there: its

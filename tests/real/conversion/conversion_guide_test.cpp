@@ -24,7 +24,7 @@ TEST(ConversionGuide, TellsWhatEachNumberMeans) {
   EXPECT_EQ(codes.erase(0), 1U);
   EXPECT_EQ(codes.erase(5), 1U);
   EXPECT_FALSE(codes.empty());
-  EXPECT_EQ(Figures(TAVLO_USER_GUIDE, std::regex(R"(^\| \*\*(\d+)\*\* \| )")), codes);
+  EXPECT_EQ(Figures(TAVLO_FORMATS_PAGE, std::regex(R"(^\| \*\*(\d+)\*\* \| )")), codes);
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ namespace {
 
 /// The extensions in the first column of the guide's table of formats.
 std::set<std::string> ExtensionsInTheGuide() {
-  const std::string guide = ReadFile(TAVLO_USER_GUIDE);
+  const std::string guide = ReadFile(TAVLO_FORMATS_PAGE);
   const std::size_t begin = guide.find("\n| Extension | Kinds |\n|---|---|\n");
   std::istringstream lines(begin == guide.npos ? "" : guide.substr(begin + 1));
   std::set<std::string> extensions;
