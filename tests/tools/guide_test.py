@@ -63,6 +63,13 @@ class Guide(unittest.TestCase):
         self.assertIn('<h2 id="a-full-disk">A full disk</h2>', self.built_page("files.html"))
         self.assertIn('src="pictures/pedal.png"', self.built_page("pedals.html"))
 
+    def test_table_moves_in_a_frame_of_its_own(self):
+        self.write("files.md", "# Files\n\n## A full disk\n\n| a | b |\n|---|---|\n| 1 | 2 |\n")
+        self.build()
+        self.assertRegex(
+            self.built_page("files.html"), r'(?s)<div class="table"><table>.*</table></div>'
+        )
+
     def test_each_page_names_itself_and_its_neighbours(self):
         self.build()
         page = self.built_page("pedals.html")
