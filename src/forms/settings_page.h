@@ -61,7 +61,7 @@ struct SettingsPage {
   Choice chkAccelerateWindIncrement{
       &frameWindIncrement,
       "chkAccelerateWindIncrement",
-      {.caption = "Accelerate", .tooltip = "Wind in longer steps the longer a wind lasts"}};
+      {.caption = "Accelerate", .tooltip = "Wind faster the longer a wind lasts"}};
   Text txtAccelerateWindIncrement{
       &frameWindIncrement, "txtAccelerateWindIncrement", {.visible = false}};
   Choice chkMinimizeMiniPlayer{
@@ -116,9 +116,10 @@ struct SettingsPage {
   Text lblDeleteCompletedLimit{
       &frameSettings, "lblDeleteCompletedLimit", {.caption = "Above 22 days nothing is deleted."}};
   Text lblViewDelay{&frameSettings, "lblViewDelay", {.caption = "View Delay"}};
-  Text txtViewDelay{&frameSettings,
-                    "txtViewDelay",
-                    {.tooltip = "The number of seconds that a new document takes to settle"}};
+  Text txtViewDelay{
+      &frameSettings,
+      "txtViewDelay",
+      {.tooltip = "Kept for older settings: the deck sees for itself when a document is whole"}};
   Text lblWavConvMode{&frameSettings, "lblWavConvMode", {.caption = "Wav Conversion"}};
   Text txtWavConvMode{
       &frameSettings, "txtWavConvMode", {.tooltip = "Wav mode:  8, 11, 12, 16, 22, or 44 KHz"}};
