@@ -336,6 +336,11 @@ void Window::FocusOn(Control& control) {
   MarkChanged();
 }
 
+void Window::ComeToFront() {
+  ++frontVersion_;
+  MarkChanged();
+}
+
 void Window::Centre() {
   Left = ScreenLeft + (ScreenWidth - Width) / 2;
   Top = ScreenTop + (ScreenHeight - Height) / 2;

@@ -364,6 +364,12 @@ class Window : public Pane {
   Control* Focused() const { return focused_; }
   unsigned FocusVersion() const { return focusVersion_; }
 
+  /// Asks the toolkit to show the window in front of the others. The keyboard stays where it is as
+  /// far as the desktop can do that, since somebody may be typing there. One that is not visible,
+  /// or minimized, stays so.
+  void ComeToFront();
+  unsigned FrontVersion() const { return frontVersion_; }
+
   /// Puts the window in the middle of its screen.
   void Centre();
 
@@ -379,6 +385,7 @@ class Window : public Pane {
   base::Loop& loop_;
   Control* focused_ = nullptr;
   unsigned focusVersion_ = 0;
+  unsigned frontVersion_ = 0;
 };
 
 /// Shows the hourglass on a window for as long as it lives, so that a command that fails on its way

@@ -123,6 +123,7 @@ void TopWindow::Show() {
   ShowPlace();
   ShowVisible();
   ShowFocus();
+  ShowFront();
 }
 
 void TopWindow::ShowShape() {
@@ -182,6 +183,15 @@ void TopWindow::ShowFocus() {
   shownFocus_ = form_.FocusVersion();
   QWidget* const widget = form_.Focused() ? binder_.WidgetOf(*form_.Focused()) : nullptr;
   if (widget) widget->setFocus(Qt::OtherFocusReason);
+}
+
+void TopWindow::ShowFront() {
+  if (std::exchange(shownFront_, form_.FrontVersion()) == form_.FrontVersion()) return;
+  if (!isVisible() || WantsMinimized()) return;
+  // The one manager that gives the keyboard along with this knows no other way to the front.
+  raise();
+  comesBack_ = true;
+  settle_.start();
 }
 
 void TopWindow::Settled() {

@@ -50,6 +50,7 @@ class TopWindow : public QWidget {
   void ShowVisible();
   void PlaceHidden();
   void ShowFocus();
+  void ShowFront();
   void Settled();
   /// Shows a window that came back by itself, and so without the keyboard, in front of the others.
   void ComeForward();
@@ -84,6 +85,7 @@ class TopWindow : public QWidget {
   bool notMinimized_ = false;  ///< The form wants to be, and this desktop could not bring it back.
   bool shownTopMost_ = false;
   unsigned shownFocus_ = 0;
+  unsigned shownFront_ = 0;
   bool told_ = false;
 };
 
