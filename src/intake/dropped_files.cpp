@@ -53,6 +53,16 @@ DroppedFiles::DroppedFiles(base::Loop& loop, window::MainWindow& window,
   };
 }
 
+void DroppedFiles::TakeIntoQueue(const std::vector<std::string>& paths) {
+  // The view builds its list anew as it comes.
+  Take(paths, folders_.InQueuePath,
+       form_.frameInQueue.Visible ? form_.cmdUpdateFileList : form_.mnuViewQueue);
+}
+
+void DroppedFiles::CopyIntoQueue(const std::vector<std::string>& paths) {
+  if (!paths.empty()) CopyAll(paths, folders_.InQueuePath);
+}
+
 void DroppedFiles::Take(const std::vector<std::string>& paths, const std::string& folder,
                         forms::Command& refresh) {
   if (!window_.guards.ListsMayChange()) {

@@ -18,6 +18,12 @@ class DroppedFiles {
  public:
   DroppedFiles(base::Loop& loop, window::MainWindow& window, const store::DocumentFiles& files);
 
+  /// Takes files, full paths, as if a hand had let them go over the Queue, whatever view shows. The
+  /// Queue shows when something has come.
+  void TakeIntoQueue(const std::vector<std::string>& paths);
+  /// Copies them into the folder of the Queue alone; no list is built.
+  void CopyIntoQueue(const std::vector<std::string>& paths);
+
  private:
   /// `refresh` is pressed when the list has more to show.
   void Take(const std::vector<std::string>& paths, const std::string& folder,
