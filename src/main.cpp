@@ -1,11 +1,20 @@
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <string>
+#include <vector>
 
+#include "platform/desktop/given_files.h"
 #include "platform/desktop/program.h"
 
 int main(int argc, char** argv) {
-  std::optional<tavlo::platform::desktop::Program> program(std::in_place, argc, argv);
+  using namespace tavlo::platform::desktop;
+  const std::vector<std::string> files = GivenFiles(argc, argv);
+  // The toolkit has options of its own, and would take a file for one.
+  int programAlone = std::min(argc, 1);
+  std::optional<Program> program(std::in_place, programAlone, argv, nullptr,
+                                 tavlo::platform::TrustStore(), files);
   const int status = program->Run();
   program.reset();
   std::fflush(nullptr);

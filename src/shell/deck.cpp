@@ -15,7 +15,12 @@ Deck::Deck(Platform platform)
       splash_(platform_.loop, windows.splash, [this] { load_->LoadMainWindow(); }) {}
 
 void Deck::Start() {
-  const RootClaim claim = platform_.claimRoot();
+  RootClaim claim = platform_.claimRoot();
+  if (claim == RootClaim::OfAnotherCopy && !platform_.filesToOpen.empty()) {
+    if (platform_.fileHandover.HandOver(platform_.filesToOpen)) return platform_.endProcess(0);
+    // One that was just ending may have ended meanwhile.
+    claim = platform_.claimRoot();
+  }
   if (claim == RootClaim::OfAnotherCopy) return RefuseSecondCopy();
   store::OpenedDatabase opened;
   std::string failure;
@@ -29,6 +34,7 @@ void Deck::Start() {
   rooms_.emplace(platform_, windows, folders_, std::move(opened.database));
   load_.emplace(platform_.loop, windows, *rooms_);
   exit_.emplace(platform_.loop, windows, *rooms_, platform_.endProcess);
+  rooms_->openedFiles.Begin(platform_.filesToOpen);
   splash_.Show(rooms_->settings.ProgramVersionText());
 }
 

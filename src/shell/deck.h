@@ -20,8 +20,9 @@ class Deck {
 
   Windows windows;
 
-  /// Refuses a second copy, makes a fresh root, opens the settings and shows the splash; the main
-  /// window follows by itself. When it cannot go on, as where the root gives no answer, it says why
+  /// Hands the files that it was given to a copy that runs already, or refuses to be a second one;
+  /// else makes a fresh root, opens the settings and shows the splash; the main window follows by
+  /// itself. When it cannot go on, as where the root gives no answer, it says why
   /// and asks for the end of the process.
   void Start();
 

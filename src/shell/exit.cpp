@@ -96,6 +96,7 @@ void Exit::EndUnlessADocumentIsOpen() {
 }
 
 void Exit::End() {
+  rooms_.openedFiles.End();
   // What the thaw leaves to hands, as the import directories, would work on in the waits.
   const window::ListPause pause(rooms_.mainWindow.guards);
   rooms_.usbPedal.StopReading();

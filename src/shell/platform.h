@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "base/loop.h"
 #include "ftp/ftp_client.h"
@@ -13,6 +14,7 @@
 #include "playback/audio_objects.h"
 #include "playback/source_mixer.h"
 #include "reports/program_starter.h"
+#include "shell/file_handover.h"
 #include "store/browsable_folders.h"
 #include "store/disk.h"
 #include "store/settings_database.h"
@@ -43,6 +45,7 @@ struct Platform {
   lists::DesktopNotifier& notifier;
   ftp::FtpClient& ftpClient;
   reports::ProgramStarter& programStarter;
+  FileHandover& fileHandover;
   /// Whose name stands in what this copy claims of folders that several decks sweep.
   intake::ClaimOwner claimOwner;
   /// Full path of the root under which all folders and the settings stand, without a trailing
@@ -50,7 +53,9 @@ struct Platform {
   std::string installRoot;
   /// What an installation supplies: the source of a fresh root.
   std::string shareFolder;
-  /// Claims the root for this copy, for as long as it runs.
+  /// Files that this start was given to open, full paths.
+  const std::vector<std::string>& filesToOpen;
+  /// Claims the root for this copy, for as long as it runs. Asked again when another copy had it.
   std::function<RootClaim()> claimRoot;
   /// Starts the desktop's own program that shows what the machine is made of, and does not wait for
   /// it. False when there is none.

@@ -73,7 +73,9 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       report(platform.loop, mainWindow, files, queue, completed, platform.programStarter,
              settings.ProgramVersionText()),
       menus(platform, windows.about, mainWindow, configuration, playback,
-            settings.ProgramVersionText()) {
+            settings.ProgramVersionText()),
+      openedFiles(
+          {platform.loop, mainWindow, documentInWork, droppedFiles, platform.fileHandover}) {
   configuration.Register(settingsChoices);
   configuration.Register(equalizer);
   configuration.Register(mixerPage);

@@ -42,6 +42,7 @@
 #include "shell/branding.h"
 #include "shell/fascia.h"
 #include "shell/menus.h"
+#include "shell/opened_files.h"
 #include "shell/platform.h"
 #include "shell/views.h"
 #include "shell/work_views.h"
@@ -131,6 +132,7 @@ struct Rooms {
   FtpView ftpView;
   reports::Report report;
   Menus menus;
+  OpenedFiles openedFiles;
 };
 
 }  // namespace tavlo::shell

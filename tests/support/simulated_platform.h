@@ -14,6 +14,7 @@
 #include "support/simulated_disk.h"
 #include "support/simulated_folders.h"
 #include "support/simulated_ftp.h"
+#include "support/simulated_handover.h"
 #include "support/simulated_loop.h"
 #include "support/simulated_mixer.h"
 #include "support/simulated_notifier.h"
@@ -50,6 +51,9 @@ class SimulatedPlatformOf {
   SimulatedNotifier notifier;
   SimulatedFtpClient ftp{loop, disk};
   SimulatedPrograms programs;
+  SimulatedHandover handover{loop};
+  /// Files that the next start is given.
+  std::vector<std::string> filesToOpen;
   /// Another copy runs on the same root.
   bool anotherCopy = false;
   /// The desktop has a program that shows what the machine is made of.
@@ -97,9 +101,11 @@ class SimulatedPlatformOf {
             .notifier = notifier,
             .ftpClient = ftp,
             .programStarter = programs,
+            .fileHandover = handover,
             .claimOwner = {.host = "desk", .process = 41},
             .installRoot = kRoot,
             .shareFolder = kShare,
+            .filesToOpen = filesToOpen,
             .claimRoot = [this] { return ClaimRoot(); },
             .showSystemInformation =
                 [this] {

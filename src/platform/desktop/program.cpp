@@ -9,6 +9,7 @@
 #include "platform/convert/plugin_conversion_libraries.h"
 #include "platform/curl/curl_ftp_client.h"
 #include "platform/desktop/detached_programs.h"
+#include "platform/desktop/file_handover.h"
 #include "platform/desktop/folders.h"
 #include "platform/desktop/hang_up.h"
 #include "platform/desktop/message_buses.h"
@@ -51,10 +52,12 @@ constexpr PlainFile::Accepted kPromptFiles{.links = Links::Followed,
 }  // namespace
 
 struct Program::Parts {
-  Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port, const TrustStore& trust)
+  Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port, const TrustStore& trust,
+        const std::vector<std::string>& files)
       : application(argc, argv),
         serialPort(port ? std::move(port) : MachinePort()),
-        ftpClient(loop, loop, trust) {
+        ftpClient(loop, loop, trust),
+        filesToOpen(files) {
     // The watch and the port end with the rooms, and nobody lets go of them after that.
     feet.Watch(usbWatcher, [this] { return deck.Built()->usbPedal.ReleaseStops(); });
   }
@@ -82,6 +85,7 @@ struct Program::Parts {
   void End(int status) {
     if (!sessionEnds) return loop.Quit(status);
     databases.CloseAll();
+    fileHandover.Close();
     rootLock.GiveBack();
     HangUp();
     std::_Exit(status);
@@ -121,6 +125,9 @@ struct Program::Parts {
   CurlFtpClient ftpClient;
   /// It gives the lock back by an errand, which looks at the pedals.
   RootLock rootLock{errands, root};
+  /// Its door closes before the root is given back, for the next copy opens one under that name.
+  SocketHandover fileHandover{loop, loop, root};
+  const std::vector<std::string> filesToOpen;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
                     .browsableFolders = browsableFolders,
@@ -136,9 +143,11 @@ struct Program::Parts {
                     .notifier = notifications,
                     .ftpClient = ftpClient,
                     .programStarter = programs,
+                    .fileHandover = fileHandover,
                     .claimOwner = ThisProcess(),
                     .installRoot = root,
                     .shareFolder = ShareFolder(),
+                    .filesToOpen = filesToOpen,
                     .claimRoot = [this] { return rootLock.Claim(); },
                     .showSystemInformation = ShowSystemInformation,
                     .openFolder = OpenFolder,
@@ -153,10 +162,10 @@ struct Program::Parts {
 };
 
 Program::Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort,
-                 const TrustStore& trust) {
+                 const TrustStore& trust, const std::vector<std::string>& files) {
   LeaveSilentBuses();
   const ScreenSearch search;
-  parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort), trust);
+  parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort), trust, files);
   qt::PrepareApplication();
 }
 

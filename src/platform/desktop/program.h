@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "pedals/serial_port.h"
 #include "platform/curl/trust_store.h"
@@ -15,10 +16,10 @@ namespace tavlo::platform::desktop {
 /// each process.
 class Program {
  public:
-  /// A serial port that is given takes the place of the machine's, and a trust store that of the
-  /// system's.
+  /// The arguments are the toolkit's. A serial port that is given takes the place of the machine's,
+  /// and a trust store that of the system's. The files, full paths, are opened with the deck.
   Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort = nullptr,
-          const TrustStore& trust = {});
+          const TrustStore& trust = {}, const std::vector<std::string>& files = {});
   ~Program();
   Program(const Program&) = delete;
 

@@ -43,7 +43,10 @@ StartedProgram::StartedProgram(const std::string& program, const std::string& ho
   ::unsetenv("XDG_CONFIG_HOME");
   ::setenv("XDG_CACHE_HOME", cache_.Path().c_str(), 1);
   if (!Enter(surroundings)) ::_exit(126);
-  ::execl(program.c_str(), program.c_str(), nullptr);
+  std::vector<const char*> arguments{program.c_str()};
+  for (const std::string& argument : surroundings.arguments) arguments.push_back(argument.c_str());
+  arguments.push_back(nullptr);
+  ::execv(program.c_str(), const_cast<char* const*>(arguments.data()));
   ::_exit(127);
 }
 
@@ -58,6 +61,10 @@ bool StartedProgram::Running() {
 std::optional<int> StartedProgram::ExitStatus() {
   Until([this] { return !Running(); });
   return status_;
+}
+
+void StartedProgram::Send(int signal) {
+  if (Running()) ::kill(process_, signal);
 }
 
 void StartedProgram::Kill() {

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "support/temporary_folder.h"
 
@@ -13,6 +14,7 @@ namespace tavlo::test {
 
 /// What a started program finds around it where that differs from what this process has.
 struct Surroundings {
+  std::vector<std::string> arguments;
   /// Nothing takes a variable away.
   std::map<std::string, std::optional<std::string>> environment;
   /// A file that gets what the program says on its standard error; empty leaves it with the test's.
@@ -36,6 +38,7 @@ class StartedProgram {
   /// Waits for the end: the exit status, 128 and the signal's number when one ended it, nothing
   /// when it never ends.
   std::optional<int> ExitStatus();
+  void Send(int signal);
   void Kill();
 
  private:
