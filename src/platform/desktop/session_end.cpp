@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QObject>
+#include <QSessionManager>
 #include <QSocketNotifier>
 #include <QString>
 #include <QThread>
@@ -98,6 +99,12 @@ class SessionEnd::Watch : public QObject {
     // The toolkit ends the process by itself when the screen is gone, and not always with a word.
     // The call can not be taken back, so there is one for all watches.
     [[maybe_unused]] static const int registered = std::atexit([] { LoseScreen(); });
+    // The toolkit's own command has options, which would be names of files to this program.
+    const auto restart = [](QSessionManager& manager) {
+      manager.setRestartCommand({QCoreApplication::applicationFilePath()});
+    };
+    connect(qGuiApp, &QGuiApplication::saveStateRequest, this, restart);
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, restart);
     // Only what comes with a session that ends: desktops ask for the state at other times too.
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { Run(calls_.ends); });
     qGuiApp->installEventFilter(this);

@@ -36,18 +36,21 @@ class SessionManager::Desk {
 
   bool Turn(const std::function<bool()>& until);
   bool Saved() const { return saved_; }
+  const std::vector<std::string>& RestartCommand() const { return restartCommand_; }
   void Ask(int what, bool sessionEnds, int interaction);
 
  private:
   static Status TakeClient(SmsConn client, SmPointer self, unsigned long* answered,
                            SmsCallbacks* answers, char** refusal);
   void Accept();
+  void Keep(const SmProp& property);
 
   int listenerCount_ = 0;
   IceListenObj* listeners_ = nullptr;
   IceConn connection_ = nullptr;
   SmsConn client_ = nullptr;
   bool saved_ = false;
+  std::vector<std::string> restartCommand_;
 };
 
 SessionManager::Desk::Desk() {
@@ -88,7 +91,8 @@ Status SessionManager::Desk::TakeClient(SmsConn client, SmPointer self, unsigned
               SmsSaveYourselfRequestProcMask | SmsSaveYourselfP2RequestProcMask |
               SmsDeletePropertiesProcMask | SmsGetPropertiesProcMask;
   for (auto* each :
-       {&answers->register_client.manager_data, &answers->save_yourself_done.manager_data}) {
+       {&answers->register_client.manager_data, &answers->save_yourself_done.manager_data,
+        &answers->set_properties.manager_data}) {
     *each = self;
   }
   answers->register_client.callback = [](SmsConn newcomer, SmPointer, char* before) -> Status {
@@ -106,8 +110,12 @@ Status SessionManager::Desk::TakeClient(SmsConn client, SmPointer self, unsigned
   answers->close_connection.callback = [](SmsConn, SmPointer, int, char** reasons) {
     SmFreeReasons(0, reasons);
   };
-  answers->set_properties.callback = [](SmsConn, SmPointer, int count, SmProp** properties) {
-    for (int i = 0; i < count; ++i) SmFreeProperty(properties[i]);
+  answers->set_properties.callback = [](SmsConn, SmPointer manager, int count,
+                                        SmProp** properties) {
+    for (int i = 0; i < count; ++i) {
+      static_cast<Desk*>(manager)->Keep(*properties[i]);
+      SmFreeProperty(properties[i]);
+    }
     std::free(properties);
   };
   answers->interact_request.callback = [](SmsConn asking, SmPointer, int) { SmsInteract(asking); };
@@ -136,6 +144,16 @@ bool SessionManager::Desk::Turn(const std::function<bool()>& until) {
   });
 }
 
+void SessionManager::Desk::Keep(const SmProp& property) {
+  if (std::string(property.name) != SmRestartCommand) return;
+  restartCommand_.clear();
+  for (int i = 0; i < property.num_vals; ++i) {
+    const SmPropValue& word = property.vals[i];
+    restartCommand_.emplace_back(static_cast<const char*>(word.value),
+                                 static_cast<std::size_t>(word.length));
+  }
+}
+
 void SessionManager::Desk::Accept() {
   for (int i = 0; i < listenerCount_; ++i) {
     if (!HasNews(IceGetListenConnectionNumber(listeners_[i]))) continue;
@@ -151,6 +169,11 @@ SessionManager::~SessionManager() = default;
 
 bool SessionManager::Welcome() {
   return desk_->Turn([this] { return desk_->Saved(); });
+}
+
+std::vector<std::string> SessionManager::RestartCommand() {
+  desk_->Turn([this] { return !desk_->RestartCommand().empty(); });
+  return desk_->RestartCommand();
 }
 
 void SessionManager::BeginLogout() { desk_->Ask(SmSaveBoth, true, SmInteractStyleAny); }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace tavlo::test {
 
@@ -17,6 +19,8 @@ class SessionManager {
   bool Welcome();
   /// Asks the program to save itself because the session ends.
   void BeginLogout();
+  /// How the program has said it is to be started in the next session, word by word.
+  std::vector<std::string> RestartCommand();
 
  private:
   class Desk;

@@ -130,6 +130,16 @@ TEST_F(SessionProgram, LogoutStoresAndEndsAndTheFirstQuestionOfTheManagerDoesNot
   ExpectStoredWhereTheEarWas();
 }
 
+TEST_F(SessionProgram, NextSessionStartsItWithoutOptionsWhichWouldBeFilesToIt) {
+  SessionManager manager;
+  WorkingProgram program(home, [](DrivenProgram& driven) { ASSERT_TRUE(driven.Begin()); });
+  EXPECT_TRUE(manager.Welcome());
+  EXPECT_EQ(manager.RestartCommand(), std::vector<std::string>{fs::read_symlink("/proc/self/exe")});
+  ASSERT_TRUE(program.Await());
+  program.Send(SIGTERM);
+  EXPECT_EQ(program.ExitStatus(), 0);
+}
+
 TEST_F(SessionProgram, OpenConfigurationIsSaved) {
   WorkingProgram program(home, [](DrivenProgram& driven) {
     ASSERT_TRUE(driven.Begin());
