@@ -206,6 +206,7 @@ void Desk::Kill() {
   controls_.reset();
   deck_.reset();
   ftp.ForgetProcess();
+  handover.ForgetProcess();
   nothingToDelete = false;
   staysOnTop = false;
   // The machine takes back what a process held.

@@ -74,6 +74,7 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"click an import row", 3, &Typist::ClickImportRow},
       {"work on the imports", 16, &Typist::WorkOnImports},
       {"drop files", 4, &Typist::DropFiles},
+      {"open files", 2, &Typist::OpenFiles},
       {"work on the servers", 12, &Typist::WorkOnServers},
       {"switch automatic retrieval", 2, &Typist::SwitchAutoRetrieve},
       {"edit the servers", 3, &Typist::EditServers},

@@ -101,6 +101,12 @@ class Typist {
   /// Chooses directories and profiles, sends, deletes and drops files over the list.
   void WorkOnImports();
   void DropFiles();
+  /// Opens files with the deck from the file manager.
+  void OpenFiles();
+  /// Some files of the desktop that were not taken to the deck yet.
+  std::vector<std::string> FreshOnDesktop() const;
+  /// They are taken there now, and copies of them may come.
+  void TakeThere(const std::vector<std::string>& paths);
   void NoteImportConsent(const base::MessageBox& box);
   /// The typist has agreed that the file of that row of the Import list be deleted.
   void NoteConsentFor(const std::string& shown);
@@ -196,7 +202,7 @@ class Typist {
   std::string exitedWrongly_;
   /// The completed document that was clicked last.
   std::string clickedCompleted_;
-  /// Full paths of the files on the desktop that were dropped over a list.
+  /// Full paths of the files on the desktop that were dropped over a list, or opened with the deck.
   std::set<std::string> dropped_;
 };
 

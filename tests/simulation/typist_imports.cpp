@@ -67,21 +67,28 @@ void Typist::TurnToDirectory(int directory) {
   scroll.Release();
 }
 
-void Typist::DropFiles() {
-  forms::MainForm& main = desk_.Main();
-  forms::Table& list = main.listViewImport.Reachable() ? main.listViewImport : main.listViewInQueue;
+std::vector<std::string> Typist::FreshOnDesktop() const {
   std::vector<std::string> paths;
   for (const std::string& name : desk_.disk.NamesIn(kDesktop)) {
-    // A file that is dropped again would rightly stand there twice.
+    // A file that is taken there again would rightly stand there twice.
     const std::string path = kDesktop + name;
     if (paths.size() < 3 && !dropped_.contains(path)) paths.push_back(path);
   }
-  if (list.Reachable()) {
-    for (const std::string& path : paths) {
-      dropped_.insert(path);
-      ledger_.MayCome(desk_.disk.Contents(path));
-    }
+  return paths;
+}
+
+void Typist::TakeThere(const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    dropped_.insert(path);
+    ledger_.MayCome(desk_.disk.Contents(path));
   }
+}
+
+void Typist::DropFiles() {
+  forms::MainForm& main = desk_.Main();
+  forms::Table& list = main.listViewImport.Reachable() ? main.listViewImport : main.listViewInQueue;
+  std::vector<std::string> paths = FreshOnDesktop();
+  if (list.Reachable()) TakeThere(paths);
   if (chance_.OneIn(3)) paths.push_back(chance_.Pick(kNoFiles));
   if (chance_.OneIn(6)) {
     for (const std::string& name : desk_.disk.NamesIn(Desk::Path(kInQueue))) {
@@ -90,6 +97,15 @@ void Typist::DropFiles() {
   }
   Note("drops " + std::to_string(paths.size()) + " files over " + list.Name);
   list.DropFiles(paths);
+}
+
+void Typist::OpenFiles() {
+  if (!desk_.handover.Listens()) return;
+  std::vector<std::string> paths = FreshOnDesktop();
+  TakeThere(paths);
+  if (paths.empty() || chance_.OneIn(3)) paths.push_back(chance_.Pick(kNoFiles));
+  Note("opens " + std::to_string(paths.size()) + " files");
+  desk_.handover.Come(paths);
 }
 
 void Typist::NoteImportConsent(const base::MessageBox& box) {
