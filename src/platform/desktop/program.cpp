@@ -18,6 +18,7 @@
 #include "platform/desktop/root_lock.h"
 #include "platform/desktop/screen_search.h"
 #include "platform/desktop/session_end.h"
+#include "platform/desktop/startup_feedback.h"
 #include "platform/desktop/system_information.h"
 #include "platform/desktop/this_process.h"
 #include "platform/ffmpeg/ahead_audio_file.h"
@@ -92,6 +93,7 @@ struct Program::Parts {
   }
 
   bool sessionEnds = false;
+  const StartupFeedback startupFeedback;
   QApplication application;
   Notifications notifications;
   const std::string root = InstallRoot();
@@ -174,7 +176,12 @@ Program::~Program() = default;
 int Program::Run() {
   parts_->loop.Post([this] {
     parts_->deck.Start();
-    parts_->decoderLibraries.LoadBeside();
+    if (parts_->deck.Built()) {
+      parts_->decoderLibraries.LoadBeside();
+    } else {
+      // It has handed over its files, or said in a box why it can not go on.
+      parts_->startupFeedback.End();
+    }
   });
   const auto end = [this](void (shell::Deck::*how)()) {
     return [this, how] { parts_->EndSession(how); };
