@@ -66,7 +66,7 @@ void Takings::EndSession(bool now) {
   During(std::move(wish), [&] { desk_.EndSession(now); });
   if (desk_.loop.Shown.size() != boxes) Note("The end of the session asks.");
   if (now && !desk_.ended) Note("The session has ended, and the program goes on.");
-  if (alone) LookWhetherItIsStored(path, contents);
+  if (alone && !desk_.disk.Crashed()) LookWhetherItIsStored(path, contents);
 }
 
 void Takings::LookWhetherItIsTrue(const std::string& said, const std::string& path,
@@ -177,7 +177,10 @@ bool Takings::GivesWayInQueue(const std::string& from, const std::string& to) {
 
 void Takings::LookAtArrival(const std::string& from, const std::string& to) {
   if (to.empty() || madeWay_.erase(to) == 0) return;
-  const auto sources = Ledger::FilesOf(desk_.disk, desk_.disk.Contents(to));
+  // A recording that a server sends twice makes a wave like that of the first one.
+  const bool isConverted = from.substr(FolderOf(from).size()).starts_with(".TavloWave ");
+  const auto sources = isConverted ? std::vector<std::string>()
+                                   : Ledger::FilesOf(desk_.disk, desk_.disk.Contents(to));
   const bool ofTheUser = FolderOf(from) == kPathOfCompleted || IsToBeImported(from) ||
                          std::ranges::any_of(sources, [](const std::string& path) {
                            return FolderOf(path) == kPathOfCompleted;
