@@ -55,6 +55,8 @@ std::vector<Step> Day::Steps() {
   AddArrived(steps);
   AddRetrieval(steps);
   AddLostServer(steps);
+  AddPaths(steps);
+  AddOwnWays(steps);
   AddEnd(steps);
   return steps;
 }

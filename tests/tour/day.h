@@ -74,6 +74,8 @@ class Day {
   void AddDeleting(std::vector<Step>& steps);
   void AddFaces(std::vector<Step>& steps);
   void AddQuiet(std::vector<Step>& steps);
+  void AddPaths(std::vector<Step>& steps);
+  void AddOwnWays(std::vector<Step>& steps);
   void AddServer(std::vector<Step>& steps);
   void AddRefusal(std::vector<Step>& steps);
   void AddListing(std::vector<Step>& steps);
@@ -82,8 +84,9 @@ class Day {
   void AddArrived(std::vector<Step>& steps);
   void AddRetrieval(std::vector<Step>& steps);
   void AddLostServer(std::vector<Step>& steps);
-  /// Opens the configuration at the page of the servers.
-  void AddServersPage(std::vector<Step>& steps, std::string says, std::string picture = {});
+  /// Opens the configuration and goes to the page of that letter.
+  void AddPage(std::vector<Step>& steps, std::uint32_t letter, const forms::Pane& page,
+               std::string says, std::string picture = {});
   /// Logs in with the server that is chosen, and lists what it has.
   void AddConnecting(std::vector<Step>& steps);
   /// Picks a row of a box, so many below the one that it shows.
@@ -130,6 +133,7 @@ class Day {
   /// A click on the author's name in a row of the list.
   void ClickAuthor(const char* list, int row);
   void ClickImportRow(int row);
+  void ClickFolder(const std::string& name);
   /// The status box of the Ftp view says that, among other things.
   bool FtpSays(const char* words);
   static int RowIn(const forms::Table& list, const std::string& author);

@@ -5,20 +5,44 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <array>
 #include <string>
 
 namespace tavlo::tour {
 namespace {
 
+constexpr const char* kFileManager = "file-manager";
+
+void Write(const QString& path, const QByteArray& text) {
+  QDir().mkpath(QFileInfo(path).path());
+  QFile file(path);
+  if (file.open(QFile::WriteOnly)) file.write(text);
+}
+
 /// Its own programs are found before those of the machine.
 void Install(const char* name, const QByteArray& script) {
-  const QString bin = InHome("bin");
-  QDir().mkpath(bin);
-  QFile file(bin + "/" + name);
-  if (file.open(QFile::WriteOnly)) file.write("#!/bin/sh\n" + script);
-  file.close();
-  file.setPermissions(file.permissions() | QFile::ExeOwner);
+  const QString path = InHome(QString("bin/") + name);
+  Write(path, "#!/bin/sh\n" + script);
+  QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner);
+}
+
+/// What opens a folder: xdg-open has one where it is installed, and where it is not the deck finds
+/// one of that name.
+void InstallFileManager() {
+  Install(kFileManager,
+          "case $1 in file://*) ;; *) set -- \"file://$1\" ;; esac\n"
+          "printf %s \"$1\" >~/shown-folder.new\n"
+          "mv ~/shown-folder.new ~/shown-folder\n");
+  Install("xdg-open", QByteArray("exec ") + kFileManager + " \"$@\"\n");
+  Write(InHome(".local/share/applications/file-manager.desktop"),
+        QByteArray("[Desktop Entry]\nType=Application\nName=Files\nMimeType=inode/directory;\n"
+                   "Exec=") +
+            kFileManager + " %u\n");
+  Write(InHome(".config/mimeapps.list"),
+        "[Default Applications]\ninode/directory=file-manager.desktop\n");
+  // Without a desktop, or without what tells the kinds of files, it asks for a browser.
+  qputenv("BROWSER", kFileManager);
 }
 
 /// No service is started by its name here: the toolkit would bring up those of screen readers.
@@ -30,9 +54,7 @@ constexpr const char* kBus =
 }  // namespace
 
 Desk::Desk() {
-  Install("xdg-open",
-          "printf %s \"$1\" >~/shown-folder.new\n"
-          "mv ~/shown-folder.new ~/shown-folder\n");
+  InstallFileManager();
   Install("writer",
           "if [ $# -gt 0 ]; then\n"
           "  printf '%s\\n' \"$@\" >~/writer-arguments.new\n"
@@ -46,9 +68,7 @@ Desk::Desk() {
 
 void Desk::StartBus() {
   const QString configuration = InHome("bus.conf");
-  QFile file(configuration);
-  if (file.open(QFile::WriteOnly)) file.write(kBus);
-  file.close();
+  Write(configuration, kBus);
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return;
   bus_.Start({"dbus-daemon", "--config-file=" + configuration.toStdString(), "--nofork",

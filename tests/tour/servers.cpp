@@ -36,7 +36,8 @@ void Day::AddServer(std::vector<Step>& steps) {
                          Office::Put("Nakamura", "Ward 3\\noon.wav");
                        },
                    .seen = [] { return Office::Files().size() == 4; }});
-  AddServersPage(steps, "the Ftp page shows the first of the server profiles", "server-page");
+  AddPage(steps, 'f', config.frameFtp, "the Ftp page shows the first of the server profiles",
+          "server-page");
   AddTyping(steps, "txtFtpName", "office", config.txtFtpName, "it gets a name");
   AddTyping(steps, "eServer", office_.Address(), config.eServer, "the address of the server");
   AddTyping(steps, "eUser", Office::kUser, config.eUser, "a user");
@@ -70,7 +71,7 @@ void Day::AddRefusal(std::vector<Step>& steps) {
                Main().mnuView.Enabled;
       },
       "ftp-refused"));
-  AddServersPage(steps, "the Ftp page has the profile still");
+  AddPage(steps, 'f', config.frameFtp, "the Ftp page has the profile still");
   AddTyping(steps, "ePass", Office::kPassword, config.ePass, "and takes the right password");
   steps.push_back(CloseSettings());
 }
@@ -115,24 +116,6 @@ Step Day::TurnTo(std::uint32_t letter, std::string says, std::function<bool()> s
               },
           .seen = std::move(seen),
           .picture = std::move(picture)};
-}
-
-void Day::AddServersPage(std::vector<Step>& steps, std::string says, std::string picture) {
-  steps.push_back({.says = "the configuration opens",
-                   .act =
-                       [this] {
-                         typist_.KeysUnseen({keys::kAlt, 'f'});
-                         typist_.KeysUnseen({'c'});
-                       },
-                   .seen = [this] { return ConfigurationShows(); }});
-  // It has the page that it showed last.
-  steps.push_back(Keys(
-      {keys::kAlt, 'f'}, std::move(says),
-      [this] {
-        const forms::ConfigurationForm& config = program_.Deck().windows.configuration;
-        return ConfigurationShows() && config.frameFtp.Visible && !config.frameSettings.Visible;
-      },
-      std::move(picture)));
 }
 
 void Day::AddPicking(std::vector<Step>& steps, const char* box, int rowsDown, std::string says,

@@ -118,7 +118,7 @@ void Day::AddArrived(std::vector<Step>& steps) {
 void Day::AddRetrieval(std::vector<Step>& steps) {
   const forms::ConfigurationForm& config = program_.Deck().windows.configuration;
   const auto closed = [] { return QApplication::activePopupWidget() == nullptr; };
-  AddServersPage(steps, "the Ftp page again");
+  AddPage(steps, 'f', config.frameFtp, "the Ftp page again");
   steps.push_back(Click(
       "chkFtpAutoRetrieve", "the deck is to look at the server by itself",
       [&config, this] { return config.chkFtpAutoRetrieve.Value && !Main().mnuViewFtp.Enabled; },
@@ -146,7 +146,7 @@ void Day::AddRetrieval(std::vector<Step>& steps) {
       [this] { return QApplication::activePopupWidget() && !Main().mnuViewFtp.Enabled; },
       "retrieve-menu"));
   steps.push_back(Keys({keys::kEscape}, "the menu closes", closed));
-  AddServersPage(steps, "the Ftp page once more");
+  AddPage(steps, 'f', config.frameFtp, "the Ftp page once more");
   steps.push_back(Click("chkFtpAutoRetrieve", "the deck has looked enough", [&config, this] {
     return !config.chkFtpAutoRetrieve.Value && Main().mnuViewFtp.Enabled;
   }));
