@@ -67,6 +67,10 @@ std::vector<Step> Day::NextMorning() {
        }});
   steps.push_back({.says = "and so is every setting",
                    .seen = [this] { return Settings() == left_.settings.data(); }});
+  steps.push_back({.says = "the typist's own line stands on the deck", .seen = [this] {
+                     return Main().lblCustomDisplay.Visible &&
+                            Main().lblCustomDisplay.Value.Get() == "ward five";
+                   }});
   steps.push_back({.says = "the Ftp view can be had again", .seen = [this] {
                      return Main().mnuViewFtp.Enabled && Main().bConnect.Enabled;
                    }});

@@ -60,7 +60,7 @@ void Day::AddOwnWays(std::vector<Step>& steps) {
   AddTyping(steps, "txtSubjectHeading", "patient", config.txtSubjectHeading,
             "subjects are patients here");
   AddTyping(steps, "txtCustomDisplay", "ward five", config.txtCustomDisplay,
-            "the deck shows where it stands");
+            "the deck is to show where it stands");
   steps.push_back(Drag("sliderABS", 30, "each start goes back by some three seconds", [&config] {
     return config.txtAutoBackspace.WholeNumber() > 20 &&
            config.frameAutoBackspace.Caption.Get().starts_with("Auto Backspace:  ");

@@ -117,11 +117,9 @@ QWidget* MixerStrips::AddWords() {
   card->AddHeading("What these sliders move");
   auto* const words = new QLabel(
       "\u201cOutput\u201d is the loudness of the device, for everything that plays on it. Each "
-      "other "
-      "strip is one program that plays there now, Tavlo Deck among them.\n\nThe desktop keeps "
-      "these "
-      "figures, not the deck. The volume of the dictation itself is set under the keys of the "
-      "deck.",
+      "other strip is one program that plays there now, Tavlo Deck among them.\n\n"
+      "The desktop keeps these figures, not the deck. The volume of the dictation itself is set on "
+      "the deck, beside its keys.",
       card);
   words->setWordWrap(true);
   card->Lines().addWidget(words);
