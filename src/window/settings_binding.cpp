@@ -59,6 +59,7 @@ void SettingsBinding::Load() {
   ftpProfile_.Show(0);
   authorProfile_.Show(0);
   loading_ = false;
+  loaded_ = true;
   StoreChanged();
 }
 
@@ -93,7 +94,8 @@ bool SettingsBinding::SavePlayerPlace() {
 bool SettingsBinding::Flush() { return saver_.Flush(); }
 
 void SettingsBinding::StoreChanged() {
-  if (loading_) return;
+  // The window is there before the settings are; what a hand moves then is no choice of theirs.
+  if (loading_ || !loaded_) return;
   const store::Assignments changed = Changed(Saving::AtChange);
   if (!changed.empty()) Write(changed);
 }

@@ -77,6 +77,7 @@ class SettingsBinding {
   RowBinding ftpProfile_;
   RowBinding authorProfile_;
   bool loading_ = false;
+  bool loaded_ = false;
 };
 
 }  // namespace tavlo::window

@@ -40,6 +40,18 @@ TEST_F(SettingsBindingTest, LoadShowsTheStoredValueOfEachFieldInItsControl) {
   EXPECT_TRUE(config.chkFtpPassiveMode.Value);
 }
 
+TEST_F(SettingsBindingTest, HandThatComesBeforeTheSettingsStoresNothing) {
+  database.With("Speed", "85").With("Volume", "41000").With("FaciaImagePointer", "2");
+  main.txtFasciaImagePointer.Value = "1";
+  main.txtVolume.Value = "65535";
+  EXPECT_TRUE(database.Saves.empty());
+  binding.Load();
+  EXPECT_TRUE(database.Saves.empty());
+  EXPECT_EQ(main.txtSpeed.Value.Get(), "85");
+  EXPECT_EQ(main.txtVolume.Value.Get(), "41000");
+  EXPECT_EQ(main.txtFasciaImagePointer.Value.Get(), "2");
+}
+
 TEST_F(SettingsBindingTest, EveryFieldIsShownAsItIsStoredAndStoredAsItIsShown) {
   const std::vector<Binding> fields = GeneralBindings();
   const auto value = [](const Binding& field, const char* word, const char* truth) {
