@@ -38,30 +38,24 @@ std::string Above(const std::string& folder) {
 FolderBrowser::FolderBrowser(forms::ConfigurationForm& config, store::BrowsableFolders& folders)
     : config_(config), folders_(folders) {
   config_.Dir1.SetColumns({forms::Column{.title = "Folders", .width = kColumnWidth}});
-  config_.Drive1.OnSelect = [this] {
-    if (byHand_) EnterPlace();
-  };
+  // A click on the place that shows counts too: it leads back to its top, or tries it once more.
+  config_.Drive1.OnRowClick = [this] { EnterPlace(); };
   config_.Dir1.OnDoubleClick = [this] { EnterRow(); };
 }
 
 void FolderBrowser::OfferPlaces() {
   places_ = folders_.StartingPlaces();
-  byHand_ = false;
   config_.Drive1.Clear();
   for (const store::StartingPlace& place : places_) config_.Drive1.Add(place.name);
-  byHand_ = true;
-  if (config_.lblBrowsedFolder.Value.Get().empty()) {
-    config_.Drive1.ListIndex = places_.empty() ? -1 : 0;
-  } else {
-    ShowPlace();
-  }
+  if (!config_.lblBrowsedFolder.Value.Get().empty()) return ShowPlace();
+  config_.Drive1.ListIndex = places_.empty() ? -1 : 0;
+  EnterPlace();
 }
 
-/// The place that is browsed is the one that is chosen, so that each other one can be.
+/// The place that is browsed, or the one that could not be.
 void FolderBrowser::ShowPlace() {
-  byHand_ = false;
-  config_.Drive1.ListIndex = PlaceOf(config_.lblBrowsedFolder.Value);
-  byHand_ = true;
+  const bool reads = config_.Dir1.Enabled;
+  config_.Drive1.ListIndex = PlaceOf(reads ? config_.lblBrowsedFolder.Value.Get() : unreadable_);
 }
 
 /// The place that a folder stands on; where one stands inside of another it is the inner one.
@@ -81,7 +75,9 @@ int FolderBrowser::PlaceOf(const std::string& folder) const {
 void FolderBrowser::EnterPlace() {
   const int chosen = config_.Drive1.ListIndex;
   if (chosen < 0 || chosen >= static_cast<int>(places_.size())) return;
-  const bool entered = Enter(places_[static_cast<std::size_t>(chosen)].folder);
+  const std::string folder = places_[static_cast<std::size_t>(chosen)].folder;
+  const bool entered = Enter(folder);
+  if (!entered) unreadable_ = folder;
   config_.Dir1.Enabled = entered;
   if (!entered) config_.Dir1.Clear();
   config_.Dir1.WhenEmpty = entered ? "No folders" : "This place cannot be read";

@@ -29,8 +29,8 @@ class FolderBrowser {
   forms::ConfigurationForm& config_;
   store::BrowsableFolders& folders_;
   std::vector<store::StartingPlace> places_;
-  /// A choice of the list of places that somebody made, and not this room.
-  bool byHand_ = true;
+  /// The place that was chosen last, while it can not be read.
+  std::string unreadable_;
 };
 
 }  // namespace tavlo::window

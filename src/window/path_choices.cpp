@@ -23,7 +23,9 @@ PathChoices::PathChoices(forms::ConfigurationForm& config, const store::WorkFold
   };
   for (const PathRow& row : rows) {
     row.set.OnPress = [this, &text = row.text] {
-      text.Value = config_.lblBrowsedFolder.Value;
+      // Where no place could be read at all there is none to take, and an empty path would be one.
+      const std::string& browsed = config_.lblBrowsedFolder.Value;
+      if (!browsed.empty()) text.Value = browsed;
       FocusAway();
     };
     row.putBack.OnPress = [this, &text = row.text, path = row.path] {

@@ -30,7 +30,7 @@ void FolderList::keyPressEvent(QKeyEvent* event) {
 /// As the pointer does, which chooses a row before it opens it.
 void FolderList::Open(int row) {
   if (row < 0) return;
-  binder_.ByHand(table_, [&table = table_, row] {
+  OnRow([&table = table_, row] {
     table.RowClick(row);
     table.DoubleClick(row);
   });

@@ -72,6 +72,9 @@ class TableList : public QTableView {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  /// Does what a hand meant for a row. Where that must wait, and the list has other rows by then,
+  /// nothing is done.
+  void OnRow(std::function<void()> door);
   /// What the toolkit makes of a key, and nothing more.
   void MoveByKey(QKeyEvent& event);
   /// Offers to sort by each column, for who does not reach the headings with a mouse.
@@ -103,9 +106,6 @@ class TableList : public QTableView {
   bool TakesFiles(const QDropEvent& event) const;
   void ShowDropPlace(bool shows);
   void SortByHand(int column);
-  /// Does what a hand meant for a row. Where that must wait, and the list has other rows by then,
-  /// nothing is done.
-  void OnRow(std::function<void()> door);
 
   forms::Table& table_;
   Binder& binder_;

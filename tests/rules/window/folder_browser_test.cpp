@@ -85,6 +85,26 @@ TEST_F(FolderBrowserTest, PlaceThatCannotBeReadDisablesTheFoldersUntilTheNextGoo
   EXPECT_EQ(Folders(), "home, mnt");
 }
 
+TEST_F(FolderBrowserTest, PlaceThatCouldNotBeReadStaysChosenAndCanBeTriedAgain) {
+  machine.places.push_back({"Stick", "/media/stick"});
+  browser.OfferPlaces();
+  config.Drive1.RowClick(2);
+  browser.OfferPlaces();
+  EXPECT_EQ(config.Drive1.ListIndex, 2);
+  EXPECT_FALSE(config.Dir1.Enabled);
+  machine.folders["/media/stick"] = {"voice"};
+  config.Drive1.RowClick(2);
+  EXPECT_TRUE(config.Dir1.Enabled);
+  EXPECT_EQ(Browsed(), "/media/stick");
+  EXPECT_EQ(Folders(), ".., voice");
+}
+
+TEST_F(FolderBrowserTest, PlaceThatShowsLeadsBackToItsTop) {
+  EnterFolder("work");
+  config.Drive1.RowClick(0);
+  EXPECT_EQ(Browsed(), "/home/typist");
+}
+
 TEST_F(FolderBrowserTest, FolderThatCannotBeReadIsNamedAndNotEntered) {
   EnterFolder("Desk");
   ASSERT_EQ(loop.Shown.size(), 1U);
