@@ -49,6 +49,7 @@ void Exit::EndSessionNow() {
   if (std::exchange(sessionEnded_, true)) return;
   StopSound();
   rooms_.finishing.StoreAtOnce();
+  rooms_.openedFiles.End();
   rooms_.engine.CloseFile();
   rooms_.prompts.Close();
   rooms_.authorProfiles.StoreEdits();

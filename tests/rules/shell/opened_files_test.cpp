@@ -278,6 +278,19 @@ TEST_F(OpenedFilesTest, ThatWaitWhenTheUserExitsAreCopiedForTheNextStart) {
   EXPECT_FALSE(handover.Listens());
 }
 
+TEST_F(OpenedFilesTest, ThatWaitWhenTheSessionEndsAreCopiedForTheNextStart) {
+  StartUntilReady();
+  const std::string memo = OnStick("memo.wav");
+  loop.Expect({.reply = Reply::No, .delay = 5s, .meanwhile = [&] {
+                 handover.Come({memo});
+                 deck.EndSession();
+               }});
+  form.frmMain.CloseRequest();
+  EXPECT_EQ(ended, 0);
+  EXPECT_TRUE(InQueueFolder("memo.wav"));
+  EXPECT_FALSE(handover.Listens());
+}
+
 TEST_F(OpenedFilesTest, FindNobodyOnceTheExitHasBegun) {
   StartUntilReady();
   loop.Expect({.reply = Reply::Yes});
