@@ -153,6 +153,7 @@ void SettingsChoices::ShowSubjectHeading() {
     config_.txtSubjectHeading.Value = "Subject";
     return;
   }
+  main_.lblImportSubject.Value = heading;
   for (forms::Table* list : {&main_.listViewInQueue, &main_.listViewCompleted}) {
     // The lists get their columns once the settings are loaded.
     if (list->Columns().empty()) continue;

@@ -72,7 +72,7 @@ struct ConfigurationWindowTest : testing::Test, SettingsBench {
   PageTwin servers{config.frameFtp};
 };
 
-TEST_F(ConfigurationWindowTest, SubjectHeadingStandsOverBothListsAtOnce) {
+TEST_F(ConfigurationWindowTest, SubjectHeadingStandsOverBothListsAndInTheProfileAtOnce) {
   for (forms::Table* list : {&main.listViewInQueue, &main.listViewCompleted}) {
     list->SetColumns(std::vector<forms::Column>(14));
   }
@@ -81,9 +81,18 @@ TEST_F(ConfigurationWindowTest, SubjectHeadingStandsOverBothListsAtOnce) {
   for (const forms::Table* list : {&main.listViewInQueue, &main.listViewCompleted}) {
     EXPECT_EQ(list->Columns()[forms::document_column::Subject].title, "Patient");
   }
+  EXPECT_EQ(main.lblImportSubject.Value.Get(), "Patient");
   config.txtSubjectHeading.Change("");
   EXPECT_EQ(config.txtSubjectHeading.Value.Get(), "Subject");
   EXPECT_EQ(main.listViewInQueue.Columns()[forms::document_column::Subject].title, "Subject");
+}
+
+TEST_F(ConfigurationWindowTest, SetTakesNoPathWhereNoPlaceCouldBeRead) {
+  Open();
+  config.lblBrowsedFolder.Value = "";
+  const std::string before = config.txtEw2QueuePath.Value;
+  config.cmdSetEw2QueuePath.Press();
+  EXPECT_EQ(config.txtEw2QueuePath.Value.Get(), before);
 }
 
 TEST_F(ConfigurationWindowTest, MenuEntryShowsTheWindowInPlaceOfTheMainOne) {
