@@ -69,7 +69,7 @@ FtpPage::FtpPage(forms::FtpPage& form, Binder& binder, QWidget* parent)
   lines->addWidget(page, 1);
   auto* const kept = new QLabel(
       "What is changed here is kept when another profile is shown, or this window is left by "
-      "Close.",
+      "Close. Memorize takes a copy of a profile, and Clone puts it into the one that shows.",
       this);
   kept->setWordWrap(true);
   lines->addWidget(kept);

@@ -100,6 +100,9 @@ PedalFrame::PedalFrame(forms::SettingsPage& form, Binder& binder, QWidget* paren
     Lines().addWidget(tick, 0, Qt::AlignLeft);
     binder.Tick(*box, *tick);
   }
+  auto* const skips = new QLabel("A double press of an outer pedal skips then.", this);
+  skips->setWordWrap(true);
+  Lines().addWidget(skips);
   AddKind(Lines());
   auto* const state = new QLabel(this);
   state->setWordWrap(true);

@@ -95,6 +95,7 @@ void SettingsCards::AddNewWork(QVBoxLayout& lines) {
   options.addStretch(1);
   AddInterval(lines, form_.txtNewDictationAlertInterval);
   AddBoxes(lines, {&form_.chkAutoImportMode, &form_.chkAutoQueueJob});
+  AddHint(lines, "Auto Queue chooses the next dictation once one is finished.");
   lines.addStretch(1);
 }
 
@@ -112,6 +113,7 @@ void SettingsCards::AddFiles(QVBoxLayout& lines) {
   numbers->addWidget(next, numbers->rowCount(), 1, 1, 2);
   binder_.Press(form_.cmdWavConvMode, *next);
   lines.addLayout(numbers);
+  AddHint(lines, "View Delay and Wav Conversion are kept for older settings and change nothing.");
   lines.addStretch(1);
 }
 
@@ -193,6 +195,12 @@ void SettingsCards::AddBoxes(QVBoxLayout& column, std::initializer_list<forms::C
     column.addWidget(tick, 0, Qt::AlignLeft);
     binder_.Tick(*box, *tick);
   }
+}
+
+void SettingsCards::AddHint(QVBoxLayout& column, const QString& words) {
+  auto* const hint = new QLabel(words, this);
+  hint->setWordWrap(true);
+  column.addWidget(hint);
 }
 
 QBoxLayout& SettingsCards::AddIndented(QVBoxLayout& column) {

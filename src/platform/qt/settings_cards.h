@@ -37,6 +37,7 @@ class SettingsCards : public QWidget {
                  forms::Choice* box = nullptr);
   void AddBoxes(QVBoxLayout& column, std::initializer_list<forms::Choice*> boxes);
   /// A line that belongs to the box to tick above it.
+  void AddHint(QVBoxLayout& column, const QString& words);
   QBoxLayout& AddIndented(QVBoxLayout& column);
   /// The seconds after which what the box above says is done again.
   void AddInterval(QVBoxLayout& column, forms::Text& seconds);
