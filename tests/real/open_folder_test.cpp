@@ -13,8 +13,6 @@
 namespace tavlo::test {
 namespace {
 
-using platform::desktop::OpenFolder;
-
 /// A search path with nothing on it but what a test installs.
 struct OpenFolderTest : testing::Test {
   TemporaryFolder bin;
@@ -29,6 +27,10 @@ struct OpenFolderTest : testing::Test {
         bin.Write(manager, "#!/bin/sh\necho " + manager + " \"$@\" > '" + bin / "noted.new" +
                                "'\n/bin/mv '" + bin / "noted.new" + "' '" + bin / "noted" + "'\n");
     std::filesystem::permissions(path, std::filesystem::perms(0755));
+  }
+  /// This machine may have file managers of its own where they usually stand.
+  static bool OpenFolder(const std::string& folder) {
+    return platform::desktop::OpenFolder(folder, {QStringLiteral("/nowhere")});
   }
   std::string Noted() {
     for (int tries = 0; tries < 6000 && !std::filesystem::exists(bin / "noted"); ++tries) {

@@ -2,7 +2,6 @@
 
 #include <QProcess>
 #include <QStandardPaths>
-#include <QStringList>
 #include <algorithm>
 #include <array>
 
@@ -15,14 +14,12 @@ constexpr std::array kOpeners{"xdg-open", "nautilus", "dolphin",    "nemo",
 
 }  // namespace
 
-bool OpenFolder(const std::string& folder) {
+bool OpenFolder(const std::string& folder, const QStringList& usual) {
   // An address takes any bytes, while an argument that is no text would be changed on its way.
   const QByteArray bytes = QByteArray::fromStdString(folder).toPercentEncoding("/");
   const QString address = "file://" + QString::fromLatin1(bytes);
-  return std::ranges::any_of(kOpeners, [&address](const char* opener) {
-    // A folder of the search path may lie on a server that gives no answer.
-    const QStringList ours{"/usr/bin", "/usr/local/bin"};
-    QString program = QStandardPaths::findExecutable(opener, ours);
+  return std::ranges::any_of(kOpeners, [&](const char* opener) {
+    QString program = QStandardPaths::findExecutable(opener, usual);
     if (program.isEmpty()) program = QStandardPaths::findExecutable(opener);
     return !program.isEmpty() && QProcess::startDetached(program, {address});
   });

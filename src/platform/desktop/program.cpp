@@ -152,7 +152,7 @@ struct Program::Parts {
                     .filesToOpen = filesToOpen,
                     .claimRoot = [this] { return rootLock.Claim(); },
                     .showSystemInformation = ShowSystemInformation,
-                    .openFolder = OpenFolder,
+                    .openFolder = [](const std::string& folder) { return OpenFolder(folder); },
                     .endProcess = [this](int status) { End(status); }}};
   qt::QtWindows windows{loop,
                         audioPlayer,
