@@ -19,6 +19,8 @@ using base::operator""ms;
 
 namespace {
 
+constexpr int kLongDoubleClick = 60'000;  ///< Milliseconds.
+
 /// A place of the toolkit as pixels of the screen.
 QPoint Pixels(QPoint place) {
   const double ratio = qApp->devicePixelRatio();
@@ -71,9 +73,15 @@ void Typist::ClickAt(QPoint place) {
 }
 
 void Typist::DoubleClickAt(QPoint place) {
-  ClickUnseen(place);
+  // A window manager that is still busy with one click may keep the next one to itself, and so they
+  // come further apart than those of a hand.
+  const int usual = QApplication::doubleClickInterval();
+  QApplication::setDoubleClickInterval(kLongDoubleClick);
   ClickUnseen(place);
   Rest();
+  ClickUnseen(place);
+  Rest();
+  QApplication::setDoubleClickInterval(usual);
 }
 
 void Typist::PressAt(QPoint place) {
