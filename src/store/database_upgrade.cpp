@@ -168,8 +168,10 @@ std::string DatabaseUpgrade::Shipped(std::string_view field) const {
 std::string DatabaseUpgrade::Taken(std::string_view field, const std::string& stored) const {
   if (FindField(Table::GeneralSettings, field)->form != Form::Path) return stored;
   const std::string path = folders_.MapStoredPath(stored);
-  const bool isOlder =
-      field == "WavQueuePath" && path == folders_.InstallRoot + std::string(kOlderImportFolder);
+  const std::string older = folders_.InstallRoot + std::string(kOlderImportFolder);
+  // Who typed it in other letters meant the same folder.
+  const bool isOlder = field == "WavQueuePath" && path.size() == older.size() &&
+                       base::StartsInEitherCase(path, older);
   return isOlder ? Shipped(field) : path;
 }
 

@@ -147,11 +147,14 @@ std::string WorkFolders::MapStoredPath(std::string_view stored) const {
     return std::string(stored);
   }
   std::string below(stored.substr(kWindowsRoot.size()));
-  if (below.empty()) return InstallRoot;
-  if (below[0] != '\\') return std::string(stored);
+  if (!below.empty() && below[0] != '\\') return std::string(stored);
   std::replace(below.begin(), below.end(), '\\', '/');
+  while (below.ends_with('/')) below.pop_back();
   for (const auto& folder : TreeFolders()) {
-    if (SameOnWindows(below, "/" + folder)) return Below(folder);
+    const std::string ours = "/" + folder;
+    const bool leadsThere = SameOnWindows(below.substr(0, ours.size()), ours) &&
+                            (below.size() == ours.size() || below[ours.size()] == '/');
+    if (leadsThere) below.replace(0, ours.size(), ours);
   }
   return InstallRoot + below;
 }

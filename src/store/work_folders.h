@@ -87,9 +87,9 @@ class WorkFolders {
   void ReloadQueuePaths(const QueuePathSettings& settings);
   /// A configured path as the path values hold it: mapped and with its trailing separator.
   std::string QueuePathOf(std::string_view setting) const;
-  /// A path as this platform knows it. Old databases hold the tree under its Windows root, the
-  /// drive in either case; such a path is mapped to our root, its folders spelled as the tree
-  /// spells them. Any other path is returned as it is.
+  /// A path as this platform knows it. Old databases hold the tree under its Windows root, in
+  /// either case; such a path is mapped to our root, the tree's folders spelled as the tree spells
+  /// them, without a separator at its end. Any other path is returned as it is.
   std::string MapStoredPath(std::string_view stored) const;
 
   /// Yes while another program writes the file, or when it cannot be opened at all. A file that is

@@ -47,10 +47,27 @@ class Reading {
         EndRow();
       }
     }
+    PutInOrder(store::Table::FtpSettings, "ID");
+    PutInOrder(store::Table::ImportAuthors, "NumericSorter");
     return std::move(tables_);
   }
 
  private:
+  /// A row that grew stands behind others in the file. Its number tells where it belongs, as far as
+  /// each row has one.
+  void PutInOrder(store::Table table, const std::string& number) {
+    const auto found = tables_.find(table);
+    if (found == tables_.end()) return;
+    const auto numberOf = [&](const store::Record& row) {
+      const auto field = row.find(number);
+      return field == row.end() ? 0 : base::WholeNumberValue(field->second);
+    };
+    std::vector<store::Record>& rows = found->second;
+    const bool areNumbered =
+        std::ranges::all_of(rows, [&](const store::Record& row) { return numberOf(row) > 0; });
+    if (areNumbered) std::ranges::stable_sort(rows, {}, numberOf);
+  }
+
   void BeginTable() {
     const auto name = tokens::Take(left_);
     table_ = name ? TableNamed(*name) : nullptr;

@@ -246,6 +246,12 @@ TEST_F(DatabaseUpgradeTest, ImportFolderOfAnOlderReleaseBecomesTheOneOfToday) {
   EXPECT_EQ(Value("WavQueuePath"), "/root/Files/ImportQueue");
 }
 
+TEST_F(DatabaseUpgradeTest, LettersAndASeparatorMakeNoOtherFolderOfIt) {
+  OldSettings()["WavQueuePath"] = "C:\\LYRANE\\TavloDeck\\files\\WavImport\\";
+  TakeOver();
+  EXPECT_EQ(Value("WavQueuePath"), "/root/Files/ImportQueue");
+}
+
 TEST_F(DatabaseUpgradeTest, AnyOtherImportFolderIsKept) {
   OldSettings()["WavQueuePath"] = "E:\\Sound\\wavImport";
   TakeOver();

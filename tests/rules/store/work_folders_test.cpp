@@ -142,6 +142,19 @@ TEST_F(WorkFoldersTest, WindowsPathOfTheTreeIsMappedToOurRoot) {
             kRoot + "/Files/dS2Queue/");
 }
 
+TEST_F(WorkFoldersTest, FolderBelowOneOfTheTreeIsMappedWithIt) {
+  EXPECT_EQ(folders.MapStoredPath("C:\\LYRANE\\TAVLODECK\\FILES\\IMPORTQUEUE\\3\\Müller"),
+            kRoot + "/Files/ImportQueue/3/Müller");
+  EXPECT_EQ(folders.MapStoredPath("c:\\Lyrane\\TavloDeck\\files\\eW2Queues"),
+            kRoot + "/Files/eW2Queues");
+}
+
+TEST_F(WorkFoldersTest, SeparatorsAtTheEndOfAWindowsPathOfTheTreeAreLeftOut) {
+  EXPECT_EQ(folders.MapStoredPath("C:\\Lyrane\\TavloDeck\\files\\eu2queue\\"),
+            kRoot + "/Files/eU2Queue");
+  EXPECT_EQ(folders.MapStoredPath("C:\\Lyrane\\TavloDeck\\"), kRoot);
+}
+
 TEST_F(WorkFoldersTest, PathOutsideTheTreeIsNotMapped) {
   for (const std::string path : {"/srv/share", "d:\\Lyrane\\TavloDeck\\Files", "\\\\server\\share",
                                  "c:\\Lyrane\\TavloDeckOld", "c:\\Lyrane", ""}) {

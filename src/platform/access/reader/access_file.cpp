@@ -1,6 +1,8 @@
 #include "platform/access/reader/access_file.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdlib>
 #include <memory>
 
@@ -21,6 +23,20 @@ struct Column {
   int size = 0;
 };
 
+/// The shortest text that means this number and no other of its kind: as a double it would have
+/// more digits than anybody put in.
+std::string SingleText(float number) {
+  std::array<char, 64> text{};
+  const auto written = std::to_chars(text.data(), text.data() + text.size(),
+                                     number == 0 ? 0.0F : number, std::chars_format::fixed);
+  return {text.data(), written.ptr};
+}
+
+/// Bytes that only another program understands are no setting.
+bool IsSetting(const MdbColumn& column) {
+  return column.col_type != MDB_OLE && column.col_type != MDB_BINARY;
+}
+
 std::string ValueOf(const Column& column) {
   const auto size = static_cast<std::size_t>(column.size < 0 ? 0 : column.size);
   std::string text(column.text.data(), std::min(size, column.text.size()));
@@ -29,6 +45,7 @@ std::string ValueOf(const Column& column) {
     case MDB_BOOL:
       return text == "1" ? "-1" : "0";
     case MDB_FLOAT:
+      return text.empty() ? text : SingleText(std::strtof(text.c_str(), nullptr));
     case MDB_DOUBLE:
     case MDB_MONEY:
     case MDB_NUMERIC:
@@ -46,6 +63,7 @@ std::vector<std::unique_ptr<Column>> BindColumns(MdbTableDef& table) {
   std::vector<std::unique_ptr<Column>> columns;
   for (unsigned int at = 0; at < table.num_cols && at < table.columns->len; ++at) {
     const auto& found = *static_cast<MdbColumn*>(g_ptr_array_index(table.columns, at));
+    if (!IsSetting(found)) continue;
     auto column = std::make_unique<Column>();
     column->name = found.name;
     column->type = found.col_type;
@@ -57,7 +75,10 @@ std::vector<std::unique_ptr<Column>> BindColumns(MdbTableDef& table) {
 
 }  // namespace
 
-AccessFile::AccessFile(const std::string& path) : handle_(mdb_open(path.c_str(), MDB_NOFLAGS)) {
+AccessFile::AccessFile(const std::string& path) {
+  // These would have the library tell its values in another form.
+  for (const char* const name : {"MDBICONV", "MDB_JET3_CHARSET", "MDBOPTS"}) ::unsetenv(name);
+  handle_ = mdb_open(path.c_str(), MDB_NOFLAGS);
   if (!handle_) return;
   mdb_set_bind_size(handle_, kValueRoom);
   mdb_set_boolean_fmt_numbers(handle_);

@@ -10,7 +10,8 @@
 namespace tavlo::platform {
 
 /// An Access file. Its values are told in the forms of the settings: truth as "-1" or "0", numbers
-/// in plain decimal form, no value as the empty text. Texts are UTF-8.
+/// in plain decimal form, no value as the empty text. Texts are UTF-8. A column of bytes that only
+/// another program understands is not told.
 class AccessFile {
  public:
   /// `path` is opened for reading. `IsOpen` tells whether it could be.
@@ -27,7 +28,7 @@ class AccessFile {
                  const std::function<void()>& onRowEnd);
 
  private:
-  MdbHandle* handle_;
+  MdbHandle* handle_ = nullptr;
 };
 
 }  // namespace tavlo::platform
