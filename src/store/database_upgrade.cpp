@@ -1,6 +1,7 @@
 #include "store/database_upgrade.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 #include <utility>
 
@@ -99,8 +100,7 @@ void DatabaseUpgrade::UpgradeDatabase() {
   if (!Agreed()) return SetAside();
   // What can not be read is left out without a word, and be it all of it.
   if (const OpenedDatabase old = databases_.OpenOld(oldPath); old.database) {
-    CopyGeneralSettings(*old.database);
-    CopyImportAuthors(*old.database);
+    CopySettings(*old.database);
   }
   WriteMarker();
   loop_.Show({.title = kTitle,
@@ -130,10 +130,15 @@ bool DatabaseUpgrade::Agreed() {
                      .buttons = base::Buttons::YesNo}) == base::Reply::Yes;
 }
 
-/// One transaction: a crash leaves each field as it was, or all of them taken over.
-void DatabaseUpgrade::CopyGeneralSettings(SettingsDatabase& old) {
+void DatabaseUpgrade::CopySettings(SettingsDatabase& old) {
+  std::vector<RowAssignments> rows = GeneralSettingsOf(old);
+  std::ranges::move(ImportAuthorsOf(old), std::back_inserter(rows));
+  if (!rows.empty()) std::ignore = settings_.WriteRows(rows);
+}
+
+std::vector<RowAssignments> DatabaseUpgrade::GeneralSettingsOf(SettingsDatabase& old) const {
   const Record row = old.Read(Table::GeneralSettings, 0);
-  if (row.empty()) return;
+  if (row.empty()) return {};
   Assignments fields;
   for (const TakenField& field : kGeneralFields) {
     if (const std::string* const value = Takeable(row, field.name)) {
@@ -142,22 +147,24 @@ void DatabaseUpgrade::CopyGeneralSettings(SettingsDatabase& old) {
       fields.emplace_back(field.name, Shipped(field.name));
     }
   }
-  std::ignore = settings_.Write(Table::GeneralSettings, 0, fields);
+  return {{Table::GeneralSettings, 0, std::move(fields)}};
 }
 
 /// Rows are never added: what the old table has beyond the new one is left out.
-void DatabaseUpgrade::CopyImportAuthors(SettingsDatabase& old) {
-  const int rows = std::min(old.RowCount(Table::ImportAuthors),
-                            settings_.Database().RowCount(Table::ImportAuthors));
-  for (int row = 0; row < rows; ++row) {
+std::vector<RowAssignments> DatabaseUpgrade::ImportAuthorsOf(SettingsDatabase& old) const {
+  const int count = std::min(old.RowCount(Table::ImportAuthors),
+                             settings_.Database().RowCount(Table::ImportAuthors));
+  std::vector<RowAssignments> rows;
+  for (int row = 0; row < count; ++row) {
     const Record author = old.Read(Table::ImportAuthors, row);
     Assignments fields;
     for (const std::string_view field : kAuthorFields) {
       const std::string* const value = Takeable(author, field);
       if (value) fields.emplace_back(field, *value);
     }
-    if (!fields.empty()) std::ignore = settings_.Write(Table::ImportAuthors, row, fields);
+    if (!fields.empty()) rows.push_back({Table::ImportAuthors, row, std::move(fields)});
   }
+  return rows;
 }
 
 std::string DatabaseUpgrade::Shipped(std::string_view field) const {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/loop.h"
 #include "store/disk.h"
@@ -28,8 +29,10 @@ class DatabaseUpgrade {
  private:
   void SetAside();
   bool Agreed();
-  void CopyGeneralSettings(SettingsDatabase& old);
-  void CopyImportAuthors(SettingsDatabase& old);
+  /// One transaction: a crash leaves each field as it was, or all of them taken over.
+  void CopySettings(SettingsDatabase& old);
+  std::vector<RowAssignments> GeneralSettingsOf(SettingsDatabase& old) const;
+  std::vector<RowAssignments> ImportAuthorsOf(SettingsDatabase& old) const;
   std::string Shipped(std::string_view field) const;
   /// What is taken over for a value of the old database: a path as this platform knows it.
   std::string Taken(std::string_view field, const std::string& stored) const;

@@ -16,6 +16,12 @@ enum class Table { GeneralSettings, FtpSettings, ImportAuthors, RevisionInfo };
 using Record = std::map<std::string, std::string>;
 /// The fields to write, in the order of writing.
 using Assignments = std::vector<std::pair<std::string, std::string>>;
+/// The fields to write into one row.
+struct RowAssignments {
+  Table table;
+  int row;
+  Assignments fields;
+};
 
 /// Bytes that a value may have. A longer one is cut when it is read and refused when it is written;
 /// a value ends before its first NUL.
@@ -31,9 +37,13 @@ class SettingsDatabase {
   /// The row's fields. A row that does not exist, or cannot be read, is empty; a field that the
   /// table lacks is absent.
   virtual Record Read(Table table, int row) = 0;
-  /// Writes all fields in one transaction or none of them. False when it was refused; the reason
-  /// stands in `LastFailure`. A field that the table lacks is passed over.
-  [[nodiscard]] virtual bool Write(Table table, int row, const Assignments& fields) = 0;
+  /// Writes all fields of all rows in one transaction or none of them. False when it was refused;
+  /// the reason stands in `LastFailure`. A field that the table lacks is passed over.
+  [[nodiscard]] virtual bool WriteRows(const std::vector<RowAssignments>& rows) = 0;
+  /// The same for one row.
+  [[nodiscard]] bool Write(Table table, int row, const Assignments& fields) {
+    return WriteRows({{table, row, fields}});
+  }
   virtual std::string LastFailure() const = 0;
 };
 

@@ -41,6 +41,10 @@ bool SettingsStore::Write(Table table, int row, const Assignments& fields) {
   return database_.Write(table, row, fields);
 }
 
+bool SettingsStore::WriteRows(const std::vector<RowAssignments>& rows) {
+  return database_.WriteRows(rows);
+}
+
 std::string SettingsStore::ProgramVersionText() const {
   return std::string(kVersionLiteral) + Revision;
 }

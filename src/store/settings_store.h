@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "store/settings_database.h"
 
@@ -26,6 +27,8 @@ class SettingsStore {
   /// Writes in one transaction. False when it was refused: nothing of it was written then, and
   /// `LastFailure` says why.
   [[nodiscard]] bool Write(Table table, int row, const Assignments& fields);
+  /// The same for several rows, in one transaction.
+  [[nodiscard]] bool WriteRows(const std::vector<RowAssignments>& rows);
   std::string LastFailure() const { return database_.LastFailure(); }
 
   /// Revision of the database, read once when the store was made; empty when it is missing.

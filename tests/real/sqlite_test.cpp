@@ -120,6 +120,25 @@ TEST_F(SqliteTest, ValueThatIsTooLongIsRefusedAndNothingOfItsSaveIsWritten) {
   EXPECT_EQ(opened.database->Read(Table::GeneralSettings, 0).at("Speed"), "100");
 }
 
+TEST_F(SqliteTest, RowsThatAreWrittenTogetherAreAllWrittenOrNone) {
+  CreateShipped();
+  const OpenedDatabase opened = databases.Open(path);
+  ASSERT_TRUE(opened.database) << opened.failure;
+  store::SettingsDatabase& database = *opened.database;
+  const auto rows = [](int last) {
+    return std::vector<store::RowAssignments>{{Table::GeneralSettings, 0, {{"Speed", "85"}}},
+                                              {Table::ImportAuthors, 0, {{"Subject", "knee"}}},
+                                              {Table::ImportAuthors, last, {{"Subject", "hip"}}}};
+  };
+  EXPECT_FALSE(database.WriteRows(rows(26)));
+  EXPECT_NE(database.LastFailure().find("no row 27"), std::string::npos);
+  EXPECT_EQ(database.Read(Table::GeneralSettings, 0).at("Speed"), "100");
+  EXPECT_EQ(database.Read(Table::ImportAuthors, 0).at("Subject"), "None");
+  EXPECT_TRUE(database.WriteRows(rows(25))) << database.LastFailure();
+  EXPECT_EQ(database.Read(Table::GeneralSettings, 0).at("Speed"), "85");
+  EXPECT_EQ(database.Read(Table::ImportAuthors, 25).at("Subject"), "hip");
+}
+
 TEST_F(SqliteTest, CreateRefusesAPlaceWhereSomethingStands) {
   WriteBytes("somebody's letter");
   EXPECT_NE(databases.Create(path), "");

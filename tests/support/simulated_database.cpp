@@ -119,13 +119,13 @@ class HeldDatabase : public SimulatedDatabase {
         path_(std::move(path)) {}
   ~HeldDatabase() override { held_->erase(path_); }
 
-  bool Write(Table table, int row, const store::Assignments& fields) override {
+  bool WriteRows(const std::vector<store::RowAssignments>& rows) override {
     // A save that was left behind is written after all, unless the file has been closed by then.
-    const auto late = [self = std::weak_ptr(self_), table, row, fields] {
-      if (const auto open = self.lock()) (*open)->WriteLate(table, row, fields);
+    const auto late = [self = std::weak_ptr(self_), rows] {
+      if (const auto open = self.lock()) (*open)->WriteLate(rows);
     };
-    if (!disk_.Places.Answers({path_}, late)) return Refuse(table, row, fields, NoAnswer(path_));
-    return SimulatedDatabase::Write(table, row, fields);
+    if (!disk_.Places.Answers({path_}, late)) return Refuse(rows, NoAnswer(path_));
+    return SimulatedDatabase::WriteRows(rows);
   }
 
  private:
@@ -183,41 +183,50 @@ store::Record SimulatedDatabase::Read(Table table, int row) {
   return record;
 }
 
-std::string SimulatedDatabase::Objection(Table table, int row, const store::Assignments& fields) {
+std::string SimulatedDatabase::Objection(const std::vector<store::RowAssignments>& rows) {
   if (readOnly_) return "The settings database is open for reading only.";
-  for (const auto& [name, value] : fields) {
-    if (value.size() > store::kLongestValue) return "The value of " + name + " is too long.";
+  for (const auto& [table, row, fields] : rows) {
+    for (const auto& [name, value] : fields) {
+      if (value.size() > store::kLongestValue) return "The value of " + name + " is too long.";
+    }
+    if (row < 0 || row >= RowCount(table)) return "There is no such row.";
   }
-  if (row < 0 || row >= RowCount(table)) return "There is no such row.";
   return refusal_;
 }
 
-bool SimulatedDatabase::Refuse(Table table, int row, const store::Assignments& fields,
+bool SimulatedDatabase::Refuse(const std::vector<store::RowAssignments>& rows,
                                const std::string& why) {
-  for (const auto& field : fields) refused_.insert({table, row, field.first});
+  for (const auto& [table, row, fields] : rows) {
+    for (const auto& field : fields) refused_.insert({table, row, field.first});
+  }
   lastFailure_ = why;
   return false;
 }
 
-bool SimulatedDatabase::Write(Table table, int row, const store::Assignments& fields) {
-  const std::string objection = Objection(table, row, fields);
-  if (!objection.empty()) return Refuse(table, row, fields, objection);
-  for (const auto& field : fields) refused_.erase({table, row, field.first});
-  Put(table, row, fields);
+bool SimulatedDatabase::WriteRows(const std::vector<store::RowAssignments>& rows) {
+  const std::string objection = Objection(rows);
+  if (!objection.empty()) return Refuse(rows, objection);
+  for (const auto& [table, row, fields] : rows) {
+    for (const auto& field : fields) refused_.erase({table, row, field.first});
+  }
+  Put(rows);
   return true;
 }
 
-void SimulatedDatabase::WriteLate(Table table, int row, const store::Assignments& fields) {
-  if (Objection(table, row, fields).empty()) Put(table, row, fields);
+void SimulatedDatabase::WriteLate(const std::vector<store::RowAssignments>& rows) {
+  if (Objection(rows).empty()) Put(rows);
 }
 
-void SimulatedDatabase::Put(Table table, int row, const store::Assignments& fields) {
-  store::Record& record = tables_[table][static_cast<std::size_t>(row)];
-  for (const auto& [name, value] : fields) {
-    const auto found = record.find(name);
-    if (found != record.end()) found->second = value.substr(0, value.find('\0'));
+void SimulatedDatabase::Put(const std::vector<store::RowAssignments>& rows) {
+  ++Transactions;
+  for (const auto& [table, row, fields] : rows) {
+    store::Record& record = tables_[table][static_cast<std::size_t>(row)];
+    for (const auto& [name, value] : fields) {
+      const auto found = record.find(name);
+      if (found != record.end()) found->second = value.substr(0, value.find('\0'));
+    }
+    Saves.push_back({table, row, fields});
   }
-  Saves.push_back({table, row, fields});
   if (onSaved_) onSaved_(tables_);
 }
 

@@ -53,6 +53,8 @@ class SimulatedDatabase : public store::SettingsDatabase {
   };
   /// The saves that were written, in order. A refused one is none.
   std::vector<Save> Saves;
+  /// How often something was written. All rows of one transaction are.
+  int Transactions = 0;
   /// Whether the last write of the field was refused.
   bool WasRefused(store::Table table, int row, std::string_view field) const {
     return refused_.contains({table, row, std::string(field)});
@@ -60,23 +62,22 @@ class SimulatedDatabase : public store::SettingsDatabase {
 
   int RowCount(store::Table table) override;
   store::Record Read(store::Table table, int row) override;
-  [[nodiscard]] bool Write(store::Table table, int row, const store::Assignments& fields) override;
+  [[nodiscard]] bool WriteRows(const std::vector<store::RowAssignments>& rows) override;
   std::string LastFailure() const override { return lastFailure_; }
 
  protected:
   /// Does what a write that was given up would have done, for whoever asked it has been told that
   /// it was refused.
-  void WriteLate(store::Table table, int row, const store::Assignments& fields);
+  void WriteLate(const std::vector<store::RowAssignments>& rows);
   /// Notes that a write was refused. Always false.
-  bool Refuse(store::Table table, int row, const store::Assignments& fields,
-              const std::string& why);
+  bool Refuse(const std::vector<store::RowAssignments>& rows, const std::string& why);
 
  private:
   using Place = std::tuple<store::Table, int, std::string>;
 
-  void Put(store::Table table, int row, const store::Assignments& fields);
-  /// The empty text, or why the fields may not be written.
-  std::string Objection(store::Table table, int row, const store::Assignments& fields);
+  void Put(const std::vector<store::RowAssignments>& rows);
+  /// The empty text, or why the rows may not be written.
+  std::string Objection(const std::vector<store::RowAssignments>& rows);
 
   SettingsTables tables_;
   std::function<void(const SettingsTables&)> onSaved_;

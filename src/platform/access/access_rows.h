@@ -25,7 +25,7 @@ class AccessRows : public store::SettingsDatabase {
     if (row < 0 || row >= RowCount(table)) return {};
     return tables_.at(table)[static_cast<std::size_t>(row)];
   }
-  bool Write(store::Table, int, const store::Assignments&) override { return false; }
+  bool WriteRows(const std::vector<store::RowAssignments>&) override { return false; }
   std::string LastFailure() const override {
     return "The settings database " + path_ + " is open for reading only.";
   }

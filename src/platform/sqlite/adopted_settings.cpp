@@ -9,6 +9,7 @@
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "platform/sqlite/private_file.h"
 #include "platform/sqlite/settings_failures.h"
@@ -42,15 +43,14 @@ store::Assignments WhatIsTaken(store::Record row) {
   return fields;
 }
 
-/// False when a row was refused.
-bool TakeRows(store::SettingsDatabase& old, store::SettingsDatabase& fresh) {
+std::vector<store::RowAssignments> RowsOf(store::SettingsDatabase& old) {
+  std::vector<store::RowAssignments> rows;
   for (const store::TableShape& shape : store::kTables) {
     for (int row = 0; row < std::min(old.RowCount(shape.table), shape.rows); ++row) {
-      const store::Assignments fields = WhatIsTaken(old.Read(shape.table, row));
-      if (!fields.empty() && !fresh.Write(shape.table, row, fields)) return false;
+      rows.push_back({shape.table, row, WhatIsTaken(old.Read(shape.table, row))});
     }
   }
-  return true;
+  return rows;
 }
 
 /// A second name where the file system has such, else a copy.
@@ -79,7 +79,9 @@ std::string AdoptSettings(const std::string& path, store::SettingsDatabase& old,
   if (std::string failure = databases.Create(beside); !failure.empty()) return failure;
   store::OpenedDatabase fresh = databases.Open(beside);
   std::string failure = fresh.failure;
-  if (fresh.database && !TakeRows(old, *fresh.database)) failure = fresh.database->LastFailure();
+  if (fresh.database && !fresh.database->WriteRows(RowsOf(old))) {
+    failure = fresh.database->LastFailure();
+  }
   fresh.database.reset();
   const std::string aside = fs::path(path).replace_extension(".md1");
   if (failure.empty() && !KeepAside(path, aside)) {

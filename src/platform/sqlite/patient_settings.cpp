@@ -90,20 +90,20 @@ class PatientSettingsDatabases::Rows : public store::SettingsDatabase {
     return answered ? *record : Record();
   }
 
-  bool Write(Table table, int row, const store::Assignments& fields) override {
+  bool WriteRows(const std::vector<store::RowAssignments>& rows) override {
     struct Attempt {
       bool written = false;
       std::string failure;
     };
     const auto attempt = std::make_shared<Attempt>();
-    const bool answered = Ask([attempt, table, row, fields](store::SettingsDatabase& database) {
-      attempt->written = database.Write(table, row, fields);
+    const bool answered = Ask([attempt, rows](store::SettingsDatabase& database) {
+      attempt->written = database.WriteRows(rows);
       if (!attempt->written) attempt->failure = database.LastFailure();
     });
     // What was left behind may be writing into the attempt still.
     if (!answered) return Refuse(SettingsSentence(path_, kNoAnswer));
     if (!attempt->written) return Refuse(attempt->failure);
-    Keep(table, row, fields);
+    for (const store::RowAssignments& row : rows) Keep(row);
     return true;
   }
 
@@ -119,7 +119,8 @@ class PatientSettingsDatabases::Rows : public store::SettingsDatabase {
     });
   }
 
-  void Keep(Table table, int row, const store::Assignments& fields) {
+  void Keep(const store::RowAssignments& written) {
+    const auto& [table, row, fields] = written;
     std::vector<Record>& rows = tables_[table].rows;
     if (row >= static_cast<int>(rows.size())) return;
     for (const auto& [name, value] : fields) {

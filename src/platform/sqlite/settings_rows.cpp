@@ -52,8 +52,23 @@ class SettingsRows : public store::SettingsDatabase {
     return record;
   }
 
-  bool Write(Table table, int row, const store::Assignments& fields) override {
+  bool WriteRows(const std::vector<store::RowAssignments>& rows) override {
     if (mode_ == Mode::Read) return Refuse(SettingsSentence(path_, "is open for reading only."));
+    // A single statement is a transaction of its own.
+    if (rows.size() == 1) return WriteRow(rows.front());
+    if (!Run("BEGIN IMMEDIATE")) return false;
+    const bool written = std::ranges::all_of(
+        rows, [this](const store::RowAssignments& row) { return WriteRow(row); });
+    if (written && Run("COMMIT")) return true;
+    connection_.Run("ROLLBACK");
+    return false;
+  }
+
+  std::string LastFailure() const override { return lastFailure_; }
+
+ private:
+  bool WriteRow(const store::RowAssignments& written) {
+    const auto& [table, row, fields] = written;
     const TableShape& shape = ShapeOf(table);
     std::string assignments;
     std::vector<std::string> values;
@@ -70,17 +85,17 @@ class SettingsRows : public store::SettingsDatabase {
     }
     if (values.empty()) return true;
     values.push_back(std::to_string(row));
-    // A single statement is a transaction of its own.
-    const StepResult result = connection_.Run("UPDATE " + std::string(shape.name) + " SET " +
-                                                  assignments + " WHERE rowid = " + RowOf(shape),
-                                              values);
+    return Run("UPDATE " + std::string(shape.name) + " SET " + assignments +
+                   " WHERE rowid = " + RowOf(shape),
+               values);
+  }
+
+  bool Run(const std::string& sql, const std::vector<std::string>& values = {}) {
+    const StepResult result = connection_.Run(sql, values);
     if (result == StepResult::Done) return true;
     return Refuse(FailureText(path_, result, connection_.LastMessage()));
   }
 
-  std::string LastFailure() const override { return lastFailure_; }
-
- private:
   bool Has(Table table, std::string_view name) const {
     return std::ranges::any_of(
         fields_, [&](const Field* field) { return field->table == table && field->name == name; });

@@ -222,8 +222,9 @@ TEST_F(DatabaseUpgradeTest, EmptyFieldIsTakenOverAsTheEmptyText) {
   EXPECT_EQ(Value("CustomDisplay"), "");
 }
 
-TEST_F(DatabaseUpgradeTest, AllSettingsAreTakenOverInOneSave) {
+TEST_F(DatabaseUpgradeTest, AllSettingsAndAuthorsAreTakenOverInOneTransaction) {
   TakeOver();
+  EXPECT_EQ(database.Transactions, 1);
   ASSERT_EQ(database.Saves.size(), 27u) << "the settings, and 26 authors";
   EXPECT_EQ(database.Saves[0].table, Table::GeneralSettings);
   EXPECT_EQ(database.Saves[0].fields.front().first, "AutoBackspace");
