@@ -3,6 +3,8 @@
 #include <array>
 #include <string>
 
+#include "store/moved_root.h"
+
 namespace tavlo::shell {
 namespace {
 
@@ -32,6 +34,7 @@ void Load::LoadMainWindow() {
   form.mnuReport.Enabled = false;
   loop_.Wait(1000ms);
   rooms_.databaseUpgrade.UpgradeDatabase();
+  rooms_.mainWindow.Say(store::FollowMovedRoot(rooms_.files.disk, rooms_.folders, rooms_.settings));
   window::SettingsBinding& settings = rooms_.binding;
   settings.Load();
   rooms_.engine.InitializeNCTcontrol();

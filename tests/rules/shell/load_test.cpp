@@ -39,6 +39,15 @@ TEST_F(LoadTest, SettingsOfAnOldDatabaseShowAtTheStartThatTakesThemOver) {
   EXPECT_EQ(form.txtImportAuthorLastName.Value.Get(), "Brown");
 }
 
+TEST_F(LoadTest, PathsOfARootThatWasCopiedFromAnotherHomeAreThisRootsFromTheFirstSweepOn) {
+  disk.WithFile(Path("/Files/eW2Queue/a.eW2"));
+  LoadWith("Ew2QueuePath", "/home/anna/Lyrane/TavloDeck/Files/eW2Queue");
+  EXPECT_EQ(config.txtEw2QueuePath.Value.Get(), Path("/Files/eW2Queue"));
+  EXPECT_NE(form.lblNotice.Value.Get().find("/home/anna"), std::string::npos);
+  loop.Advance(2s);
+  ASSERT_EQ(form.listViewInQueue.Rows().size(), 1u);
+}
+
 TEST_F(LoadTest, WhatWaitsInADropFolderIsInTheQueueOnceTheWindowShows) {
   const std::string dropped = Path("/Files/eW2Queue/a.eW2");
   disk.WithFile(dropped);
