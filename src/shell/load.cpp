@@ -33,7 +33,7 @@ void Load::LoadMainWindow() {
   form.mnuView.Enabled = false;
   form.mnuReport.Enabled = false;
   loop_.Wait(1000ms);
-  rooms_.databaseUpgrade.UpgradeDatabase();
+  rooms_.mainWindow.Say(rooms_.databaseUpgrade.UpgradeDatabase());
   rooms_.mainWindow.Say(store::FollowMovedRoot(rooms_.files.disk, rooms_.folders, rooms_.settings));
   window::SettingsBinding& settings = rooms_.binding;
   settings.Load();

@@ -12,6 +12,7 @@ namespace tavlo::store {
 namespace {
 
 constexpr const char* kTitle = "Tavlo Deck - Upgrade";
+constexpr const char* kNothingTaken = "Nothing of the old settings was taken over. ";
 /// Where an older release had its import directories.
 constexpr std::string_view kOlderImportFolder = "/Files/wavImport";
 
@@ -91,21 +92,21 @@ const std::string* Takeable(const Record& row, std::string_view field) {
 
 }  // namespace
 
-void DatabaseUpgrade::UpgradeDatabase() {
+std::string DatabaseUpgrade::UpgradeDatabase() {
   // An earlier start has made the copy. This is our own decision: what was put there since then is
   // set aside unread, and a marker alone stays where it is.
-  if (disk_.Facts(folders_.UpgradeMarkerPath())) return SetAside();
-  const std::string oldPath = folders_.OldDatabasePath();
-  if (!disk_.Facts(oldPath)) return;
-  if (!Agreed()) return SetAside();
-  // What can not be read is left out without a word, and be it all of it.
-  if (const OpenedDatabase old = databases_.OpenOld(oldPath); old.database) {
-    CopySettings(*old.database);
+  const bool isDone = disk_.Facts(folders_.UpgradeMarkerPath()).has_value();
+  if (!isDone && !disk_.Facts(folders_.OldDatabasePath())) return {};
+  if (isDone || !Agreed()) {
+    SetAside();
+    return {};
   }
+  const std::string failure = CopySettings();
   WriteMarker();
   loop_.Show({.title = kTitle,
               .text = "Tavlo Deck upgrade is complete.",
               .icon = base::Icon::Information});
+  return failure.empty() ? failure : std::string(kNothingTaken) + failure;
 }
 
 /// The marker goes last, and only behind the old database: as long as it stands nobody is asked.
@@ -130,10 +131,14 @@ bool DatabaseUpgrade::Agreed() {
                      .buttons = base::Buttons::YesNo}) == base::Reply::Yes;
 }
 
-void DatabaseUpgrade::CopySettings(SettingsDatabase& old) {
-  std::vector<RowAssignments> rows = GeneralSettingsOf(old);
-  std::ranges::move(ImportAuthorsOf(old), std::back_inserter(rows));
-  if (!rows.empty()) std::ignore = settings_.WriteRows(rows);
+std::string DatabaseUpgrade::CopySettings() {
+  const std::string path = folders_.OldDatabasePath();
+  const OpenedDatabase old = databases_.OpenOld(path);
+  if (!old.database) return old.failure;
+  std::vector<RowAssignments> rows = GeneralSettingsOf(*old.database);
+  std::ranges::move(ImportAuthorsOf(*old.database), std::back_inserter(rows));
+  if (rows.empty()) return "There are none in " + path + ".";
+  return settings_.WriteRows(rows) ? std::string() : settings_.LastFailure();
 }
 
 std::vector<RowAssignments> DatabaseUpgrade::GeneralSettingsOf(SettingsDatabase& old) const {

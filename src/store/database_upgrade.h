@@ -24,13 +24,16 @@ class DatabaseUpgrade {
       : loop_(loop), disk_(disk), folders_(folders), databases_(databases), settings_(settings) {}
 
   /// Runs at each start, before the settings are shown. Without an old database it does nothing.
-  void UpgradeDatabase();
+  /// Gives what the quiet line should say of it, since the box at the end comes in any case: why
+  /// nothing was taken over. The empty text when something was, or nothing should be.
+  [[nodiscard]] std::string UpgradeDatabase();
 
  private:
   void SetAside();
   bool Agreed();
-  /// One transaction: a crash leaves each field as it was, or all of them taken over.
-  void CopySettings(SettingsDatabase& old);
+  /// One transaction: a crash leaves each field as it was, or all of them taken over. The empty
+  /// text, or why nothing was.
+  std::string CopySettings();
   std::vector<RowAssignments> GeneralSettingsOf(SettingsDatabase& old) const;
   std::vector<RowAssignments> ImportAuthorsOf(SettingsDatabase& old) const;
   std::string Shipped(std::string_view field) const;

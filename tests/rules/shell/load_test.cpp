@@ -39,6 +39,18 @@ TEST_F(LoadTest, SettingsOfAnOldDatabaseShowAtTheStartThatTakesThemOver) {
   EXPECT_EQ(form.txtImportAuthorLastName.Value.Get(), "Brown");
 }
 
+TEST_F(LoadTest, OldDatabaseThatCouldNotBeReadIsNamedInTheQuietLineUntilTheFirstCommand) {
+  disk.WithFile(Path("/PlaceOldDatabaseHere/Lyrane_Tavlo_Deck.mdb"), "no database");
+  loop.Expect({.reply = base::Reply::Yes});
+  StartUntilReady();
+  EXPECT_EQ(loop.Shown.back().text, "Tavlo Deck upgrade is complete.");
+  EXPECT_TRUE(form.lblNotice.Visible);
+  EXPECT_NE(form.lblNotice.Value.Get().find("Nothing of the old settings was taken over."),
+            std::string::npos);
+  form.cmdUpdateFileList.Press(forms::By::Hand);
+  EXPECT_FALSE(form.lblNotice.Visible);
+}
+
 TEST_F(LoadTest, PathsOfARootThatWasCopiedFromAnotherHomeAreThisRootsFromTheFirstSweepOn) {
   disk.WithFile(Path("/Files/eW2Queue/a.eW2"));
   LoadWith("Ew2QueuePath", "/home/anna/Lyrane/TavloDeck/Files/eW2Queue");

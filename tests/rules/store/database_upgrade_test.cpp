@@ -32,7 +32,7 @@ struct DatabaseUpgradeTest : testing::Test {
 
   void Start() {
     loop.Shown.clear();
-    store::DatabaseUpgrade(loop, disk, folders, databases, settings).UpgradeDatabase();
+    said = store::DatabaseUpgrade(loop, disk, folders, databases, settings).UpgradeDatabase();
   }
   void StartAndAnswer(Reply reply) {
     loop.Expect({.reply = reply});
@@ -53,6 +53,8 @@ struct DatabaseUpgradeTest : testing::Test {
   SimulatedDatabase database;
   store::SettingsStore settings{database};
   store::WorkFolders folders{disk, "/root"};
+  /// What the last start had for the quiet line.
+  std::string said;
 };
 
 TEST_F(DatabaseUpgradeTest, StartWithoutAnOldDatabaseDoesNothing) {
@@ -97,6 +99,7 @@ TEST_F(DatabaseUpgradeTest, YesCopiesWritesTheMarkerAndSaysSoAndTheOldFileStays)
   EXPECT_EQ(loop.Shown[1].title, "Tavlo Deck - Upgrade");
   EXPECT_EQ(loop.Shown[1].icon, base::Icon::Information);
   EXPECT_EQ(loop.Shown[1].buttons, base::Buttons::Ok);
+  EXPECT_EQ(said, "");
 }
 
 TEST_F(DatabaseUpgradeTest, NextStartAfterYesSetsTheOldFileAsideAndTakesTheMarkerAway) {
@@ -299,6 +302,34 @@ TEST_F(DatabaseUpgradeTest, OldDatabaseThatCanNotBeReadChangesNothingAndEndsAsAn
   EXPECT_TRUE(database.Saves.empty());
   EXPECT_TRUE(disk.Has(kMarker));
   EXPECT_EQ(loop.Shown.back().text, "Tavlo Deck upgrade is complete.");
+  Start();
+  EXPECT_EQ(disk.Contents(kAside), "not a database");
+  EXPECT_FALSE(disk.Has(kOld) || disk.Has(kMarker));
+}
+
+TEST_F(DatabaseUpgradeTest, OldDatabaseThatCanNotBeReadIsNamedInTheQuietLine) {
+  disk.WithFile(kOld, "not a database");
+  StartAndAnswer(Reply::Yes);
+  EXPECT_EQ(said,
+            std::string("Nothing of the old settings was taken over. The settings database ") +
+                kOld + " is damaged.");
+  Start();
+  EXPECT_EQ(said, "");
+}
+
+TEST_F(DatabaseUpgradeTest, OldDatabaseWithoutSettingsAndAuthorsIsNamedInTheQuietLine) {
+  old.erase(Table::GeneralSettings);
+  old.erase(Table::ImportAuthors);
+  TakeOver();
+  EXPECT_TRUE(database.Saves.empty());
+  EXPECT_EQ(said, std::string("Nothing of the old settings was taken over. There are none in ") +
+                      kOld + ".");
+}
+
+TEST_F(DatabaseUpgradeTest, OldDatabaseOfWhichSomeCanBeReadIsNotNamed) {
+  old.erase(Table::GeneralSettings);
+  TakeOver();
+  EXPECT_EQ(said, "");
 }
 
 TEST_F(DatabaseUpgradeTest, OldDatabaseWithoutSettingsLeavesThemAsTheyAre) {
@@ -317,6 +348,7 @@ TEST_F(DatabaseUpgradeTest, SaveThatIsRefusedLeavesWholeSettings) {
   TakeOver();
   EXPECT_EQ(database.Read(Table::GeneralSettings, 0), before);
   EXPECT_EQ(loop.Shown.back().text, "Tavlo Deck upgrade is complete.");
+  EXPECT_EQ(said, "Nothing of the old settings was taken over. The disk is full.");
 }
 
 TEST_F(DatabaseUpgradeTest, FolderOfTheOldNameIsNoDatabase) {
