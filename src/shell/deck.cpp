@@ -54,7 +54,7 @@ std::string Deck::OpenRoot(store::OpenedDatabase& opened) {
   if (!opened.database) return opened.failure;
   store::AddMissingPrompts(disk, root, share);
   store::AddMissingFascia(disk, root, share);
-  store::AddMissingLibraries(disk, root, share);
+  store::AddMissingLibraries(disk, platform_.libraryInspector, root, share);
   return {};
 }
 

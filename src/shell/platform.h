@@ -17,6 +17,7 @@
 #include "shell/file_handover.h"
 #include "store/browsable_folders.h"
 #include "store/disk.h"
+#include "store/library_inspector.h"
 #include "store/settings_database.h"
 
 namespace tavlo::shell {
@@ -34,6 +35,7 @@ struct Platform {
   store::Disk& disk;
   store::BrowsableFolders& browsableFolders;
   store::SettingsDatabases& databases;
+  store::LibraryInspector& libraryInspector;
   playback::AudioFile& audioFile;
   playback::AudioTransform& audioTransform;
   playback::AudioPlayer& audioPlayer;

@@ -15,6 +15,7 @@
 #include "support/simulated_folders.h"
 #include "support/simulated_ftp.h"
 #include "support/simulated_handover.h"
+#include "support/simulated_libraries.h"
 #include "support/simulated_loop.h"
 #include "support/simulated_mixer.h"
 #include "support/simulated_notifier.h"
@@ -40,6 +41,7 @@ class SimulatedPlatformOf {
   Disk disk{loop};
   SimulatedFolders browsableFolders;
   SimulatedDatabases databases{disk, {.root = kRoot, .revision = "1.2.3"}};
+  SimulatedLibraries libraryInspector{disk};
   AudioFile file;
   SimulatedTransform transform;
   SimulatedPlayer player{loop};
@@ -90,6 +92,7 @@ class SimulatedPlatformOf {
             .disk = disk,
             .browsableFolders = browsableFolders,
             .databases = databases,
+            .libraryInspector = libraryInspector,
             .audioFile = file,
             .audioTransform = transform,
             .audioPlayer = player,

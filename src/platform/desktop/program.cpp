@@ -25,6 +25,7 @@
 #include "platform/ffmpeg/decoder_libraries.h"
 #include "platform/ffmpeg/ffmpeg_audio_file.h"
 #include "platform/ffmpeg/sound_meter.h"
+#include "platform/libraries/patient_libraries.h"
 #include "platform/mixer/pulse_mixer.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_windows.h"
@@ -111,6 +112,7 @@ struct Program::Parts {
       [reader = AccessReader()](const std::string& path) {
         return OpenAccessDatabase(path, reader);
       }};
+  PatientLibraries libraryInspector{errands};
   AheadAudioFile audioFile{loop, errands, [this] { Breathe(); }, measured};
   SoundTouchTransform audioTransform;
   SideThread promptThread;
@@ -134,6 +136,7 @@ struct Program::Parts {
                     .disk = disk,
                     .browsableFolders = browsableFolders,
                     .databases = databases,
+                    .libraryInspector = libraryInspector,
                     .audioFile = audioFile,
                     .audioTransform = audioTransform,
                     .audioPlayer = audioPlayer,

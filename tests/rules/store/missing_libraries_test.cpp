@@ -7,6 +7,7 @@
 
 #include "support/install.h"
 #include "support/simulated_disk.h"
+#include "support/simulated_libraries.h"
 #include "support/simulated_loop.h"
 
 namespace tavlo::test {
@@ -15,6 +16,9 @@ namespace {
 using store::DiskResult;
 
 const std::string kWatch = kRoot + "/PedalWatch.so";
+const std::string kAside = kWatch + ".foreign";
+/// The first bytes of a library for Windows.
+constexpr const char* kForeign = "MZ of another system";
 
 struct RootWithoutLibraries {
   RootWithoutLibraries() {
@@ -23,7 +27,7 @@ struct RootWithoutLibraries {
         .WithFile(kShare + "/DssCodec/DssCodec8.so", "codec");
   }
 
-  void Add() { store::AddMissingLibraries(disk, kRoot, kShare); }
+  void Add() { store::AddMissingLibraries(disk, inspector, kRoot, kShare); }
   void ExpectLinks() {
     EXPECT_EQ(disk.LinkTarget(kWatch), kShare + "/PedalWatch.so");
     EXPECT_EQ(disk.LinkTarget(kRoot + "/DssCodec/DssCodec8.so"), kShare + "/DssCodec/DssCodec8.so");
@@ -31,6 +35,7 @@ struct RootWithoutLibraries {
 
   SimulatedLoop loop;
   SimulatedDisk disk{loop};
+  SimulatedLibraries inspector{disk};
 };
 
 struct MissingLibrariesTest : testing::Test, RootWithoutLibraries {};
@@ -64,6 +69,58 @@ TEST_F(MissingLibrariesTest, LinkThatLeadsNowhereIsMadeAnew) {
   disk.WithLink(kWatch, "/gone/PedalWatch.so");
   Add();
   ExpectLinks();
+}
+
+TEST_F(MissingLibrariesTest, LibraryOfAnotherMachineGivesWayToALinkAndStaysBeside) {
+  disk.WithFile(kWatch, kForeign);
+  Add();
+  ExpectLinks();
+  EXPECT_EQ(disk.Contents(kAside), kForeign);
+}
+
+TEST_F(MissingLibrariesTest, SecondLibraryOfAnotherMachineStaysBesideTheFirst) {
+  disk.WithFile(kWatch, kForeign).WithFile(kAside, "MZ of a third one");
+  Add();
+  ExpectLinks();
+  EXPECT_EQ(disk.Contents(kAside), "MZ of a third one");
+  EXPECT_EQ(disk.Contents(kAside + "-2"), kForeign);
+}
+
+TEST_F(MissingLibrariesTest, LibraryOfAnotherMachineStaysWhereNoneIsInstalled) {
+  const std::string header = kRoot + "/MuLawHeader.so";
+  disk.WithFile(header, kForeign);
+  Add();
+  EXPECT_EQ(disk.Contents(header), kForeign);
+}
+
+TEST_F(MissingLibrariesTest, LinkToALibraryOfAnotherMachineStays) {
+  disk.WithFile("/opt/PedalWatch.so", kForeign).WithLink(kWatch, "/opt/PedalWatch.so");
+  Add();
+  EXPECT_EQ(disk.LinkTarget(kWatch), "/opt/PedalWatch.so");
+}
+
+TEST_F(MissingLibrariesTest, LibraryOfAnotherMachineThatCanNotBeSetAsideStays) {
+  disk.WithFile(kWatch, kForeign);
+  disk.LockFolder(kRoot);
+  Add();
+  EXPECT_EQ(disk.Contents(kWatch), kForeign);
+}
+
+TEST_F(MissingLibrariesTest, LibraryOfAnotherMachineIsNeverLostAndReplacedByALaterStart) {
+  std::size_t operations = 1;
+  for (std::size_t nth = 1; nth <= operations; ++nth) {
+    SCOPED_TRACE(nth);
+    RootWithoutLibraries root;
+    root.disk.WithFile(kWatch, kForeign);
+    root.disk.CrashAtOperation(static_cast<int>(nth));
+    root.Add();
+    operations = std::max(operations, root.disk.Operations.size());
+    root.disk.Heal();
+    EXPECT_TRUE(root.disk.Has(kWatch) || root.disk.Has(kAside));
+    root.Add();
+    root.ExpectLinks();
+    EXPECT_EQ(root.disk.Contents(kAside), kForeign);
+  }
 }
 
 TEST_F(MissingLibrariesTest, FailureOfAnyOperationIsMendedByTheNextStart) {
