@@ -111,6 +111,16 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count) {
   return text.substr(0, length);
 }
 
+std::string_view FirstBytes(std::string_view text, std::size_t count) {
+  if (text.size() <= count) return text;
+  constexpr std::size_t kLongestCharacter = 4;
+  for (std::size_t back = 1; back < kLongestCharacter && back <= count; ++back) {
+    const std::size_t begin = count - back;
+    if (FirstCharacterLength(text.substr(begin)) > back) return text.substr(0, begin);
+  }
+  return text.substr(0, count);
+}
+
 std::string_view LastCharacters(std::string_view text, std::size_t count) {
   std::size_t surplus = CharacterCount(text);
   for (; surplus > count; --surplus) text.remove_prefix(FirstCharacterLength(text));

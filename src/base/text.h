@@ -32,6 +32,9 @@ std::size_t CharacterCount(std::string_view text);
 /// The first `count` characters of such a text; the whole text when it is shorter.
 std::string_view FirstCharacters(std::string_view text, std::size_t count);
 
+/// The longest beginning of such a text that has only whole characters and at most `count` bytes.
+std::string_view FirstBytes(std::string_view text, std::size_t count);
+
 /// The last `count` characters of such a text; the whole text when it is shorter.
 std::string_view LastCharacters(std::string_view text, std::size_t count);
 

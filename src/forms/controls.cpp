@@ -126,7 +126,10 @@ double Text::Number() const { return base::NumberValue(Value.Get()); }
 std::int64_t Text::WholeNumber() const { return base::WholeNumberValue(Value.Get()); }
 
 void Text::Change(std::string_view typed) {
-  const std::string text(Longest > 0 ? base::FirstCharacters(typed, Longest) : typed);
+  if (Longest > 0) typed = base::FirstCharacters(typed, Longest);
+  std::string text(base::FirstBytes(typed, kMostTyped));
+  // No keyboard has it, and behind it everything would be lost where the text is stored.
+  std::erase(text, '\0');
   RunByHand([&] { Value = text; });
 }
 

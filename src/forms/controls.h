@@ -29,6 +29,10 @@ namespace tavlo::forms {
 /// Lengths and places in forms: 1/1440 inch, 15 to a logical pixel.
 using Twips = int;
 
+/// Bytes that a hand may put into a text, a pasted one too: as many as a setting may have. A longer
+/// one could not be stored, and what is stored with it neither.
+inline constexpr std::size_t kMostTyped = 65536;
+
 enum class By { Program, Hand };
 
 class Control;
@@ -120,7 +124,7 @@ class Text : public Control {
   Text(Pane* parent, std::string name, const First& first = {}, std::size_t longest = 0);
 
   State<std::string> Value;
-  /// Characters that a hand may type at most; 0 is no limit.
+  /// Characters that a hand may type at most; 0 is no limit but kMostTyped.
   const std::size_t Longest;
   std::function<void()> OnChange;
   std::function<void()> OnClick;

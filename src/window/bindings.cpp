@@ -8,6 +8,8 @@
 namespace tavlo::window {
 namespace {
 
+static_assert(forms::kMostTyped <= store::kLongestValue, "what a hand puts in can be stored");
+
 bool StandsOn(const forms::Pane& pane, const forms::Control& control) {
   for (const forms::Pane* around = control.Parent; around; around = around->Parent) {
     if (around == &pane) return true;

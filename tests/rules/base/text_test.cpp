@@ -75,6 +75,26 @@ TEST(FirstCharacters, OfALongTextCostNoMoreThanThose) {
   }
 }
 
+TEST(FirstBytes, AreThoseOfWholeCharacters) {
+  EXPECT_EQ(base::FirstBytes("abcd", 3), "abc");
+  EXPECT_EQ(base::FirstBytes("ab", 3), "ab");
+  EXPECT_EQ(base::FirstBytes("", 3), "");
+  EXPECT_EQ(base::FirstBytes("abcd", 0), "");
+  const std::string four = "\xF0\x9F\x98\x80\xF0\x9F\x98\x81";
+  EXPECT_EQ(base::FirstBytes(four, 8), four);
+  for (std::size_t count = 4; count < 8; ++count) {
+    EXPECT_EQ(base::FirstBytes(four, count), four.substr(0, 4)) << count;
+  }
+  EXPECT_EQ(base::FirstBytes(four, 3), "");
+  EXPECT_EQ(base::FirstBytes("abc\xC3\xA4\xC3\xB6", 6), "abc\xC3\xA4");
+}
+
+TEST(FirstBytes, OfAByteThatIsNoTextAreItself) {
+  EXPECT_EQ(base::FirstBytes("\xFF\xFE\xC3\xC3\xC3\xC3", 5), "\xFF\xFE\xC3\xC3\xC3");
+  const std::string stray(20, '\x80');
+  EXPECT_EQ(base::FirstBytes(stray, 15), stray.substr(0, 15));
+}
+
 TEST(Text, EndOfANameIsFoundInEitherCase) {
   EXPECT_TRUE(base::EndsInEitherCase("letter.DSS", ".dss"));
   EXPECT_TRUE(base::EndsInEitherCase("memo.ew2", ".eW2"));

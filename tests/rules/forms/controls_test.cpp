@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "store/settings_database.h"
 #include "support/simulated_loop.h"
 
 namespace tavlo::test {
@@ -146,6 +147,20 @@ TEST_F(ControlsTest, TypedTextIsCutToTheLongestWholeCharacters) {
   Text narrow(&frame, "narrow", {}, 3);
   narrow.Change("\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F");
   EXPECT_EQ(narrow.Value.Get(), "\xC3\xA4\xC3\xB6\xC3\xBC");
+}
+
+TEST_F(ControlsTest, TypedTextHasNoMoreBytesThanASettingMayHave) {
+  std::string pasted;
+  while (pasted.size() < 100'000) pasted += "\xE2\x82\xAC";
+  box.Change(pasted);
+  EXPECT_EQ(box.Value.Get(), pasted.substr(0, 65'535));
+  EXPECT_LE(box.Value.Get().size(), store::kLongestValue);
+  EXPECT_GT(box.Value.Get().size() + 3, store::kLongestValue);
+}
+
+TEST_F(ControlsTest, TypedTextHasNoNul) {
+  box.Change(std::string("pas\0ted", 7));
+  EXPECT_EQ(box.Value.Get(), "pasted");
 }
 
 TEST_F(ControlsTest, ProgramMayWriteATextThatIsLongerThanAHandMayType) {
