@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QTextDocument>
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -33,6 +34,14 @@ void SetCaption(QAbstractButton& button, const std::string& caption, char letter
 template <typename ControlType>
 void NameAs(QWidget& widget, const ControlType& control) {
   SetHeardName(widget, ToOneLine(AccessibleName(control)));
+}
+
+/// Some tooltips follow what a person has typed, which the toolkit must not take for mark-up.
+QString TooltipOf(const forms::Control& control) {
+  const QString text = ToQt(control.Tooltip.Get());
+  // The toolkit breaks no lines of a plain one.
+  constexpr qsizetype kLongestLine = 500;
+  return text.size() > kLongestLine || Qt::mightBeRichText(text) ? ToTooltip(text) : text;
 }
 
 /// What stands already stays, so that rows may be added under a hand that has the list open.
@@ -65,7 +74,7 @@ void Binder::Bind(const forms::Control& control, QWidget& widget, std::function<
   widget.setObjectName(ToQt(control.Name));
   StandsFor(widget, control);
   Watch(control, [&control, &widget, show = std::move(show)] {
-    const QString tooltip = ToQt(control.Tooltip.Get());
+    const QString tooltip = TooltipOf(control);
     if (widget.toolTip() != tooltip) widget.setToolTip(tooltip);
     if (show) show();
     if (!control.Enabled || !control.Visible) FocusKeeper::TakeFrom(widget);

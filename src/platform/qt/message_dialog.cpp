@@ -67,7 +67,7 @@ base::Reply MessageDialogs::Run(const base::MessageBox& box, QWidget* owner,
   dialog.setObjectName("messageBox");
   dialog.setWindowTitle(ToQt(box.title));
   dialog.setTextFormat(Qt::PlainText);
-  dialog.setText(ToQt(box.text).remove(u'\r'));
+  dialog.setText(ToScreen(ToQt(box.text).remove(u'\r')));
   if (box.icon != base::Icon::None) {
     dialog.setIconPixmap(BoxSign(box.icon, kSignSize, dialog.devicePixelRatioF()));
   }

@@ -19,6 +19,35 @@ QChar Visible(QChar character) {
                                                     : character;
 }
 
+/// Of a text that is longer than this so much is shown of its beginning and of its end.
+constexpr qsizetype kMostShown = 1200;
+constexpr qsizetype kBeginning = 800;
+constexpr qsizetype kEnd = 300;
+/// Characters without a place to break that fit any screen.
+constexpr int kLongestWord = 120;
+
+QString WithoutMiddle(const QString& text) {
+  // No character is cut through that takes two places.
+  const qsizetype begin = text[kBeginning].isLowSurrogate() ? kBeginning - 1 : kBeginning;
+  const qsizetype end = text[text.size() - kEnd].isLowSurrogate() ? kEnd - 1 : kEnd;
+  return text.first(begin) + QStringLiteral(u" \u2026 ") + text.last(end);
+}
+
+QString WithPlacesToBreak(const QString& text) {
+  QString broken;
+  int word = 0;
+  for (const QChar character : text) {
+    const bool breaks = character.isSpace() || character == u'/';
+    if (word >= kLongestWord && !breaks && !character.isLowSurrogate()) {
+      broken += QChar(u'\u200B');
+      word = 0;
+    }
+    broken += character;
+    word = breaks ? 0 : word + 1;
+  }
+  return broken;
+}
+
 }  // namespace
 
 QString ToQt(std::string_view text) {
@@ -32,7 +61,11 @@ QString ToOneLine(std::string_view text) {
 }
 
 QString ToTooltip(const QString& text) {
-  return text.isEmpty() ? text : "<qt>" + text.toHtmlEscaped() + "</qt>";
+  return text.isEmpty() ? text : "<qt>" + ToScreen(text).toHtmlEscaped() + "</qt>";
+}
+
+QString ToScreen(const QString& text) {
+  return WithPlacesToBreak(text.size() > kMostShown ? WithoutMiddle(text) : text);
 }
 
 QString WithoutMnemonic(std::string_view caption) { return ToQt(caption).remove(u'&'); }

@@ -17,6 +17,10 @@ QString ToOneLine(std::string_view text);
 /// like mark-up for mark-up.
 QString ToTooltip(const QString& text);
 
+/// A text that has to fit the screen in a box or a tooltip, whatever it holds: of a very long one
+/// the middle is left out, and a very long word may be broken.
+QString ToScreen(const QString& text);
+
 /// The caption without the ampersand that marks its key, for people who hear it.
 QString WithoutMnemonic(std::string_view caption);
 
