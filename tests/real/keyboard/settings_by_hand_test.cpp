@@ -64,10 +64,6 @@ class SettingsByHand : public testing::Test {
     });
     for (int letter = 0; letter < letters; ++letter) program.Keys({keys::kBackspace});
   }
-  static void Type(DrivenProgram& program, const char* box, const std::string& text) {
-    Empty(program, box);
-    for (const char letter : text) program.Keys({static_cast<std::uint32_t>(letter)});
-  }
   static void ExpectNumber(DrivenProgram& program, forms::Text& box, const char* number) {
     EXPECT_TRUE(program.Until([&] { return box.Value.Get() == number; }))
         << box.Name << " reads " << program.Ask([&] { return box.Value.Get(); });
@@ -77,39 +73,6 @@ class SettingsByHand : public testing::Test {
   SoundServer server_;
   Home home_;
 };
-
-TEST_F(SettingsByHand, AreFoundAgainAfterARestart) {
-  Run([](DrivenProgram& program) {
-    forms::ConfigurationForm& form = Form(program);
-    program.Click("chkWorkWaitingAlertMode");
-    ASSERT_TRUE(program.Until([&] { return form.optNewWorkWaitingPriority.Enabled.Get(); }));
-    program.Click("optNewWorkWaitingPriority");
-    Type(program, "txtNewDictationAlertInterval", "45");
-    Type(program, "txtDeleteCompletedFiles", "14");
-    Type(program, "txtViewDelay", "7");
-    program.Click("chkAutoImportMode");
-  });
-  Run([](DrivenProgram& program) {
-    forms::ConfigurationForm& form = Form(program);
-    EXPECT_TRUE(program.Until([&] { return form.chkWorkWaitingAlertMode.Value.Get(); }));
-    EXPECT_TRUE(program.Until([&] { return form.optNewWorkWaitingPriority.Value.Get(); }));
-    EXPECT_TRUE(program.Until([&] { return !form.chkAutoRefreshMode.Enabled; }));
-    EXPECT_TRUE(program.Until([&] { return form.chkAutoImportMode.Value.Get(); }));
-    ExpectNumber(program, form.txtNewDictationAlertInterval, "45");
-    ExpectNumber(program, form.txtDeleteCompletedFiles, "14");
-    ExpectNumber(program, form.txtViewDelay, "7");
-    program.Click("chkWorkWaitingAlertMode");
-    program.Click("chkAutoRefreshMode");
-    Type(program, "txtAutoQueueRefreshInterval", "5000");
-  });
-  Run([](DrivenProgram& program) {
-    forms::ConfigurationForm& form = Form(program);
-    EXPECT_TRUE(program.Until([&] { return form.chkAutoRefreshMode.Value.Get(); }));
-    EXPECT_TRUE(program.Until([&] { return !form.chkWorkWaitingAlertMode.Enabled; }));
-    EXPECT_EQ(program.Ask([&] { return form.txtWorkWaitingAlertMode.Value.Get(); }), "0");
-    ExpectNumber(program, form.txtAutoQueueRefreshInterval, "1310");
-  });
-}
 
 TEST_F(SettingsByHand, ANumberThatIsClearedGivesWayToTheNextOneTyped) {
   Run([](DrivenProgram& program) {
