@@ -40,14 +40,13 @@ SqliteSettingsDatabases::SqliteSettingsDatabases(ShippedDatabase shipped, Opener
 OpenedDatabase SqliteSettingsDatabases::Open(const std::string& path) {
   if (std::string fault = ReachFault(path, R_OK | W_OK); !fault.empty()) return {{}, fault};
   NarrowToOwner(path);
+  // Before the engine sees it: it would carry out what a database of ours that stood there before
+  // has left beside it, and that would be the end of the old one.
+  if (IsAccessFile(path)) return OpenAdopted(path);
   SqliteConnection connection(pulse_);
   StepResult result = connection.Open(path, Mode::ReadWrite);
   SqlSteps steps(connection);
   if (result == StepResult::Done && !HoldFile(steps)) result = steps.Result();
-  if (result == StepResult::NotDatabase && IsAccessFile(path)) {
-    connection.Close();
-    return OpenAdopted(path);
-  }
   if (result != StepResult::Done) {
     connection.Close();
     return {{}, HoldFailureText(path, result, connection.LastMessage())};
@@ -75,6 +74,8 @@ OpenedDatabase SqliteSettingsDatabases::OpenAdopted(const std::string& path) {
                              "is one of an older release and can not be read. Move it away, and "
                              "start again with a root of its own.")};
   }
+  std::error_code failed;
+  for (const char* const ending : kBesideEndings) std::filesystem::remove(path + ending, failed);
   if (std::string failure = AdoptSettings(path, *old.database, *this); !failure.empty()) {
     return {{}, std::move(failure)};
   }
@@ -83,12 +84,10 @@ OpenedDatabase SqliteSettingsDatabases::OpenAdopted(const std::string& path) {
 
 OpenedDatabase SqliteSettingsDatabases::OpenOld(const std::string& path) {
   if (std::string fault = ReachFault(path, R_OK); !fault.empty()) return {{}, fault};
+  if (openAccess_ && IsAccessFile(path)) return openAccess_(path);
   SqliteConnection connection(pulse_);
   StepResult result = connection.Open(path, Mode::Read);
   if (result == StepResult::Done) result = connection.Run("SELECT count(*) FROM sqlite_master");
-  if (result == StepResult::NotDatabase && openAccess_ && IsAccessFile(path)) {
-    return openAccess_(path);
-  }
   if (result != StepResult::Done) {
     return {{}, FailureText(path, result, connection.LastMessage())};
   }

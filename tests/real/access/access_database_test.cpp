@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <memory>
 #include <string>
 
 #include "access/access_bench.h"
+#include "platform/sqlite/sqlite_connection.h"
 
 namespace tavlo::test {
 namespace {
@@ -81,6 +84,27 @@ TEST_F(AccessDatabase, InThePlaceOfOursIsTakenOverWholeAndStaysBeside) {
   ASSERT_TRUE(opened.database) << opened.failure;
   ExpectWhole(*opened.database);
   EXPECT_EQ(Value(*opened.database, "EqualizerChoice"), "Hi");
+  EXPECT_EQ(Value(*opened.database, "Volume"), "41000");
+  EXPECT_TRUE(BytesOf(Root() + "/Lyrane_Tavlo_Deck.md1") == BytesOf(kComplete));
+}
+
+TEST_F(AccessDatabase, InThePlaceOfOneThatWasCutOffInASaveIsTakenOverWhole) {
+  const std::string journal = Settings() + "-journal";
+  {
+    platform::SqliteConnection saving(std::make_shared<platform::Pulse>());
+    ASSERT_EQ(saving.Open(Settings(), platform::SqliteConnection::Mode::ReadWrite),
+              platform::StepResult::Done);
+    ASSERT_EQ(saving.Run("BEGIN EXCLUSIVE"), platform::StepResult::Done);
+    ASSERT_EQ(saving.Run("UPDATE GeneralSettings SET Speed = '70'"), platform::StepResult::Done);
+    std::filesystem::copy_file(journal, folder / "journal");
+  }
+  ASSERT_GT(std::filesystem::file_size(folder / "journal"), 0u);
+  const auto replace = std::filesystem::copy_options::overwrite_existing;
+  std::filesystem::copy_file(folder / "journal", journal, replace);
+  std::filesystem::copy_file(kComplete, Settings(), replace);
+  const store::OpenedDatabase opened = databases.Open(Settings());
+  ASSERT_TRUE(opened.database) << opened.failure;
+  ExpectWhole(*opened.database);
   EXPECT_EQ(Value(*opened.database, "Volume"), "41000");
   EXPECT_TRUE(BytesOf(Root() + "/Lyrane_Tavlo_Deck.md1") == BytesOf(kComplete));
 }
