@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QTableView>
 #include <string>
 
@@ -56,6 +57,18 @@ TEST_F(FolderList, EnterOpensTheFolderThatTheArrowsReachAndBackspaceLeadsOut) {
   EXPECT_EQ(Browsed(), "/");
   shown.typist.Keys({keys::kBackspace});
   EXPECT_EQ(Browsed(), "/");
+}
+
+TEST_F(FolderList, EscapeClosesTheListThatIsDroppedDownAndThenTheWindow) {
+  int asked = 0;
+  form.frmConfiguration.OnCloseRequest = [&] { ++asked; };
+  shown.typist.Click("Drive1");
+  ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+  shown.typist.Keys({keys::kEscape});
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  EXPECT_EQ(asked, 0);
+  shown.typist.Keys({keys::kEscape});
+  EXPECT_EQ(asked, 1);
 }
 
 TEST_F(FolderList, RestsWhileTheDriveCannotBeRead) {

@@ -1,8 +1,8 @@
 #include "platform/qt/configuration_pages.h"
 
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QScrollArea>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <QTabBar>
 #include <QVBoxLayout>
@@ -21,7 +21,7 @@
 namespace tavlo::platform::qt {
 
 ConfigurationPages::ConfigurationPages(forms::ConfigurationForm& form, QtLoop& loop, Binder& binder)
-    : TopWindow(form.frmConfiguration, loop, binder) {
+    : TopWindow(form.frmConfiguration, loop, binder), binder_(binder) {
   auto* const menus = new QMenuBar(this);
   menus->setNativeMenuBar(false);
   binder.Choose(form.mnuClose, *menus->addAction(QString()));
@@ -38,10 +38,14 @@ ConfigurationPages::ConfigurationPages(forms::ConfigurationForm& form, QtLoop& l
   auto* const keeper = new FocusKeeper(this);
   keeper->setAccessibleName(ToQt(forms::AccessibleName(form.txtFocus)));
   binder.Bind(form.txtFocus, *keeper, {});
-  connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, [&form, &binder] {
-    binder.ByHand(form.frmConfiguration, [&form] { form.frmConfiguration.CloseRequest(); });
-  });
   Bind();
+}
+
+/// No shortcut, since that would be asked before a list that is dropped down and that the key is
+/// meant to close.
+void ConfigurationPages::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape) return TopWindow::keyPressEvent(event);
+  binder_.ByHand(Form(), [&window = Form()] { window.CloseRequest(); });
 }
 
 /// With large letters a page may need more room than the screen has; it scrolls then.

@@ -12,9 +12,14 @@ class ConfigurationPages : public TopWindow {
  public:
   ConfigurationPages(forms::ConfigurationForm& form, QtLoop& loop, Binder& binder);
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   QWidget* ScrolledPages(forms::ConfigurationForm& form, Binder& binder);
   void AddTabs(forms::ConfigurationForm& form, Binder& binder, QVBoxLayout& rows);
+
+  Binder& binder_;
 };
 
 }  // namespace tavlo::platform::qt
