@@ -28,10 +28,15 @@ std::string BesideOf(const fs::path& path) {
   return path.parent_path() / ("." + path.filename().string() + ".new");
 }
 
+void RemoveJournal(const std::string& path) {
+  std::error_code failed;
+  for (const char* const ending : kBesideEndings) fs::remove(path + ending, failed);
+}
+
 void RemoveWithJournal(const std::string& path) {
   std::error_code failed;
   fs::remove(path, failed);
-  for (const char* const ending : kBesideEndings) fs::remove(path + ending, failed);
+  RemoveJournal(path);
 }
 
 store::Assignments WhatIsTaken(store::Record row) {
@@ -83,6 +88,8 @@ std::string AdoptSettings(const std::string& path, store::SettingsDatabase& old,
     failure = fresh.database->LastFailure();
   }
   fresh.database.reset();
+  // An empty one stays behind when the file is closed, and would miss the rename.
+  RemoveJournal(beside);
   const std::string aside = fs::path(path).replace_extension(".md1");
   if (failure.empty() && !KeepAside(path, aside)) {
     failure =

@@ -115,5 +115,14 @@ TEST_F(AccessDatabase, WithoutItsReaderIsNamedAsUnreadable) {
   EXPECT_NE(opened.failure.find(kComplete), std::string::npos);
 }
 
+TEST_F(AccessDatabase, ReaderThatDoesNotEndIsGivenUp) {
+  for (const char* const endless : {"sleep 1000", "yes"}) {
+    const std::string reader =
+        folder.Write("reader", std::string("#!/bin/sh\nexec ") + endless + "\n");
+    std::filesystem::permissions(reader, std::filesystem::perms::owner_all);
+    EXPECT_FALSE(platform::OpenAccessDatabase(kComplete, reader).database) << endless;
+  }
+}
+
 }  // namespace
 }  // namespace tavlo::test

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "access/access_bench.h"
+#include "access/access_file.h"
 
 namespace tavlo::test {
 namespace {
@@ -70,6 +71,29 @@ TEST_F(DamagedAccess, BytesThatMeanSomethingChangedLeaveWholeSettings) {
   for (int change = 0; change < kChanged && !HasFailure(); ++change) {
     std::string bytes = complete;
     for (int hit = 0; hit < 20; ++hit) bytes[used[Up(used.size())]] = static_cast<char>(Up(256));
+    SCOPED_TRACE(change);
+    PlaceOld(bytes);
+    ExpectWholeAfterUpgrade();
+  }
+}
+
+TEST_F(DamagedAccess, OlderLayoutWithChangedBytesLeavesWholeSettings) {
+  constexpr int kChanged = 100;
+  AccessTable authors{.name = "ImportAuthors",
+                      .columns = {{"NumericSorter", AccessType::Int},
+                                  {"AuthorLastName"},
+                                  {"Subject", AccessType::Memo}},
+                      .rows = {}};
+  for (int row = 1; row <= 40; ++row) {
+    authors.rows.push_back(
+        {double(row), std::string(200, 'a'), std::string(static_cast<std::size_t>(row * 90), 's')});
+  }
+  const std::string whole = AccessFileBytes({.layout = Jet::Three}, {authors});
+  for (int change = 0; change < kChanged && !HasFailure(); ++change) {
+    std::string bytes = whole.substr(0, change % 2 ? whole.size() : Up(whole.size()));
+    for (int hit = 0; hit < 20 && !bytes.empty(); ++hit) {
+      bytes[Up(bytes.size())] = static_cast<char>(Up(256));
+    }
     SCOPED_TRACE(change);
     PlaceOld(bytes);
     ExpectWholeAfterUpgrade();
