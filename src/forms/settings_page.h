@@ -113,9 +113,8 @@ struct SettingsPage {
       "txtDeleteCompletedFiles",
       {.tooltip = "Delete completed files after this many days, 0 to keep them"}};
   /// What the box does not refuse, the purge does not do.
-  Text lblDeleteCompletedLimit{&frameSettings,
-                               "lblDeleteCompletedLimit",
-                               {.caption = "0 keeps them all, and so does a number above 22."}};
+  Text lblDeleteCompletedLimit{
+      &frameSettings, "lblDeleteCompletedLimit", {.caption = "0 or above 22 keeps them all."}};
   Text lblViewDelay{&frameSettings, "lblViewDelay", {.caption = "View Delay"}};
   Text txtViewDelay{
       &frameSettings,

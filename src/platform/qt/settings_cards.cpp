@@ -95,7 +95,7 @@ void SettingsCards::AddNewWork(QVBoxLayout& lines) {
   options.addStretch(1);
   AddInterval(lines, form_.txtNewDictationAlertInterval);
   AddBoxes(lines, {&form_.chkAutoImportMode, &form_.chkAutoQueueJob});
-  AddHint(lines, "Auto Queue chooses the next dictation once one is finished.");
+  AddHint(lines, "Auto Queue takes the next dictation.");
   lines.addStretch(1);
 }
 
@@ -113,7 +113,7 @@ void SettingsCards::AddFiles(QVBoxLayout& lines) {
   numbers->addWidget(next, numbers->rowCount(), 1, 1, 2);
   binder_.Press(form_.cmdWavConvMode, *next);
   lines.addLayout(numbers);
-  AddHint(lines, "View Delay and Wav Conversion are kept for older settings and change nothing.");
+  AddHint(lines, "View Delay and Wav Conversion change nothing.");
   lines.addStretch(1);
 }
 

@@ -5,6 +5,7 @@
 
 #include "ftp_view/shown_ftp.h"
 #include "support/keys.h"
+#include "support/tooltip.h"
 
 namespace tavlo::test {
 namespace {
@@ -181,7 +182,7 @@ TEST_F(FileListTest, TellsUnderThePointerWhatAClickDoesOrTheNameThatIsCutOff) {
     QToolTip::hideText();
     QHelpEvent question(QEvent::ToolTip, place, list.viewport()->mapToGlobal(place));
     QApplication::sendEvent(list.viewport(), &question);
-    return QToolTip::text().toStdString();
+    return TooltipLetters();
   };
   EXPECT_EQ(askAt(0), "<qt>" + std::string(251, 'W') + ".dS2</qt>");
   EXPECT_EQ(askAt(6), "Click a file to move it to download list");

@@ -9,6 +9,7 @@
 #include "platform/qt/colours.h"
 #include "platform/qt/icons.h"
 #include "support/keys.h"
+#include "support/tooltip.h"
 
 namespace tavlo::test {
 namespace {
@@ -155,7 +156,7 @@ TEST_F(FtpView, AMessageThatDoesNotFitStandsLetterForLetterUnderThePointer) {
   QWidget* const box = shown.typist.Widget("eMessage");
   QHelpEvent question(QEvent::ToolTip, QPoint(20, 8), box->mapToGlobal(QPoint(20, 8)));
   QApplication::sendEvent(box, &question);
-  EXPECT_EQ(QToolTip::text().toStdString(),
+  EXPECT_EQ(TooltipLetters(),
             "<qt>Downloading &lt;b&gt;" + std::string(300, 'x') + "&lt;/b&gt;</qt>");
   EXPECT_LT(box->width(), box->window()->width());
 }
@@ -206,8 +207,7 @@ TEST_F(FtpView, AServersNameThatIsTooLongKeepsTheHeadingAndStandsWholeUnderThePo
   EXPECT_EQ(box->width(), width);
   QHelpEvent question(QEvent::ToolTip, QPoint(20, 8), box->mapToGlobal(QPoint(20, 8)));
   QApplication::sendEvent(box, &question);
-  EXPECT_EQ(QToolTip::text().toStdString(),
-            "<qt>Choose the server: " + std::string(120, 'M') + "</qt>");
+  EXPECT_EQ(TooltipLetters(), "<qt>Choose the server: " + std::string(120, 'M') + "</qt>");
 }
 
 TEST(FtpIcons, AreDrawnInTheInkThatIsAskedForAndDiffer) {

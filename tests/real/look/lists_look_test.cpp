@@ -9,6 +9,7 @@
 
 #include "platform/qt/colours.h"
 #include "support/shown_windows.h"
+#include "support/tooltip.h"
 
 namespace tavlo::test {
 namespace {
@@ -168,7 +169,7 @@ TEST_F(ListsLook, NameThatDoesNotFitStandsWholeInItsTooltipLetterForLetter) {
         list->visualRect(list->model()->index(row, document_column::Author)).center();
     QHelpEvent question(QEvent::ToolTip, place, list->viewport()->mapToGlobal(place));
     QApplication::sendEvent(list->viewport(), &question);
-    return QToolTip::text().toStdString();
+    return TooltipLetters();
   };
   EXPECT_EQ(askAt(0), "");
   EXPECT_EQ(askAt(6), "<qt>&lt;b&gt;" + std::string(200, 'x') + "&lt;/b&gt;</qt>");
