@@ -4,12 +4,11 @@
 #include <QKeyEvent>
 
 #include "forms/files_pages.h"
-#include "platform/qt/binder.h"
 
 namespace tavlo::platform::qt {
 
 FolderList::FolderList(forms::Table& table, Binder& binder, QWidget* parent)
-    : TableList(table, binder, parent), table_(table), binder_(binder) {
+    : TableList(table, binder, parent), table_(table) {
   horizontalHeader()->hide();
   setContextMenuPolicy(Qt::NoContextMenu);
 }

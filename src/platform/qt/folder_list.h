@@ -16,7 +16,6 @@ class FolderList : public TableList {
   void Open(int row);
 
   forms::Table& table_;
-  Binder& binder_;
 };
 
 }  // namespace tavlo::platform::qt
