@@ -10,6 +10,11 @@
 namespace tavlo::simulation {
 namespace {
 
+/// A drop folder may be the root of the disk, and its files are then named with two separators.
+std::string AsTheDiskHasIt(const std::string& path) {
+  return path.starts_with("//") ? path.substr(1) : path;
+}
+
 constexpr std::string_view kRescuedBeside = ".Rescued ";
 constexpr std::string_view kClaim = ".TavloClaim ";
 constexpr std::array<std::string_view, 3> kHalfCopies{".TavloDeckMove", ".TavloWave ",
@@ -139,7 +144,7 @@ std::string Ledger::Place(const std::string& path, const std::string& contents, 
   const std::string name = NameOf(path);
   const std::string folder = path.substr(0, path.size() - name.size());
   if (folder == kDesktop || IsHalfCopy(name)) return "";
-  if (incoming_ && path == incoming_->path) return "";
+  if (incoming_ && path == AsTheDiskHasIt(incoming_->path)) return "";
   const std::string dictation = DictationIn(contents);
   if (dictation.empty() && emptyParts_) return "";
   if (expected_.erase(dictation) > 0) Came(dictation);
@@ -150,7 +155,7 @@ std::string Ledger::Place(const std::string& path, const std::string& contents, 
   const auto grows = growing_.find(contents);
   if (grows != growing_.end()) {
     const bool stays = grows->second.whileOpen == WhileOpen::Stays;
-    const bool arrived = stays && grows->second.path != path;
+    const bool arrived = stays && AsTheDiskHasIt(grows->second.path) != path;
     grows->second.seen = true;
     return arrived ? "Half a dictation has come to " + Readable(path) + ": " + contents : "";
   }

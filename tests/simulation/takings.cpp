@@ -177,10 +177,12 @@ bool Takings::GivesWayInQueue(const std::string& from, const std::string& to) {
 
 void Takings::LookAtArrival(const std::string& from, const std::string& to) {
   if (to.empty() || madeWay_.erase(to) == 0) return;
-  // A recording that a server sends twice makes a wave like that of the first one.
-  const bool isConverted = from.substr(FolderOf(from).size()).starts_with(".TavloWave ");
-  const auto sources = isConverted ? std::vector<std::string>()
-                                   : Ledger::FilesOf(desk_.disk, desk_.disk.Contents(to));
+  // A copy on its way has its source's bytes. So has what a server sends twice, which is no return
+  // of the first one, nor is the wave that is made of it.
+  const std::string name = from.substr(FolderOf(from).size());
+  const bool isCopy = Ledger::IsHalfCopy(name) && !name.starts_with(".TavloWave ");
+  const auto sources =
+      isCopy ? Ledger::FilesOf(desk_.disk, desk_.disk.Contents(to)) : std::vector<std::string>();
   const bool ofTheUser = FolderOf(from) == kPathOfCompleted || IsToBeImported(from) ||
                          std::ranges::any_of(sources, [](const std::string& path) {
                            return FolderOf(path) == kPathOfCompleted;

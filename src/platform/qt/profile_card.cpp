@@ -69,7 +69,8 @@ void ProfileCard::AddBoxes() {
 void ProfileCard::AddBox(QGridLayout& grid, int row, int column, int columns, forms::Text& label,
                          forms::Text& box) {
   // The typist names subjects as they like, and at any length.
-  auto* const words = new ElidingLabel(this);
+  const bool isTheirs = &label == &form_.lblImportSubject;
+  QLabel* const words = isTheirs ? new ElidingLabel(this) : new QLabel(this);
   grid.addWidget(words, row, column, 1, columns);
   binder_.Show(label, *words);
   auto* const edit = new QLineEdit(this);
@@ -78,7 +79,6 @@ void ProfileCard::AddBox(QGridLayout& grid, int row, int column, int columns, fo
   const QString widest(letters, QChar('0'));
   edit->setMinimumWidth(std::max(edit->minimumSizeHint().width(),
                                  edit->fontMetrics().horizontalAdvance(widest) + kBoxSides));
-  words->KeepWhole(edit->minimumWidth());
   words->setBuddy(edit);
   grid.addWidget(edit, row + 1, column, 1, columns);
   binder_.Edit(box, *edit);

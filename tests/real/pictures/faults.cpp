@@ -38,7 +38,8 @@ std::string Said(const QString& of, const QString& text) {
 QString TooltipOf(const ShownText& text) {
   QHelpEvent question(QEvent::ToolTip, text.pointer, text.widget->mapToGlobal(text.pointer));
   QApplication::sendEvent(text.widget, &question);
-  const QString told = QToolTip::text();
+  // The places where a long word may be broken are no letters.
+  const QString told = QToolTip::text().remove(QChar(u'\u200B'));
   // The toolkit would leave it standing for a while, on the next picture too.
   for (QWidget* const window : QApplication::topLevelWidgets()) {
     if (window->windowType() == Qt::ToolTip) window->hide();
