@@ -19,10 +19,13 @@ bool MenusAreBackWithTheConnection(Desk& desk) {
          (main.mnuFile.Enabled && main.mnuView.Enabled);
 }
 
-/// An unattended run that passes over a name has none until its next tick.
+/// An unattended run that passes over a name has none until its next tick, though it may be
+/// switched off before that.
 bool RunHasATransfer(Desk& desk) {
   if (desk.ftp.Receiving()) return RunIsOn(desk);
-  return !RunIsOn(desk) || !desk.Main().mnuViewFtp.Enabled;
+  const std::string& said = desk.Main().eMessage.Value;
+  const bool passesOver = said.find("does not send this file") != std::string::npos;
+  return !RunIsOn(desk) || !desk.Main().mnuViewFtp.Enabled || passesOver;
 }
 
 bool PassesKnowWhatIsReceived(Desk& desk) {
