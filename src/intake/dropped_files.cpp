@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <tuple>
 
 #include "intake/file_progress.h"
 #include "intake/import_directories.h"
@@ -60,7 +61,10 @@ void DroppedFiles::TakeIntoQueue(const std::vector<std::string>& paths) {
 }
 
 void DroppedFiles::CopyIntoQueue(const std::vector<std::string>& paths) {
-  if (!paths.empty()) CopyAll(paths, folders_.InQueuePath);
+  // The screen may be gone, so nothing is painted here; while there is one, the disk breathes.
+  for (const std::string& path : paths) {
+    if (WhyRefused(path).empty()) std::ignore = moves_.CopyInto(path, folders_.InQueuePath);
+  }
 }
 
 void DroppedFiles::Take(const std::vector<std::string>& paths, const std::string& folder,

@@ -21,7 +21,8 @@ class DroppedFiles {
   /// Takes files, full paths, as if a hand had let them go over the Queue, whatever view shows. The
   /// Queue shows when something has come.
   void TakeIntoQueue(const std::vector<std::string>& paths);
-  /// Copies them into the folder of the Queue alone; no list is built.
+  /// Copies them into the folder of the Queue alone, for a deck that ends: no list is built, and
+  /// nothing is said of those that are refused.
   void CopyIntoQueue(const std::vector<std::string>& paths);
 
  private:

@@ -49,12 +49,13 @@ void Exit::EndSessionNow() {
   if (std::exchange(sessionEnded_, true)) return;
   StopSound();
   rooms_.finishing.StoreAtOnce();
-  rooms_.openedFiles.End();
   rooms_.engine.CloseFile();
   rooms_.prompts.Close();
   rooms_.authorProfiles.StoreEdits();
   rooms_.configuration.SaveAtOnce();
   rooms_.completedPurge.WriteLog();
+  // Last of what is stored: many files take longer than whoever ends everything may wait.
+  rooms_.openedFiles.End();
   rooms_.ftp.Release();
   rooms_.usbPedal.Drop();
   rooms_.workAlert.ForgetNotification();
