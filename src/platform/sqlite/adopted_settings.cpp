@@ -1,16 +1,15 @@
 #include "platform/sqlite/adopted_settings.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string_view>
 #include <system_error>
+#include <tuple>
 #include <utility>
 #include <vector>
 
+#include "platform/disk/posix_disk.h"
 #include "platform/sqlite/private_file.h"
 #include "platform/sqlite/settings_failures.h"
 #include "store/settings_fields.h"
@@ -67,14 +66,6 @@ bool KeepAside(const std::string& path, const std::string& aside) {
   return !failed;
 }
 
-void FlushFolderOf(const std::string& path) {
-  const std::string folder = fs::path(path).parent_path();
-  const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (handle < 0) return;
-  ::fsync(handle);
-  ::close(handle);
-}
-
 }  // namespace
 
 std::string AdoptSettings(const std::string& path, store::SettingsDatabase& old,
@@ -96,12 +87,16 @@ std::string AdoptSettings(const std::string& path, store::SettingsDatabase& old,
         SettingsSentence(path, "is one of an older release, and can not be kept as " + aside + ".");
   }
   std::error_code unnamed;
-  if (failure.empty()) fs::rename(beside, path, unnamed);
+  if (failure.empty()) {
+    // A database of ours that stood there before may have left one, which is not the new one's.
+    RemoveJournal(path);
+    fs::rename(beside, path, unnamed);
+  }
   if (unnamed) failure = SettingsSentence(path, "can not be replaced: " + unnamed.message() + ".");
   if (!failure.empty()) RemoveWithJournal(beside);
   // Its passwords are nobody else's matter either.
   NarrowToOwner(aside);
-  FlushFolderOf(path);
+  std::ignore = PosixDisk().FlushFolder(fs::path(path).parent_path());
   return failure;
 }
 

@@ -74,8 +74,6 @@ OpenedDatabase SqliteSettingsDatabases::OpenAdopted(const std::string& path) {
                              "is one of an older release and can not be read. Move it away, and "
                              "start again with a root of its own.")};
   }
-  std::error_code failed;
-  for (const char* const ending : kBesideEndings) std::filesystem::remove(path + ending, failed);
   if (std::string failure = AdoptSettings(path, *old.database, *this); !failure.empty()) {
     return {{}, std::move(failure)};
   }
