@@ -371,20 +371,7 @@ INSTANTIATE_TEST_SUITE_P(Under, Alerts,
                                          WindowManager::Kwin, WindowManager::Metacity,
                                          WindowManager::Xfwm4, WindowManager::None),
                          [](const testing::TestParamInfo<WindowManager>& manager) {
-                           switch (manager.param) {
-                             case WindowManager::Openbox:
-                               return "Openbox";
-                             case WindowManager::Mutter:
-                               return "Mutter";
-                             case WindowManager::Kwin:
-                               return "Kwin";
-                             case WindowManager::Metacity:
-                               return "Metacity";
-                             case WindowManager::Xfwm4:
-                               return "Xfwm4";
-                             default:
-                               return "None";
-                           }
+                           return NameOf(manager.param);
                          });
 
 }  // namespace

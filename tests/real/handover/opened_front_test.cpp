@@ -82,18 +82,7 @@ INSTANTIATE_TEST_SUITE_P(Manager, OpenedFilesUnder,
                                          WindowManager::Kwin, WindowManager::Metacity,
                                          WindowManager::Xfwm4),
                          [](const testing::TestParamInfo<WindowManager>& manager) {
-                           switch (manager.param) {
-                             case WindowManager::Openbox:
-                               return "Openbox";
-                             case WindowManager::Mutter:
-                               return "Mutter";
-                             case WindowManager::Kwin:
-                               return "Kwin";
-                             case WindowManager::Metacity:
-                               return "Metacity";
-                             default:
-                               return "Xfwm4";
-                           }
+                           return NameOf(manager.param);
                          });
 
 }  // namespace

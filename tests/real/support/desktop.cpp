@@ -140,6 +140,11 @@ bool WindowManagerAnswers() {
 
 }  // namespace
 
+std::string NameOf(WindowManager manager) {
+  constexpr const char* kNames[] = {"Openbox", "Mutter", "Kwin", "Metacity", "Xfwm4", "None"};
+  return kNames[static_cast<std::size_t>(manager)];
+}
+
 Desktop::Desktop(const std::string& size, WindowManager manager) {
   if (!StartScreen(size)) {
     fault_ = "Xvfb does not start";

@@ -10,6 +10,9 @@ namespace tavlo::test {
 
 enum class WindowManager { Openbox, Mutter, Kwin, Metacity, Xfwm4, None };
 
+/// For the name of a test.
+std::string NameOf(WindowManager manager);
+
 /// A desktop of its own for one test program: a virtual screen and a window manager, both ended
 /// with it. Must stand before the QApplication is made; afterwards the program's windows show
 /// there. Nothing that the user has set up for a window manager counts, and those that need a
