@@ -53,7 +53,7 @@ std::vector<WalkedSetting> OnTheDeck() {
   };
 }
 
-std::vector<WalkedSetting> OnTheSettingsPage() {
+std::vector<WalkedSetting> OfPlayingAndItsWindow() {
   using Form = ConfigurationForm;
   return {
       {GeneralSettings, "AutoBackspace", Turn::First, Slid(&Form::sliderABS, 60),
@@ -104,6 +104,12 @@ std::vector<WalkedSetting> OnTheSettingsPage() {
        Slid(&Form::sldPromptVol, 70),
        {},
        "PromptVolumes.FollowTheSettingAndStayWithinTheSlider"},
+  };
+}
+
+std::vector<WalkedSetting> OfTheWork() {
+  using Form = ConfigurationForm;
+  return {
       {GeneralSettings,
        "AutoQueueDocumentFlag",
        Turn::First,
@@ -151,6 +157,12 @@ std::vector<WalkedSetting> OnTheSettingsPage() {
        Filled(&Form::txtNewDictationAlertInterval, "45"), TicksFor(45)},
       {GeneralSettings, "AutoImportMode", Turn::First, Ticked(&Form::chkAutoImportMode, true),
        ExpectNoteSent},
+  };
+}
+
+std::vector<WalkedSetting> OfPedalsAndRefresh() {
+  using Form = ConfigurationForm;
+  return {
       {GeneralSettings,
        "SwapRewFwdPedalFlag",
        Turn::First,
@@ -246,7 +258,8 @@ std::vector<WalkedSetting> OnTheOtherPages() {
 const std::vector<WalkedSetting>& WalkedSettings() {
   static const std::vector<WalkedSetting> all = [] {
     std::vector<WalkedSetting> walked = OnTheDeck();
-    for (const auto& more : {OnTheSettingsPage(), OnTheOtherPages()}) {
+    for (const auto& more :
+         {OfPlayingAndItsWindow(), OfTheWork(), OfPedalsAndRefresh(), OnTheOtherPages()}) {
       walked.insert(walked.end(), more.begin(), more.end());
     }
     return walked;

@@ -76,7 +76,7 @@ TEST_F(MovedRootTest, AnyOtherPathIsKept) {
   ExpectKept("/media/share/Lyrane/TavloDeck/Files/eW2Queue");
   ExpectKept("/home/anna/Dictations");
   ExpectKept("/home/anna/Lyrane/TavloDeckOld/Files");
-  ExpectKept("/home/anna/work/Lyrane/TavloDeck/Files");
+  ExpectKept("/home/anna/office/Lyrane/TavloDeck/Files");
   ExpectKept("/homes/anna/Lyrane/TavloDeck/Files");
   ExpectKept("/home/anna");
   ExpectKept("D:\\Dictations");
