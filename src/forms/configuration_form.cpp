@@ -16,10 +16,11 @@ ConfigurationForm::ConfigurationForm(base::Loop& loop)
       EqualizerPage(frmConfiguration),
       MixerPage(frmConfiguration),
       PathsPage(frmConfiguration),
-      FtpPage(frmConfiguration) {
+      FtpPage(frmConfiguration),
+      KeysPage(frmConfiguration) {
   frmConfiguration.Height = kWindowHeight;
   frmConfiguration.Width = kWidth;
-  for (const char* caption : {"&Settings", "&Equalizer", "&Mixer", "&Paths", "&Ftp"}) {
+  for (const char* caption : {"&Settings", "&Equalizer", "&Mixer", "&Paths", "&Ftp", "&Keys"}) {
     tabConfiguration.Add(caption);
   }
   tabConfiguration.ListIndex = 0;

@@ -4,10 +4,11 @@
 
 #include "forms/controls.h"
 #include "forms/files_pages.h"
+#include "forms/keys_page.h"
 #include "forms/settings_page.h"
 #include "forms/sound_pages.h"
 
-/// The configuration window: five pages of which one shows. It stays loaded for the whole run, and
+/// The configuration window: six pages of which one shows. It stays loaded for the whole run, and
 /// its controls are the live copy of the settings.
 namespace tavlo::forms {
 
@@ -32,13 +33,14 @@ struct ConfigurationForm : ConfigurationFrame,
                            EqualizerPage,
                            MixerPage,
                            PathsPage,
-                           FtpPage {
+                           FtpPage,
+                           KeysPage {
   explicit ConfigurationForm(base::Loop& loop);
 
   /// The pages in the order of their tabs.
-  std::array<Pane*, 5> Pages() {
+  std::array<Pane*, 6> Pages() {
     return {&frameSettings, &frameConfigEqualizer, &frameConfigMixer, &frameConfigAlternatePath,
-            &frameFtp};
+            &frameFtp,      &frameConfigKeys};
   }
   /// The row of the tab strip that shows a page.
   int TabOf(const Pane& page);

@@ -226,6 +226,8 @@ struct SettingsPage {
       {.tooltip = "Number of the serial port of the foot pedal", .enabled = false}};
   /// How the chosen pedal is doing.
   Text lblPedalState{&frameConfigFootPedal, "lblPedalState"};
+  /// What runs the deck now while another window has the keyboard.
+  Text lblWaysFromAfar{&frameConfigFootPedal, "lblWaysFromAfar"};
 };
 
 }  // namespace tavlo::forms

@@ -10,6 +10,7 @@ PedalState::PedalState(forms::ConfigurationForm& config, SerialPedal& serial, Us
 
 void PedalState::Show() {
   config_.lblPedalState.Value = serial_.IsChosen() ? SerialText() : UsbText();
+  OnShow();
 }
 
 std::string PedalState::SerialText() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "forms/configuration_form.h"
@@ -14,6 +15,9 @@ class PedalState {
  public:
   /// Follows both pedals from here on.
   PedalState(forms::ConfigurationForm& config, SerialPedal& serial, UsbPedal& usb);
+
+  /// Either pedal was looked at again.
+  std::function<void()> OnShow = [] {};
 
   void Show();
 

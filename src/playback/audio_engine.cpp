@@ -141,6 +141,7 @@ void AudioEngine::StartPlay() {
     return;
   }
   IsPlaying = true;
+  ++StartsOfPlay;
   form_.DeckRuns = true;
   LoadFirstBlocks();
   equalizer_.ApplyStored();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "base/loop.h"
@@ -38,6 +39,8 @@ class AudioEngine {
 
   bool IsPlaying = false;
   bool IsPaused = false;
+  /// Counts how often a document began to sound.
+  std::uint64_t StartsOfPlay = 0;
   int PlaySpeedPercent = 100;
   /// Sample of the file at which the current run of blocks began.
   double PlayStartSample = 0;

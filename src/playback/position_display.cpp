@@ -1,5 +1,6 @@
 #include "playback/position_display.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
@@ -55,17 +56,34 @@ void PositionDisplay::ReleasePosition() {
   }
   const int value = form_.slPosition.Value;
   if (engine_.IsPlaying) {
-    engine_.Player().ClearQueue();
     // 64 bits hold the product for any document, so a long one seeks as truly as a short one.
     const SampleCount product = value * engine_.File().TotalSamples();
-    const double target = std::nearbyint(static_cast<double>(product) / 100.0);
     engine_.SliderDragging = false;
-    engine_.ContinueFrom(static_cast<SampleCount>(target));
+    ContinueFrom(static_cast<double>(product) / 100.0);
   } else {
     engine_.SliderDragging = false;
     engine_.PlayStartSample = value / 100.0 * document_.FileLength;
     document_.CurrentSamplePosition = engine_.PlayStartSample;
   }
+}
+
+void PositionDisplay::ContinueFrom(double sample) {
+  engine_.Player().ClearQueue();
+  engine_.ContinueFrom(static_cast<SampleCount>(std::nearbyint(sample)));
+}
+
+void PositionDisplay::SeekTo(double sample) {
+  if (!form_.slPosition.Reachable() || engine_.SliderDragging) return;
+  if (!window_.guards.TransportMayAct()) return;
+  transport_.StopWind();
+  const double target = std::clamp(sample, 0.0, document_.FileLength);
+  if (engine_.IsPlaying) {
+    ContinueFrom(target);
+  } else {
+    engine_.PlayStartSample = target;
+    document_.CurrentSamplePosition = target;
+  }
+  transport_.ShowPosition();
 }
 
 void PositionDisplay::CalibrateHeight() {

@@ -11,9 +11,14 @@ class PositionDisplay {
   PositionDisplay(window::MainWindow& window, DocumentInWork& document, AudioEngine& engine,
                   Transport& transport);
 
+  /// Goes to a sample of the document, cut to its ends, as a hand does with the slider; nothing
+  /// where a hand could not move it, or is just moving it. A wind ends.
+  void SeekTo(double sample);
+
  private:
   void PressPosition();
   void ReleasePosition();
+  void ContinueFrom(double sample);
   void CalibrateHeight();
 
   forms::MainForm& form_;

@@ -237,10 +237,17 @@ void Transport::ForwardCommand() {
 
 void Transport::StartWind(Wind direction) {
   WindDirection = direction;
+  ++startsOfWinds_;
   form_.DeckRuns = true;
   form_.DeckWinds = direction == Wind::Rewind ? forms::Winding::Back : forms::Winding::On;
   tmrRewindForward.SetInterval(kFirstWindInterval);
   tmrRewindForward.Start();
+}
+
+std::optional<RunNumber> Transport::RunUnderWay() const {
+  if (!engine_.IsPlaying && WindDirection == Wind::None) return std::nullopt;
+  // Each start makes the sum larger.
+  return engine_.StartsOfPlay + startsOfWinds_;
 }
 
 void Transport::StopWind() {

@@ -1,10 +1,16 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "playback/audio_engine.h"
 
 namespace tavlo::playback {
 
 enum class Wind { None, Rewind, Forward };
+
+/// Tells one stretch of playing or winding from every other.
+using RunNumber = std::uint64_t;
 
 /// Moves the dictation under the typist's foot. Rewind and forward do not scrub: they jump by a set
 /// distance, each jump marked by a tone, at a cadence that can accelerate. Nothing of the document
@@ -31,10 +37,15 @@ class Transport {
   void SkipToBeginningCommand();
   void SkipToEndCommand();
 
+  /// What sounds or winds now; nothing when the deck stands.
+  std::optional<RunNumber> RunUnderWay() const;
+
   /// Ends a wind where it stands.
   void StopWind();
   /// Stops the preview's timer and the wind. The position stays.
   void StopWindAndPreview();
+  /// Shows the position on the slider and in the display.
+  void ShowPosition();
   /// Tells the user about a document of the Queue that cannot be played, and lets Complete take it
   /// out of the Queue. One that can be played, or whose measuring was refused, needs no word. One
   /// that is out of reach is not offered to Complete, since it may hold sound that was not heard.
@@ -60,7 +71,6 @@ class Transport {
   bool WindOn();
   void ReachBeginning();
   void ReachEnd();
-  void ShowPosition();
 
   base::Loop& loop_;
   forms::MainForm& form_;
@@ -69,6 +79,7 @@ class Transport {
   DocumentInWork& document_;
   AudioEngine& engine_;
   Voice& voice_;
+  std::uint64_t startsOfWinds_ = 0;
 };
 
 }  // namespace tavlo::playback

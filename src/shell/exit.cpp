@@ -58,6 +58,7 @@ void Exit::EndSessionNow() {
   rooms_.openedFiles.End();
   rooms_.ftp.Release();
   rooms_.usbPedal.Drop();
+  EndFromAfar();
   rooms_.workAlert.ForgetNotification();
   endProcess_(0);
 }
@@ -103,6 +104,7 @@ void Exit::End() {
   const window::ListPause pause(rooms_.mainWindow.guards);
   rooms_.usbPedal.StopReading();
   rooms_.serialPedal.Stop();
+  EndFromAfar();
   rooms_.waitingWork.End();
   rooms_.ftp.End();
   rooms_.workAlert.ForgetNotification();
@@ -129,6 +131,12 @@ void Exit::End() {
   rooms_.authorProfiles.StoreEdits();
   rooms_.binding.Flush();
   endProcess_(0);
+}
+
+void Exit::EndFromAfar() {
+  rooms_.farKeys.End();
+  rooms_.mediaPlayer.End();
+  rooms_.waysFromAfar.Withdraw();
 }
 
 /// A disk that gives no answer may keep the settings waiting for longer than the waits of the end

@@ -37,6 +37,8 @@ class Exit {
   void EndUnlessADocumentIsOpen();
   void End();
   void StoreSettings();
+  /// Gives keys of other windows and media keys back.
+  void EndFromAfar();
   void WaitUntil(base::MonotonicTime moment);
   base::Reply ShowExitBox(const char* text, base::Icon icon, base::Buttons buttons);
 

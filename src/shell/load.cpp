@@ -54,6 +54,8 @@ void Load::LoadMainWindow() {
   rooms_.waitingWork.TakeAsSeen();
   StartAlertTimer();
   FillChoices();
+  rooms_.farKeys.Begin();
+  rooms_.waysFromAfar.Offer(rooms_.mediaPlayer);
   rooms_.refresh.tmrGetAllJobs.Start();
 }
 

@@ -13,6 +13,8 @@
 #include "pedals/usb_watcher.h"
 #include "playback/audio_objects.h"
 #include "playback/source_mixer.h"
+#include "remote/global_keys.h"
+#include "remote/media_bus.h"
 #include "reports/program_starter.h"
 #include "shell/file_handover.h"
 #include "store/browsable_folders.h"
@@ -48,6 +50,8 @@ struct Platform {
   ftp::FtpClient& ftpClient;
   reports::ProgramStarter& programStarter;
   FileHandover& fileHandover;
+  remote::GlobalKeys& globalKeys;
+  remote::MediaBus& mediaBus;
   /// Whose name stands in what this copy claims of folders that several decks sweep.
   intake::ClaimOwner claimOwner;
   /// Full path of the root under which all folders and the settings stand, without a trailing

@@ -61,6 +61,11 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       serialPedal(platform.loop, windows.configuration, footPedal, platform.serialPort),
       usbPedal(platform.loop, footPedal, platform.usbWatcher),
       pedalState(windows.configuration, serialPedal, usbPedal),
+      farHand(windows.main, transport),
+      farKeys(platform.loop, windows.configuration, binding, platform.globalKeys, farHand),
+      mediaPlayer({platform.loop, mainWindow, playback, positionDisplay, farHand}),
+      waysFromAfar({platform.loop, windows.configuration, pedalState, serialPedal, usbPedal,
+                    farKeys, platform.mediaBus}),
       branding(windows.main, windows.configuration, windows.about, settings, names),
       fascia(windows.main, platform.disk, folders),
       settingsChoices(mainWindow, binding, waitingWork, branding, serialPedal),
@@ -81,6 +86,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
   configuration.Register(mixerPage);
   configuration.Register(pathChoices);
   configuration.Register(serverProfiles);
+  configuration.Register(farKeys);
   views.Register(queueView);
   views.Register(completedView);
   views.Register(importView);

@@ -38,6 +38,10 @@
 #include "playback/position_display.h"
 #include "playback/prompts.h"
 #include "playback/sound_shaping.h"
+#include "remote/far_hand.h"
+#include "remote/far_keys.h"
+#include "remote/media_player.h"
+#include "remote/ways_from_afar.h"
 #include "reports/report.h"
 #include "shell/branding.h"
 #include "shell/fascia.h"
@@ -121,6 +125,10 @@ struct Rooms {
   pedals::SerialPedal serialPedal;
   pedals::UsbPedal usbPedal;
   pedals::PedalState pedalState;
+  remote::FarHand farHand;
+  remote::FarKeys farKeys;
+  remote::MediaPlayer mediaPlayer;
+  remote::WaysFromAfar waysFromAfar;
   Branding branding;
   Fascia fascia;
   window::SettingsChoices settingsChoices;

@@ -76,6 +76,19 @@ constexpr TakenField kGeneralFields[] = {
     {"AutoRefreshMode", Before::AsShipped},
     {"NewDictationAlertInterval", Before::AsShipped},
     {"AutoQueueRefreshInterval", Before::AsShipped},
+    {"PlayStopKey", Before::AsItIs},
+    {"PlayHeldKey", Before::AsItIs},
+    {"RewindHeldKey", Before::AsItIs},
+    {"ForwardHeldKey", Before::AsItIs},
+    {"ToBeginningKey", Before::AsItIs},
+    {"ToEndKey", Before::AsItIs},
+    {"SlowerKey", Before::AsItIs},
+    {"FasterKey", Before::AsItIs},
+    {"NormalSpeedKey", Before::AsItIs},
+    {"CompleteKey", Before::AsItIs},
+    {"SaveKey", Before::AsItIs},
+    {"SkipKey", Before::AsItIs},
+    {"BusSaysNothingFlag", Before::AsItIs},
 };
 
 constexpr std::string_view kAuthorFields[] = {

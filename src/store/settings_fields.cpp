@@ -11,6 +11,8 @@ namespace {
 using enum Form;
 using enum Table;
 
+constexpr std::string_view kKeys = "CTRL, ALT, SHIFT, LOGO and a key, as CTRL+F4; empty for none";
+
 constexpr Field kFields[] = {
     {GeneralSettings, "AutoBackspace", NumberText, "15",
      "How far Play goes back before it plays on, in tenths of a second", "0 to 99"},
@@ -115,6 +117,31 @@ constexpr Field kFields[] = {
      "Seconds between two refreshes of the Queue", "1 to 1310"},
     {GeneralSettings, "FtpServerSelection", NumberText, "0",
      "Server that is chosen, by its place in the list", "0 to 24"},
+    {GeneralSettings, "PlayStopKey", Text, "", "Key of any window that plays, and stops again",
+     kKeys},
+    {GeneralSettings, "PlayHeldKey", Text, "", "Key of any window that plays while it is held",
+     kKeys},
+    {GeneralSettings, "RewindHeldKey", Text, "", "Key of any window that rewinds while it is held",
+     kKeys},
+    {GeneralSettings, "ForwardHeldKey", Text, "",
+     "Key of any window that winds forward while it is held", kKeys},
+    {GeneralSettings, "ToBeginningKey", Text, "", "Key of any window that goes to the beginning",
+     kKeys},
+    {GeneralSettings, "ToEndKey", Text, "", "Key of any window that goes to the end", kKeys},
+    {GeneralSettings, "SlowerKey", Text, "", "Key of any window that plays slower by 5 percent",
+     kKeys},
+    {GeneralSettings, "FasterKey", Text, "", "Key of any window that plays faster by 5 percent",
+     kKeys},
+    {GeneralSettings, "NormalSpeedKey", Text, "", "Key of any window that plays at normal speed",
+     kKeys},
+    {GeneralSettings, "CompleteKey", Text, "",
+     "Key of any window that completes the dictation in work", kKeys},
+    {GeneralSettings, "SaveKey", Text, "", "Key of any window that saves the dictation in work",
+     kKeys},
+    {GeneralSettings, "SkipKey", Text, "",
+     "Key of any window that returns the dictation in work to the Queue", kKeys},
+    {GeneralSettings, "BusSaysNothingFlag", YesNo, "N",
+     "Lock screens and scripts are told nothing of the dictation, only what the deck does"},
 
     {FtpSettings, "ID", Number, "#", "Number of the profile; nothing changes it", "1 to 25"},
     {FtpSettings, "FtpServerName", Text, "Ftp#", "What the Ftp view calls the server",

@@ -95,6 +95,19 @@ std::vector<Binding> ConfigurationBindings(forms::ConfigurationForm& config) {
       {"AutoQueueRefreshInterval", GoesAlong, &config.txtAutoQueueRefreshInterval},
       {"EqualizerChoice", GoesAlong, &config.txtEqChoice},
       {"EqualizerEnableFlag", GoesAlong, &config.txtEqEnable, &config.chkEqEnable},
+      {"PlayStopKey", GoesAlong, &config.keys[0].txtKey},
+      {"PlayHeldKey", GoesAlong, &config.keys[1].txtKey},
+      {"RewindHeldKey", GoesAlong, &config.keys[2].txtKey},
+      {"ForwardHeldKey", GoesAlong, &config.keys[3].txtKey},
+      {"ToBeginningKey", GoesAlong, &config.keys[4].txtKey},
+      {"ToEndKey", GoesAlong, &config.keys[5].txtKey},
+      {"SlowerKey", GoesAlong, &config.keys[6].txtKey},
+      {"FasterKey", GoesAlong, &config.keys[7].txtKey},
+      {"NormalSpeedKey", GoesAlong, &config.keys[8].txtKey},
+      {"CompleteKey", GoesAlong, &config.keys[9].txtKey},
+      {"SaveKey", GoesAlong, &config.keys[10].txtKey},
+      {"SkipKey", GoesAlong, &config.keys[11].txtKey},
+      {"BusSaysNothingFlag", GoesAlong, &config.txtBusSaysNothing, &config.chkBusSaysNothing},
   };
 }
 

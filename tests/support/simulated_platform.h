@@ -9,12 +9,14 @@
 #include "shell/platform.h"
 #include "support/install.h"
 #include "support/simulated_audio.h"
+#include "support/simulated_bus.h"
 #include "support/simulated_conversion.h"
 #include "support/simulated_database.h"
 #include "support/simulated_disk.h"
 #include "support/simulated_folders.h"
 #include "support/simulated_ftp.h"
 #include "support/simulated_handover.h"
+#include "support/simulated_keys.h"
 #include "support/simulated_libraries.h"
 #include "support/simulated_loop.h"
 #include "support/simulated_mixer.h"
@@ -54,6 +56,8 @@ class SimulatedPlatformOf {
   SimulatedFtpClient ftp{loop, disk};
   SimulatedPrograms programs;
   SimulatedHandover handover{loop};
+  SimulatedGlobalKeys keys;
+  SimulatedMediaBus bus;
   /// Files that the next start is given.
   std::vector<std::string> filesToOpen;
   /// Another copy runs on the same root.
@@ -105,6 +109,8 @@ class SimulatedPlatformOf {
             .ftpClient = ftp,
             .programStarter = programs,
             .fileHandover = handover,
+            .globalKeys = keys,
+            .mediaBus = bus,
             .claimOwner = {.host = "desk", .process = 41},
             .installRoot = kRoot,
             .shareFolder = kShare,

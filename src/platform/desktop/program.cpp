@@ -13,6 +13,8 @@
 #include "platform/desktop/folders.h"
 #include "platform/desktop/hang_up.h"
 #include "platform/desktop/message_buses.h"
+#include "platform/desktop/no_bus.h"
+#include "platform/desktop/no_keys.h"
 #include "platform/desktop/notifications.h"
 #include "platform/desktop/open_folder.h"
 #include "platform/desktop/root_lock.h"
@@ -131,6 +133,8 @@ struct Program::Parts {
   RootLock rootLock{errands, root};
   /// Its door closes before the root is given back, for the next copy opens one under that name.
   SocketHandover fileHandover{loop, loop, root};
+  NoKeys globalKeys;
+  NoBus mediaBus;
   const std::vector<std::string> filesToOpen;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
@@ -149,6 +153,8 @@ struct Program::Parts {
                     .ftpClient = ftpClient,
                     .programStarter = programs,
                     .fileHandover = fileHandover,
+                    .globalKeys = globalKeys,
+                    .mediaBus = mediaBus,
                     .claimOwner = ThisProcess(),
                     .installRoot = root,
                     .shareFolder = ShareFolder(),

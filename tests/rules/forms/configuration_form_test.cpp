@@ -12,14 +12,16 @@ struct ConfigurationFormTest : testing::Test {
   forms::ConfigurationForm config{loop};
 };
 
-TEST_F(ConfigurationFormTest, WindowStartsHiddenOnTheFirstOfFivePages) {
+TEST_F(ConfigurationFormTest, WindowStartsHiddenOnTheFirstOfSixPages) {
   EXPECT_EQ(config.frmConfiguration.Caption.Get(), "Tavlo Deck - Configuration");
   EXPECT_FALSE(config.frmConfiguration.Visible);
-  ASSERT_EQ(config.tabConfiguration.Rows().size(), 5u);
+  ASSERT_EQ(config.tabConfiguration.Rows().size(), 6u);
   EXPECT_EQ(config.tabConfiguration.TextAt(4, 0), "&Ftp");
+  EXPECT_EQ(config.tabConfiguration.TextAt(5, 0), "&Keys");
   EXPECT_TRUE(config.frameSettings.Visible);
-  for (const forms::Pane* page : {&config.frameConfigEqualizer, &config.frameConfigMixer,
-                                  &config.frameConfigAlternatePath, &config.frameFtp}) {
+  for (const forms::Pane* page :
+       {&config.frameConfigEqualizer, &config.frameConfigMixer, &config.frameConfigAlternatePath,
+        &config.frameFtp, &config.frameConfigKeys}) {
     EXPECT_FALSE(page->Visible) << page->Name;
   }
 }

@@ -231,7 +231,7 @@ TEST_F(DatabaseUpgradeTest, AllSettingsAndAuthorsAreTakenOverInOneTransaction) {
   ASSERT_EQ(database.Saves.size(), 27u) << "the settings, and 26 authors";
   EXPECT_EQ(database.Saves[0].table, Table::GeneralSettings);
   EXPECT_EQ(database.Saves[0].fields.front().first, "AutoBackspace");
-  EXPECT_EQ(database.Saves[0].fields.back().first, "AutoQueueRefreshInterval");
+  EXPECT_EQ(database.Saves[0].fields.back().first, "BusSaysNothingFlag");
 }
 
 TEST_F(DatabaseUpgradeTest, PathsBelowTheOldRootBecomeOursAndOthersStayAsTheyAre) {

@@ -41,7 +41,7 @@ TEST(SettingsFields, EveryFieldStandsOnceWithItsTableAndSaysWhatItMayHold) {
 }
 
 TEST(SettingsFields, EachTableHasItsFieldsAndItsRows) {
-  EXPECT_EQ(FieldsOf(Table::GeneralSettings).size(), 53u);
+  EXPECT_EQ(FieldsOf(Table::GeneralSettings).size(), 66u);
   EXPECT_EQ(FieldsOf(Table::FtpSettings).size(), 11u);
   EXPECT_EQ(FieldsOf(Table::ImportAuthors).size(), 9u);
   EXPECT_EQ(FieldsOf(Table::RevisionInfo).size(), 1u);

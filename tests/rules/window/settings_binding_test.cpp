@@ -188,7 +188,9 @@ TEST_F(SettingsBindingTest, ConfigurationIsSavedInOneTransactionInTheListedOrder
       "ShowCustomDisplay", "MixerSelection",
       // Those that go along with the row.
       "AutoImportMode", "AutoRefreshMode", "WorkWaitingAlertMode", "NewDictationAlertInterval",
-      "AutoQueueRefreshInterval", "EqualizerChoice", "EqualizerEnableFlag"};
+      "AutoQueueRefreshInterval", "EqualizerChoice", "EqualizerEnableFlag", "PlayStopKey",
+      "PlayHeldKey", "RewindHeldKey", "ForwardHeldKey", "ToBeginningKey", "ToEndKey", "SlowerKey",
+      "FasterKey", "NormalSpeedKey", "CompleteKey", "SaveKey", "SkipKey", "BusSaysNothingFlag"};
   EXPECT_EQ(NamesOfLastSave(), expected);
 }
 

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+
+#include "base/loop.h"
+#include "playback/playback.h"
+#include "playback/position_display.h"
+#include "remote/far_hand.h"
+#include "remote/media_bus.h"
+#include "window/main_window.h"
+
+namespace tavlo::remote {
+
+/// The deck as a media player of the desktop. What it tells is what the windows show of the
+/// document in work or selected; what it is asked for, a hand at another window does (`FarHand`).
+class MediaPlayer : public MediaSource {
+ public:
+  /// All of them must outlive it.
+  struct Parts {
+    base::Loop& loop;
+    window::MainWindow& window;
+    const playback::Playback& playback;
+    playback::PositionDisplay& positionDisplay;
+    FarHand& hand;
+  };
+  explicit MediaPlayer(const Parts& parts);
+
+  /// Commands that may wait. Nobody presses as fast by hand; what comes beyond them is dropped.
+  static constexpr std::size_t kMostWaiting = 32;
+  /// A move of the position by less than this beside playing on is none.
+  static constexpr Microseconds kLeastJump = 200'000;
+
+  MediaState State() override;
+  Microseconds Position() const override;
+  bool TakeJump() override;
+  void Take(const MediaCommand& command) override;
+  /// Forgets what waits and takes nothing more.
+  void End();
+
+ private:
+  /// Where the position was at a moment, and how fast it moves from there.
+  struct Course {
+    Microseconds position = 0;
+    base::MonotonicTime since;
+    double rate = 0;  ///< 0 while it stands.
+  };
+
+  bool SaysNothing() const;
+  bool InWork() const { return playback_.document.IsInWork(); }
+  bool HasDocument() const;
+  PlaybackStatus Status() const;
+  double Rate() const;
+  void Describe(MediaState& state);
+  std::uint64_t TrackNumber();
+  Microseconds Length() const;
+  Course CourseNow() const;
+
+  void RunNext();
+  void Run(const MediaCommand& command);
+  void Seek(Microseconds target);
+  void SetRate(double rate);
+  void SetVolume(double volume);
+  void Raise();
+
+  base::Timer tmrMediaCommands_;
+  base::Loop& loop_;
+  window::MainWindow& window_;
+  forms::MainForm& form_;
+  forms::ConfigurationForm& config_;
+  const playback::Playback& playback_;
+  playback::PositionDisplay& positionDisplay_;
+  FarHand& hand_;
+  std::deque<MediaCommand> waiting_;
+  bool ended_ = false;
+  std::uint64_t track_ = 0;
+  std::string trackPath_;  ///< Of the document that has the number.
+  std::optional<Course> course_;
+  Microseconds lastStep_ = 0;
+};
+
+}  // namespace tavlo::remote
