@@ -28,6 +28,10 @@ ControlGroup ImportKeys(MainForm& form) {
           &form.cmdDeleteOneImportFile, &form.cmdDeleteAllImportFile};
 }
 
+bool SliderIsHeld(const MainForm& form) {
+  return form.slPosition.IsHeld() || form.Slider1.IsHeld() || form.sldVol.IsHeld();
+}
+
 void SetEnabled(const ControlGroup& group, bool enabled) {
   for (Control* control : group) control->Enabled = enabled;
 }

@@ -22,6 +22,9 @@ ControlGroup CompletedKeys(MainForm& form);
 /// Sending and deleting what the Import list shows.
 ControlGroup ImportKeys(MainForm& form);
 
+/// A hand holds the slider of position, speed or volume.
+bool SliderIsHeld(const MainForm& form);
+
 void SetEnabled(const ControlGroup& group, bool enabled);
 
 }  // namespace tavlo::forms

@@ -216,6 +216,8 @@ class Range : public Control {
   void Press();
   void Change(int value);
   void Release();
+  /// A hand holds it: it was taken and not let go yet.
+  bool IsHeld() const { return held_; }
   /// A key on the slider: all three at once. The keyboard stays on the slider, although its rule
   /// gives the keyboard away after a click; otherwise the next key would not reach the slider.
   void Step(int value);

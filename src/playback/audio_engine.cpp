@@ -143,6 +143,7 @@ void AudioEngine::StartPlay() {
   IsPlaying = true;
   ++StartsOfPlay;
   form_.DeckRuns = true;
+  OnStartPlay();
   LoadFirstBlocks();
   equalizer_.ApplyStored();
 }

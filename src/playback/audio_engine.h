@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "base/loop.h"
@@ -41,6 +42,8 @@ class AudioEngine {
   bool IsPaused = false;
   /// Counts how often a document began to sound.
   std::uint64_t StartsOfPlay = 0;
+  /// A document begins to sound, and its first blocks are read next.
+  std::function<void()> OnStartPlay = [] {};
   int PlaySpeedPercent = 100;
   /// Sample of the file at which the current run of blocks began.
   double PlayStartSample = 0;

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <string>
 
+#include "forms/control_groups.h"
+
 namespace tavlo::playback {
 namespace {
 
@@ -73,9 +75,12 @@ void PositionDisplay::ContinueFrom(double sample) {
 }
 
 void PositionDisplay::SeekTo(double sample) {
-  if (!form_.slPosition.Reachable() || engine_.SliderDragging) return;
+  if (!form_.slPosition.Reachable() || forms::SliderIsHeld(form_)) return;
   if (!window_.guards.TransportMayAct()) return;
+  window_.ForgetNotice();
   transport_.StopWind();
+  // A slider that was let go while a document was moved has left the display frozen.
+  engine_.SliderDragging = false;
   const double target = std::clamp(sample, 0.0, document_.FileLength);
   if (engine_.IsPlaying) {
     ContinueFrom(target);

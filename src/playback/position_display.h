@@ -12,7 +12,7 @@ class PositionDisplay {
                   Transport& transport);
 
   /// Goes to a sample of the document, cut to its ends, as a hand does with the slider; nothing
-  /// where a hand could not move it, or is just moving it. A wind ends.
+  /// where a hand could not move it, or holds a slider. A wind ends.
   void SeekTo(double sample);
 
  private:

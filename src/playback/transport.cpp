@@ -48,6 +48,7 @@ Transport::Transport(base::Loop& loop, window::MainWindow& window, DocumentInWor
       engine_(engine),
       voice_(voice) {
   tmrRewindForward.OnTick = [this] { WindTick(); };
+  engine_.OnStartPlay = [this] { OnRunBegins(); };
   WireButtons();
 }
 
@@ -242,6 +243,7 @@ void Transport::StartWind(Wind direction) {
   form_.DeckWinds = direction == Wind::Rewind ? forms::Winding::Back : forms::Winding::On;
   tmrRewindForward.SetInterval(kFirstWindInterval);
   tmrRewindForward.Start();
+  OnRunBegins();
 }
 
 std::optional<RunNumber> Transport::RunUnderWay() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 #include "playback/audio_engine.h"
@@ -39,6 +40,8 @@ class Transport {
 
   /// What sounds or winds now; nothing when the deck stands.
   std::optional<RunNumber> RunUnderWay() const;
+  /// Something begins to sound or to wind, and is `RunUnderWay` already.
+  std::function<void()> OnRunBegins = [] {};
 
   /// Ends a wind where it stands.
   void StopWind();
