@@ -3,22 +3,23 @@
 #include <algorithm>
 #include <utility>
 
+#include "forms/control_groups.h"
+
 namespace tavlo::remote {
 namespace {
 
 using forms::By;
 
-void Drag(forms::Range& slider, int value) {
-  if (!slider.Reachable()) return;
-  slider.Press();
-  slider.Change(slider.Bounds.Nearest(value));
-  slider.Release();
-}
-
 }  // namespace
 
-FarHand::FarHand(forms::MainForm& form, playback::Transport& transport)
-    : form_(form), transport_(transport) {}
+FarHand::FarHand(window::MainWindow& window, playback::Transport& transport)
+    : form_(window.Form()), transport_(transport), window_(window) {
+  transport_.OnRunBegins = [this] { NoteRun(); };
+}
+
+FarHand::~FarHand() {
+  transport_.OnRunBegins = [] {};
+}
 
 void FarHand::Press(AfarAction action) {
   Hold& hold = holds_[IndexOf(action)];
@@ -52,20 +53,23 @@ void FarHand::Press(AfarAction action) {
 }
 
 void FarHand::PressHeld(Hold& hold, forms::Command& key) {
-  const auto before = transport_.RunUnderWay();
-  {
-    const window::Raised pressing(hold.pressing);
-    key.Press(By::Hand);
-  }
-  const auto now = transport_.RunUnderWay();
-  if (now != before) hold.began = now;
+  Hold* const before = std::exchange(pressing_, &hold);
+  key.Press(By::Hand);
+  pressing_ = before;
+  // It may have been let go under a box of its own press.
   if (!hold.down) StopWhatItBegan(hold);
+}
+
+void FarHand::NoteRun() {
+  // Under a box no key is pressed: what begins there is a foot's.
+  if (pressing_ && !form_.frmMain.EventLoop().MessageBoxOpen()) {
+    pressing_->began = transport_.RunUnderWay();
+  }
 }
 
 void FarHand::Release(AfarAction action) {
   Hold& hold = holds_[IndexOf(action)];
-  if (!std::exchange(hold.down, false) || hold.pressing) return;
-  StopWhatItBegan(hold);
+  if (std::exchange(hold.down, false)) StopWhatItBegan(hold);
 }
 
 void FarHand::StopWhatItBegan(Hold& hold) {
@@ -104,5 +108,14 @@ void FarHand::Jump(forms::Command& windKey) {
 void FarHand::SetSpeedOffset(int percent) { Drag(form_.Slider1, percent); }
 
 void FarHand::SetVolume(int value) { Drag(form_.sldVol, value); }
+
+void FarHand::Drag(forms::Range& slider, int value) {
+  if (!slider.Reachable() || forms::SliderIsHeld(form_)) return;
+  // One that is let go while a document is moved would leave the display frozen.
+  if (!window_.guards.TransportMayAct()) return;
+  slider.Press();
+  slider.Change(slider.Bounds.Nearest(value));
+  slider.Release();
+}
 
 }  // namespace tavlo::remote

@@ -7,6 +7,7 @@
 #include "forms/main_form.h"
 #include "playback/transport.h"
 #include "remote/afar_action.h"
+#include "window/main_window.h"
 
 namespace tavlo::remote {
 
@@ -16,7 +17,9 @@ namespace tavlo::remote {
 /// else has begun meanwhile goes on.
 class FarHand {
  public:
-  FarHand(forms::MainForm& form, playback::Transport& transport);
+  FarHand(window::MainWindow& window, playback::Transport& transport);
+  ~FarHand();
+  FarHand(const FarHand&) = delete;
 
   /// A key went down. One that is down already was not pressed.
   void Press(AfarAction action);
@@ -44,17 +47,22 @@ class FarHand {
  private:
   struct Hold {
     bool down = false;
-    bool pressing = false;  ///< Its press has not come through: a box or a wait stands under it.
+    /// What its press has begun.
     std::optional<playback::RunNumber> began;
   };
 
   bool InWork() const { return form_.cmdSkip.Enabled; }
   void PressHeld(Hold& hold, forms::Command& key);
+  /// Something begins, by whomever.
+  void NoteRun();
   void StopWhatItBegan(Hold& hold);
+  void Drag(forms::Range& slider, int value);
 
   forms::MainForm& form_;
   playback::Transport& transport_;
+  window::MainWindow& window_;
   std::array<Hold, kAfarActions.size()> holds_;
+  Hold* pressing_ = nullptr;  ///< Its key is just being pressed.
 };
 
 }  // namespace tavlo::remote

@@ -16,11 +16,16 @@ std::string InWords(const std::string& text) {
   return trigger ? trigger->InWords() : text;
 }
 
+std::string KeyOf(const AfarActionName& action, const KeyTrigger& trigger) {
+  return trigger.InWords() + " is the key of \"" + std::string(action.description) + "\".";
+}
+
 }  // namespace
 
 FarKeys::FarKeys(base::Loop& loop, forms::ConfigurationForm& config,
                  window::SettingsBinding& settings, GlobalKeys& keys, FarHand& hand)
-    : config_(config),
+    : loop_(loop),
+      config_(config),
       settings_(settings),
       keys_(keys),
       hand_(hand),
@@ -57,7 +62,7 @@ void FarKeys::Begin() {
 void FarKeys::End() {
   begun_ = false;
   tmrFarKeys_.Stop();
-  hand_.LetGo();
+  LetGoOfOthersThan({});
   keys_.Wish({});
 }
 
@@ -68,12 +73,23 @@ bool FarKeys::AnyLive() const {
 
 void FarKeys::WindowOpens() {
   for (const window::Binding& pair : pairs_) pair.ShowTick();
+  // Who comes back to the page may have freed a key meanwhile. A desktop that asks first is left in
+  // peace, for its question takes the keyboard, and its end would be another coming back.
+  const bool asksNobody = keys_.Way() == KeyWay::Grabs;
+  if (std::exchange(windowWasClosed_, false) || asksNobody) {
+    if (Frame().Visible) TryAgain();
+  }
   Show();
 }
 
 void FarKeys::ComesToFront() {
-  if (begun_) keys_.TryAgain();
+  for (Choice& choice : choices_) choice.why.clear();
+  TryAgain();
   Show();
+}
+
+void FarKeys::TryAgain() {
+  if (begun_ && !wishes_.empty()) keys_.TryAgain();
 }
 
 void FarKeys::HandleNews() {
@@ -82,15 +98,28 @@ void FarKeys::HandleNews() {
 
 void FarKeys::Look() {
   tmrFarKeys_.Stop();
-  while (const auto event = keys_.Next()) Handle(*event);
+  while (begun_) {
+    const auto event = keys_.Next();
+    if (!event) break;
+    // Each one is an event of its own, so that one that fails does not keep a release waiting.
+    loop_.RunEvent(tmrFarKeys_.Name(), [&] { Handle(*event); });
+  }
   EndTrials();
   Show();
-  if (std::exchange(wasLive_, AnyLive()) != wasLive_) OnChange();
 }
 
 void FarKeys::Handle(const KeyEvent& event) {
   RowOf(event.action).Down = event.down;
   event.down ? hand_.Press(event.action) : hand_.Release(event.action);
+}
+
+void FarKeys::LetGoOfOthersThan(const std::vector<KeyWish>& wishes) {
+  for (const AfarActionName& name : kAfarActions) {
+    const auto before = std::ranges::find(wishes_, name.action, &KeyWish::action);
+    if (before != wishes_.end() && std::ranges::find(wishes, *before) != wishes.end()) continue;
+    Handle({.action = name.action, .down = false});
+  }
+  wishes_ = wishes;
 }
 
 void FarKeys::TakeText(AfarAction action) {
@@ -99,6 +128,12 @@ void FarKeys::TakeText(AfarAction action) {
   if (text == Of(action).text) return;
   if (settings_.Loading()) {
     Of(action) = {.text = text};
+    return;
+  }
+  const auto trigger = KeyTrigger::Of(text);
+  if (trigger && trigger->Text() != text) {
+    // This runs again for what is written here.
+    box.Value = trigger->Text();
     return;
   }
   Of(action).why = WhyNot(action, text);
@@ -120,15 +155,19 @@ void FarKeys::Choose(AfarAction action, const std::string& text) {
   Wish();
 }
 
+const AfarActionName* FarKeys::OtherWith(AfarAction action, const KeyTrigger& trigger) const {
+  const auto other = std::ranges::find_if(kAfarActions, [&](const AfarActionName& name) {
+    return name.action != action && KeyTrigger::Of(choices_[IndexOf(name.action)].text) == trigger;
+  });
+  return other == kAfarActions.end() ? nullptr : &*other;
+}
+
 std::string FarKeys::WhyNot(AfarAction action, const std::string& text) const {
   if (text.empty()) return {};
   const auto trigger = KeyTrigger::Of(text);
   if (!trigger) return "This key can not be used.";
-  for (const auto& [other, id, description] : kAfarActions) {
-    if (other == action || choices_[IndexOf(other)].text != text) continue;
-    return trigger->InWords() + " is the key of \"" + std::string(description) + "\".";
-  }
-  return WhyNeededForWriting(*trigger);
+  const AfarActionName* const other = OtherWith(action, *trigger);
+  return other ? KeyOf(*other, *trigger) : WhyNeededForWriting(*trigger);
 }
 
 std::string FarKeys::WhyUnusable(AfarAction action) const {
@@ -137,22 +176,20 @@ std::string FarKeys::WhyUnusable(AfarAction action) const {
   if (text.empty()) return {};
   if (!trigger) return "This release does not know the key.";
   // The first of two that have the same key keeps it.
-  for (std::size_t i = 0; i < IndexOf(action); ++i) {
-    if (choices_[i].text != text) continue;
-    return trigger->InWords() + " is the key of \"" + std::string(kAfarActions[i].description) +
-           "\".";
-  }
-  return WhyNeededForWriting(*trigger);
+  const AfarActionName* const other = OtherWith(action, *trigger);
+  const bool isSecond = other && IndexOf(other->action) < IndexOf(action);
+  return isSecond ? KeyOf(*other, *trigger) : WhyNeededForWriting(*trigger);
 }
 
 void FarKeys::Wish() {
   if (!begun_) return;
   std::vector<KeyWish> wishes;
   for (const AfarActionName& name : kAfarActions) {
-    const std::string& text = Of(name.action).text;
-    if (text.empty() || !WhyUnusable(name.action).empty()) continue;
-    wishes.push_back({.action = name.action, .trigger = text});
+    const auto trigger = KeyTrigger::Of(Of(name.action).text);
+    if (!trigger || !WhyUnusable(name.action).empty()) continue;
+    wishes.push_back({.action = name.action, .trigger = trigger->Text()});
   }
+  LetGoOfOthersThan(wishes);
   keys_.Wish(wishes);
   Show();
 }
@@ -165,11 +202,24 @@ void FarKeys::EndTrials() {
     const std::string before = *std::exchange(choice.onTrial, std::nullopt);
     if (grant.state != KeyState::OthersHold) continue;
     choice.why = "Another program has " + InWords(choice.text) + ".";
-    choice.text = before;
-    RowOf(grant.action).txtKey.Value = before;
+    GoBack(grant.action, before);
     wentBack = true;
   }
   if (wentBack) Wish();
+}
+
+void FarKeys::GoBack(AfarAction action, const std::string& before) {
+  forms::Text& box = RowOf(action).txtKey;
+  // Another action may have been given the key meanwhile.
+  const auto trigger = KeyTrigger::Of(before);
+  Of(action).text = trigger && OtherWith(action, *trigger) ? "" : before;
+  box.Value = Of(action).text;
+  // The window was closed before the answer came, and has stored what was on trial.
+  if (config_.frmConfiguration.Visible) return;
+  const auto& bindings = settings_.Bindings();
+  const auto binding = std::ranges::find(bindings, &box, &window::Binding::text);
+  settings_.Saver().Write(store::Table::GeneralSettings, 0,
+                          {{std::string(binding->field), box.Value}});
 }
 
 void FarKeys::Show() {
@@ -181,6 +231,12 @@ void FarKeys::Show() {
   }
   config_.lblKeysWay.Value = WayInWords();
   config_.cmdDesktopKeys.Visible = keys_.CanConfigure();
+  TellWhetherLive();
+}
+
+void FarKeys::TellWhetherLive() {
+  const bool live = AnyLive();
+  if (std::exchange(wasLive_, live) != live) OnChange();
 }
 
 std::string FarKeys::StateInWords(AfarAction action, const KeyGrant* grant) const {

@@ -39,6 +39,7 @@ class FarKeys : public window::ConfigurationPage, private base::Listener {
   forms::Pane& Frame() override { return config_.frameConfigKeys; }
   void WindowOpens() override;
   void ComesToFront() override;
+  void WindowCloses(window::ConfigurationExit) override { windowWasClosed_ = true; }
 
  private:
   /// A key as it is in effect, and what it was before a hand chose it, as long as nobody knows
@@ -56,20 +57,28 @@ class FarKeys : public window::ConfigurationPage, private base::Listener {
   void HandleNews() override;
   void Look();
   void Handle(const KeyEvent& event);
+  /// What is held counts as let go where its key is another one now, or none.
+  void LetGoOfOthersThan(const std::vector<KeyWish>& wishes);
   /// A text of a box has changed, by a hand or by the settings.
   void TakeText(AfarAction action);
   void Choose(AfarAction action, const std::string& text);
+  /// The first other action that has the key, or null.
+  const AfarActionName* OtherWith(AfarAction action, const KeyTrigger& trigger) const;
   /// Why a hand may not have that key for the action; empty when it may.
   std::string WhyNot(AfarAction action, const std::string& text) const;
   /// Why a stored text is no key; empty when it is one, or is empty.
   std::string WhyUnusable(AfarAction action) const;
   void Wish();
+  void TryAgain();
   /// A key that was just chosen and is another program's goes back to what it was.
   void EndTrials();
+  void GoBack(AfarAction action, const std::string& before);
   void Show();
+  void TellWhetherLive();
   std::string StateInWords(AfarAction action, const KeyGrant* grant) const;
   std::string WayInWords() const;
 
+  base::Loop& loop_;
   forms::ConfigurationForm& config_;
   window::SettingsBinding& settings_;
   GlobalKeys& keys_;
@@ -78,6 +87,8 @@ class FarKeys : public window::ConfigurationPage, private base::Listener {
   const std::vector<window::Binding> pairs_;
   bool begun_ = false;
   bool wasLive_ = false;
+  bool windowWasClosed_ = true;
+  std::vector<KeyWish> wishes_;
   std::array<Choice, kAfarActions.size()> choices_;
 };
 

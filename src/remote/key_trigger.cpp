@@ -32,7 +32,10 @@ constexpr std::array kWords{
     KnownAs{"Next", "Page Down"},       KnownAs{"Page_Up", "Page Up"},
     KnownAs{"Page_Down", "Page Down"},  KnownAs{"Scroll_Lock", "Scroll Lock"},
     KnownAs{"Print", "Print Screen"},   KnownAs{"KP_Add", "Keypad +"},
-    KnownAs{"KP_Subtract", "Keypad -"},
+    KnownAs{"KP_Subtract", "Keypad -"}, KnownAs{"KP_Multiply", "Keypad *"},
+    KnownAs{"KP_Divide", "Keypad /"},   KnownAs{"adiaeresis", "\u00C4"},
+    KnownAs{"odiaeresis", "\u00D6"},    KnownAs{"udiaeresis", "\u00DC"},
+    KnownAs{"ssharp", "\u00DF"},
 };
 
 /// Keys that are held together with others.
@@ -65,6 +68,10 @@ bool IsName(std::string_view key) {
   });
 }
 
+bool IsLetter(std::string_view key) {
+  return key.size() == 1 && ((key[0] >= 'a' && key[0] <= 'z') || (key[0] >= 'A' && key[0] <= 'Z'));
+}
+
 }  // namespace
 
 std::string KeyTrigger::Text() const {
@@ -82,8 +89,9 @@ std::string KeyTrigger::InWords() const {
   }
   const auto known = std::ranges::find(kWords, key, &KnownAs::key);
   if (known != kWords.end()) return words + std::string(known->words);
-  if (key.size() == 1) return words + static_cast<char>(key[0] - (key[0] >= 'a' ? 'a' - 'A' : 0));
+  if (IsLetter(key)) return words + static_cast<char>(key[0] & ~('a' - 'A'));
   if (key.starts_with("XF86")) return words + key.substr(4);
+  if (key.starts_with("KP_")) return words + "Keypad " + key.substr(3);
   return words + key;
 }
 
@@ -97,6 +105,7 @@ std::optional<KeyTrigger> KeyTrigger::Of(std::string_view text) {
   }
   if (!IsName(text)) return std::nullopt;
   trigger.key = text;
+  if (IsLetter(text)) trigger.key[0] = static_cast<char>(text[0] | ('a' - 'A'));
   return trigger;
 }
 

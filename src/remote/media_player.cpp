@@ -40,6 +40,10 @@ Microseconds Sum(Microseconds a, Microseconds b) {
   return a + b;
 }
 
+bool IsSlider(MediaCommand::What what) {
+  return what == MediaCommand::What::SetRate || what == MediaCommand::What::SetVolume;
+}
+
 }  // namespace
 
 MediaPlayer::MediaPlayer(const Parts& parts)
@@ -57,10 +61,8 @@ MediaPlayer::MediaPlayer(const Parts& parts)
 bool MediaPlayer::SaysNothing() const { return config_.txtBusSaysNothing.Value.Get() == "Y"; }
 
 bool MediaPlayer::HasDocument() const {
-  if (InWork()) return true;
   // Documents of the other lists are only listened to.
-  const std::vector<std::string>& panels = form_.StatusBar1.Panels.Get();
-  return form_.cmdPlay.Enabled && panels.size() > kDatePanel && !panels[kAuthorPanel].empty();
+  return InWork() || form_.cmdPlay.Enabled;
 }
 
 PlaybackStatus MediaPlayer::Status() const {
@@ -80,6 +82,8 @@ MediaState MediaPlayer::State() {
   state.canPause = state.canPlay;
   state.canGoNext = hasDocument && form_.cmdForward.Reachable();
   state.canGoPrevious = hasDocument && form_.cmdRewind.Reachable();
+  // What is chosen next is another one, even when it is the same again.
+  if (!hasDocument) trackPath_.clear();
   if (hasDocument && !SaysNothing()) {
     state.canSeek = InWork() && form_.slPosition.Reachable();
     Describe(state);
@@ -115,29 +119,45 @@ Microseconds MediaPlayer::Position() const {
   return playback_.engine.Player().SamplesToMilliseconds(sample) * 1000;
 }
 
-MediaPlayer::Course MediaPlayer::CourseNow() const {
+MediaPlayer::Step MediaPlayer::StepNow() const {
   const bool plays = Status() == PlaybackStatus::Playing;
-  return {.position = Position(), .since = loop_.Now(), .rate = plays ? Rate() : 0};
+  return {.position = Position(), .at = loop_.Now(), .rate = plays ? Rate() : 0};
 }
 
 bool MediaPlayer::TakeJump() {
-  const Course now = CourseNow();
-  if (!course_) course_ = now;
+  const Step now = StepNow();
+  const Step last = lastStep_.value_or(now);
   // While it plays the position comes in steps. Between two of them nothing is to be said.
-  const bool sameStep = now.rate != 0 && now.rate == course_->rate && now.position == lastStep_;
-  lastStep_ = now.position;
-  if (sameStep) return false;
-  const double seconds = std::chrono::duration<double>((now.since - course_->since)).count();
-  const auto expected = course_->position +
-                        static_cast<Microseconds>(seconds * course_->rate * kMicrosecondsInASecond);
-  const bool jumped = std::abs(now.position - expected) >= kLeastJump;
-  if (jumped || now.rate != course_->rate) course_ = now;
-  return jumped;
+  const bool sameStep = now.rate != 0 && last.rate != 0 && now.position == last.position;
+  if (last.rate != 0 && now.rate != last.rate) rateBefore_ = last.rate;
+  lastStep_ = sameStep ? Step{last.position, last.at, now.rate} : now;
+  return !sameStep && IsJump(last, now);
+}
+
+bool MediaPlayer::IsJump(const Step& from, const Step& to) const {
+  // It may have stopped anywhere on its way, but what stood until now has not moved by itself.
+  double slowest = to.rate == 0 ? 0 : from.rate;
+  double fastest = from.rate;
+  if (from.rate != 0 && to.rate != 0) {
+    slowest = std::min({from.rate, to.rate, rateBefore_});
+    fastest = std::max({from.rate, to.rate, rateBefore_});
+  }
+  const double passed =
+      std::chrono::duration<double>(to.at - from.at).count() * kMicrosecondsInASecond;
+  const auto moved = static_cast<double>(to.position - from.position);
+  return moved <= slowest * passed - kLeastJump || moved >= fastest * passed + kLeastJump;
 }
 
 void MediaPlayer::Take(const MediaCommand& command) {
-  if (ended_ || waiting_.size() == kMostWaiting) return;
-  waiting_.push_back(command);
+  if (ended_) return;
+  // A slider that is drawn on tells every place that it passes; the last one counts.
+  const bool goesOn =
+      !waiting_.empty() && IsSlider(command.what) && waiting_.back().what == command.what;
+  if (goesOn) {
+    waiting_.back() = command;
+  } else if (waiting_.size() < kMostWaiting) {
+    waiting_.push_back(command);
+  }
   tmrMediaCommands_.StartDue();
 }
 
@@ -179,7 +199,7 @@ void MediaPlayer::Run(const MediaCommand& command) {
       Seek(std::max(Sum(Position(), command.time), Microseconds{0}));
       break;
     case What::SetPosition:
-      if (command.track == track_ && command.time >= 0 && command.time <= Length()) {
+      if (command.track == State().track && command.time >= 0 && command.time <= Length()) {
         Seek(command.time);
       }
       break;

@@ -40,10 +40,10 @@ class MediaPlayer : public MediaSource {
   void End();
 
  private:
-  /// Where the position was at a moment, and how fast it moves from there.
-  struct Course {
+  /// Where the position was when it was looked at, and how fast it moved.
+  struct Step {
     Microseconds position = 0;
-    base::MonotonicTime since;
+    base::MonotonicTime at;
     double rate = 0;  ///< 0 while it stands.
   };
 
@@ -55,7 +55,9 @@ class MediaPlayer : public MediaSource {
   void Describe(MediaState& state);
   std::uint64_t TrackNumber();
   Microseconds Length() const;
-  Course CourseNow() const;
+  Step StepNow() const;
+  /// Whether playing on, at whatever speed it may have been, does not lead from here to there.
+  bool IsJump(const Step& from, const Step& to) const;
 
   void RunNext();
   void Run(const MediaCommand& command);
@@ -76,8 +78,8 @@ class MediaPlayer : public MediaSource {
   bool ended_ = false;
   std::uint64_t track_ = 0;
   std::string trackPath_;  ///< Of the document that has the number.
-  std::optional<Course> course_;
-  Microseconds lastStep_ = 0;
+  std::optional<Step> lastStep_;
+  double rateBefore_ = 1;  ///< What is queued ahead of the ear may still play at it.
 };
 
 }  // namespace tavlo::remote

@@ -61,7 +61,7 @@ Rooms::Rooms(const Platform& platform, Windows& windows, store::WorkFolders& wor
       serialPedal(platform.loop, windows.configuration, footPedal, platform.serialPort),
       usbPedal(platform.loop, footPedal, platform.usbWatcher),
       pedalState(windows.configuration, serialPedal, usbPedal),
-      farHand(windows.main, transport),
+      farHand(mainWindow, transport),
       farKeys(platform.loop, windows.configuration, binding, platform.globalKeys, farHand),
       mediaPlayer({platform.loop, mainWindow, playback, positionDisplay, farHand}),
       waysFromAfar({platform.loop, windows.configuration, pedalState, serialPedal, usbPedal,
