@@ -196,17 +196,16 @@ std::string Variable(const char* name) {
   return value ? value : "";
 }
 
-/// Where libraries look for the session bus.
-std::string SessionBus() {
+}  // namespace
+
+std::string SessionBusAddress() {
   const std::string named = Variable(kSessionBus);
   const std::string folder = Variable("XDG_RUNTIME_DIR");
   return !named.empty() || folder.empty() ? named : "unix:path=" + folder + "/bus";
 }
 
-}  // namespace
-
 void LeaveSilentBuses(std::chrono::milliseconds patience) {
-  if (Try(SessionBus(), patience) == Bus::Silent) {
+  if (Try(SessionBusAddress(), patience) == Bus::Silent) {
     std::fputs("tavlodeck: The desktop's session bus does not answer; going on without it.\n",
                stderr);
     ::setenv(kSessionBus, kNoBus, 1);

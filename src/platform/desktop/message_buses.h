@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 namespace tavlo::platform::desktop {
 
@@ -16,5 +17,10 @@ namespace tavlo::platform::desktop {
 /// is silent does a longer one cost anything, and too short a one takes a screen reader away from
 /// whoever starts the deck on a busy machine.
 void LeaveSilentBuses(std::chrono::milliseconds patience = std::chrono::seconds{1});
+
+/// The address of the session bus as libraries take it from the environment; empty where it names
+/// none. `LeaveSilentBuses` may take it away, so whoever waits for a bus that may wake up asks
+/// before.
+std::string SessionBusAddress();
 
 }  // namespace tavlo::platform::desktop
