@@ -264,6 +264,7 @@ void QtLoop::SleepUntilDue() {
 void QtLoop::ShowForms() {
   if (breathing_) return;
   if (ShowChanges) ShowChanges();
+  if (TellChanges) TellChanges();
   // A deck that was on top for as long as its box would stay before the letter.
   if (const std::uint32_t window = std::exchange(typedIn_, 0)) StandInFront(window);
   if (std::exchange(inputHeld_, false)) ReleaseHeldInput();

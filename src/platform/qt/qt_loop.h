@@ -56,6 +56,9 @@ class QtLoop : public base::Loop, public DescriptorWaits {
 
   /// Brings the widgets up to the state of the forms. Called once per pass, before the loop sleeps.
   std::function<void()> ShowChanges;
+  /// Tells others what has changed: as often as `ShowChanges`, but for the breaths, in which the
+  /// state may be half done.
+  std::function<void()> TellChanges;
   /// The window that a message box belongs to, or nothing.
   std::function<QWidget*()> BoxOwner;
   /// A message box has closed and no other is open.

@@ -9,7 +9,12 @@
 
 namespace tavlo::test {
 
-RealBus::RealBus() {
+RealBus::RealBus() { Start(); }
+
+RealBus::~RealBus() { Kill(); }
+
+void RealBus::Start() {
+  address_.clear();
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC) != 0) return;
   // A session of its own keeps the services together with the bus that starts them.
@@ -22,10 +27,14 @@ RealBus::RealBus() {
   ::close(ends[0]);
 }
 
-RealBus::~RealBus() { Kill(); }
-
 void RealBus::Kill() {
   if (daemon_.Running()) ::kill(-daemon_.Process(), SIGKILL);
+}
+
+void RealBus::Restart() {
+  Kill();
+  daemon_.Kill();
+  Start();
 }
 
 bool RealBus::StartService(const std::string& name, const std::string& path) const {

@@ -25,8 +25,12 @@ class RealBus {
   void Thaw();
   /// It dies, and the services with it.
   void Kill();
+  /// Another one comes up in its place, under the same address.
+  void Restart();
 
  private:
+  void Start();
+
   TemporaryFolder folder_;
   std::string address_;
   ChildProcess daemon_;
