@@ -370,7 +370,7 @@ TEST_P(SameAsAHand, OrNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Remote, SameAsAHand, testing::ValuesIn(kMoments),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& moment) { return std::string(moment.param.name); });
 
 }  // namespace
 }  // namespace tavlo::test
