@@ -17,15 +17,31 @@ using base::operator""ms;
 constexpr int kMostMessages = 16;
 constexpr base::Duration kMostTime = 4ms;
 
-/// Of several addresses those that a socket of this machine is behind.
+/// Cuts the text up to the separator off its front; all of it where there is none.
+std::string_view CutOff(std::string_view& text, char separator) {
+  const std::string_view part = text.substr(0, text.find(separator));
+  text.remove_prefix(std::min(part.size() + 1, text.size()));
+  return part;
+}
+
+void AppendTo(std::string& list, char separator, std::string_view part) {
+  if (!list.empty()) list += separator;
+  list += part;
+}
+
+/// Of several addresses those that a socket of this machine is behind. The number that tells one
+/// bus from the next is left out, since whichever comes back there is welcome.
 std::string SocketsOf(std::string_view addresses) {
   std::string sockets;
   while (!addresses.empty()) {
-    const std::string_view address = addresses.substr(0, addresses.find(';'));
-    addresses.remove_prefix(std::min(address.size() + 1, addresses.size()));
+    std::string_view address = CutOff(addresses, ';');
     if (!address.starts_with("unix:")) continue;
-    if (!sockets.empty()) sockets += ';';
-    sockets += address;
+    std::string socket;
+    while (!address.empty()) {
+      const std::string_view part = CutOff(address, ',');
+      if (!part.starts_with("guid=")) AppendTo(socket, ',', part);
+    }
+    AppendTo(sockets, ';', socket);
   }
   return sockets;
 }
