@@ -6,6 +6,8 @@
 
 #include "platform/access/access_database.h"
 #include "platform/beside/side_thread.h"
+#include "platform/bus/bus_connection.h"
+#include "platform/bus/mpris_service.h"
 #include "platform/convert/plugin_conversion_libraries.h"
 #include "platform/curl/curl_ftp_client.h"
 #include "platform/desktop/detached_programs.h"
@@ -13,7 +15,6 @@
 #include "platform/desktop/folders.h"
 #include "platform/desktop/hang_up.h"
 #include "platform/desktop/message_buses.h"
-#include "platform/desktop/no_bus.h"
 #include "platform/desktop/no_keys.h"
 #include "platform/desktop/notifications.h"
 #include "platform/desktop/open_folder.h"
@@ -57,14 +58,17 @@ constexpr PlainFile::Accepted kPromptFiles{.links = Links::Followed,
 
 struct Program::Parts {
   Parts(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> port, const TrustStore& trust,
-        const std::vector<std::string>& files)
+        const std::vector<std::string>& files, const std::string& sessionBus)
       : application(argc, argv),
         serialPort(port ? std::move(port) : MachinePort()),
         ftpClient(loop, loop, trust),
+        bus(loop, loop, sessionBus),
         filesToOpen(files) {
     // The watch and the port end with the rooms, and nobody lets go of them after that.
     feet.Watch(usbWatcher, [this] { return deck.Built()->usbPedal.ReleaseStops(); });
+    loop.TellChanges = [this] { mediaBus.TellChanges(); };
   }
+  ~Parts() { loop.TellChanges = nullptr; }
 
   std::unique_ptr<pedals::SerialPort> MachinePort() {
     auto machine = std::make_unique<PosixSerialPort>();
@@ -134,7 +138,8 @@ struct Program::Parts {
   /// Its door closes before the root is given back, for the next copy opens one under that name.
   SocketHandover fileHandover{loop, loop, root};
   NoKeys globalKeys;
-  NoBus mediaBus;
+  BusConnection bus;
+  MprisService mediaBus{bus};
   const std::vector<std::string> filesToOpen;
   shell::Deck deck{{.loop = loop,
                     .disk = disk,
@@ -174,9 +179,11 @@ struct Program::Parts {
 
 Program::Program(int& argc, char** argv, std::unique_ptr<pedals::SerialPort> serialPort,
                  const TrustStore& trust, const std::vector<std::string>& files) {
+  // One that is silent now may wake up, and media keys then work.
+  const std::string sessionBus = SessionBusAddress();
   LeaveSilentBuses();
   const ScreenSearch search;
-  parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort), trust, files);
+  parts_ = std::make_unique<Parts>(argc, argv, std::move(serialPort), trust, files, sessionBus);
   qt::PrepareApplication();
 }
 
