@@ -158,7 +158,7 @@ void MediaPlayer::Take(const MediaCommand& command) {
   } else if (waiting_.size() < kMostWaiting) {
     waiting_.push_back(command);
   }
-  tmrMediaCommands_.StartDue();
+  if (!tmrMediaCommands_.Enabled()) tmrMediaCommands_.StartDue();
 }
 
 void MediaPlayer::End() {
@@ -172,7 +172,8 @@ void MediaPlayer::RunNext() {
   if (waiting_.empty()) return;
   const MediaCommand command = waiting_.front();
   waiting_.pop_front();
-  if (!waiting_.empty()) tmrMediaCommands_.StartDue();
+  // Not due at once: a pass of the loop may run what becomes due within it.
+  if (!waiting_.empty()) tmrMediaCommands_.Start();
   Run(command);
 }
 
