@@ -5,7 +5,7 @@
 namespace tavlo::forms {
 namespace {
 
-constexpr Twips kWindowHeight = 9750;
+constexpr Twips kWindowHeight = 10500;
 constexpr Twips kWidth = 14250;
 
 }  // namespace

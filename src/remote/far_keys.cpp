@@ -39,6 +39,7 @@ FarKeys::FarKeys(base::Loop& loop, forms::ConfigurationForm& config,
 void FarKeys::WirePage() {
   for (const auto& [action, id, description] : kAfarActions) {
     RowOf(action).lblKey.Value = std::string(description);
+    RowOf(action).txtKey.Heard = "Key for " + std::string(description);
     RowOf(action).txtKey.OnChange = [this, action = action] { TakeText(action); };
   }
   const auto focusAway = [this] { config_.frmConfiguration.FocusOn(config_.txtFocus); };

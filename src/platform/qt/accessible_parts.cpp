@@ -9,6 +9,7 @@
 #include "platform/qt/brand_logo.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/figures_label.h"
+#include "platform/qt/key_box.h"
 #include "platform/qt/meter_bar.h"
 #include "platform/qt/secret_box.h"
 #include "platform/qt/state_speaker.h"
@@ -84,6 +85,21 @@ class HeardMeter : public Measured {
   MeterBar& meter_;
 };
 
+/// A box that takes a key. Not every desktop hands on the value, so the description says the key,
+/// too.
+class HeardKey : public QAccessibleWidget {
+ public:
+  explicit HeardKey(KeyBox& box) : QAccessibleWidget(&box, QAccessible::HotkeyField), box_(box) {}
+
+  QString text(QAccessible::Text kind) const override {
+    if (kind == QAccessible::Value) return box_.Key();
+    return QAccessibleWidget::text(kind);
+  }
+
+ private:
+  KeyBox& box_;
+};
+
 /// Says what the figures are and how they stand when it is asked.
 class HeardFigures : public QAccessibleWidget {
  public:
@@ -104,6 +120,7 @@ QAccessibleInterface* PartFor(const QString&, QObject* object) {
   if (auto* const slider = dynamic_cast<DeckSlider*>(object)) return new HeardSlider(*slider);
   if (auto* const meter = dynamic_cast<MeterBar*>(object)) return new HeardMeter(*meter);
   if (auto* const figures = dynamic_cast<FiguresLabel*>(object)) return new HeardFigures(*figures);
+  if (auto* const box = dynamic_cast<KeyBox*>(object)) return new HeardKey(*box);
   if (auto* const speaker = dynamic_cast<StateSpeaker*>(object)) {
     return new QAccessibleWidget(speaker, QAccessible::Notification);
   }

@@ -13,6 +13,7 @@
 #include "platform/qt/equalizer_page.h"
 #include "platform/qt/focus_keeper.h"
 #include "platform/qt/ftp_page.h"
+#include "platform/qt/keys_cards.h"
 #include "platform/qt/mixer_strips.h"
 #include "platform/qt/paths_cards.h"
 #include "platform/qt/settings_cards.h"
@@ -60,7 +61,7 @@ QWidget* ConfigurationPages::ScrolledPages(forms::ConfigurationForm& form, Binde
   for (QWidget* const page : std::initializer_list<QWidget*>{
            new SettingsCards(form, binder, pages), new EqualizerPage(form, binder, pages),
            new MixerStrips(form, binder, pages), new PathsCards(form, binder, pages),
-           new FtpPage(form, binder, pages)}) {
+           new FtpPage(form, binder, pages), new KeysCards(form, binder, pages)}) {
     rows->addWidget(page, 1);
   }
   area->setWidget(pages);

@@ -104,11 +104,13 @@ PedalFrame::PedalFrame(forms::SettingsPage& form, Binder& binder, QWidget* paren
   skips->setWordWrap(true);
   Lines().addWidget(skips);
   AddKind(Lines());
-  auto* const state = new QLabel(this);
-  state->setWordWrap(true);
-  Lines().addWidget(state);
+  for (forms::Text* const text : {&form.lblPedalState, &form.lblWaysFromAfar}) {
+    auto* const label = new QLabel(this);
+    label->setWordWrap(true);
+    Lines().addWidget(label);
+    binder.Show(*text, *label);
+  }
   Lines().addStretch(1);
-  binder.Show(form.lblPedalState, *state);
   binder.Frame(form.frameConfigFootPedal, *this, caption);
 }
 

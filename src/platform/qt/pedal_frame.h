@@ -10,7 +10,7 @@ namespace tavlo::platform::qt {
 class Binder;
 
 /// The foot pedal's part of the settings: three pedals that light under the foot, what they do,
-/// which kind of pedal is read and how it is doing.
+/// which kind of pedal is read, how it is doing, and what runs the deck beside it.
 class PedalFrame : public Card {
  public:
   PedalFrame(forms::SettingsPage& form, Binder& binder, QWidget* parent);

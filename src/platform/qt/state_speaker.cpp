@@ -13,7 +13,7 @@ constexpr int kBlinkMilliseconds = 150;
 
 }  // namespace
 
-StateSpeaker::StateSpeaker(Words words, std::initializer_list<const forms::Control*> telling,
+StateSpeaker::StateSpeaker(Words words, const std::vector<const forms::Control*>& telling,
                            Binder& binder, QWidget* window)
     : QWidget(window), wordsNow_(std::move(words)) {
   setFixedSize(0, 0);

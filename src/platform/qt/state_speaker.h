@@ -3,8 +3,8 @@
 #include <QTimer>
 #include <QWidget>
 #include <functional>
-#include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "forms/controls.h"
 
@@ -21,7 +21,7 @@ class StateSpeaker : public QWidget {
   using Words = std::function<std::string()>;
 
   /// The words depend on these controls and no others.
-  StateSpeaker(Words words, std::initializer_list<const forms::Control*> telling, Binder& binder,
+  StateSpeaker(Words words, const std::vector<const forms::Control*>& telling, Binder& binder,
                QWidget* window);
 
  private:

@@ -65,6 +65,45 @@ class SettingsPictures : public testing::TestWithParam<SettingsScreen> {
     if (!area) return {-1, -1};
     return {area->horizontalScrollBar()->isVisible(), area->verticalScrollBar()->isVisible()};
   }
+  /// The page fits the window, or is scrolled up and down alone.
+  static void ExpectScrolls(DrivenProgram& program) {
+    const QSize scrolls = program.Ask(Scrolls);
+    EXPECT_EQ(scrolls.width(), 0);
+    if (GetParam().whole) {
+      EXPECT_EQ(scrolls.height(), 0);
+    }
+  }
+  /// Keys as they are where the display gives them: one is down, another one is refused.
+  static void ShowPressedKeys(forms::ConfigurationForm& form) {
+    const char* const keys[] = {"F4",          "CTRL+SHIFT+Next", "",      "LOGO+odiaeresis",
+                                "XF86Launch5", "SHIFT+F12",       "",      "CTRL+plus",
+                                "Scroll_Lock", "CTRL+ALT+s",      "Pause", ""};
+    for (std::size_t row = 0; row < form.keys.size(); ++row)
+      form.keys[row].txtKey.Value = keys[row];
+    for (forms::KeyRow& row : form.keys) row.lblKeyState.Value = "";
+    form.lblKeysWay.Value =
+        "These keys run the deck while you type in another window. A pedal that sends keys works, "
+        "too: click a box and press it.";
+    form.lblMediaKeys.Value = "Media keys, headset buttons and lock screens run the deck.";
+    form.keys[0].Down = true;
+    form.keys[2].lblKeyState.Value = "Ctrl+Shift+Page Down is the key of \"Play while held\".";
+    form.keys[6].lblKeyState.Value = "Another program has Ctrl+Alt+Shift+F10.";
+    form.frmConfiguration.FocusOn(form.keys[2].txtKey);
+  }
+  /// Keys as they are where the desktop gives them.
+  static void ShowKeysOfTheDesktop(forms::ConfigurationForm& form) {
+    form.lblKeysWay.Value =
+        "These keys run the deck while you type in another window. The desktop asks you first, and "
+        "may give others; its settings of keyboard shortcuts change them.";
+    form.lblMediaKeys.Value =
+        "Media keys do not reach the deck: the desktop's session bus is not there.";
+    form.cmdDesktopKeys.Visible = true;
+    for (forms::KeyRow& row : form.keys) {
+      row.Down = false;
+      row.lblKeyState.Value = "The desktop gave: Strg+Umschalt+Bild ab";
+    }
+    form.keys[3].lblKeyState.Value = "The desktop is asked.";
+  }
   /// Takes what shows, and all that a hand can scroll to.
   static void TakeAll(DrivenProgram& program, Album& album, const std::string& name) {
     album.Take(name);
@@ -147,6 +186,36 @@ TEST_P(SettingsPictures, AreLegibleAndWholeOnThePageOfTheServers) {
       form.chkFtpAutoRetrieve.Click();
       form.mnuClose.Press(forms::By::Hand);
     });
+    ASSERT_TRUE(program.Until([&] { return program.Main().frmMain.Visible.Get(); }));
+    program.Exit();
+  });
+  EXPECT_EQ(status, 0);
+}
+
+TEST_P(SettingsPictures, AreLegibleAndWholeOnThePageOfTheKeys) {
+  DrivenProgram program(home);
+  const int status = program.Run([&] {
+    Album album(program, std::string("keys-") + GetParam().name);
+    Open(program);
+    forms::ConfigurationForm& form = program.Windows().configuration;
+    program.Do([&] { form.tabConfiguration.RowClick(form.TabOf(form.frameConfigKeys)); });
+    TakeAll(program, album, "empty");
+    ExpectScrolls(program);
+    program.Do([&] { ShowPressedKeys(form); });
+    TakeAll(program, album, "pressed");
+    ExpectScrolls(program);
+    program.Do([&] { ShowKeysOfTheDesktop(form); });
+    TakeAll(program, album, "given");
+    program.Do([&] {
+      form.keys[2].txtKey.Value = std::string(40, 'W');
+      form.keys[3].txtKey.Value = "CTRL+ALT+SHIFT+LOGO+XF86AudioLowerVolume";
+      for (forms::KeyRow& row : form.keys) {
+        row.lblKeyState.Value =
+            "Ctrl+Alt+Shift+Super+AudioLowerVolume is the key of \"Forward while held\".";
+      }
+    });
+    TakeAll(program, album, "longest");
+    program.Do([&] { form.mnuClose.Press(forms::By::Hand); });
     ASSERT_TRUE(program.Until([&] { return program.Main().frmMain.Visible.Get(); }));
     program.Exit();
   });

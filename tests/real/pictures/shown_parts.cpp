@@ -26,6 +26,7 @@
 #include "platform/qt/deck_key.h"
 #include "platform/qt/deck_slider.h"
 #include "platform/qt/glyph_key.h"
+#include "platform/qt/key_box.h"
 #include "platform/qt/list_heading.h"
 #include "platform/qt/table_list.h"
 
@@ -36,6 +37,7 @@ using platform::qt::BrandLogo;
 using platform::qt::DeckKey;
 using platform::qt::DeckSlider;
 using platform::qt::GlyphKey;
+using platform::qt::KeyBox;
 using platform::qt::ListHeading;
 using platform::qt::TableList;
 
@@ -132,6 +134,11 @@ class Walk {
     if (auto* key = dynamic_cast<GlyphKey*>(&widget)) {
       AddControl(*key);
       return AddMark(*key, key->rect().adjusted(kKeyEdge, kKeyEdge, -kKeyEdge, -kKeyEdge));
+    }
+    if (auto* box = dynamic_cast<KeyBox*>(&widget)) {
+      AddControl(*box);
+      AddText(*box, box->Words(), box->WordsPlace(), box->font());
+      return;
     }
     if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
       return DescribeButton(*button);
