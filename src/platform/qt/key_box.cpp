@@ -24,6 +24,7 @@ constexpr int kAroundWords = 2;
 constexpr double kQuiet = 0.7;  ///< Share of the letters' colour in what is no key.
 constexpr double kLit = 0.3;    ///< Share of amber in the box of a key that is down.
 constexpr qreal kLitRim = 3;
+constexpr qreal kFocusRim = 2;
 constexpr qreal kRimRounding = 3;
 constexpr const char* kUsualKey = "Ctrl+Shift+Page Down";
 
@@ -197,6 +198,16 @@ bool KeyBox::ShowTooltip(const QPoint& place) {
   return true;
 }
 
+/// No cursor blinks in it, so the rim says that it has the keyboard.
+void KeyBox::PaintRim(QPainter& painter, const QColor& rim, qreal width, const QColor& ground) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(rim, width));
+  painter.setBrush(ground);
+  const qreal inset = width / 2;
+  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRimRounding,
+                          kRimRounding);
+}
+
 /// A thicker rim tells the key that is down without its colour.
 void KeyBox::paintEvent(QPaintEvent*) {
   QPainter painter(this);
@@ -207,14 +218,10 @@ void KeyBox::paintEvent(QPaintEvent*) {
   box.state |= QStyle::State_Sunken;
   style()->drawPrimitive(QStyle::PE_PanelLineEdit, &box, &painter, this);
   QColor ground = palette().color(QPalette::Base);
-  if (down_) {
-    ground = Mixed(ground, theme::kAmberKey, kLit);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(theme::kAmberKey, kLitRim));
-    painter.setBrush(ground);
-    constexpr qreal kInset = kLitRim / 2;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(kInset, kInset, -kInset, -kInset), kRimRounding,
-                            kRimRounding);
+  if (down_) ground = Mixed(ground, theme::kAmberKey, kLit);
+  if (down_ || hasFocus()) {
+    const QColor edge = Readable(palette().color(QPalette::Highlight), ground);
+    PaintRim(painter, down_ ? theme::kAmberKey : edge, down_ ? kLitRim : kFocusRim, ground);
   }
   const QColor letters = palette().color(QPalette::Text);
   const bool isKey = held_.isEmpty() && !key_.isEmpty();

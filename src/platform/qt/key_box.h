@@ -4,7 +4,9 @@
 #include <functional>
 #include <string>
 
+class QColor;
 class QKeyEvent;
+class QPainter;
 
 namespace tavlo::platform::qt {
 
@@ -41,6 +43,7 @@ class KeyBox : public QWidget {
 
  private:
   void ShowHeld(const QString& held);
+  void PaintRim(QPainter& painter, const QColor& rim, qreal width, const QColor& ground);
   bool ShowTooltip(const QPoint& place);
 
   QString key_;
