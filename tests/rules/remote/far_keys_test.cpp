@@ -331,9 +331,9 @@ TEST_F(FarKeysTest, PageSaysHowKeysComeToTheDeckHere) {
         Case{KeyWay::Portal, false, "its settings of keyboard shortcuts change them"},
         Case{KeyWay::PortalMissing, false, "Media keys work."},
         Case{KeyWay::None, false, "There is no desktop here"}}) {
-    PageWithOneKey bench("F4", [&](DeckBench& deck) {
-      deck.keys.Here = c.way;
-      deck.keys.HasPage = c.hasPage;
+    PageWithOneKey bench("F4", [&](DeckBench& desk) {
+      desk.keys.Here = c.way;
+      desk.keys.HasPage = c.hasPage;
     });
     const std::string& words = bench.config.lblKeysWay.Value;
     EXPECT_NE(words.find(c.words), std::string::npos) << words;
@@ -386,8 +386,8 @@ TEST_F(FarKeysTest, KeysAreGivenBackWithTheDeck) {
   for (const char* folder : {"/Prompts", "/Fascia"}) platform.disk.WithFolder(kShare + folder);
   platform.PlaceSettings({{"PlayStopKey", "F4"}});
   {
-    shell::Deck deck(platform.Edges());
-    deck.Start();
+    shell::Deck onPlatform(platform.Edges());
+    onPlatform.Start();
     platform.loop.Advance(10s);
     EXPECT_TRUE(platform.keys.AnyWish());
   }

@@ -16,7 +16,7 @@ namespace {
 using store::DiskResult;
 
 const std::string kWatch = kRoot + "/PedalWatch.so";
-const std::string kAside = kWatch + ".foreign";
+const std::string kWatchAside = kWatch + ".foreign";
 /// The first bytes of a library for Windows.
 constexpr const char* kForeign = "MZ of another system";
 
@@ -75,15 +75,15 @@ TEST_F(MissingLibrariesTest, LibraryOfAnotherMachineGivesWayToALinkAndStaysBesid
   disk.WithFile(kWatch, kForeign);
   Add();
   ExpectLinks();
-  EXPECT_EQ(disk.Contents(kAside), kForeign);
+  EXPECT_EQ(disk.Contents(kWatchAside), kForeign);
 }
 
 TEST_F(MissingLibrariesTest, SecondLibraryOfAnotherMachineStaysBesideTheFirst) {
-  disk.WithFile(kWatch, kForeign).WithFile(kAside, "MZ of a third one");
+  disk.WithFile(kWatch, kForeign).WithFile(kWatchAside, "MZ of a third one");
   Add();
   ExpectLinks();
-  EXPECT_EQ(disk.Contents(kAside), "MZ of a third one");
-  EXPECT_EQ(disk.Contents(kAside + "-2"), kForeign);
+  EXPECT_EQ(disk.Contents(kWatchAside), "MZ of a third one");
+  EXPECT_EQ(disk.Contents(kWatchAside + "-2"), kForeign);
 }
 
 TEST_F(MissingLibrariesTest, LibraryOfAnotherMachineStaysWhereNoneIsInstalled) {
@@ -116,10 +116,10 @@ TEST_F(MissingLibrariesTest, LibraryOfAnotherMachineIsNeverLostAndReplacedByALat
     root.Add();
     operations = std::max(operations, root.disk.Operations.size());
     root.disk.Heal();
-    EXPECT_TRUE(root.disk.Has(kWatch) || root.disk.Has(kAside));
+    EXPECT_TRUE(root.disk.Has(kWatch) || root.disk.Has(kWatchAside));
     root.Add();
     root.ExpectLinks();
-    EXPECT_EQ(root.disk.Contents(kAside), kForeign);
+    EXPECT_EQ(root.disk.Contents(kWatchAside), kForeign);
   }
 }
 
