@@ -76,6 +76,13 @@ constexpr std::array kSettings{
     Setting{"AutoQueueRefreshInterval", {"5", "120", "0", "99999999999"}},
     Setting{"USBorSerialFootPedal", {"U", "S", "S", ""}},
     Setting{"SerialFootPedalComPort", {"1", "1", "2", "99999999999"}},
+    Setting{"PlayStopKey", {"F4", "CTRL+F4", "", "a"}},
+    Setting{"PlayHeldKey", {"F5", "F5", "F4", "two\nlines"}},
+    Setting{"RewindHeldKey", {"CTRL+F5", "F6", "LOGO+a", "\xFF\xFE"}},
+    Setting{"ForwardHeldKey", {"Pause", "SHIFT+CTRL+F6", "F8", "CTRL+"}},
+    Setting{"CompleteKey", {"F10", "F10", "ALT+Left", ""}},
+    Setting{"SaveKey", {"F11", "F11", "space", ""}},
+    Setting{"BusSaysNothingFlag", {"N", "N", "Y", ""}},
     Setting{"EqualizerChoice", {"Lo", "Cust", "Hi", "Loud"}},
 };
 

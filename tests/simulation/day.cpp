@@ -138,6 +138,7 @@ std::string Day::Look() {
   if (wrong.empty()) wrong = desk_.TakeSilence();
   if (wrong.empty()) wrong = typist_.DisobeyedPedal();
   if (wrong.empty()) wrong = typist_.DisobeyedMixer();
+  if (wrong.empty()) wrong = typist_.DisobeyedFromAfar();
   if (!wrong.empty()) NoteWhatLedToIt();
   return wrong;
 }
@@ -263,6 +264,8 @@ void Day::RecordStep() {
   desk_.player.Volumes.clear();
   desk_.usbWatcher.Picked.clear();
   desk_.serialPort.Opened.clear();
+  desk_.keys.Wished.clear();
+  desk_.bus.Told.clear();
   desk_.promptControl.Told.clear();
   desk_.promptControl.Sounded.clear();
   for (const std::string& call : desk_.ftp.calls) trace_.Fold(call);

@@ -207,6 +207,8 @@ void Desk::Kill() {
   deck_.reset();
   ftp.ForgetProcess();
   handover.ForgetProcess();
+  keys.ForgetProcess();
+  bus.ForgetProcess();
   nothingToDelete = false;
   staysOnTop = false;
   // The machine takes back what a process held.

@@ -7,6 +7,7 @@
 #include "simulation/control_rules.h"
 #include "simulation/ftp_rules.h"
 #include "simulation/mixer_rules.h"
+#include "simulation/other_window.h"
 
 namespace tavlo::simulation {
 namespace {
@@ -268,6 +269,8 @@ std::string BrokenInvariant(Desk& desk) {
   }
   const std::string setting = desk.settingsRules.Broken(desk);
   if (!setting.empty()) return setting;
+  const std::string afar = BrokenAfar(desk);
+  if (!afar.empty()) return afar;
   const std::string server = BrokenServerRule(desk);
   return server.empty() ? BrokenControl(desk) : server;
 }

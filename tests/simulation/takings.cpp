@@ -36,13 +36,17 @@ Takings::Takings(Desk& desk) : desk_(desk) {
 }
 
 void Takings::Press(forms::Command& command) {
+  Press(command, [&] { command.Press(forms::By::Hand); });
+}
+
+void Takings::Press(const forms::Command& command, const std::function<void()>& press) {
   Wish wish = WishOf(command);
   const forms::MainForm& main = desk_.Main();
   const bool finishes = &command == &main.cmdComplete || &command == &main.cmdSave;
   const std::string path = finishes && !wish.mayTake.empty() ? *wish.mayTake.begin() : "";
   const std::string contents = desk_.disk.Contents(path);
   const std::size_t before = desk_.promptControl.Sounded.size();
-  During(std::move(wish), [&] { command.Press(forms::By::Hand); });
+  During(std::move(wish), press);
   // A program that has ended speaks no prompts.
   if (path.empty() || desk_.ended) return;
   const std::vector<std::string>& sounded = desk_.promptControl.Sounded;

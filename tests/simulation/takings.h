@@ -19,6 +19,8 @@ class Takings {
   /// A hand presses the command. What the program does until that is over, it does for it, and it
   /// may only speak of what it did.
   void Press(forms::Command& command);
+  /// The same for a press that comes another way.
+  void Press(const forms::Command& command, const std::function<void()>& press);
   /// The desktop's session ends, which stores the position of a document in work.
   void EndSession(bool now);
 

@@ -27,6 +27,7 @@ Typist::Typist(Desk& desk, Ledger& ledger, const Conditions& conditions, Chance 
       foot_(desk, conditions, chance.Child("foot"), trace),
       mixerHand_(desk, chance.Child("mixer"), trace),
       takings_(desk),
+      otherWindow_(desk, takings_, chance.Child("afar"), trace),
       hand_(desk.loop, "hand", 1000ms),
       session_(desk.loop, "session", 1000ms, base::TimerKind::Feed) {
   hand_.OnTick = [this] { Interrupt(); };
@@ -57,6 +58,8 @@ const std::vector<Typist::Habit>& Typist::Habits() {
       {"finish", 14, &Typist::Finish},
       {"drag", 8, &Typist::DragSlider},
       {"work the pedals", 20, &Typist::WorkThePedals},
+      {"work from another window", 18, &Typist::WorkFromAfar},
+      {"choose keys", 3, &Typist::ChooseKeys},
       {"shape the sound", 5, &Typist::ShapeTheSound},
       {"work the mixer", 5, &Typist::WorkTheMixer},
       {"choose alerts", 4, &Typist::ChooseAlerts},
@@ -92,6 +95,7 @@ void Typist::Act() {
   ++actsUnderWay_;
   foot_.OthersAct();
   mixerHand_.OthersAct();
+  otherWindow_.OthersAct();
   if (conditions_.handsInterrupt && chance_.OneIn(3)) {
     hand_.SetInterval(1ms + std::chrono::milliseconds{chance_.Below(1500)});
     hand_.Start();
@@ -108,7 +112,10 @@ void Typist::Act() {
   }
   ActivateWindows();
   // What was interrupted goes on, and that is no doing of the foot.
-  if (--actsUnderWay_ > 0) foot_.OthersAct();
+  if (--actsUnderWay_ > 0) {
+    foot_.OthersAct();
+    otherWindow_.OthersAct();
+  }
 }
 
 void Typist::Interrupt() {

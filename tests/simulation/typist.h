@@ -17,6 +17,7 @@
 #include "simulation/foot.h"
 #include "simulation/ledger.h"
 #include "simulation/mixer_hand.h"
+#include "simulation/other_window.h"
 #include "simulation/takings.h"
 #include "simulation/trace.h"
 
@@ -54,6 +55,7 @@ class Typist {
     hand_.Stop();
     session_.Stop();
     foot_.Rest();
+    otherWindow_.Rest();
     agreedToExit_ = false;
   }
   /// The question whether the program may end was answered with yes since the hands were last off.
@@ -74,6 +76,8 @@ class Typist {
   std::string ExitedWrongly() { return std::exchange(exitedWrongly_, ""); }
   /// The empty text, or what goes on against the pedals.
   std::string DisobeyedPedal() { return foot_.Disobeyed(); }
+  /// The same against the keys and media keys of other windows.
+  std::string DisobeyedFromAfar() { return otherWindow_.Disobeyed(); }
   /// The same against the hand on the mixer page.
   std::string DisobeyedMixer() { return mixerHand_.Disobeyed(); }
   /// The same of what keys have taken that they may not take.
@@ -139,6 +143,8 @@ class Typist {
   void Finish();
   void DragSlider();
   void WorkThePedals() { foot_.Act(); }
+  void WorkFromAfar() { otherWindow_.Act(); }
+  void ChooseKeys();
   void ShapeTheSound();
   void WorkTheMixer();
   /// Turns automatic refresh, alerts and automatic import on and off, and sets their seconds.
@@ -190,6 +196,7 @@ class Typist {
   Foot foot_;
   MixerHand mixerHand_;
   Takings takings_;
+  OtherWindow otherWindow_;
   /// Acts in the middle of a command that waits.
   base::Timer hand_;
   /// Ends the desktop's session, perhaps while a call waits for a folder.

@@ -7,6 +7,8 @@ namespace {
 
 /// The place of "&Mixer" among the tabs.
 constexpr int kMixerTab = 2;
+/// The place of "&Keys".
+constexpr int kKeysTab = 5;
 constexpr std::array kSecondsOfChecks{"0", "5", "30", "30", "2000"};
 
 }  // namespace
@@ -66,6 +68,19 @@ void Typist::ChooseAlerts() {
     Note("types into " + box.Name);
     box.Change(chance_.Pick(kSecondsOfChecks));
   }
+  if (!chance_.OneIn(4)) Press(config.mnuClose);
+}
+
+void Typist::ChooseKeys() {
+  forms::ConfigurationForm& config = desk_.Config();
+  if (!config.frmConfiguration.Visible) {
+    Press(desk_.Main().cmdEQ.Reachable() ? desk_.Main().cmdEQ : desk_.Main().mnuConfiguration);
+  }
+  ActivateWindows();
+  config.tabConfiguration.RowClick(kKeysTab);
+  for (int choices = 1 + chance_.Below(4); choices > 0; --choices) otherWindow_.ChooseAKey();
+  // What is chosen is held over the page, too.
+  if (chance_.OneIn(3)) otherWindow_.Act();
   if (!chance_.OneIn(4)) Press(config.mnuClose);
 }
 

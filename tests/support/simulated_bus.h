@@ -44,6 +44,7 @@ class SimulatedMediaBus : public remote::MediaBus {
     return state;
   }
   remote::Microseconds Position() const { return source_ ? source_->Position() : 0; }
+  bool IsThere() const { return there_; }
   bool Offered() const { return source_ != nullptr; }
 
   void Offer(remote::MediaSource& source, base::Listener& listener) override {

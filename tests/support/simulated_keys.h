@@ -42,6 +42,7 @@ class SimulatedGlobalKeys : public remote::GlobalKeys {
   bool Holds(remote::AfarAction action) const;
   bool IsDown(remote::AfarAction action) const { return down_.contains(action); }
   bool AnyWish() const { return !wishes_.empty(); }
+  const std::vector<remote::KeyWish>& Wishes() const { return wishes_; }
 
   void Tell(base::Listener& listener) override { listener_ = &listener; }
   void Wish(const std::vector<remote::KeyWish>& wishes) override;
