@@ -63,13 +63,17 @@ void Hands::Keys(std::initializer_list<std::uint32_t> symbols) {
   Flush();
 }
 
-void Hands::Hold(std::uint32_t symbol) {
-  Fake(XCB_KEY_PRESS, KeyCode(symbol));
+void Hands::Hold(std::uint32_t symbol) { HoldPlace(KeyCode(symbol)); }
+
+void Hands::LetGo(std::uint32_t symbol) { LetGoOfPlace(KeyCode(symbol)); }
+
+void Hands::HoldPlace(std::uint8_t keycode) {
+  Fake(XCB_KEY_PRESS, keycode);
   Flush();
 }
 
-void Hands::LetGo(std::uint32_t symbol) {
-  Fake(XCB_KEY_RELEASE, KeyCode(symbol));
+void Hands::LetGoOfPlace(std::uint8_t keycode) {
+  Fake(XCB_KEY_RELEASE, keycode);
   Flush();
 }
 

@@ -29,6 +29,9 @@ class Hands {
   /// One key, for who must see each go down before the next.
   void Hold(std::uint32_t symbol);
   void LetGo(std::uint32_t symbol);
+  /// The same by the key's place on the keyboard, whatever it makes (its key code).
+  void HoldPlace(std::uint8_t keycode);
+  void LetGoOfPlace(std::uint8_t keycode);
   /// Presses a key so that it reaches this window and no other, whoever has the keyboard; nothing
   /// when there is no such window any more.
   void KeyInto(xcb_window_t window, std::uint32_t symbol);
