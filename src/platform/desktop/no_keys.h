@@ -4,9 +4,12 @@
 
 namespace tavlo::platform::desktop {
 
-/// Where there is no display that could tell of keys.
+/// Where nobody gives keys of other windows.
 class NoKeys : public remote::GlobalKeys {
  public:
+  /// `way` says why.
+  explicit NoKeys(remote::KeyWay way) : way_(way) {}
+
   void Tell(base::Listener&) override {}
   void Wish(const std::vector<remote::KeyWish>& wishes) override {
     grants_.clear();
@@ -15,13 +18,14 @@ class NoKeys : public remote::GlobalKeys {
     }
   }
   void TryAgain() override {}
-  remote::KeyWay Way() const override { return remote::KeyWay::None; }
+  remote::KeyWay Way() const override { return way_; }
   std::vector<remote::KeyGrant> Grants() const override { return grants_; }
   std::optional<remote::KeyEvent> Next() override { return std::nullopt; }
   bool CanConfigure() const override { return false; }
   void Configure() override {}
 
  private:
+  const remote::KeyWay way_;
   std::vector<remote::KeyGrant> grants_;
 };
 

@@ -10,6 +10,7 @@
 #include "platform/bus/mpris_service.h"
 #include "platform/convert/plugin_conversion_libraries.h"
 #include "platform/curl/curl_ftp_client.h"
+#include "platform/desktop/desktop_keys.h"
 #include "platform/desktop/detached_programs.h"
 #include "platform/desktop/file_handover.h"
 #include "platform/desktop/folders.h"
@@ -64,8 +65,11 @@ struct Program::Parts {
         ftpClient(loop, loop, trust),
         bus(loop, loop, sessionBus),
         filesToOpen(files) {
-    // The watch and the port end with the rooms, and nobody lets go of them after that.
+    // The watch, the port and the keys end with the rooms, and nobody lets go of them after that.
     feet.Watch(usbWatcher, [this] { return deck.Built()->usbPedal.ReleaseStops(); });
+    if (WatchedFoot* const keys = globalKeys.Foot()) {
+      feet.Watch(*keys, [this] { return deck.Built()->farHand.ReleaseStops(); });
+    }
     loop.TellChanges = [this] { mediaBus.TellChanges(); };
   }
   ~Parts() { loop.TellChanges = nullptr; }
@@ -133,11 +137,12 @@ struct Program::Parts {
   ErrandsBeside startErrands{errands};
   DetachedPrograms programs{startErrands};
   CurlFtpClient ftpClient;
-  /// It gives the lock back by an errand, which looks at the pedals.
+  DesktopKeys globalKeys{loop,
+                         [] { return std::make_unique<NoKeys>(remote::KeyWay::PortalMissing); }};
+  /// It gives the lock back by an errand, which looks at the pedals and at held keys.
   RootLock rootLock{errands, root};
   /// Its door closes before the root is given back, for the next copy opens one under that name.
   SocketHandover fileHandover{loop, loop, root};
-  NoKeys globalKeys;
   BusConnection bus;
   MprisService mediaBus{bus};
   const std::vector<std::string> filesToOpen;
@@ -158,7 +163,7 @@ struct Program::Parts {
                     .ftpClient = ftpClient,
                     .programStarter = programs,
                     .fileHandover = fileHandover,
-                    .globalKeys = globalKeys,
+                    .globalKeys = globalKeys.Keys(),
                     .mediaBus = mediaBus,
                     .claimOwner = ThisProcess(),
                     .installRoot = root,

@@ -1,5 +1,6 @@
 #include "platform/keys/display_keys.h"
 
+#include <xcb/xinput.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
 #include <cstdlib>
@@ -15,7 +16,6 @@ using Kind = DisplayNews::Kind;
 template <typename Reply>
 using Owned = std::unique_ptr<Reply, void (*)(void*)>;
 
-constexpr std::uint8_t kSentByAClient = 0x80;
 constexpr std::uint16_t kModifierBits = 0xFF;
 
 template <typename Value>
@@ -37,6 +37,7 @@ DisplayKeys::DisplayKeys(const std::string& name)
                                                  XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, &major,
                                                  &minor, &firstEvent_, nullptr) == 1;
   if (speaksKeyboards_) SelectNews();
+  FindButtons();
 }
 
 DisplayKeys::~DisplayKeys() {
@@ -69,19 +70,63 @@ bool DisplayKeys::Lost() const { return xcb_connection_has_error(connection_) !=
 
 int DisplayKeys::Descriptor() const { return xcb_get_file_descriptor(connection_); }
 
+void DisplayKeys::FindButtons() {
+  // From this version on they are told whoever has the mouse.
+  constexpr int kMajor = 2;
+  constexpr int kMinor = 2;
+  const xcb_query_extension_reply_t* const found =
+      xcb_get_extension_data(connection_, &xcb_input_id);
+  if (!found || !found->present) return;
+  const Owned<xcb_input_xi_query_version_reply_t> version(
+      xcb_input_xi_query_version_reply(
+          connection_, xcb_input_xi_query_version(connection_, kMajor, kMinor), nullptr),
+      std::free);
+  if (version && version->major_version >= kMajor) buttons_ = found->major_opcode;
+}
+
+void DisplayKeys::WatchButtons(bool watch) {
+  if (buttons_ == 0 || watch == buttonsWatched_) return;
+  constexpr std::uint32_t kPressAndRelease =
+      XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+  const struct {
+    xcb_input_event_mask_t head;
+    std::uint32_t events;
+  } wanted{{.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1}, watch ? kPressAndRelease : 0};
+  xcb_input_xi_select_events(connection_, root_, 1, &wanted.head);
+  xcb_flush(connection_);
+  buttonsWatched_ = watch;
+}
+
+Kind DisplayKeys::KindOf(const xcb_generic_event_t& event) const {
+  switch (event.response_type) {
+    case XCB_KEY_PRESS:
+      return Kind::Press;
+    case XCB_KEY_RELEASE:
+      return Kind::Release;
+    case XCB_MAPPING_NOTIFY:
+      return Kind::Keyboard;
+    case XCB_GE_GENERIC: {
+      constexpr std::uint32_t kFirstOfWheel = 4;
+      constexpr std::uint32_t kLastOfWheel = 7;
+      const auto& button = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+      const bool wheel = button.detail >= kFirstOfWheel && button.detail <= kLastOfWheel;
+      if (buttons_ == 0 || button.extension != buttons_ || wheel) return Kind::Other;
+      if (button.event_type == XCB_INPUT_RAW_BUTTON_PRESS) return Kind::ButtonPress;
+      return button.event_type == XCB_INPUT_RAW_BUTTON_RELEASE ? Kind::ButtonRelease : Kind::Other;
+    }
+    default:
+      return speaksKeyboards_ && event.response_type == firstEvent_ ? Kind::Keyboard : Kind::Other;
+  }
+}
+
 std::optional<DisplayNews> DisplayKeys::Next() {
   const Owned<xcb_generic_event_t> event(xcb_poll_for_event(connection_), std::free);
   if (!event) return {};
-  DisplayNews news{.number = event->full_sequence};
-  const std::uint8_t type = event->response_type & ~kSentByAClient;
-  const bool pretended = (event->response_type & kSentByAClient) != 0;
-  if ((type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE) && !pretended) {
-    const auto* const key = reinterpret_cast<const xcb_key_press_event_t*>(event.get());
-    news.kind = type == XCB_KEY_PRESS ? Kind::Press : Kind::Release;
-    news.key = {.keycode = key->detail,
-                .modifiers = static_cast<std::uint16_t>(key->state & kModifierBits)};
-  } else if (type == XCB_MAPPING_NOTIFY || (speaksKeyboards_ && type == firstEvent_)) {
-    news.kind = Kind::Keyboard;
+  DisplayNews news{.kind = KindOf(*event), .number = event->full_sequence};
+  if (news.kind == Kind::Press || news.kind == Kind::Release) {
+    const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+    news.key = {.keycode = key.detail,
+                .modifiers = static_cast<std::uint16_t>(key.state & kModifierBits)};
   }
   return news;
 }
@@ -103,13 +148,14 @@ void DisplayKeys::TakeKeyboard() {
 }
 
 void DisplayKeys::Answer(const DisplayNews& news, HeldKeys::Answer whose) {
+  if (static_cast<std::int32_t>(news.number - answeredBefore_) < 0) return;
   using enum HeldKeys::Answer;
   switch (whose) {
     case Keep:
-      if (!hasKeyboard_) {
-        TakeKeyboard();
-      } else if (static_cast<std::int32_t>(news.number - answeredBefore_) >= 0) {
+      if (hasKeyboard_) {
         Allow(XCB_ALLOW_SYNC_KEYBOARD);
+      } else {
+        TakeKeyboard();
       }
       break;
     case GiveBack:
@@ -130,7 +176,7 @@ void DisplayKeys::Answer(const DisplayNews& news, HeldKeys::Answer whose) {
 
 void DisplayKeys::LeaveKeyboard() {
   Allow(XCB_ALLOW_REPLAY_KEYBOARD);
-  xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
+  answeredBefore_ = xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME).sequence;
   xcb_flush(connection_);
   hasKeyboard_ = false;
 }

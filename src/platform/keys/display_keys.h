@@ -17,7 +17,9 @@ struct DisplayNews {
   enum class Kind {
     Press,
     Release,
-    Keyboard,  ///< Other keys, another layout of them, or another layout in use.
+    Keyboard,       ///< Other keys, another layout of them, or another layout in use.
+    ButtonPress,    ///< Of the mouse, wherever it is; see `WatchButtons`.
+    ButtonRelease,  ///< The same.
     Other
   };
   Kind kind = Kind::Other;
@@ -51,6 +53,9 @@ class DisplayKeys {
   /// Lets others have the keyboard, and with it what has not been answered.
   void LeaveKeyboard();
 
+  /// Tells of the buttons of the mouse, too, but not of its wheel.
+  void WatchButtons(bool watch);
+
   // These wait for the display.
 
   KeyBits Down();
@@ -63,13 +68,17 @@ class DisplayKeys {
   void Allow(xcb_allow_t what);
   void TakeKeyboard();
   void SelectNews();
+  void FindButtons();
+  DisplayNews::Kind KindOf(const xcb_generic_event_t& event) const;
 
   xcb_connection_t* const connection_;
   xcb_window_t root_ = XCB_NONE;
   std::uint8_t firstEvent_ = 0;
   bool speaksKeyboards_ = false;
   bool hasKeyboard_ = false;
-  std::uint32_t answeredBefore_ = 0;  ///< What has a lower number was answered by the grab.
+  std::uint32_t answeredBefore_ = 0;  ///< What has a lower number needs no answer any more.
+  std::uint8_t buttons_ = 0;          ///< The extension that tells of them; none where it is 0.
+  bool buttonsWatched_ = false;
 };
 
 }  // namespace tavlo::platform

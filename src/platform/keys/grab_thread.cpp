@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 namespace tavlo::platform {
@@ -21,22 +23,18 @@ std::vector<KeyGrant> AllOf(const std::vector<KeyWish>& wishes, KeyState state) 
   return grants;
 }
 
+/// Until one of them can be read, or that moment.
+void Sleep(int one, int other, std::optional<steady_clock::time_point> until) {
+  int milliseconds = -1;
+  if (until) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*until - steady_clock::now());
+    milliseconds = static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+  }
+  std::array<pollfd, 2> waits{pollfd{one, POLLIN, 0}, pollfd{other, POLLIN, 0}};
+  ::poll(waits.data(), waits.size(), milliseconds);
+}
+
 }  // namespace
-
-struct GrabThread::Desk {
-  Desk(const std::string& name, KeyEvents& events)
-      : display(name), held([&events](remote::KeyEvent event) { events.Push(event); }) {}
-
-  DisplayKeys display;
-  KeyGrabs grabs{display.Connection(), display.Root()};
-  HeldKeys held;
-  std::vector<KeyWish> wishes;
-  std::unique_ptr<KeyboardMap> keyboard;
-  std::vector<std::uint8_t> signature;
-  std::uint32_t layout = 0;
-  std::optional<steady_clock::time_point> keyboardDue;
-  std::optional<steady_clock::time_point> lookDue;
-};
 
 GrabThread::GrabThread(std::string display, KeyEvents& events)
     : display_(std::move(display)), events_(events) {
@@ -74,23 +72,45 @@ bool GrabThread::Over() {
   return over_;
 }
 
+void GrabThread::Run(const std::stop_token& stop) {
+  Serve(stop);
+  TellTheEnd();
+  ended_.release();
+}
+
+void GrabThread::Serve(const std::stop_token& stop) {
+  KeyboardService keyboard(display_, events_);
+  if (keyboard.Lost()) return;
+  Show(keyboard.Descriptor());
+  std::vector<KeyWish> wishes;
+  while (!stop.stop_requested() && !keyboard.Lost()) {
+    if (wished_.Silence()) {
+      {
+        const std::lock_guard hold(mutex_);
+        wishes = wishes_;
+      }
+      keyboard.Wish(wishes);
+    }
+    keyboard.Turn();
+    Tell(wishes, keyboard.Grants());
+    Sleep(keyboard.Descriptor(), wished_.Descriptor(), keyboard.NextDue());
+  }
+  Show(-1);
+}
+
 void GrabThread::Show(int descriptor) {
   const std::lock_guard hold(mutex_);
   descriptor_ = descriptor;
 }
 
-void GrabThread::Run(const std::stop_token& stop) {
+void GrabThread::Tell(const std::vector<KeyWish>& answered, const std::vector<KeyGrant>& grants) {
   {
-    Desk desk(display_, events_);
-    if (!desk.display.Lost()) {
-      Show(desk.display.Descriptor());
-      Serve(desk, stop);
-      Show(-1);
-    }
-    desk.held.Forget();
+    const std::lock_guard hold(mutex_);
+    // By now there may be other wishes, which are answered next.
+    if (grants == grants_ || answered != wishes_) return;
+    grants_ = grants;
   }
-  TellTheEnd();
-  ended_.release();
+  events_.News().Ring();
 }
 
 void GrabThread::TellTheEnd() {
@@ -100,99 +120,6 @@ void GrabThread::TellTheEnd() {
     grants_ = AllOf(wishes_, KeyState::Refused);
   }
   events_.News().Ring();
-}
-
-void GrabThread::Serve(Desk& desk, const std::stop_token& stop) {
-  while (!stop.stop_requested() && !desk.display.Lost()) {
-    if (wished_.Silence()) TakeWishes(desk);
-    const auto now = steady_clock::now();
-    if (desk.keyboardDue && now >= *desk.keyboardDue) FollowKeyboard(desk);
-    if (desk.lookDue && now >= *desk.lookDue) {
-      desk.held.Look(desk.display.Down());
-      desk.lookDue.reset();
-    }
-    desk.held.Settle(now);
-    // What was asked above may have brought news along.
-    TakeNews(desk);
-    Sleep(desk);
-  }
-}
-
-void GrabThread::TakeWishes(Desk& desk) {
-  {
-    const std::lock_guard hold(mutex_);
-    desk.wishes = wishes_;
-  }
-  if (desk.keyboard) {
-    Grab(desk);
-  } else {
-    FollowKeyboard(desk);
-  }
-}
-
-void GrabThread::FollowKeyboard(Desk& desk) {
-  desk.keyboardDue.reset();
-  std::vector<std::uint8_t> signature = desk.display.Signature();
-  const std::uint32_t layout = desk.display.Layout();
-  // A keyboard that is typed on in turn with another one tells each time that it is new.
-  const bool same = desk.keyboard && signature == desk.signature;
-  if (same && layout == desk.layout) return;
-  if (!same) desk.keyboard = KeyboardMap::Read(desk.display.Connection());
-  desk.signature = std::move(signature);
-  desk.layout = layout;
-  Grab(desk);
-}
-
-void GrabThread::Grab(Desk& desk) {
-  if (!desk.keyboard) return Tell(desk, AllOf(desk.wishes, KeyState::Refused));
-  desk.grabs.Become(desk.wishes, *desk.keyboard, desk.layout);
-  desk.held.Become(desk.grabs.Chords(), desk.display.Down(), desk.keyboard->Repeating());
-  Tell(desk, desk.grabs.Grants());
-}
-
-void GrabThread::Tell(const Desk& desk, const std::vector<KeyGrant>& grants) {
-  {
-    const std::lock_guard hold(mutex_);
-    // By now there may be other wishes, which are answered next.
-    if (grants == grants_ || desk.wishes != wishes_) return;
-    grants_ = grants;
-  }
-  events_.News().Ring();
-}
-
-void GrabThread::TakeNews(Desk& desk) {
-  using Kind = DisplayNews::Kind;
-  while (const std::optional<DisplayNews> news = desk.display.Next()) {
-    if (news->kind == Kind::Press) {
-      KeyChord key = news->key;
-      if (desk.keyboard) key.modifiers &= static_cast<std::uint16_t>(~desk.keyboard->Locks());
-      desk.display.Answer(*news, desk.held.Press(key));
-    } else if (news->kind == Kind::Release) {
-      desk.display.Answer(*news, desk.held.Release(news->key.keycode, steady_clock::now()));
-    } else if (news->kind == Kind::Keyboard) {
-      desk.keyboardDue = steady_clock::now() + kKeyboardSettles;
-    }
-  }
-  if (!desk.held.Any() || desk.display.HasKeyboard()) {
-    desk.lookDue.reset();
-  } else if (!desk.lookDue) {
-    desk.lookDue = steady_clock::now() + kBetweenLooks;
-  }
-}
-
-void GrabThread::Sleep(const Desk& desk) {
-  std::optional<steady_clock::time_point> due;
-  for (const auto& next : {desk.keyboardDue, desk.lookDue, desk.held.NextSettling()}) {
-    if (next) due = due ? std::min(*due, *next) : *next;
-  }
-  int milliseconds = -1;
-  if (due) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*due - steady_clock::now());
-    milliseconds = static_cast<int>(std::max<std::int64_t>(left.count(), 0));
-  }
-  std::array<pollfd, 2> waits{pollfd{desk.display.Descriptor(), POLLIN, 0},
-                              pollfd{wished_.Descriptor(), POLLIN, 0}};
-  ::poll(waits.data(), waits.size(), milliseconds);
 }
 
 }  // namespace tavlo::platform

@@ -96,6 +96,12 @@ void HeldKeys::ReportReleases(Moment upTo) {
   }
 }
 
+KeyBits HeldKeys::Keys() const {
+  KeyBits keys = waitsForUp_;
+  for (const auto& [keycode, held] : held_) keys.set(keycode);
+  return keys;
+}
+
 std::optional<HeldKeys::Moment> HeldKeys::NextSettling() const {
   std::optional<Moment> next;
   for (const auto& [keycode, held] : held_) {

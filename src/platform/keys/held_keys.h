@@ -53,6 +53,8 @@ class HeldKeys {
 
   /// Something is down that was once the deck's.
   bool Any() const { return !held_.empty() || waitsForUp_.any(); }
+  /// All that is so.
+  KeyBits Keys() const;
   /// When `Settle` has something to do.
   std::optional<Moment> NextSettling() const;
 

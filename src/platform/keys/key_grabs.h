@@ -23,14 +23,17 @@ class KeyGrabs {
   KeyGrabs(const KeyGrabs&) = delete;
 
   /// Grabs what the wishes need on that keyboard, as far as others do not hold it, and gives back
-  /// all else. Waits for the display.
-  void Become(const std::vector<remote::KeyWish>& wishes, const KeyboardMap& keyboard,
-              std::uint32_t layout);
-
-  /// What has become of each wish, in their order.
-  const std::vector<remote::KeyGrant>& Grants() const { return grants_; }
+  /// all else. What has become of each wish, in their order. Waits for the display.
+  std::vector<remote::KeyGrant> Become(const std::vector<remote::KeyWish>& wishes,
+                                       const KeyboardMap& keyboard, std::uint32_t layout);
   /// What is held.
   const std::map<KeyChord, remote::AfarAction>& Chords() const { return chords_; }
+
+  /// Grabs these keys, and no others, under all modifiers too, as far as others do not hold them.
+  void Surround(const KeyBits& keys);
+  /// Whether another program has that key with exactly these modifiers and locks for all windows.
+  /// Waits for the display.
+  bool OthersHold(KeyChord key);
 
  private:
   /// What a wish needs. Of two wishes for one chord the first has it.
@@ -45,12 +48,15 @@ class KeyGrabs {
   /// All of them or none.
   bool Grab(const Need& need);
   void GiveBack(KeyChord chord);
+  /// Of a key that is surrounded: under all modifiers that no chord of it has.
+  template <typename Call>
+  void AroundChordsOf(std::uint8_t keycode, Call call) const;
 
   xcb_connection_t* const display_;
   const xcb_window_t root_;
   std::vector<std::uint16_t> lockStates_;
   std::map<KeyChord, remote::AfarAction> chords_;
-  std::vector<remote::KeyGrant> grants_;
+  KeyBits surrounded_;
 };
 
 }  // namespace tavlo::platform

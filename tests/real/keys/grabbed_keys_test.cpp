@@ -103,6 +103,19 @@ TEST_F(GrabbedKeys, ModifierMayBeLetGoBeforeItsKey) {
   EXPECT_EQ(OtherTook(), "+Control_L +Shift_L -Control_L -Shift_L");
 }
 
+TEST_F(GrabbedKeys, ChordThatIsHitFasterThanItIsFollowedIsLetGo) {
+  Wish({{AfarAction::RewindHeld, "CTRL+F7"}});
+  for (int hit = 0; hit < 200; ++hit) {
+    Hold(keys::kControl);
+    Hold(FunctionKey(7));
+    LetGo(keys::kControl);
+    LetGo(FunctionKey(7));
+  }
+  OtherTook();
+  EXPECT_TRUE(Until([&] { return heard->Heard.ends_with("-rewind-held"); }));
+  EXPECT_TRUE(other->Lock()) << "the keyboard is everybody's again";
+}
+
 TEST_F(GrabbedKeys, TwoKeysMayBeHeldAtOnce) {
   RepeatQuickly();
   Wish({{AfarAction::PlayHeld, "F4"}, {AfarAction::RewindHeld, "F5"}});

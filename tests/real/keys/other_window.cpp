@@ -55,7 +55,8 @@ void OtherWindow::Read() {
       case XCB_KEY_PRESS:
       case XCB_KEY_RELEASE:
         if (!took_.empty()) took_ += ' ';
-        took_ += (event->response_type == XCB_KEY_PRESS ? '+' : '-') + NameOf(key->detail);
+        took_ += event->response_type == XCB_KEY_PRESS ? '+' : '-';
+        took_ += key->event == id_ ? NameOf(key->detail) : "[" + NameOf(key->detail) + "]";
         break;
       case XCB_FOCUS_IN:
       case XCB_FOCUS_OUT:

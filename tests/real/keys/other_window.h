@@ -15,7 +15,8 @@ class OtherWindow {
   ~OtherWindow();
   OtherWindow(const OtherWindow&) = delete;
 
-  /// Every press and release so far, as "+a -a", by what the key makes alone.
+  /// Every press and release so far, as "+a -a", by what the key makes alone; "+[F4]" if it came as
+  /// a key of all windows.
   const std::string& Took();
   void Forget() { took_.clear(); }
   /// How often somebody's grab of the keyboard began or ended so far.

@@ -21,7 +21,7 @@ TEST_F(KeysOfOthers, KeyOfAnotherProgramIsNotOursUntilThatGivesItBack) {
   Wish({{AfarAction::PlayStop, "F4"}, {AfarAction::Save, "F5"}});
   EXPECT_EQ(States(), (std::vector{KeyState::OthersHold, KeyState::Held}));
   Type({keys::kF4});
-  EXPECT_EQ(OtherTook(), "+F4 -F4");
+  EXPECT_EQ(OtherTook(), "+[F4] -[F4]");
   other->GiveBack(kPlaceOfF4, 0);
   EXPECT_EQ(States().front(), KeyState::OthersHold) << "nobody has tried again";
   keys->TryAgain();
@@ -83,6 +83,64 @@ TEST_F(KeysOfOthers, HeldKeyThatIsLetGoOnALockedScreenIsReleased) {
   ASSERT_TRUE(other->Lock());
   LetGo(keys::kF4);
   EXPECT_EQ(Heard("-play-held"), "-play-held");
+}
+
+TEST_F(KeysOfOthers, ClickLeavesTheKeyboardToMenusWhileAKeyIsHeld) {
+  RepeatQuickly();
+  Wish({{AfarAction::PlayHeld, "F4"}});
+  Hold(keys::kF4);
+  EXPECT_EQ(Heard("+play-held"), "+play-held");
+  EXPECT_FALSE(other->Lock());
+  hands->Press();
+  // A repeat has the keyboard for a moment, too.
+  ASSERT_TRUE(Until([&] { return other->Lock(); }));
+  hands->Release();
+  other->Unlock();
+  other->Took();
+  other->Forget();
+  // Nothing of the held key reaches others before the keyboard is the deck's again.
+  Hold(keys::kShift);
+  LetItRepeat();
+  LetGo(keys::kShift);
+  LetItRepeat();
+  EXPECT_EQ(other->Took(), "+Shift_L -Shift_L");
+  EXPECT_TRUE(Until([&] {
+    const bool locked = other->Lock();
+    if (locked) other->Unlock();
+    return !locked;
+  }));
+  LetGo(keys::kF4);
+  EXPECT_EQ(Heard("-play-held"), "-play-held");
+  Type({keys::kShift, keys::kF4});
+  EXPECT_EQ(OtherTook().substr(sizeof "+Shift_L -Shift_L"), "+Shift_L +F4 -F4 -Shift_L")
+      << "with other modifiers it is everybody's again";
+}
+
+TEST_F(KeysOfOthers, WheelLeavesNothing) {
+  Wish({{AfarAction::PlayHeld, "F4"}});
+  Hold(keys::kF4);
+  EXPECT_EQ(Heard("+play-held"), "+play-held");
+  hands->TurnWheel();
+  LetItRepeat();
+  EXPECT_FALSE(other->Lock());
+  LetGo(keys::kF4);
+}
+
+TEST_F(KeysOfOthers, ShortcutOfTheDesktopNeverLandsInAText) {
+  constexpr std::uint8_t kPlaceOfTab = 23;
+  ASSERT_TRUE(other->Grab(kPlaceOfTab, XCB_MOD_MASK_1));
+  Wish({{AfarAction::PlayHeld, "F4"}});
+  Hold(keys::kF4);
+  EXPECT_EQ(Heard("+play-held"), "+play-held");
+  Hold(keys::kAlt);
+  ASSERT_TRUE(Until([&] { return other->Took() == "+Alt_L"; }));
+  Type({keys::kTab});
+  Type({keys::kTab});
+  LetGo(keys::kAlt);
+  LetGo(keys::kF4);
+  EXPECT_EQ(Heard("-play-held"), "-play-held");
+  // The first one was pressed while the keyboard was the deck's, and nobody can have it.
+  EXPECT_EQ(OtherTook(), "+Alt_L -Tab +[Tab] -[Tab] -Alt_L -F4");
 }
 
 TEST_F(KeysOfOthers, DisplayThatGoesReleasesWhatIsHeldAndRefusesAll) {

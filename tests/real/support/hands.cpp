@@ -55,6 +55,13 @@ void Hands::ClickAt(int x, int y) {
   Release();
 }
 
+void Hands::TurnWheel() {
+  constexpr std::uint8_t kDown = 5;
+  Fake(XCB_BUTTON_PRESS, kDown);
+  Fake(XCB_BUTTON_RELEASE, kDown);
+  Flush();
+}
+
 void Hands::Keys(std::initializer_list<std::uint32_t> symbols) {
   for (const std::uint32_t symbol : symbols) Fake(XCB_KEY_PRESS, KeyCode(symbol));
   for (auto symbol = std::rbegin(symbols); symbol != std::rend(symbols); ++symbol) {

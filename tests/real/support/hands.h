@@ -24,6 +24,8 @@ class Hands {
   void Press();
   void Release();
   void ClickAt(int x, int y);
+  /// One step of the wheel, down.
+  void TurnWheel();
   /// Presses the keys together (X key symbols, modifiers first) and lets them go.
   void Keys(std::initializer_list<std::uint32_t> symbols);
   /// One key, for who must see each go down before the next.
