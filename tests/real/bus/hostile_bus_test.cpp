@@ -8,8 +8,6 @@
 namespace tavlo::test {
 namespace {
 
-/// As the connection takes them.
-constexpr int kMostMessagesAtATime = 16;
 constexpr int kCalls = 60'000;
 
 /// Somebody who calls the deck ten thousand times a second, in every way that there is.
@@ -24,14 +22,14 @@ struct FloodedProgram : MediaProgram {
       };
     });
   }
-  bool Flood(const char* kind) {
+  bool Flood(const char* kind, int callsASecond) {
     ChildProcess flood;
     const TemporaryFolder folder;
     const std::string log = folder / "flood";
     EXPECT_TRUE(flood.Start({"sh", "-c",
                              std::string("exec '") + TAVLO_BUS_FLOOD + "' '" + bus.Address() +
                                  "' org.mpris.MediaPlayer2.tavlodeck " + std::to_string(kCalls) +
-                                 " 10000 " + kind + " >" + log}));
+                                 " " + std::to_string(callsASecond) + " " + kind + " >" + log}));
     const std::string all = std::to_string(kCalls);
     const bool over = Until([&] { return Said("cat " + log).ends_with("answers"); });
     EXPECT_EQ(Said("cat " + log), all + " calls, " + all + " answers");
@@ -65,13 +63,10 @@ TEST_F(FloodedProgram, IsRunByHandBetweenTheCalls) {
   });
 }
 
-TEST_F(FloodedProgram, TakesTheCallsAFewAtATime) {
+TEST_F(FloodedProgram, AnswersEveryCallHoweverFastTheyCome) {
   Run([&] {
     Open();
-    CountPasses();
-    const int before = passes;
-    EXPECT_TRUE(Flood("questions"));
-    EXPECT_GE(passes - before, kCalls / kMostMessagesAtATime);
+    EXPECT_TRUE(Flood("questions", /*as fast as it goes*/ 0));
     EXPECT_TRUE(InWork());
     EXPECT_FALSE(Playing());
   });
@@ -90,7 +85,7 @@ TEST_F(FloodedProgram, LivesAndKeepsItsDocumentsWhateverIsAskedOfIt) {
   ASSERT_EQ(before.size(), 1U);
   Run([&] {
     Open();
-    EXPECT_TRUE(Flood("everything"));
+    EXPECT_TRUE(Flood("everything", 10'000));
     EXPECT_TRUE(InWork());
     EXPECT_TRUE(files() == before);
     ASSERT_TRUE(Until([&] {
