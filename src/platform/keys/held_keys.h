@@ -23,9 +23,9 @@ class HeldKeys {
   using Moment = std::chrono::steady_clock::time_point;
   using Reported = std::function<void(remote::KeyEvent)>;
 
-  /// A press so soon after a release of the same key is a repeat of a keyboard that repeats by
-  /// letting go, or a contact that bounces.
-  static constexpr std::chrono::milliseconds kRepeatsWithin{4};
+  /// A press so soon after a release of the same key is a repeat on a display that repeats by
+  /// letting go, as those inside of another display do. No finger is so quick.
+  static constexpr std::chrono::milliseconds kRepeatsWithin{2};
 
   enum class Answer {
     Keep,              ///< It was the deck's, and so is the keyboard for now.
