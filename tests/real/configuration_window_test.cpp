@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
+#include <cstdlib>
 #include <initializer_list>
 #include <map>
 #include <set>
@@ -203,6 +204,26 @@ TEST_F(ConfigurationWindow, EveryWidgetOfASettingStandsInsideIt) {
     EXPECT_TRUE(window->rect().contains(place)) << name;
     EXPECT_GE(widget->height(), widget->minimumSizeHint().height()) << name;
   }
+}
+
+TEST_F(ConfigurationWindow, EveryKeyOfOtherWindowsHasItsBoxBesideItsNameInsideThePage) {
+  TurnPages();
+  for (forms::KeyRow& row : form.keys) row.lblKey.Value = "Play, and stop again";
+  shown.typist.Keys({keys::kAlt, 'k'});
+  ASSERT_TRUE(shown.typist.Until([&] { return form.frameConfigKeys.Visible.Get(); }));
+  const QWidget* const page = shown.typist.Widget("frameConfigKeys");
+  const auto placeOf = [&](const forms::Control& control) {
+    const QWidget* const widget = shown.typist.Widget(QString::fromStdString(control.Name));
+    return QRect(widget->mapTo(page, QPoint(0, 0)), widget->size());
+  };
+  for (const forms::KeyRow& row : form.keys) {
+    const QRect name = placeOf(row.lblKey);
+    const QRect box = placeOf(row.txtKey);
+    EXPECT_TRUE(page->rect().contains(box)) << row.txtKey.Name;
+    EXPECT_LT(name.right(), box.left()) << row.txtKey.Name;
+    EXPECT_LE(std::abs(name.center().y() - box.center().y()), 1) << row.txtKey.Name;
+  }
+  EXPECT_TRUE(page->rect().contains(placeOf(form.chkBusSaysNothing)));
 }
 
 /// Whether a control has a widget on its window.

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "remote/afar_action.h"
 #include "window/bindings.h"
 
 namespace tavlo {
@@ -107,6 +108,19 @@ CalledByField OnFtpPage(const ConfigurationForm& config) {
   };
 }
 
+CalledByField OnKeysPage(const ConfigurationForm& config) {
+  static constexpr std::array<std::string_view, remote::kAfarActions.size()> kKeyFields{
+      "PlayStopKey",    "PlayHeldKey", "RewindHeldKey", "ForwardHeldKey",
+      "ToBeginningKey", "ToEndKey",    "SlowerKey",     "FasterKey",
+      "NormalSpeedKey", "CompleteKey", "SaveKey",       "SkipKey"};
+  CalledByField called;
+  for (const remote::AfarActionName& name : remote::kAfarActions) {
+    const std::size_t row = remote::IndexOf(name.action);
+    called[kKeyFields[row]] = {&config.keys[row].lblKey, std::string(name.description)};
+  }
+  return called;
+}
+
 CalledByField OnMainWindow(const MainForm& main) {
   return {
       {"FaciaImagePointer", {&main.imageFaciaA, "a click beside its keys"}},
@@ -166,16 +180,17 @@ std::string PlaceOf(const forms::Control& control, ConfigurationForm& config, Ma
 
 const std::vector<std::string>& Places() {
   static const std::vector<std::string> places{"Settings page", "Equalizer page", "Mixer page",
-                                               "Paths page",    "Ftp page",       "Deck",
-                                               "Ftp view",      "Import view"};
+                                               "Paths page",    "Ftp page",       "Keys page",
+                                               "Deck",          "Ftp view",       "Import view"};
   return places;
 }
 
 std::map<std::string_view, Seen> SeenFields(Table table, ConfigurationForm& config,
                                             MainForm& main) {
   CalledByField called;
-  for (CalledByField part : {OnSettingsPage(config), OnPathsPage(config), OnSoundPages(config),
-                             OnFtpPage(config), OnMainWindow(main), OnImportView(main)}) {
+  for (CalledByField part :
+       {OnSettingsPage(config), OnPathsPage(config), OnSoundPages(config), OnFtpPage(config),
+        OnKeysPage(config), OnMainWindow(main), OnImportView(main)}) {
     called.merge(part);
   }
   std::map<std::string_view, Seen> seen;

@@ -3,6 +3,7 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <QHelpEvent>
+#include <QHideEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
@@ -12,6 +13,7 @@
 #include <array>
 
 #include "platform/qt/colours.h"
+#include "platform/qt/focus_keeper.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/theme.h"
 #include "remote/key_trigger.h"
@@ -189,6 +191,12 @@ void KeyBox::focusOutEvent(QFocusEvent* event) {
   ShowHeld({});
   QWidget::focusOutEvent(event);
   update();
+}
+
+/// Whoever opens the window the next time has not asked for the box, which would take any key.
+void KeyBox::hideEvent(QHideEvent* event) {
+  if (!event->spontaneous()) FocusKeeper::TakeFrom(*this);
+  QWidget::hideEvent(event);
 }
 
 bool KeyBox::ShowTooltip(const QPoint& place) {

@@ -44,7 +44,7 @@ TEST_F(WithoutAMouse, TheMiniPlayerIsReachedByTabAndWorkedByItsKeys) {
 TEST_F(WithoutAMouse, TabReachesEveryControlOfEveryPageOfTheConfiguration) {
   OpenConfiguration();
   ExpectTabReachesEverything();
-  for (const std::uint32_t page : {'e', 'm', 'p', 'f'}) {
+  for (const std::uint32_t page : {'e', 'm', 'p', 'f', 'k'}) {
     const int before =
         program->Ask([] { return Configuration().tabConfiguration.ListIndex.Get(); });
     Keys({keys::kAlt, page});
@@ -93,6 +93,23 @@ TEST_F(WithoutAMouse, FilesOfAServerAreChosenByKeys) {
   Keys({keys::kAlt, 'v'});
   Keys({'q'});
   EXPECT_TRUE(program->Until([] { return Main().frameInQueue.Visible && Main().mnuFile.Enabled; }));
+}
+
+TEST_F(WithoutAMouse, AKeyOfOtherWindowsIsChosenByKeysAndSaid) {
+  OpenConfiguration();
+  Keys({keys::kAlt, 'k'});
+  ASSERT_TRUE(program->Until([] { return Configuration().frameConfigKeys.Visible.Get(); }));
+  ASSERT_TRUE(TabTo("txtToEndKey"));
+  const auto described = [] { return reader->Find("text", "Key for To the end").description; };
+  EXPECT_EQ(described(), "No key");
+  Keys({keys::kF5});
+  EXPECT_TRUE(Until([&] { return described().starts_with("F5"); })) << described();
+  Keys({'q'});
+  EXPECT_TRUE(Told("F5. Q is needed for writing."));
+  Keys({keys::kBackspace});
+  EXPECT_TRUE(Told("No key"));
+  EXPECT_EQ(Tab(), "txtSlowerKey");
+  CloseConfiguration();
 }
 
 TEST_F(WithoutAMouse, ThePedalIsChosenByKeys) {

@@ -127,6 +127,12 @@ TEST_F(Windows, EveryControlOfEveryPageOfTheConfigurationHasANameARoleAndAValue)
   EXPECT_EQ(reader->Find("push button", "Go to the next server profile").role, "push button");
   EXPECT_EQ(reader->Find("label", "Profile 1 of 25").role, "label");
   ExpectEveryControlIsNamed("servers", 18);
+
+  Keys({keys::kAlt, 'k'});
+  EXPECT_TRUE(Meets("text", "Key for Play, and stop again"));
+  EXPECT_EQ(reader->Find("text", "Key for Skip").description, "No key");
+  EXPECT_TRUE(Meets("check box", "Say nothing about the document on the bus"));
+  ExpectEveryControlIsNamed("keys", 13);
   CloseConfiguration();
 }
 

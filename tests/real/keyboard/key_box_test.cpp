@@ -154,6 +154,16 @@ TEST_F(KeyBoxes, TakeTheLettersOfPagesAndMenusOnlyWhileTheyHaveTheKeyboard) {
   EXPECT_TRUE(shown.typist.Until([&] { return form.frameConfigKeys.Visible.Get(); }));
 }
 
+TEST_F(KeyBoxes, DoNotHaveTheKeyboardWhenTheWindowIsOpenedAgain) {
+  form.frmConfiguration.Visible = false;
+  shown.typist.Rest(300);
+  form.frmConfiguration.Visible = true;
+  shown.typist.Rest(300);
+  EXPECT_EQ(Holder(), "txtFocus");
+  EXPECT_EQ(TakenOf({keys::kAlt, 's'}), "0 keys");
+  EXPECT_TRUE(form.frameSettings.Visible);
+}
+
 TEST_F(KeyBoxes, LeaveTheLetterOfTheDesktopsPageToTheWindowWhileThatShows) {
   int pages = 0;
   form.cmdDesktopKeys.OnPress = [&] { ++pages; };

@@ -129,6 +129,8 @@ TEST_F(Keyboard, IsGivenAwayByEveryBoxAndKeyOfTheConfiguration) {
                        "chkAutoRefreshMode"});
     ExpectGivenAwayBy({"chkAutoRefreshMode", "chkWorkWaitingAlertMode", "optNewWorkWaitingAllJobs",
                        "optNewWorkWaitingPriority", "chkWorkWaitingAlertMode"});
+    program->Keys({keys::kAlt, 'k'});
+    ExpectGivenAwayBy({"chkBusSaysNothing"});
     program->Keys({keys::kAlt, 'c'});
     ASSERT_TRUE(program->Until([&] { return program->Main().frmMain.Visible.Get(); }));
     EXPECT_TRUE(NoControlHasIt()) << Holder();

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "platform/qt/key_box.h"
 #include "support/keys.h"
 #include "support/screen.h"
 
@@ -16,6 +17,8 @@ namespace {
 
 using forms::ConfigurationForm;
 using forms::MainForm;
+using remote::AfarAction;
+using remote::IndexOf;
 using store::Table;
 using enum store::Table;
 
@@ -72,6 +75,16 @@ Act Drawn(std::size_t band) {
     forms::Range& slider = walk.Form().sldEQ[band];
     walk.Reach(slider);
     walk.hand.ClickAt(slider, 50, 15 + 2 * static_cast<int>(band));
+  };
+}
+
+Act KeyChosen(AfarAction action, std::uint32_t modifier, std::uint32_t key) {
+  return [=](Walk& walk) {
+    const forms::Text& box = walk.Form().keys[IndexOf(action)].txtKey;
+    walk.Reach(box);
+    walk.hand.ClickAt(box, 50, 50);
+    walk.program.Keys({modifier, key});
+    EXPECT_TRUE(walk.program.Until([&] { return !box.Value.Get().empty(); })) << box.Name;
   };
 }
 
@@ -246,6 +259,32 @@ Act ExpectBand(std::size_t band) {
 void ExpectPedalOfItsPort(Walk& walk) {
   EXPECT_EQ(walk.program.Ask([&] { return walk.Form().lblPedalState.Value.Get(); }),
             "Port 998 can not be read.");
+}
+
+Act ExpectKey(AfarAction action, const std::string& words) {
+  return [=](Walk& walk) {
+    const forms::Text& text = walk.Form().keys[IndexOf(action)].txtKey;
+    walk.Reach(text);
+    ExpectComes<std::string>(
+        walk,
+        [&] {
+          const auto* const box = dynamic_cast<const platform::qt::KeyBox*>(WidgetOf(text));
+          return box ? box->Words().toStdString() : "no box";
+        },
+        words);
+  };
+}
+
+void ExpectSilenceOnTheBus(Walk& walk) {
+  walk.GoHome();
+  walk.program.ClickRow(0);
+  EXPECT_TRUE(walk.program.Until([&] { return walk.Main().cmdPlay.Enabled.Get(); }));
+  const remote::MediaState said =
+      walk.program.Ask([&] { return walk.program.Rooms().mediaPlayer.State(); });
+  EXPECT_TRUE(said.canPlay);
+  EXPECT_EQ(said.title + said.artist, "");
+  EXPECT_EQ(said.length, 0);
+  walk.program.Click("cmdImportCompleteSnipetStop");
 }
 
 void ExpectRefreshesByItself(Walk& walk) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ftp/server_list.h"
+#include "remote/afar_action.h"
 #include "settings/walk.h"
 #include "store/work_folders.h"
 
@@ -17,6 +18,8 @@ Act Pressed(forms::Command forms::ConfigurationForm::*key);
 Act Filled(forms::Text forms::ConfigurationForm::*box, const std::string& text);
 Act FilledProfile(forms::Text forms::MainForm::*box, const std::string& text);
 Act FilledWithFolder(forms::Text forms::ConfigurationForm::*box, const std::string& folder);
+/// Presses a key with its modifier into the box of an action.
+Act KeyChosen(remote::AfarAction action, std::uint32_t modifier, std::uint32_t key);
 /// Each band has another gain, and none its first one.
 Act Drawn(std::size_t band);
 void SaveAndChooseCustom(Walk& walk);
@@ -49,6 +52,10 @@ void ExpectOldDocumentGone(Walk& walk);
 /// The sliders are what sounds.
 Act ExpectBand(std::size_t band);
 void ExpectPedalOfItsPort(Walk& walk);
+/// In a person's words, in its box.
+Act ExpectKey(remote::AfarAction action, const std::string& words);
+/// A document that is chosen shows on the bus only as one that could be played.
+void ExpectSilenceOnTheBus(Walk& walk);
 /// Nobody presses a key.
 void ExpectRefreshesByItself(Walk& walk);
 

@@ -1,5 +1,6 @@
 #include "settings/walk.h"
 #include "settings/walk_acts.h"
+#include "support/keys.h"
 
 namespace tavlo::test {
 namespace {
@@ -253,13 +254,39 @@ std::vector<WalkedSetting> OnTheOtherPages() {
   return walked;
 }
 
+std::vector<WalkedSetting> OnThePageOfTheKeys() {
+  const auto chosen = [](const char* field, remote::AfarAction action, char letter) {
+    return WalkedSetting{
+        GeneralSettings, field, Turn::First,
+        KeyChosen(action, keys::kControl, static_cast<std::uint32_t>(letter)),
+        ExpectKey(action, std::string("Ctrl+") + static_cast<char>(letter - 'a' + 'A'))};
+  };
+  using enum remote::AfarAction;
+  return {
+      chosen("PlayStopKey", PlayStop, 'b'),
+      chosen("PlayHeldKey", PlayHeld, 'd'),
+      chosen("RewindHeldKey", RewindHeld, 'e'),
+      chosen("ForwardHeldKey", ForwardHeld, 'f'),
+      chosen("ToBeginningKey", ToBeginning, 'g'),
+      chosen("ToEndKey", ToEnd, 'h'),
+      chosen("SlowerKey", Slower, 'i'),
+      chosen("FasterKey", Faster, 'j'),
+      chosen("NormalSpeedKey", NormalSpeed, 'k'),
+      chosen("CompleteKey", Complete, 'l'),
+      chosen("SaveKey", Save, 'm'),
+      chosen("SkipKey", Skip, 'n'),
+      {GeneralSettings, "BusSaysNothingFlag", Turn::First,
+       Ticked(&ConfigurationForm::chkBusSaysNothing, true), ExpectSilenceOnTheBus},
+  };
+}
+
 }  // namespace
 
 const std::vector<WalkedSetting>& WalkedSettings() {
   static const std::vector<WalkedSetting> all = [] {
     std::vector<WalkedSetting> walked = OnTheDeck();
-    for (const auto& more :
-         {OfPlayingAndItsWindow(), OfTheWork(), OfPedalsAndRefresh(), OnTheOtherPages()}) {
+    for (const auto& more : {OfPlayingAndItsWindow(), OfTheWork(), OfPedalsAndRefresh(),
+                             OnTheOtherPages(), OnThePageOfTheKeys()}) {
       walked.insert(walked.end(), more.begin(), more.end());
     }
     return walked;
