@@ -102,6 +102,13 @@ class GuideWords(unittest.TestCase):
                     [f"**{control.split(', ')[0]}**" for control in controls], configuration
                 )
 
+    def test_each_key_of_other_windows_is_explained(self):
+        controls = settings_of("Keys page")
+        self.assertIn("Play, and stop again", controls)
+        for name in ("configuration", "word-processor"):
+            with self.subTest(name):
+                self.assert_all_in([f"**{control}**" for control in controls], page(name))
+
 
 if __name__ == "__main__":
     unittest.main()
