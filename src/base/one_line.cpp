@@ -59,20 +59,35 @@ void AddAsDigits(std::string& line, std::string_view bytes) {
   }
 }
 
+/// Calls `take` with the bytes of each character and whether they may stand in a line.
+template <typename Take>
+void ForEachCharacter(std::string_view text, Take take) {
+  while (!text.empty()) {
+    const Character first = FirstOf(text);
+    take(text.substr(0, first.length), first.valid && StaysInItsLine(first.code));
+    text.remove_prefix(first.length);
+  }
+}
+
 }  // namespace
 
 std::string OneLine(std::string_view text) {
   std::string line;
-  while (!text.empty()) {
-    const Character first = FirstOf(text);
-    const std::string_view bytes = text.substr(0, first.length);
-    if (first.valid && StaysInItsLine(first.code)) {
+  ForEachCharacter(text, [&line](std::string_view bytes, bool stays) {
+    if (stays) {
       line += bytes;
     } else {
       AddAsDigits(line, bytes);
     }
-    text.remove_prefix(first.length);
-  }
+  });
+  return line;
+}
+
+std::string ShownPart(std::string_view text) {
+  std::string line;
+  ForEachCharacter(text, [&line](std::string_view bytes, bool stays) {
+    if (stays) line += bytes;
+  });
   return line;
 }
 

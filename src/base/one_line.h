@@ -10,4 +10,7 @@ namespace tavlo::base {
 /// hexadecimal digits for each of their bytes, so they still tell one name from another.
 std::string OneLine(std::string_view text);
 
+/// The same without what is spelled there: what of a stranger's text a person may be shown.
+std::string ShownPart(std::string_view text);
+
 }  // namespace tavlo::base

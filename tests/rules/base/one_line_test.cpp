@@ -6,6 +6,7 @@ namespace tavlo::test {
 namespace {
 
 using base::OneLine;
+using base::ShownPart;
 
 TEST(OneLine, LeavesTextAsItIs) {
   EXPECT_EQ(OneLine(""), "");
@@ -35,6 +36,19 @@ TEST(OneLine, SpellsBytesThatAreNoText) {
   EXPECT_EQ(OneLine("\xE0\x80\x8A"), "\\xE0\\x80\\x8A");
   EXPECT_EQ(OneLine("\xED\xA0\x80"), "\\xED\\xA0\\x80");
   EXPECT_EQ(OneLine("\xF4\x90\x80\x80"), "\\xF4\\x90\\x80\\x80");
+}
+
+TEST(ShownPart, LeavesTextAsItIs) {
+  EXPECT_EQ(ShownPart(""), "");
+  EXPECT_EQ(ShownPart("Strg+Umschalt+F4 \xE2\x82\xAC"), "Strg+Umschalt+F4 \xE2\x82\xAC");
+}
+
+TEST(ShownPart, LacksWhatALineMayNotHold) {
+  EXPECT_EQ(ShownPart("a\nb\tc\x1B[2J\x7F\xC2\x85"), "abc[2J");
+  EXPECT_EQ(ShownPart("\xE2\x80\xAE"
+                      "4F\xE2\x80\xA8"),
+            "4F");
+  EXPECT_EQ(ShownPart("\xFF\xC3(cut \xE2\x82"), "(cut ");
 }
 
 }  // namespace
