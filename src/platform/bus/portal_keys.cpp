@@ -141,8 +141,8 @@ void PortalKeys::OwnerChanged() {
     DropSession();
     released = presses_.ReleaseAll();
     Retry();
-  } else if (isThere && (ended_ == End::Missing || ended_ == End::Lost)) {
-    Retry();
+  } else if (isThere && (ended_ == End::Missing || (ended_ == End::Lost && !RowIsOver()))) {
+    AskAgain();
   } else if (isThere) {
     GoOn();
   }
@@ -207,15 +207,24 @@ void PortalKeys::Begin(sd_bus& bus) {
   TellNews(released);
 }
 
-void PortalKeys::Retry() {
+void PortalKeys::AskAgain() {
+  ended_.reset();
+  asked_.clear();
+  AskAfter(patience_.firstRetry * (1 << retries_));
+}
+
+bool PortalKeys::RowIsOver() {
   if (loop_.Now() - askedAt_ >= patience_.stood) retries_ = 0;
-  if (retries_ == patience_.retries) {
+  return retries_ >= patience_.retries;
+}
+
+void PortalKeys::Retry() {
+  if (RowIsOver()) {
     ended_ = End::Lost;
     return;
   }
-  ended_.reset();
-  asked_.clear();
-  AskAfter(patience_.firstRetry * (1 << retries_++));
+  AskAgain();
+  ++retries_;
 }
 
 void PortalKeys::DropSession() {

@@ -77,7 +77,11 @@ class PortalKeys : public remote::GlobalKeys,
   void GoOn();
   void AskAfter(base::Duration length);
   void Begin(sd_bus& bus);
-  /// The portal took back what it was asked for, or had nothing when it was asked.
+  /// Asks anew, later each time that this is a retry.
+  void AskAgain();
+  /// As many retries as there may be have followed each other.
+  bool RowIsOver();
+  /// The portal or the bus took back what was asked for.
   void Retry();
   void DropSession();
   void Leave();
