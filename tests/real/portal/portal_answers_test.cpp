@@ -103,6 +103,8 @@ TEST_F(PortalAnswers, ThatComeLateHoldNoOtherWish) {
   keys->Wish({kSlower});
   ASSERT_TRUE(UntilAsked(2));
   EXPECT_EQ(portal->MostWindows(), 1);
+  // Of the window that asked, and of its session.
+  EXPECT_EQ(portal->Count("Close"), 2);
   portal->Answer();
   ASSERT_TRUE(UntilHeld());
   EXPECT_EQ(portal->Wished().front().id, "slower");
@@ -160,15 +162,18 @@ TEST_F(PortalAnswers, ThatNeverComeLeaveAKeyAsked) {
   StartKeys();
   portal->Hang();
   keys->Wish({kPlayStop});
-  ASSERT_TRUE(Until([&] { return connection.IsConnected(); }));
-  keys->Wish({kSlower});
-  keys->TryAgain();
+  for (const KeyWish& wish : {kPlayHeld, kPlayStop, kPlayHeld, kSlower}) {
+    ASSERT_TRUE(Until([&] { return connection.IsConnected() && Rests(); }));
+    keys->Wish({wish});
+    keys->TryAgain();
+  }
   ASSERT_TRUE(Until([&] { return Rests(); }));
   EXPECT_EQ(StateOf(AfarAction::Slower), KeyState::Asked);
   EXPECT_EQ(keys->Way(), KeyWay::Portal);
   portal->GoOn();
   ASSERT_TRUE(UntilHeld());
   // What was wished for meanwhile is asked for once, and nothing else is.
+  EXPECT_LE(portal->Count("Register"), 2);
   EXPECT_EQ(portal->Count("BindShortcuts"), 1);
   EXPECT_EQ(portal->Wished().front().id, "slower");
 }

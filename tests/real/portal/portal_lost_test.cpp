@@ -114,6 +114,23 @@ TEST_F(PortalLost, LetsGoOfWhatIsHeldWhenTheBusDies) {
   EXPECT_FALSE(keys->CanConfigure());
 }
 
+TEST_F(PortalLost, IsAskedAgainWhenTheBusIsBack) {
+  platform::PortalPatience patience = kImpatience;
+  patience.bus = 5ms;
+  StartPortal();
+  StartKeys(patience);
+  keys->Wish({kPlayHeld});
+  ASSERT_TRUE(UntilHeld());
+  bus.Kill();
+  ASSERT_TRUE(Until([&] { return keys->Way() == KeyWay::PortalMissing; }));
+  EXPECT_EQ(StateOf(AfarAction::PlayHeld), KeyState::Refused);
+  portal.reset();
+  bus.Restart();
+  StartPortal();
+  ASSERT_TRUE(UntilHeld());
+  EXPECT_EQ(keys->Way(), KeyWay::Portal);
+}
+
 TEST_F(PortalLost, HoldsNobodyUpWhenTheBusHangs) {
   Hold({kPlayHeld});
   portal->Activate("play-held");

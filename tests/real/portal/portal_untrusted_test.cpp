@@ -20,7 +20,7 @@ TEST_F(PortalUntrusted, SignalsOfStrangersAreNone) {
   Hold({kPlayStop, kPlayHeld});
   const std::string session = portal->SessionPath();
   const auto emit = [&](const char* member, const Words& words) {
-    EmitAsStranger(bus.Address(), portal->Client(), member, words);
+    EmitAsStranger(bus.Address(), portal->Client(), {.member = member}, words);
   };
   emit("Activated", [&](sd_bus_message& signal) { AppendKey(signal, session, "play-stop"); });
   emit("ShortcutsChanged",
@@ -31,6 +31,23 @@ TEST_F(PortalUntrusted, SignalsOfStrangersAreNone) {
   portal->Activate("play-stop");
   EXPECT_EQ(NextEvent(), "+play-stop");
   EXPECT_EQ(GrantOf(AfarAction::PlayStop).given, "F4");
+}
+
+TEST_F(PortalUntrusted, AStrangerCanNotSayThatThePortalHasGone) {
+  Hold({kPlayHeld, kSlower});
+  portal->Activate("play-held");
+  EXPECT_EQ(NextEvent(), "+play-held");
+  EmitAsStranger(bus.Address(), portal->Client(),
+                 {.path = "/org/freedesktop/DBus",
+                  .interface = "org.freedesktop.DBus",
+                  .member = "NameOwnerChanged"},
+                 [](sd_bus_message& signal) {
+                   sd_bus_message_append(&signal, "sss", "org.freedesktop.portal.Desktop", ":1.1",
+                                         "");
+                 });
+  portal->Activate("slower");
+  EXPECT_EQ(NextEvent(), "+slower");
+  EXPECT_EQ(portal->Sessions(), 1);
 }
 
 TEST_F(PortalUntrusted, SignalsOfOtherSessionsAreNone) {

@@ -51,11 +51,12 @@ std::vector<WishedShortcut> ReadWishes(sd_bus_message* call) {
   return wishes;
 }
 
-void EmitAsStranger(const std::string& busAddress, const std::string& client, const char* member,
+void EmitAsStranger(const std::string& busAddress, const std::string& client,
+                    const SignalName& name,
                     const std::function<void(sd_bus_message& signal)>& words) {
   sd_bus* const bus = Connect(busAddress);
   sd_bus_message* signal = nullptr;
-  ASSERT_GE(sd_bus_message_new_signal(bus, &signal, kPortalPath, kShortcutsInterface, member), 0);
+  ASSERT_GE(sd_bus_message_new_signal(bus, &signal, name.path, name.interface, name.member), 0);
   sd_bus_message_set_destination(signal, client.c_str());
   words(*signal);
   EXPECT_GE(sd_bus_send(bus, signal, nullptr), 0);

@@ -32,9 +32,17 @@ Texts ReadTexts(sd_bus_message* message);
 std::string ReadText(sd_bus_message* message, char type);
 std::vector<WishedShortcut> ReadWishes(sd_bus_message* call);
 
-/// Sends a signal of the shortcuts' interface to `client` alone, from a connection that is not the
-/// portal's. The bus has handed it on when this returns.
-void EmitAsStranger(const std::string& busAddress, const std::string& client, const char* member,
+/// A signal's path, interface and name.
+struct SignalName {
+  const char* path = kPortalPath;
+  const char* interface = kShortcutsInterface;
+  const char* member = "";
+};
+
+/// Sends a signal to `client` alone, from a connection that is not the portal's. The bus has handed
+/// it on when this returns.
+void EmitAsStranger(const std::string& busAddress, const std::string& client,
+                    const SignalName& name,
                     const std::function<void(sd_bus_message& signal)>& words);
 
 /// Adds what a signal about a key holds.
