@@ -8,6 +8,7 @@
 #include "platform/beside/side_thread.h"
 #include "platform/bus/bus_connection.h"
 #include "platform/bus/mpris_service.h"
+#include "platform/bus/portal_keys.h"
 #include "platform/convert/plugin_conversion_libraries.h"
 #include "platform/curl/curl_ftp_client.h"
 #include "platform/desktop/desktop_keys.h"
@@ -16,7 +17,6 @@
 #include "platform/desktop/folders.h"
 #include "platform/desktop/hang_up.h"
 #include "platform/desktop/message_buses.h"
-#include "platform/desktop/no_keys.h"
 #include "platform/desktop/notifications.h"
 #include "platform/desktop/open_folder.h"
 #include "platform/desktop/root_lock.h"
@@ -137,13 +137,12 @@ struct Program::Parts {
   ErrandsBeside startErrands{errands};
   DetachedPrograms programs{startErrands};
   CurlFtpClient ftpClient;
-  DesktopKeys globalKeys{loop,
-                         [] { return std::make_unique<NoKeys>(remote::KeyWay::PortalMissing); }};
+  BusConnection bus;
+  DesktopKeys globalKeys{loop, [this] { return std::make_unique<PortalKeys>(loop, bus); }};
   /// It gives the lock back by an errand, which looks at the pedals and at held keys.
   RootLock rootLock{errands, root};
   /// Its door closes before the root is given back, for the next copy opens one under that name.
   SocketHandover fileHandover{loop, loop, root};
-  BusConnection bus;
   MprisService mediaBus{bus};
   const std::vector<std::string> filesToOpen;
   shell::Deck deck{{.loop = loop,
