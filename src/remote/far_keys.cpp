@@ -24,14 +24,14 @@ std::string KeyOf(const AfarActionName& action, const KeyTrigger& trigger) {
 
 FarKeys::FarKeys(base::Loop& loop, forms::ConfigurationForm& config,
                  window::SettingsBinding& settings, GlobalKeys& keys, FarHand& hand)
-    : loop_(loop),
+    : tmrFarKeys(loop, "tmrFarKeys", kAtOnce),
+      loop_(loop),
       config_(config),
       settings_(settings),
       keys_(keys),
       hand_(hand),
-      tmrFarKeys_(loop, "tmrFarKeys", kAtOnce),
       pairs_(window::PairsOn(config.frameConfigKeys, settings.Bindings())) {
-  tmrFarKeys_.OnTick = [this] { Look(); };
+  tmrFarKeys.OnTick = [this] { Look(); };
   WirePage();
   keys_.Tell(*this);
 }
@@ -62,7 +62,7 @@ void FarKeys::Begin() {
 
 void FarKeys::End() {
   begun_ = false;
-  tmrFarKeys_.Stop();
+  tmrFarKeys.Stop();
   LetGoOfOthersThan({});
   keys_.Wish({});
 }
@@ -94,16 +94,16 @@ void FarKeys::TryAgain() {
 }
 
 void FarKeys::HandleNews() {
-  if (begun_) tmrFarKeys_.StartDue();
+  if (begun_) tmrFarKeys.StartDue();
 }
 
 void FarKeys::Look() {
-  tmrFarKeys_.Stop();
+  tmrFarKeys.Stop();
   while (begun_) {
     const auto event = keys_.Next();
     if (!event) break;
     // Each one is an event of its own, so that one that fails does not keep a release waiting.
-    loop_.RunEvent(tmrFarKeys_.Name(), [&] { Handle(*event); });
+    loop_.RunEvent(tmrFarKeys.Name(), [&] { Handle(*event); });
   }
   EndTrials();
   Show();

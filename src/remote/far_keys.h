@@ -27,6 +27,9 @@ class FarKeys : public window::ConfigurationPage, private base::Listener {
   ~FarKeys() override { keys_.Wish({}); }
   FarKeys(const FarKeys&) = delete;
 
+  /// Comes due with each key that goes down or up.
+  base::Timer tmrFarKeys;
+
   /// Takes the stored keys; from here on they run the deck.
   void Begin();
   /// Gives every key back, and lets go of what is held.
@@ -83,7 +86,6 @@ class FarKeys : public window::ConfigurationPage, private base::Listener {
   window::SettingsBinding& settings_;
   GlobalKeys& keys_;
   FarHand& hand_;
-  base::Timer tmrFarKeys_;
   const std::vector<window::Binding> pairs_;
   bool begun_ = false;
   bool wasLive_ = false;

@@ -47,7 +47,7 @@ bool IsSlider(MediaCommand::What what) {
 }  // namespace
 
 MediaPlayer::MediaPlayer(const Parts& parts)
-    : tmrMediaCommands_(parts.loop, "tmrMediaCommands", kAtOnce),
+    : tmrMediaCommands(parts.loop, "tmrMediaCommands", kAtOnce),
       loop_(parts.loop),
       window_(parts.window),
       form_(parts.window.Form()),
@@ -55,7 +55,7 @@ MediaPlayer::MediaPlayer(const Parts& parts)
       playback_(parts.playback),
       positionDisplay_(parts.positionDisplay),
       hand_(parts.hand) {
-  tmrMediaCommands_.OnTick = [this] { RunNext(); };
+  tmrMediaCommands.OnTick = [this] { RunNext(); };
 }
 
 bool MediaPlayer::SaysNothing() const { return config_.txtBusSaysNothing.Value.Get() == "Y"; }
@@ -158,22 +158,22 @@ void MediaPlayer::Take(const MediaCommand& command) {
   } else if (waiting_.size() < kMostWaiting) {
     waiting_.push_back(command);
   }
-  if (!tmrMediaCommands_.Enabled()) tmrMediaCommands_.StartDue();
+  if (!tmrMediaCommands.Enabled()) tmrMediaCommands.StartDue();
 }
 
 void MediaPlayer::End() {
   ended_ = true;
   waiting_.clear();
-  tmrMediaCommands_.Stop();
+  tmrMediaCommands.Stop();
 }
 
 void MediaPlayer::RunNext() {
-  tmrMediaCommands_.Stop();
+  tmrMediaCommands.Stop();
   if (waiting_.empty()) return;
   const MediaCommand command = waiting_.front();
   waiting_.pop_front();
   // Not due at once: a pass of the loop may run what becomes due within it.
-  if (!waiting_.empty()) tmrMediaCommands_.Start();
+  if (!waiting_.empty()) tmrMediaCommands.Start();
   Run(command);
 }
 

@@ -32,6 +32,9 @@ class MediaPlayer : public MediaSource {
   /// A move of the position by less than this beside playing on is none.
   static constexpr Microseconds kLeastJump = 200'000;
 
+  /// Runs the commands that wait, one at each tick.
+  base::Timer tmrMediaCommands;
+
   MediaState State() override;
   Microseconds Position() const override;
   bool TakeJump() override;
@@ -66,7 +69,6 @@ class MediaPlayer : public MediaSource {
   void SetVolume(double volume);
   void Raise();
 
-  base::Timer tmrMediaCommands_;
   base::Loop& loop_;
   window::MainWindow& window_;
   forms::MainForm& form_;

@@ -154,15 +154,23 @@ void Desk::Start() {
   Main().frmMain.AboveContent = kAboveContent;
   deck_->Start();
   if (!Rooms()) return;
-  WatchFeetAndWinds();
+  WatchFeetAndAfar();
   alerts.Follow();
 }
 
-void Desk::WatchFeetAndWinds() {
+void Desk::WatchFeetAndAfar() {
   for (base::Timer* timer :
        {&Rooms()->transport.tmrRewindForward, &Rooms()->serialPedal.tmrSerialFootPedal,
         &Rooms()->usbPedal.TmrHIDRead}) {
     timer->OnTick = [this, tick = timer->OnTick] { Choose(tick); };
+  }
+  for (base::Timer* timer :
+       {&Rooms()->farKeys.tmrFarKeys, &Rooms()->mediaPlayer.tmrMediaCommands}) {
+    timer->OnTick = [this, tick = timer->OnTick] {
+      Choose(tick);
+      // A slider may have been among it.
+      sliderLetGo = loop.Now();
+    };
   }
 }
 

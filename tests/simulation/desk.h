@@ -146,7 +146,8 @@ class Desk : public test::SimulatedPlatformOf<WatchedLoop, WatchedDisk, SoundsOn
  private:
   void ProvideShare();
   void PlaceServers(const Conditions& conditions);
-  void WatchFeetAndWinds();
+  /// What feet, winds and other windows put the position to was chosen.
+  void WatchFeetAndAfar();
   /// Remembers where the ear is; what it gives looks at where it has come to.
   std::function<void()> FollowTheEar();
 

@@ -114,10 +114,8 @@ void OtherWindow::Up(AfarAction action) {
 }
 
 void OtherWindow::LetBeHeard(const std::function<void()>& act) {
-  desk_.Choose([&] {
-    act();
-    desk_.loop.Advance(0ms);
-  });
+  act();
+  desk_.loop.Advance(0ms);
 }
 
 OtherWindow::Run OtherWindow::RunNow() const {

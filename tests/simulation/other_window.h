@@ -47,7 +47,7 @@ class OtherWindow {
   void Down(remote::AfarAction action);
   void Up(remote::AfarAction action);
   remote::MediaCommand SomeCommand();
-  /// Does it and lets the program hear of it; the position that it chooses counts as chosen.
+  /// Does it and lets the program hear of it.
   void LetBeHeard(const std::function<void()>& act);
   Run RunNow() const;
   void Complain(const std::string& what) {
