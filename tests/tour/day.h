@@ -13,6 +13,7 @@
 #include "office.h"
 #include "pedals/pedal_pipe.h"
 #include "platform/desktop/program.h"
+#include "remote/afar_action.h"
 #include "support/keys.h"
 #include "support/screen.h"
 #include "support/typist.h"
@@ -21,6 +22,9 @@
 namespace tavlo::tour {
 
 namespace keys = test::keys;
+
+/// Title of the word processor's window while a letter is written in it.
+inline constexpr const char* kLetter = "Letter - Writer";
 
 /// What the typist left behind at the end of a day and finds the next morning. Plain, for it stands
 /// in memory that the days' processes share.
@@ -47,6 +51,9 @@ class Day {
   std::vector<Step> NextMorning();
 
  private:
+  /// Key symbols of the display.
+  using Symbols = std::vector<std::uint32_t>;
+
   void AddStart(std::vector<Step>& steps);
   void AddArrivals(std::vector<Step>& steps);
   void AddWriter(std::vector<Step>& steps);
@@ -95,6 +102,13 @@ class Day {
   void AddWindows(std::vector<Step>& steps);
   void AddEnd(std::vector<Step>& steps);
   void AddFoot(std::vector<Step>& steps);
+  void AddChoosingKeys(std::vector<Step>& steps);
+  /// A click on the box of an action, and a press of keys, modifiers first, which it takes.
+  void AddKey(std::vector<Step>& steps, remote::AfarAction action, Symbols symbols,
+              const std::string& trigger, std::string says);
+  void AddPressing(std::vector<Step>& steps, remote::AfarAction action, Symbols symbols,
+                   std::string says, std::function<bool()> seen, std::string picture = {});
+  void AddHandsInTheLetter(std::vector<Step>& steps);
   void AddEqualizer(std::vector<Step>& steps);
   void AddMixer(std::vector<Step>& steps);
 
@@ -125,6 +139,8 @@ class Day {
 
   /// What a pedal's report says is down.
   Step Foot(std::uint8_t bits, std::string says, std::function<bool()> seen);
+  /// Presses keys together, modifiers first, and lets them go.
+  void PressTogether(const Symbols& symbols);
   /// Draws an upright slider's handle from its middle to so many hundredths of its height.
   void DrawTo(const char* slider, int percent);
 

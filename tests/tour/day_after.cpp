@@ -82,6 +82,7 @@ std::vector<Step> Day::NextMorning() {
          return QDir(InHome("Lyrane/TavloDeck/Files/Completed")).isEmpty() &&
                 log.contains("Broken") && log.contains("Silent") && !log.contains("Brown");
        }});
+  AddChoosingKeys(steps);
   steps.push_back(ClickRowOf("Lindqvist", "the saved document is chosen",
                              [this] { return Playing() && Main().cmdPlay.Enabled; }));
   steps.push_back(Click(
@@ -96,6 +97,7 @@ std::vector<Step> Day::NextMorning() {
       },
       "remembered"));
   AddFoot(steps);
+  AddHandsInTheLetter(steps);
   AddEqualizer(steps);
   AddMixer(steps);
   steps.push_back(Click("cmdSkip", "Skip leaves it", [this] { return Ready(); }));

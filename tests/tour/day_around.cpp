@@ -16,7 +16,6 @@
 namespace tavlo::tour {
 namespace {
 
-constexpr const char* kLetter = "Letter - Writer";
 constexpr const char* kAlertTitle = "Tavlo Deck - New Priority Dictation Alert";
 constexpr const char* kUrgent = "0021 0 Urgent 6 3 1 2004 8 0 0 6 0 8 today 0 P_.eW2";
 
