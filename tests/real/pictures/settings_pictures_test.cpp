@@ -73,21 +73,16 @@ class SettingsPictures : public testing::TestWithParam<SettingsScreen> {
       EXPECT_EQ(scrolls.height(), 0);
     }
   }
-  /// Keys as they are where the display gives them: one is down, another one is refused.
+  /// Keys as they were pressed: one is down, and two were refused.
   static void ShowPressedKeys(forms::ConfigurationForm& form) {
     const char* const keys[] = {"F4",          "CTRL+SHIFT+Next", "",      "LOGO+odiaeresis",
                                 "XF86Launch5", "SHIFT+F12",       "",      "CTRL+plus",
                                 "Scroll_Lock", "CTRL+ALT+s",      "Pause", ""};
     for (std::size_t row = 0; row < form.keys.size(); ++row)
-      form.keys[row].txtKey.Value = keys[row];
-    for (forms::KeyRow& row : form.keys) row.lblKeyState.Value = "";
-    form.lblKeysWay.Value =
-        "These keys run the deck while you type in another window. A pedal that sends keys works, "
-        "too: click a box and press it.";
-    form.lblMediaKeys.Value = "Media keys, headset buttons and lock screens run the deck.";
+      form.keys[row].txtKey.Change(keys[row]);
+    form.keys[2].txtKey.Change("CTRL+SHIFT+Next");
+    form.keys[6].txtKey.Change("Return");
     form.keys[0].Down = true;
-    form.keys[2].lblKeyState.Value = "Ctrl+Shift+Page Down is the key of \"Play while held\".";
-    form.keys[6].lblKeyState.Value = "Another program has Ctrl+Alt+Shift+F10.";
     form.frmConfiguration.FocusOn(form.keys[2].txtKey);
   }
   /// Keys as they are where the desktop gives them.
