@@ -28,6 +28,8 @@ struct KeyRow {
   Text lblKeyState;
   /// The key is down now, seen from any window.
   State<bool> Down{txtKey, false};
+  /// What is pressed goes into the box; the binding keeps it.
+  bool HasKeyboard = false;
 };
 
 struct KeysPage {

@@ -111,7 +111,17 @@ void FarKeys::Look() {
 
 void FarKeys::Handle(const KeyEvent& event) {
   RowOf(event.action).Down = event.down;
+  if (event.down) RefuseInTheBox(event.action);
   event.down ? hand_.Press(event.action) : hand_.Release(event.action);
+}
+
+void FarKeys::RefuseInTheBox(AfarAction taken) {
+  const auto trigger = KeyTrigger::Of(Of(taken).text);
+  if (!trigger) return;
+  for (const AfarActionName& name : kAfarActions) {
+    if (name.action == taken || !RowOf(name.action).HasKeyboard) continue;
+    Of(name.action).why = KeyOf(kAfarActions[IndexOf(taken)], *trigger);
+  }
 }
 
 void FarKeys::LetGoOfOthersThan(const std::vector<KeyWish>& wishes) {
@@ -249,7 +259,8 @@ std::string FarKeys::StateInWords(AfarAction action, const KeyGrant* grant) cons
     case KeyState::Asked:
       return keys_.Way() == KeyWay::Portal ? "The desktop is asked." : "";
     case KeyState::Held:
-      return grant->given.empty() ? "" : "The desktop gave: " + grant->given;
+      if (!grant->given.empty()) return "The desktop gave: " + grant->given;
+      return keys_.Way() == KeyWay::Portal ? "The desktop does not say which key it gave." : "";
     case KeyState::OthersHold:
       return "Another program has this key.";
     case KeyState::NotOnKeyboard:

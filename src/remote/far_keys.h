@@ -60,6 +60,8 @@ class FarKeys : public window::ConfigurationPage, private base::Listener {
   void HandleNews() override;
   void Look();
   void Handle(const KeyEvent& event);
+  /// A key that is the deck's already does not reach the box that waits for one.
+  void RefuseInTheBox(AfarAction taken);
   /// What is held counts as let go where its key is another one now, or none.
   void LetGoOfOthersThan(const std::vector<KeyWish>& wishes);
   /// A text of a box has changed, by a hand or by the settings.

@@ -184,12 +184,14 @@ void KeyBox::keyReleaseEvent(QKeyEvent* event) {
 
 void KeyBox::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
+  OnKeyboard(true);
   update();
 }
 
 void KeyBox::focusOutEvent(QFocusEvent* event) {
   ShowHeld({});
   QWidget::focusOutEvent(event);
+  OnKeyboard(false);
   update();
 }
 

@@ -20,6 +20,9 @@ class KeyBox : public QWidget {
   /// A key was pressed, as the text of a `remote::KeyTrigger`; an empty one clears the box.
   std::function<void(const std::string& trigger)> OnKey = [](const std::string&) {};
 
+  /// The box has the keyboard, or has it no more.
+  std::function<void(bool has)> OnKeyboard = [](bool) {};
+
   /// The key in a person's words; empty when there is none.
   void ShowKey(const QString& words);
   const QString& Key() const { return key_; }

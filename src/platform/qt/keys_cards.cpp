@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -157,6 +156,7 @@ void KeysCards::AddRow(Card& card, forms::KeyRow& row) {
   line->addWidget(box);
   card.Lines().addLayout(line);
   box->OnKey = [this, &row](const std::string& trigger) { Take(row, trigger); };
+  box->OnKeyboard = [&row](bool has) { row.HasKeyboard = has; };
   lines_.push_back({.row = row, .box = *box});
 }
 
@@ -182,21 +182,12 @@ void KeysCards::Show(Line& line) {
   const forms::KeyRow& row = line.row;
   line.box.ShowKey(InWords(row.txtKey.Value));
   line.box.Light(row.Down);
-  if (!std::exchange(line.wasDown, row.Down) && row.Down) OfferToBox(line);
   std::string told = InOneSentence(row);
   SetHeardName(line.box, ToOneLine(AccessibleName(row.txtKey)));
   SetHeardDescription(line.box, ToOneLine(row.Down ? told + ". Down" : told));
   if (line.told == told) return;
   line.told = std::move(told);
   if (line.box.hasFocus()) heard_ = line.told;
-}
-
-void KeysCards::OfferToBox(const Line& pressed) {
-  const auto asking = std::ranges::find_if(lines_, [](const Line& l) { return l.box.hasFocus(); });
-  if (asking == lines_.end() || &*asking == &pressed) return;
-  QMetaObject::invokeMethod(
-      this, [this, &row = asking->row, key = pressed.row.txtKey.Value.Get()] { Take(row, key); },
-      Qt::QueuedConnection);
 }
 
 }  // namespace tavlo::platform::qt

@@ -27,7 +27,6 @@ class KeysCards : public QWidget {
     forms::KeyRow& row;
     KeyBox& box;
     std::string told = {};  ///< What a screen reader could hear of it last.
-    bool wasDown = false;
   };
 
   void AddWay(QBoxLayout& lines);
@@ -38,8 +37,6 @@ class KeysCards : public QWidget {
 
   void Take(forms::KeyRow& row, const std::string& trigger);
   void Show(Line& line);
-  /// A key that runs the deck already comes to it and not to the box, which takes it from here.
-  void OfferToBox(const Line& pressed);
 
   forms::KeysPage& form_;
   Binder& binder_;

@@ -136,6 +136,31 @@ TEST_F(FarKeysTest, KeyOfAnotherActionIsRefusedByItsName) {
   EXPECT_EQ(State(AfarAction::Skip), "Ctrl+F4 is the key of \"Play, and stop again\".");
 }
 
+TEST_F(FarKeysTest, KeyThatTheDeckHasIsRefusedInTheBoxThatItDoesNotReach) {
+  StartOnPage({{"PlayStopKey", "F4"}});
+  Row(AfarAction::Save).HasKeyboard = true;
+  keys.Down(AfarAction::PlayStop);
+  loop.Advance(0ms);
+  EXPECT_EQ(State(AfarAction::Save), "F4 is the key of \"Play, and stop again\".");
+  EXPECT_EQ(State(AfarAction::PlayStop), "");
+  EXPECT_EQ(State(AfarAction::Skip), "");
+  keys.Up(AfarAction::PlayStop);
+  Row(AfarAction::Save).HasKeyboard = false;
+  Row(AfarAction::PlayStop).HasKeyboard = true;
+  keys.Down(AfarAction::PlayStop);
+  loop.Advance(0ms);
+  EXPECT_EQ(State(AfarAction::PlayStop), "") << "it is in the box already";
+}
+
+TEST_F(FarKeysTest, DesktopThatDoesNotNameTheKeyItGaveIsSaidTo) {
+  keys.Here = KeyWay::Portal;
+  StartOnPage({{"PlayStopKey", "F4"}});
+  EXPECT_EQ(State(AfarAction::PlayStop), "The desktop does not say which key it gave.");
+  keys.Give(AfarAction::PlayStop, "F4");
+  loop.Advance(0ms);
+  EXPECT_EQ(State(AfarAction::PlayStop), "The desktop gave: F4");
+}
+
 TEST_F(FarKeysTest, KeyIsTheSameInWhateverOrderItsModifiersStand) {
   StartOnPage({{"PlayStopKey", "SHIFT+CTRL+F4"}});
   EXPECT_EQ(Wishes(), (std::vector<KeyWish>{{AfarAction::PlayStop, "CTRL+SHIFT+F4"}}));
