@@ -194,7 +194,9 @@ void OtherWindow::ChooseAKey() {
 void OtherWindow::Rest() {
   OthersAct();
   test::SimulatedGlobalKeys& keys = desk_.keys;
-  for (const remote::AfarActionName& name : remote::kAfarActions) Up(name.action);
+  // There may be no program any more that could hear of it, so no time passes here.
+  for (const remote::AfarActionName& name : remote::kAfarActions) keys.Up(name.action);
+  began_ = {};
   keys.Here = KeyWay::Grabs;
   keys.HasPage = false;
   keys.OfOthers.clear();
@@ -202,7 +204,7 @@ void OtherWindow::Rest() {
   keys.NoKeys.clear();
   keys.Answers = true;
   desk_.bus.SetThere(true);
-  LetBeHeard([&] { keys.ChangeDesktop(); });
+  keys.ChangeDesktop();
 }
 
 }  // namespace tavlo::simulation
