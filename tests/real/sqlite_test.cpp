@@ -57,6 +57,21 @@ struct SqliteTest : testing::Test {
     sqlite3_close(other);
   }
 
+  /// What another program reads there.
+  std::string Asked(const std::string& sql) const {
+    sqlite3* other = nullptr;
+    EXPECT_EQ(sqlite3_open(path.c_str(), &other), SQLITE_OK);
+    std::string answer;
+    const auto take = [](void* into, int, char** values, char**) {
+      *static_cast<std::string*>(into) = values[0] ? values[0] : "";
+      return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(other, sql.c_str(), take, &answer, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(other);
+    sqlite3_close(other);
+    return answer;
+  }
+
   /// The file must be refused with a text that holds `words`, and must not have changed.
   void ExpectRefused(const std::string& words) {
     const std::string before = Bytes();
@@ -343,6 +358,41 @@ TEST_F(SqliteTest, OlderDatabaseGainsMissingColumnsAndTheBuildsRevisionAndKeepsT
   EXPECT_FALSE(general.contains("OfAnotherBuild"));
   EXPECT_EQ(opened.database->Read(Table::FtpSettings, 2).at("FtpServerName"), "Ftp3");
   EXPECT_EQ(opened.database->Read(Table::RevisionInfo, 0).at("Revision"), "1.2.3");
+}
+
+TEST_F(SqliteTest, ColumnsOfAnotherBuildKeepTheirValuesWhateverThisOneSaves) {
+  CreateShipped();
+  Tamper(
+      "ALTER TABLE GeneralSettings ADD COLUMN PauseKey TEXT;"
+      "UPDATE GeneralSettings SET PauseKey = 'CTRL+F9', PlayStopKey = 'HYPER+F4'");
+  {
+    const OpenedDatabase opened = databases.Open(path);
+    ASSERT_TRUE(opened.database) << opened.failure;
+    EXPECT_EQ(opened.database->Read(Table::GeneralSettings, 0).at("PlayStopKey"), "HYPER+F4");
+    // All that this build knows is saved, as when the configuration closes.
+    store::Assignments all;
+    for (const store::Field& field : store::FieldsOf(Table::GeneralSettings)) {
+      if (field.name != "PlayStopKey") all.emplace_back(field.name, "1");
+    }
+    ASSERT_TRUE(opened.database->Write(Table::GeneralSettings, 0, all));
+  }
+  EXPECT_EQ(Asked("SELECT PauseKey || ' ' || PlayStopKey || ' ' || Speed FROM GeneralSettings"),
+            "CTRL+F9 HYPER+F4 1");
+}
+
+TEST_F(SqliteTest, DatabaseOfABuildWithoutKeysGainsThemEmptyAndKeepsWhatItHas) {
+  CreateShipped();
+  const char* const keys[] = {"PlayStopKey",    "PlayHeldKey", "RewindHeldKey", "ForwardHeldKey",
+                              "ToBeginningKey", "ToEndKey",    "SlowerKey",     "FasterKey",
+                              "NormalSpeedKey", "CompleteKey", "SaveKey",       "SkipKey"};
+  Tamper("UPDATE GeneralSettings SET Speed = '87'");
+  for (const char* key : keys)
+    Tamper("ALTER TABLE GeneralSettings DROP COLUMN " + std::string(key));
+  const OpenedDatabase opened = databases.Open(path);
+  ASSERT_TRUE(opened.database) << opened.failure;
+  const Record general = opened.database->Read(Table::GeneralSettings, 0);
+  for (const char* key : keys) EXPECT_EQ(general.at(key), "");
+  EXPECT_EQ(general.at("Speed"), "87");
 }
 
 TEST_F(SqliteTest, ValuesOfAnyTypeReadAsBoundedTexts) {
