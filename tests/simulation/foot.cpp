@@ -235,8 +235,7 @@ Foot::Expects Foot::Wanted(int said, int other) const {
 
 bool Foot::LinesAreNews() const {
   const shell::Rooms* const rooms = desk_.Rooms();
-  return rooms && rooms->serialPedal.Reads() &&
-         CodeOf(linesDown_) != rooms->footPedal.LastPedalEvent;
+  return rooms && rooms->serialPedal.Reads() && CodeOf(linesDown_) != rooms->footPedal.HeldLast();
 }
 
 std::string Foot::Disobeyed() {
