@@ -60,7 +60,6 @@ void PositionDisplay::ReleasePosition() {
   if (engine_.IsPlaying) {
     // 64 bits hold the product for any document, so a long one seeks as truly as a short one.
     const SampleCount product = value * engine_.File().TotalSamples();
-    engine_.SliderDragging = false;
     ContinueFrom(static_cast<double>(product) / 100.0);
   } else {
     engine_.SliderDragging = false;
@@ -71,6 +70,7 @@ void PositionDisplay::ReleasePosition() {
 
 void PositionDisplay::ContinueFrom(double sample) {
   engine_.Player().ClearQueue();
+  engine_.SliderDragging = false;
   engine_.ContinueFrom(static_cast<SampleCount>(std::nearbyint(sample)));
 }
 
