@@ -22,7 +22,8 @@ class DesktopKeys {
   DesktopKeys(DescriptorWaits& waits, const Make& portal);
 
   remote::GlobalKeys& Keys() { return *keys_; }
-  /// The held ones among them; null where none can be.
+  /// The held ones among them; null where they can not be looked at while the rules wait, as those
+  /// of a portal.
   WatchedFoot* Foot() { return dynamic_cast<WatchedFoot*>(keys_.get()); }
 
  private:

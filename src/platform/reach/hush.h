@@ -12,13 +12,14 @@ class Hush {
   virtual void Silence() = 0;
 };
 
-/// A pedal, as far as it may be looked at while its rules must wait.
+/// A pedal, or keys that are held like one, as far as they may be looked at while their rules must
+/// wait.
 class WatchedFoot {
  public:
   virtual ~WatchedFoot() = default;
 
-  /// Whether a pedal that was down has let all of them go since the rules, or this, looked last.
-  /// What is seen here still reaches the rules, in order. On the loop's thread; never waits.
+  /// Whether what was held down has all been let go of since the rules, or this, looked last. What
+  /// is seen here still reaches the rules, in order. On the loop's thread; never waits.
   virtual bool LetGo() = 0;
 };
 
