@@ -60,6 +60,10 @@ struct RemoteBench : DeckBench {
     form.cmdStop.Press(forms::By::Hand);
     InWork().CurrentSamplePosition = second * 8000;
   }
+  void WorkOn(double second = 4) {
+    StartUntilReady();
+    WorkAt(second);
+  }
   double Second() { return InWork().CurrentSamplePosition / 8000; }
   bool Winds() { return Rooms().transport.WindDirection != playback::Wind::None; }
   bool Plays() { return Engine().IsPlaying; }

@@ -26,15 +26,7 @@ constexpr Microseconds kSecond = 1'000'000;
 constexpr auto kMost = std::numeric_limits<Microseconds>::max();
 constexpr auto kLeast = std::numeric_limits<Microseconds>::min();
 
-struct MediaPlayerTest : testing::Test, RemoteBench {
-  void WorkOn(double second = 4) {
-    StartUntilReady();
-    WorkAt(second);
-  }
-  void SetPosition(Microseconds time) {
-    Ask({.what = What::SetPosition, .time = time, .track = bus.Look().track});
-  }
-};
+struct MediaPlayerTest : testing::Test, RemoteBench {};
 
 TEST_F(MediaPlayerTest, StatusIsStoppedUntilADocumentIsInWorkThenPlayingOrPaused) {
   StartUntilReady();
@@ -122,8 +114,7 @@ TEST_F(MediaPlayerTest, DocumentsOfOtherListsAreNotTold) {
 TEST_F(MediaPlayerTest, FinishedDocumentIsNotToldAnyMore) {
   for (const auto key : {&forms::MainForm::cmdSave, &forms::MainForm::cmdSkip}) {
     RemoteBench bench;
-    bench.StartUntilReady();
-    bench.WorkAt(4);
+    bench.WorkOn();
     ASSERT_NE(bench.bus.Look().title, "");
     (bench.form.*key).Press(By::Hand);
     EXPECT_EQ(bench.bus.Look().title, "");
@@ -172,128 +163,6 @@ TEST_F(MediaPlayerTest, WhatTheTypistKeepsPrivateIsNotTold) {
   EXPECT_NE(bus.Look().title, "");
 }
 
-TEST_F(MediaPlayerTest, SeekGoesOnFromWhereTheEarIsAndStopsAtBothEnds) {
-  struct Case {
-    Microseconds by;
-    double second;
-  };
-  for (const Case& c : {Case{kSecond, 5}, Case{-kSecond, 3}, Case{0, 4}, Case{-5 * kSecond, 0},
-                        Case{6 * kSecond, 10}, Case{7 * kSecond, 10}, Case{kMost, 10},
-                        Case{kLeast, 0}, Case{kLeast + 1, 0}, Case{1500, 4.0015}}) {
-    RemoteBench bench;
-    bench.StartUntilReady();
-    bench.WorkAt(4);
-    bench.Ask({.what = What::Seek, .time = c.by});
-    EXPECT_NEAR(bench.Second(), c.second, 0.001) << c.by;
-    EXPECT_TRUE(bench.Still());
-    EXPECT_EQ(bench.form.slPosition.Value, std::lround(c.second * 10)) << c.by;
-  }
-}
-
-TEST_F(MediaPlayerTest, SeekWhilePlayingGoesOnFromThere) {
-  WorkOn();
-  form.cmdPlay.Press(By::Hand);
-  loop.Advance(500ms);
-  SetPosition(7 * kSecond);
-  EXPECT_TRUE(Plays());
-  EXPECT_NEAR(Second(), 7, 0.1);
-  loop.Advance(1s);
-  EXPECT_NEAR(Second(), 8, 0.1);
-}
-
-TEST_F(MediaPlayerTest, SeekPastTheEndOfWhatPlaysIsItsEnd) {
-  WorkOn();
-  form.cmdPlay.Press(By::Hand);
-  Ask({.what = What::Seek, .time = kMost});
-  loop.Advance(2s);
-  EXPECT_TRUE(Still());
-  EXPECT_DOUBLE_EQ(Second(), 10);
-  EXPECT_TRUE(form.cmdComplete.Enabled) << "as behind a hand that puts the slider there";
-  EXPECT_TRUE(form.cmdSkip.Enabled) << "it stays in work";
-}
-
-TEST_F(MediaPlayerTest, SeekEndsAWind) {
-  WorkOn();
-  form.cmdForward.Press(By::Hand);
-  ASSERT_TRUE(Winds());
-  SetPosition(2 * kSecond);
-  EXPECT_TRUE(Still());
-  EXPECT_DOUBLE_EQ(Second(), 2);
-  EXPECT_FALSE(form.DeckRuns);
-}
-
-TEST_F(MediaPlayerTest, PositionOutsideTheDocumentIsIgnored) {
-  WorkOn();
-  for (const Microseconds time : {Microseconds{-1}, 10 * kSecond + 1, kMost, kLeast}) {
-    SetPosition(time);
-    EXPECT_DOUBLE_EQ(Second(), 4) << time;
-  }
-  SetPosition(10 * kSecond);
-  EXPECT_DOUBLE_EQ(Second(), 10);
-  SetPosition(0);
-  EXPECT_DOUBLE_EQ(Second(), 0);
-}
-
-TEST_F(MediaPlayerTest, PositionForAnotherDocumentIsIgnored) {
-  WorkOn();
-  const auto track = bus.Look().track;
-  for (const std::uint64_t other :
-       {std::uint64_t{0}, track - 1, track + 1, std::numeric_limits<std::uint64_t>::max()}) {
-    Ask({.what = What::SetPosition, .time = kSecond, .track = other});
-    EXPECT_DOUBLE_EQ(Second(), 4) << other;
-  }
-}
-
-TEST_F(MediaPlayerTest, PositionForTheDocumentOfBeforeDoesNotMoveTheNextOne) {
-  WorkOn();
-  const auto track = bus.Look().track;
-  form.cmdSkip.Press(By::Hand);
-  // Nobody has looked since, so the next document has no number yet.
-  ClickRow(1);
-  form.cmdPlay.Press(By::Hand);
-  form.cmdStop.Press(By::Hand);
-  InWork().CurrentSamplePosition = 4 * 8000;
-  Ask({.what = What::SetPosition, .time = kSecond, .track = track});
-  EXPECT_DOUBLE_EQ(Second(), 4);
-}
-
-TEST_F(MediaPlayerTest, NothingIsSoughtInAPreviewOrWithoutADocument) {
-  StartUntilReady();
-  Ask({.what = What::Seek, .time = kSecond});
-  ClickRow(0);
-  EXPECT_FALSE(bus.Look().canSeek);
-  const double before = Second();
-  Ask({.what = What::Seek, .time = 5 * kSecond});
-  SetPosition(5 * kSecond);
-  EXPECT_NEAR(Second(), before, 0.01);
-}
-
-TEST_F(MediaPlayerTest, SeekLeavesTheSliderToTheHandThatHoldsIt) {
-  for (const auto slider :
-       {&forms::MainForm::slPosition, &forms::MainForm::Slider1, &forms::MainForm::sldVol}) {
-    RemoteBench bench;
-    bench.StartUntilReady();
-    bench.WorkAt(4);
-    (bench.form.*slider).Press();
-    bench.Ask({.what = What::Seek, .time = kSecond});
-    EXPECT_DOUBLE_EQ(bench.Second(), 4);
-    (bench.form.*slider).Release();
-  }
-}
-
-TEST_F(MediaPlayerTest, SeekWorksBehindASliderThatWasLetGoWhileADocumentWasMoved) {
-  WorkOn();
-  form.slPosition.Press();
-  {
-    const window::ListTransition moving(Rooms().mainWindow.guards);
-    form.slPosition.Release();
-  }
-  ASSERT_TRUE(Engine().SliderDragging);
-  SetPosition(2 * kSecond);
-  EXPECT_DOUBLE_EQ(Second(), 2);
-  EXPECT_FALSE(Engine().SliderDragging);
-}
-
 TEST_F(MediaPlayerTest, RateIsTheSliderOfTheSpeed) {
   struct Case {
     double rate;
@@ -304,8 +173,7 @@ TEST_F(MediaPlayerTest, RateIsTheSliderOfTheSpeed) {
                         Case{-1, 50}, Case{-kInfinity, 50}, Case{7, 150}, Case{kInfinity, 150},
                         Case{1e308, 150}, Case{5e-324, 50}, Case{std::nan(""), 110}}) {
     RemoteBench bench;
-    bench.StartUntilReady();
-    bench.WorkAt(4);
+    bench.WorkOn();
     Drag(bench.form.Slider1, 10);
     bench.Ask({.what = What::SetRate, .number = c.rate});
     EXPECT_EQ(bench.Engine().PlaySpeedPercent, c.percent) << c.rate;
@@ -318,8 +186,7 @@ TEST_F(MediaPlayerTest, RateIsTheSliderOfTheSpeed) {
 TEST_F(MediaPlayerTest, RateOfZeroStopsAndChangesNoSpeed) {
   for (const double zero : {0.0, -0.0}) {
     RemoteBench bench;
-    bench.StartUntilReady();
-    bench.WorkAt(4);
+    bench.WorkOn();
     bench.form.cmdPlay.Press(By::Hand);
     bench.Ask({.what = What::SetRate, .number = zero});
     EXPECT_TRUE(bench.Still());
