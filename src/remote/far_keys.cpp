@@ -283,7 +283,7 @@ std::string FarKeys::WayInWords() const {
                  : "These keys run the deck while you type in another window. The desktop asks you "
                    "first, and may give others; its settings of keyboard shortcuts change them.";
     case KeyWay::PortalMissing:
-      return "This desktop lets no program have keys of other windows. Media keys work.";
+      return "This desktop lets no program have keys of other windows.";
     case KeyWay::None:
       break;
   }

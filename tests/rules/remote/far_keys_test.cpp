@@ -354,7 +354,7 @@ TEST_F(FarKeysTest, PageSaysHowKeysComeToTheDeckHere) {
        {Case{KeyWay::Grabs, false, "A pedal that sends keys works, too"},
         Case{KeyWay::Portal, true, "its own page changes them"},
         Case{KeyWay::Portal, false, "its settings of keyboard shortcuts change them"},
-        Case{KeyWay::PortalMissing, false, "Media keys work."},
+        Case{KeyWay::PortalMissing, false, "This desktop lets no program have keys"},
         Case{KeyWay::None, false, "There is no desktop here"}}) {
     PageWithOneKey bench("F4", [&](DeckBench& desk) {
       desk.keys.Here = c.way;
@@ -363,6 +363,19 @@ TEST_F(FarKeysTest, PageSaysHowKeysComeToTheDeckHere) {
     const std::string& words = bench.config.lblKeysWay.Value;
     EXPECT_NE(words.find(c.words), std::string::npos) << words;
     EXPECT_EQ(bench.config.cmdDesktopKeys.Visible.Get(), c.hasPage);
+  }
+}
+
+TEST_F(FarKeysTest, WhereTheDesktopGivesNoKeysThePageSaysWhetherMediaKeysWork) {
+  keys.Here = KeyWay::PortalMissing;
+  StartOnPage({{"PlayStopKey", "F4"}});
+  EXPECT_EQ(config.lblMediaKeys.Value.Get(),
+            "Media keys, headset buttons and lock screens run the deck.");
+  bus.SetThere(false);
+  loop.Advance(0ms);
+  for (const forms::Text* const text : {&config.lblKeysWay, &config.lblMediaKeys}) {
+    EXPECT_EQ(text->Value.Get().find("Media keys work"), std::string::npos) << text->Name;
+    EXPECT_EQ(text->Value.Get().find("run the deck"), std::string::npos) << text->Name;
   }
 }
 
