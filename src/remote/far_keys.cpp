@@ -98,13 +98,16 @@ void FarKeys::HandleNews() {
 }
 
 void FarKeys::Look() {
-  tmrFarKeys.Stop();
   while (begun_) {
     const auto event = keys_.Next();
     if (!event) break;
+    // What waits behind it is heard while it waits, or stands under a box: a release must not stay
+    // behind, and a press that nothing came of there must not meet the next document.
+    tmrFarKeys.StartDue();
     // Each one is an event of its own, so that one that fails does not keep a release waiting.
     loop_.RunEvent(tmrFarKeys.Name(), [&] { Handle(*event); });
   }
+  tmrFarKeys.Stop();
   EndTrials();
   Show();
 }

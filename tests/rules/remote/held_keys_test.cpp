@@ -290,6 +290,38 @@ TEST_F(HeldKeysTest, KeyThatIsLetGoUnderTheBoxOfAPressThatFailedBehindItsStartSt
   EXPECT_TRUE(Still());
 }
 
+TEST_F(HeldKeysTest, ReleaseThatCameWithItsPressIsHeardUnderTheBoxOfThatPress) {
+  WorkOn();
+  form.frmMain.Left = 777;
+  form.frmMain.Top = 777;
+  form.txtPlayerTop.OnChange = [] { throw std::runtime_error("no room"); };
+  loop.Expect({.delay = 100ms, .meanwhile = [&] {
+                 ASSERT_TRUE(Plays());
+                 Settle();
+                 EXPECT_TRUE(Still());
+               }});
+  keys.Down(AfarAction::PlayHeld);
+  keys.Up(AfarAction::PlayHeld);
+  Settle();
+  EXPECT_EQ(loop.Shown.size(), 1u);
+  EXPECT_TRUE(Still());
+}
+
+TEST_F(HeldKeysTest, ReleaseThatWaitsBehindAnEventThatFailedIsHeardUnderItsBox) {
+  WorkOn();
+  Down(AfarAction::PlayHeld);
+  form.cmdNormalSpeed.OnPress = [] { throw std::runtime_error("no room"); };
+  loop.Expect({.delay = 100ms, .meanwhile = [&] {
+                 ASSERT_TRUE(Plays());
+                 Settle();
+                 EXPECT_TRUE(Still());
+               }});
+  keys.Down(AfarAction::NormalSpeed);
+  keys.Up(AfarAction::PlayHeld);
+  Settle();
+  EXPECT_EQ(loop.Shown.size(), 1u);
+}
+
 TEST_F(HeldKeysTest, HeldKeyIsOnePressHoweverOftenItIsTold) {
   WorkOn();
   const int starts = player.Starts;
@@ -332,6 +364,24 @@ TEST_F(HeldKeysTest, CompleteSaveAndSkipSpeakAsAlways) {
     EXPECT_TRUE(bench.promptControl.Sounded.front().ends_with(c.prompt));
     EXPECT_FALSE(bench.form.cmdSkip.Enabled);
   }
+}
+
+TEST_F(HeldKeysTest, SecondPressThatWaitedBehindACompleteIsNotForTheNextDocument) {
+  StartUntilReady();
+  config.txtAutoQueueJob.Value = "Y";
+  WorkAt(4);
+  form.cmdSkipEnd.Press(By::Hand);
+  const std::string& next = form.listViewInQueue.TextAt(1, forms::document_column::FileName);
+  file.Sounds.erase(InQueue() + next);
+  for (int press = 0; press < 2; ++press) {
+    keys.Down(AfarAction::Complete);
+    keys.Up(AfarAction::Complete);
+  }
+  Settle();
+  ASSERT_EQ(loop.Shown.size(), 1u) << "that the next one can not be played";
+  EXPECT_TRUE(form.cmdComplete.Enabled);
+  EXPECT_EQ(disk.NamesIn(InQueue()).size(), 2u);
+  EXPECT_EQ(disk.NamesIn(Completed()).size(), 2u);
 }
 
 TEST_F(HeldKeysTest, CompleteIsRefusedBeforeTheEndAndWithoutADocument) {
