@@ -47,4 +47,10 @@ inline constexpr std::array kAfarActions{
 
 constexpr std::size_t IndexOf(AfarAction action) { return static_cast<std::size_t>(action); }
 
+/// What the press begins ends with the release.
+constexpr bool ActsWhileHeld(AfarAction action) {
+  return action == AfarAction::PlayHeld || action == AfarAction::RewindHeld ||
+         action == AfarAction::ForwardHeld;
+}
+
 }  // namespace tavlo::remote

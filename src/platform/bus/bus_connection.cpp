@@ -170,6 +170,8 @@ void BusConnection::Speak(const std::function<void(sd_bus& bus)>& words) {
   if (parts_->bus) parts_->wakening.Follow(*parts_->bus);
 }
 
+void BusConnection::TakeSome() { parts_->Take(); }
+
 bool BusConnection::IsConnected() const { return parts_->inUse; }
 
 bool BusConnection::IsCongested() const {

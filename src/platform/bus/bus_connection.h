@@ -67,6 +67,9 @@ class BusConnection {
   /// Every use of the connection goes through here, but for those in `Connected` and in calls that
   /// the bus makes: behind each the connection looks what it has to wait for.
   void Speak(const std::function<void(sd_bus& bus)>& words);
+  /// Takes a few messages that wait, for whom the next pass of the loop is too late: as much as a
+  /// pass takes, and also where the loop only breathes. Nothing where there is no connection.
+  void TakeSome();
   /// Whether the bus has answered.
   bool IsConnected() const;
   /// So much waits to be taken by the bus that nothing should be told but answers.

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bitset>
+#include <cstddef>
 #include <deque>
 #include <optional>
 
@@ -49,12 +52,32 @@ class KeyPresses {
     if (events_.empty()) return std::nullopt;
     const remote::KeyEvent event = events_.front();
     events_.pop_front();
+    seen_ -= std::min<std::size_t>(seen_, 1);
+    if (remote::ActsWhileHeld(event.action)) taken_[remote::IndexOf(event.action)] = event.down;
     return event;
   }
 
+  /// Whether the press of a key that acts while it is held was taken, and its release not yet.
+  bool AnyTaken() const { return taken_.any(); }
+  /// Whether those keys have all been let go since `Next`, or this, looked last.
+  bool LetGo() {
+    Actions taken = taken_;
+    bool letGo = false;
+    for (std::size_t at = 0; taken.any() && at < events_.size(); ++at) {
+      if (!events_[at].down) taken.reset(remote::IndexOf(events_[at].action));
+      letGo = taken.none() && at >= seen_;
+    }
+    seen_ = events_.size();
+    return letGo;
+  }
+
  private:
+  using Actions = std::bitset<remote::kAfarActions.size()>;
+
   std::array<bool, remote::kAfarActions.size()> held_{};
   std::deque<remote::KeyEvent> events_;
+  Actions taken_;
+  std::size_t seen_ = 0;  ///< So many of the events were looked at by `LetGo`.
 };
 
 }  // namespace tavlo::platform

@@ -110,6 +110,12 @@ void PortalKeys::Configure() {
   if (CanConfigure()) bus_.Speak([this](sd_bus&) { session_->Configure(); });
 }
 
+bool PortalKeys::LetGo() {
+  if (wishes_.empty() || !presses_.AnyTaken()) return false;
+  bus_.TakeSome();
+  return presses_.LetGo();
+}
+
 void PortalKeys::Connected(sd_bus& bus) {
   tmrPortalBus_.Stop();
   busMissing_ = false;

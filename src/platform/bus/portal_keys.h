@@ -10,6 +10,7 @@
 #include "platform/bus/key_presses.h"
 #include "platform/bus/portal_owner.h"
 #include "platform/bus/portal_session.h"
+#include "platform/reach/hush.h"
 #include "remote/global_keys.h"
 
 namespace tavlo::platform {
@@ -38,6 +39,7 @@ struct PortalPatience {
 /// What somebody at the desktop has refused is not asked for again before another wish or
 /// `TryAgain`. What the portal takes back by its own end, or the bus by its, is, a few times.
 class PortalKeys : public remote::GlobalKeys,
+                   public WatchedFoot,
                    private BusUser,
                    private PortalOwner::Host,
                    private PortalSession::Host {
@@ -55,6 +57,10 @@ class PortalKeys : public remote::GlobalKeys,
   std::optional<remote::KeyEvent> Next() override { return presses_.Next(); }
   bool CanConfigure() const override { return session_ && session_->CanConfigure(); }
   void Configure() override;
+
+  /// While a key is held, and acts so, this takes what waits on the bus: the loop only breathes
+  /// then.
+  bool LetGo() override;
 
  private:
   /// All that a listener may have looked at.

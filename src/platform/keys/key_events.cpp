@@ -27,7 +27,7 @@ std::optional<KeyEvent> KeyEvents::Next() {
   waiting_.pop_front();
   presses_ -= event.down ? 1 : 0;
   seen_ -= std::min<std::size_t>(seen_, 1);
-  const Actions bit = BitOf(event.action);
+  const Actions bit = remote::ActsWhileHeld(event.action) ? BitOf(event.action) : 0;
   held_ = event.down ? held_ | bit : held_ & ~bit;
   return event;
 }
@@ -44,9 +44,7 @@ void KeyEvents::Forget() {
 
 bool KeyEvents::LetGo() {
   const std::lock_guard hold(mutex_);
-  static const Actions kActsWhileHeld =
-      BitOf(AfarAction::PlayHeld) | BitOf(AfarAction::RewindHeld) | BitOf(AfarAction::ForwardHeld);
-  Actions held = held_ & kActsWhileHeld;
+  Actions held = held_;
   bool letGo = false;
   for (std::size_t at = 0; held != 0 && at < waiting_.size(); ++at) {
     if (!waiting_[at].down) held &= ~BitOf(waiting_[at].action);

@@ -40,7 +40,7 @@ class KeyEvents {
   std::deque<remote::KeyEvent> waiting_;
   std::size_t presses_ = 0;  ///< Of those that wait.
   Actions lost_ = 0;         ///< Their press was lost.
-  Actions held_ = 0;         ///< As far as the rules have heard.
+  Actions held_ = 0;         ///< Of those that act so, as far as the rules have heard.
   std::size_t seen_ = 0;     ///< So many of those that wait were looked at by `LetGo`.
 };
 

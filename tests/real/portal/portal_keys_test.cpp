@@ -83,6 +83,40 @@ TEST_F(PortalKeys, GoDownAndUp) {
   EXPECT_EQ(ear.news, before + 4);
 }
 
+TEST_F(PortalKeys, ThatAreHeldAreSeenToBeLetGoWhileTheLoopOnlyBreathes) {
+  Hold({kPlayStop, kPlayHeld});
+  portal->Activate("play-held");
+  EXPECT_EQ(NextEvent(), "+play-held");
+  EXPECT_FALSE(keys->LetGo());
+  portal->Deactivate("play-held");
+  EXPECT_TRUE(Comes([&] { return keys->LetGo(); }));
+  EXPECT_FALSE(keys->LetGo()) << "it was seen";
+  EXPECT_EQ(Events(), "-play-held ");
+  EXPECT_FALSE(keys->LetGo());
+}
+
+TEST_F(PortalKeys, ThatNobodyHasHeardOfAreNotSeenToBeLetGo) {
+  Hold({kPlayStop, kPlayHeld});
+  portal->Activate("play-held");
+  portal->Deactivate("play-held");
+  portal->Activate("play-stop");
+  const int before = ear.news;
+  ASSERT_TRUE(Until([&] { return ear.news == before + 3; }));
+  EXPECT_FALSE(keys->LetGo());
+  EXPECT_EQ(Events(), "+play-held -play-held +play-stop ");
+  portal->Deactivate("play-stop");
+  ASSERT_TRUE(Until([&] { return ear.news == before + 4; }));
+  EXPECT_FALSE(keys->LetGo()) << "it does nothing by being held";
+}
+
+TEST_F(PortalKeys, ThatAreGivenUpAreNotSeenToBeLetGo) {
+  Hold({kPlayHeld});
+  portal->Activate("play-held");
+  EXPECT_EQ(NextEvent(), "+play-held");
+  keys->Wish({});
+  EXPECT_FALSE(keys->LetGo());
+}
+
 TEST_F(PortalKeys, ThatTheKeyboardRepeatsArePressedOnce) {
   Hold({kPlayStop, kPlayHeld});
   for (int repeats = 0; repeats < 3; ++repeats) portal->Activate("play-held");
