@@ -9,6 +9,8 @@
 #include <optional>
 #include <utility>
 
+#include "platform/keys/cut_when_stopped.h"
+
 namespace tavlo::platform {
 namespace {
 
@@ -73,14 +75,15 @@ bool GrabThread::Over() {
 }
 
 void GrabThread::Run(const std::stop_token& stop) {
-  Serve(stop);
+  while (Serve(stop)) wished_.Ring();
   TellTheEnd();
   ended_.release();
 }
 
-void GrabThread::Serve(const std::stop_token& stop) {
+bool GrabThread::Serve(const std::stop_token& stop) {
   KeyboardService keyboard(display_, events_);
-  if (keyboard.Lost()) return;
+  if (keyboard.Lost()) return false;
+  const CutWhenStopped connection(keyboard.Descriptor());
   Show(keyboard.Descriptor());
   std::vector<KeyWish> wishes;
   while (!stop.stop_requested() && !keyboard.Lost()) {
@@ -96,6 +99,7 @@ void GrabThread::Serve(const std::stop_token& stop) {
     Sleep(keyboard.Descriptor(), wished_.Descriptor(), keyboard.NextDue());
   }
   Show(-1);
+  return connection.HasCut() && !stop.stop_requested();
 }
 
 void GrabThread::Show(int descriptor) {

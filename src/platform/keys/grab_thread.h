@@ -37,7 +37,9 @@ class GrabThread {
 
  private:
   void Run(const std::stop_token& stop);
-  void Serve(const std::stop_token& stop);
+  /// Has the keys until they are not wished for any more or the display is lost. True when they can
+  /// be had again.
+  bool Serve(const std::stop_token& stop);
   void Tell(const std::vector<remote::KeyWish>& answered,
             const std::vector<remote::KeyGrant>& grants);
   void TellTheEnd();
