@@ -7,8 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "remote/at_once.h"
-
 namespace tavlo::remote {
 namespace {
 
@@ -47,7 +45,7 @@ bool IsSlider(MediaCommand::What what) {
 }  // namespace
 
 MediaPlayer::MediaPlayer(const Parts& parts)
-    : tmrMediaCommands(parts.loop, "tmrMediaCommands", kAtOnce),
+    : tmrMediaCommands(parts.loop, "tmrMediaCommands", kBetweenCommands),
       loop_(parts.loop),
       window_(parts.window),
       form_(parts.window.Form()),
@@ -172,8 +170,7 @@ void MediaPlayer::RunNext() {
   if (waiting_.empty()) return;
   const MediaCommand command = waiting_.front();
   waiting_.pop_front();
-  // Not due at once: a pass of the loop may run what becomes due within it.
-  if (!waiting_.empty()) tmrMediaCommands.Start();
+  tmrMediaCommands.Start();
   Run(command);
 }
 

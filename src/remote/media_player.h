@@ -29,6 +29,9 @@ class MediaPlayer : public MediaSource {
 
   /// Commands that may wait. Nobody presses as fast by hand; what comes beyond them is dropped.
   static constexpr std::size_t kMostWaiting = 32;
+  /// From one command to the next. Each may write a setting, so a caller that never rests must not
+  /// be followed at its own pace; nobody notices it behind the first one.
+  static constexpr base::Duration kBetweenCommands = std::chrono::milliseconds{20};
   /// A move of the position by less than this beside playing on is none.
   static constexpr Microseconds kLeastJump = 200'000;
 

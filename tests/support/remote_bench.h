@@ -46,8 +46,11 @@ struct RemoteBench : DeckBench {
     Down(action);
     Up(action);
   }
-  /// Somebody on the bus asks, and the program has done what it does.
+  /// Somebody on the bus asks, not too soon behind the last time, and the program has done what it
+  /// does.
   void Ask(const remote::MediaCommand& command) {
+    const remote::MediaPlayer& media = Rooms().mediaPlayer;
+    if (media.tmrMediaCommands.Enabled()) loop.Advance(media.kBetweenCommands);
     bus.Ask(command);
     Settle();
   }

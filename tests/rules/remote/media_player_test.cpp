@@ -313,16 +313,31 @@ TEST_F(MediaPlayerTest, QuitUnderTheConfigurationIsDroppedWithoutAWord) {
   EXPECT_FALSE(ended);
 }
 
-TEST_F(MediaPlayerTest, OneCommandIsDoneInAPass) {
+TEST_F(MediaPlayerTest, FirstCommandIsDoneAtOnceAndThoseBehindItAtAPersonsPace) {
   WorkOn(5);
   config.txtWindIncrement.Value = "1";
   for (int asked = 0; asked < 3; ++asked) bus.Ask(What::Next);
-  for (const double second : {6.0, 7.0, 8.0}) {
-    loop.Yield();
-    loop.Yield();
-    EXPECT_DOUBLE_EQ(Second(), second);
-    loop.Busy(1ms);
+  loop.Yield();
+  EXPECT_DOUBLE_EQ(Second(), 6);
+  loop.Advance(19ms);
+  EXPECT_DOUBLE_EQ(Second(), 6);
+  loop.Advance(1ms);
+  EXPECT_DOUBLE_EQ(Second(), 7);
+  bus.Ask(What::Next);
+  loop.Advance(20ms);
+  EXPECT_DOUBLE_EQ(Second(), 8);
+  loop.Advance(20ms);
+  EXPECT_DOUBLE_EQ(Second(), 9);
+}
+
+TEST_F(MediaPlayerTest, CallerThatNeverRestsIsFollowedAtAPersonsPace) {
+  WorkOn(0);
+  config.txtWindIncrement.Value = "0.125";
+  for (int millisecond = 0; millisecond < 190; ++millisecond) {
+    bus.Ask(What::Next);
+    loop.Advance(1ms);
   }
+  EXPECT_DOUBLE_EQ(Second(), 0.125 * 10);
 }
 
 TEST_F(MediaPlayerTest, FloodIsCutToWhatMayWait) {
