@@ -15,6 +15,14 @@ DrivenProgram::DrivenProgram(int& argc, char** argv, std::unique_ptr<pedals::Ser
   look_.Start();
 }
 
+void DrivenProgram::SelectFirstInSilence() {
+  forms::MainForm& form = program.Deck().windows.main;
+  form.listViewInQueue.RowClick(0);
+  program.Loop().Wait(400ms);
+  form.cmdImportCompleteSnipetStop.Press(forms::By::Hand);
+  program.Loop().Wait(400ms);
+}
+
 void DrivenProgram::Look() {
   shell::Windows& windows = program.Deck().windows;
   if (skipSplash_ && windows.splash.frmInitSplash.Visible) {

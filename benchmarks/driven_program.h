@@ -18,6 +18,9 @@ class DrivenProgram {
   std::function<void()> OnReady;
   /// Ends the splash as a click on its icon does.
   void SkipSplash() { skipSplash_ = true; }
+  /// Selects the first document and ends its preview, so that the next press plays it. Inside
+  /// OnReady.
+  void SelectFirstInSilence();
 
  private:
   void Look();

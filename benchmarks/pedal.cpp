@@ -25,7 +25,6 @@
 namespace {
 
 using namespace tavlo;
-using base::operator""ms;
 
 /// Modem lines without a wire. Each byte that comes through the pipe is the pedals that are held
 /// from then on: 1 left, 2 center, 4 right.
@@ -76,16 +75,12 @@ int main(int argc, char** argv) {
   bench::DrivenProgram driven(argc, argv, serial ? PortWithLines(argv[2]) : nullptr);
   driven.SkipSplash();
   driven.OnReady = [&] {
-    base::Loop& loop = driven.program.Loop();
-    shell::Windows& windows = driven.program.Deck().windows;
+    forms::ConfigurationForm& config = driven.program.Deck().windows.configuration;
     if (serial) {
-      windows.configuration.txtSerialFootPedalComPort.Value = "1";
-      windows.configuration.txtUSBorSerialFootPedal.Value = "S";
+      config.txtSerialFootPedalComPort.Value = "1";
+      config.txtUSBorSerialFootPedal.Value = "S";
     }
-    windows.main.listViewInQueue.RowClick(0);
-    loop.Wait(400ms);
-    windows.main.cmdImportCompleteSnipetStop.Press(forms::By::Hand);
-    loop.Wait(400ms);
+    driven.SelectFirstInSilence();
     std::printf("ready\n");
     std::fflush(stdout);
   };
