@@ -23,6 +23,8 @@ void UnfinishedMoves::MayStandAt(const std::string& from, const std::string& to)
     if (move.source != from) continue;
     there.push_back(move);
     there.back().source = to;
+    // What is seen at the target then is the document itself, and never a copy to be taken back.
+    if (to == move.target) there.back().copied.reset();
   }
   moves_.insert(moves_.end(), there.begin(), there.end());
 }

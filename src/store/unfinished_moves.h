@@ -32,7 +32,8 @@ class UnfinishedMoves {
     std::string copy;    ///< Where it stands until it is whole.
     std::string target;  ///< Where it is to stand then.
     FileFacts before;    ///< Of the source when it was copied.
-    /// Of the whole copy; nothing when it is not known to be whole, so that it was not renamed.
+    /// Of the whole copy. Nothing when what stands at the target can not be the copy: this is not
+    /// known to be whole and so was not renamed, or the document itself may stand there.
     std::optional<FileFacts> copied;
     bool deletes = false;  ///< The delete of the source was asked for.
   };

@@ -200,6 +200,17 @@ TEST_F(MovesOutOfReach, SameMoveOnceMoreLeavesOneDocument) {
   EXPECT_EQ(Places(), Names{completed});
 }
 
+TEST_F(MovesOutOfReach, DocumentThatALaterTryHasMovedIsNotTakenForACopyOfItself) {
+  StallAt("Rename " + folders.CompletedPath(), folders.CompletedPath());
+  std::ignore = moves.Move(queued, completed);
+  // For all that is known this try may still move it in one step.
+  EXPECT_EQ(moves.Move(queued, completed).result, DiskResult::OutOfReach);
+  disk.Places.Resume(folders.CompletedPath(), Late::Fails);
+  EXPECT_EQ(moves.Move(queued, completed).result, DiskResult::Done);
+  moves.TakeBackUnfinished();
+  EXPECT_EQ(Places(), Names{completed});
+}
+
 TEST_F(MovesOutOfReach, NothingIsTakenBackWhileALookFails) {
   for (const std::string& unseen : {half, completed, queued}) {
     SCOPED_TRACE(unseen);
