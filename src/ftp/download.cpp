@@ -104,6 +104,16 @@ std::string Download::ClearTheWay(const std::string& landing) {
   if (there == store::Entry::Nothing) return {};
   if (there == store::Entry::OutOfReach) return "the folder gives no answer";
   if (there != store::Entry::PlainFile) return "what stands there is no file";
+  switch (channel_.edges.disk.TestReadiness(path)) {
+    case store::Readiness::InUse:
+      return "a program still writes what stands there";
+    case store::Readiness::OutOfReach:
+      return "the folder gives no answer";
+    case store::Readiness::ProcessInTrouble:
+      return std::string(store::WhyNot(store::DiskResult::ProcessInTrouble));
+    default:
+      break;
+  }
   // It landed before and could not be sorted, or only a part of it came: nobody has heard it.
   const store::FileMoves::Place kept = channel_.edges.moves.Rescue(path);
   if (kept.result != store::DiskResult::Done) return std::string(store::WhyNot(kept.result));
@@ -116,9 +126,9 @@ void Download::Get(const std::string& name) {
   const LandingName landing = LandingNameOf(name);
   const std::string inTheWay = ClearTheWay(landing.name);
   if (!inTheWay.empty()) {
-    channel_.Display(landing.name + " can not land: " + inTheWay + ".");
-    channel_.OfferConnect();
-    return;
+    const std::string told = landing.name + " can not land: " + inTheWay + ".";
+    channel_.Display(told);
+    return channel_.Unattended() ? PassOver(name, told) : channel_.OfferConnect();
   }
   FtpClient& client = channel_.edges.client;
   client.fceSetInteger(FtpClient::kBlocking, 0);
@@ -138,11 +148,15 @@ void Download::Get(const std::string& name) {
 
 void Download::Refused(const std::string& name, int code) {
   if (!channel_.Unattended() || !IsOfTheFile(code)) return GetFailed(code);
-  // This is our own decision: servers list directories among their files, and unattended each tick
-  // would end at the same name again, with all behind it never fetched.
   channel_.edges.receiving.name.clear();
   channel_.ShowError(code);
-  channel_.edges.window.Say(base::OneLine(name) + " is not fetched. " + form_.eMessage.Value.Get());
+  PassOver(name, base::OneLine(name) + " is not fetched. " + form_.eMessage.Value.Get());
+}
+
+/// This is our own decision: servers list directories among their files, and unattended each tick
+/// would end at the same name again, with all behind it never fetched.
+void Download::PassOver(const std::string& name, const std::string& told) {
+  channel_.edges.window.Say(told);
   current_ = {.name = name, .landing = {}, .notice = {}, .passedOver = true};
   tmrFtpDownload.Start();
 }

@@ -23,7 +23,7 @@ class Download {
     std::string landing;
     /// What is to be said of the name once more, behind what the run says: why it landed so.
     std::string notice;
-    /// The server does not send it; the next tick goes on with the next one.
+    /// It does not come; the next tick goes on with the next one.
     bool passedOver = false;
   };
 
@@ -36,6 +36,8 @@ class Download {
   void Get(const std::string& name);
   /// The get was not accepted.
   void Refused(const std::string& name, int code);
+  /// Unattended: the run goes on without the file.
+  void PassOver(const std::string& name, const std::string& told);
   void GetFailed(int code);
   void SortWhatLanded();
 

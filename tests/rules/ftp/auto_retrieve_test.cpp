@@ -168,6 +168,20 @@ TEST_F(FtpAutoRetrieve, DirectoryAmongTheFilesIsPassedOverAndTheOthersCome) {
   EXPECT_EQ(ftp.misuses, Names{});
 }
 
+TEST_F(FtpAutoRetrieve, FileThatCanNotLandIsPassedOverAndTheOthersComeAndAreSorted) {
+  server.files = {{"a.eW2", "sound a"}, {"b.eW2", "sound b"}, {"c.eW2", "sound c"}};
+  StartUnattended({{"FtpDeleteFileCheck", "-1"}});
+  disk.WithFile(Landing("b.eW2"), "half of ano");
+  disk.OpenWriter(Landing("b.eW2"));
+  loop.Advance(20s);
+  EXPECT_EQ(server.deleted, (Names{"a.eW2", "c.eW2"}));
+  EXPECT_EQ(form.lblNotice.Value.Get(),
+            "b.eW2 can not land: a program still writes what stands there.");
+  EXPECT_EQ(disk.NamesIn(Path("/Files/eW2Queue")), (Names{"a.eW2", "c.eW2"}));
+  EXPECT_EQ(disk.FilesHolding("half of ano"), Names{Landing("b.eW2")});
+  EXPECT_EQ(server.loggedIn, 0);
+}
+
 TEST_F(FtpAutoRetrieve, AlertThatComesDueInAWaitForTheServerWaitsForItsEnd) {
   server.latency = 9s;
   // With an empty Queue nothing is said, the work just appears.

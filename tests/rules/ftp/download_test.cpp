@@ -275,6 +275,18 @@ TEST_F(FtpDownload, WhatStandsAtTheLandingNameIsKept) {
   EXPECT_NE(disk.FilesHolding("unheard")[0].find("/Rescued/"), std::string::npos);
 }
 
+TEST_F(FtpDownload, FileThatIsStillWrittenAtTheLandingNameStaysWhereItsWriterHasIt) {
+  server.files = {{"a.eW2", "new"}};
+  StartListed();
+  disk.WithFile(Landing("a.eW2"), "half of ano");
+  disk.OpenWriter(Landing("a.eW2"));
+  DownloadAll();
+  EXPECT_EQ(Status(), "a.eW2 can not land: a program still writes what stands there.");
+  EXPECT_EQ(form.bConnect.Caption.Get(), "Connect");
+  EXPECT_EQ(disk.FilesHolding("half of ano"), Names{Landing("a.eW2")});
+  EXPECT_EQ(server.sent, Names{});
+}
+
 TEST_F(FtpDownload, FolderAtTheLandingNameIsToldAndStays) {
   server.files = {{"a.eW2", "new"}};
   StartListed();
