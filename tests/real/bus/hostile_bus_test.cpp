@@ -92,9 +92,13 @@ TEST_F(FloodedProgram, LivesAndKeepsItsDocumentsWhateverIsAskedOfIt) {
       PlayerCtl("stop");
       return !Playing();
     }));
-    while (!program->Box().empty()) program->AnswerBox();
-    EXPECT_EQ(PlayerCtl("position 30"), "");
-    EXPECT_TRUE(Until([&] { return Seconds() == 30; })) << Seconds();
+    // What was asked before and still waits comes first, more questions of the exit among it, and
+    // what comes beyond that is not taken.
+    EXPECT_TRUE(Until([&] {
+      if (!program->Box().empty()) program->AnswerBox();
+      PlayerCtl("position 30");
+      return Seconds() == 30;
+    })) << Seconds();
   });
   EXPECT_TRUE(files() == before);
 }

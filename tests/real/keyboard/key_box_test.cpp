@@ -218,20 +218,14 @@ TEST_F(KeyBoxes, LightWhileTheirKeyIsDown) {
   EXPECT_NE(rim(), amber);
 }
 
-TEST_F(KeyBoxes, AreOfferedAKeyThatComesToTheDeckBeforeThem) {
-  form.keys[4].txtKey.Value = "F9";
-  form.keys[4].Down = true;
-  EXPECT_TRUE(shown.typist.Until([&] { return taken == std::vector<std::string>{"F9"}; }));
-  taken.clear();
-  form.keys[4].Down = false;
-  form.keys[0].Down = true;
-  shown.typist.Rest();
-  EXPECT_EQ(taken, std::vector<std::string>{}) << "its own key";
+TEST_F(KeyBoxes, SayWhoOfThemHasTheKeyboard) {
+  EXPECT_TRUE(form.keys[0].HasKeyboard);
+  EXPECT_FALSE(form.keys[4].HasKeyboard);
   form.frmConfiguration.FocusOn(form.txtFocus);
-  shown.typist.Rest();
-  form.keys[4].Down = true;
-  shown.typist.Rest();
-  EXPECT_EQ(taken, std::vector<std::string>{}) << "no box has the keyboard";
+  EXPECT_TRUE(shown.typist.Until([&] { return !form.keys[0].HasKeyboard; }));
+  shown.typist.Click("txtToBeginningKey");
+  EXPECT_TRUE(shown.typist.Until([&] { return form.keys[4].HasKeyboard; }));
+  EXPECT_FALSE(form.keys[0].HasKeyboard);
 }
 
 }  // namespace

@@ -11,6 +11,10 @@
 
 namespace tavlo::test {
 
+/// Milliseconds between two clicks of a hand that waits after each until the window manager has
+/// dealt with it.
+inline constexpr int kLongDoubleClick = 60'000;
+
 /// The keyboard and the mouse of the display: what is done here reaches whatever program shows
 /// there the way it does on a desk. Places are pixels of the screen. Each call returns when the
 /// display has taken the input; what a program makes of it comes later.

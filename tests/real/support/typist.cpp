@@ -19,8 +19,6 @@ using base::operator""ms;
 
 namespace {
 
-constexpr int kLongDoubleClick = 60'000;  ///< Milliseconds.
-
 /// A place of the toolkit as pixels of the screen.
 QPoint Pixels(QPoint place) {
   const double ratio = qApp->devicePixelRatio();
