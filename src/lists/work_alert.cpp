@@ -27,6 +27,20 @@ struct WorkAlert::Words {
   const char* title;
 };
 
+const WorkAlert::Words& WorkAlert::InQueue(bool priority) {
+  static constexpr Words kAny{"NewDocInQ", "New dictation has arrived!", kTitle};
+  static constexpr Words kPriority{"NewPriorityDocInQ", "New priority dictation has arrived!",
+                                   kPriorityTitle};
+  return priority ? kPriority : kAny;
+}
+
+const WorkAlert::Words& WorkAlert::InImport(bool priority) {
+  static constexpr Words kAny{"NewDocInImport", "New dictation is available for import!", kTitle};
+  static constexpr Words kPriority{
+      "NewPriorityDocInImport", "New priority dictation is available for import!", kPriorityTitle};
+  return priority ? kPriority : kAny;
+}
+
 /// The window stands above all others, and the desktop tells somebody who does not see it, until
 /// the alert is over.
 class WorkAlert::InFront {
@@ -103,49 +117,58 @@ void WorkAlert::RefreshByItself() {
 }
 
 void WorkAlert::LookForWork() {
-  const std::string mode = config_.txtWorkWaitingAlertMode.Value;
-  if (mode == "1" || mode == "0") return;
+  if (AlertsAreOff()) return;
   const Counted counted = figures_.CountWaitingWork();
   countGoesOn_ = counted == Counted::NotYet;
   if (countGoesOn_) waitingWork_.AlertTicks = kTicksBeforeTheNextPiece;
   if (counted != Counted::Whole) return;
+  const std::string mode = config_.txtWorkWaitingAlertMode.Value;
   if (mode == "P" || mode == "A") TellOfBoth(mode == "P");
 }
 
+bool WorkAlert::AlertsAreOff() const {
+  const std::string mode = config_.txtWorkWaitingAlertMode.Value;
+  return mode == "1" || mode == "0";
+}
+
 void WorkAlert::TellOfBoth(bool priority) {
-  static constexpr Words kInQueue{"NewDocInQ", "New dictation has arrived!", kTitle};
-  static constexpr Words kPriorityInQueue{"NewPriorityDocInQ",
-                                          "New priority dictation has arrived!", kPriorityTitle};
-  static constexpr Words kInImport{"NewDocInImport", "New dictation is available for import!",
-                                   kTitle};
-  static constexpr Words kPriorityInImport{
-      "NewPriorityDocInImport", "New priority dictation is available for import!", kPriorityTitle};
   const bool inQueue = MoreInQueue(priority);
-  bool inImport = MoreInImport(priority);
-  const Words& queueWords = priority ? kPriorityInQueue : kInQueue;
+  const bool inImport = MoreInImport(priority);
   if (ImportCountsAsQueue()) {
     if (!inQueue && !inImport) return;
     figures_.SyncLastSeenFigures();
-    Tell(queueWords);
+    Tell(InQueue(priority));
     return BringWorkIn();
   }
-  if (inQueue) {
-    figures_.SyncQueueFigures();
-    Tell(queueWords);
-    // Only a look at the import itself, in the waits, makes the second alert needless.
-    if (form_.frameImport.Visible && !MoreInImport(priority)) inImport = false;
-  }
+  if (inQueue) return TellOfQueueThenImport(priority);
+  if (!inImport) return;
+  figures_.SyncImportFigures();
+  Tell(InImport(priority));
+  BringWorkIn();
+}
+
+void WorkAlert::TellOfQueueThenImport(bool priority) {
+  const bool anyInImport = MoreInImport(false);
+  const bool priorityInImport = MoreInImport(true);
+  figures_.SyncQueueFigures();
+  Tell(InQueue(priority));
+  // A hand may have switched alerts off in the waits, or turned them to other dictation.
+  if (AlertsAreOff()) return BringWorkIn();
+  const bool priorityNow = config_.txtWorkWaitingAlertMode.Value.Get() == "P";
+  bool inImport = priorityNow ? priorityInImport : anyInImport;
+  // Only a look at the import itself, in the waits, makes the second alert needless.
+  if (form_.frameImport.Visible && !MoreInImport(priorityNow)) inImport = false;
   // The refresh that ends the first alert takes all figures as seen, and where it finds a folder
   // out of reach it puts the current ones back. So what is told of is taken as seen before it, and
   // what came while the message stood is counted before it, too.
   if (inImport) figures_.SyncImportFigures();
-  if (inQueue && figures_.CountWaitingWork() == Counted::Whole && MoreInImport(priority)) {
+  if (figures_.CountWaitingWork() == Counted::Whole && MoreInImport(priorityNow)) {
     inImport = true;
     figures_.SyncImportFigures();
   }
-  if (inQueue) BringWorkIn();
+  BringWorkIn();
   if (!inImport) return;
-  Tell(priority ? kPriorityInImport : kInImport);
+  Tell(InImport(priorityNow));
   BringWorkIn();
 }
 

@@ -34,6 +34,9 @@ class WorkAlert {
 
  private:
   struct Words;
+  /// How the typist is told of new work; `priority`: of priority documents.
+  static const Words& InQueue(bool priority);
+  static const Words& InImport(bool priority);
   class InFront;
 
   void Tick();
@@ -42,12 +45,14 @@ class WorkAlert {
   bool NoLookForWorkHere() const;
   void RefreshByItself();
   void LookForWork();
+  bool AlertsAreOff() const;
   /// With automatic import what waits for the import reaches the Queue by itself.
   bool ImportCountsAsQueue() const;
   /// There is more than at the last look; `priority`: of priority documents.
   bool MoreInQueue(bool priority) const;
   bool MoreInImport(bool priority) const;
   void TellOfBoth(bool priority);
+  void TellOfQueueThenImport(bool priority);
   void Tell(const Words& words);
   void SayPrompt(playback::PromptName prompt);
   bool MayBringWorkIn() const;

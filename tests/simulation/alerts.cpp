@@ -124,8 +124,8 @@ void Alerts::LeaveCheck(const Check& check) {
   if (check.isUnsure) return;
   if (check.ofQueue) Fault(std::string("Not told: ") + check.ofQueue->text);
   // A hand may have looked at it itself, or the folders give no answer any more.
-  if (check.ofImport && !check.isDisturbed) {
-    Fault(std::string("Not told: ") + check.ofImport->text);
+  if (const Words* const words = OfImport(check); words && !check.isDisturbed) {
+    Fault(std::string("Not told: ") + words->text);
   }
 }
 
@@ -240,25 +240,35 @@ std::pair<const Alerts::Words*, const Alerts::Words*> Alerts::DueOf(const Sides&
           inImport ? &WordsOf(priority, true) : nullptr};
 }
 
+std::array<bool, 2> Alerts::MoreInImport(const Sides& now) const {
+  return {IsMore(now.import, seen_.import, false), IsMore(now.import, seen_.import, true)};
+}
+
+const Alerts::Words* Alerts::OfImport(const Check& check) const {
+  const std::string& mode = desk_.Config().txtWorkWaitingAlertMode.Value.Get();
+  if (mode != "A" && mode != "P") return nullptr;
+  const bool priority = mode == "P";
+  return check.moreInImport[priority ? 1 : 0] ? &WordsOf(priority, true) : nullptr;
+}
+
 void Alerts::CheckFor(const Sides& now) {
   const std::string& mode = desk_.Config().txtWorkWaitingAlertMode.Value.Get();
   Scope& scope = scopes_.back();
   if (scope.mayNotLook) Fault("A check comes while the typist looks at something else.");
   if (mode == "1" || mode == "0") Fault("A check comes though alerts are off.");
   if (scope.check) return CheckAgain(*scope.check, now);
-  const auto [ofQueue, ofImport] = DueOf(now);
-  scope.check = {
-      .ofQueue = ofQueue, .ofImport = ofImport, .import = now.import, .isUnsure = isUnsure_};
-  if (!ofQueue) return;
+  const bool importsByItself = desk_.Config().txtAutoImport.Value.Get() == "Y";
+  scope.check = {.ofQueue = DueOf(now).first, .import = now.import, .isUnsure = isUnsure_};
+  if (!importsByItself) scope.check->moreInImport = MoreInImport(now);
+  if (!scope.check->ofQueue) return;
   seen_.queue = now.queue;
-  if (desk_.Config().txtAutoImport.Value.Get() == "Y") seen_.import = now.import;
+  if (importsByItself) seen_.import = now.import;
 }
 
 void Alerts::CheckAgain(Check& check, const Sides& now) {
   if (!check.toldOfQueue) return Fault("Two checks come at once.");
-  const Words* const ofImport = DueOf(now).second;
-  if (!ofImport) return;
-  check.ofImport = ofImport;
+  if (!DueOf(now).second) return;
+  check.moreInImport = MoreInImport(now);
   check.import = now.import;
   check.isOverlooked = false;
 }
@@ -272,9 +282,9 @@ void Alerts::Notified(const test::SimulatedNotifier::Notification& notification)
   if (check && isOf(check->ofQueue)) {
     check->ofQueue = nullptr;
     check->toldOfQueue = true;
-  } else if (check && isOf(check->ofImport)) {
+  } else if (check && isOf(OfImport(*check))) {
     if (!check->isOverlooked) seen_.import = check->import;
-    check->ofImport = nullptr;
+    check->moreInImport = {};
   } else if (!check || !check->isUnsure) {
     return Fault("An alert for which nothing came: " + notification.text);
   }

@@ -66,7 +66,9 @@ class Alerts {
   /// What one check has to tell.
   struct Check {
     const Words* ofQueue = nullptr;
-    const Words* ofImport = nullptr;
+    /// There is more in the import: of any files, and of those with priority. A hand may turn from
+    /// one to the other in the waits.
+    std::array<bool, 2> moreInImport = {};
     /// The import's files, which are seen as soon as they are told of.
     Paths import;
     /// Another count may come behind the message for the Queue, before the refresh.
@@ -117,6 +119,9 @@ class Alerts {
   /// What stands there now, whoever looks.
   Sides Standing() const;
   std::pair<const Words*, const Words*> DueOf(const Sides& now) const;
+  std::array<bool, 2> MoreInImport(const Sides& now) const;
+  /// What the check has to tell of the import as alerts are set now.
+  const Words* OfImport(const Check& check) const;
   void LookWhatWasSaid();
   void Fault(const std::string& what);
 

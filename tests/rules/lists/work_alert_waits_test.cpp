@@ -29,6 +29,15 @@ struct WorkAlertWaits : testing::Test, AlertBench {
     hand.Start();
     WaitForACheck();
   }
+  /// The same with the settings of alerts.
+  void ClickInTheWait(forms::Choice& choice) {
+    ActInTheWait([this, &choice] {
+      form.mnuConfiguration.Press(By::Hand);
+      config.frmConfiguration.Activate();
+      choice.Click();
+      config.mnuClose.Press(By::Hand);
+    });
+  }
 };
 
 TEST_F(WorkAlertWaits, ADocumentThatIsPlayedMeanwhileKeepsItsList) {
@@ -122,6 +131,31 @@ TEST_F(WorkAlertWaits, WhoeverLooksAtTheImportMeanwhileIsNotToldOfIt) {
   Import("letter.wav");
   ActInTheWait([this] { form.mnuViewImport.Press(By::Hand); });
   EXPECT_EQ(Messages(), Texts{"New dictation has arrived!"});
+}
+
+TEST_F(WorkAlertWaits, WhoeverSwitchesAlertsOffMeanwhileIsToldOfNothingMore) {
+  StartWatching("A");
+  Import("letter.wav");
+  ClickInTheWait(config.chkWorkWaitingAlertMode);
+  ASSERT_EQ(config.txtWorkWaitingAlertMode.Value.Get(), "1");
+  EXPECT_EQ(Messages(), Texts{"New dictation has arrived!"});
+  EXPECT_FALSE(disk.Has(DropFolder() + "a.dS2")) << "what was told of is brought in";
+}
+
+TEST_F(WorkAlertWaits, WhoeverTurnsToPriorityMeanwhileIsToldOfNothingElse) {
+  StartWatching("A");
+  Import("letter.wav");
+  ClickInTheWait(config.optNewWorkWaitingPriority);
+  ASSERT_EQ(config.txtWorkWaitingAlertMode.Value.Get(), "P");
+  EXPECT_EQ(Messages(), Texts{"New dictation has arrived!"});
+}
+
+TEST_F(WorkAlertWaits, WhoeverTurnsToPriorityMeanwhileIsToldOfThePriorityImport) {
+  StartWatching("A");
+  Import("letter P_.wav");
+  ClickInTheWait(config.optNewWorkWaitingPriority);
+  EXPECT_EQ(Messages(), (Texts{"New dictation has arrived!",
+                               "New priority dictation is available for import!"}));
 }
 
 TEST_F(WorkAlertWaits, ImportIsToldOfOnceThoughTheRefreshBeforeItFindsAFolderThatIsGone) {
