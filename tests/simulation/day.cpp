@@ -187,13 +187,18 @@ std::string Day::SettleCalmly() {
 
 std::string Day::SettleTheWatch() {
   world_.TransferSome();
-  const std::size_t boxes = desk_.loop.Shown.size();
   const base::Duration period =
       desk_.Rooms()->waitingWork.tmrWorkWaitingAlert.Interval() * kTicksOfACheck;
   if (period > kLongestWaitForACheck) return "";
-  // A check that comes due while a server is waited for comes with a later tick.
-  const bool unattended = desk_.Config().chkFtpAutoRetrieve.Value;
-  desk_.loop.Advance((unattended ? 2 * period : period) + kLengthOfAnAlert);
+  const base::Duration check = period + kLengthOfAnAlert;
+  if (desk_.Config().chkFtpAutoRetrieve.Value) {
+    desk_.loop.Advance(check);
+    // Log-ins without an answer hold a check back for longer than that, and what a run fetches may
+    // come right behind a check. So what is owed is judged by one that comes without such runs.
+    typist_.StopAutoRetrieve();
+  }
+  const std::size_t boxes = desk_.loop.Shown.size();
+  desk_.loop.Advance(check);
   if (desk_.alerts.SomethingIsDue()) return "Work has come, and nobody is told.";
   // It waits for the end of a preview, which some settings let sound for years.
   const bool refreshes = desk_.Config().chkAutoRefreshMode.Value &&

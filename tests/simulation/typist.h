@@ -70,6 +70,8 @@ class Typist {
     /// log in, and nothing was tried.
     std::optional<bool> deletes = {};
   };
+  /// Servers are no longer looked at unattended.
+  void StopAutoRetrieve();
   /// Fetches all that the server has by the first profile that can log in, and logs out.
   Fetched FetchAll();
   /// The empty text, or an exit that was refused or offered against the state of the connection.

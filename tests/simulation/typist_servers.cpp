@@ -128,6 +128,10 @@ void Typist::SwitchAutoRetrieve() {
   ActivateWindows();
 }
 
+void Typist::StopAutoRetrieve() {
+  if (desk_.Config().chkFtpAutoRetrieve.Value) SwitchAutoRetrieve();
+}
+
 void Typist::EditServers() {
   forms::ConfigurationForm& config = desk_.Config();
   TurnToServerPage();
@@ -209,7 +213,7 @@ bool Typist::LogsOut() {
 
 Typist::Fetched Typist::FetchAll() {
   forms::MainForm& main = desk_.Main();
-  if (desk_.Config().chkFtpAutoRetrieve.Value) SwitchAutoRetrieve();
+  StopAutoRetrieve();
   if (!GoTo(main.mnuViewFtp, main.frameFtp)) return {"There is no way to the servers."};
   if (!LogsOut()) return {"A run over what a server has does not come to its end."};
   const auto profile = ChooseGoodServer();
