@@ -2,6 +2,7 @@
 
 #include <signal.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -10,7 +11,8 @@ namespace tavlo::platform {
 namespace {
 
 // A signal handler is given nothing but its signal, so it must find these by itself.
-std::atomic<int> connection = -1;
+std::atomic<int> connectionToCut = -1;
+std::atomic<pid_t> threadOfConnection = 0;
 std::atomic<bool> cut = false;
 
 void Take(void (*handler)(int)) {
@@ -20,12 +22,14 @@ void Take(void (*handler)(int)) {
   ::sigaction(SIGTSTP, &action, nullptr);
 }
 
-void CutAndStop(int signal) {
-  const int before = errno;
-  if (const int descriptor = connection; descriptor >= 0) {
-    cut = true;
-    ::shutdown(descriptor, SHUT_RDWR);
-  }
+/// On any other thread the stop might come late, and the connection's own thread, which goes on
+/// until then, have connected and grabbed anew.
+bool IsLeftToThreadOfConnection(int signal) {
+  const pid_t thread = threadOfConnection;
+  return thread > 0 && thread != ::gettid() && ::tgkill(::getpid(), thread, signal) == 0;
+}
+
+void StopHere(int signal) {
   // The stop itself is the system's, which knows when there is nobody who could end it.
   Take(SIG_DFL);
   sigset_t stop;
@@ -34,7 +38,18 @@ void CutAndStop(int signal) {
   ::raise(signal);
   ::pthread_sigmask(SIG_UNBLOCK, &stop, nullptr);
   ::pthread_sigmask(SIG_BLOCK, &stop, nullptr);
-  Take(CutAndStop);
+}
+
+void CutAndStop(int signal) {
+  const int before = errno;
+  if (!IsLeftToThreadOfConnection(signal)) {
+    if (const int descriptor = connectionToCut; descriptor >= 0) {
+      cut = true;
+      ::shutdown(descriptor, SHUT_RDWR);
+    }
+    StopHere(signal);
+    Take(CutAndStop);
+  }
   errno = before;
 }
 
@@ -42,14 +57,16 @@ void CutAndStop(int signal) {
 
 CutWhenStopped::CutWhenStopped(int descriptor) {
   cut = false;
-  connection = descriptor;
+  connectionToCut = descriptor;
+  threadOfConnection = ::gettid();
   struct sigaction present = {};
   ::sigaction(SIGTSTP, nullptr, &present);
   if (present.sa_handler == SIG_DFL) Take(CutAndStop);
 }
 
 CutWhenStopped::~CutWhenStopped() {
-  connection = -1;
+  threadOfConnection = 0;
+  connectionToCut = -1;
   struct sigaction present = {};
   ::sigaction(SIGTSTP, nullptr, &present);
   if (present.sa_handler == CutAndStop) Take(SIG_DFL);

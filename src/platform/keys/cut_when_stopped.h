@@ -6,8 +6,8 @@ namespace tavlo::platform {
 /// the display takes back what the connection had grabbed. Nobody would answer for a key any more,
 /// and with the first one the keyboard of the whole session would stand still.
 ///
-/// One at a time in a process, on any thread. A stop that no program is told of (SIGSTOP) can not
-/// be helped.
+/// One at a time in a process. It begins and ends on the thread that uses the connection. A stop
+/// that no program is told of (SIGSTOP) can not be helped.
 class CutWhenStopped {
  public:
   /// The connection must be open as long as this lives.

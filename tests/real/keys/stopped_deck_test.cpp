@@ -14,8 +14,6 @@ namespace {
 
 using remote::AfarAction;
 
-constexpr std::uint8_t kPlaceOfDecksKey = 70;
-
 /// The keys of a deck in a process of its own, which a shell may stop.
 class OtherDeck {
  public:
@@ -51,10 +49,14 @@ class OtherDeck {
 };
 
 struct StoppedDeck : KeysBench {
+  /// Presses the key; a look that grabs it would take it from a deck that is about to.
   bool DeckHasItsKey() {
-    const bool free = other->Grab(kPlaceOfDecksKey, 0);
-    if (free) other->GiveBack(kPlaceOfDecksKey, 0);
-    return !free;
+    Type({keys::kF4});
+    return OtherTook().empty();
+  }
+  bool OtherHasDecksKey() {
+    Type({keys::kF4});
+    return OtherTook() == "+F4 -F4";
   }
 };
 
@@ -63,14 +65,13 @@ TEST_F(StoppedDeck, LeavesTheKeyboardToOthersAndHasItsKeysAgainWhenItGoesOn) {
   for (int round = 0; round < 3; ++round) {
     ASSERT_TRUE(Until([&] { return DeckHasItsKey(); }));
     ASSERT_TRUE(deck.Stop());
-    Type({keys::kF4});
+    // The display may take a key for a deck's that has just gone.
+    EXPECT_TRUE(Until([&] { return OtherHasDecksKey(); }));
     Type({'a'});
-    EXPECT_EQ(OtherTook(), "+F4 -F4 +a -a");
+    EXPECT_EQ(OtherTook(), "+a -a");
     deck.GoOn();
   }
-  ASSERT_TRUE(Until([&] { return DeckHasItsKey(); }));
-  Type({keys::kF4});
-  EXPECT_EQ(OtherTook(), "");
+  EXPECT_TRUE(Until([&] { return DeckHasItsKey(); }));
 }
 
 TEST_F(StoppedDeck, LetsGoOfTheKeyboardThatItHasForAHeldKey) {
