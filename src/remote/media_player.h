@@ -15,7 +15,7 @@ namespace tavlo::remote {
 
 /// The deck as a media player of the desktop. What it tells is what the windows show of the
 /// document in work or selected; what it is asked for, a hand at another window does (`FarHand`).
-class MediaPlayer : public MediaSource {
+class MediaPlayer final : public MediaSource {
  public:
   /// All of them must outlive it.
   struct Parts {

@@ -12,7 +12,7 @@ namespace tavlo::remote {
 
 /// Says on the settings page what runs the deck now while another window has the keyboard, and on
 /// the page of the keys whether media keys do.
-class WaysFromAfar : private base::Listener {
+class WaysFromAfar final : private base::Listener {
  public:
   /// All of them must outlive it. Follows them from here on.
   struct Parts {

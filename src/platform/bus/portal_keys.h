@@ -46,7 +46,7 @@ class PortalKeys : public remote::GlobalKeys,
  public:
   /// Loop and bus must outlive this.
   PortalKeys(base::Loop& loop, BusConnection& bus, const PortalPatience& patience = {});
-  ~PortalKeys();
+  ~PortalKeys() override;
   PortalKeys(const PortalKeys&) = delete;
 
   void Tell(base::Listener& listener) override { listener_ = &listener; }
