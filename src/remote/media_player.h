@@ -26,6 +26,7 @@ class MediaPlayer final : public MediaSource {
     FarHand& hand;
   };
   explicit MediaPlayer(const Parts& parts);
+  virtual ~MediaPlayer() = default;
 
   /// Commands that may wait. Nobody presses as fast by hand; what comes beyond them is dropped.
   static constexpr std::size_t kMostWaiting = 32;

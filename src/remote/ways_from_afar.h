@@ -25,7 +25,7 @@ class WaysFromAfar final : private base::Listener {
     MediaBus& bus;
   };
   explicit WaysFromAfar(const Parts& parts);
-  ~WaysFromAfar() { Withdraw(); }
+  virtual ~WaysFromAfar() { Withdraw(); }
   WaysFromAfar(const WaysFromAfar&) = delete;
 
   /// Offers the player to the desktop's media keys.
