@@ -92,7 +92,7 @@ bool ControlConnection::Look() {
     std::array<char, 4096> room;
     const Received received = link_.Receive(room, In(kNow), tether_);
     if (received.how == How::TimedOut) return true;
-    if (received.how != How::Bytes || unread_.size() > ReplyReader::kLongestReply) {
+    if (received.how != How::SomeBytes || unread_.size() > ReplyReader::kLongestReply) {
       Close(kConnectionLost);
       break;
     }
@@ -125,7 +125,7 @@ int ControlConnection::Read(Deadline deadline, ServerReply& reply) {
     std::array<char, 4096> room;
     const Received received = link_.Receive(room, deadline, tether_);
     if (received.how == How::TimedOut || Deadline::clock::now() >= deadline) return kStalled;
-    if (received.how != How::Bytes) return kConnectionLost;
+    if (received.how != How::SomeBytes) return kConnectionLost;
     unread_.append(room.data(), received.count);
   }
 }

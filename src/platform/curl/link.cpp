@@ -22,7 +22,7 @@ int Link::Protect(TlsParty& party, Deadline deadline, Tether& tether) {
 Received Link::Take(std::span<char> room) {
   if (tls_) return tls_->Take(room);
   const ssize_t count = ::recv(socket_.Get(), room.data(), room.size(), MSG_DONTWAIT);
-  if (count > 0) return {.how = How::Bytes, .count = static_cast<std::size_t>(count)};
+  if (count > 0) return {.how = How::SomeBytes, .count = static_cast<std::size_t>(count)};
   if (count == 0) return {.how = How::End};
   return {.how = errno == EAGAIN || errno == EINTR ? How::TimedOut : How::Broken};
 }

@@ -7,7 +7,7 @@ namespace tavlo::platform {
 /// What came of a wait for bytes of a connection.
 struct Received {
   enum class How {
-    Bytes,
+    SomeBytes,
     End,       ///< The other end has sent everything.
     CutShort,  ///< It ended without the good-bye that protects its end.
     TimedOut,

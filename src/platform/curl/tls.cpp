@@ -115,7 +115,7 @@ Received TlsChannel::Take(std::span<char> room) {
   ::ERR_clear_error();
   std::size_t count = 0;
   const int result = ::SSL_read_ex(connection_.get(), room.data(), room.size(), &count);
-  if (result == 1) return {.how = How::Bytes, .count = count};
+  if (result == 1) return {.how = How::SomeBytes, .count = count};
   if (Waits(result)) return {.how = How::TimedOut};
   if (::SSL_get_error(connection_.get(), result) == SSL_ERROR_ZERO_RETURN) return {.how = How::End};
   const bool ended = ERR_GET_REASON(::ERR_peek_error()) == SSL_R_UNEXPECTED_EOF_WHILE_READING;
