@@ -71,6 +71,9 @@ Claims::Taken Claims::Take(const std::string& folder, const std::string& name) {
     case store::Readiness::OutOfReach:
       LetGo();
       return {.result = DiskResult::OutOfReach};
+    case store::Readiness::Unusable:
+      GiveBack();
+      return {.result = DiskResult::Failed, .unreadable = true};
     default:
       return {.result = DiskResult::Done, .path = place.path};
   }

@@ -149,6 +149,8 @@ Carried Conversion::Convert(const std::string& folder, const std::string& entry,
                             const std::string& target, const Call& call) {
   if (IsBeingWritten(edges_.disk, target)) return {.outcome = Outcome::InUse};
   const Claims::Taken claim = edges_.claims.Take(folder, entry);
+  // What a library could not read either.
+  if (claim.unreadable) return {.outcome = Outcome::NotConverted};
   if (claim.result != DiskResult::Done) {
     return NotClaimed(edges_.disk, folder + entry, claim);
   }

@@ -244,6 +244,17 @@ TEST_F(TwoDecks, FileThatAProgramOpensBeforeTheClaimIsGivenBackAndWaits) {
   EXPECT_FALSE(disk.Has(here.Queued("a.wav")));
 }
 
+TEST_F(TwoDecks, FileThatCanNotBeLookedAtMayStillBeWrittenAndIsGivenBack) {
+  disk.WithFile("/share/a.dS2", "A");
+  disk.OpenWriter("/share/a.dS2");
+  // Behind its rename and its renewal.
+  disk.FailOperation(3, DiskResult::Failed);
+  const Claims::Taken taken = here.claims.Take(kShareFolder, "a.dS2");
+  EXPECT_EQ(taken.result, DiskResult::Failed);
+  EXPECT_TRUE(taken.unreadable);
+  EXPECT_EQ(disk.NamesIn("/share"), Names{"a.dS2"});
+}
+
 TEST_F(TwoDecks, WhatAKilledLibraryWasWritingGoesOnceItIsOld) {
   disk.WithFile("/share/.TavloDeckWave-7-1", "half a wave");
   here.claims.TidyUp(kShareFolder);
