@@ -43,11 +43,24 @@ struct FtpProgramFaults : FtpDeck {
     EXPECT_EQ(FilesIn(home.Root() + "/Files/eW2Queue"),
               (Files{{"a.eW2", part + part}, {"b.eW2", "b"}}));
   }
+  /// By the sort behind the transfer, or by the next refresh where the transfer, which is given up
+  /// but not over, still has the file open at that time. A refresh also carries it on from there.
   void ExpectPartIsSorted() {
     EXPECT_TRUE(Until([&] {
-      return FilesIn(home.Root() + "/Files/eW2Queue") == (Files{{"a.eW2", part}});
+      if (FilesIn(Landed()).empty()) return true;
+      AwaitTurns();
+      program->Do([&] {
+        if (Main().cmdUpdateFileList.Enabled) Main().cmdUpdateFileList.Press(forms::By::Program);
+      });
+      return false;
     }));
-    EXPECT_EQ(FilesIn(Landed()), Files{});
+    const Files waiting = FilesIn(home.Root() + "/Files/eW2Queue");
+    for (const auto& [name, contents] : waiting) EXPECT_EQ(contents, part) << name;
+    EXPECT_EQ(waiting.size() + FilesIn(home.QueuePath()).size(), 1U);
+  }
+  void ExpectPartIsTold() {
+    EXPECT_TRUE(Until([&] { return QuietLine() == "a.eW2 was not received whole."; }))
+        << QuietLine();
   }
   /// The view is of no use until the next start.
   void ExpectDead() {
@@ -123,8 +136,8 @@ TEST_F(FtpProgramFaults, ServerThatIsKilledInATransferLeavesThePartAndTheViewDea
     EXPECT_TRUE(Until([&] { return FilesIn(Landed())["a.eW2"] == part; }));
     server.End();
     ExpectDead();
+    ExpectPartIsTold();
     ExpectPartIsSorted();
-    EXPECT_EQ(QuietLine(), "a.eW2 was not received whole.");
   });
 }
 
@@ -150,8 +163,8 @@ TEST_F(FtpProgramFaults, ServerThatFallsSilentInATransferIsGivenUpAndThePartStay
     DownloadAll();
     AwaitStandstill();
     ExpectDead();
+    ExpectPartIsTold();
     ExpectPartIsSorted();
-    EXPECT_EQ(QuietLine(), "a.eW2 was not received whole.");
   });
 }
 
