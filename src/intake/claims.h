@@ -44,8 +44,8 @@ class Claims {
     /// A program has begun to write it since it was seen to be free, so it was given back; with
     /// Failed.
     bool inUse = false;
-    /// It can not be looked at, so nobody knows whether it is still written; it was given back; with
-    /// Failed.
+    /// It can not be looked at, so nobody knows whether it is still written; it was given back;
+    /// with Failed.
     bool unreadable = false;
   };
   /// Claims a file of a folder, whose path is empty or ends in a separator. Nobody can open a
